@@ -1,0 +1,73 @@
+#include "aLine.h"
+
+#include "lineFormats.h"
+
+namespace sdp {
+
+void readAttribute(std::string_view value, a_line& line, bool& cut) {
+  if (line.count >= SDP_ATTRIBUTE_CAPACITY) {
+    cut = true;
+    return;
+  }
+  a_line::entry& entry = line.entries[line.count++];
+  const void* colon = value.empty() ? nullptr : std::memchr(value.data(), ':', value.size());
+  if (colon == nullptr) {
+    cut |= !copyField(entry.name, value);
+    entry.value[0] = '\0';
+    entry.hasColon = 0;
+    return;
+  }
+  const auto length = static_cast<std::size_t>(static_cast<const char*>(colon) - value.data());
+  cut |= !copyField(entry.name, value.substr(0, length));
+  cut |= !copyField(entry.value, value.substr(length + 1));
+  entry.hasColon = 1;
+}
+
+void writeAttributes(TextWriter& out, const a_line& line) {
+  for (int i = 0; i < usable(line.count, SDP_ATTRIBUTE_CAPACITY); ++i) {
+    const a_line::entry& entry = line.entries[i];
+    if (!out.reserve(sizeof entry + 16)) return;
+    out.put('a').put('=').put(entry.name);
+    if (entry.hasColon != 0 || entry.value[0] != '\0') out.put(':').put(entry.value);
+    out.endLine();
+  }
+}
+
+}  // namespace sdp
+
+namespace {
+
+const a_line::entry* entryAt(const a_line* line, int index) {
+  if (line == nullptr || !sdp::inList(index, line->count, SDP_ATTRIBUTE_CAPACITY)) return nullptr;
+  return &line->entries[index];
+}
+
+}  // namespace
+
+int sdp_AgetNoOfAs(const a_line* line) {
+  return line != nullptr ? sdp::usable(line->count, SDP_ATTRIBUTE_CAPACITY) : 0;
+}
+
+const char* sdp_AgetAttributeField(const a_line* line, int index) {
+  const a_line::entry* entry = entryAt(line, index);
+  return entry != nullptr ? entry->name : nullptr;
+}
+
+const char* sdp_AgetAttributeValue(const a_line* line, int index) {
+  const a_line::entry* entry = entryAt(line, index);
+  return entry != nullptr && (entry->hasColon != 0 || entry->value[0] != '\0') ? entry->value : nullptr;
+}
+
+const char* sdp_AfindAttribute(const a_line* line, const char* name) {
+  if (name == nullptr) return nullptr;
+  for (int i = 0; i < sdp_AgetNoOfAs(line); ++i) {
+    if (std::strcmp(line->entries[i].name, name) == 0) return line->entries[i].value;
+  }
+  return nullptr;
+}
+
+void sdp_Acopy(a_line* to, const a_line* from) {
+  if (to == nullptr || from == nullptr || to == from) return;
+  to->count = sdp_AgetNoOfAs(from);
+  std::memcpy(to->entries, from->entries, sizeof(a_line::entry) * static_cast<std::size_t>(to->count));
+}

@@ -1,0 +1,93 @@
+#include "bLine.h"
+
+#include <charconv>
+
+#include "lineFormats.h"
+#include "singleLine.h"
+
+namespace sdp {
+
+namespace {
+
+// The end of the digits that a text begins with.
+std::size_t digitsEnd(std::string_view text) {
+  std::size_t end = 0;
+  while (end < text.size() && isDigit(text[end])) ++end;
+  return end;
+}
+
+Problem splitBandwidth(std::string_view value, std::string_view& type, std::string_view& number) {
+  const std::size_t colon = value.find(':');
+  const char* end = value.data() + value.size();
+  if (colon == 0 || value.empty()) return expected("a bandwidth type", value.data());
+  if (colon == std::string_view::npos) return expected("a colon behind the bandwidth type", end);
+  type = value.substr(0, colon);
+  const std::string_view rest = Fields(value.substr(colon + 1)).rest();
+  const std::size_t length = digitsEnd(rest);
+  number = rest.substr(0, length);
+  if (length == 0) return expected("a bandwidth in digits", value.data() + colon + 1);
+  if (length != rest.size()) return expected("the end of the line", rest.data() + length);
+  return {};
+}
+
+}  // namespace
+
+Problem readBandwidth(std::string_view value, b_line& line, bool& cut) {
+  std::string_view type;
+  std::string_view number;
+  if (const Problem problem = splitBandwidth(value, type, number)) return problem;
+  if (line.count >= SDP_BANDWIDTH_CAPACITY) {
+    cut = true;
+    return {};
+  }
+  b_line::entry& entry = line.entries[line.count++];
+  cut |= !copyField(entry.type, type);
+  cut |= !copyField(entry.number, number);
+  entry.value = saturatingNumber(number);
+  return {};
+}
+
+void writeBandwidths(TextWriter& out, const b_line& line) {
+  for (int i = 0; i < usable(line.count, SDP_BANDWIDTH_CAPACITY); ++i) {
+    const b_line::entry& entry = line.entries[i];
+    if (!out.reserve(sizeof entry + 16)) return;
+    out.put('b').put('=').put(entry.type).put(':');
+    const std::string_view number = fieldText(entry.number);
+    if (digitsEnd(number) == number.size() && !number.empty() && saturatingNumber(number) == entry.value) {
+      out.put(number).endLine();  // as it stood, leading zeros included
+      continue;
+    }
+    char digits[16];
+    const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, entry.value);
+    out.put(std::string_view(digits, static_cast<std::size_t>(end.ptr - digits))).endLine();
+  }
+}
+
+}  // namespace sdp
+
+unsigned int sdp_BgetBandwidthValue(const b_line* line) {
+  return line != nullptr && line->count > 0 ? line->entries[0].value : 0;
+}
+
+unsigned short sdp_Bdecode_r(b_line* line, const char*& position, char* error, int& errorLine,
+                             int& errorColumn) {
+  return sdp::decodeSingleLine('b', position, error, errorLine, errorColumn,
+                               line == nullptr ? nullptr : +[](std::string_view value, void* record) {
+                                 auto& target = *static_cast<b_line*>(record);
+                                 const int count = target.count;
+                                 bool cut = false;
+                                 target.count = 0;
+                                 const sdp::Problem problem = sdp::readBandwidth(value, target, cut);
+                                 if (problem) target.count = count;
+                                 return problem;
+                               },
+                               line);
+}
+
+unsigned short sdp_Bencode_r(const b_line* line, char*& text, int& length, int& size) {
+  length = 0;
+  if (line == nullptr) return 1;
+  sdp::TextWriter out(text, size);
+  sdp::writeBandwidths(out, *line);
+  return out.finish(length, size) ? 0 : 1;
+}

@@ -1,0 +1,61 @@
+#include "cLine.h"
+
+#include "lineFormats.h"
+
+namespace sdp {
+
+Problem readConnection(std::string_view value, c_line& line, bool& cut) {
+  static const char* const kNames[] = {"a network type", "an address type", "an address"};
+  Fields fields(value);
+  std::string_view field[3];
+  for (int i = 0; i < 3; ++i) {
+    if (fields.atEnd()) return expected(kNames[i], fields.position());
+    field[i] = fields.take();
+  }
+  if (!fields.atEnd()) return expected("the end of the line", fields.position());
+  if (line.count >= SDP_CONNECTION_CAPACITY) {
+    cut = true;
+    return {};
+  }
+  c_line::entry& entry = line.entries[line.count++];
+  const std::size_t suffix = suffixStart(field[2]);
+  cut |= !copyField(entry.networkType, field[0]);
+  cut |= !copyField(entry.addressType, field[1]);
+  cut |= !copyField(entry.address, field[2].substr(0, suffix));
+  cut |= !copyField(entry.suffix, field[2].substr(suffix));
+  return {};
+}
+
+void writeConnections(TextWriter& out, const c_line& line) {
+  for (int i = 0; i < usable(line.count, SDP_CONNECTION_CAPACITY); ++i) {
+    const c_line::entry& entry = line.entries[i];
+    if (!out.reserve(sizeof entry + 16)) return;
+    out.put('c').put('=').put(entry.networkType).put(' ').put(entry.addressType).put(' ');
+    out.put(entry.address).put(entry.suffix).endLine();
+  }
+}
+
+}  // namespace sdp
+
+namespace {
+
+const c_line::entry* entryAt(const c_line* line, int index) {
+  if (line == nullptr || !sdp::inList(index, line->count, SDP_CONNECTION_CAPACITY)) return nullptr;
+  return &line->entries[index];
+}
+
+}  // namespace
+
+int sdp_CgetNoOfCs(const c_line* line) {
+  return line != nullptr ? sdp::usable(line->count, SDP_CONNECTION_CAPACITY) : 0;
+}
+
+const char* sdp_CgetAddress(const c_line* line, int index) {
+  const c_line::entry* entry = entryAt(line, index);
+  return entry != nullptr ? entry->address : nullptr;
+}
+
+const char* sdp_CgetAddressType(const c_line* line, int index) {
+  const c_line::entry* entry = entryAt(line, index);
+  return entry != nullptr ? entry->addressType : nullptr;
+}

@@ -1,0 +1,101 @@
+#ifndef SDP_FIELDS_H
+#define SDP_FIELDS_H
+
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace sdp {
+
+/// Why a text is no SDP: what was expected at a place of the text. No place means no problem.
+struct Problem {
+  const char* expected = nullptr;
+  const char* at = nullptr;
+  explicit operator bool() const { return at != nullptr; }
+};
+
+inline Problem expected(const char* what, const char* at) { return {what, at}; }
+
+inline bool isBlank(char c) { return c == ' ' || c == '\t'; }
+inline bool isDigit(char c) { return c >= '0' && c <= '9'; }
+inline bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+
+/// Copies a text into a field and ends it with NUL.
+/// @return whether it fitted; otherwise it was cut
+template <std::size_t N>
+bool copyField(char (&field)[N], std::string_view text) {
+  const std::size_t length = text.size() < N ? text.size() : N - 1;
+  std::memcpy(field, text.data(), length);
+  field[length] = '\0';
+  return length == text.size();
+}
+
+/// The text of a field, never further than the field.
+template <std::size_t N>
+std::string_view fieldText(const char (&field)[N]) {
+  return {field, strnlen(field, N - 1)};
+}
+
+inline std::string_view trimEnd(std::string_view text) {
+  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+/// The fields of a line's value, separated by blanks and tabs.
+class Fields {
+ public:
+  explicit Fields(std::string_view value) : next_(value.data()), end_(value.data() + value.size()) {
+    skipBlanks();
+  }
+
+  /// The next field; empty when there is none left.
+  std::string_view take() {
+    const char* begin = next_;
+    while (next_ != end_ && !isBlank(*next_)) ++next_;
+    const std::string_view field(begin, static_cast<std::size_t>(next_ - begin));
+    skipBlanks();
+    return field;
+  }
+
+  /// All that is left, without blanks at its end.
+  std::string_view rest() const { return trimEnd({next_, static_cast<std::size_t>(end_ - next_)}); }
+
+  bool atEnd() const { return next_ == end_; }
+  const char* position() const { return next_; }
+
+ private:
+  void skipBlanks() {
+    while (next_ != end_ && isBlank(*next_)) ++next_;
+  }
+
+  const char* next_;
+  const char* end_;
+};
+
+/// Splits at the first slash: the bare text, and the suffix that begins with the slash.
+inline std::size_t suffixStart(std::string_view text) {
+  const std::size_t slash = text.find('/');
+  return slash == std::string_view::npos ? text.size() : slash;
+}
+
+/// A number of digits only, the largest value when it is larger.
+inline std::uint32_t saturatingNumber(std::string_view digits) {
+  std::uint64_t value = 0;
+  for (const char digit : digits) {
+    value = value * 10 + static_cast<std::uint64_t>(digit - '0');
+    if (value > UINT32_MAX) return UINT32_MAX;
+  }
+  return static_cast<std::uint32_t>(value);
+}
+
+/// Reading index `index` of a list that claims `count` entries of `capacity`.
+inline bool inList(int index, int count, int capacity) {
+  return index >= 0 && index < count && index < capacity;
+}
+
+/// The entries of a list that may be read, whatever its count claims.
+inline int usable(int count, int capacity) { return count < 0 ? 0 : (count < capacity ? count : capacity); }
+
+}  // namespace sdp
+
+#endif

@@ -1,0 +1,58 @@
+#ifndef SDP_LINE_FORMATS_H
+#define SDP_LINE_FORMATS_H
+
+#include <string_view>
+
+#include "fields.h"
+#include "sessionDescription.h"
+#include "textWriter.h"
+
+// One reader and one writer per line kind. A reader takes the value behind the equals sign, sets `cut` when
+// the record could not hold all of it, and changes the record only when there is no problem.
+
+namespace sdp {
+
+Problem readOrigin(std::string_view value, o_line& line, bool& cut);
+Problem readConnection(std::string_view value, c_line& line, bool& cut);
+Problem readBandwidth(std::string_view value, b_line& line, bool& cut);
+Problem readMedia(std::string_view value, m_line& line, bool& cut);
+void readAttribute(std::string_view value, a_line& line, bool& cut);
+void readTime(std::string_view value, t_line& line, bool& cut);
+void readRepeat(std::string_view value, int timeCount, r_line& line, bool& cut);
+
+/// A line of a kind that may stand several times and is kept as it stands.
+template <typename Lines>
+void readEntry(std::string_view value, Lines& line, bool& cut) {
+  const int capacity = sizeof line.entries / sizeof line.entries[0];
+  if (line.count >= capacity) {
+    cut = true;
+    return;
+  }
+  cut |= !copyField(line.entries[line.count].text, value);
+  ++line.count;
+}
+
+void writeOrigin(TextWriter& out, const o_line& line);
+void writeConnections(TextWriter& out, const c_line& line);
+void writeBandwidths(TextWriter& out, const b_line& line);
+void writeMedia(TextWriter& out, const m_line& line);
+void writeAttributes(TextWriter& out, const a_line& line);
+void writeTimes(TextWriter& out, const t_line& times, const r_line& repeats);
+
+/// One line whose value is written as it stands.
+template <std::size_t N>
+void writeText(TextWriter& out, char letter, const char (&text)[N]) {
+  if (!out.reserve(N + 4)) return;
+  out.put(letter).put('=').put(text).endLine();
+}
+
+/// The lines of a kind that may stand several times.
+template <typename Lines>
+void writeEntries(TextWriter& out, char letter, const Lines& line) {
+  const int capacity = sizeof line.entries / sizeof line.entries[0];
+  for (int i = 0; i < usable(line.count, capacity); ++i) writeText(out, letter, line.entries[i].text);
+}
+
+}  // namespace sdp
+
+#endif

@@ -1,0 +1,89 @@
+#include "mLine.h"
+
+#include "lineFormats.h"
+#include "singleLine.h"
+
+namespace sdp {
+
+namespace {
+
+unsigned int mediaTypeOf(std::string_view name) {
+  static constexpr struct {
+    std::string_view name;
+    eMediaType type;
+  } kTypes[] = {{"audio", MEDIA_AUDIO}, {"video", MEDIA_VIDEO},     {"application", MEDIA_APPLICATION},
+                {"image", MEDIA_IMAGE}, {"message", MEDIA_MESSAGE}, {"text", MEDIA_TEXT}};
+  for (const auto& known : kTypes) {
+    if (name == known.name) return known.type;
+  }
+  return 0;
+}
+
+void readFormats(Fields& fields, m_line& line, bool& cut) {
+  line.formatCount = 0;
+  while (!fields.atEnd()) {
+    if (line.formatCount == SDP_FORMAT_CAPACITY) {
+      cut = true;
+      return;
+    }
+    cut |= !copyField(line.formats[line.formatCount++], fields.take());
+  }
+}
+
+}  // namespace
+
+Problem readMedia(std::string_view value, m_line& line, bool& cut) {
+  Fields fields(value);
+  if (fields.atEnd()) return expected("a media name", fields.position());
+  const std::string_view media = fields.take();
+  if (fields.atEnd() || !isDigit(*fields.position())) return expected("a port", fields.position());
+  const std::string_view port = fields.take();
+  if (fields.atEnd()) return expected("a transport", fields.position());
+  const std::size_t suffix = suffixStart(port);
+  line.mediaType = mediaTypeOf(media);
+  cut |= !copyField(line.media, media);
+  cut |= !copyField(line.port, port.substr(0, suffix));
+  cut |= !copyField(line.portSuffix, port.substr(suffix));
+  cut |= !copyField(line.transport, fields.take());
+  readFormats(fields, line, cut);
+  return {};
+}
+
+void writeMedia(TextWriter& out, const m_line& line) {
+  if (!out.reserve(sizeof line + SDP_FORMAT_CAPACITY + 16)) return;
+  out.put('m')
+      .put('=')
+      .put(line.media)
+      .put(' ')
+      .put(line.port)
+      .put(line.portSuffix)
+      .put(' ')
+      .put(line.transport);
+  for (int i = 0; i < usable(line.formatCount, SDP_FORMAT_CAPACITY); ++i) out.put(' ').put(line.formats[i]);
+  out.endLine();
+}
+
+}  // namespace sdp
+
+const char* sdp_MgetPort(const m_line* line) { return line != nullptr ? line->port : nullptr; }
+
+const char* sdp_MgetTransport(const m_line* line) { return line != nullptr ? line->transport : nullptr; }
+
+int sdp_MgetNoOfFormats(const m_line* line) {
+  return line != nullptr ? sdp::usable(line->formatCount, SDP_FORMAT_CAPACITY) : 0;
+}
+
+const char* sdp_MgetFormat(const m_line* line, int index) {
+  if (line == nullptr || !sdp::inList(index, line->formatCount, SDP_FORMAT_CAPACITY)) return nullptr;
+  return line->formats[index];
+}
+
+unsigned short sdp_Mdecode_r(m_line* line, const char*& position, char* error, int& errorLine,
+                             int& errorColumn) {
+  return sdp::decodeSingleLine('m', position, error, errorLine, errorColumn,
+                               line == nullptr ? nullptr : +[](std::string_view value, void* record) {
+                                 bool cut = false;
+                                 return sdp::readMedia(value, *static_cast<m_line*>(record), cut);
+                               },
+                               line);
+}

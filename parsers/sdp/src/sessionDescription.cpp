@@ -1,0 +1,77 @@
+#include "sessionDescription.h"
+
+#include <cstring>
+
+#include "fields.h"
+
+namespace {
+
+// Copies a list with its count, of its entries those in use.
+template <typename Lines>
+void copyEntries(Lines& to, const Lines& from) {
+  const int capacity = sizeof from.entries / sizeof from.entries[0];
+  to.count = sdp::usable(from.count, capacity);
+  std::memcpy(to.entries, from.entries, sizeof from.entries[0] * static_cast<std::size_t>(to.count));
+}
+
+template <typename Line>
+void copyText(Line& to, const Line& from) {
+  sdp::copyField(to.text, sdp::fieldText(from.text));
+}
+
+void copyMediaLine(m_line& to, const m_line& from) {
+  to.mediaType = from.mediaType;
+  sdp::copyField(to.media, sdp::fieldText(from.media));
+  sdp::copyField(to.port, sdp::fieldText(from.port));
+  sdp::copyField(to.portSuffix, sdp::fieldText(from.portSuffix));
+  sdp::copyField(to.transport, sdp::fieldText(from.transport));
+  to.formatCount = sdp_MgetNoOfFormats(&from);
+  std::memcpy(to.formats, from.formats, sizeof from.formats[0] * static_cast<std::size_t>(to.formatCount));
+}
+
+// The lines that the session and each media description have.
+template <typename Section>
+void copySection(Section& to, const Section& from) {
+  copyEntries(to.cLine, from.cLine);
+  copyEntries(to.bLine, from.bLine);
+  copyEntries(to.aLine, from.aLine);
+  to.linePresence = from.linePresence;
+  copyText(to.iLine, from.iLine);
+  copyText(to.kLine, from.kLine);
+}
+
+}  // namespace
+
+int sdp_getNoOfMDs(const sDescription* description) {
+  return description != nullptr ? description->noOfMDs : 0;
+}
+
+bool sdp_isComplete(const sDescription* description) {
+  return description != nullptr && description->incomplete == 0;
+}
+
+void sdp_copyMedia(mDescription* to, const mDescription* from) {
+  if (to == nullptr || from == nullptr || to == from) return;
+  copyMediaLine(to->mLine, from->mLine);
+  copySection(*to, *from);
+}
+
+void sdp_copyDescription(sDescription* to, const sDescription* from) {
+  if (to == nullptr || from == nullptr || to == from) return;
+  to->oLine = from->oLine;
+  copySection(*to, *from);
+  to->noOfMDs = from->noOfMDs;
+  for (int i = 0; i < sdp::usable(from->noOfMDs, SDP_MEDIA_CAPACITY); ++i) {
+    sdp_copyMedia(&to->media[i], &from->media[i]);
+  }
+  to->mediaKinds = from->mediaKinds;
+  to->incomplete = from->incomplete;
+  copyText(to->vLine, from->vLine);
+  copyText(to->sLine, from->sLine);
+  copyText(to->uLine, from->uLine);
+  copyText(to->zLine, from->zLine);
+  copyEntries(to->eLine, from->eLine);
+  copyEntries(to->pLine, from->pLine);
+  copyEntries(to->tLine, from->tLine);
+  copyEntries(to->rLine, from->rLine);
+}

@@ -1,0 +1,43 @@
+#include "textWriter.h"
+
+#include <climits>
+#include <cstdlib>
+
+namespace sdp {
+
+namespace {
+constexpr std::size_t kFirstSize = 4096;
+}
+
+TextWriter::TextWriter(char*& text, int size)
+    : text_(text), next_(text), limit_(text != nullptr && size > 0 ? text + size : text) {}
+
+bool TextWriter::grow(std::size_t length) {
+  const auto used = static_cast<std::size_t>(next_ - text_);
+  std::size_t size = static_cast<std::size_t>(limit_ - text_);
+  while (size < used + length) size = size < kFirstSize ? kFirstSize : size * 2;
+  char* grown = outOfMemory_ || size > INT_MAX ? nullptr : static_cast<char*>(std::realloc(text_, size));
+  if (grown == nullptr) {
+    outOfMemory_ = true;
+    limit_ = next_;  // nothing more is written
+    return false;
+  }
+  text_ = grown;
+  next_ = grown + used;
+  limit_ = grown + size;
+  return true;
+}
+
+bool TextWriter::finish(int& length, int& size) {
+  const auto capacity = [this] { return static_cast<int>(limit_ - text_); };
+  if (outOfMemory_ || !reserve(1)) {
+    length = 0;
+    return false;
+  }
+  *next_ = '\0';
+  length = static_cast<int>(next_ - text_);
+  size = capacity();
+  return true;
+}
+
+}  // namespace sdp

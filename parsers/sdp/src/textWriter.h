@@ -1,0 +1,54 @@
+#ifndef SDP_TEXT_WRITER_H
+#define SDP_TEXT_WRITER_H
+
+#include <cstddef>
+#include <cstring>
+
+#include "fields.h"
+
+namespace sdp {
+
+/// Appends to a text that grows with realloc. Each line first reserves the most that it can need; running out
+/// of memory is remembered, and what is reserved then is refused.
+class TextWriter {
+ public:
+  /// @param text null, or a text of `size` characters from an earlier encoding
+  TextWriter(char*& text, int size);
+
+  /// Makes room for `length` more characters.
+  bool reserve(std::size_t length) {
+    return length <= static_cast<std::size_t>(limit_ - next_) || grow(length);
+  }
+
+  // Only within what was reserved.
+  TextWriter& put(char c) {
+    *next_++ = c;
+    return *this;
+  }
+  TextWriter& put(std::string_view text) {
+    std::memcpy(next_, text.data(), text.size());
+    next_ += text.size();
+    return *this;
+  }
+  template <std::size_t N>
+  TextWriter& put(const char (&field)[N]) {
+    return put(fieldText(field));
+  }
+  TextWriter& endLine() { return put('\r').put('\n'); }
+
+  /// Ends the text with NUL and gives its length and allocated size.
+  /// @return false when memory ran out
+  bool finish(int& length, int& size);
+
+ private:
+  bool grow(std::size_t length);
+
+  char*& text_;
+  char* next_;
+  char* limit_;
+  bool outOfMemory_ = false;
+};
+
+}  // namespace sdp
+
+#endif

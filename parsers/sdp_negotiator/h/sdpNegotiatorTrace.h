@@ -1,0 +1,46 @@
+#ifndef SDP_NEGOTIATOR_TRACE_H
+#define SDP_NEGOTIATOR_TRACE_H
+
+#include "sdpNegotiatorExport.h"
+
+/// The prefixes of trace lines, NUL-padded: "SDP_NEGOTIATOR_DEBUG:", "SDP_NEGOTIATOR_INFO:",
+/// "SDP_NEGOTIATOR_ERROR:" and "SDP_NEGOTIATOR_DETAIL:".
+extern SDP_NEGOTIATOR_API const char SDP_NEGOTIATOR_RTT_STR[4][25];
+
+/// Registers the library with the platform's trace facility and writes its trace lines. All lines go
+/// through the one instance `negotTrcManager`, which registers while the library is being loaded.
+class SDP_NEGOTIATOR_API cNegotTraceManager {
+ public:
+  /// Registers the component "SDP_NEGOTIATOR" with the flags 1 "DEBUG", 2 "INFO" and 4 "ERROR". A
+  /// registration that fails is reported once to the platform's log.
+  cNegotTraceManager();
+
+  /// Does nothing; the component stays registered.
+  ~cNegotTraceManager();
+
+  cNegotTraceManager(const cNegotTraceManager&) = delete;
+  cNegotTraceManager& operator=(const cNegotTraceManager&) = delete;
+
+  /// Writes one line: the flag's prefix, followed at once by the formatted message. Lines are written
+  /// while the flag 2 ("INFO") is on, whatever flag they carry. May be called from several threads;
+  /// needs about 40 KB of stack while tracing is on.
+  ///
+  /// A line holds at most 20479 characters. Prefix and format together are cut at that length before
+  /// they are formatted (a conversion that loses its end is left out) and the result is cut at it again.
+  /// A message that cannot be formatted leaves the prefix alone.
+  ///
+  /// @param flag 1 debug, 2 information, 4 error, 8 and other values detail; handed on
+  /// @param level handed on
+  /// @param format,... the message as for printf; null writes the prefix alone
+  /// @return 0 while tracing is off, otherwise what the facility returned for the line
+  static int writeTraceMsg(int flag, int level, const char* format, ...)
+      __attribute__((format(printf, 3, 4)));
+
+ private:
+  /// The facility's handle of the component, -1 while it is not registered.
+  int handle;
+};
+
+extern SDP_NEGOTIATOR_API cNegotTraceManager negotTrcManager;
+
+#endif

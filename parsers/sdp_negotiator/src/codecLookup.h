@@ -1,0 +1,44 @@
+#ifndef SDP_NEGOTIATOR_CODEC_LOOKUP_H
+#define SDP_NEGOTIATOR_CODEC_LOOKUP_H
+
+// Lookups in the codec tables, between names and values. Names are compared without regard to ASCII case,
+// whatever the locale; of several rows that match, the first counts.
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <string_view>
+
+#include "sdpDataDefinitions.h"
+
+namespace sdpneg {
+
+constexpr char asciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+constexpr bool equalIgnoringCase(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char left, char right) { return asciiLower(left) == asciiLower(right); });
+}
+
+/// @return the value of the first row whose `column` is `name`; 0 when there is none or `name` is null or
+///         empty
+template <class Row, std::size_t rows>
+std::uint8_t codecValue(const Row (&table)[rows], const char* Row::*column, const char* name) {
+  if (name == nullptr) return SDP_NO_CODEC;
+  const auto row = std::find_if(std::begin(table), std::end(table),
+                                [&](const Row& each) { return equalIgnoringCase(each.*column, name); });
+  return row == std::end(table) ? SDP_NO_CODEC : row->value;
+}
+
+/// @return the `column` of the first row with that value, the table's own text; "" when there is none
+template <class Row, std::size_t rows>
+const char* codecName(const Row (&table)[rows], const char* Row::*column, std::uint8_t value) {
+  const auto row = std::find_if(std::begin(table), std::end(table),
+                                [value](const Row& each) { return each.value == value; });
+  return row == std::end(table) ? "" : (*row).*column;
+}
+
+}  // namespace sdpneg
+
+#endif

@@ -1,0 +1,102 @@
+#include "sdpNegotiatorTrace.h"
+
+#include <cstdarg>
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+#include <iostream>  // initialises the standard streams ahead of negotTrcManager: a facility may use them
+#include <string_view>
+
+#include "kvRtt.h"
+
+const char SDP_NEGOTIATOR_RTT_STR[4][25] = {
+    "SDP_NEGOTIATOR_DEBUG:",
+    "SDP_NEGOTIATOR_INFO:",
+    "SDP_NEGOTIATOR_ERROR:",
+    "SDP_NEGOTIATOR_DETAIL:",
+};
+
+cNegotTraceManager negotTrcManager;
+
+namespace sdpneg {
+namespace {
+
+constexpr const char* component = "SDP_NEGOTIATOR";
+constexpr std::size_t lineSize = 20480;
+constexpr int lineType = 7200;
+constexpr int infoFlag = 2;
+constexpr int detailRow = 3;
+
+/// Flag 8 and others point behind the table; the row for detail stands in for those.
+const char* prefixOf(int flag) {
+  const int row = flag / 2;
+  return SDP_NEGOTIATOR_RTT_STR[row >= 0 && row < detailRow ? row : detailRow];
+}
+
+/// How much of a format that was cut can be formatted: all of it, or what stands before a conversion
+/// that lost its end.
+std::size_t lengthOfWholeConversions(std::string_view format) {
+  std::size_t at = format.find('%');
+  while (at != std::string_view::npos) {
+    const std::size_t end = format.find_first_not_of("0123456789-+ #'I.*$hlqjzZtL", at + 1);
+    if (end == std::string_view::npos) return at;
+    at = format.find('%', end + 1);
+  }
+  return format.size();
+}
+
+/// How much of a format is used when `room` characters are left for it.
+std::size_t usableLength(const char* format, std::size_t room) {
+  const std::size_t length = strnlen(format, room);
+  const bool isCut = length == room && format[length] != '\0';
+  return isCut ? lengthOfWholeConversions({format, length}) : length;
+}
+
+void composeFormat(char (&line)[lineSize], std::string_view prefix, const char* format) {
+  std::size_t length = prefix.copy(line, lineSize - 1);
+  if (format != nullptr) {
+    const std::size_t added = usableLength(format, lineSize - 1 - length);
+    std::memcpy(line + length, format, added);
+    length += added;
+  }
+  line[length] = '\0';
+}
+
+}  // namespace
+}  // namespace sdpneg
+
+cNegotTraceManager::cNegotTraceManager() : handle(-1) {
+  using sdpneg::component;
+  if (pvxTraceRttInit(&handle) != 0) return;
+  const int status = KvRttRegFacility(&handle, component);
+  if (status == 0) {
+    KvRttRegFlag(component, 1, "DEBUG");
+    KvRttRegFlag(component, sdpneg::infoFlag, "INFO");
+    KvRttRegFlag(component, 4, "ERROR");
+    return;
+  }
+  handle = -1;
+  KvLogReport("src/sdpNegotiatorTrace", 61, 0, 4, 0x390001,
+              "SDP_NEGOTIATOR failed to register with kvrtt. Registration status = %s", KvRttStatus(status));
+}
+
+cNegotTraceManager::~cNegotTraceManager() {}
+
+int cNegotTraceManager::writeTraceMsg(int flag, int level, const char* format, ...) {
+  if (KvRttTstFlag(negotTrcManager.handle, sdpneg::infoFlag) == 0) return 0;
+
+  // Neither is cleared: each is written up to its NUL, and every line would pay for the rest.
+  char line[sdpneg::lineSize];
+  char result[sdpneg::lineSize];
+  const char* prefix = sdpneg::prefixOf(flag);
+  sdpneg::composeFormat(line, prefix, format);
+
+  va_list arguments;
+  va_start(arguments, format);
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+  const int length = std::vsnprintf(result, sizeof result, line, arguments);
+#pragma GCC diagnostic pop
+  va_end(arguments);
+  return pvxTraceRtt(negotTrcManager.handle, flag, sdpneg::lineType, level, length < 0 ? prefix : result);
+}

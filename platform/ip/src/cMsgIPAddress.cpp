@@ -1,0 +1,84 @@
+#include "cMsgIPAddress.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+static_assert(IP_VERSION_UNKNOWN == AF_UNSPEC && IP_VERSION_4 == AF_INET && IP_VERSION_6 == AF_INET6);
+
+namespace {
+
+/// How a place that needs an address says that there is none.
+constexpr std::string_view unspecifiedText = "0.0.0.0";
+
+/// Whether a text is short enough to be an address; reads no further than that takes.
+bool hasAddressLength(const char* text) {
+  return text != nullptr && strnlen(text, INET6_ADDRSTRLEN) < INET6_ADDRSTRLEN;
+}
+
+/// @param bytes receives the address in network order, when there is one; an IPv4 address in its first four
+/// @return the version of the address, unknown when the text is none
+eIPAddressVersion parse(const char* text, std::uint8_t (&bytes)[16]) {
+  if (!hasAddressLength(text)) return IP_VERSION_UNKNOWN;
+  if (inet_pton(AF_INET, text, bytes) == 1) return IP_VERSION_4;
+  if (inet_pton(AF_INET6, text, bytes) == 1) return IP_VERSION_6;
+  return IP_VERSION_UNKNOWN;
+}
+
+constexpr std::size_t addressSize(eIPAddressVersion version) {
+  return version == IP_VERSION_4 ? sizeof(in_addr) : version == IP_VERSION_6 ? sizeof(in6_addr) : 0;
+}
+
+/// Copies as much as fits in front of the NUL; `size` is at least 1.
+void copyCut(std::string_view from, char* to, std::size_t size) {
+  const std::size_t length = std::min(from.size(), size - 1);
+  std::copy_n(from.data(), length, to);
+  to[length] = '\0';
+}
+
+}  // namespace
+
+void cMsgIPAddress::init() { *this = cMsgIPAddress{}; }
+
+void cMsgIPAddress::setIPAddress(const char* text) {
+  std::uint8_t parsed[sizeof bytes] = {};
+  const eIPAddressVersion parsedVersion = parse(text, parsed);
+  init();
+  version = parsedVersion;
+  std::copy_n(parsed, addressSize(parsedVersion), bytes);
+}
+
+void cMsgIPAddress::getIPAddressText(char* text, int size) const {
+  if (text == nullptr || size <= 0) return;
+  char whole[INET6_ADDRSTRLEN] = "";
+  const bool written = inet_ntop(getIPAddressVersion(), bytes, whole, sizeof whole) != nullptr;
+  copyCut(written ? whole : unspecifiedText, text, static_cast<std::size_t>(size));
+}
+
+eIPAddressVersion cMsgIPAddress::getIPAddressVersion() const {
+  if (version == IP_VERSION_4) return IP_VERSION_4;
+  return version == IP_VERSION_6 ? IP_VERSION_6 : IP_VERSION_UNKNOWN;
+}
+
+eIPAddressVersion cMsgIPAddress::getIPAddressVersion(const char* text) {
+  std::uint8_t parsed[sizeof bytes];
+  return parse(text, parsed);
+}
+
+bool cMsgIPAddress::isIPv4(const char* text) { return getIPAddressVersion(text) == IP_VERSION_4; }
+
+bool cMsgIPAddress::isIPv6(const char* text) { return getIPAddressVersion(text) == IP_VERSION_6; }
+
+bool cMsgIPAddress::isValid(const char* text) { return getIPAddressVersion(text) != IP_VERSION_UNKNOWN; }
+
+bool cMsgIPAddress::isIPv6() const { return version == IP_VERSION_6; }
+
+bool cMsgIPAddress::isZero() const { return *this == cMsgIPAddress{}; }
+
+bool cMsgIPAddress::operator==(const cMsgIPAddress& other) const {
+  return version == other.version && std::equal(bytes, bytes + sizeof bytes, other.bytes);
+}

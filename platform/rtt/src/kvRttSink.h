@@ -1,0 +1,17 @@
+#ifndef KV_RTT_SINK_H
+#define KV_RTT_SINK_H
+
+#include "kvRttLocal.h"
+
+namespace kvrtt {
+
+/// Hands a line to the current sink, one line at a time. Returns a status of eKvRttStatus. The value of
+/// errno stays as it was.
+int writeLine(const KvRttLine& line);
+
+/// Sets the sink; null sets the default one. Waits until the former sink has returned from its line.
+void setSink(KvRttSink sink, void* context);
+
+}  // namespace kvrtt
+
+#endif

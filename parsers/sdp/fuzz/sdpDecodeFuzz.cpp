@@ -24,7 +24,6 @@ std::size_t walkMedia(const mDescription& media) {
   return sum + lengthOf(sdp_AfindAttribute(&media.aLine, "rtpmap")) + sdp_BgetBandwidthValue(&media.bLine);
 }
 
-// The message must be a text within its buffer, and the record empty after a failure.
 void require(bool condition) {
   if (!condition) std::abort();
 }
@@ -37,6 +36,7 @@ void decodeLine(Record& record, const std::string& text, Decode decode) {
   const char* position = text.c_str();
   const unsigned short status = decode(&record, position, error, line, column);
   require(position >= text.c_str() && position <= text.c_str() + text.size());
+  require(std::memchr(error, 0, sizeof error) != nullptr && (status == 0) == (error[0] == '\0'));
   require(status == 0 ? line == 0 && column == 0 : line == 1 && column >= 1 && position == text.c_str());
 }
 
@@ -53,6 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   unsigned short end = 1;
   const unsigned short status =
       sdp_decodeOpt_r(description.get(), text.get(), SDP_TYPE_UNKNOWN, error, false, start, end);
+  // The message is a text within its buffer, and the record is empty after a failure.
   require(std::memchr(error, 0, sizeof error) != nullptr && (status == 0) == (error[0] == '\0'));
   require(start <= end && end <= std::strlen(text.get()));
   require(status == 0 || description->noOfMDs == 0);
@@ -64,7 +65,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   m_line media;
   decodeLine(media, "m=" + body, sdp_Mdecode_r);
   b_line bandwidth;
-  bandwidth.count = 0;
   decodeLine(bandwidth, "b=" + body, sdp_Bdecode_r);
   return sum == SIZE_MAX ? 1 : 0;
 }

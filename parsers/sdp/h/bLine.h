@@ -12,6 +12,7 @@ struct b_line {
   };
   entry entries[SDP_BANDWIDTH_CAPACITY];
   int count;
+  int incomplete;  ///< 1 when something of the lines was cut or left out, else 0
 };
 
 /// @param line bandwidth lines, or null
@@ -22,7 +23,7 @@ SDP_CODEC_API unsigned int sdp_BgetBandwidthValue(const b_line* line);
 /// @param line     receives the b-line as its only entry; unchanged on failure
 /// @param position at the line's "b="; on success moved behind the line's end (CR LF, LF, CR or the text's
 /// NUL)
-/// @param error    null, or SDP_ERROR_TEXT_SIZE characters for the message of a failure
+/// @param error    null, or SDP_ERROR_TEXT_SIZE characters for the message of a failure; empty on success
 /// @param errorLine   1 on failure, else 0
 /// @param errorColumn the column of a failure, from 1, else 0
 /// @return 0, or 1 when an argument is null or the text is no b-line
@@ -36,7 +37,8 @@ SDP_CODEC_API unsigned short sdp_Bdecode_r(b_line* line, const char*& position, 
 ///               realloc and released by the caller with free
 /// @param length receives the length of the text without its NUL
 /// @param size   the allocated size of the text; read when the text is not null
-/// @return 0, or 1 when the record is null or memory ran out; the text then is still the caller's
+/// @return 0, or 1 when the record is null or memory ran out; the text then is still the caller's, and after
+///         running out of memory it is empty and `size` says what is allocated
 SDP_CODEC_API unsigned short sdp_Bencode_r(const b_line* line, char*& text, int& length, int& size);
 
 #endif

@@ -13,6 +13,7 @@ struct m_line {
   char transport[SDP_TRANSPORT_SIZE];
   char formats[SDP_FORMAT_CAPACITY][SDP_FORMAT_SIZE];
   int formatCount;
+  int incomplete;  ///< 1 when a field or format was cut or left out, else 0
 };
 
 /// @param line a media line, or null
@@ -32,11 +33,11 @@ SDP_CODEC_API int sdp_MgetNoOfFormats(const m_line* line);
 /// @return the format (a payload type or a name), inside the record; null when there is none at that index
 SDP_CODEC_API const char* sdp_MgetFormat(const m_line* line, int index);
 
-/// Decodes one m-line from a text. Fields and formats beyond the capacities are cut.
+/// Decodes one m-line from a text. Fields and formats beyond the capacities are cut; `incomplete` then is 1.
 /// @param line     receives the m-line; unchanged on failure
 /// @param position at the line's "m="; on success moved behind the line's end (CR LF, LF, CR or the text's
 /// NUL)
-/// @param error    null, or SDP_ERROR_TEXT_SIZE characters for the message of a failure
+/// @param error    null, or SDP_ERROR_TEXT_SIZE characters for the message of a failure; empty on success
 /// @param errorLine   1 on failure, else 0
 /// @param errorColumn the column of a failure, from 1, else 0
 /// @return 0, or 1 when an argument is null or the text is no m-line

@@ -5,8 +5,9 @@
 /// The session-description codec: an SDP body (RFC 4566) as a plain record, and back.
 ///
 /// The records have fixed capacities (sdpCapacities.h), hold no pointers and are never cleared as a whole:
-/// only what the counts and the line-presence sets name is valid. All operations are reentrant; they keep no
-/// state. Texts that the getters return point into the record.
+/// only what the counts and the line-presence sets name is valid. Who fills an entry by hand sets each of its
+/// members, the `suffix` of a connection and the `hasColon` of an attribute included. All operations are
+/// reentrant; they keep no state. Texts that the getters return point into the record.
 
 #include "aLine.h"
 #include "bLine.h"
@@ -62,13 +63,14 @@ struct sDescription {
 ///
 /// A line ends at CR LF, LF or a lone CR; empty lines are skipped. Session lines may stand in any order, and
 /// any of them but the first `v=` may be absent. Fields of o-, c- and m-lines may be separated by several
-/// blanks or tabs. What exceeds the capacities is cut or left out, as are lines of unknown letters and
-/// repeated lines of a kind that a body has once; the description is then marked as incomplete.
+/// blanks or tabs, and blanks may stand around a b-line's number; they are not kept. What exceeds the
+/// capacities is cut or left out, as are lines of unknown letters and repeated lines of a kind that a body
+/// has once; the description is then marked as incomplete.
 ///
 /// @param description receives the body; empty after a failure
 /// @param text        the body, ended by NUL
 /// @param type        the kind of body; all are treated alike
-/// @param error       null, or SDP_ERROR_TEXT_SIZE characters for the message of a failure:
+/// @param error       null, or SDP_ERROR_TEXT_SIZE characters for the message of a failure, empty on success:
 ///                    "line N, column M: expected ..., found ..."
 /// @param option      without effect
 /// @param oLineStart  receives the o-line's offset in the text, in characters
@@ -87,7 +89,9 @@ SDP_CODEC_API unsigned short sdp_decodeOpt_r(sDescription* description, const ch
 ///                    with realloc and released by the caller with free
 /// @param length      receives the length of the text without its NUL
 /// @param size        the allocated size of the text; read when the text is not null
-/// @return 0, or 1 when the description is null or memory ran out; the text then is still the caller's
+/// @return 0, or 1 when the description is null or memory ran out; the text then is still the caller's, and
+/// after
+///         running out of memory it is empty and `size` says what is allocated
 SDP_CODEC_API unsigned short sdp_encode_r(const sDescription* description, eSdpType type, char*& text,
                                           int& length, int& size);
 

@@ -19,9 +19,13 @@ std::size_t digitsEnd(std::string_view text) {
 Problem splitBandwidth(std::string_view value, std::string_view& type, std::string_view& number) {
   const std::size_t colon = value.find(':');
   const char* end = value.data() + value.size();
-  if (colon == 0 || value.empty()) return expected("a bandwidth type", value.data());
+  if (colon == 0 || value.empty() || isBlank(value.front()))
+    return expected("a bandwidth type", value.data());
   if (colon == std::string_view::npos) return expected("a colon behind the bandwidth type", end);
   type = value.substr(0, colon);
+  const std::size_t blank = type.find_first_of(" \t");
+  if (blank != std::string_view::npos)
+    return expected("a colon behind the bandwidth type", type.data() + blank);
   const std::string_view rest = Fields(value.substr(colon + 1)).rest();
   const std::size_t length = digitsEnd(rest);
   number = rest.substr(0, length);
@@ -32,18 +36,37 @@ Problem splitBandwidth(std::string_view value, std::string_view& type, std::stri
 
 }  // namespace
 
-Problem readBandwidth(std::string_view value, b_line& line, bool& cut) {
+namespace {
+
+void addBandwidth(b_line& line, std::string_view type, std::string_view number) {
+  if (line.count >= SDP_BANDWIDTH_CAPACITY) {
+    line.incomplete = 1;
+    return;
+  }
+  b_line::entry& entry = line.entries[line.count++];
+  const bool typeFits = copyField(entry.type, type);
+  const bool numberFits = copyField(entry.number, number);
+  if (!typeFits || !numberFits) line.incomplete = 1;
+  entry.value = saturatingNumber(number);
+}
+
+}  // namespace
+
+Problem readBandwidth(std::string_view value, b_line& line) {
   std::string_view type;
   std::string_view number;
   if (const Problem problem = splitBandwidth(value, type, number)) return problem;
-  if (line.count >= SDP_BANDWIDTH_CAPACITY) {
-    cut = true;
-    return {};
-  }
-  b_line::entry& entry = line.entries[line.count++];
-  cut |= !copyField(entry.type, type);
-  cut |= !copyField(entry.number, number);
-  entry.value = saturatingNumber(number);
+  addBandwidth(line, type, number);
+  return {};
+}
+
+Problem readOnlyBandwidth(std::string_view value, b_line& line) {
+  std::string_view type;
+  std::string_view number;
+  if (const Problem problem = splitBandwidth(value, type, number)) return problem;
+  line.count = 0;
+  line.incomplete = 0;
+  addBandwidth(line, type, number);
   return {};
 }
 
@@ -71,17 +94,13 @@ unsigned int sdp_BgetBandwidthValue(const b_line* line) {
 
 unsigned short sdp_Bdecode_r(b_line* line, const char*& position, char* error, int& errorLine,
                              int& errorColumn) {
-  return sdp::decodeSingleLine('b', position, error, errorLine, errorColumn,
-                               line == nullptr ? nullptr : +[](std::string_view value, void* record) {
-                                 auto& target = *static_cast<b_line*>(record);
-                                 const int count = target.count;
-                                 bool cut = false;
-                                 target.count = 0;
-                                 const sdp::Problem problem = sdp::readBandwidth(value, target, cut);
-                                 if (problem) target.count = count;
-                                 return problem;
-                               },
-                               line);
+  return sdp::decodeSingleLine(
+      'b', position, error, errorLine, errorColumn,
+      line == nullptr
+          ? nullptr
+          : +[](std::string_view value,
+                void* record) { return sdp::readOnlyBandwidth(value, *static_cast<b_line*>(record)); },
+      line);
 }
 
 unsigned short sdp_Bencode_r(const b_line* line, char*& text, int& length, int& size) {

@@ -13,12 +13,13 @@ Problem readConnection(std::string_view value, c_line& line, bool& cut) {
     field[i] = fields.take();
   }
   if (!fields.atEnd()) return expected("the end of the line", fields.position());
+  const std::size_t suffix = suffixStart(field[2]);
+  if (suffix == 0) return expected(kNames[2], field[2].data());
   if (line.count >= SDP_CONNECTION_CAPACITY) {
     cut = true;
     return {};
   }
   c_line::entry& entry = line.entries[line.count++];
-  const std::size_t suffix = suffixStart(field[2]);
   cut |= !copyField(entry.networkType, field[0]);
   cut |= !copyField(entry.addressType, field[1]);
   cut |= !copyField(entry.address, field[2].substr(0, suffix));

@@ -14,6 +14,7 @@ void resetSession(sDescription& description) {
   description.oLine.present = 0;
   description.cLine.count = 0;
   description.bLine.count = 0;
+  description.bLine.incomplete = 0;
   description.aLine.count = 0;
   description.noOfMDs = 0;
   description.linePresence = 0;
@@ -34,6 +35,7 @@ void resetSession(sDescription& description) {
 void resetMedia(mDescription& media) {
   media.cLine.count = 0;
   media.bLine.count = 0;
+  media.bLine.incomplete = 0;
   media.aLine.count = 0;
   media.linePresence = 0;
   media.iLine.text[0] = '\0';
@@ -61,6 +63,7 @@ class Decoder {
 
   sDescription& description_;
   mDescription* media_ = nullptr;
+  bool timeLeftOut_ = false;  // the last time line was left out; its repeats go with it
 };
 
 // A line of a kind that stands once: a second one is left out.
@@ -81,7 +84,8 @@ Problem Decoder::readInto(Section& section, char letter, std::string_view value)
       section.linePresence |= SDP_HAS_A_LINE;
       break;
     case 'b':
-      problem = readBandwidth(value, section.bLine, cut);
+      problem = readBandwidth(value, section.bLine);
+      cut = section.bLine.incomplete != 0;
       section.linePresence |= SDP_HAS_B_LINE;
       break;
     case 'c':
@@ -104,14 +108,13 @@ Problem Decoder::readSectionLine(char letter, std::string_view value) {
   if (media_ != nullptr) return readInto(*media_, letter, value);
   if (description_.noOfMDs == 0) return readInto(description_, letter, value);
   // Behind the media descriptions that are held a line is checked and left out.
-  bool cut = false;
   if (letter == 'b') {
     b_line ignored;
-    ignored.count = 0;
-    return readBandwidth(value, ignored, cut);
+    return readOnlyBandwidth(value, ignored);
   }
   if (letter == 'c') {
     c_line ignored;
+    bool cut = false;
     ignored.count = 0;
     return readConnection(value, ignored, cut);
   }
@@ -119,19 +122,18 @@ Problem Decoder::readSectionLine(char letter, std::string_view value) {
 }
 
 Problem Decoder::readMediaLine(std::string_view value) {
-  bool cut = false;
   if (description_.noOfMDs >= SDP_MEDIA_CAPACITY) {
     m_line ignored;
-    const Problem problem = readMedia(value, ignored, cut);
+    const Problem problem = readMedia(value, ignored);
     media_ = nullptr;
     ++description_.noOfMDs;
     noteCut(true);
     return problem;
   }
   mDescription& media = description_.media[description_.noOfMDs];
-  if (const Problem problem = readMedia(value, media.mLine, cut)) return problem;
+  if (const Problem problem = readMedia(value, media.mLine)) return problem;
   resetMedia(media);
-  noteCut(cut);
+  noteCut(media.mLine.incomplete != 0);
   media_ = &media;
   ++description_.noOfMDs;
   return {};
@@ -163,11 +165,13 @@ Problem Decoder::readSessionLine(char letter, std::string_view value) {
       d.linePresence |= SDP_HAS_P_LINE;
       break;
     case 't':
-      readTime(value, d.tLine, cut);
+      readEntry(value, d.tLine, cut);
+      timeLeftOut_ = cut && d.tLine.count == SDP_TIME_CAPACITY;
       d.linePresence |= SDP_HAS_T_LINE;
       break;
     case 'r':
-      readRepeat(value, d.tLine.count, d.rLine, cut);
+      cut = timeLeftOut_;
+      if (!timeLeftOut_) readRepeat(value, d.tLine.count, d.rLine, cut);
       d.linePresence |= SDP_HAS_R_LINE;
       break;
     case 'o': {
@@ -252,7 +256,7 @@ unsigned short sdp_decodeOpt_r(sDescription* description, const char* text, eSdp
     sdp::resetSession(*description);
     // A text of empty lines only has its problem behind the last of them.
     const bool behindAll = problem.at == text + body.size() && lines.line().empty();
-    const std::string_view line = behindAll ? std::string_view(problem.at, 0) : lines.line();
+    const std::string_view line = behindAll ? body.substr(body.size()) : lines.line();
     unsigned int column = 1;
     sdp::writeLineError(error, lines.number() + (behindAll ? 1U : 0U), line, problem,
                         line.data() + line.size() == text + body.size(), column);

@@ -1,6 +1,7 @@
 #ifndef SDP_LINE_FORMATS_H
 #define SDP_LINE_FORMATS_H
 
+#include <iterator>
 #include <string_view>
 
 #include "fields.h"
@@ -14,16 +15,18 @@ namespace sdp {
 
 Problem readOrigin(std::string_view value, o_line& line, bool& cut);
 Problem readConnection(std::string_view value, c_line& line, bool& cut);
-Problem readBandwidth(std::string_view value, b_line& line, bool& cut);
-Problem readMedia(std::string_view value, m_line& line, bool& cut);
+Problem readBandwidth(std::string_view value, b_line& line);
+/// The same into a record that holds nothing defined yet.
+Problem readOnlyBandwidth(std::string_view value, b_line& line);
+Problem readMedia(std::string_view value, m_line& line);
 void readAttribute(std::string_view value, a_line& line, bool& cut);
-void readTime(std::string_view value, t_line& line, bool& cut);
+
 void readRepeat(std::string_view value, int timeCount, r_line& line, bool& cut);
 
 /// A line of a kind that may stand several times and is kept as it stands.
 template <typename Lines>
 void readEntry(std::string_view value, Lines& line, bool& cut) {
-  const int capacity = sizeof line.entries / sizeof line.entries[0];
+  const auto capacity = static_cast<int>(std::size(line.entries));
   if (line.count >= capacity) {
     cut = true;
     return;
@@ -49,7 +52,7 @@ void writeText(TextWriter& out, char letter, const char (&text)[N]) {
 /// The lines of a kind that may stand several times.
 template <typename Lines>
 void writeEntries(TextWriter& out, char letter, const Lines& line) {
-  const int capacity = sizeof line.entries / sizeof line.entries[0];
+  const auto capacity = static_cast<int>(std::size(line.entries));
   for (int i = 0; i < usable(line.count, capacity); ++i) writeText(out, letter, line.entries[i].text);
 }
 

@@ -6,7 +6,13 @@
 
 namespace sdp {
 
-/// Takes a text apart into lines. The only place that knows the line ends: CR LF, LF, or a lone CR.
+/// The length of the line end that a text begins with: CR LF, LF, a lone CR, or the text's end.
+inline std::size_t lineEndLength(std::string_view text) {
+  if (text.empty()) return 0;
+  return text[0] == '\r' && text.size() > 1 && text[1] == '\n' ? 2 : 1;
+}
+
+/// Takes a text apart into lines.
 class LineReader {
  public:
   explicit LineReader(std::string_view text)
@@ -20,7 +26,7 @@ class LineReader {
     if (lf_ < next_) lf_ = find('\n');
     const char* lineEnd = cr_ < lf_ ? cr_ : lf_;
     line_ = {next_, static_cast<std::size_t>(lineEnd - next_)};
-    next_ = lineEnd + endLength(lineEnd);
+    next_ = lineEnd + lineEndLength({lineEnd, static_cast<std::size_t>(end_ - lineEnd)});
     ++number_;
     return true;
   }
@@ -34,12 +40,6 @@ class LineReader {
   const char* position() const { return next_; }
 
  private:
-  // The text's end is where neither CR nor LF stands.
-  std::size_t endLength(const char* lineEnd) const {
-    if (lineEnd == end_) return 0;
-    return lineEnd == cr_ && lf_ == cr_ + 1 && lf_ != end_ ? 2 : 1;
-  }
-
   const char* find(char c) const {
     const void* found = std::memchr(next_, c, static_cast<std::size_t>(end_ - next_));
     return found != nullptr ? static_cast<const char*>(found) : end_;

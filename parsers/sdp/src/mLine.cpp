@@ -19,20 +19,20 @@ unsigned int mediaTypeOf(std::string_view name) {
   return 0;
 }
 
-void readFormats(Fields& fields, m_line& line, bool& cut) {
+// Returns whether all formats fitted.
+bool readFormats(Fields& fields, m_line& line) {
+  bool whole = true;
   line.formatCount = 0;
   while (!fields.atEnd()) {
-    if (line.formatCount == SDP_FORMAT_CAPACITY) {
-      cut = true;
-      return;
-    }
-    cut |= !copyField(line.formats[line.formatCount++], fields.take());
+    if (line.formatCount == SDP_FORMAT_CAPACITY) return false;
+    whole &= copyField(line.formats[line.formatCount++], fields.take());
   }
+  return whole;
 }
 
 }  // namespace
 
-Problem readMedia(std::string_view value, m_line& line, bool& cut) {
+Problem readMedia(std::string_view value, m_line& line) {
   Fields fields(value);
   if (fields.atEnd()) return expected("a media name", fields.position());
   const std::string_view media = fields.take();
@@ -41,11 +41,12 @@ Problem readMedia(std::string_view value, m_line& line, bool& cut) {
   if (fields.atEnd()) return expected("a transport", fields.position());
   const std::size_t suffix = suffixStart(port);
   line.mediaType = mediaTypeOf(media);
-  cut |= !copyField(line.media, media);
-  cut |= !copyField(line.port, port.substr(0, suffix));
-  cut |= !copyField(line.portSuffix, port.substr(suffix));
-  cut |= !copyField(line.transport, fields.take());
-  readFormats(fields, line, cut);
+  bool whole = copyField(line.media, media);
+  whole &= copyField(line.port, port.substr(0, suffix));
+  whole &= copyField(line.portSuffix, port.substr(suffix));
+  whole &= copyField(line.transport, fields.take());
+  whole &= readFormats(fields, line);
+  line.incomplete = whole ? 0 : 1;
   return {};
 }
 
@@ -80,10 +81,10 @@ const char* sdp_MgetFormat(const m_line* line, int index) {
 
 unsigned short sdp_Mdecode_r(m_line* line, const char*& position, char* error, int& errorLine,
                              int& errorColumn) {
-  return sdp::decodeSingleLine('m', position, error, errorLine, errorColumn,
-                               line == nullptr ? nullptr : +[](std::string_view value, void* record) {
-                                 bool cut = false;
-                                 return sdp::readMedia(value, *static_cast<m_line*>(record), cut);
-                               },
-                               line);
+  return sdp::decodeSingleLine(
+      'm', position, error, errorLine, errorColumn,
+      line == nullptr ? nullptr
+                      : +[](std::string_view value,
+                            void* record) { return sdp::readMedia(value, *static_cast<m_line*>(record)); },
+      line);
 }

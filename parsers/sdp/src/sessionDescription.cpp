@@ -1,6 +1,7 @@
 #include "sessionDescription.h"
 
 #include <cstring>
+#include <iterator>
 
 #include "fields.h"
 
@@ -9,7 +10,7 @@ namespace {
 // Copies a list with its count, of its entries those in use.
 template <typename Lines>
 void copyEntries(Lines& to, const Lines& from) {
-  const int capacity = sizeof from.entries / sizeof from.entries[0];
+  const auto capacity = static_cast<int>(std::size(from.entries));
   to.count = sdp::usable(from.count, capacity);
   std::memcpy(to.entries, from.entries, sizeof from.entries[0] * static_cast<std::size_t>(to.count));
 }
@@ -25,6 +26,7 @@ void copyMediaLine(m_line& to, const m_line& from) {
   sdp::copyField(to.port, sdp::fieldText(from.port));
   sdp::copyField(to.portSuffix, sdp::fieldText(from.portSuffix));
   sdp::copyField(to.transport, sdp::fieldText(from.transport));
+  to.incomplete = from.incomplete;
   to.formatCount = sdp_MgetNoOfFormats(&from);
   std::memcpy(to.formats, from.formats, sizeof from.formats[0] * static_cast<std::size_t>(to.formatCount));
 }
@@ -34,6 +36,7 @@ template <typename Section>
 void copySection(Section& to, const Section& from) {
   copyEntries(to.cLine, from.cLine);
   copyEntries(to.bLine, from.bLine);
+  to.bLine.incomplete = from.bLine.incomplete;
   copyEntries(to.aLine, from.aLine);
   to.linePresence = from.linePresence;
   copyText(to.iLine, from.iLine);

@@ -37,8 +37,9 @@ unsigned short decodeSingleLine(char letter, const char*& position, char* error,
     errorColumn = static_cast<int>(column);
     return 1;
   }
+  if (error != nullptr) error[0] = '\0';
   const char* end = position + text.size();
-  position = end + (end[0] == '\r' && end[1] == '\n' ? 2 : end[0] != '\0' ? 1 : 0);
+  position = end + lineEndLength({end, strnlen(end, 2)});
   return 0;
 }
 

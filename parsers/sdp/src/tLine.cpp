@@ -4,8 +4,6 @@
 
 namespace sdp {
 
-void readTime(std::string_view value, t_line& line, bool& cut) { readEntry(value, line, cut); }
-
 void readRepeat(std::string_view value, int timeCount, r_line& line, bool& cut) {
   const int index = line.count;
   readEntry(value, line, cut);

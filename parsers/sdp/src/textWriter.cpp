@@ -16,10 +16,9 @@ bool TextWriter::grow(std::size_t length) {
   const auto used = static_cast<std::size_t>(next_ - text_);
   std::size_t size = static_cast<std::size_t>(limit_ - text_);
   while (size < used + length) size = size < kFirstSize ? kFirstSize : size * 2;
-  char* grown = outOfMemory_ || size > INT_MAX ? nullptr : static_cast<char*>(std::realloc(text_, size));
+  char* grown = size > INT_MAX ? nullptr : static_cast<char*>(std::realloc(text_, size));
   if (grown == nullptr) {
     outOfMemory_ = true;
-    limit_ = next_;  // nothing more is written
     return false;
   }
   text_ = grown;
@@ -29,15 +28,12 @@ bool TextWriter::grow(std::size_t length) {
 }
 
 bool TextWriter::finish(int& length, int& size) {
-  const auto capacity = [this] { return static_cast<int>(limit_ - text_); };
-  if (outOfMemory_ || !reserve(1)) {
-    length = 0;
-    return false;
-  }
-  *next_ = '\0';
+  const bool done = reserve(1);
+  if (!done) next_ = text_;
   length = static_cast<int>(next_ - text_);
-  size = capacity();
-  return true;
+  size = static_cast<int>(limit_ - text_);
+  if (text_ != nullptr && size > 0) *next_ = '\0';
+  return done;
 }
 
 }  // namespace sdp

@@ -17,7 +17,7 @@ class TextWriter {
 
   /// Makes room for `length` more characters.
   bool reserve(std::size_t length) {
-    return length <= static_cast<std::size_t>(limit_ - next_) || grow(length);
+    return !outOfMemory_ && (length <= static_cast<std::size_t>(limit_ - next_) || grow(length));
   }
 
   // Only within what was reserved.
@@ -37,7 +37,7 @@ class TextWriter {
   TextWriter& endLine() { return put('\r').put('\n'); }
 
   /// Ends the text with NUL and gives its length and allocated size.
-  /// @return false when memory ran out
+  /// @return false when memory ran out; the text, if there is one, is empty then
   bool finish(int& length, int& size);
 
  private:

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "codecTestSupport.h"
 
 // Each capacity one under, at, and one over: what exceeds it is cut or left out, and the description says so.
@@ -34,6 +36,8 @@ TEST_P(FieldCapacity, IsCutAtItsSize) {
 INSTANTIATE_TEST_SUITE_P(
     Fields, FieldCapacity,
     testing::Values(
+        Field{"mediaInformation", "m=audio 1 RTP/AVP 0\r\ni=", "", SDP_TEXT_SIZE, READ(media[0].iLine.text)},
+        Field{"mediaKey", "m=audio 1 RTP/AVP 0\r\nk=", "", SDP_TEXT_SIZE, READ(media[0].kLine.text)},
         Field{"user", "o=", " 1 2 IN IP4 x", SDP_USER_NAME_SIZE, READ(oLine.userName)},
         Field{"id", "o=- ", " 2 IN IP4 x", SDP_SESSION_NUMBER_SIZE, READ(oLine.sessionId)},
         Field{"version", "o=- 1 ", " IN IP4 x", SDP_SESSION_NUMBER_SIZE, READ(oLine.sessionVersion)},
@@ -110,9 +114,32 @@ INSTANTIATE_TEST_SUITE_P(
         List{"attributes", "", "a=x:y\r\n", SDP_ATTRIBUTE_CAPACITY, COUNT(sdp_AgetNoOfAs(&d.aLine))},
         List{"mediaAttributes", "m=audio 1 RTP/AVP 0\r\n", "a=x:y\r\n", SDP_ATTRIBUTE_CAPACITY,
              COUNT(sdp_AgetNoOfAs(&d.media[0].aLine))},
+        List{"mediaConnections", "m=audio 1 RTP/AVP 0\r\n", "c=IN IP4 x\r\n", SDP_CONNECTION_CAPACITY,
+             COUNT(sdp_CgetNoOfCs(&d.media[0].cLine))},
+        List{"mediaBandwidths", "m=audio 1 RTP/AVP 0\r\n", "b=AS:1\r\n", SDP_BANDWIDTH_CAPACITY,
+             COUNT(d.media[0].bLine.count)},
         List{"formats", "m=audio 1 RTP/AVP", " 0", SDP_FORMAT_CAPACITY,
              COUNT(sdp_MgetNoOfFormats(&d.media[0].mLine))}),
     [](const auto& tested) { return tested.param.name; });
+
+TEST(VersionCapacity, IsCutAtItsSize) {
+  for (const std::size_t length : {14U, 15U, 16U, 300U}) {
+    const Decoded d("v=" + std::string(length, '1') + "\r\n");
+    ASSERT_EQ(d.status, 0);
+    EXPECT_EQ(d->vLine.text, std::string(std::min<std::size_t>(length, 15), '1'));
+    EXPECT_EQ(d.complete(), length <= 15);
+  }
+}
+
+TEST(TimeCapacity, RepeatsOfATimeLineThatIsLeftOutGoWithIt) {
+  std::string held = "v=0\r\n";
+  for (int i = 0; i < SDP_TIME_CAPACITY; ++i)
+    held += "t=" + std::to_string(i) + " 0\r\nr=of " + std::to_string(i) + "\r\n";
+  const Decoded d(held + "t=8 0\r\nr=of 8\r\nr=of 8 too\r\n");
+  ASSERT_EQ(d.status, 0);
+  EXPECT_FALSE(d.complete());
+  EXPECT_EQ(encoded(*d), held);
+}
 
 TEST(MediaCapacity, EveryMediaLineIsCountedAndTheFirstTwentyFiveAreHeld) {
   for (const int count : {24, 25, 26, 60, 300}) {
@@ -132,11 +159,10 @@ TEST(MediaCapacity, EveryMediaLineIsCountedAndTheFirstTwentyFiveAreHeld) {
   }
 }
 
-TEST(AttributeCapacity, IsTheOneThatTheLibraryWasBuiltWith) {
-  EXPECT_EQ(sizeof(a_line::entries) / sizeof(a_line::entries[0]),
-            static_cast<std::size_t>(SDP_ATTRIBUTE_CAPACITY));
-  EXPECT_GE(SDP_ATTRIBUTE_CAPACITY, 40);
-  EXPECT_LE(SDP_ATTRIBUTE_CAPACITY, 255);
-}
+// What callers rely on, in numbers.
+static_assert(SDP_MEDIA_CAPACITY == 25 && SDP_FORMAT_CAPACITY == 64 && SDP_FORMAT_SIZE == 32);
+static_assert(SDP_ATTRIBUTE_NAME_SIZE == 64 && SDP_ATTRIBUTE_VALUE_SIZE == 350);
+static_assert(SDP_NETWORK_TYPE_SIZE == 11 && SDP_ADDRESS_TYPE_SIZE == 11 && SDP_ADDRESS_SIZE == 127);
+static_assert(SDP_HAS_C_LINE == 2 && SDP_HAS_A_LINE == 16);
 
 }  // namespace

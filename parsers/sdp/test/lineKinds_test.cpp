@@ -1,3 +1,5 @@
+#include <cstdio>
+
 #include "codecTestSupport.h"
 
 // What each line kind gives.
@@ -171,6 +173,13 @@ TEST(LineKinds, BandwidthIsTheFirstLinesAndSaturates) {
     EXPECT_EQ(sdp_BgetBandwidthValue(&d->media[0].bLine), one.value) << one.lines;
     EXPECT_EQ(encoded(*d), kHead + "m=audio 5004 RTP/AVP 0\r\n" + one.lines);
   }
+}
+
+TEST(LineKinds, BlanksAroundABandwidthNumberAreNotKept) {
+  const Decoded d(kHead + "b=AS: 64 \r\n");
+  ASSERT_EQ(d.status, 0);
+  EXPECT_EQ(sdp_BgetBandwidthValue(&d->bLine), 64U);
+  EXPECT_EQ(encoded(*d), kHead + "b=AS:64\r\n");
 }
 
 TEST(LineKinds, AttributesWithAndWithoutValues) {

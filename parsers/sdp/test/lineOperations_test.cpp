@@ -31,6 +31,39 @@ TEST(SingleMediaLine, IsReadAndThePositionMovedBehindItsEnd) {
   }
 }
 
+TEST(SingleMediaLine, SaysWhetherItHoldsTheWholeLine) {
+  const struct {
+    std::string text;
+    int incomplete;
+  } cases[] = {{"m=audio 1 RTP/AVP " + std::string(31, '7'), 0},
+               {"m=audio 1 RTP/AVP " + std::string(32, '7'), 1},
+               {"m=audio 1 RTP/AVP 4294967296", 0},
+               {"m=" + std::string(60000, 'x') + " 1 RTP/AVP 0", 1}};
+  for (const auto& one : cases) {
+    m_line m;
+    const char* position = one.text.c_str();
+    char error[SDP_ERROR_TEXT_SIZE] = "old";
+    int line = 9;
+    int column = 9;
+    ASSERT_EQ(sdp_Mdecode_r(&m, position, error, line, column), 0);
+    EXPECT_EQ(m.incomplete, one.incomplete);
+    EXPECT_STREQ(error, "");
+    EXPECT_EQ(position, one.text.c_str() + one.text.size());
+  }
+}
+
+TEST(SingleBandwidthLine, SaysWhetherItHoldsTheWholeLine) {
+  for (const std::size_t length : {63U, 64U, 60000U}) {
+    const std::string text = "b=" + std::string(length, 'X') + ":1";
+    b_line b;
+    const char* position = text.c_str();
+    int line = 9;
+    int column = 9;
+    ASSERT_EQ(sdp_Bdecode_r(&b, position, nullptr, line, column), 0);
+    EXPECT_EQ(b.incomplete, length > 63 ? 1 : 0);
+  }
+}
+
 TEST(SingleMediaLine, FailuresSayWhereAndChangeNothing) {
   const struct {
     const char* text;

@@ -74,6 +74,7 @@ INSTANTIATE_TEST_SUITE_P(
         Malformed{"v=0\nc=\n", "line 2, column 3: expected a network type, found the end of the line"},
         Malformed{"v=0\nc=IN \n", "line 2, column 6: expected an address type, found the end of the line"},
         Malformed{"v=0\nc=IN IP4", "line 2, column 9: expected an address, found the end of the text"},
+        Malformed{"v=0\nc=IN IP4 /127\n", "line 2, column 10: expected an address, found \"/127\""},
         Malformed{"v=0\nc=IN IP4 192.0.2.1 x\n",
                   "line 2, column 20: expected the end of the line, found \"x\""}));
 
@@ -97,6 +98,9 @@ INSTANTIATE_TEST_SUITE_P(
         Malformed{"v=0\nb=:64\n", "line 2, column 3: expected a bandwidth type, found \":64\""},
         Malformed{"v=0\nb=AS\n",
                   "line 2, column 5: expected a colon behind the bandwidth type, found the end of the line"},
+        Malformed{"v=0\nb= AS:64\n", "line 2, column 3: expected a bandwidth type, found \" AS:64\""},
+        Malformed{"v=0\nb=AS :64\n",
+                  "line 2, column 5: expected a colon behind the bandwidth type, found \" :64\""},
         Malformed{"v=0\nb=AS:\n",
                   "line 2, column 6: expected a bandwidth in digits, found the end of the line"},
         Malformed{"v=0\nb=AS:-1\n", "line 2, column 6: expected a bandwidth in digits, found \"-1\""},

@@ -47,6 +47,16 @@ TEST(Encoding, GoesNoFurtherThanTheMediaHeld) {
   Decoded d(kHead + "m=audio 1 RTP/AVP 0\r\n");
   d.get()->noOfMDs = -3;
   EXPECT_EQ(encoded(*d), kHead);
+  std::string full = kHead;
+  for (int i = 0; i < 25; ++i) full += "m=audio 1 RTP/AVP 0\r\n";
+  Decoded all(full);
+  for (const int claimed : {26, 2147483647}) {
+    all.get()->noOfMDs = claimed;
+    EXPECT_EQ(encoded(*all), full);
+    const auto copy = std::make_unique<sDescription>();
+    sdp_copyDescription(copy.get(), all.get());
+    EXPECT_EQ(encoded(*copy), full);
+  }
 }
 
 TEST(Encoding, NullDescriptionIsRefused) {
@@ -87,15 +97,19 @@ TEST(Encoding, ATextOfTheCallersOwnSizeIsGrown) {
 }
 
 TEST(Copies, HoldTheSameDescription) {
-  for (const auto& path : sdpFilesBelow(SDP_TEST_SOURCE_DIR "/parsers/sdp/test/bodies")) {
-    const Decoded d(readBytes(path));
+  const auto files = sdpFilesBelow(SDP_TEST_SOURCE_DIR "/parsers/sdp/test/bodies");
+  ASSERT_GE(files.size(), 4U);
+  for (const auto& path : files) {
+    Decoded d(readBytes(path));
     ASSERT_EQ(d.status, 0) << path << d.error;
+    d.get()->mediaKinds = 37;
     const auto copy = std::make_unique_for_overwrite<sDescription>();
     std::memset(static_cast<void*>(copy.get()), 0xA5, sizeof(sDescription));
     sdp_copyDescription(copy.get(), d.get());
     EXPECT_EQ(encoded(*copy), encoded(*d)) << path;
     EXPECT_EQ(sdp_isComplete(copy.get()), d.complete());
     EXPECT_EQ(copy->noOfMDs, d->noOfMDs);
+    EXPECT_EQ(copy->mediaKinds, 37U);
     for (int i = 0; i < d->noOfMDs; ++i)
       EXPECT_EQ(copy->media[i].mLine.mediaType, d->media[i].mLine.mediaType);
   }
@@ -117,6 +131,26 @@ TEST(Copies, TouchOnlyWhatIsInUse) {
   sdp_Acopy(nullptr, &media->aLine);
   sdp_Acopy(&media->aLine, &media->aLine);
   EXPECT_EQ(media->aLine.count, 1);
+}
+
+TEST(Copies, OntoThemselvesChangeNothing) {
+  Decoded d(kHead + "a=one:1\r\nm=audio 1 RTP/AVP 0\r\na=two:2\r\n");
+  const std::string before = encoded(*d);
+  sdp_copyDescription(d.get(), d.get());
+  sdp_copyMedia(&d.get()->media[0], &d.get()->media[0]);
+  EXPECT_EQ(encoded(*d), before);
+}
+
+TEST(Entries, FilledByHandInARecordThatHeldAnythingAreWrittenAsSet) {
+  Decoded d(kHead + "m=audio 1 RTP/AVP 0\r\n");  // its other entries hold 0xA5
+  c_line& c = d.get()->media[0].cLine;
+  c.entries[0] = {"IN", "IP4", "192.0.2.7", ""};
+  c.count = 1;
+  a_line& a = d.get()->media[0].aLine;
+  a.entries[0] = {"sendrecv", "", 0};
+  a.count = 1;
+  EXPECT_EQ(encoded(*d), kHead + "m=audio 1 RTP/AVP 0\r\nc=IN IP4 192.0.2.7\r\na=sendrecv\r\n");
+  EXPECT_EQ(sdp_AgetAttributeValue(&a, 0), nullptr);
 }
 
 TEST(Decoding, TouchesOnlyWhatTheBodyFills) {

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <cstdio>
 #include <set>
 
 #include "codecTestSupport.h"

@@ -220,7 +220,7 @@ TEST(AddressBytes, MakeTheSameAddressWhenCopied) {
 }
 
 TEST(AddressBytes, OfAnUnknownVersionAreNotUsed) {
-  for (const std::int32_t version : {1, 3, 9, 11, 77, -2, INT32_MAX, INT32_MIN}) {
+  for (const std::int32_t version : {0, 1, 3, 9, 11, 77, -2, INT32_MAX, INT32_MIN}) {
     SCOPED_TRACE(version);
     Bytes bytes;
     bytes.fill(0x41);

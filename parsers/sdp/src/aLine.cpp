@@ -27,7 +27,7 @@ void writeAttributes(TextWriter& out, const a_line& line) {
   for (int i = 0; i < usable(line.count, SDP_ATTRIBUTE_CAPACITY); ++i) {
     const a_line::entry& entry = line.entries[i];
     if (!out.reserve(sizeof entry + 16)) return;
-    out.put('a').put('=').put(entry.name);
+    out.put('a').put('=').putShort(entry.name);
     if (entry.hasColon != 0 || entry.value[0] != '\0') out.put(':').put(entry.value);
     out.endLine();
   }

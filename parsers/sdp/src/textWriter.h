@@ -1,7 +1,9 @@
 #ifndef SDP_TEXT_WRITER_H
 #define SDP_TEXT_WRITER_H
 
+#include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #include "fields.h"
@@ -33,6 +35,27 @@ class TextWriter {
   template <std::size_t N>
   TextWriter& put(const char (&field)[N]) {
     return put(fieldText(field));
+  }
+  /// The same for a short text, eight characters at a time; up to seven behind it are written too, and what
+  /// is written next covers them.
+  template <std::size_t N>
+  TextWriter& putShort(const char (&field)[N]) {
+    static_assert(N % sizeof(std::uint64_t) == 0);
+    if constexpr (std::endian::native != std::endian::little) return put(field);
+    for (std::size_t at = 0; at < N; at += sizeof(std::uint64_t)) {
+      std::uint64_t piece = 0;
+      std::memcpy(&piece, field + at, sizeof piece);
+      std::memcpy(next_, &piece, sizeof piece);
+      // The lowest bit that is set stands in the first zero byte.
+      const std::uint64_t zeros = (piece - 0x0101010101010101U) & ~piece & 0x8080808080808080U;
+      if (zeros != 0) {
+        next_ += std::countr_zero(zeros) / 8;
+        return *this;
+      }
+      next_ += sizeof piece;
+    }
+    --next_;  // a field without NUL is cut by its last character
+    return *this;
   }
   TextWriter& endLine() { return put('\r').put('\n'); }
 

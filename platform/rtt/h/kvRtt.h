@@ -17,7 +17,7 @@ KVRTT_API int pvxTraceRttInit(int* handle);
 
 /// Registers a component, with all its flags off. A name that is registered already gives the same
 /// handle again.
-/// @param handle receives the component's handle (0 or greater); written on success only
+/// @param handle receives the component's handle (1 or greater); written on success only
 /// @param component the name: 1 to 31 characters without blanks, '=', ',' and ';'
 /// @return 0, or a registration status (see KvRttStatus): null handle, unusable name, no room
 KVRTT_API int KvRttRegFacility(int* handle, const char* component);
@@ -32,7 +32,7 @@ KVRTT_API int KvRttRegFacility(int* handle, const char* component);
 KVRTT_API int KvRttRegFlag(const char* component, int flag, const char* name);
 
 /// Tells whether a flag is on. Asked before every trace line: one atomic load.
-/// @param handle a component's handle; any other number is answered with 0
+/// @param handle a component's handle; any other number, 0 and -1 included, is answered with 0
 /// @param flag a flag's value; one that is not declared is off
 /// @return 1 when the flag is on, otherwise 0
 KVRTT_API int KvRttTstFlag(int handle, int flag);
@@ -48,7 +48,8 @@ KVRTT_API const char* KvRttStatus(int status);
 /// @param type a number of the component's, handed on to the sink
 /// @param level the weight of the line, handed on to the sink
 /// @param line the finished line; null counts as an empty text
-/// @return 0, or a status when the line was dropped: unknown handle, called from inside a sink
+/// @return 0, or a status when the handle is unknown. A line that a sink traces is dropped and counts as
+///         written: callers may hand the result on as a status of their own
 KVRTT_API int pvxTraceRtt(int handle, int flag, int type, int level, const char* line, ...);
 
 /// Writes an entry to the platform's log, which is syslog (facility "user") here.

@@ -25,12 +25,15 @@ enum eKvRttStatus : int {
   kvRttUnknownComponent = 7,
   kvRttUnknownFlag = 8,
   kvRttUnknownHandle = 9,
-  kvRttInsideSink = 10,
 };
 
 inline constexpr int kvRttMaxComponents = 16;
 inline constexpr int kvRttMaxFlags = 16;       ///< of each component
 inline constexpr int kvRttMaxNameLength = 31;  ///< of a component and of a flag
+
+/// Characters of a line's text that the default sink writes, control characters in their longer form: four
+/// times a line of 20480 characters. The rest of a longer one is cut.
+inline constexpr int kvRttMaxShownLength = 81920;
 
 /// A finished line on its way to a sink; valid during the call only.
 struct KvRttLine {
@@ -44,7 +47,8 @@ struct KvRttLine {
 
 /// Receives one line. Calls never overlap. A sink may switch flags and set another sink. What it traces
 /// itself is dropped, and it must not wait for a thread that may trace or set the sink. An exception
-/// that leaves it is swallowed. The calling thread is not cancelled inside it.
+/// that leaves it is swallowed. The calling thread is not cancelled inside it, and the sink must not end it
+/// (pthread_exit): that ends the program.
 using KvRttSink = void (*)(void* context, const KvRttLine* line);
 
 extern "C" {
@@ -56,7 +60,10 @@ KVRTT_API int KvRttSwitchFlag(const char* component, const char* flag, bool on);
 /// Sets where lines go from now on. Once it has returned, the former sink is not called any more and
 /// its context may end; called from inside that sink itself, this holds once the sink returns.
 /// @param sink null restores the default: one line per call on standard error, written in one piece,
-///        with the time in UTC, the component, the flag and the level before the text
+///        with the time in UTC, the component, the flag and the level before the text. Control
+///        characters in the text other than tabs are shown as "\n", "\r" or "\xHH". What standard error does
+///        not take at once (a full pipe in non-blocking mode, a pipe that nobody reads) is lost; neither
+///        SIGPIPE nor an error comes of it
 /// @param context handed to the sink with each line
 KVRTT_API void KvRttSetSink(KvRttSink sink, void* context);
 }

@@ -62,8 +62,6 @@ const char* KvRttStatus(int status) {
       return "flag is not declared";
     case kvRttUnknownHandle:
       return "handle belongs to no component";
-    case kvRttInsideSink:
-      return "line written from inside a sink is dropped";
     default:
       return "unknown status";
   }
@@ -73,7 +71,8 @@ int pvxTraceRtt(int handle, int flag, int type, int level, const char* line, ...
   const char* component = kvrtt::registry.componentName(handle);
   if (component == nullptr) return kvRttUnknownHandle;
   const char* text = orEmpty(line);
-  return kvrtt::writeLine({component, flag, type, level, text, std::strlen(text)});
+  kvrtt::writeLine({component, flag, type, level, text, std::strlen(text)});
+  return kvRttSuccess;
 }
 
 void KvLogReport(const char* file, int line, int, int severity, int code, const char* format, ...) {

@@ -82,14 +82,14 @@ int Registry::addComponent(std::string_view name, int& handle) {
   if (!Name::isUsable(name)) return kvRttBadName;
   const std::lock_guard lock(change_);
   if (const Component* known = find(name)) {
-    handle = static_cast<int>(known - components_.data());
+    handle = static_cast<int>(known - components_.data()) + 1;
     return kvRttSuccess;
   }
   const int next = count_.load(std::memory_order_relaxed);
   if (next == kvRttMaxComponents) return kvRttComponentsFull;
   components_[static_cast<std::size_t>(next)].name.set(name);
   count_.store(next + 1, std::memory_order_release);  // the name stands before anyone may read it
-  handle = next;
+  handle = next + 1;
   return kvRttSuccess;
 }
 
@@ -121,14 +121,15 @@ int Registry::switchFlag(std::string_view component, std::string_view name, bool
 }
 
 bool Registry::isOn(int handle, int flag) const {
-  if (handle < 0 || handle >= kvRttMaxComponents || !isSingleBit(flag)) return false;
-  const auto on = components_[static_cast<std::size_t>(handle)].switchedOn.load(std::memory_order_relaxed);
+  if (handle < 1 || handle > kvRttMaxComponents || !isSingleBit(flag)) return false;
+  const Component& component = components_[static_cast<std::size_t>(handle) - 1];
+  const auto on = component.switchedOn.load(std::memory_order_relaxed);
   return (on & static_cast<unsigned>(flag)) != 0;
 }
 
 const char* Registry::componentName(int handle) const {
-  if (handle < 0 || handle >= count_.load(std::memory_order_acquire)) return nullptr;
-  return components_[static_cast<std::size_t>(handle)].name.text();
+  if (handle < 1 || handle > count_.load(std::memory_order_acquire)) return nullptr;
+  return components_[static_cast<std::size_t>(handle) - 1].name.text();
 }
 
 }  // namespace kvrtt

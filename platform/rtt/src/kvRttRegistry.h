@@ -53,7 +53,8 @@ class Registry {
   int switchFlag(std::string_view component, std::string_view name, bool on);
 
   bool isOn(int handle, int flag) const;
-  /// Null for an unknown handle.
+  /// Null for an unknown handle. Handles begin with 1, so that 0, which a variable holds before its
+  /// initialiser has run, is nobody's.
   const char* componentName(int handle) const;
 
  private:

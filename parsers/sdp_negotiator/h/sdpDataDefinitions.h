@@ -55,14 +55,17 @@ enum eFeatureState : int {
 
 /// Bits of `sSdpParsedData::sdpAttributes`.
 enum eSdpAttribute : int {
-  SDP_ATTR_SECURE_RTP = 0x1,              ///< an active m-line is secure, or one with RTP/AVP carries keys
-  SDP_ATTR_SECURE_VIDEO = 0x2,            ///< an active video m-line has a secure transport
-  SDP_ATTR_RECVONLY_VIDEO = 0x4,          ///< video is received only
-  SDP_ATTR_ICE_LITE = 0x8,                ///< "a=ice-lite" is present
-  SDP_ATTR_FULL_ICE = 0x10,               ///< ICE attributes, but no "a=ice-lite"
-  SDP_ATTR_IPV6 = 0x20,                   ///< the media are addressed with IPv6
-  SDP_ATTR_MIKEY = 0x40,                  ///< a "key-mgmt" attribute with a value is present (RFC 4567)
-  SDP_ATTR_ICE_CANDIDATES_MATCH = 0x800,  ///< a candidate has the session's address and the first port
+  /// A non-zero-port RTP/SAVP m-line, or an RTP/AVP one, whatever its port, that carries "crypto", "setup",
+  /// "fingerprint" or "key-mgmt".
+  SDP_ATTR_SECURE_RTP = 0x1,
+  SDP_ATTR_SECURE_VIDEO = 0x2,    ///< an active video m-line has a secure transport
+  SDP_ATTR_RECVONLY_VIDEO = 0x4,  ///< video is received only
+  SDP_ATTR_ICE_LITE = 0x8,        ///< "a=ice-lite" is present
+  SDP_ATTR_FULL_ICE = 0x10,       ///< ICE attributes, but no "a=ice-lite"
+  SDP_ATTR_IPV6 = 0x20,           ///< the media are addressed with IPv6
+  SDP_ATTR_MIKEY = 0x40,          ///< a "key-mgmt" attribute with a value is present (RFC 4567)
+  /// A candidate line holds both the session's address and the first m-line's port.
+  SDP_ATTR_ICE_CANDIDATES_MATCH = 0x800,
 };
 
 /// H.264 levels (RFC 6184) in rising order. The profile itself is not kept.
@@ -117,7 +120,8 @@ struct SDP_NEGOTIATOR_API sSdpParsedData {
   std::uint8_t packetizationPeriod[MAX_SDP_NEGOTIATOR_AUDIO_CODECS];
   std::uint32_t T38MaxBitRate;  ///< bit/s, or SDP_T38_MAX_BIT_RATE_NOT_SET
   std::int32_t h264Profile;     ///< eH264_profile_id: the highest level met
-  std::uint32_t mediaType;      ///< bits of eMediaType: kinds that have an m-line with a port other than 0
+  /// Bits of eMediaType: kinds that have an m-line with a port other than 0. Only bits below 64 are legal.
+  std::uint32_t mediaType;
   std::uint32_t bandwidth;      ///< of the session's b-line
   std::uint32_t sdpAttributes;  ///< bits of eSdpAttribute
   std::uint16_t oLineStart;     ///< offset of the o-line in the text

@@ -11,12 +11,18 @@ extern SDP_NEGOTIATOR_API const char SDP_NEGOTIATOR_RTT_STR[4][25];
 /// through the one instance `negotTrcManager`, which registers while the library is being loaded.
 class SDP_NEGOTIATOR_API cNegotTraceManager {
  public:
-  /// Registers the component "SDP_NEGOTIATOR" with the flags 1 "DEBUG", 2 "INFO" and 4 "ERROR". A
-  /// registration that fails is reported once to the platform's log.
+  /// Registers the component "SDP_NEGOTIATOR" with the flags 1 "DEBUG", 2 "INFO" and 4 "ERROR".
+  ///
+  /// When the facility cannot be prepared (`pvxTraceRttInit` fails), nothing is registered or reported, and
+  /// the handle stays as that call left it. When it refuses the component (`KvRttRegFacility` fails), that is
+  /// reported once to the platform's log and the handle is -1. Lines are written as otherwise in both cases:
+  /// the facility is asked with that handle, so with -1 too, and a line follows if it answers that "INFO"
+  /// is on.
   cNegotTraceManager();
 
-  /// Does nothing; the component stays registered.
-  ~cNegotTraceManager();
+  /// Does nothing; the component stays registered. Defined in the library, which exports it, rather than
+  /// here, where it would become part of the engine.
+  ~cNegotTraceManager();  // NOLINT(performance-trivially-destructible)
 
   cNegotTraceManager(const cNegotTraceManager&) = delete;
   cNegotTraceManager& operator=(const cNegotTraceManager&) = delete;
@@ -29,7 +35,8 @@ class SDP_NEGOTIATOR_API cNegotTraceManager {
   /// they are formatted (a conversion that loses its end is left out) and the result is cut at it again.
   /// A message that cannot be formatted leaves the prefix alone.
   ///
-  /// @param flag 1 debug, 2 information, 4 error, 8 and other values detail; handed on
+  /// @param flag 1 debug, 2 information, 4 error, 8 progress; handed on. The prefix is the row flag / 2 of
+  ///        `SDP_NEGOTIATOR_RTT_STR`; outside the table it is the one for detail
   /// @param level handed on
   /// @param format,... the message as for printf; null writes the prefix alone
   /// @return 0 while tracing is off, otherwise what the facility returned for the line
@@ -37,7 +44,7 @@ class SDP_NEGOTIATOR_API cNegotTraceManager {
       __attribute__((format(printf, 3, 4)));
 
  private:
-  /// The facility's handle of the component, -1 while it is not registered.
+  /// The facility's handle of the component; -1 while it is not registered, 0 before the constructor.
   int handle;
 };
 

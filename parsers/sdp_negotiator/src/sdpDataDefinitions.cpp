@@ -36,6 +36,8 @@ void sSDPDescriptor::init() {
   port = SDP_PORT_NOT_SET;
 }
 
+// The tables have one row per line.
+// clang-format off
 const audioCodecRow audioCodecTable[AUDIO_CODEC_TABLE_ROWS] = {
     {"PCMA", "G711ALAW64K", 1, AUDIO_CODEC_KIND_AUDIO},
     {"PCMA@56", "G711ALAW56K", 2, AUDIO_CODEC_KIND_AUDIO},
@@ -80,10 +82,20 @@ const audioCodecRow audioCodecTable[AUDIO_CODEC_TABLE_ROWS] = {
     {"", "", SDP_NO_CODEC, AUDIO_CODEC_KIND_OTHER},
 };
 
-// clang-format off: one row per line
 const videoCodecRow videoCodecTable[VIDEO_CODEC_TABLE_ROWS] = {
-    {"H263", 1},       {"H264", 2}, {"MPEG4", 3}, {"Ce1B", 4},        {"JPEG", 5},
-    {"nv", 6},         {"H261", 7}, {"MPV", 8},   {"MP2T", 9},        {"H263-1998", 10},
-    {"H263-2000", 11}, {"VP8", 12}, {"H224", 13}, {"", SDP_NO_CODEC},
+    {"H263", 1},
+    {"H264", 2},
+    {"MPEG4", 3},
+    {"Ce1B", 4},
+    {"JPEG", 5},
+    {"nv", 6},
+    {"H261", 7},
+    {"MPV", 8},
+    {"MP2T", 9},
+    {"H263-1998", 10},
+    {"H263-2000", 11},
+    {"VP8", 12},
+    {"H224", 13},
+    {"", SDP_NO_CODEC},
 };
 // clang-format on

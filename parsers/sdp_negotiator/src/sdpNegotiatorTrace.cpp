@@ -80,7 +80,7 @@ cNegotTraceManager::cNegotTraceManager() : handle(-1) {
               "SDP_NEGOTIATOR failed to register with kvrtt. Registration status = %s", KvRttStatus(status));
 }
 
-cNegotTraceManager::~cNegotTraceManager() {}
+cNegotTraceManager::~cNegotTraceManager() = default;
 
 int cNegotTraceManager::writeTraceMsg(int flag, int level, const char* format, ...) {
   if (KvRttTstFlag(negotTrcManager.handle, sdpneg::infoFlag) == 0) return 0;

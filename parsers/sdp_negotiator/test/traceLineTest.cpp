@@ -224,6 +224,7 @@ TEST_F(TraceLine, ComesWholeFromEachOfSeveralThreads) {
   constexpr int threadCount = 4;
   constexpr int linesOfEach = 200;
   std::vector<std::thread> threads;
+  threads.reserve(threadCount);
   for (int i = 0; i < threadCount; ++i) {
     threads.emplace_back([i] {
       const std::string text(5000, static_cast<char>('a' + i));
@@ -235,8 +236,10 @@ TEST_F(TraceLine, ComesWholeFromEachOfSeveralThreads) {
   ASSERT_EQ(fake.lines.size(), static_cast<std::size_t>(threadCount * linesOfEach));
   int next[threadCount] = {};
   for (const auto& line : fake.lines) {
-    const std::string text(5000, static_cast<char>('a' + line.level));
-    ASSERT_EQ(line.text, errorPrefix + std::to_string(next[line.level]++) + ":" + text);
+    std::string expected = errorPrefix;
+    expected.append(std::to_string(next[line.level]++)).append(":");
+    expected.append(5000, static_cast<char>('a' + line.level));
+    ASSERT_EQ(line.text, expected);
   }
 }
 

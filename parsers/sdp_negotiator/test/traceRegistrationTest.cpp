@@ -17,7 +17,7 @@ static_assert(std::is_standard_layout_v<cNegotTraceManager> && sizeof(cNegotTrac
 
 int handleOf(const cNegotTraceManager& manager) {
   int handle = 0;
-  std::memcpy(&handle, &manager, sizeof handle);
+  std::memcpy(&handle, static_cast<const void*>(&manager), sizeof handle);
   return handle;
 }
 

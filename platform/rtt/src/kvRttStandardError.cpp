@@ -3,10 +3,10 @@
 #include <pthread.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
 #include <cstdio>
 #include <ctime>
 #include <span>

@@ -39,11 +39,23 @@ TEST(LogReport, CutsLongMessages) {
             "kvrtt_test: f(1): [0x1] " + std::string(1023, 'm') + "\n");
 }
 
-TEST(LogReport, TakesAnySeverity) {
-  for (int severity : {0, 7, 8, -1, INT_MIN, INT_MAX}) {
-    EXPECT_EQ(logged([&] { KvLogReport("f", 1, -1, severity, -1, "text"); }),
-              "kvrtt_test: f(1): [0xffffffff] text\n")
-        << severity;
+/// What is logged of a report with that severity while the log takes the severities of a mask only.
+std::string loggedThrough(int mask, int severity) {
+  const int former = setlogmask(mask);
+  std::string text = logged([&] { KvLogReport("f", 1, -1, severity, -1, "text"); });
+  setlogmask(former);
+  return text;
+}
+
+TEST(LogReport, TakesAnySeverityButCountsUnknownOnesAsErrors) {
+  const struct {
+    int severity;
+    int expected;
+  } cases[] = {{0, 0}, {4, 4}, {7, 7}, {8, 3}, {-1, 3}, {INT_MIN, 3}, {INT_MAX, 3}};
+  for (const auto& [severity, expected] : cases) {
+    SCOPED_TRACE(severity);
+    EXPECT_EQ(loggedThrough(LOG_MASK(expected), severity), "kvrtt_test: f(1): [0xffffffff] text\n");
+    EXPECT_EQ(loggedThrough(LOG_UPTO(LOG_DEBUG) & ~LOG_MASK(expected), severity), "");
   }
 }
 

@@ -24,8 +24,8 @@ TEST(RegisteringAComponent, GivesEachNameAHandleOfItsOwn) {
     EXPECT_EQ(KvRttRegFacility(&first, "ONE"), 0);
     EXPECT_EQ(KvRttRegFacility(&second, "TWO"), 0);
     EXPECT_EQ(KvRttRegFacility(&again, "ONE"), 0);
-    EXPECT_GE(first, 0);
-    EXPECT_GE(second, 0);
+    EXPECT_GE(first, 1);
+    EXPECT_GE(second, 1);
     EXPECT_NE(first, second);
     EXPECT_EQ(again, first);
   });
@@ -68,6 +68,11 @@ TEST(RegisteringAComponent, IsRefusedWhenAllPlacesAreTaken) {
     EXPECT_EQ(handle, 99);
     EXPECT_EQ(KvRttRegFacility(&handle, numbered("C", kvRttMaxComponents - 1).c_str()), 0);
     EXPECT_EQ(handle, last);
+    const std::string name = numbered("C", kvRttMaxComponents - 1);
+    EXPECT_EQ(KvRttRegFlag(name.c_str(), 2, "INFO"), 0);
+    EXPECT_EQ(KvRttSwitchFlag(name.c_str(), "INFO", true), 0);
+    EXPECT_EQ(KvRttTstFlag(last, 2), 1);
+    EXPECT_EQ(KvRttTstFlag(last + 1, 2), 0);
   });
 }
 
@@ -129,14 +134,14 @@ TEST(DeclaringAFlag, IsRefusedWhenAllPlacesAreTaken) {
 
 TEST(StatusText, DescribesEachStatusInItsOwnWords) {
   std::set<std::string> texts;
-  for (int status = kvRttSuccess; status <= kvRttInsideSink; ++status) texts.insert(KvRttStatus(status));
-  EXPECT_EQ(texts.size(), static_cast<std::size_t>(kvRttInsideSink) + 1);
+  for (int status = kvRttSuccess; status <= kvRttUnknownHandle; ++status) texts.insert(KvRttStatus(status));
+  EXPECT_EQ(texts.size(), static_cast<std::size_t>(kvRttUnknownHandle) + 1);
   EXPECT_EQ(texts.count("unknown status"), 0u);
   EXPECT_EQ(texts.count(""), 0u);
 }
 
 TEST(StatusText, IsThereForAnyNumber) {
-  for (int status : {-1, kvRttInsideSink + 1, INT_MIN, INT_MAX}) {
+  for (int status : {-1, kvRttUnknownHandle + 1, INT_MIN, INT_MAX}) {
     EXPECT_STREQ(KvRttStatus(status), "unknown status");
   }
 }

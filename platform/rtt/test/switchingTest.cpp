@@ -52,11 +52,21 @@ TEST(Switching, RefusesWhatNobodyDeclared) {
 TEST(TestingAFlag, IsOffForUnknownHandlesAndOddFlags) {
   const int handle = registerShared();
   for (const char* name : {"DEBUG", "INFO", "ERROR"}) ASSERT_EQ(KvRttSwitchFlag("SHARED", name, true), 0);
-  for (int other : {-1, handle + 100, kvRttMaxComponents - 1, kvRttMaxComponents, INT_MIN, INT_MAX}) {
+  for (int other :
+       {-1, 0, handle + 1, handle + 100, kvRttMaxComponents, kvRttMaxComponents + 1, INT_MIN, INT_MAX}) {
     EXPECT_EQ(KvRttTstFlag(other, 2), 0) << other;
   }
   for (int flag : {0, 3, 6, 7, 8, -1, INT_MIN, INT_MAX}) EXPECT_EQ(KvRttTstFlag(handle, flag), 0) << flag;
   registerShared();
+}
+
+TEST(TestingAFlag, IsOffForAHandleThatIsStillZero) {
+  inFreshProcess([] {
+    const int handle = registerShared();
+    EXPECT_EQ(KvRttSwitchFlag("SHARED", "INFO", true), 0);
+    EXPECT_EQ(KvRttTstFlag(handle, 2), 1);
+    EXPECT_EQ(KvRttTstFlag(0, 2), 0);
+  });
 }
 
 struct EnvironmentCase {

@@ -9,6 +9,7 @@ constexpr int threadCount = 4;
 template <class Work>
 void onThreads(Work work) {
   std::vector<std::thread> threads;
+  threads.reserve(threadCount);
   for (int i = 0; i < threadCount; ++i) threads.emplace_back(work, i);
   for (auto& thread : threads) thread.join();
 }
@@ -76,6 +77,7 @@ TEST(Threads, NeverCallAReplacedSinkNorOneTwiceAtATime) {
   std::atomic<bool> stop{false};
   std::atomic<int> traced{0};
   std::vector<std::thread> tracers;
+  tracers.reserve(threadCount);
   for (int i = 0; i < threadCount; ++i) {
     tracers.emplace_back([&] {
       while (!stop) traced += pvxTraceRtt(handle, 2, 7200, 2, "line") == 0 ? 1 : 0;

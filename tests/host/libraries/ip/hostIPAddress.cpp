@@ -38,7 +38,7 @@ void cMsgIPAddress::setIPAddress(const char* text) {
 
 void cMsgIPAddress::getIPAddressText(char* text, int size) const {
   if (text == nullptr || size <= 0) return;
-  char whole[INET6_ADDRSTRLEN] = "";
+  char whole[INET6_ADDRSTRLEN] = "0.0.0.0";
   if (version_ != HOST_IP_NONE) inet_ntop(version_, bytes_, whole, sizeof whole);
   const std::size_t length = std::min(std::strlen(whole), static_cast<std::size_t>(size) - 1);
   std::copy_n(whole, length, text);
@@ -52,7 +52,8 @@ eIPAddressVersion cMsgIPAddress::getIPAddressVersion() const {
 bool cMsgIPAddress::isIPv6() const { return version_ == HOST_IP_6; }
 
 bool cMsgIPAddress::isZero() const {
-  return std::all_of(std::begin(bytes_), std::end(bytes_), [](std::uint8_t byte) { return byte == 0; });
+  return version_ == HOST_IP_NONE &&
+         std::all_of(std::begin(bytes_), std::end(bytes_), [](std::uint8_t byte) { return byte == 0; });
 }
 
 bool cMsgIPAddress::operator==(const cMsgIPAddress& other) const {

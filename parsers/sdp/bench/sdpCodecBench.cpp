@@ -10,28 +10,17 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "peers.h"
+#include "benchBodies.h"
 #include "sessionDescription.h"
-
-// Every allocation of the process is counted, those of the peers' C code too.
-extern "C" void* __libc_malloc(std::size_t size);  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c)
-static std::size_t allocations = 0;
-extern "C" void* malloc(std::size_t size) {
-  ++allocations;
-  return __libc_malloc(size);
-}
 
 namespace {
 
-std::vector<std::string> bodies;
-std::int64_t linesOfAll = 0;
+Bodies bodies;
 auto description = std::make_unique<sDescription>();
 
 bool decode(const std::string& body) {
@@ -41,35 +30,14 @@ bool decode(const std::string& body) {
   return sdp_decodeOpt_r(description.get(), body.c_str(), SDP_TYPE_UNKNOWN, error, false, start, end) == 0;
 }
 
-std::int64_t countLines(const std::string& body) { return std::count(body.begin(), body.end(), '\n'); }
-
 void load(const char* folder) {
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-    if (!entry.is_regular_file() || entry.path().extension() != ".sdp") continue;
-    std::ifstream file(entry.path(), std::ios::binary);
-    std::string body(std::istreambuf_iterator<char>(file), {});
-    if (!decode(body)) continue;
-    linesOfAll += countLines(body);
-    bodies.push_back(std::move(body));
+  for (std::string& body : readBodies(folder)) {
+    if (decode(body)) bodies.add(std::move(body));
   }
-}
-
-// Reports the time and the allocations of one pass over all bodies as values per line and per body.
-template <typename Step>
-void overAllBodies(benchmark::State& state, Step step) {
-  const std::size_t before = allocations;
-  for (auto _ : state) {
-    for (const std::string& body : bodies) benchmark::DoNotOptimize(step(body));
-  }
-  const auto passes = static_cast<double>(state.iterations());
-  state.counters["per_line"] = benchmark::Counter(passes * static_cast<double>(linesOfAll),
-                                                  benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
-  state.counters["allocs_per_body"] =
-      static_cast<double>(allocations - before) / passes / static_cast<double>(bodies.size());
 }
 
 void BM_floor(benchmark::State& state) {
-  overAllBodies(state, [](const std::string& body) {
+  overBodies(state, bodies, [](const std::string& body) {
     std::size_t lines = 0;
     const char* end = body.data() + body.size();
     for (const char* p = body.data(); p != nullptr && p < end; ++lines) {
@@ -80,11 +48,11 @@ void BM_floor(benchmark::State& state) {
   });
 }
 
-void BM_decode(benchmark::State& state) { overAllBodies(state, decode); }
+void BM_decode(benchmark::State& state) { overBodies(state, bodies, decode); }
 
 void BM_encode(benchmark::State& state) {
   std::vector<std::unique_ptr<sDescription>> decoded;
-  for (const std::string& body : bodies) {
+  for (const std::string& body : bodies.texts) {
     decode(body);
     decoded.push_back(std::make_unique<sDescription>());
     sdp_copyDescription(decoded.back().get(), description.get());
@@ -107,17 +75,14 @@ void BM_encode(benchmark::State& state) {
   }
   std::free(text);
   const auto passes = static_cast<double>(state.iterations()) * 16;
-  state.counters["per_line"] =
-      benchmark::Counter(passes * lines, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
-  state.counters["allocs_per_body"] =
-      static_cast<double>(allocations - before) / passes / static_cast<double>(bodies.size());
+  report(state, before, passes * lines, passes * static_cast<double>(bodies.texts.size()));
 }
 
 void BM_decodeAndEncode(benchmark::State& state) {
   char* text = nullptr;
   int length = 0;
   int size = 0;
-  overAllBodies(state, [&](const std::string& body) {
+  overBodies(state, bodies, [&](const std::string& body) {
     return decode(body) && sdp_encode_r(description.get(), SDP_TYPE_UNKNOWN, text, length, size) == 0;
   });
   std::free(text);
@@ -128,16 +93,14 @@ void registerAll() {
   benchmark::RegisterBenchmark("decode", BM_decode);
   benchmark::RegisterBenchmark("encode", BM_encode);
   benchmark::RegisterBenchmark("decode and encode", BM_decodeAndEncode);
-  for (const Peer* found : {peerSofia(), peerOsip(), peerGstreamer()}) {
-    if (found == nullptr) continue;
-    const Peer& peer = *found;
+  forEachPeer([](const Peer& peer) {
     const std::string name(peer.name);
     benchmark::RegisterBenchmark((name + ": decode").c_str(),
-                                 [peer](benchmark::State& state) { overAllBodies(state, peer.decode); });
+                                 [peer](benchmark::State& state) { overBodies(state, bodies, peer.decode); });
     benchmark::RegisterBenchmark((name + ": decode and encode").c_str(), [peer](benchmark::State& state) {
-      overAllBodies(state, peer.decodeAndEncode);
+      overBodies(state, bodies, peer.decodeAndEncode);
     });
-  }
+  });
 }
 
 }  // namespace
@@ -145,13 +108,13 @@ void registerAll() {
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   load(argc > 1 ? argv[1] : SDP_BENCH_BODIES);
-  if (bodies.empty()) {
+  if (bodies.texts.empty()) {
     std::fprintf(stderr, "sdpCodecBench: no body that can be decoded in %s\n",
                  argc > 1 ? argv[1] : SDP_BENCH_BODIES);
     return 2;
   }
-  std::printf("%zu bodies, %lld lines, a record of %zu bytes\n", bodies.size(),
-              static_cast<long long>(linesOfAll), sizeof(sDescription));
+  std::printf("%zu bodies, %lld lines, a record of %zu bytes\n", bodies.texts.size(),
+              static_cast<long long>(bodies.lines), sizeof(sDescription));
   registerAll();
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();

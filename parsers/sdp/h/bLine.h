@@ -33,8 +33,7 @@ SDP_CODEC_API unsigned short sdp_Bdecode_r(b_line* line, const char*& position, 
 /// Writes the b-lines, each with CR LF. An entry whose value was changed is written with the new value.
 /// @param line   bandwidth lines
 /// @param text   null, or the result of an earlier encoding operation; it is allocated with malloc, grown
-/// with
-///               realloc and released by the caller with free
+///               with realloc and released by the caller with free
 /// @param length receives the length of the text without its NUL
 /// @param size   the allocated size of the text; read when the text is not null
 /// @return 0, or 1 when the record is null or memory ran out; the text then is still the caller's, and after

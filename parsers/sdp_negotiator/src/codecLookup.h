@@ -11,15 +11,9 @@
 #include <string_view>
 
 #include "sdpDataDefinitions.h"
+#include "text/search.h"
 
 namespace sdpneg {
-
-constexpr char asciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-constexpr bool equalIgnoringCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char left, char right) { return asciiLower(left) == asciiLower(right); });
-}
 
 /// @return the value of the first row whose `column` is `name`; 0 when there is none or `name` is null or
 ///         empty
@@ -27,7 +21,7 @@ template <class Row, std::size_t rows>
 std::uint8_t codecValue(const Row (&table)[rows], const char* Row::*column, const char* name) {
   if (name == nullptr) return SDP_NO_CODEC;
   const auto row = std::find_if(std::begin(table), std::end(table),
-                                [&](const Row& each) { return equalIgnoringCase(each.*column, name); });
+                                [&](const Row& each) { return equalNoCase(each.*column, name); });
   return row == std::end(table) ? SDP_NO_CODEC : row->value;
 }
 

@@ -1,0 +1,268 @@
+#ifndef SDP_NEGOTIATOR_H
+#define SDP_NEGOTIATOR_H
+
+#include <vector>
+
+#include "commonFns.h"
+#include "sdpDataDefinitions.h"
+#include "sdpNegotiatorExport.h"
+
+/// Characters of a body that an object stores as they are, a NUL included; a longer body is stored deflated
+/// and must fit the same number of bytes.
+inline constexpr int SDP_STORED_TEXT_SIZE = 2560;
+
+/// Entries of the codec array that `cSdpNegotiator::getVideoCodecs` fills.
+inline constexpr int SDP_VIDEO_CODEC_LIST_SIZE = 8;
+
+/// One SDP body (RFC 4566) with the summary of what it says.
+///
+/// An object is a plain record of 2692 bytes without constructor, destructor and pointers: it may be copied
+/// byte for byte. A new one is undefined until `sdpParse` was called, with an empty text if need be. Objects
+/// whose bytes come from elsewhere may claim anything; no operation trusts the claims.
+///
+/// Status results are 0 for success and 1 for failure unless an operation says otherwise. Texts end in NUL;
+/// a null text counts as an empty one unless an operation says otherwise. Operations report through
+/// `cNegotTraceManager`, and none throws.
+///
+/// Threads: distinct objects may be used on different threads at once; calls on one object are serialised by
+/// the caller. Operations that need the text want 20480 characters of stack, and those that decode it the
+/// size of an `sDescription` on top, several hundred kilobytes.
+///
+/// Memory: texts of 2560 characters and more are deflated with zlib and inflated at every request. A thread
+/// that does so makes its zlib state once (some 260 KB for storing, 40 KB for expanding), clears it for every
+/// later use, and gives it back when it ends. It shares none of it with other threads, so there is no lock,
+/// and as it is allocated when it is needed, a process may load the library while it runs. What is called
+/// still later, from a destructor of the thread's own, makes and releases a state of its own.
+class SDP_NEGOTIATOR_API cSdpNegotiator {
+ public:
+  /// @name Body and parse (sdpNegotiator/parse.cpp)
+  /// @{
+
+  /// Replaces body and summary. Whatever the object held is gone, also after a failure, which leaves the
+  /// object empty.
+  /// @param sdp  the body, at most 20480 characters
+  /// @param type handed to the codec unchanged
+  /// @return 0; 1 for a null, empty or too long text, one that the analysis refuses, or when zlib gets no
+  ///         memory; 2 when the body is 2560 characters or longer and does not deflate into 2560 bytes. All
+  ///         but the last two are traced.
+  unsigned short sdpParse(const char* sdp, eSdpType type);
+
+  /// Empties the codec list of the summary.
+  void initAudioCodecs();
+  /// Sets the 20 packetization periods of the summary to SDP_PACKETIZATION_NOT_SET.
+  void initPacketizationPeriod();
+  /// Sets the port of the summary to SDP_PORT_NOT_SET and its address to the zero address.
+  void initSdpDescriptor();
+  /// @}
+
+  /// @name Stored text (sdpNegotiator/storage.cpp)
+  /// @{
+
+  /// Stores a text without a look at it; the summary stays as it is. Texts of up to 2559 characters are kept
+  /// as they are, longer ones deflated (RFC 1950).
+  /// @param sdp the text
+  /// @return 0; 1 when `sdp` is null or zlib gets no memory, nothing changed then; 2 when the deflated text
+  ///         does not fit 2560 bytes: the former text is destroyed then, though its recorded form stays, and
+  ///         the object is to be reset
+  unsigned short setRawSDP(const char* sdp);
+
+  /// Copies or expands the stored text.
+  /// @param dst receives the text and always ends in NUL; what lies behind the NUL is undefined
+  /// @param len characters that `dst` has room for; nothing is written behind them
+  /// @return 0, also when a text that is not deflated was cut to `len` - 1 characters; 1 when a deflated text
+  ///         is damaged or does not fit with its NUL (`dst` holds what could be expanded), and when `len` is
+  ///         0 or `dst` is null
+  unsigned short getRawSDP(char* dst, unsigned int len) const;
+
+  /// Does the same with traces.
+  /// @param dst receives the text; not written when the object is empty
+  /// @param len characters that `dst` has room for
+  /// @return as `getRawSDP`; 1 when the object is empty
+  unsigned short getSDP(char* dst, unsigned int len) const;
+
+  /// @return the length of the stored text in characters; 0 when it is empty, damaged, or with its NUL longer
+  ///         than 20480 characters
+  unsigned int getRawSdpSize() const;
+
+  /// @return whether a text is stored
+  bool isSdpPresent() const;
+  /// @}
+
+  /// @name Summary (sdpNegotiator/queries.cpp)
+  /// @{
+
+  /// @return the summary, which lives as long as the object
+  const sSdpParsedData& getParsedData() const;
+
+  /// Takes a summary over through the setters, and the direction and silence suppression that differ into
+  /// the text as well.
+  /// @param data the summary; not the object's own
+  void setParsedData(const sSdpParsedData& data);
+
+  /// @return whether nothing was parsed into the summary or set in it, as `sSdpParsedData::isInitialized`
+  ///         tells
+  bool isParsedDataInitialized() const;
+  /// @return whether a text is stored or the summary is not in its initial state
+  bool isParsedDataPresent() const;
+
+  /// @return whether media are secured: SDP_ATTR_SECURE_RTP
+  bool isSecureCall() const;
+  /// @return whether video is secured: SDP_ATTR_SECURE_VIDEO
+  bool isSecureVideo() const;
+  /// @return whether video is received only: SDP_ATTR_RECVONLY_VIDEO
+  bool isRecvOnlyVideo() const;
+  /// @return whether ICE lite is announced (RFC 8839): SDP_ATTR_ICE_LITE
+  bool isIceLitePresent() const;
+  /// @return whether full ICE is announced (RFC 8839): SDP_ATTR_FULL_ICE
+  bool isFullIcePresent() const;
+  /// @return whether there is a MIKEY key management attribute (RFC 4567): SDP_ATTR_MIKEY
+  bool isMikeyPresent() const;
+  /// @return whether an ICE candidate matches the connection data: SDP_ATTR_ICE_CANDIDATES_MATCH
+  bool IceCandidatesMatch() const;
+
+  /// @return whether the session is sendonly or inactive, or else the connection address is the unspecified
+  ///         one, "0.0.0.0" or "::" (RFC 3264 8.4)
+  bool isHoldState() const;
+  /// @}
+
+  /// @name Search in the text (sdpNegotiator/queries.cpp)
+  /// @{
+
+  /// @param text what to look for, letters compared exactly; an empty text is always found, null never
+  /// @return whether the stored text holds it. Of a damaged text what can be expanded is searched.
+  bool contains(const char* text) const;
+  /// @return whether the text contains "a=crypto" (RFC 4568)
+  bool isSDESPresent() const;
+  /// @return whether the text contains "a=group:ANAT" (RFC 4091)
+  bool isAnatPresent() const;
+  /// @return whether the text contains "o=IRM ": it is a dummy offer of this library
+  bool isRmDummySdp() const;
+  /// @}
+
+  /// @name Comparison (sdpNegotiator/compare.cpp)
+  /// @{
+
+  /// Compares from the first "s=" to the end, so two versions of a session that differ only in their o-lines
+  /// are the same.
+  /// @param sdp the other text
+  /// @return 0 when both are the same; 1 when they differ, `sdp` is null, the object is empty or one of the
+  ///         texts has no "s="
+  unsigned short compareSdpByBody(const char* sdp) const;
+  /// @param other the object with the other text; an empty one has an empty text
+  /// @return as above; 1 when `other` is null
+  unsigned short compareSdpByBody(const cSdpNegotiator* other) const;
+  /// @}
+
+  /// @name Display (sdpNegotiator/display.cpp)
+  /// @{
+
+  /// Traces the text, cut to what a trace line holds.
+  void displaySDPRawData() const;
+  /// Traces the summary field by field.
+  void displaySDPData() const;
+  /// Traces a summary field by field.
+  static void displaySDPData(const sSdpParsedData& data);
+  /// @}
+
+  /// @name Media (sdpNegotiator/media.cpp)
+  /// @{
+
+  /// Lists the active video and application m-lines; m-lines of one label (RFC 4574) share an entry.
+  /// @param media replaced by the list; left alone on failure
+  /// @return 0; 1 when the object is empty or the text cannot be expanded; the codec's own status when it
+  ///         refuses the text
+  unsigned short getMedia(std::vector<mediaStruct>& media) const;
+
+  /// Lists the codecs of the first video m-line that has a port other than 0 and no attribute "inactive".
+  /// @param codecs      8 entries: receives the values of `videoCodecTable` in m-line order, then 0
+  /// @param attributes  receives the bits of eSdpAttribute of the summary; unchanged on failure
+  /// @param h264Profile receives the eH264_profile_id of the last H.264 format listed; unchanged when there
+  ///                    is none
+  /// @return 0, also when there is no such m-line; 1 when `codecs` is null or the text cannot be expanded;
+  ///         the codec's own status when it refuses the text
+  unsigned short getVideoCodecs(unsigned char* codecs, unsigned int& attributes, int& h264Profile) const;
+  /// Does the same without the profile.
+  unsigned short getVideoCodecs(unsigned char* codecs, unsigned int& attributes) const;
+  /// @}
+
+  /// @name Settings (sdpNegotiator/settings.cpp)
+  ///
+  /// They change the summary alone and hold until the next parse. A refused value is traced and changes
+  /// nothing, unless an operation says otherwise.
+  /// @{
+
+  /// Replaces the codec list.
+  /// @param codecs values of `audioCodecTable`, 0 to 38
+  /// @param count  entries of `codecs`; at most 20 are taken, fewer than 1 leave the list empty
+  /// @return 0; 1 for a null list or a value above 38, and the list is empty then
+  unsigned short setAudioCodecs(const unsigned char* codecs, int count);
+  /// @param codec a value of `audioCodecTable`, 0 to 38
+  /// @param slot  0 to 19, or -1 for the first empty slot; without one nothing happens
+  /// @return true on failure
+  bool addAudioCodec(unsigned char codec, int slot);
+  /// Replaces the first periods of the list and leaves the others.
+  /// @param periods in milliseconds, SDP_PACKETIZATION_NOT_SET where there is none
+  /// @param count   entries of `periods`; at most 20 are taken
+  /// @return 0; 1 for a null list
+  unsigned short setPacketizationPeriod(const unsigned char* periods, int count);
+  /// @param period in milliseconds
+  /// @param slot   0 to 19, or -1 for the first slot without a period; without one nothing happens
+  /// @return true on failure
+  bool setPacketizationPeriod(unsigned char period, int slot);
+  /// @param port 0, or 1024 to 65535
+  /// @return 0, or 1 for another port
+  unsigned short setMediaPort(unsigned int port);
+  /// @param mediaType bits of eMediaType, 0 to 63
+  /// @return 0, or 1 for a larger value
+  unsigned short setMediaType(unsigned int mediaType);
+  /// @param value 0 to 3
+  /// @return 0, or 1 for a larger value
+  unsigned short setResourceReserve(unsigned char value);
+  /// @param value an eFeatureState
+  /// @return 0
+  unsigned short setEchoCancellation(unsigned char value);
+  /// @param value any
+  /// @return 0
+  unsigned short setEchoCancelDirection(unsigned char value);
+  /// @param value in bit/s
+  /// @return 0
+  unsigned short setT38MaxBitRate(unsigned int value);
+  /// @param value bits of eSdpAttribute
+  /// @return 0
+  unsigned short setSdpAttributes(unsigned int value);
+  /// @param value any
+  /// @return 0
+  unsigned short setGainControl(short value);
+  /// @param value the session's bandwidth
+  /// @return 0
+  unsigned short setBandwidth(unsigned int value);
+  /// Sets address and port together, unchecked.
+  /// @return 0
+  unsigned short setSdpDescriptor(sSDPDescriptor descriptor);
+  /// @}
+
+  /// @name Media requests (sdpNegotiator/mediaRequests.cpp)
+  ///
+  /// Each changes the text and parses it again. The result is the first status that is not 0: 1 for an empty
+  /// object, the edit's own (`sdpModifications`), the parse's. The object is unchanged after the first two
+  /// and empty after the third.
+  /// @{
+
+  /// `sdpModifications::sdpReplaceMode` on the text.
+  unsigned short sdpReplaceMode(unsigned char mode, int mediaMask);
+  /// The same for audio and video.
+  /// @return the result of a trace call, which says nothing of the request: 0 while tracing is off
+  unsigned short sdpReplaceMode(unsigned char mode);
+  /// `sdpModifications::sdpInsertSilenceSuppression` on the text, with the object's own summary.
+  unsigned short sdpInsertSilenceSuppression(unsigned char value);
+  /// @}
+
+ private:
+  void reset();
+
+  // Two members and nothing between them: these bytes are also what travels when an object is transferred.
+  sSdpParsedData parsedData;  ///< its `storedSdpLength` tells the form of `rawSdp`
+  char rawSdp[SDP_STORED_TEXT_SIZE];
+};
+
+#endif

@@ -1,0 +1,77 @@
+#include <algorithm>
+
+#include "sdpNegotiator.h"
+#include "sdpNegotiatorParser.h"
+#include "sdpNegotiatorParser/descriptionView.h"
+#include "sdpNegotiatorParser/videoFormats.h"
+#include "sdpNegotiatorParser/withDescription.h"
+
+namespace sdpneg {
+namespace {
+
+/// Decodes a text and calls `work` with its description.
+/// @return what `work` returns, or the codec's status when it refuses the text
+template <typename Work>
+unsigned short withDecoded(const char* text, Work work) {
+  return withDescription([&](sDescription& description) {
+    char error[SDP_ERROR_TEXT_SIZE];
+    unsigned short oLineStart = 0;
+    unsigned short oLineEnd = 0;
+    const unsigned short status =
+        sdp_decodeOpt_r(&description, text, SDP_TYPE_UNKNOWN, error, false, oLineStart, oLineEnd);
+    return status != 0 ? status : work(description);
+  });
+}
+
+bool isInactive(const mDescription& media) {
+  const auto attributes = entriesOf(&media.aLine);
+  return std::any_of(attributes.begin(), attributes.end(),
+                     [](const a_line::entry& line) { return equalNoCase(line.name, "inactive"); });
+}
+
+bool isActiveVideo(const mDescription& media) {
+  return media.mLine.mediaType == MEDIA_VIDEO && portOf(media) != 0 && !isInactive(media);
+}
+
+void listCodecs(const mDescription& media, unsigned char* codecs, int& h264Profile) {
+  int listed = 0;
+  const int formats = sdp_MgetNoOfFormats(&media.mLine);
+  for (int i = 0; i < formats && listed < SDP_VIDEO_CODEC_LIST_SIZE; ++i) {
+    const codecDetailStruct detail = detailOf(media, sdp_MgetFormat(&media.mLine, i));
+    if (detail.codec == SDP_NO_CODEC) continue;
+    if (detail.codec == codecH264) h264Profile = detail.profile;
+    codecs[listed++] = detail.codec;
+  }
+}
+
+}  // namespace
+}  // namespace sdpneg
+
+unsigned short cSdpNegotiator::getMedia(std::vector<mediaStruct>& media) const {
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
+  const unsigned short status = getSDP(text, sizeof text);
+  if (status != 0) return status;
+  return sdpneg::withDecoded(
+      text, [&](const sDescription& description) { return sdpParserMessage::getMedia(description, media); });
+}
+
+unsigned short cSdpNegotiator::getVideoCodecs(unsigned char* codecs, unsigned int& attributes,
+                                              int& h264Profile) const {
+  if (codecs == nullptr) return 1;
+  std::fill_n(codecs, SDP_VIDEO_CODEC_LIST_SIZE, SDP_NO_CODEC);
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
+  const unsigned short status = getRawSDP(text, sizeof text);
+  if (status != 0) return status;
+  return sdpneg::withDecoded(text, [&](const sDescription& description) -> unsigned short {
+    const auto all = sdpneg::mediaOf(description);
+    const auto video = std::find_if(all.begin(), all.end(), sdpneg::isActiveVideo);
+    if (video != all.end()) sdpneg::listCodecs(*video, codecs, h264Profile);
+    attributes = parsedData.sdpAttributes;
+    return 0;
+  });
+}
+
+unsigned short cSdpNegotiator::getVideoCodecs(unsigned char* codecs, unsigned int& attributes) const {
+  int h264Profile = H264_PROFILE_NOT_PRESENT;
+  return getVideoCodecs(codecs, attributes, h264Profile);
+}

@@ -1,0 +1,37 @@
+#ifndef SDP_NEGOTIATOR_REQUEST_H
+#define SDP_NEGOTIATOR_REQUEST_H
+
+#include "sdpDataDefinitions.h"
+#include "sdpNegotiator.h"
+
+namespace sdpneg {
+
+/// The pattern that requests follow: the stored text goes into a buffer, an edit changes it, and the result
+/// is kept.
+/// @param edit takes the text and gives its status
+/// @param keep takes the edited text and gives its status
+/// @return the first status that is not 0; the stored text is unchanged when it is not that of `keep`
+template <typename Edit, typename Keep>
+unsigned short editText(const cSdpNegotiator& object, Edit edit, Keep keep) {
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
+  const unsigned short expanded = object.getSDP(text, sizeof text);
+  if (expanded != 0) return expanded;
+  const unsigned short edited = edit(text);
+  return edited != 0 ? edited : keep(text);
+}
+
+/// The edited text is parsed and stored; a text that does not parse leaves the object empty.
+template <typename Edit>
+unsigned short editAndParse(cSdpNegotiator& object, Edit edit) {
+  return editText(object, edit, [&](const char* text) { return object.sdpParse(text, SDP_TYPE_UNKNOWN); });
+}
+
+/// The edited text is stored, and the summary stays as it is.
+template <typename Edit>
+unsigned short editAndStore(cSdpNegotiator& object, Edit edit) {
+  return editText(object, edit, [&](const char* text) { return object.setRawSDP(text); });
+}
+
+}  // namespace sdpneg
+
+#endif

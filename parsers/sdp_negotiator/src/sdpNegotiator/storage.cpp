@@ -1,0 +1,74 @@
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+#include <type_traits>
+
+#include "sdpNegotiator.h"
+#include "sdpNegotiator/deflate.h"
+#include "sdpNegotiatorTrace.h"
+
+static_assert(std::is_trivial_v<cSdpNegotiator> && std::is_standard_layout_v<cSdpNegotiator>);
+static_assert(sizeof(cSdpNegotiator) == sizeof(sSdpParsedData) + SDP_STORED_TEXT_SIZE);
+
+namespace sdpneg {
+namespace {
+
+/// Expands deflated text and ends it with a NUL, whatever came of it.
+/// @return whether all of it and a NUL found room
+bool expand(std::string_view bytes, char* dst, std::size_t len) {
+  const Inflated text = inflateText(bytes, dst, len);
+  const bool endsInNul = text.length > 0 && dst[text.length - 1] == '\0';
+  if (!endsInNul) dst[std::min(text.length, len - 1)] = '\0';
+  return text.whole && (endsInNul || text.length < len);
+}
+
+}  // namespace
+}  // namespace sdpneg
+
+unsigned short cSdpNegotiator::setRawSDP(const char* sdp) {
+  if (sdp == nullptr) return 1;
+  const std::string_view text(sdp);
+  if (text.size() < sizeof rawSdp) {
+    const std::size_t length = text.copy(rawSdp, sizeof rawSdp);
+    std::memset(rawSdp + length, 0, sizeof rawSdp - length);
+    parsedData.storedSdpLength = 0;
+    return 0;
+  }
+  using sdpneg::Deflated;
+  // The NUL is deflated too, so expanding the text ends it.
+  const Deflated result = sdpneg::deflateText({text.data(), text.size() + 1}, rawSdp, sizeof rawSdp);
+  if (result.status == Deflated::Status::noStream) return 1;
+  if (result.status == Deflated::Status::noRoom) return 2;
+  parsedData.storedSdpLength = static_cast<std::uint16_t>(result.length);
+  return 0;
+}
+
+unsigned short cSdpNegotiator::getRawSDP(char* dst, unsigned int len) const {
+  if (dst == nullptr || len == 0) return 1;
+  dst[0] = '\0';
+  if (parsedData.storedSdpLength == 0) {
+    const std::size_t length = std::min<std::size_t>(strnlen(rawSdp, sizeof rawSdp), len - 1);
+    std::memcpy(dst, rawSdp, length);
+    dst[length] = '\0';
+    return 0;
+  }
+  if (parsedData.storedSdpLength > sizeof rawSdp) return 1;
+  return sdpneg::expand({rawSdp, parsedData.storedSdpLength}, dst, len) ? 0 : 1;
+}
+
+unsigned short cSdpNegotiator::getSDP(char* dst, unsigned int len) const {
+  cNegotTraceManager::writeTraceMsg(8, 4, "Building raw SDP buffer.");
+  if (!isSdpPresent()) {
+    cNegotTraceManager::writeTraceMsg(4, 3, "The raw SDP buffer is empty.");
+    return 1;
+  }
+  return getRawSDP(dst, len);
+}
+
+unsigned int cSdpNegotiator::getRawSdpSize() const {
+  if (parsedData.storedSdpLength == 0) return static_cast<unsigned int>(strnlen(rawSdp, sizeof rawSdp));
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
+  return getRawSDP(text, sizeof text) == 0 ? static_cast<unsigned int>(std::strlen(text)) : 0;
+}
+
+bool cSdpNegotiator::isSdpPresent() const { return rawSdp[0] != '\0' || parsedData.storedSdpLength != 0; }

@@ -1,0 +1,108 @@
+#include "codecValues.h"
+#include "descriptionView.h"
+#include "direction.h"
+#include "mediaAddress.h"
+#include "sdpNegotiatorParser.h"
+
+namespace sdpneg {
+namespace {
+
+/// The first audio m-line in use. One that is not in use is taken when no other m-line follows it.
+/// @param chosen receives it, or null
+/// @return 0, or 1 for an invalid port up to it
+unsigned short chooseAudio(sDescription& description, int noOfMDs, mDescription*& chosen) {
+  chosen = nullptr;
+  const auto media = mediaOf(description, noOfMDs);
+  for (mDescription& each : media) {
+    if (each.mLine.mediaType != MEDIA_AUDIO) continue;
+    description.mediaKinds |= MEDIA_AUDIO;
+    const int port = portOf(each);
+    if (checkPort("audio", port) != 0) return 1;
+    if (port == 0 && &each != &media.back()) continue;
+    chosen = &each;
+    return 0;
+  }
+  return 0;
+}
+
+void takeCodecs(sSdpParsedData& data, const mDescription& audio, unsigned int& count) {
+  for (int i = 0; i < sdp_MgetNoOfFormats(&audio.mLine); ++i) {
+    if (count >= MAX_SDP_NEGOTIATOR_AUDIO_CODECS) return;
+    const unsigned char codec = sdpParserMessage::convertCodec(sdp_MgetFormat(&audio.mLine, i), &audio.aLine);
+    if (codec != SDP_NO_CODEC) data.audioCodec[count++] = codec;
+  }
+}
+
+/// Reads the attribute lines of an audio m-line in their order.
+class AudioAttributes {
+ public:
+  AudioAttributes(sSdpParsedData& data, int noOfFormats, unsigned char* periods)
+      : data_(data), noOfFormats_(noOfFormats), periods_(periods) {}
+
+  /// @return false when the lines behind this one are not to be read
+  bool read(const a_line::entry& line) {
+    const char* value = valueOf(line);
+    if (isNamed(line, "mptime")) return sdpParserMessage::setCodecMptime(periods_, noOfFormats_, value) == 0;
+    if (isNamed(line, "ptime")) return readPtime(value);
+    if (isNamed(line, "silenceSupp")) return sdpParserMessage::setSilenceSuppression(data_, value) == 0;
+    if (isNamed(line, "ecan")) sdpParserMessage::setEchoCancellation(data_, value);
+    if (isNamed(line, "gpmd") && value != nullptr) readVoiceBandData(value);
+    if (isNamed(line, "fmtp") && value != nullptr) readAnnexB(value);
+    return true;
+  }
+
+ private:
+  bool readPtime(const char* value) {
+    const bool valid = sdpParserMessage::setCodecPtime(data_, value) == 0;
+    periods_[0] = data_.packetizationPeriod[0];
+    return valid;
+  }
+
+  /// A line against voice-band data behind one for it, both of one payload, cancels what the lines set.
+  void readVoiceBandData(const char* value) {
+    if (value[0] != '0' && value[0] != '8') return;
+    bool& wanted = value[0] == '0' ? pcmuWanted_ : pcmaWanted_;
+    if (sdpParserMessage::setVoiceBandData(data_, value) == 0) {
+      wanted = true;
+    } else if (wanted) {
+      data_.silenceSuppression = FEATURE_STATE_NOT_SPECIFIED;
+      data_.echoCancellation = FEATURE_STATE_NOT_SPECIFIED;
+      data_.gainControl = -1;
+    }
+  }
+
+  /// The form with a colon is the one that is known; RFC 4856 writes an equals sign.
+  void readAnnexB(const char* value) {
+    if (sdpParserMessage::strcmpwospaces(value, "18annexb:no") == 0) {
+      sdpParserMessage::setG729AnnexB(data_, noOfFormats_, codecG729AnnexA);
+    } else if (sdpParserMessage::strcmpwospaces(value, "18annexb:yes") == 0) {
+      sdpParserMessage::setG729AnnexB(data_, noOfFormats_, codecG729AnnexAWithAnnexB);
+    }
+  }
+
+  sSdpParsedData& data_;
+  int noOfFormats_;
+  unsigned char* periods_;
+  bool pcmuWanted_ = false;
+  bool pcmaWanted_ = false;
+};
+
+}  // namespace
+}  // namespace sdpneg
+
+unsigned short sdpParserMessage::findFirstAudio(sSdpParsedData& data, sDescription& description,
+                                                unsigned int& count, int noOfMDs, unsigned char* periods) {
+  mDescription* audio = nullptr;
+  if (sdpneg::chooseAudio(description, noOfMDs, audio) != 0) return 1;
+  if (audio == nullptr) return 0;
+  if (sdpneg::hasConnection(audio->cLine) && getIpAddr(data, audio->cLine) != 0) return 1;
+  data.mediaType |= MEDIA_AUDIO;
+  data.port = static_cast<std::uint32_t>(sdpneg::portOf(*audio));
+  sdpneg::takeCodecs(data, *audio, count);
+  data.sessionMode = sdpneg::firstGiven(getConnectionMode(&audio->aLine), data.sessionMode);
+  sdpneg::AudioAttributes reader(data, sdp_MgetNoOfFormats(&audio->mLine), periods);
+  for (const a_line::entry& line : sdpneg::entriesOf(&audio->aLine)) {
+    if (!reader.read(line)) break;
+  }
+  return 0;
+}

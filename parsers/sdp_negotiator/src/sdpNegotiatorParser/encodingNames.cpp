@@ -1,0 +1,97 @@
+#include "encodingNames.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+#include "attributeLines.h"
+#include "descriptionView.h"
+#include "sdpNegotiatorParser.h"
+#include "text/search.h"
+
+namespace sdpneg {
+namespace {
+
+/// Characters of an rtpmap value that are looked at, and of strcmpwospaces' pattern and runs of spaces.
+constexpr std::size_t rtpmapLimit = 512;
+constexpr std::size_t compareLimit = 100;
+
+bool isLineEnd(char c) { return c == '\r' || c == '\n'; }
+
+/// The encoding name that an rtpmap value gives a format; empty when it defines another format or none.
+/// @param value ended by NUL; its line may be followed by others
+std::string_view encodingNameOf(const char* value, std::string_view format) {
+  constexpr std::string_view blanks = " \t";
+  // Most lines that are tried belong to another format.
+  const bool beginsWithBlank = *value == ' ' || *value == '\t';
+  if (!beginsWithBlank && !textStartsWith(value, format)) return {};
+  Words words({value, strnlen(value, rtpmapLimit)}, blanks);
+  if (words.next() != format) return {};
+  std::string_view name = words.rest();
+  name.remove_prefix(std::min(name.find_first_not_of(blanks), name.size()));
+  return {name.begin(), std::find_if(name.begin(), name.end(), isLineEnd)};
+}
+
+/// Hands out what was found: cuts it to the buffer.
+/// @param name null, or a buffer of `size` characters
+/// @return whether something was found
+bool deliver(std::string_view found, char* name, unsigned int size) {
+  if (found.empty()) return false;
+  if (name != nullptr && size != 0) name[found.copy(name, size - 1)] = '\0';
+  return true;
+}
+
+}  // namespace
+
+std::string_view findEncodingName(const char* begin, const char* end, const char* format) {
+  constexpr std::string_view lineStart = "\na=rtpmap:";
+  if (begin == nullptr || end == nullptr || format == nullptr || end <= begin) return {};
+  const std::string_view text(begin, strnlen(begin, static_cast<std::size_t>(end - begin)));
+  for (std::size_t at = text.find('\n'); at != npos; at = text.find('\n', at + 1)) {
+    // The line may go on behind the end, up to the NUL, where the comparison stops.
+    const char* line = begin + at;
+    if (!textStartsWith(line, lineStart)) continue;
+    const std::string_view name = encodingNameOf(line + lineStart.size(), format);
+    if (!name.empty()) return name;
+  }
+  return {};
+}
+
+}  // namespace sdpneg
+
+bool sdpParserMessage::getEncodingName(const mDescription* media, const char* format, char* name,
+                                       unsigned int size) {
+  if (media == nullptr) return false;
+  for (const a_line::entry& line : sdpneg::entriesOf(&media->aLine)) {
+    if (sdpneg::isNamed(line, "rtpmap") && isEncodingDefinedInAline(line.value, format, name, size)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool sdpParserMessage::getEncodingName(const char* begin, const char* end, const char* format, char* name,
+                                       unsigned int size) {
+  return sdpneg::deliver(sdpneg::findEncodingName(begin, end, format), name, size);
+}
+
+bool sdpParserMessage::isEncodingDefinedInAline(const char* value, const char* format, char* name,
+                                                unsigned int size) {
+  if (value == nullptr || format == nullptr) return false;
+  return sdpneg::deliver(sdpneg::encodingNameOf(value, format), name, size);
+}
+
+int sdpParserMessage::strcmpwospaces(const char* text, const char* pattern) {
+  using sdpneg::compareLimit;
+  if (text == nullptr || pattern == nullptr) return -1;
+  for (std::size_t matched = 0; pattern[matched] != '\0'; ++matched, ++text) {
+    if (matched == compareLimit) return -1;
+    const char* run = text;
+    while (*text == ' ') {
+      if (static_cast<std::size_t>(++text - run) == compareLimit) return -1;
+    }
+    if (*text != pattern[matched]) return -1;
+  }
+  return 0;
+}

@@ -1,0 +1,21 @@
+#include "descriptionView.h"
+#include "sdpNegotiatorParser.h"
+
+namespace {
+
+// Records are never cleared: nothing but the entry in use is copied.
+void inheritConnection(mDescription& media, const c_line& session) {
+  if (sdp_CgetNoOfCs(&session) == 0) return;
+  media.cLine.entries[0] = session.entries[0];
+  media.cLine.count = 1;
+}
+
+}  // namespace
+
+void sdpParserMessage::sdpPreProcessDescription(sDescription& description) {
+  for (mDescription& media : sdpneg::mediaOf(description)) {
+    const unsigned int missing = description.linePresence & ~media.linePresence;
+    if ((missing & SDP_HAS_C_LINE) != 0) inheritConnection(media, description.cLine);
+    if ((missing & SDP_HAS_A_LINE) != 0) sdp_Acopy(&media.aLine, &description.aLine);
+  }
+}

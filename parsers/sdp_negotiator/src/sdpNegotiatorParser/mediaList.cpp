@@ -1,0 +1,103 @@
+#include <algorithm>
+#include <new>
+
+#include "descriptionView.h"
+#include "direction.h"
+#include "sdpNegotiatorParser.h"
+#include "sdpNegotiatorTrace.h"
+#include "videoFormats.h"
+
+namespace sdpneg {
+namespace {
+
+void takeCodecs(mediaStruct& entry, const mDescription& media) {
+  const int count = sdp_MgetNoOfFormats(&media.mLine);
+  entry.codecs.reserve(static_cast<std::size_t>(count));
+  for (int i = 0; i < count; ++i) {
+    const codecDetailStruct detail = detailOf(media, sdp_MgetFormat(&media.mLine, i));
+    if (detail.codec != SDP_NO_CODEC) entry.codecs.push_back(detail);
+  }
+}
+
+std::uint32_t flagsOf(const sDescription& description, const mDescription& media) {
+  const std::uint32_t flags = contains(transportOf(media), "SAVP") ? MEDIA_FLAG_SECURE : MEDIA_FLAG_PLAIN;
+  const char* type = sdp_CgetAddressType(&media.cLine, 0);
+  if (type == nullptr) type = sdp_CgetAddressType(&description.cLine, 0);
+  if (type == nullptr) return flags;
+  return flags | (viewOf(type) == "IP4" ? MEDIA_FLAG_ADDRESS_IP4 : MEDIA_FLAG_ADDRESS_OTHER);
+}
+
+/// The entry of that label; null when there is none or the label is empty.
+mediaStruct* labelled(std::vector<mediaStruct>& list, std::string_view label) {
+  const auto entry = std::find_if(list.begin(), list.end(),
+                                  [label](const mediaStruct& each) { return each.label == label; });
+  return label.empty() || entry == list.end() ? nullptr : &*entry;
+}
+
+void addMedia(std::vector<mediaStruct>& list, const sDescription& description, const mDescription& media,
+              unsigned char sessionMode) {
+  const std::string_view label = viewOf(sdp_AfindAttribute(&media.aLine, "label"));
+  if (mediaStruct* known = labelled(list, label)) {
+    known->flags |= flagsOf(description, media);
+    return;
+  }
+  mediaStruct& entry = list.emplace_back();
+  entry.mediaType = media.mLine.mediaType;
+  entry.label = label;
+  entry.flags = flagsOf(description, media);
+  entry.mode = firstGiven(sdpParserMessage::getConnectionMode(&media.aLine), sessionMode);
+  entry.bandwidth = sdp_BgetBandwidthValue(&media.bLine);
+  takeCodecs(entry, media);
+}
+
+bool isListed(const mDescription& media) {
+  const unsigned int kind = media.mLine.mediaType;
+  return (kind == MEDIA_VIDEO || kind == MEDIA_APPLICATION) && portOf(media) != 0;
+}
+
+/// Empties a list that there is no memory for.
+template <typename List>
+unsigned short withoutMemory(List& list) {
+  list.clear();
+  cNegotTraceManager::writeTraceMsg(4, 3, "There is no memory for a list of media.");
+  return 1;
+}
+
+}  // namespace
+}  // namespace sdpneg
+
+unsigned char sdpParserMessage::getConnectionMode(const a_line* attributes) {
+  unsigned char mode = CONNECTION_MODE_NONE;
+  for (const a_line::entry& line : sdpneg::entriesOf(attributes)) {
+    if (!sdpneg::mayBeDirection(line.name)) continue;
+    mode = sdpneg::firstGiven(static_cast<unsigned char>(sdpneg::directionOf(line.name)), mode);
+  }
+  return mode;
+}
+
+unsigned short sdpParserMessage::getMedia(const sDescription& description, std::vector<mediaStruct>& media) {
+  const unsigned char sessionMode =
+      sdpneg::firstGiven(getConnectionMode(&description.aLine), CONNECTION_MODE_SENDRECV);
+  media.clear();
+  try {
+    for (const mDescription& each : sdpneg::mediaOf(description)) {
+      if (sdpneg::isListed(each)) sdpneg::addMedia(media, description, each, sessionMode);
+    }
+  } catch (const std::bad_alloc&) {
+    return sdpneg::withoutMemory(media);
+  }
+  return 0;
+}
+
+unsigned short sdpParserMessage::getMLines(const sDescription& description,
+                                           std::vector<mDescription>& mLines) {
+  const auto media = sdpneg::mediaOf(description);
+  mLines.clear();
+  try {
+    mLines.resize(media.size());
+  } catch (const std::bad_alloc&) {
+    return sdpneg::withoutMemory(mLines);
+  }
+  for (std::size_t i = 0; i < media.size(); ++i) sdp_copyMedia(&mLines[i], &media[i]);
+  return 0;
+}

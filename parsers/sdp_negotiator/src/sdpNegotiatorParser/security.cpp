@@ -1,0 +1,60 @@
+#include <algorithm>
+
+#include "descriptionView.h"
+#include "sdpNegotiatorParser.h"
+#include "sdpNegotiatorTrace.h"
+
+namespace sdpneg {
+namespace {
+
+bool isSecurityLine(const a_line::entry& line) {
+  return isNamed(line, "crypto") || isNamed(line, "setup") || isNamed(line, "fingerprint") ||
+         isNamed(line, "key-mgmt");
+}
+
+bool hasSecurityLine(const a_line& line) {
+  const auto entries = entriesOf(&line);
+  return std::any_of(entries.begin(), entries.end(), isSecurityLine);
+}
+
+bool hasMikeyLine(const a_line& line) {
+  const auto entries = entriesOf(&line);
+  return std::any_of(entries.begin(), entries.end(), [](const a_line::entry& each) {
+    return textStartsWith(each.name, "key-mgmt") && each.value[0] != '\0';
+  });
+}
+
+void noteMikey(sSdpParsedData& data) {
+  data.sdpAttributes |= SDP_ATTR_MIKEY;
+  cNegotTraceManager::writeTraceMsg(8, 4, "Mikey attribute is found.");
+}
+
+void noteSecureMedia(sSdpParsedData& data, const mDescription& media) {
+  const std::string_view transport = transportOf(media);
+  if (contains(transport, "RTP/SAVP") && portOf(media) != 0) {
+    data.sdpAttributes |= SDP_ATTR_SECURE_RTP;
+    if (media.mLine.mediaType == MEDIA_VIDEO) data.sdpAttributes |= SDP_ATTR_SECURE_VIDEO;
+    cNegotTraceManager::writeTraceMsg(2, 2, "Setting secure RTP call flag");
+  }
+  if (contains(transport, "RTP/AVP") && hasSecurityLine(media.aLine)) {
+    data.sdpAttributes |= SDP_ATTR_SECURE_RTP;
+    cNegotTraceManager::writeTraceMsg(2, 2, "RTP/AVP media with secure line. Setting secure RTP call flag");
+  }
+}
+
+}  // namespace
+}  // namespace sdpneg
+
+void sdpParserMessage::containsSecureMedia(sSdpParsedData& data, const sDescription& description,
+                                           int noOfMDs) {
+  for (const mDescription& media : sdpneg::mediaOf(description, noOfMDs)) {
+    sdpneg::noteSecureMedia(data, media);
+  }
+}
+
+void sdpParserMessage::checkForMickey(sSdpParsedData& data, const sDescription& description) {
+  if (sdpneg::hasMikeyLine(description.aLine)) return sdpneg::noteMikey(data);
+  for (const mDescription& media : sdpneg::mediaOf(description)) {
+    if (sdpneg::hasMikeyLine(media.aLine)) sdpneg::noteMikey(data);
+  }
+}

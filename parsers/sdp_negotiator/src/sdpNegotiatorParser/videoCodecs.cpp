@@ -1,0 +1,106 @@
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+#include "attributeLines.h"
+#include "encodingNames.h"
+#include "sdpNegotiatorParser.h"
+#include "text/search.h"
+#include "videoCodecRules.h"
+
+namespace sdpneg {
+namespace {
+
+bool matches(const VideoRule& rule, std::string_view name, std::string_view format) {
+  switch (rule.test) {
+    case VideoTest::namePrefix:
+      return startsWith(name, rule.text);
+    case VideoTest::namePrefixAnyCase:
+      return startsWithNoCase(name, rule.text);
+    case VideoTest::wholeName:
+      return name == rule.text;
+    case VideoTest::wholeFormat:
+      return format == rule.text;
+  }
+  return false;
+}
+
+std::uint8_t videoCodecOf(std::string_view name, std::string_view format) {
+  for (const VideoRule& rule : videoRules) {
+    if (matches(rule, name, format)) return rule.codec;
+  }
+  return SDP_NO_CODEC;
+}
+
+constexpr std::size_t profileLevelIdLength = 6;
+constexpr int noProfileLevelId = -1;
+
+/// Baseline, main and extended. The digit-only ones have no case.
+bool isKnownProfile(std::string_view profileByte) {
+  return profileByte == "42" || equalNoCase(profileByte, "4d") || profileByte == "58";
+}
+
+/// The two levels that share a level byte: constraint flag 3, the lowest bit of this digit, tells them apart.
+eH264_profile_id levelOfConstraints(char digit) {
+  const std::size_t value = std::string_view("0123456789abcdef").find(lower(digit));
+  if (value == npos) return H264_LEVEL_1;
+  return value % 2 != 0 ? H264_LEVEL_1B : H264_LEVEL_1_1;
+}
+
+int h264LevelOf(std::string_view profileLevelId) {
+  if (profileLevelId.size() < profileLevelIdLength) return noProfileLevelId;
+  if (!isKnownProfile(profileLevelId.substr(0, 2))) return H264_LEVEL_1;
+  const std::string_view levelByte = profileLevelId.substr(4, 2);
+  if (equalNoCase(levelByte, "0b")) return levelOfConstraints(profileLevelId[2]);
+  for (const H264LevelRule& rule : h264LevelRules) {
+    if (equalNoCase(levelByte, rule.levelByte)) return rule.level;
+  }
+  return H264_LEVEL_1;
+}
+
+/// The level that an fmtp line gives for a format.
+int h264LevelOf(const a_line::entry& line, std::string_view format) {
+  constexpr std::string_view parameter = "profile-level-id=";
+  if (!textStartsWith(line.name, "fmtp") || !textStartsWith(line.value, format)) return noProfileLevelId;
+  const std::string_view value = line.value;
+  const std::size_t at = value.find(parameter);
+  return at == npos ? noProfileLevelId : h264LevelOf(value.substr(at + parameter.size()));
+}
+
+}  // namespace
+}  // namespace sdpneg
+
+unsigned char sdpParserMessage::convertVideoCodec(const char* encodingName, const char* format) {
+  if (encodingName == nullptr) return SDP_NO_CODEC;
+  return sdpneg::videoCodecOf(encodingName, sdpneg::viewOf(format));
+}
+
+bool sdpParserMessage::isStaticPayload(const char* format) {
+  const std::string_view text = sdpneg::viewOf(format);
+  return std::find(std::begin(sdpneg::staticPayloads), std::end(sdpneg::staticPayloads), text) !=
+         std::end(sdpneg::staticPayloads);
+}
+
+int sdpParserMessage::decodeH264ProfileString(const char* profileLevelId) {
+  using namespace sdpneg;
+  if (profileLevelId == nullptr) return noProfileLevelId;
+  return h264LevelOf({profileLevelId, strnlen(profileLevelId, profileLevelIdLength)});
+}
+
+int sdpParserMessage::decodeH264ProfileId(const a_line* attributes, const char* format) {
+  using namespace sdpneg;
+  if (format == nullptr) return H264_LEVEL_1;
+  for (const a_line::entry& line : entriesOf(attributes)) {
+    const int level = h264LevelOf(line, format);
+    if (level != noProfileLevelId) return level;
+  }
+  return H264_LEVEL_1;
+}
+
+unsigned char sdpParserMessage::getMediaCodec(const char* begin, const char* end, const char* format) {
+  using namespace sdpneg;
+  if (isStaticPayload(format)) return convertVideoCodec(format, format);
+  const std::string_view name = findEncodingName(begin, end, format);
+  return name.empty() ? SDP_NO_CODEC : videoCodecOf(name, format);
+}

@@ -1,0 +1,56 @@
+#ifndef SDP_TEXT_LINES_H
+#define SDP_TEXT_LINES_H
+
+#include "text/sdpText.h"
+#include "text/search.h"
+
+// Finding lines and sections. Edits differ in how they search, and the difference is part of what they do:
+// "anywhere" takes a match inside another line's value too, "line" only one that follows an LF, so that a
+// match in the text's first line is not seen.
+
+namespace sdpneg {
+
+/// A line by offsets. The only place that knows CR LF and LF.
+struct Line {
+  std::size_t begin;
+  std::size_t lf;  ///< its LF; the text's end when it has none
+  bool terminated;
+
+  /// Behind the line's LF.
+  std::size_t next() const { return terminated ? lf + 1 : lf; }
+};
+
+/// The line from `begin`, which need not be a line's start, through the next LF.
+inline Line lineAt(std::string_view text, std::size_t begin) {
+  const std::size_t lf = text.find('\n', begin);
+  return {begin, lf == npos ? text.size() : lf, lf != npos};
+}
+
+/// The line's text without LF and without a CR in front of it.
+inline std::string_view content(std::string_view text, const Line& line) {
+  const bool cr = line.terminated && line.lf > line.begin && text[line.lf - 1] == '\r';
+  return text.substr(line.begin, line.lf - line.begin - (cr ? 1 : 0));
+}
+
+/// The first place of a piece of text, inside a value too. The same as std::string_view::find.
+inline std::size_t findAnywhere(std::string_view text, std::string_view piece, std::size_t from = 0) {
+  return text.find(piece, from);
+}
+
+/// The start of the first line that begins with `prefix` and whose LF in front stands at or behind `from`.
+/// @return npos when there is none; the text's first line never counts
+inline std::size_t findLine(std::string_view text, std::string_view prefix, std::size_t from = 0) {
+  for (std::size_t lf = text.find('\n', from); lf != npos; lf = text.find('\n', lf + 1)) {
+    if (startsWith(text.substr(lf + 1), prefix)) return lf + 1;
+  }
+  return npos;
+}
+
+/// An offset, or the text's end where nothing was found.
+inline std::size_t orEnd(std::size_t offset, std::string_view text) {
+  return offset == npos ? text.size() : offset;
+}
+
+}  // namespace sdpneg
+
+#endif

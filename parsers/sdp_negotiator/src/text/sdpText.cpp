@@ -1,0 +1,116 @@
+#include "text/sdpText.h"
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+
+namespace sdpneg {
+
+bool SdpText::holds(std::string_view text) const {
+  const std::less<const char*> before;
+  return !text.empty() && before(text.data(), text_ + capacity_) && before(text_, text.data() + text.size());
+}
+
+Edit SdpText::replace(Span span, std::string_view inserted) {
+  if (!usable() || span.begin > span.end || span.end > length_) return Edit::noRoom;
+  const std::size_t kept = length_ - (span.end - span.begin);
+  if (inserted.size() > capacity_ - 1 - kept) return Edit::noRoom;
+  if (holds(inserted)) return replaceOverlapping(span, inserted);
+  char* const place = text_ + span.begin;
+  std::memmove(place + inserted.size(), text_ + span.end, length_ - span.end + 1);
+  if (!inserted.empty()) std::memcpy(place, inserted.data(), inserted.size());
+  length_ = kept + inserted.size();
+  return Edit::done;
+}
+
+// The inserted text would move or be overwritten under the edit, so it is taken aside first.
+Edit SdpText::replaceOverlapping(Span span, std::string_view inserted) {
+  char aside[MAX_SDP_PROTOCOL_DATA_SIZE];
+  if (inserted.size() > sizeof aside) return Edit::noRoom;
+  std::memcpy(aside, inserted.data(), inserted.size());
+  return replace(span, {aside, inserted.size()});
+}
+
+// A text in two pieces while lines go: what is kept so far, up to `kept`, and what is still to be looked at,
+// from `rest` on. Each piece is moved once.
+class SdpText::Removal {
+ public:
+  Removal(char* text, std::size_t length) : text_(text), length_(length), kept_(length), rest_(length) {}
+
+  // Removes the lines of prefixes[index]; none of the prefixes before it occurs when this begins.
+  // Returns false when a matched line has no LF.
+  bool run(std::span<const std::string_view> prefixes, std::size_t index) {
+    while (true) {
+      const std::size_t match = remaining().find(prefixes[index]);
+      keep(match == npos ? length_ - rest_ : match);
+      if (match == npos) return true;
+      if (!dropLine(kept_)) return false;
+      while (const std::size_t overlap = seamMatch(prefixes.first(index + 1))) {
+        if (!dropLine(kept_ - overlap)) return false;
+      }
+    }
+  }
+
+  void finish() { keep(length_ - rest_); }
+  std::size_t length() const { return kept_; }
+  std::size_t removed() const { return removed_; }
+
+  // Looks at the text from its start again, all of which is kept so far.
+  void rewind() {
+    length_ = kept_;
+    kept_ = 0;
+    rest_ = 0;
+  }
+
+ private:
+  std::string_view remaining() const { return {text_ + rest_, length_ - rest_}; }
+
+  void keep(std::size_t count) {
+    if (kept_ != rest_) std::memmove(text_ + kept_, text_ + rest_, count);
+    kept_ += count;
+    rest_ += count;
+  }
+
+  // Drops what is kept from `from` on, and what remains through the next LF.
+  bool dropLine(std::size_t from) {
+    const std::size_t lf = remaining().find('\n');
+    if (lf == npos) return false;
+    kept_ = from;
+    rest_ += lf + 1;
+    ++removed_;
+    return true;
+  }
+
+  // How many kept characters begin a match that goes on in the rest, for the first prefix that has one and
+  // its first place; 0 when there is none.
+  std::size_t seamMatch(std::span<const std::string_view> prefixes) const {
+    for (const std::string_view prefix : prefixes) {
+      for (std::size_t overlap = std::min(prefix.size() - 1, kept_); overlap != 0; --overlap) {
+        const std::string_view kept(text_ + kept_ - overlap, overlap);
+        if (startsWith(prefix, kept) && startsWith(remaining(), prefix.substr(overlap))) return overlap;
+      }
+    }
+    return 0;
+  }
+
+  char* text_;
+  std::size_t length_;
+  std::size_t kept_;
+  std::size_t rest_;
+  std::size_t removed_ = 0;
+};
+
+std::size_t SdpText::removeLines(std::span<const std::string_view> prefixes) {
+  if (!usable()) return 0;
+  Removal removal(text_, length_);
+  for (std::size_t index = 0; index < prefixes.size(); ++index) {
+    removal.rewind();
+    if (!removal.run(prefixes, index)) break;
+  }
+  removal.finish();
+  length_ = removal.length();
+  text_[length_] = '\0';
+  return removal.removed();
+}
+
+}  // namespace sdpneg

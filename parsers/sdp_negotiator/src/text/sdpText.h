@@ -1,0 +1,68 @@
+#ifndef SDP_TEXT_H
+#define SDP_TEXT_H
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+#include "sdpDataDefinitions.h"
+#include "text/search.h"
+
+// The one place that writes into an SDP text. An edit finds what it changes in `view()`, names it by offsets,
+// and has it changed here; offsets outlive an edit, views and lines do not.
+
+namespace sdpneg {
+
+/// A half-open range of byte offsets.
+struct Span {
+  std::size_t begin;
+  std::size_t end;
+};
+
+/// What became of an edit. A refused edit changes nothing.
+enum class Edit { done, noRoom };
+
+/// A caller's text buffer with its capacity. Before and after every operation the text ends in NUL within it.
+class SdpText {
+ public:
+  /// Adopts a buffer that holds a text.
+  explicit SdpText(char* text, std::size_t capacity = MAX_SDP_PROTOCOL_DATA_SIZE)
+      : text_(text), capacity_(capacity), length_(text != nullptr ? strnlen(text, capacity) : capacity) {}
+
+  /// False for a null buffer and for one without NUL in its capacity: such a text is neither read nor
+  /// written.
+  bool usable() const { return length_ < capacity_; }
+
+  std::string_view view() const { return usable() ? std::string_view(text_, length_) : std::string_view(); }
+  std::size_t size() const { return usable() ? length_ : 0; }
+  /// Characters that can still be added.
+  std::size_t room() const { return usable() ? capacity_ - 1 - length_ : 0; }
+
+  /// Puts `inserted` in the place of `span`; `inserted` may lie in this very text.
+  Edit replace(Span span, std::string_view inserted);
+  Edit insert(std::size_t at, std::string_view inserted) { return replace({at, at}, inserted); }
+  Edit append(std::string_view inserted) { return insert(size(), inserted); }
+  void erase(Span span) { replace(span, {}); }
+  void truncate(std::size_t length) { erase({length, size()}); }
+
+  /// Removes every line that holds one of the prefixes, wherever in the line, from the match through its LF.
+  /// Each time the first prefix in the list's order that occurs at all goes, at its first place; a removal
+  /// may make a new match across its seam, which goes too. A match in a line without LF ends the removal.
+  /// Linear in the text for each prefix.
+  /// @return the number of lines removed
+  std::size_t removeLines(std::span<const std::string_view> prefixes);
+
+ private:
+  class Removal;
+
+  Edit replaceOverlapping(Span span, std::string_view inserted);
+  bool holds(std::string_view text) const;
+
+  char* text_;
+  std::size_t capacity_;
+  std::size_t length_;
+};
+
+}  // namespace sdpneg
+
+#endif

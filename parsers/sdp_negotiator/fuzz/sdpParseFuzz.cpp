@@ -61,7 +61,7 @@ void walkDescription(const char* text) {
 }
 
 void setPort(const char* line, std::size_t size, unsigned int port) {
-  const std::size_t room = 9;
+  const std::size_t room = 6;
   const auto edited = exactText(line, size, room);
   char* lineEnd = nullptr;
   const unsigned short status = P::setMediaLinePort(edited.get(), lineEnd, port);

@@ -43,7 +43,7 @@ class SDP_NEGOTIATOR_API sdpParserMessage {
   /// last m-line.
   /// @param count   audio codecs in the summary, raised by those found
   /// @param noOfMDs media descriptions to look at
-  /// @param periods 20 packetization periods in milliseconds, 255 where none is given
+  /// @param periods null, or 20 packetization periods in milliseconds, 255 where none is given
   /// @return 0, or 1 for an invalid port or address of the chosen m-line
   static unsigned short findFirstAudio(sSdpParsedData& data, sDescription& description, unsigned int& count,
                                        int noOfMDs, unsigned char* periods);
@@ -185,8 +185,8 @@ class SDP_NEGOTIATOR_API sdpParserMessage {
   /// @return 0, or 1 when the line has no line feed or no port of 0 to 65535 followed by white space
   static unsigned short getMediaLinePort(const char* mLine, unsigned short& port);
   /// Rewrites the port of the m-line that a text begins with, and moves the rest of the text. The buffer's
-  /// capacity is not known here: the caller makes sure that a longer port fits. Ports of up to ten digits are
-  /// written, so the text grows by at most nine characters.
+  /// capacity is not known here: the caller makes sure that a longer port fits. At most seven digits are written,
+  /// the first ones of a longer number, so the text grows by at most six characters.
   /// @param lineEnd the line's LF, found when null; receives its new place
   /// @param port    1 to 1023 are refused; 0 and ports above 65535 are not
   /// @return 0, also when the line has no port field or the field begins with the new digits, which leaves

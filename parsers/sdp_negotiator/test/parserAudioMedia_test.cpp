@@ -205,6 +205,14 @@ TEST(ParserAudioAttributes, LetsTheLaterOfPtimeAndMptimeDecide) {
   }
 }
 
+TEST(ParserAudioAttributes, ReadPeriodsWithoutAListForThem) {
+  const auto description = decoded(bodyOf({"m=audio 5004 RTP/AVP 0", "a=mptime:10", "a=ptime:20"}));
+  sSdpParsedData data = emptySummary();
+  unsigned int count = 0;
+  EXPECT_EQ(sdpParserMessage::findFirstAudio(data, *description, count, 1, nullptr), 0);
+  EXPECT_EQ(periodsOf(data, 1), Periods{20});
+}
+
 TEST(ParserAudioAttributes, StopAtAFailureWithoutFailing) {
   for (const std::string failing :
        {"a=mptime:11", "a=mptime:10 10", "a=ptime:x", "a=silenceSupp:x", "a=silenceSupp:"}) {

@@ -64,4 +64,17 @@ TEST(ParserDump, EndsAt20Codecs) {
   EXPECT_EQ(capture.count(8, 4, "audioCodec:[38],   packetizationPeriod:[255]"), 20);
 }
 
+// A record from elsewhere may have unused entries between used ones.
+TEST(ParserDump, LeavesUnusedEntriesOut) {
+  sSdpParsedData data = emptySummary();
+  data.audioCodec[0] = 3;
+  data.audioCodec[19] = 29;
+  data.packetizationPeriod[19] = 20;
+  const TraceCapture capture;
+  sdpParserMessage::sdpDumpMediaInfo(data);
+  EXPECT_EQ(capture.count(8, 4, "audioCodec:[3],   packetizationPeriod:[255]"), 1);
+  EXPECT_EQ(capture.count(8, 4, "audioCodec:[29],   packetizationPeriod:[20]"), 1);
+  EXPECT_EQ(capture.lines().size(), 8U);
+}
+
 }  // namespace

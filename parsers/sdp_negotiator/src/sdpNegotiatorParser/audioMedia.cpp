@@ -54,7 +54,7 @@ class AudioAttributes {
  private:
   bool readPtime(const char* value) {
     const bool valid = sdpParserMessage::setCodecPtime(data_, value) == 0;
-    periods_[0] = data_.packetizationPeriod[0];
+    if (periods_ != nullptr) periods_[0] = data_.packetizationPeriod[0];
     return valid;
   }
 

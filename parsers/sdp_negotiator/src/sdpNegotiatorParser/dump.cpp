@@ -18,7 +18,8 @@ void dumpAudioCodecs(const sSdpParsedData& data) {
     cNegotTraceManager::writeTraceMsg(8, 4, "No audio codecs found.");
     return;
   }
-  for (int i = 0; i < MAX_SDP_NEGOTIATOR_AUDIO_CODECS && data.audioCodec[i] != SDP_NO_CODEC; ++i) {
+  for (int i = 0; i < MAX_SDP_NEGOTIATOR_AUDIO_CODECS; ++i) {
+    if (data.audioCodec[i] == SDP_NO_CODEC) continue;
     cNegotTraceManager::writeTraceMsg(8, 4, "audioCodec:[%d],   packetizationPeriod:[%d]", data.audioCodec[i],
                                       data.packetizationPeriod[i]);
   }

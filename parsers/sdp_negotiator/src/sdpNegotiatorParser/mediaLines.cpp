@@ -12,6 +12,7 @@ namespace sdpneg {
 namespace {
 
 constexpr unsigned int largestReservedPort = 1023;
+constexpr std::size_t mostPortDigits = 7;
 
 /// The LF of the line that begins at `line`; a text that begins at the LF in front of it is taken as well.
 const char* lineFeedOf(const char* line) {
@@ -57,7 +58,7 @@ char* replaceField(char* field, std::size_t length, std::string_view digits, cha
 void replacePort(char* mLine, char*& lineEnd, unsigned int port) {
   char buffer[16];
   const char* const end = std::to_chars(buffer, buffer + sizeof buffer, port).ptr;
-  const std::string_view digits = between(buffer, end);
+  const std::string_view digits = between(buffer, end).substr(0, mostPortDigits);
   // A caller's line end counts as far as the text goes.
   if (lineEnd <= mLine) return;
   const std::string_view line(mLine, strnlen(mLine, static_cast<std::size_t>(lineEnd - mLine)));

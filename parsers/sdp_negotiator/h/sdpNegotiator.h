@@ -67,7 +67,8 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short setRawSDP(const char* sdp);
 
   /// Copies or expands the stored text.
-  /// @param dst receives the text and always ends in NUL; what lies behind the NUL is undefined
+  /// @param dst receives the text and always ends in NUL; what lies behind the NUL is undefined, except that
+  ///            behind a text that is not deflated the last character is NUL as well
   /// @param len characters that `dst` has room for; nothing is written behind them
   /// @return 0, also when a text that is not deflated was cut to `len` - 1 characters; 1 when a deflated text
   ///         is damaged or does not fit with its NUL (`dst` holds what could be expanded), and when `len` is
@@ -96,7 +97,7 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
 
   /// Takes a summary over through the setters, and the direction and silence suppression that differ into
   /// the text as well.
-  /// @param data the summary; not the object's own
+  /// @param data the summary; it may be the object's own
   void setParsedData(const sSdpParsedData& data);
 
   /// @return whether nothing was parsed into the summary or set in it, as `sSdpParsedData::isInitialized`

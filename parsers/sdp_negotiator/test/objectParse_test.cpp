@@ -110,6 +110,8 @@ TEST(ObjectParse, PerCentSignsOfABodyAreTracedAsText) {
   TraceCapture trace;
   cSdpNegotiator object;
   EXPECT_EQ(object.sdpParse(body.c_str(), SDP_TYPE_OFFER), 1);
+  ASSERT_EQ(trace.lines().size(), 3U);  // the codec's message stands between
+  EXPECT_EQ(trace.lines().front(), entering(body.size()));
   EXPECT_EQ(trace.lines().back(), exiting);
 }
 

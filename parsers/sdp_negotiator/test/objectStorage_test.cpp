@@ -104,6 +104,15 @@ TEST(Storage, APlainTextIsCutToTheLengthGiven) {
   }
 }
 
+TEST(Storage, BehindAPlainTextTheLastCharacterIsNulToo) {
+  Destination out(20);
+  std::memset(out.text(), 'x', 20);
+  EXPECT_EQ(objectWithText("v=0").getRawSDP(out.text(), 20), 0);
+  EXPECT_STREQ(out.text(), "v=0");
+  EXPECT_EQ(out.text()[19], '\0');
+  EXPECT_TRUE(out.guardsAreWhole());
+}
+
 TEST(Storage, ADeflatedTextThatDoesNotFitIsNotExpandedBehindTheLengthGiven) {
   const std::string text = paddedTo(3000);
   const cSdpNegotiator object = objectWithText(text);

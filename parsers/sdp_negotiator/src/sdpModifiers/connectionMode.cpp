@@ -4,6 +4,7 @@
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
+#include "sdpNegotiatorParser/direction.h"
 #include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
@@ -17,21 +18,30 @@ constexpr std::string_view kRecvOnly = "recvonly";
 constexpr std::string_view kSendRecv = "sendrecv";
 constexpr std::string_view kInactive = "inactive";
 
-/// The first eight characters, all that comparisons look at.
-std::string_view word(std::string_view text) { return text.substr(0, kModeLength); }
+/// The first eight characters, all that comparisons look at. Direction words all have eight, so that one is
+/// changed for another in place.
+std::string_view word(std::string_view text) { return text.substr(0, directionLength); }
 
 /// Changes the direction word at `at` if the request asks for it.
 bool changeMode(SdpText& text, std::size_t at, std::string_view requested) {
   const std::optional<std::string_view> mode = commonMode(text.view().substr(at), requested);
   if (!mode) return false;
-  text.replace({at, at + kModeLength}, *mode);
+  text.replace({at, at + directionLength}, *mode);
   return true;
 }
 
 /// The direction word of the first a-line from `from` on.
 std::size_t findMode(std::string_view text, std::size_t from) {
   for (std::size_t line = findLine(text, "a=", from); line != npos; line = findLine(text, "a=", line)) {
-    if (startsWithMode(text.substr(line + 2))) return line + 2;
+    if (startsWithDirection(text.substr(line + 2))) return line + 2;
+  }
+  return npos;
+}
+
+/// The start of the first m-line of a medium whose LF in front stands at or behind `from`.
+std::size_t findMedia(std::string_view text, std::string_view mediaName, std::size_t from) {
+  for (std::size_t line = findLine(text, "m=", from); line != npos; line = findLine(text, "m=", line)) {
+    if (startsWith(text.substr(line + 2), mediaName)) return line;
   }
   return npos;
 }
@@ -50,13 +60,6 @@ void applyModeToSection(SdpText& text, std::size_t mLine, std::string_view mode)
 }
 
 }  // namespace
-
-bool startsWithMode(std::string_view text) {
-  for (const std::string_view mode : {kSendOnly, kRecvOnly, kSendRecv, kInactive}) {
-    if (word(text) == mode) return true;
-  }
-  return false;
-}
 
 std::optional<std::string_view> commonMode(std::string_view current, std::string_view requested) {
   cNegotTraceManager::writeTraceMsg(8, 4, "Enter changeConnectionMode");
@@ -82,9 +85,8 @@ void applyModeToMedia(SdpText& text, std::size_t from, std::string_view mediaNam
   cNegotTraceManager::writeTraceMsg(
       8, 4, "Entering setMediaConnectionMode(): request to set the mode to %s for all %s media",
       FixedText<10>().add(mode).text(), FixedText<64>().add(mediaName).text());
-  const FixedText<64> prefix = FixedText<64>().add("m=").add(mediaName);
-  for (std::size_t mLine = findLine(text.view(), prefix.view(), from); mLine != npos;
-       mLine = findLine(text.view(), prefix.view(), mLine)) {
+  for (std::size_t mLine = findMedia(text.view(), mediaName, from); mLine != npos;
+       mLine = findMedia(text.view(), mediaName, mLine)) {
     applyModeToSection(text, mLine, mode);
   }
 }
@@ -181,10 +183,10 @@ unsigned short sdpModifications::changeConnectionMode(const char* currentMode, c
                                                       char* newMode) {
   // Only the words are looked at; what follows them may be a whole body.
   const auto bounded = [](const char* text) {
-    return text != nullptr ? std::string_view(text, strnlen(text, kModeLength + 1)) : std::string_view();
+    return text != nullptr ? std::string_view(text, strnlen(text, directionLength + 1)) : std::string_view();
   };
   const std::optional<std::string_view> mode = commonMode(bounded(currentMode), bounded(requestedMode));
-  if (!mode || newMode == nullptr) return 0;
+  if (!mode || requestedMode == nullptr || newMode == nullptr) return 0;
   FixedText<10> result;
   // The requested word is handed on with one character more when it has one.
   result.add(word(bounded(currentMode)) == kSendRecv ? bounded(requestedMode) : *mode);

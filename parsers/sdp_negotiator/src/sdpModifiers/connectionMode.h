@@ -8,12 +8,6 @@
 
 namespace sdpneg {
 
-/// Direction words all have eight characters, so that one is changed for another in place.
-inline constexpr std::size_t kModeLength = 8;
-
-/// Whether a text begins with a direction word.
-bool startsWithMode(std::string_view text);
-
 /// What a current and a requested direction have in common, by their first eight characters; nothing when the
 /// current one stays.
 std::optional<std::string_view> commonMode(std::string_view current, std::string_view requested);

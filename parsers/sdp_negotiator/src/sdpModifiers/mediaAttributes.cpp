@@ -1,5 +1,6 @@
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
+#include "sdpNegotiatorParser/codecValues.h"
 #include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
@@ -8,12 +9,13 @@ namespace {
 
 using namespace sdpneg;
 
-constexpr unsigned char kPcma = 1;
-constexpr unsigned char kPcmu = 3;
-
 /// The voice-band-data line of the first codec; another codec than the two of G.711 leaves the payload out.
 void addVoiceBandLine(FixedText<512>& lines, unsigned char firstCodec) {
-  lines.add("a=gpmd:").add(firstCodec == kPcmu ? "0" : firstCodec == kPcma ? "8" : "").add(" vbd=yes\r\n");
+  lines.add("a=gpmd:")
+      .add(firstCodec == codecPcmu   ? "0"
+           : firstCodec == codecPcma ? "8"
+                                     : "")
+      .add(" vbd=yes\r\n");
 }
 
 }  // namespace

@@ -49,7 +49,7 @@ unsigned short cSdpNegotiator::getRawSDP(char* dst, unsigned int len) const {
   if (parsedData.storedSdpLength == 0) {
     const std::size_t length = std::min<std::size_t>(strnlen(rawSdp, sizeof rawSdp), len - 1);
     std::memcpy(dst, rawSdp, length);
-    dst[length] = '\0';
+    dst[length] = dst[len - 1] = '\0';
     return 0;
   }
   if (parsedData.storedSdpLength > sizeof rawSdp) return 1;

@@ -2,12 +2,11 @@
 #include <iterator>
 
 #include "sdpNegotiator.h"
+#include "sdpNegotiatorParser/codecValues.h"
 
 // Taking a summary over into an object.
 
 namespace {
-
-constexpr unsigned char kTelephoneEvent = 29;
 
 /// The values that a request which parses the text again overwrites.
 void applyParsedValues(cSdpNegotiator& object, const sSdpParsedData& data) {
@@ -30,8 +29,8 @@ void applySettings(cSdpNegotiator& object, const sSdpParsedData& data) {
 
 /// With telephone events in the list, silence suppression off is not requested.
 bool requestsSilenceSuppression(const sSdpParsedData& data, unsigned char current) {
-  const bool events = std::find(std::begin(data.audioCodec), std::end(data.audioCodec), kTelephoneEvent) !=
-                      std::end(data.audioCodec);
+  const bool events = std::find(std::begin(data.audioCodec), std::end(data.audioCodec),
+                                sdpneg::codecTelephoneEvent) != std::end(data.audioCodec);
   return data.silenceSuppression != current && !(events && data.silenceSuppression == FEATURE_STATE_OFF);
 }
 

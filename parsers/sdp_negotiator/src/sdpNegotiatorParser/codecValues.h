@@ -3,10 +3,11 @@
 
 #include <cstdint>
 
-// The codecs that the analysis of media knows by name, as values of `audioCodecTable` and `videoCodecTable`.
+// The codecs that the library knows by name, as values of `audioCodecTable` and `videoCodecTable`.
 
 namespace sdpneg {
 
+inline constexpr std::uint8_t codecPcma = 1;
 inline constexpr std::uint8_t codecPcmu = 3;
 inline constexpr std::uint8_t codecG729 = 10;
 inline constexpr std::uint8_t codecG729AnnexA = 11;

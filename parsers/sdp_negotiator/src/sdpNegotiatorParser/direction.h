@@ -20,6 +20,12 @@ inline eConnectionMode directionOf(std::string_view name) {
   return name == "confrnce" ? CONNECTION_MODE_CONFRNCE : CONNECTION_MODE_NONE;
 }
 
+/// Whether a text begins with the direction of a medium; "confrnce" is none.
+inline bool startsWithDirection(std::string_view text) {
+  const eConnectionMode mode = directionOf(text.substr(0, directionLength));
+  return mode != CONNECTION_MODE_NONE && mode != CONNECTION_MODE_CONFRNCE;
+}
+
 /// Tells names that are no direction from the others by their beginning.
 inline bool mayBeDirection(const char* name) {
   return name[0] != '\0' && (name[1] == 'e' || name[1] == 'n' || name[1] == 'o');

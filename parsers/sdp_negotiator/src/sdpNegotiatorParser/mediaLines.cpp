@@ -126,6 +126,5 @@ char* sdpParserMessage::foundMyMline(char* sdp, const char* prefix) {
 
 bool sdpParserMessage::isAline4Mode(const char* attribute) {
   if (attribute == nullptr) return false;
-  const eConnectionMode mode = sdpneg::directionOf({attribute, strnlen(attribute, sdpneg::directionLength)});
-  return mode != CONNECTION_MODE_NONE && mode != CONNECTION_MODE_CONFRNCE;
+  return sdpneg::startsWithDirection({attribute, strnlen(attribute, sdpneg::directionLength)});
 }

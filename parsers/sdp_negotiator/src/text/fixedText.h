@@ -1,6 +1,7 @@
 #ifndef SDP_FIXED_TEXT_H
 #define SDP_FIXED_TEXT_H
 
+#include <algorithm>
 #include <charconv>
 #include <concepts>
 #include <cstring>

@@ -1,0 +1,112 @@
+#include "inspectCommand.h"
+
+#include "colour.h"
+#include "counts.h"
+#include "exitStatus.h"
+#include "inputFiles.h"
+#include "printable.h"
+#include "progress.h"
+#include "summaryJson.h"
+#include "summaryTable.h"
+
+namespace tool {
+namespace {
+
+/// What a run shows, in one of the two forms.
+class Report {
+ public:
+  virtual ~Report() = default;
+  virtual std::string begin() const { return {}; }
+  virtual std::string body(const std::string& name, const Inspection& inspection, bool first) const = 0;
+  virtual std::string end(const Counts& counts) const = 0;
+};
+
+class TableReport : public Report {
+ public:
+  TableReport(Palette palette, bool counted) : palette_(palette), counted_(counted) {}
+
+  std::string body(const std::string& name, const Inspection& inspection, bool first) const override {
+    return (first ? "" : "\n") + summaryTable(name, inspection, palette_);
+  }
+
+  std::string end(const Counts& counts) const override {
+    if (!counted_) return {};
+    const auto part = [](std::size_t count, const char* what) { return ", " + std::to_string(count) + what; };
+    return "\n" + std::to_string(counts.inputs) + (counts.inputs == 1 ? " input: " : " inputs: ") +
+           std::to_string(counts.parsed) + " parsed" + part(counts.refused, " refused") +
+           part(counts.undecodable, " undecodable") + part(counts.unreadable, " unreadable") + "\n";
+  }
+
+ private:
+  Palette palette_;
+  bool counted_;
+};
+
+class JsonReport : public Report {
+ public:
+  std::string begin() const override { return jsonBegin(); }
+  std::string body(const std::string& name, const Inspection& inspection, bool first) const override {
+    return jsonBody(name, inspection, first);
+  }
+  std::string end(const Counts& counts) const override { return jsonEnd(counts); }
+};
+
+void writeTrace(Output& err, const std::string& name, const Inspection& inspection, bool several) {
+  if (several) err.write("==> " + printable(name) + " <==\n");
+  for (const TraceLine& line : inspection.trace) err.write(printable(line.text) + "\n");
+}
+
+void writeProblems(Output& err, const std::string& name, const Inspection& inspection) {
+  for (const Problem& note : inspection.notes) writeProblem(err, name, {note.place, "note: " + note.reason});
+  if (inspection.problem) writeProblem(err, name, *inspection.problem);
+}
+
+Inspection inspectInput(const Input& input) {
+  InputBytes read = readInput(input);
+  return read.problem ? unreadable(std::move(*read.problem)) : inspect(read.bytes);
+}
+
+class Run {
+ public:
+  Run(const Report& report, bool traced, Streams streams)
+      : report_(report), traced_(traced), streams_(streams) {}
+
+  /// Goes through the inputs until standard output takes no more.
+  Counts over(const InputList& list) {
+    Counts counts;
+    Progress progress(streams_.err, list.inputs.size());
+    streams_.out.write(report_.begin());
+    for (const Input& input : list.inputs) {
+      if (!streams_.out.good()) return counts;
+      const Inspection inspection = inspectInput(input);
+      if (inspection.problem || !inspection.notes.empty() || traced_ || streams_.out.isTerminal())
+        progress.hide();
+      if (traced_) writeTrace(streams_.err, input.name, inspection, list.several);
+      writeProblems(streams_.err, input.name, inspection);
+      streams_.out.write(report_.body(input.name, inspection, counts.inputs == 0));
+      counts.add(inspection);
+      progress.show(counts.inputs);
+    }
+    progress.hide();
+    streams_.out.write(report_.end(counts));
+    return counts;
+  }
+
+ private:
+  const Report& report_;
+  bool traced_;
+  Streams streams_;
+};
+
+}  // namespace
+
+int runInspect(const Arguments& arguments, Streams streams) {
+  const InputList list = listInputs(arguments.operands());
+  const TableReport table(paletteFor(arguments.value("--color"), streams.out), list.several);
+  const JsonReport json;
+  const Report& report = arguments.has("--json") ? static_cast<const Report&>(json) : table;
+  const Counts counts = Run(report, arguments.has("--trace"), streams).over(list);
+  return counts.problems == 0 ? exitSuccess : exitBadInput;
+}
+
+}  // namespace tool

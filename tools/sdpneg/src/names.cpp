@@ -1,5 +1,7 @@
 #include "names.h"
 
+#include "ipVersions.h"
+
 #include <iterator>
 #include <string_view>
 
@@ -9,7 +11,7 @@ namespace tool {
 namespace {
 
 std::string orNumber(std::string_view name, std::uint32_t number) {
-  return name.empty() ? "(" + std::to_string(number) + ")" : std::string(name);
+  return name.empty() ? std::string("(").append(std::to_string(number)).append(")") : std::string(name);
 }
 
 /// The name that stands at an index of a table, an empty text outside it.
@@ -68,8 +70,8 @@ std::string featureName(std::uint8_t state) {
 }
 
 std::string ipVersionName(eIPAddressVersion version) {
-  if (version == IP_VERSION_4) return "4";
-  return version == IP_VERSION_6 ? "6" : "";
+  if (version == sdpneg::ipVersion4) return "4";
+  return version == sdpneg::ipVersion6 ? "6" : "";
 }
 
 std::string joined(const std::vector<std::string>& words, const char* separator) {

@@ -1,5 +1,6 @@
 #include <string_view>
 
+#include "ipVersions.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiatorTrace.h"
 #include "text/search.h"
@@ -19,9 +20,9 @@ bool isAddress(const cMsgIPAddress& address, const char* text) {
 
 bool isUnspecifiedAddress(const cMsgIPAddress& address) {
   switch (address.getIPAddressVersion()) {
-    case IP_VERSION_4:
+    case sdpneg::ipVersion4:
       return isAddress(address, "0.0.0.0");
-    case IP_VERSION_6:
+    case sdpneg::ipVersion6:
       return isAddress(address, "0::0");
     default:
       return false;

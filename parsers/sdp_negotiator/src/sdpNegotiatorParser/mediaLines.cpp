@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "direction.h"
+#include "ipVersions.h"
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorTrace.h"
 #include "text/lines.h"
@@ -102,10 +103,10 @@ unsigned short sdpParserMessage::setMediaLinePort(char* mLine, char*& lineEnd, u
 eIPAddressVersion sdpParserMessage::getcLineIPVersion(const char* sdp) {
   const std::string_view text = sdpneg::viewOf(sdp);
   const std::size_t line = sdpneg::findLine(text, "c=");
-  if (line == sdpneg::npos || line > sdpneg::findLine(text, "m=")) return IP_VERSION_UNKNOWN;
+  if (line == sdpneg::npos || line > sdpneg::findLine(text, "m=")) return sdpneg::ipVersionUnknown;
   const std::string_view content = sdpneg::content(text, sdpneg::lineAt(text, line));
-  if (sdpneg::contains(content, "IP4")) return IP_VERSION_4;
-  return sdpneg::contains(content, "IP6") ? IP_VERSION_6 : IP_VERSION_UNKNOWN;
+  if (sdpneg::contains(content, "IP4")) return sdpneg::ipVersion4;
+  return sdpneg::contains(content, "IP6") ? sdpneg::ipVersion6 : sdpneg::ipVersionUnknown;
 }
 
 const char* sdpParserMessage::foundMyMline(const char* sdp, const char* prefix) {

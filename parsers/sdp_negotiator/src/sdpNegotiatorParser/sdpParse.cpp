@@ -4,6 +4,7 @@
 #include "codecValues.h"
 #include "descriptionView.h"
 #include "direction.h"
+#include "ipVersions.h"
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorTrace.h"
 #include "withDescription.h"
@@ -108,9 +109,9 @@ unsigned short takeVideoList(sSdpParsedData& data, const sDescription& descripti
 /// Media that indicate no version have the session's.
 void takeIPVersion(sSdpParsedData& data, const sDescription& description) {
   const unsigned int version = sdpParserMessage::checkMediaStreamsForIPIndication(description);
-  const bool isIPv6 = version == IP_VERSION_UNKNOWN
+  const bool isIPv6 = version == sdpneg::ipVersionUnknown
                           ? cMsgIPAddress::isIPv6(sdp_CgetAddress(&description.cLine, 0))
-                          : version == IP_VERSION_6;
+                          : version == sdpneg::ipVersion6;
   if (isIPv6) data.sdpAttributes |= SDP_ATTR_IPV6;
 }
 

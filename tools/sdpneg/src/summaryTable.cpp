@@ -40,7 +40,7 @@ std::string securityText(const cSdpNegotiator& object) {
 
 std::string iceText(const cSdpNegotiator& object) {
   const std::string kind = iceKindOf(object);
-  if (kind == "none") return kind;
+  if (kind == "none") return "none";
   return kind + (object.IceCandidatesMatch() ? ", a candidate matches address and port"
                                              : ", no candidate matches address and port");
 }

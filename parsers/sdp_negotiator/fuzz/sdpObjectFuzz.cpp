@@ -2,78 +2,12 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string>
-#include <vector>
 
-#include "sdpNegotiator.h"
+#include "objectQueries.h"
 
 namespace {
-
-void require(bool condition) {
-  if (!condition) std::abort();
-}
-
-/// Fetches into a block of exactly that size, so that the sanitizer sees a write behind it.
-std::string fetch(const cSdpNegotiator& object, unsigned int size, unsigned short& status) {
-  const auto exact = std::make_unique<char[]>(size);
-  status = object.getRawSDP(exact.get(), size);
-  require(std::memchr(exact.get(), '\0', size) != nullptr);
-  return exact.get();
-}
-
-void askForMedia(const cSdpNegotiator& object) {
-  std::vector<mediaStruct> media;
-  object.getMedia(media);
-  unsigned char codecs[SDP_VIDEO_CODEC_LIST_SIZE + 1];
-  codecs[SDP_VIDEO_CODEC_LIST_SIZE] = 0x5b;
-  unsigned int attributes = 0;
-  int profile = 0;
-  const unsigned short status = object.getVideoCodecs(codecs, attributes, profile);
-  require(codecs[SDP_VIDEO_CODEC_LIST_SIZE] == 0x5b);
-  require(status != 0 || attributes == object.getParsedData().sdpAttributes);
-}
-
-void askForText(const cSdpNegotiator& object) {
-  unsigned short status = 0;
-  const std::string whole = fetch(object, MAX_SDP_PROTOCOL_DATA_SIZE, status);
-  for (const unsigned int size : {1U, 2U, 100U}) {
-    unsigned short cutStatus = 0;
-    const std::string cut = fetch(object, size, cutStatus);
-    require(cut == whole.substr(0, cut.size()) && cut.size() < size);
-  }
-  require(object.getRawSdpSize() == (status == 0 ? whole.size() : 0));
-  require(object.contains(whole.c_str()));
-  require(!object.isSDESPresent() || object.isSdpPresent());
-  require(!object.isAnatPresent() || object.isSdpPresent());
-  require(!object.isRmDummySdp() || object.isSdpPresent());
-  char text[16];
-  require(object.getSDP(text, sizeof text) == 1 || object.isSdpPresent());
-}
-
-void askForSummary(const cSdpNegotiator& object) {
-  const std::uint32_t bits = object.getParsedData().sdpAttributes;
-  require(object.isSecureCall() == ((bits & 0x1U) != 0) && object.isSecureVideo() == ((bits & 0x2U) != 0));
-  require(object.isRecvOnlyVideo() == ((bits & 0x4U) != 0));
-  require(object.isIceLitePresent() == ((bits & 0x8U) != 0));
-  require(object.isFullIcePresent() == ((bits & 0x10U) != 0));
-  require(object.isMikeyPresent() == ((bits & 0x40U) != 0));
-  require(object.IceCandidatesMatch() == ((bits & 0x800U) != 0));
-  require(object.isParsedDataPresent() == (object.isSdpPresent() || !object.isParsedDataInitialized()));
-  object.isHoldState();
-}
-
-void askAll(const cSdpNegotiator& object, const char* other) {
-  askForText(object);
-  askForSummary(object);
-  askForMedia(object);
-  object.compareSdpByBody(other);
-  object.compareSdpByBody(&object);
-  object.displaySDPRawData();
-  object.displaySDPData();
-}
 
 void parseAndAsk(const std::string& body) {
   cSdpNegotiator object;

@@ -13,6 +13,75 @@
 /// says otherwise its status is 0 for success, with or without something to do, and 1 for failure.
 class SDP_NEGOTIATOR_API sdpModifications {
  public:
+  /// @name Origin line (originLine.cpp)
+  /// @{
+
+  /// Replaces the session version of the o-line (RFC 4566 5.2). The field is found by counting spaces from the
+  /// text's start: it stands between the second and the third, as in a body whose first line is "v=0". What no
+  /// longer fits behind a longer version is cut.
+  /// @param oLineEnd receives the offset behind the o-line's LF; unchanged on failure
+  /// @return 0; 1 for a text without "o=", with fewer than two spaces, or whose o-line would not end in LF
+  static unsigned short sdpReplaceVersionNumber(char* sdp, unsigned int version, unsigned short& oLineEnd);
+  /// @copydoc sdpReplaceVersionNumber
+  static unsigned short sdpReplaceVersionNumberLong(char* sdp, long long version, unsigned short& oLineEnd);
+  /// Rebuilds the o-line with the user name "ZEV". All that stands between "o=" and the next "s=" goes. A line
+  /// feed in a value ends the new line there.
+  /// @param ip       the address, or null for the unspecified one of the old line's address type
+  /// @param oLineEnd receives the offset behind the new o-line; unchanged on failure, but see below
+  /// @return 0; 1 for a text without "o=" or "s=" behind it, an invalid address, or no room. A line of more than
+  ///         336 characters is cut and ends the text: 1, and `oLineEnd` is the text's length.
+  static unsigned short sdpModifyOLine(char* sdp, const char* sessionId, const char* version, const char* ip,
+                                       unsigned short& oLineEnd);
+  /// The same with a session id and version of `generateOLine`.
+  static unsigned short sdpModifyOLine(char* sdp, const char* ip, unsigned short& oLineEnd);
+  /// Raises the session version of the o-line by one.
+  /// @return 0, also for an o-line of fewer than three fields, which stays; 1 without "o=", for an o-line without
+  ///         LF, no room, or a version that is no number, is the largest of 64 bits, or would become shorter
+  static unsigned short sdpIncVersion(char* sdp);
+  /// Writes a session id by the time of day: the last six digits of the seconds, one to three of the
+  /// microseconds.
+  /// @param idOut at least 10 characters
+  /// @return `idOut`
+  static char* generateOLine(char* idOut);
+  /// @}
+
+  /// @name Generation (generation.cpp)
+  /// @{
+
+  /// Writes a body with one audio m-line from a summary: its address, port, audio codecs, first packetization
+  /// period and silence suppression. The session's lines stand in the order v, s, t, o, c.
+  /// @param out     20480 characters
+  /// @param version session id and session version
+  /// @param length  receives the length of the text
+  /// @return 0
+  static unsigned short sdpEncoder(char* out, const sSdpParsedData& data, int version, int& length);
+  /// Writes a body with one audio m-line for a list of codec names.
+  /// @param out    20480 characters; what does not fit is cut
+  /// @param codecs names separated by commas: PCMU, PCMA, G729, G723, telephone-event; PCMU when none is known
+  /// @return 0; 1 for a null argument
+  static unsigned short createSDPUserRequest(char* out, const char* ip, unsigned int port, const char* codecs,
+                                             bool inactive);
+  /// Writes an m-line with port 0.
+  /// @param out       30 characters
+  /// @param mediaCode up to 25 audio, to 50 video, to 75 application, above image
+  /// @return the number of characters written without the NUL
+  static int buildDummyMLine(char* out, char mediaCode, bool secure);
+  /// Turns every m-line into a plain and a secure one; the section's other lines stay with the second. An m-line
+  /// for which there is no room stays, with all behind it, and is traced.
+  /// @return 0
+  static unsigned short sdpBuild2mLineSDP(char* sdp);
+  /// Sets the third field of an m-line. Where the buffer ends is not known here, so that 20480 characters are
+  /// counted from the m-line on: the caller sees to it that there is room for what the field grows by.
+  /// @param mLine       the line's start, in a text that ends in NUL
+  /// @param lineEnd     the line's LF
+  /// @param expected    must occur on the line
+  /// @param newProtocol at most 14 characters of it are taken
+  /// @return 0, also when there is no field or it begins with the new transport; 1 when `expected` does not occur,
+  ///         for an argument that is null or outside the text, or no room
+  static unsigned short sdpReplaceMLineTransportProtocol(char* mLine, char* lineEnd, const char* expected,
+                                                         const char* newProtocol);
+  /// @}
+
   /// @name Media attributes (mediaAttributes.cpp)
   /// @{
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "commonFns.h"
+#include "oLine.h"
 #include "sdpDataDefinitions.h"
 #include "sdpNegotiatorExport.h"
 
@@ -242,6 +243,108 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short setSdpDescriptor(sSDPDescriptor descriptor);
   /// @}
 
+  /// @name Codec names (sdpNegotiator/codecNames.cpp)
+  /// @{
+
+  /// @param codecText a text name of `audioCodecTable`, in any letter case
+  /// @return the value of the first row with that name, 0 when there is none
+  static unsigned char getAudioCodecValue(const char* codecText);
+  /// @param encodingName an encoding name of `audioCodecTable`, in any letter case
+  /// @return the value of the first row with that name, 0 when there is none
+  static unsigned char getRtpMapAudioCodecValue(const char* encodingName);
+  /// @param encodingName a name of `videoCodecTable`, in any letter case
+  /// @return the value of the first row with that name, 0 when there is none
+  static unsigned char getVideoCodecValue(const char* encodingName);
+  /// @return the text name of the first row of `audioCodecTable` with that value, "" when there is none
+  static const char* getAudioCodecText(unsigned char value);
+  /// @return the name of the first row of `videoCodecTable` with that value, "" when there is none
+  static const char* getVideoCodecText(unsigned char value);
+  /// @}
+
+  /// @name Texts from values (sdpNegotiator/creation.cpp)
+  /// @{
+
+  /// Writes a body from the object's own summary, as `sdpModifications::sdpEncoder`.
+  /// @param out 20480 characters
+  /// @return 0
+  unsigned short sdpEncode(char* out, int version, int& length) const;
+  /// Writes a body for a codec list, as `sdpModifications::createSDPUserRequest`. The object plays no part.
+  /// @param out  20480 characters
+  /// @param port 0, or 1024 to 65535
+  /// @return 0; 1 for an invalid address or port
+  static unsigned short sdpCreateMessage(char* out, const char* ip, unsigned int port, const char* codecs,
+                                         bool inactive);
+  /// Writes an answer that accepts nothing: the unspecified address, and two audio m-lines with port 0.
+  /// @param out         20480 characters
+  /// @param sessionOnly leaves the m-lines out
+  /// @param length      receives the length of the text
+  /// @param version     the version of the address
+  /// @return 0
+  static unsigned short generateDummyAnswer(char* out, bool sessionOnly, int& length,
+                                            eIPAddressVersion version);
+  /// @}
+
+  /// @name Transfer (sdpNegotiator/transfer.cpp)
+  ///
+  /// The transfer form is the object's own leading bytes, in the host's byte order: the summary and of the
+  /// stored text what is in use, 133 to 2692 bytes.
+  /// @{
+
+  /// @return the size of the transfer form in bytes
+  unsigned int getObjectSize() const;
+  /// @param out  receives an array of `size` + 1 bytes, the last of them 0, to be released with array delete
+  /// @param size receives the size of the transfer form
+  /// @return 0; 1 when `out` is null or there is no memory, and the array is null then
+  unsigned short compressObject(unsigned char** out, unsigned int& size) const;
+  /// Takes an object over from its transfer form. Bytes of the stored text behind it stay as they are.
+  /// @return 0; 1 with a trace, nothing changed, for null, a size below 132 or above 2692, or a form that
+  ///         contradicts itself: more deflated bytes than there are, a plain text without NUL
+  unsigned short uncompressObject(const unsigned char* in, unsigned int size);
+  /// @}
+
+  /// @name Origin line (sdpNegotiator/originLine.cpp)
+  ///
+  /// The requests store the text and leave the summary but for the o-line's end. Their result is the first
+  /// status that is not 0: 1 for an empty object, the edit's own, that of storing. With status 2 of storing the
+  /// stored text is destroyed, and the object is to be parsed anew.
+  /// @{
+
+  /// @param line   receives a new array with the o-line without its end, to be released with array delete; an
+  ///               empty text for an empty object and where the summary's offsets do not lie in the text; null
+  ///               when there is no memory
+  /// @param length receives its length
+  /// @return 0
+  unsigned short getOLine(char*& line, int& length) const;
+  /// @param record receives the fields, cut to their sizes; all bytes are 0 when there is no o-line
+  void getOLine(o_line& record) const;
+  /// @return 0 when the o-line is `line`, else 1
+  unsigned short compareSdpOLine(const char* line) const;
+  /// @return 0 when both have the same o-line, else 1
+  unsigned short compareSdpOLine(const cSdpNegotiator* other) const;
+  /// @return whether the other o-line has the same fields and a session version that is not greater
+  bool compareSdpOLineUpdate(const cSdpNegotiator* other) const;
+  /// Takes the other object's o-line over; without one nothing changes.
+  /// @return 0; 1 for null, no room or a text that cannot be expanded; or the status of storing
+  unsigned short copyOLine(const cSdpNegotiator* other);
+  /// `sdpModifications::sdpReplaceVersionNumber` on the text.
+  unsigned short sdpSetVersionNumber(unsigned int version);
+  /// `sdpModifications::sdpReplaceVersionNumberLong` on the text.
+  unsigned short sdpSetVersionNumberLong(long long version);
+  /// `sdpModifications::sdpModifyOLine` on the text.
+  /// @param sessionId at most 64 characters
+  /// @param version   at most 64 characters
+  /// @param ip        null for the unspecified address
+  /// @return for a refused argument the result of a trace call: 0 while tracing is off
+  unsigned short sdpModifyOLine(const char* sessionId, const char* version, const char* ip);
+  /// The same with the unspecified address.
+  unsigned short sdpModifyOLine(const char* sessionId, const char* version);
+  /// The same with a session id and version by the time of day.
+  unsigned short sdpModifyOLine();
+  /// `sdpModifications::sdpIncVersion` on the text. The recorded end of the o-line stays, also where the line
+  /// grows by a digit; `getOLine` then cuts one that ends in a bare LF by one character.
+  unsigned short sdpIncVersion();
+  /// @}
+
   /// @name Media requests (sdpNegotiator/mediaRequests.cpp)
   ///
   /// Each changes the text and parses it again. The result is the first status that is not 0: 1 for an empty
@@ -260,6 +363,7 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
 
  private:
   void reset();
+  unsigned short replaceOriginLine(const char* line);
 
   // Two members and nothing between them: these bytes are also what travels when an object is transferred.
   sSdpParsedData parsedData;  ///< its `storedSdpLength` tells the form of `rawSdp`

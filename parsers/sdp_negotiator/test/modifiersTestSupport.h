@@ -4,38 +4,111 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "objectTestSupport.h"
+#include "sdpDataDefinitions.h"
 #include "sdpModifiers.h"
+#include "traceCapture.h"
 
-/// A buffer of 20480 characters for an edit, with guard bytes behind it.
-class EditBuffer {
+using Traces = std::vector<TraceLine>;
+
+/// The longest text that an SDP buffer holds.
+inline constexpr std::size_t kLongestBody = MAX_SDP_PROTOCOL_DATA_SIZE - 1;
+
+/// A caller's SDP buffer: a text in exactly MAX_SDP_PROTOCOL_DATA_SIZE characters, none of them NUL behind
+/// the text's own, and guard bytes behind. A text of the capacity or more leaves no room for its NUL.
+class SdpBuffer {
  public:
-  static constexpr std::size_t capacity = 20480;
-
-  explicit EditBuffer(const std::string& text) : bytes_(capacity + guards, guard) {
-    EXPECT_LT(text.size(), capacity);
-    std::copy(text.begin(), text.end(), bytes_.begin());
-    bytes_[text.size()] = '\0';
+  explicit SdpBuffer(const std::string& text)
+      : bytes_(std::make_unique<char[]>(MAX_SDP_PROTOCOL_DATA_SIZE + kGuard)) {
+    std::memset(bytes_.get(), '#', MAX_SDP_PROTOCOL_DATA_SIZE + kGuard);
+    const std::size_t length = std::min<std::size_t>(text.size(), MAX_SDP_PROTOCOL_DATA_SIZE);
+    text.copy(bytes_.get(), length);
+    if (length < MAX_SDP_PROTOCOL_DATA_SIZE) bytes_[length] = '\0';
   }
 
-  char* data() { return bytes_.data(); }
-  std::string text() const { return {bytes_.data(), strnlen(bytes_.data(), capacity)}; }
+  char* data() { return bytes_.get(); }
+  /// All characters of the buffer, those behind the text included.
+  std::string all() const { return {bytes_.get(), MAX_SDP_PROTOCOL_DATA_SIZE}; }
 
-  void expect(const std::string& wanted, const std::string& what = "") const {
-    EXPECT_EQ(text(), wanted) << what;
-    EXPECT_TRUE(std::all_of(bytes_.begin() + capacity, bytes_.end(), [](char c) { return c == guard; }))
-        << what;
+  /// The buffer holds this text with its NUL, and nothing was written behind it.
+  void expectText(const std::string& wanted) const {
+    const std::size_t length = strnlen(bytes_.get(), MAX_SDP_PROTOCOL_DATA_SIZE);
+    ASSERT_LT(length, std::size_t{MAX_SDP_PROTOCOL_DATA_SIZE}) << "no NUL in the buffer";
+    EXPECT_EQ(std::string(bytes_.get(), length), wanted);
+    expectGuard();
+  }
+  void expectGuard() const {
+    EXPECT_EQ(std::string(bytes_.get() + MAX_SDP_PROTOCOL_DATA_SIZE, kGuard), std::string(kGuard, '#'));
   }
 
  private:
-  static constexpr std::size_t guards = 64;
-  static constexpr char guard = '\x5b';
-  std::vector<char> bytes_;
+  static constexpr std::size_t kGuard = 64;
+  std::unique_ptr<char[]> bytes_;
 };
+
+/// The same with its text to be looked at between edits.
+class EditBuffer : public SdpBuffer {
+ public:
+  static constexpr std::size_t capacity = MAX_SDP_PROTOCOL_DATA_SIZE;
+
+  using SdpBuffer::SdpBuffer;
+  std::string text() { return {data(), strnlen(data(), capacity)}; }
+  void expect(const std::string& wanted, const std::string& what = "") const {
+    SCOPED_TRACE(what);
+    expectText(wanted);
+  }
+};
+
+using TextEdit = std::function<unsigned short(char*)>;
+
+/// The edit makes the one text of the other, byte for byte, and returns the status.
+inline void expectEdit(const std::string& before, const TextEdit& edit, unsigned short status,
+                       const std::string& after) {
+  SCOPED_TRACE(before.substr(0, 300));
+  SdpBuffer buffer(before);
+  EXPECT_EQ(edit(buffer.data()), status);
+  buffer.expectText(after);
+}
+
+/// The edit returns the status and touches not one character: neither in a whole buffer nor in a block that
+/// ends right behind the text's NUL (or at the capacity), where the sanitizer sees a read behind it.
+inline void expectUntouched(const std::string& before, const TextEdit& edit, unsigned short status) {
+  SCOPED_TRACE(before.substr(0, 300));
+  SdpBuffer buffer(before);
+  const std::string all = buffer.all();
+  EXPECT_EQ(edit(buffer.data()), status);
+  EXPECT_TRUE(buffer.all() == all) << "the buffer has changed";
+  buffer.expectGuard();
+  const std::size_t size = std::min<std::size_t>(before.size() + 1, MAX_SDP_PROTOCOL_DATA_SIZE);
+  const auto exact = std::make_unique<char[]>(size);
+  std::memcpy(exact.get(), before.c_str(), size);
+  EXPECT_EQ(edit(exact.get()), status);
+  EXPECT_EQ(std::memcmp(exact.get(), before.c_str(), size), 0) << "the exact block has changed";
+}
+
+/// A session with this o-line.
+inline std::string bodyWith(const std::string& originLine) {
+  return "v=0\r\n" + originLine + "\r\ns=-\r\nt=0 0\r\n";
+}
+
+/// A text that leaves no room for its NUL.
+inline std::string withoutNul(const std::string& text) {
+  return text + std::string(MAX_SDP_PROTOCOL_DATA_SIZE, ' ');
+}
+
+/// A text filled up with a note line to exactly `length` characters. The text ends in a line end.
+inline std::string filledTo(std::size_t length, const std::string& text) {
+  const std::string prefix = "a=note:";
+  EXPECT_GE(length, text.size() + prefix.size() + 2);
+  return text + prefix + std::string(length - text.size() - prefix.size() - 2, 'n') + "\r\n";
+}
 
 /// A buffer of 20480 characters without NUL and with nothing behind it.
 inline std::vector<char> unterminatedBuffer() {

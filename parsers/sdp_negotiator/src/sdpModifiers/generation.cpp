@@ -1,0 +1,194 @@
+#include <algorithm>
+#include <string_view>
+
+#include "sdpModifiers.h"
+#include "sdpModifiers/adopt.h"
+#include "sdpModifiers/transport.h"
+#include "sdpNegotiatorTrace.h"
+#include "text/fixedText.h"
+#include "text/lines.h"
+
+// Writing SDP texts from values.
+
+namespace {
+
+using namespace sdpneg;
+
+/// Writes a text into a caller's buffer from its start; what does not fit is cut.
+class CutText {
+ public:
+  explicit CutText(char* out) : text_(emptied(out)) {}
+
+  CutText& add(std::string_view piece) {
+    text_.append(piece.substr(0, text_.room()));
+    return *this;
+  }
+  CutText& add(std::integral auto number) { return add(FixedText<24>().add(number).view()); }
+  std::size_t size() const { return text_.size(); }
+
+ private:
+  static char* emptied(char* out) {
+    if (out != nullptr) out[0] = '\0';
+    return out;
+  }
+
+  SdpText text_;
+};
+
+/// The static payload types of an encoded summary. Telephone events have no blank behind their number, unlike
+/// all others, and G726-40 shares its number with the telephone events of a user request: both are kept.
+struct Payload {
+  unsigned char codec;
+  std::string_view format;
+  std::string_view attribute;
+};
+
+constexpr Payload kPayloads[] = {
+    {1, "8 ", "a=rtpmap:8 PCMA/8000\r\n"},         {3, "0 ", "a=rtpmap:0 PCMU/8000\r\n"},
+    {5, "9 ", "a=rtpmap:9 G722/8000\r\n"},         {8, "4 ", "a=rtpmap:4 G723/8000\r\n"},
+    {9, "15 ", "a=rtpmap:15 G728/8000\r\n"},       {10, "18 ", "a=rtpmap:18 G729/8000\r\n"},
+    {11, "18 ", "a=rtpmap:18 G729/8000\r\n"},      {14, "18 ", "a=rtpmap:18 G729/8000\r\n"},
+    {15, "18 ", "a=rtpmap:18 G729/8000\r\n"},      {20, "101 ", "a=rtpmap:101 G726-40/8000\r\n"},
+    {21, "100 ", "a=rtpmap:100 G726-32/8000\r\n"}, {22, "99 ", "a=rtpmap:99 G726-24/8000\r\n"},
+    {23, "98 ", "a=rtpmap:98 G726-16/8000\r\n"},   {29, "102", "a=rtpmap:102 telephone-event/8000\r\n"}};
+
+const Payload* payloadOf(unsigned char codec) {
+  const auto* found = std::find_if(std::begin(kPayloads), std::end(kPayloads),
+                                   [codec](const Payload& payload) { return payload.codec == codec; });
+  return found != std::end(kPayloads) ? found : nullptr;
+}
+
+constexpr std::size_t kAttributeAreaSize = 512;
+
+/// The formats of all codec slots into the text, their attribute lines into an area of their own, whose lines
+/// stay whole: one that does not fit is left out.
+void addPayloads(CutText& text, FixedText<kAttributeAreaSize>& attributes, const sSdpParsedData& data) {
+  for (const unsigned char codec : data.audioCodec) {
+    const Payload* payload = payloadOf(codec);
+    if (payload == nullptr) continue;
+    text.add(payload->format);
+    if (attributes.size() + payload->attribute.size() < kAttributeAreaSize)
+      attributes.add(payload->attribute);
+  }
+}
+
+/// The codecs that a user request knows, in the order in which an item of its list is searched for them.
+struct RequestCodec {
+  std::string_view name;
+  std::string_view format;
+  std::string_view attribute;
+};
+
+constexpr RequestCodec kRequestCodecs[] = {
+    {"PCMU", " 0", "a=rtpmap:0 PCMU/8000\r\n"},
+    {"PCMA", " 8", "a=rtpmap:8 PCMA/8000\r\n"},
+    {"G729", " 18", "a=rtpmap:18 G729/8000\r\n"},
+    {"G723", " 4", "a=rtpmap:4 G723/8000\r\n"},
+    {"telephone-event", " 101", "a=rtpmap:101 telephone-event/8000\r\n"}};
+
+/// Adds one column of every codec that the items of a list name; of PCMU when they name none.
+void addRequested(CutText& text, std::string_view codecs, std::string_view RequestCodec::*column) {
+  bool found = false;
+  Words items(codecs, ",");
+  for (std::string_view item = items.next(); !item.empty(); item = items.next()) {
+    for (const RequestCodec& codec : kRequestCodecs) {
+      if (!contains(item, codec.name)) continue;
+      text.add(codec.*column);
+      found = true;
+    }
+  }
+  if (!found) text.add(kRequestCodecs[0].*column);
+}
+
+/// Puts a copy of an m-line in front of it and makes the second of the two secure.
+/// @return false, with the text unchanged, when that does not fit
+bool splitIntoPlainAndSecure(SdpText& text, const Line& mLine) {
+  const std::size_t length = mLine.next() - mLine.begin;
+  if (text.insert(mLine.begin, text.view().substr(mLine.begin, length)) != Edit::done) return false;
+  const std::size_t second = findAnywhere(text.view(), "m=", mLine.begin + 2);
+  if (replaceTransport(text, lineAt(text.view(), second), "RTP/AVP", "RTP/SAVP") != TransportEdit::noRoom)
+    return true;
+  text.erase({mLine.begin, mLine.begin + length});
+  return false;
+}
+
+void buildPlainAndSecure(SdpText& text) {
+  std::size_t at = findAnywhere(text.view(), "m=");
+  while (at != npos) {
+    const Line mLine = lineAt(text.view(), at);
+    if (!mLine.terminated) return;
+    if (!splitIntoPlainAndSecure(text, mLine)) {
+      cNegotTraceManager::writeTraceMsg(
+          4, 3, "sdpBuild2mLineSDP(): The SDP buffer has no room for another m-line. Exiting.");
+      return;
+    }
+    const std::size_t second = findAnywhere(text.view(), "m=", at + 2);
+    at = findAnywhere(text.view(), "m=", second + 2);
+  }
+}
+
+}  // namespace
+
+unsigned short sdpModifications::sdpEncoder(char* out, const sSdpParsedData& data, int version, int& length) {
+  CutText text(out);
+  char address[50];
+  data.address.getIPAddressText(address, sizeof address);
+  text.add("v=0\r\ns=-\r\nt=0 0\r\no=- ").add(version).add(" ").add(version).add(" IN IP4 ").add(address);
+  text.add("\r\nc=IN IP4 ")
+      .add(address)
+      .add("\r\nm=audio ")
+      .add(static_cast<int>(data.port))
+      .add(" RTP/AVP ");
+  FixedText<kAttributeAreaSize> attributes;
+  addPayloads(text, attributes, data);
+  text.add("\r\n").add(attributes.view());
+  const unsigned char period = data.packetizationPeriod[0];
+  if (period != SDP_PACKETIZATION_NOT_SET) text.add("a=ptime:").add(static_cast<int>(period)).add("\r\n");
+  if (data.silenceSuppression == FEATURE_STATE_ON) text.add("a=silenceSupp:on - - - -\r\n");
+  if (data.silenceSuppression == FEATURE_STATE_OFF) text.add("a=silenceSupp:off - - - -\r\n");
+  length = static_cast<int>(text.size());
+  cNegotTraceManager::writeTraceMsg(8, 4, "The encoding of the SDP succesfully built");
+  return 0;
+}
+
+unsigned short sdpModifications::createSDPUserRequest(char* out, const char* ip, unsigned int port,
+                                                      const char* codecs, bool inactive) {
+  if (out == nullptr || ip == nullptr || codecs == nullptr) {
+    cNegotTraceManager::writeTraceMsg(2, 2, "Invalid input arguments. Cannot create SDP message.");
+    return 1;
+  }
+  CutText text(out);
+  text.add("v=0\r\no=- 0 0 IN IP4 ").add(ip).add("\r\ns=-\r\nc=IN IP4 ").add(ip).add("\r\nt=0 0\r\nm=audio ");
+  text.add(port).add(" RTP/AVP");
+  addRequested(text, codecs, &RequestCodec::format);
+  text.add("\r\n");
+  addRequested(text, codecs, &RequestCodec::attribute);
+  if (inactive) text.add("a=inactive\r\n");
+  return 0;
+}
+
+int sdpModifications::buildDummyMLine(char* out, char mediaCode, bool secure) {
+  if (out == nullptr) return 0;
+  const unsigned int code = static_cast<unsigned char>(mediaCode);
+  const bool audio = code <= 25 || code > 127;  // negative codes included
+  const std::string_view media = audio        ? "audio"
+                                 : code <= 50 ? "video"
+                                 : code <= 75 ? "application"
+                                              : "image";
+  FixedText<30> line;
+  line.add("m=").add(media).add(" 0 RTP/").add(secure ? "SAVP" : "AVP");
+  line.add(media == "video" ? " 31\r\n" : " 0\r\n");
+  line.view().copy(out, line.size());
+  out[line.size()] = '\0';
+  return static_cast<int>(line.size());
+}
+
+unsigned short sdpModifications::sdpBuild2mLineSDP(char* sdp) {
+  cNegotTraceManager::writeTraceMsg(2, 2, "Entering sdpBuild2mLineSDP() method.");
+  if (sdp != nullptr) {
+    SdpText text(sdp);
+    if (adopted(text, "sdpBuild2mLineSDP")) buildPlainAndSecure(text);
+  }
+  cNegotTraceManager::writeTraceMsg(2, 2, "Exiting sdpBuild2mLineSDP() method.");
+  return 0;
+}

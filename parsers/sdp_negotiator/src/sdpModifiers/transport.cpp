@@ -1,0 +1,62 @@
+#include "sdpModifiers/transport.h"
+
+#include <cstdint>
+
+#include "sdpModifiers.h"
+#include "sdpModifiers/adopt.h"
+#include "sdpNegotiatorTrace.h"
+
+namespace sdpneg {
+
+namespace {
+
+constexpr std::size_t kLongestTransport = 14;
+
+/// The third field of a line, behind its second blank and before the next blank or CR. Blanks are counted one
+/// by one from the third character on, so two in a row enclose an empty field.
+std::optional<Span> thirdField(std::string_view text, const Line& line) {
+  const std::string_view all = text.substr(0, line.lf);
+  const std::size_t first = all.find_first_of(" \t", line.begin + 2);
+  const std::size_t second = first == npos ? npos : all.find_first_of(" \t", first + 1);
+  if (second == npos) return std::nullopt;
+  const std::size_t end = all.find_first_of(" \t\r", second + 1);
+  if (end == npos || end == second + 1) return std::nullopt;
+  return Span{second + 1, end};
+}
+
+}  // namespace
+
+TransportEdit replaceTransport(SdpText& text, const Line& mLine, std::string_view expected,
+                               std::string_view transport) {
+  cNegotTraceManager::writeTraceMsg(2, 2, "Entering sdpReplaceMLineTransportProtocol() method.");
+  if (!contains(text.view().substr(mLine.begin, mLine.lf - mLine.begin), expected))
+    return TransportEdit::notExpected;
+  transport = transport.substr(0, kLongestTransport);
+  const std::optional<Span> field = thirdField(text.view(), mLine);
+  if (!field || startsWith(text.view().substr(field->begin), transport)) return TransportEdit::done;
+  cNegotTraceManager::writeTraceMsg(2, 2,
+                                    " sdpReplaceMLineTransportProtocol() method. Changing transport type");
+  return text.replace(*field, transport) == Edit::done ? TransportEdit::done : TransportEdit::noRoom;
+}
+
+}  // namespace sdpneg
+
+using namespace sdpneg;
+
+unsigned short sdpModifications::sdpReplaceMLineTransportProtocol(char* mLine, char* lineEnd,
+                                                                  const char* expected,
+                                                                  const char* newProtocol) {
+  SdpText text(mLine);
+  if (!adopted(text, "sdpReplaceMLineTransportProtocol")) return 1;
+  const auto refuse = [](const char* reason) -> unsigned short {
+    cNegotTraceManager::writeTraceMsg(4, 3, "sdpReplaceMLineTransportProtocol(): %s Exiting.", reason);
+    return 1;
+  };
+  const std::uintptr_t length =
+      reinterpret_cast<std::uintptr_t>(lineEnd) - reinterpret_cast<std::uintptr_t>(mLine);
+  if (length > text.size()) return refuse("The line's end does not lie in the text.");
+  if (expected == nullptr || newProtocol == nullptr) return refuse("A transport is null.");
+  const TransportEdit edit = replaceTransport(text, {0, length, true}, expected, newProtocol);
+  if (edit == TransportEdit::noRoom) return refuse("The new transport does not fit the SDP buffer.");
+  return edit == TransportEdit::done ? 0 : 1;
+}

@@ -1,0 +1,21 @@
+#ifndef SDP_MODIFIERS_TRANSPORT_H
+#define SDP_MODIFIERS_TRANSPORT_H
+
+#include <string_view>
+
+#include "text/lines.h"
+#include "text/sdpText.h"
+
+namespace sdpneg {
+
+enum class TransportEdit { done, notExpected, noRoom };
+
+/// Sets the third field of an m-line to a transport of at most 14 characters.
+/// @param expected must occur on the line; the field is replaced whatever it holds itself
+/// @return done also when there is no field, or it begins with the new transport already
+TransportEdit replaceTransport(SdpText& text, const Line& mLine, std::string_view expected,
+                               std::string_view transport);
+
+}  // namespace sdpneg
+
+#endif

@@ -1,0 +1,61 @@
+#include <string_view>
+
+#include "cMsgIPAddress.h"
+#include "sdpModifiers.h"
+#include "sdpNegotiator.h"
+#include "sdpNegotiatorTrace.h"
+#include "text/sdpText.h"
+
+// Texts written from values.
+
+namespace {
+
+/// Two disabled audio m-lines with the same payloads, the secure profile first.
+constexpr std::string_view kDisabledMedia =
+    "m=audio 0 RTP/SAVP 8 0 18 4 96 98 99\r\n"
+    "a=rtpmap:8 PCMA/8000\r\na=rtpmap:0 PCMU/8000\r\na=rtpmap:18 G729/8000\r\na=rtpmap:4 G723/8000\r\n"
+    "a=rtpmap:96 CLEARMODE/8000\r\na=rtpmap:98 telephone-event/8000\r\na=rtpmap:99 red/8000\r\n"
+    "a=silenceSupp:off - - - -\r\na=fmtp:18 annexb=yes\r\na=fmtp:4 annexa=no\r\na=fmtp:98 0-15,32-36,49\r\n"
+    "a=fmtp:99 98\r\n"
+    "m=audio 0 RTP/AVP 8 0 18 4 96 98 99\r\n"
+    "a=rtpmap:8 PCMA/8000\r\na=rtpmap:0 PCMU/8000\r\na=rtpmap:18 G729/8000\r\na=rtpmap:4 G723/8000\r\n"
+    "a=rtpmap:96 CLEARMODE/8000\r\na=rtpmap:98 telephone-event/8000\r\na=rtpmap:99 red/8000\r\n"
+    "a=silenceSupp:off - - - -\r\na=fmtp:18 annexb=yes\r\na=fmtp:4 annexa=no\r\na=fmtp:98 0-15,32-36,49\r\n"
+    "a=fmtp:99 98\r\n";
+
+}  // namespace
+
+unsigned short cSdpNegotiator::sdpEncode(char* out, int version, int& length) const {
+  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpEncode() method.");
+  return sdpModifications::sdpEncoder(out, parsedData, version, length);
+}
+
+unsigned short cSdpNegotiator::sdpCreateMessage(char* out, const char* ip, unsigned int port,
+                                                const char* codecs, bool inactive) {
+  if (ip == nullptr || !cMsgIPAddress::isValid(ip)) {
+    cNegotTraceManager::writeTraceMsg(4, 3, "Invalid IP address. Cannot create SDP message. Exiting.");
+    return 1;
+  }
+  if (port != 0 && (port < 1024 || port > 65535)) {
+    cNegotTraceManager::writeTraceMsg(4, 3, "Invalid port number (%d) entry.", static_cast<int>(port));
+    return 1;
+  }
+  sdpModifications::createSDPUserRequest(out, ip, port, codecs, inactive);
+  return 0;
+}
+
+unsigned short cSdpNegotiator::generateDummyAnswer(char* out, bool sessionOnly, int& length,
+                                                   eIPAddressVersion version) {
+  const std::string_view address = static_cast<int>(version) == 10 ? "IP6 ::" : "IP4 0.0.0.0";
+  if (out != nullptr) out[0] = '\0';
+  sdpneg::SdpText text(out);
+  for (const std::string_view piece :
+       {std::string_view("v=0\r\no=QnSIP 0 1 IN "), address, std::string_view("\r\ns=SIP Call\r\nc=IN "),
+        address, std::string_view("\r\nt=0 0\r\n")}) {
+    text.append(piece);
+  }
+  if (!sessionOnly) text.append(kDisabledMedia);
+  length = static_cast<int>(text.size());
+  cNegotTraceManager::writeTraceMsg(8, 4, "A dummy SDP message has been created.");
+  return 0;
+}

@@ -1,0 +1,226 @@
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string_view>
+
+#include "sdpModifiers.h"
+#include "sdpNegotiator.h"
+#include "sdpNegotiator/request.h"
+#include "sdpNegotiatorTrace.h"
+#include "text/sdpText.h"
+
+// The origin line (RFC 4566 5.2). What changes it stores the text without parsing it again: of the summary
+// only the line's own place changes.
+
+namespace {
+
+using namespace sdpneg;
+
+constexpr std::size_t kLongestId = 64;
+
+/// Copies a text into a field of a record, cut to it.
+template <std::size_t N>
+void copyInto(char (&field)[N], std::string_view text) {
+  field[text.copy(field, N - 1)] = '\0';
+}
+
+/// The next of an o-line's fields, which are separated by single blanks.
+std::string_view takeField(std::string_view& line) {
+  const std::size_t blank = std::min(line.find(' '), line.size());
+  const std::string_view field = line.substr(0, blank);
+  line.remove_prefix(std::min(blank + 1, line.size()));
+  return field;
+}
+
+void splitOriginLine(std::string_view line, o_line& record) {
+  line.remove_prefix(std::min<std::size_t>(2, line.size()));
+  copyInto(record.userName, takeField(line));
+  copyInto(record.sessionId, takeField(line));
+  copyInto(record.sessionVersion, takeField(line));
+  copyInto(record.networkType, takeField(line));
+  copyInto(record.addressType, takeField(line));
+  copyInto(record.address, line);
+  record.present = 1;
+}
+
+bool isSame(const char* a, const char* b) { return viewOf(a) == viewOf(b); }
+
+/// The o-line of a text, without its end, by the offsets of a summary; empty when they do not lie in the
+/// text.
+std::string_view originLine(const sSdpParsedData& data, const char* text) {
+  const std::size_t start = data.oLineStart;
+  const std::size_t end = data.oLineEnd;
+  if (end > std::strlen(text) || end < start + 2) return {};
+  return {text + start, end - start - (text[end - 2] == '\r' ? 2 : 1)};
+}
+
+/// The o-line of an object, in a text of its own.
+class OriginLineOf {
+ public:
+  explicit OriginLineOf(const cSdpNegotiator& object) {
+    text_[0] = '\0';
+    if (!object.isSdpPresent()) {
+      cNegotTraceManager::writeTraceMsg(4, 3, "The object is empty. Returning an empty o-line.");
+      return;
+    }
+    object.getRawSDP(text_, sizeof text_);
+    line_ = originLine(object.getParsedData(), text_);
+  }
+  std::string_view view() const { return line_; }
+
+ private:
+  char text_[MAX_SDP_PROTOCOL_DATA_SIZE];
+  std::string_view line_;
+};
+
+/// A fresh array with a text and its NUL; null when there is no memory.
+char* newText(std::string_view text) {
+  char* const copy = new (std::nothrow) char[text.size() + 1];
+  if (copy != nullptr) copy[text.copy(copy, text.size())] = '\0';
+  return copy;
+}
+
+}  // namespace
+
+unsigned short cSdpNegotiator::getOLine(char*& line, int& length) const {
+  const OriginLineOf own(*this);
+  line = newText(own.view());
+  length = line != nullptr ? static_cast<int>(own.view().size()) : 0;
+  return 0;
+}
+
+void cSdpNegotiator::getOLine(o_line& record) const {
+  std::memset(&record, 0, sizeof record);
+  const OriginLineOf own(*this);
+  if (!own.view().empty()) splitOriginLine(own.view(), record);
+}
+
+unsigned short cSdpNegotiator::compareSdpOLine(const char* line) const {
+  if (line == nullptr) {
+    cNegotTraceManager::writeTraceMsg(4, 3, "The o-line buffer is empty.");
+    return 1;
+  }
+  const OriginLineOf own(*this);
+  if (own.view() == line) {
+    cNegotTraceManager::writeTraceMsg(8, 4, "The o-line is the same as the given one.");
+    return 0;
+  }
+  cNegotTraceManager::writeTraceMsg(1, 1, "Different o-line");
+  return 1;
+}
+
+unsigned short cSdpNegotiator::compareSdpOLine(const cSdpNegotiator* other) const {
+  if (other == nullptr) {
+    cNegotTraceManager::writeTraceMsg(4, 3, "The sdpNegotiator class is NULL.");
+    return 1;
+  }
+  char* line = nullptr;
+  int length = 0;
+  other->getOLine(line, length);
+  const std::unique_ptr<char[]> owned(line);
+  return compareSdpOLine(line);
+}
+
+bool cSdpNegotiator::compareSdpOLineUpdate(const cSdpNegotiator* other) const {
+  if (other == nullptr) return false;
+  o_line incoming;
+  o_line own;
+  other->getOLine(incoming);
+  getOLine(own);
+  if (viewOf(sdp_OgetUserName(&incoming)).empty() || viewOf(sdp_OgetUserName(&own)).empty()) return false;
+  const auto incomingVersion = numberOrZero<long long>(viewOf(sdp_OgetSessionVersion(&incoming)));
+  const auto ownVersion = numberOrZero<long long>(viewOf(sdp_OgetSessionVersion(&own)));
+  cNegotTraceManager::writeTraceMsg(8, 4, "sdp session version In %lld version of Vob %lld", incomingVersion,
+                                    ownVersion);
+  const auto same = [&](const char* (*field)(const o_line*)) {
+    return isSame(field(&incoming), field(&own));
+  };
+  return same(sdp_OgetUserName) && same(sdp_OgetSessionId) && incomingVersion <= ownVersion &&
+         same(sdp_OgetNetworkType) && same(sdp_OgetAddressType) && same(sdp_OgetAddress);
+}
+
+/// Puts a line with CR LF in the place of the own o-line and stores the text.
+unsigned short cSdpNegotiator::replaceOriginLine(const char* line) {
+  const std::size_t length = std::strlen(line);
+  const Span old = {parsedData.oLineStart, parsedData.oLineEnd};
+  const std::size_t end = old.begin + length + 2;
+  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE] = "";
+  // An empty object starts from an empty text; a text that cannot be expanded stays as it is.
+  const unsigned short expanded = getSDP(buffer, sizeof buffer);
+  if (expanded != 0 && isSdpPresent()) return expanded;
+  cNegotTraceManager::writeTraceMsg(8, 4,
+                                    "copyOLine(): request to replace existing o-line with [%s] len=[%i]",
+                                    line, static_cast<int>(length));
+  cNegotTraceManager::writeTraceMsg(8, 4, "copyOLine(): SDP length change is %i characters",
+                                    static_cast<int>(end) - static_cast<int>(old.end));
+  SdpText text(buffer);
+  const bool inside = old.begin <= old.end && old.end <= text.size();
+  if (!inside || length + 2 > text.room() + (old.end - old.begin)) {
+    cNegotTraceManager::writeTraceMsg(4, 3, "copyOLine(): The o-line does not fit the SDP buffer.");
+    return 1;
+  }
+  text.replace(old, line);
+  text.insert(old.begin + length, "\r\n");
+  parsedData.oLineEnd = static_cast<std::uint16_t>(end);
+  return setRawSDP(buffer);
+}
+
+unsigned short cSdpNegotiator::copyOLine(const cSdpNegotiator* other) {
+  unsigned short status = 1;
+  if (other != nullptr) {
+    char* line = nullptr;
+    int length = 0;
+    other->getOLine(line, length);
+    const std::unique_ptr<char[]> owned(line);
+    if (line != nullptr) status = length > 1 ? replaceOriginLine(line) : 0;
+  }
+  cNegotTraceManager::writeTraceMsg(8, 4, "copyOLine(): returning %s", status == 0 ? "SUCCESS" : "FAILURE");
+  return status;
+}
+
+unsigned short cSdpNegotiator::sdpSetVersionNumber(unsigned int version) {
+  cNegotTraceManager::writeTraceMsg(8, 4, "Request to set the version of o-line to:%u.", version);
+  return editAndStore(*this, [&](char* text) {
+    return sdpModifications::sdpReplaceVersionNumber(text, version, parsedData.oLineEnd);
+  });
+}
+
+unsigned short cSdpNegotiator::sdpSetVersionNumberLong(long long version) {
+  cNegotTraceManager::writeTraceMsg(8, 4, "Request to set the version of o-line to:%lld.", version);
+  return editAndStore(*this, [&](char* text) {
+    return sdpModifications::sdpReplaceVersionNumberLong(text, version, parsedData.oLineEnd);
+  });
+}
+
+unsigned short cSdpNegotiator::sdpModifyOLine(const char* sessionId, const char* version, const char* ip) {
+  const auto isId = [](const char* text) {
+    return text != nullptr && strnlen(text, kLongestId + 1) <= kLongestId;
+  };
+  if (!isId(sessionId) || !isId(version)) {
+    return static_cast<unsigned short>(cNegotTraceManager::writeTraceMsg(
+        4, 3, "The input values of session id or the session version are invalid."));
+  }
+  cNegotTraceManager::writeTraceMsg(8, 4, "Request to set the session-id to:(%s) and the version to:(%s).",
+                                    sessionId, version);
+  return editAndStore(*this, [&](char* text) {
+    return sdpModifications::sdpModifyOLine(text, sessionId, version, ip, parsedData.oLineEnd);
+  });
+}
+
+unsigned short cSdpNegotiator::sdpModifyOLine(const char* sessionId, const char* version) {
+  return sdpModifyOLine(sessionId, version, nullptr);
+}
+
+unsigned short cSdpNegotiator::sdpModifyOLine() {
+  cNegotTraceManager::writeTraceMsg(8, 4, "Request to modify the o-line based on the timestamp.");
+  return editAndStore(*this, [&](char* text) {
+    return sdpModifications::sdpModifyOLine(text, nullptr, parsedData.oLineEnd);
+  });
+}
+
+unsigned short cSdpNegotiator::sdpIncVersion() {
+  cNegotTraceManager::writeTraceMsg(8, 4, "Request to increase the version of o-line by 1.");
+  // The o-line's recorded end stays where it is, also where the version gains a digit.
+  return editAndStore(*this, sdpModifications::sdpIncVersion);
+}

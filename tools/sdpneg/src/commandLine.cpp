@@ -6,6 +6,8 @@
 #include "completion.h"
 #include "exitStatus.h"
 #include "manual.h"
+#include "rewriteCommand.h"
+#include "text/search.h"
 
 namespace tool {
 namespace {
@@ -24,6 +26,55 @@ std::string wrapped(std::string_view text) {
   return out.append(text);
 }
 
+/// Help that says how requests are written.
+class RequestHelp : public CLI::Formatter {
+ public:
+  explicit RequestHelp(std::string_view usage) : usage_(usage) {}
+  std::string make_usage(const CLI::App* /*app*/, std::string name) const override {
+    return "Usage: " + name + " [OPTIONS] " + usage_ + "\n";
+  }
+  std::string make_footer(const CLI::App* app) const override {
+    return CLI::Formatter::make_footer(app) + "\nRequests:\n" + requestList();
+  }
+
+ private:
+  std::string usage_;
+};
+
+const CommandRow* commandNamed(std::string_view name) {
+  const auto rows = commandTable();
+  const auto found =
+      std::find_if(rows.begin(), rows.end(), [&](const CommandRow& row) { return row.name == name; });
+  return found != rows.end() ? &*found : nullptr;
+}
+
+/// How many of the words that begin with `word` are an option of a command with its argument; 0 for a word that
+/// is none.
+std::size_t optionLength(const CommandRow& command, std::string_view word) {
+  if (word == "--help" || word == "-h") return 1;
+  for (const OptionRow& option : command.options) {
+    if (word == option.name) return option.argument.empty() ? 1 : 2;
+    if (sdpneg::startsWith(word, option.name) && word[option.name.size()] == '=') return 1;
+  }
+  return 0;
+}
+
+/// Takes the operands out of a command line of requests, among which options may stand and words like "-5" and
+/// "--" have a meaning of their own.
+/// @param arguments keeps the command and its options
+std::vector<std::string> takeRequests(const CommandRow& command, std::vector<std::string>& arguments) {
+  std::vector<std::string> operands;
+  std::vector<std::string> others{arguments.front()};
+  for (std::size_t i = 1; i < arguments.size();) {
+    const std::size_t length = optionLength(command, arguments[i]);
+    const std::size_t next = std::min(arguments.size(), i + std::max<std::size_t>(length, 1));
+    std::vector<std::string>& target = length == 0 ? operands : others;
+    while (i < next) target.push_back(std::move(arguments[i++]));
+  }
+  arguments = std::move(others);
+  return operands;
+}
+
 }  // namespace
 
 /// A CLI11 application made from the command table. It fills the arguments of the command that is chosen.
@@ -34,19 +85,20 @@ class CommandLine {
     app_.set_version_flag("--version", "sdpneg " SDPNEG_VERSION, "Print the version and exit");
     app_.set_help_flag("--help,-h", "Print this help and exit");
     app_.footer(
-        "Exit status: 0 success; 1 a request was refused; 2 something is wrong with an input;\n"
-        "64 wrong usage; 70 out of memory; 74 standard output cannot be written.");
+        "Exit status: 0 success; 1 a request was refused, or compared bodies differ; 2 something is wrong "
+        "with an input;\n"
+        "64 wrong usage; 70 out of memory; 74 standard output or a file cannot be written.");
     for (const CommandRow& row : commandTable()) addCommand(row);
   }
 
   /// @throws CLI::ParseError for help, version and every mistake
   const CommandRow& parse(std::vector<std::string> arguments) {
+    const CommandRow* given = arguments.empty() ? nullptr : commandNamed(arguments.front());
+    if (given != nullptr && !given->requestUsage.empty())
+      arguments_.operands_ = takeRequests(*given, arguments);
     std::reverse(arguments.begin(), arguments.end());  // as CLI11 takes them
     app_.parse(std::move(arguments));
-    const std::string& name = app_.get_subcommands().front()->get_name();
-    const auto rows = commandTable();
-    const auto command =
-        std::find_if(rows.begin(), rows.end(), [&](const CommandRow& row) { return row.name == name; });
+    const CommandRow* command = commandNamed(app_.get_subcommands().front()->get_name());
     for (const OptionRow& option : command->options) {
       arguments_.values_.try_emplace(std::string(option.name), option.initial);
     }
@@ -61,7 +113,11 @@ class CommandLine {
     CLI::App* command = app_.add_subcommand(std::string(row.name), std::string(row.help));
     command->footer(wrapped(row.details));
     for (const OptionRow& option : row.options) addOption(*command, option);
-    for (const OperandRow& operand : row.operands) addOperand(*command, operand);
+    if (row.requestUsage.empty()) {
+      for (const OperandRow& operand : row.operands) addOperand(*command, operand);
+    } else {
+      command->formatter(std::make_shared<RequestHelp>(row.requestUsage));
+    }
   }
 
   void addOption(CLI::App& command, const OptionRow& row) {
@@ -71,27 +127,35 @@ class CommandLine {
           name, [this, name] { arguments_.flags_[name] = true; }, std::string(row.help));
       return;
     }
+    const std::string names = (row.shortName.empty() ? "" : std::string(row.shortName) + ",") + name;
     CLI::Option* option = command.add_option_function<std::string>(
-        name, [this, name](const std::string& value) { arguments_.values_[name] = value; },
+        names, [this, name](const std::string& value) { arguments_.values_[name] = value; },
         std::string(row.help));
     option->type_name(std::string(row.argument))->default_str(std::string(row.initial));
+    option->required(row.required);
     if (!row.values.empty()) {
       option->check(CLI::IsMember(std::vector<std::string>(row.values.begin(), row.values.end())));
     }
   }
 
   void addOperand(CLI::App& command, const OperandRow& row) {
-    CLI::Option* operand = command.add_option_function<std::vector<std::string>>(
-        std::string(row.name),
-        [this](const std::vector<std::string>& values) {
-          arguments_.operands_.insert(arguments_.operands_.end(), values.begin(), values.end());
-        },
-        std::string(row.help));
+    const std::string name(row.name);
+    const std::string help(row.help);
+    std::vector<std::string>& operands = arguments_.operands_;
+    CLI::Option* operand =
+        row.many ? command.add_option_function<std::vector<std::string>>(
+                       name,
+                       [&operands](const std::vector<std::string>& values) {
+                         operands.insert(operands.end(), values.begin(), values.end());
+                       },
+                       help)
+                 : command.add_option_function<std::string>(
+                       name, [&operands](const std::string& value) { operands.push_back(value); }, help);
     operand->type_name("")->required(row.required);
-    if (!row.many) operand->expected(1);
   }
 
-  CLI::App app_{"Shows what SDP bodies (RFC 4566) say to a SIP call-control engine.", "sdpneg"};
+  CLI::App app_{"Shows what SDP bodies (RFC 4566) say to a SIP call-control engine, and rewrites them.",
+                "sdpneg"};
   Arguments arguments_;
 };
 
@@ -129,6 +193,8 @@ int runCommandLine(std::vector<std::string> arguments, Streams streams) {
     streams.out.write(std::string(version.what()) + "\n");
   } catch (const CLI::ParseError& mistake) {
     return usage(streams, mistake.what());
+  } catch (const UsageError& wrong) {
+    return usage(streams, wrong.mistake);
   }
   return exitSuccess;
 }

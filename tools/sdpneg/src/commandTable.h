@@ -20,6 +20,8 @@ struct OptionRow {
   std::span<const std::string_view> values;  ///< what the argument may be; empty for anything
   std::string_view initial;                  ///< the argument when the option is not given
   std::string_view help;
+  std::string_view shortName = {};  ///< "-o", where there is one
+  bool required = false;            ///< must be given
 };
 
 struct OperandRow {
@@ -54,6 +56,14 @@ struct CommandRow {
   std::span<const OperandRow> operands;  ///< only the last may be given several times
   /// @return the exit status, see exitStatus.h
   int (*run)(const Arguments& arguments, Streams streams);
+  /// Where the operands are requests (requestTable.h): how they are written. Such a command's options may stand
+  /// among them.
+  std::string_view requestUsage = {};
+};
+
+/// What a command throws when its command line is wrong in a way that the table does not tell.
+struct UsageError {
+  std::string mistake;
 };
 
 /// All commands in the order of the help.

@@ -7,10 +7,11 @@ namespace tool {
 enum ExitStatus : int {
   exitSuccess = 0,
   exitRefused = 1,    ///< a request was refused
+  exitDifferent = 1,  ///< compared bodies differ
   exitBadInput = 2,   ///< an input is missing, unreadable, no SDP, or refused by the analysis
   exitUsage = 64,     ///< the command line is wrong
   exitSoftware = 70,  ///< out of memory
-  exitOutput = 74     ///< standard output cannot be written
+  exitOutput = 74     ///< standard output or a file cannot be written
 };
 
 }  // namespace tool

@@ -70,22 +70,25 @@ class Descriptor {
 
 }  // namespace
 
+Input inputOf(const std::string& operand) {
+  if (operand == "-") return {standardInputName, true, std::nullopt};
+  return {operand, false, std::nullopt};
+}
+
 InputList listInputs(const std::vector<std::string>& operands) {
   InputList list;
   list.several = operands.size() > 1;
   for (const std::string& operand : operands) {
     std::error_code error;
-    if (operand == "-") {
-      list.inputs.push_back({standardInputName, true, std::nullopt});
-    } else if (fs::is_directory(operand, error)) {
+    if (operand != "-" && fs::is_directory(operand, error)) {
       list.several = true;
       std::vector<Input> below = listBelow(operand);
       std::move(below.begin(), below.end(), std::back_inserter(list.inputs));
     } else {
-      list.inputs.push_back({operand, false, std::nullopt});
+      list.inputs.push_back(inputOf(operand));
     }
   }
-  if (operands.empty()) list.inputs.push_back({standardInputName, true, std::nullopt});
+  if (operands.empty()) list.inputs.push_back(inputOf("-"));
   return list;
 }
 

@@ -26,6 +26,9 @@ struct InputList {
   bool several = false;  ///< more than one operand, or a folder
 };
 
+/// What an operand names: a file, or standard input for "-".
+Input inputOf(const std::string& operand);
+
 /// Lists inputs in the operands' order. A folder stands for all files "*.sdp" in it and below it, in the
 /// order of their names; symbolic links to folders are not followed there.
 /// @param operands files, folders, and "-" for standard input, which no operand stands for too

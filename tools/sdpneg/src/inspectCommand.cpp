@@ -1,5 +1,6 @@
 #include "inspectCommand.h"
 
+#include "bodyInput.h"
 #include "colour.h"
 #include "counts.h"
 #include "exitStatus.h"
@@ -53,17 +54,7 @@ class JsonReport : public Report {
 
 void writeTrace(Output& err, const std::string& name, const Inspection& inspection, bool several) {
   if (several) err.write("==> " + printable(name) + " <==\n");
-  for (const TraceLine& line : inspection.trace) err.write(printable(line.text) + "\n");
-}
-
-void writeProblems(Output& err, const std::string& name, const Inspection& inspection) {
-  for (const Problem& note : inspection.notes) writeProblem(err, name, {note.place, "note: " + note.reason});
-  if (inspection.problem) writeProblem(err, name, *inspection.problem);
-}
-
-Inspection inspectInput(const Input& input) {
-  InputBytes read = readInput(input);
-  return read.problem ? unreadable(std::move(*read.problem)) : inspect(read.bytes);
+  writeTraceLines(err, inspection.trace);
 }
 
 class Run {
@@ -78,7 +69,7 @@ class Run {
     streams_.out.write(report_.begin());
     for (const Input& input : list.inputs) {
       if (!streams_.out.good()) return counts;
-      const Inspection inspection = inspectInput(input);
+      const Inspection inspection = readBody(input).inspection;
       if (inspection.problem || !inspection.notes.empty() || traced_ || streams_.out.isTerminal())
         progress.hide();
       if (traced_) writeTrace(streams_.err, input.name, inspection, list.several);

@@ -1,6 +1,7 @@
 #include "manual.h"
 
 #include "commandTable.h"
+#include "requestTable.h"
 
 namespace tool {
 namespace {
@@ -23,6 +24,10 @@ std::string escaped(std::string_view text) {
 std::string synopsis(const CommandRow& command) {
   std::string out = ".SS \"sdpneg " + escaped(command.name);
   if (!command.options.empty()) out += " [OPTION...]";
+  if (!command.requestUsage.empty()) return out + " " + escaped(command.requestUsage) + "\"\n";
+  for (const OptionRow& option : command.options) {
+    if (option.required) out += " " + escaped(option.name) + "=" + escaped(option.argument);
+  }
   for (const OperandRow& operand : command.operands) {
     const std::string name = escaped(operand.name) + (operand.many ? "..." : "");
     out += operand.required ? " " + name : " [" + name + "]";
@@ -31,7 +36,9 @@ std::string synopsis(const CommandRow& command) {
 }
 
 std::string optionEntry(const OptionRow& option) {
-  std::string out = ".TP\n\\fB" + escaped(option.name) + "\\fR";
+  std::string out = ".TP\n";
+  if (!option.shortName.empty()) out += "\\fB" + escaped(option.shortName) + "\\fR, ";
+  out += "\\fB" + escaped(option.name) + "\\fR";
   if (!option.argument.empty()) out += "=\\fI" + escaped(option.argument) + "\\fR";
   out += "\n" + escaped(option.help) + "\n";
   if (option.values.empty()) return out;
@@ -41,6 +48,19 @@ std::string optionEntry(const OptionRow& option) {
     out += (i == 0 ? " " : last ? " or " : ", ") + ("\\fB" + escaped(option.values[i])) + "\\fR";
   }
   return out + "; without the option, \\fB" + escaped(option.initial) + "\\fR.\n";
+}
+
+/// The requests with what their arguments may be.
+std::string requestEntries() {
+  std::string out = ".PP\nThe requests:\n";
+  for (const RequestRow& request : requestTable()) {
+    out += ".TP\n\\fB" + escaped(requestSynopsis(request)) + "\\fR\n" + escaped(request.help) + "\n";
+    for (const RequestArgument& argument : request.arguments) {
+      if (!argument.values.empty()) continue;  // they stand above
+      out += "\\fI" + escaped(argument.name) + "\\fR is " + escaped(argumentHelp(argument)) + ".\n";
+    }
+  }
+  return out;
 }
 
 }  // namespace
@@ -53,6 +73,7 @@ std::string manualCommands() {
     for (const OperandRow& operand : command.operands) {
       out += ".TP\n\\fI" + escaped(operand.name) + "\\fR\n" + escaped(operand.help) + "\n";
     }
+    if (!command.requestUsage.empty()) out += requestEntries();
   }
   return out;
 }

@@ -13,6 +13,8 @@ namespace tool {
 namespace {
 
 constexpr int errorFlag = 4;
+constexpr int infoFlag = 2;
+constexpr unsigned short storingFailed = 2;
 constexpr std::size_t portField = 1;
 constexpr std::size_t addressField = 2;
 
@@ -134,15 +136,21 @@ constexpr Explanation explanations[] = {{"The c-line is malformed.", true, expla
                                         {"exceeds MAX_SDP_PROTOCOL_DATA_SIZE", false, explainLength}};
 
 /// The errors of a trace, without the line that says that the parse ended for the one before it.
-/// @param ended receives whether there was such a line
-std::vector<std::string_view> errorsOf(const std::vector<TraceLine>& trace, bool& ended) {
+/// @param ended   receives whether there was such a line
+/// @param isError whether a line's flag is that of an error
+std::vector<std::string_view> errorsOf(std::span<const TraceLine> trace, bool& ended, bool (*isError)(int)) {
   std::vector<std::string_view> errors;
   for (const TraceLine& line : trace) {
-    if (line.flag == errorFlag) errors.emplace_back(line.text);
+    if (isError(line.flag)) errors.emplace_back(line.text);
   }
   ended = !errors.empty() && sdpneg::contains(errors.back(), "Exiting sdpParse() method. Exiting...");
   if (ended) errors.pop_back();
   return errors;
+}
+
+std::string cannotBeStored() {
+  return "the text cannot be stored: it does not deflate into " + std::to_string(SDP_STORED_TEXT_SIZE) +
+         " bytes";
 }
 
 }  // namespace
@@ -150,7 +158,8 @@ std::vector<std::string_view> errorsOf(const std::vector<TraceLine>& trace, bool
 Problem explainRefusal(const std::vector<TraceLine>& trace, const sDescription& description,
                        const BodyLines& lines) {
   bool ended = false;
-  const std::vector<std::string_view> errors = errorsOf(trace, ended);
+  const std::vector<std::string_view> errors =
+      errorsOf(trace, ended, [](int flag) { return flag == errorFlag; });
   const std::string_view error = errors.empty() ? std::string_view() : errors.back();
   const Refused body{description, lines};
   for (const Explanation& each : explanations) {
@@ -158,8 +167,25 @@ Problem explainRefusal(const std::vector<TraceLine>& trace, const sDescription& 
   }
   if (ended) return {{}, std::string(error)};
   // What is left is the storing step, which refuses without a trace. Errors before it were none to the parse.
-  return {lines.bodyPlace(1, 1), "the text cannot be stored: it does not deflate into " +
-                                     std::to_string(SDP_STORED_TEXT_SIZE) + " bytes"};
+  return {lines.bodyPlace(1, 1), cannotBeStored()};
 }
+
+std::string explainRefusedRequest(std::span<const TraceLine> trace, unsigned short status) {
+  bool ended = false;
+  // Some requests report their refusals as information.
+  const std::vector<std::string_view> errors =
+      errorsOf(trace, ended, [](int flag) { return flag == errorFlag || flag == infoFlag; });
+  if (status == storingFailed && !ended) return cannotBeStored();
+  if (!errors.empty()) return std::string(withoutPrefix(errors.back()));
+  if (trace.empty()) return "status " + std::to_string(status);
+  return std::string(withoutPrefix(trace.back().text));
+}
+
+bool hasError(std::span<const TraceLine> trace) {
+  return std::any_of(trace.begin(), trace.end(),
+                     [](const TraceLine& line) { return line.flag == errorFlag; });
+}
+
+std::string_view withoutPrefix(std::string_view line) { return line.substr(line.find(':') + 1); }
 
 }  // namespace tool

@@ -1,6 +1,9 @@
 #ifndef SDPNEG_REFUSAL_H
 #define SDPNEG_REFUSAL_H
 
+#include <span>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "bodyLines.h"
@@ -14,6 +17,17 @@ namespace tool {
 /// @param description the decoded body
 Problem explainRefusal(const std::vector<TraceLine>& trace, const sDescription& description,
                        const BodyLines& lines);
+
+/// Says why the library refused a request.
+/// @param trace  the lines of the request
+/// @param status what it returned
+std::string explainRefusedRequest(std::span<const TraceLine> trace, unsigned short status);
+
+/// Whether a line of a trace is an error.
+bool hasError(std::span<const TraceLine> trace);
+
+/// A trace line without the library's prefix.
+std::string_view withoutPrefix(std::string_view line);
 
 }  // namespace tool
 

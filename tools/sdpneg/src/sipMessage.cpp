@@ -13,19 +13,21 @@ using sdpneg::equalNoCase;
 using sdpneg::startsWithNoCase;
 
 constexpr int deepestMultipart = 8;
+constexpr std::string_view contentLength = "Content-Length";
+constexpr std::string_view compactLength = "l";
 
 std::size_t startLineBegin(std::string_view text) {
   return std::min(text.find_first_not_of("\r\n"), text.size());
 }
 
 BodyRange noBody(std::string_view text, std::size_t offset, std::string reason) {
-  return {{offset, offset}, Problem{placeOf(text, offset), std::move(reason)}, {}};
+  return {{offset, offset}, {}, Problem{placeOf(text, offset), std::move(reason)}, {}};
 }
 
 /// Cuts a body at its Content-Length. A larger one than there are bytes is what a file has whose line ends
 /// became shorter when it was saved.
 void applyContentLength(std::string_view text, const Header& header, BodyRange& body) {
-  const HeaderField* field = findField(header, "Content-Length", "l");
+  const HeaderField* field = findField(header, contentLength, compactLength);
   if (field == nullptr) return;
   const auto given = sdpneg::leadingNumber<std::size_t>(field->value);
   const std::size_t there = body.range.end - body.range.begin;
@@ -38,6 +40,24 @@ void applyContentLength(std::string_view text, const Header& header, BodyRange& 
                                                           ", but " + std::to_string(there) +
                                                           " bytes follow the header" +
                                                           (longer ? "" : "; those behind it are not read")});
+}
+
+/// The digits of a Content-Length field; nothing when its value does not begin with a number.
+std::optional<Range> lengthDigits(std::string_view text, const HeaderField& field) {
+  if (!sdpneg::leadingNumber<std::size_t>(field.value)) return std::nullopt;
+  const std::size_t begin = text.find_first_of("0123456789", text.find(':', field.offset));
+  std::size_t end = begin;
+  while (end < text.size() && sdpneg::isDigit(text[end])) ++end;
+  return Range{begin, end};
+}
+
+Enclosing enclosing(std::string_view text, const Header& header, Range body) {
+  Enclosing result{body, {}};
+  for (const HeaderField& field : header.fields) {
+    if (!equalNoCase(field.name, contentLength) && !equalNoCase(field.name, compactLength)) continue;
+    if (const auto digits = lengthDigits(text, field)) result.lengths.push_back(*digits);
+  }
+  return result;
 }
 
 /// The type of a body or part; without a field that says otherwise, of what one is looking for.
@@ -63,6 +83,7 @@ std::optional<Problem> encodingProblem(std::string_view text, const Header& head
 BodyRange descend(std::string_view text, const Header& header, BodyRange body) {
   Header current = header;
   for (int depth = 0;; ++depth) {
+    body.around.push_back(enclosing(text, current, body.range));
     const HeaderField* contentType = findField(current, "Content-Type", "c");
     const std::string_view type = typeOf(contentType);
     const bool isSdp = equalNoCase(type, "application/sdp");
@@ -94,7 +115,7 @@ bool isSipMessage(std::string_view text) {
 }
 
 BodyRange findSdpBody(std::string_view text) {
-  BodyRange body{{0, text.size()}, std::nullopt, {}};
+  BodyRange body{{0, text.size()}, {}, std::nullopt, {}};
   if (!isSipMessage(text)) return body;
   const std::size_t headerBegin = headerLineAt(text, startLineBegin(text), text.size()).next;
   const Header header = readHeader(text, {headerBegin, text.size()});

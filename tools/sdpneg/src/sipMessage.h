@@ -10,9 +10,16 @@
 
 namespace tool {
 
+/// A body with the SDP body in it, or that itself, and the numbers of its Content-Length fields.
+struct Enclosing {
+  Range body;
+  std::vector<Range> lengths;  ///< the digits; none where there is no such field
+};
+
 /// Where the SDP body of an input stands.
 struct BodyRange {
   Range range;
+  std::vector<Enclosing> around;   ///< a SIP message's body first, then the parts inside it
   std::optional<Problem> problem;  ///< why there is none
   std::vector<Problem> notes;      ///< what its reader should know
 };

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "kvRttLocal.h"
+#include "printable.h"
 
 namespace tool {
 namespace {
@@ -24,6 +25,10 @@ TraceLines::~TraceLines() {
 void TraceLines::take(void* context, const KvRttLine* line) {
   if (std::string_view(line->component) != component) return;
   static_cast<TraceLines*>(context)->lines_.push_back({line->flag, std::string(line->text, line->length)});
+}
+
+void writeTraceLines(Output& err, const std::vector<TraceLine>& lines) {
+  for (const TraceLine& line : lines) err.write(printable(line.text) + "\n");
 }
 
 }  // namespace tool

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "streams.h"
+
 struct KvRttLine;
 
 namespace tool {
@@ -29,6 +31,9 @@ class TraceLines {
 
   std::vector<TraceLine> lines_;
 };
+
+/// Writes lines of the library, one a line.
+void writeTraceLines(Output& err, const std::vector<TraceLine>& lines);
 
 }  // namespace tool
 

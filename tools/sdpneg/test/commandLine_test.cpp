@@ -22,6 +22,28 @@ TEST(CommandLine, givesHelp) {
   }
 }
 
+TEST(CommandLine, listsTheRequests) {
+  const std::string list =
+      "set-version N                                  Set the session version of the o-line.\n"
+      "increase-version                               Raise the session version of the o-line by one.\n"
+      "modify-origin ID VERSION [IP]                  Write a new o-line; without an address, with the "
+      "unspecified one.\n"
+      "renew-origin                                   Write a new o-line with id and version by the time of "
+      "day.\n"
+      "copy-origin FILE                               Take the o-line of another body over.\n"
+      "mode sendonly|recvonly|inactive [audio|video]  Restrict the direction of the session and its media.\n"
+      "silence on|off                                 Add silence suppression lines.\n";
+  const Outcome outcome = runSdpneg({"requests"});
+  EXPECT_EQ(outcome.out, list);
+  EXPECT_EQ(outcome.status, 0);
+  const Outcome help = runSdpneg({"rewrite", "--help"});
+  EXPECT_TRUE(has(help.out, "\nRequests:\n" + list));
+  EXPECT_TRUE(
+      has(help.out,
+          "Usage: sdpneg rewrite [OPTIONS] REQUEST [ARGUMENT...] [-- REQUEST [ARGUMENT...]]... [FILE]\n"));
+  EXPECT_EQ(runSdpneg({"rewrite", "mode", "--help"}).out, help.out);
+}
+
 TEST(CommandLine, givesTheVersion) {
   const Outcome outcome = runSdpneg({"--version"});
   EXPECT_EQ(outcome.out, "sdpneg " SDPNEG_VERSION "\n");
@@ -48,11 +70,40 @@ TEST(CommandLine, takesOddNamesForFiles) {
 }
 
 TEST(Completion, followsTheCommandTable) {
-  EXPECT_EQ(runSdpneg({"--complete"}).out, "inspect\n--help\n--version\n");
+  EXPECT_EQ(runSdpneg({"--complete"}).out,
+            "inspect\nrewrite\nrequests\ncreate\ncompare\npack\nunpack\n--help\n--version\n");
+  EXPECT_EQ(runSdpneg({"--complete", "pack"}).out, "--output\n--help\n<file>\n");
+  EXPECT_EQ(runSdpneg({"--complete", "pack", "-o"}).out, "<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect"}).out, "--json\n--trace\n--color\n--help\n<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect", "--color"}).out, "auto\nalways\nnever\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect", "--color", "="}).out, "auto\nalways\nnever\n");
   EXPECT_EQ(runSdpneg({"--complete", "nothing"}).out, "");
+}
+
+TEST(Completion, followsTheRequestTable) {
+  const std::string options = "--diff\n--in-place\n--trace\n--color\n--help\n";
+  const std::string names =
+      "set-version\nincrease-version\nmodify-origin\nrenew-origin\ncopy-origin\nmode\nsilence\n";
+  const struct {
+    std::vector<std::string> words;
+    std::string offered;
+  } cases[] = {{{}, options + names},
+               {{"--diff"}, options + names},
+               {{"--color"}, "auto\nalways\nnever\n"},
+               {{"--color", "never"}, options + names},
+               {{"set-version"}, options},
+               {{"set-version", "1"}, options + "--\n<file>\n"},
+               {{"mode"}, options + "sendonly\nrecvonly\ninactive\n"},
+               {{"mode", "inactive"}, options + "audio\nvideo\n--\n<file>\n"},
+               {{"copy-origin"}, options + "<file>\n"},
+               {{"renew-origin", "--"}, options + names},
+               {{"renew-origin", "--", "silence"}, options + "on\noff\n"},
+               {{"nothing"}, ""}};
+  for (const auto& each : cases) {
+    std::vector<std::string> arguments = {"--complete", "rewrite"};
+    arguments.insert(arguments.end(), each.words.begin(), each.words.end());
+    EXPECT_EQ(runSdpneg(arguments).out, each.offered) << testing::PrintToString(each.words);
+  }
 }
 
 /// What bash offers for a line that ends at the cursor, its words as bash splits them.
@@ -74,6 +125,8 @@ TEST(Completion, worksInBash) {
   EXPECT_EQ(offered("sdpneg inspect off", 2), "offer.sdp\n");
   EXPECT_EQ(offered("sdpneg inspect --color = al", 4), "always\n");
   EXPECT_EQ(offered("sdpneg inspect --color =", 3), "auto always never\n");
+  EXPECT_EQ(offered("sdpneg rewrite mode in", 3), "inactive\n");
+  EXPECT_EQ(offered("sdpneg rewrite renew-origin off", 3), "offer.sdp\n");
 }
 
 TEST(ManualPage, holdsTheCommandTable) {
@@ -86,6 +139,14 @@ TEST(ManualPage, holdsTheCommandTable) {
   EXPECT_TRUE(has(
       page, "WHEN is \\fBauto\\fR, \\fBalways\\fR or \\fBnever\\fR; without the option, \\fBauto\\fR.\n"));
   EXPECT_TRUE(has(page, ".B 64\n"));
+  EXPECT_TRUE(has(page,
+                  ".SS \"sdpneg rewrite [OPTION...] REQUEST [ARGUMENT...] [\\-\\- REQUEST [ARGUMENT...]]... "
+                  "[FILE]\"\n"));
+  EXPECT_TRUE(has(page,
+                  ".TP\n\\fBset\\-version N\\fR\nSet the session version of the o\\-line.\n"
+                  "\\fIN\\fR is a whole number of 64 bits.\n"));
+  EXPECT_TRUE(has(page, ".TP\n\\fBsilence on|off\\fR\n"));
+  EXPECT_TRUE(has(page, "\\fB\\-o\\fR, \\fB\\-\\-output\\fR=\\fIOUT\\fR\n"));
 }
 
 }  // namespace

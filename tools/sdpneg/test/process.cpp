@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -76,6 +77,10 @@ Handle openInput(const TemporaryFolder& folder, const std::string& input) {
   unsetenv("NO_COLOR");
   setenv("TERM", "xterm", 1);
   for (const auto& [name, value] : surroundings.environment) setenv(name.c_str(), value.c_str(), 1);
+  if (surroundings.fileSizeLimit) {
+    const rlimit limit{*surroundings.fileSizeLimit, *surroundings.fileSizeLimit};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
   execv(program.c_str(), argv.data());
   _exit(127);
 }

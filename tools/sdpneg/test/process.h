@@ -16,8 +16,9 @@ struct Surroundings {
   std::vector<std::pair<std::string, std::string>> environment = {};  ///< set on top
   bool outputToTerminal = false;
   bool errorsToTerminal = false;
-  std::optional<std::string> outputFile = std::nullopt;  ///< instead of a pipe
-  bool readOneLine = false;                              ///< of standard output, then close it
+  std::optional<std::string> outputFile = std::nullopt;      ///< instead of a pipe
+  std::optional<unsigned int> fileSizeLimit = std::nullopt;  ///< bytes that a file may grow to
+  bool readOneLine = false;                                  ///< of standard output, then close it
 };
 
 /// What a run gave. A terminal turns LF into CR LF.

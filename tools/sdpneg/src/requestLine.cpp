@@ -1,0 +1,73 @@
+#include "requestLine.h"
+
+#include <algorithm>
+
+#include "commandTable.h"
+
+namespace tool {
+namespace {
+
+using Words = std::span<const std::string>;
+
+std::string quoted(std::string_view word) { return std::string("'").append(word).append("'"); }
+
+const RequestRow& requestOf(Words group) {
+  if (group.empty()) throw UsageError{"a request is missing; 'sdpneg requests' lists them"};
+  const RequestRow* row = findRequest(group.front());
+  if (row == nullptr) {
+    throw UsageError{"there is no request " + quoted(group.front()) + "; 'sdpneg requests' lists them"};
+  }
+  return *row;
+}
+
+/// How many of the words behind a request are its arguments. Those that can be left out go to the file where
+/// they cannot be what the request takes.
+std::size_t argumentCount(const RequestRow& row, Words words, bool fileMayFollow) {
+  const std::size_t most = row.arguments.size();
+  const bool filesTurn = fileMayFollow && !words.empty() && words.size() <= most &&
+                         row.arguments[words.size() - 1].optional &&
+                         !isAccepted(row.arguments[words.size() - 1], words.back());
+  return filesTurn ? words.size() - 1 : std::min(words.size(), most);
+}
+
+void checkArguments(const RequestRow& row, Words words) {
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const RequestArgument& argument = row.arguments[i];
+    if (isAccepted(argument, words[i])) continue;
+    throw UsageError{std::string(argument.name).append(" of ").append(row.name).append(" is ") +
+                     argumentHelp(argument) + ", not " + quoted(words[i])};
+  }
+  if (words.size() < row.arguments.size() && !row.arguments[words.size()].optional) {
+    throw UsageError{"an argument is missing: " + requestSynopsis(row)};
+  }
+}
+
+/// Reads one request and, behind the last one, the file.
+void readGroup(Words group, bool last, RequestLine& line) {
+  const RequestRow& row = requestOf(group);
+  const Words words = group.subspan(1);
+  const std::size_t count = argumentCount(row, words, last);
+  const Words behind = words.subspan(count);
+  checkArguments(row, words.first(count));
+  if (behind.size() > (last ? 1U : 0U)) {
+    throw UsageError{quoted(behind[last ? 1 : 0]) + " is one word too many behind " + requestSynopsis(row)};
+  }
+  line.calls.push_back({&row, {{words.begin(), words.begin() + static_cast<std::ptrdiff_t>(count)}, {}}});
+  if (!behind.empty()) line.file = behind.front();
+}
+
+}  // namespace
+
+RequestLine readRequestLine(Words words) {
+  RequestLine line;
+  while (true) {
+    const auto separator = std::find(words.begin(), words.end(), "--");
+    const auto length = static_cast<std::size_t>(separator - words.begin());
+    const bool last = separator == words.end();
+    readGroup(words.first(length), last, line);
+    if (last) return line;
+    words = words.subspan(length + 1);
+  }
+}
+
+}  // namespace tool

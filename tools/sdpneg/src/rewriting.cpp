@@ -1,0 +1,64 @@
+#include "rewriting.h"
+
+#include "bodyInput.h"
+#include "refusal.h"
+
+namespace tool {
+namespace {
+
+using Trace = std::span<const TraceLine>;
+
+/// Why a request was refused; nothing when it was carried out.
+std::optional<std::string> refusalOf(const RequestRow& row, unsigned short status, Trace trace) {
+  if (status != 0 || (row.refusalIsTraced && hasError(trace))) return explainRefusedRequest(trace, status);
+  return std::nullopt;
+}
+
+/// Runs one request and takes the new text.
+std::optional<std::string> run(cSdpNegotiator& object, const RequestCall& call, const TraceLines& trace,
+                               std::string& text) {
+  if (object.getRawSdpSize() == 0) {
+    return "the body is longer than the " + std::to_string(MAX_SDP_PROTOCOL_DATA_SIZE - 1) +
+           " characters that requests take";
+  }
+  const std::size_t begin = trace.lines().size();
+  const unsigned short status = call.row->run(object, call.input);
+  auto refusal = refusalOf(*call.row, status, Trace(trace.lines()).subspan(begin));
+  if (refusal) return refusal;
+  text = bodyText(object);
+  if (text.empty()) return "no body is left";
+  return std::nullopt;
+}
+
+/// Parses what a request left.
+std::optional<std::string> parseAgain(cSdpNegotiator& object, const TraceLines& trace,
+                                      const std::string& text) {
+  const std::size_t begin = trace.lines().size();
+  const unsigned short status = object.sdpParse(text.c_str(), SDP_TYPE_UNKNOWN);
+  if (status == 0) return std::nullopt;
+  return "the body before it: " + explainRefusedRequest(Trace(trace.lines()).subspan(begin), status);
+}
+
+/// "request mode is refused: ...", with the request's number where there are several.
+std::string refusalText(std::span<const RequestCall> calls, std::size_t index, const std::string& why) {
+  const std::string number = calls.size() > 1 ? std::to_string(index + 1) + ", " : std::string();
+  return "request " + number + std::string(calls[index].row->name) + (number.empty() ? "" : ",") +
+         " is refused: " + why;
+}
+
+}  // namespace
+
+Rewritten rewrite(const cSdpNegotiator& body, std::span<const RequestCall> calls) {
+  Rewritten result;
+  const TraceLines trace;
+  cSdpNegotiator object = body;
+  for (std::size_t i = 0; i < calls.size() && !result.refusal; ++i) {
+    std::optional<std::string> why = i > 0 ? parseAgain(object, trace, result.text) : std::nullopt;
+    if (!why) why = run(object, calls[i], trace, result.text);
+    if (why) result.refusal = refusalText(calls, i, *why);
+  }
+  result.trace = trace.lines();
+  return result;
+}
+
+}  // namespace tool

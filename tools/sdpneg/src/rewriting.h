@@ -1,0 +1,27 @@
+#ifndef SDPNEG_REWRITING_H
+#define SDPNEG_REWRITING_H
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "requestLine.h"
+#include "traceLines.h"
+
+namespace tool {
+
+/// What requests made of a body.
+struct Rewritten {
+  std::string text;                    ///< the new body
+  std::optional<std::string> refusal;  ///< which request was refused and why
+  std::vector<TraceLine> trace;
+};
+
+/// Applies requests to a body in their order. Behind each the new body is parsed, so that the next one meets an
+/// object whose summary is that of its text.
+Rewritten rewrite(const cSdpNegotiator& body, std::span<const RequestCall> calls);
+
+}  // namespace tool
+
+#endif

@@ -23,6 +23,15 @@ Edit SdpText::replace(Span span, std::string_view inserted) {
   return Edit::done;
 }
 
+void SdpText::moveDown(std::size_t to, std::size_t from, std::size_t count) {
+  if (to != from) std::memmove(text_ + to, text_ + from, count);
+}
+
+void SdpText::end(std::size_t length) {
+  length_ = length;
+  text_[length] = '\0';
+}
+
 // The inserted text would move or be overwritten under the edit, so it is taken aside first.
 Edit SdpText::replaceOverlapping(Span span, std::string_view inserted) {
   char aside[MAX_SDP_PROTOCOL_DATA_SIZE];
@@ -108,8 +117,7 @@ std::size_t SdpText::removeLines(std::span<const std::string_view> prefixes) {
     if (!removal.run(prefixes, index)) break;
   }
   removal.finish();
-  length_ = removal.length();
-  text_[length_] = '\0';
+  end(removal.length());
   return removal.removed();
 }
 

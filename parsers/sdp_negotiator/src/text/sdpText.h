@@ -2,6 +2,7 @@
 #define SDP_TEXT_H
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -45,6 +46,13 @@ class SdpText {
   void erase(Span span) { replace(span, {}); }
   void truncate(std::size_t length) { erase({length, size()}); }
 
+  /// Erases span after span in one pass.
+  /// @param next gives the first span at or behind an offset of a text; what stands before that offset is not to
+  ///             be looked at. Nothing ends the pass.
+  /// @return the number of spans
+  template <typename Next>
+  std::size_t eraseEach(Next next);
+
   /// Removes every line that holds one of the prefixes, wherever in the line, from the match through its LF.
   /// Each time the first prefix in the list's order that occurs at all goes, at its first place; a removal
   /// may make a new match across its seam, which goes too. A match in a line without LF ends the removal.
@@ -56,12 +64,35 @@ class SdpText {
   class Removal;
 
   Edit replaceOverlapping(Span span, std::string_view inserted);
+  void moveDown(std::size_t to, std::size_t from, std::size_t count);
+  void end(std::size_t length);
   bool holds(std::string_view text) const;
 
   char* text_;
   std::size_t capacity_;
   std::size_t length_;
 };
+
+template <typename Next>
+std::size_t SdpText::eraseEach(Next next) {
+  if (!usable()) return 0;
+  std::size_t kept = 0;
+  std::size_t rest = 0;
+  std::size_t count = 0;
+  const auto keepUpTo = [&](std::size_t end) {
+    moveDown(kept, rest, end - rest);
+    kept += end - rest;
+    rest = end;
+  };
+  for (std::optional<Span> span = next(view(), rest); span; span = next(view(), rest)) {
+    keepUpTo(span->begin);
+    rest = span->end;
+    ++count;
+  }
+  keepUpTo(length_);
+  end(kept);
+  return count;
+}
 
 }  // namespace sdpneg
 

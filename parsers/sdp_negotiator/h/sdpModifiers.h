@@ -4,6 +4,22 @@
 #include "sdpDataDefinitions.h"
 #include "sdpNegotiatorExport.h"
 
+/// What a precondition line says (RFC 3312), values of `sSdpPrecondions::status`.
+enum eSdpPreconditionStatus : unsigned int {
+  SDP_PRECONDITION_CURRENT = 1,
+  SDP_PRECONDITION_DESIRED = 2,
+  SDP_PRECONDITION_CONFIRMED = 3
+};
+
+/// One precondition line.
+struct sSdpPrecondions {
+  unsigned int status;      ///< an eSdpPreconditionStatus
+  unsigned int type;        ///< 0 quality of service, 1 token
+  unsigned int strength;    ///< of desired lines: 0 mandatory, 1 optional, 2 none, 3 failure, 4 unknown
+  unsigned int statusType;  ///< 0 end-to-end, 1 local, 2 remote
+  unsigned int direction;   ///< 0 none, 1 send, 2 receive, 3 both
+};
+
 /// Edits of SDP texts (RFC 4566).
 ///
 /// A class of static operations without state. Each edits a caller's buffer of MAX_SDP_PROTOCOL_DATA_SIZE
@@ -82,8 +98,102 @@ class SDP_NEGOTIATOR_API sdpModifications {
                                                          const char* newProtocol);
   /// @}
 
+  /// @name Codec lists (codecLists.cpp)
+  ///
+  /// A text that the codec holds whole gets the codec's form; of one that it cannot, every line that the edit does
+  /// not concern stays as it is.
+  /// @{
+
+  /// Keeps of every audio section the formats, rtpmap and fmtp lines whose codec is in a list, telephone events and
+  /// comfort noise.
+  /// @param keep 20 values of `audioCodecTable`, ended by the first 0
+  /// @return 0; the codec's own status when it refuses the text; 1 for null or no room
+  static unsigned short sdpRemoveCodecs(char* sdp, const unsigned char* keep);
+  /// Puts the formats of every audio section in the order of a list: the first format of each codec; the others go.
+  /// Their rtpmap and fmtp lines come in the same order, in front of the section's other attributes.
+  /// @param order 20 values of `audioCodecTable`, ended by the first 0
+  /// @return as `sdpRemoveCodecs`
+  static unsigned short sdpCodecsReordering(char* sdp, const unsigned char* order);
+  /// @}
+
+  /// @name Video limits (videoLimits.cpp)
+  /// @{
+
+  /// Writes the two digits of a profile-level-id (RFC 6184 8.1) that name a level.
+  /// @param out 3 characters
+  /// @return whether it was written; not for H264_PROFILE_NOT_PRESENT and -1, with a trace
+  static bool decodeProfileIntToString(char* out, eH264_profile_id id);
+  /// The same when a list of video codecs holds H264.
+  /// @param videoCodecs values of `videoCodecTable`, ended by `count` or the first 0
+  /// @return true also when nothing was written
+  static bool decodeProfileIntToString(char* out, const unsigned char* videoCodecs, int count,
+                                       eH264_profile_id id);
+  /// Lowers the level of every profile-level-id in video sections that is above another; none is raised.
+  /// @return 0, or 1 for an id without a level
+  static unsigned short sdpModifyProfileId(char* sdp, eH264_profile_id id);
+  /// Lowers the value of every b-line in video sections that is above a maximum, whatever its modifier and unit.
+  /// @return 0
+  static unsigned short sdpApplyBLine(char* sdp, unsigned int maxBandwidth);
+  /// @}
+
+  /// @name Preconditions (preconditions.cpp)
+  /// @{
+
+  /// Adds precondition lines at the text's end.
+  /// @param allowedSdpSize what the text, the lines and two characters more must stay below
+  /// @param enable         1 adds; another value does nothing
+  /// @param count          records of `list`
+  /// @return 0; 1 for an invalid field, a body without audio, or no room
+  static unsigned short sdpInsertPrecondions(char* sdp, unsigned int allowedSdpSize, int enable, int count,
+                                             const sSdpPrecondions* list);
+  /// Removes every precondition line but one in the text's first line.
+  /// @return 0
+  static unsigned short sdpDelPreconditions(char* sdp);
+  /// @}
+
+  /// @name Connection and ports (connection.cpp)
+  /// @{
+
+  /// The m-lines that `sdpSetMediaPort` sets; secure is what has RTP/SAVP on its line.
+  enum eMediaSecurityType : int {
+    MEDIA_SECURITY_ANY = 0,
+    MEDIA_SECURITY_NON_SECURE = 1,
+    MEDIA_SECURITY_SECURE = 2
+  };
+
+  /// Replaces the first c-line; later ones stay.
+  /// @return 0; 1 for an invalid address, a text without a c-line that ends in LF, or no room
+  static unsigned short sdpReplaceCxIP(char* sdp, const char* ip);
+  /// @param mediaType an eMediaType
+  /// @param out       receives the media name, cut to `outSize` characters with its NUL
+  /// @return 0, or 1 for another value
+  static unsigned short getMediaName(int mediaType, char* out, int outSize);
+  /// Sets the port of every m-line of a medium, an address version and a security.
+  /// @param mediaType an eMediaType, or -1 for any
+  /// @param ipVersion 0 for any
+  /// @param port      1 to 1023 are refused
+  /// @return 0; 1 for another media type, or at the first port that cannot be set, when those before it are changed
+  static unsigned short sdpSetMediaPort(char* sdp, int mediaType, eIPAddressVersion ipVersion,
+                                        eMediaSecurityType security, unsigned int port);
+  /// Sets port 0 for each media type of a bit set.
+  /// @return 0, or 1 when a step failed
+  static unsigned short sdpDisablePort(char* sdp, int mediaMask, eIPAddressVersion ipVersion);
+  /// Sets port 0 on all video m-lines. The next c-line is copied over what follows the m-line, which changes nothing
+  /// where it stands there already.
+  /// @param allMedia also removes the other lines of the sections
+  /// @return 0
+  static unsigned short sdpRemoveVideoMedia(char* sdp, bool allMedia);
+  /// @}
+
   /// @name Media attributes (mediaAttributes.cpp)
   /// @{
+
+  /// Adds an echo cancellation line at the end of the first audio section.
+  /// @param state 1 on, 2 off
+  /// @param side  1 f, 2 b, 3 fb
+  /// @return 0; 1 for other values, a body without audio, one that has such a line behind its audio m-line, or no
+  ///         room
+  static unsigned short sdpInsertEchoCancellation(char* sdp, unsigned char state, unsigned char side);
 
   /// Adds silence suppression at the text's end, and for off a voice-band-data line for the first codec
   /// (ITU-T V.152). An "a=silenceSupp" that stands anywhere is not added again.

@@ -345,6 +345,23 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short sdpIncVersion();
   /// @}
 
+  /// @name Audio codec policy (sdpNegotiator/codecPolicy.cpp)
+  ///
+  /// Codec lists end at their first 0; at most 20 values are read.
+  /// @{
+
+  /// Keeps the audio codecs that a list shares with the body; telephone events and comfort noise stay.
+  /// @param reorder the list's order counts, else the body's
+  /// @return 1 when text and summary were rewritten, 0 when nothing was done
+  unsigned short sdpRestrictAudioCodecsTo(const unsigned char* codecs, int count, bool reorder);
+  /// Puts an audio codec of the body first. The periods stay in their slots.
+  /// @return 0
+  unsigned short sdpChangeAudioCodecPreference(unsigned char codec);
+  /// Orders the audio codecs by a list, which is taken as it is.
+  /// @return 0
+  unsigned short sdpReorderAudioCodecPreference(const unsigned char* codecs, int count);
+  /// @}
+
   /// @name Media requests (sdpNegotiator/mediaRequests.cpp)
   ///
   /// Each changes the text and parses it again. The result is the first status that is not 0: 1 for an empty
@@ -363,6 +380,8 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
 
  private:
   void reset();
+  void replaceAudioCodecs(const unsigned char* codecs, int count);
+  void applyCodecOrder(const unsigned char* order, int count);
   unsigned short replaceOriginLine(const char* line);
 
   // Two members and nothing between them: these bytes are also what travels when an object is transferred.

@@ -121,4 +121,16 @@ inline const std::string session =
 inline const std::string audio = "m=audio 5004 RTP/AVP 0\r\n";
 inline const std::string video = "m=video 5006 RTP/AVP 96\r\na=rtpmap:96 VP8/90000\r\n";
 
+/// A body of that length whose description is complete. All lines end in CR LF but the first attribute's.
+inline std::string completeBody(std::size_t length, const std::string& media = audio) {
+  std::string attributes = "a=n\n";
+  while (session.size() + attributes.size() + media.size() + 330 < length) {
+    attributes += "a=n:" + std::string(320, 'x') + "\r\n";
+    if (attributes.size() / 320 == 30) attributes += media;
+  }
+  attributes += "a=n:" + std::string(length - session.size() - attributes.size() - 6, 'y') + "\r\n";
+  EXPECT_EQ(session.size() + attributes.size(), length);
+  return session + attributes;
+}
+
 #endif

@@ -14,6 +14,7 @@ inline constexpr std::uint8_t codecG729AnnexA = 11;
 inline constexpr std::uint8_t codecG729AnnexAWithAnnexB = 15;
 inline constexpr std::uint8_t codecT38Image = 28;
 inline constexpr std::uint8_t codecTelephoneEvent = 29;
+inline constexpr std::uint8_t codecComfortNoise = 37;
 
 inline constexpr std::uint8_t codecH264 = 2;
 

@@ -1,0 +1,277 @@
+#include "sdpModifiers/codecLists.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+
+#include "sdpModifiers.h"
+#include "sdpModifiers/adopt.h"
+#include "sdpNegotiatorParser.h"
+#include "sdpNegotiatorParser/withDescription.h"
+#include "sdpNegotiatorTrace.h"
+#include "text/fixedText.h"
+#include "text/lines.h"
+
+// Codec lists are edited line by line in the text of the audio sections, so that every line that nobody asked to
+// change survives. A description that held the text whole is then decoded and written again by the codec, which
+// gives the text the codec's form; one that did not would lose what it could not hold.
+
+namespace sdpneg {
+
+namespace {
+
+/// The value of an attribute line of that name, empty where it has none; nothing for another line.
+std::optional<std::string_view> attributeValue(std::string_view line, std::string_view start) {
+  if (!startsWith(line, start)) return std::nullopt;
+  const std::string_view behind = line.substr(start.size());
+  if (behind.empty()) return behind;
+  return behind[0] == ':' ? std::optional(behind.substr(1)) : std::nullopt;
+}
+
+/// The value of an rtpmap or fmtp line.
+std::optional<std::string_view> formatValue(std::string_view line) {
+  const auto rtpmap = attributeValue(line, "a=rtpmap");
+  return rtpmap ? rtpmap : attributeValue(line, "a=fmtp");
+}
+
+/// A line however it ends: at CR LF, LF or a lone CR.
+struct AnyLine {
+  std::string_view content;
+  std::string_view whole;  ///< with its end
+
+  std::string_view end() const { return whole.substr(content.size()); }
+};
+
+AnyLine takeLine(std::string_view& text) {
+  const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
+  const std::string_view behind = text.substr(end);
+  const std::size_t next = end + (startsWith(behind, "\r\n") ? 2U : behind.empty() ? 0U : 1U);
+  const AnyLine line{text.substr(0, end), text.substr(0, next)};
+  text.remove_prefix(next);
+  return line;
+}
+
+/// Adds an attribute to a block when the analysis reads it for that payload type.
+void addLine(a_line& block, std::string_view attribute, int payloadType) {
+  const std::string_view name = attribute.substr(0, attribute.find(':'));
+  if (name.size() == attribute.size() || (!startsWith(name, "rtpmap") && !startsWith(name, "fmtp"))) return;
+  const std::string_view value = attribute.substr(name.size() + 1);
+  if (block.count == SDP_ATTRIBUTE_CAPACITY || numberOrZero<int>(value) != payloadType) return;
+  a_line::entry& entry = block.entries[block.count++];
+  entry.name[name.copy(entry.name, sizeof entry.name - 1)] = '\0';
+  entry.value[value.copy(entry.value, sizeof entry.value - 1)] = '\0';
+  entry.hasColon = 1;
+}
+
+}  // namespace
+
+std::uint8_t AudioSection::dynamicCodec(int payloadType) const {
+  a_line block;
+  block.count = 0;
+  for (std::string_view rest = text_; !rest.empty();) {
+    const std::string_view line = takeLine(rest).content;
+    if (startsWith(line, "a=")) addLine(block, line.substr(2), payloadType);
+  }
+  return sdpParserMessage::convertDynamicCodec(payloadType, &block);
+}
+
+std::uint8_t AudioSection::codecOf(std::string_view formatOrValue) {
+  const int payloadType = numberOrZero<int>(formatOrValue);
+  const int index = payloadType - firstDynamicPayload;
+  if (index < 0 || index >= kDynamicTypes) {
+    return sdpParserMessage::convertCodec(FixedText<SDP_ATTRIBUTE_VALUE_SIZE>().add(formatOrValue).text(),
+                                          nullptr);
+  }
+  if (dynamic_[index] == kUnasked) dynamic_[index] = dynamicCodec(payloadType);
+  return dynamic_[index];
+}
+
+namespace {
+
+/// Room for a whole edited text.
+using Composed = FixedText<MAX_SDP_PROTOCOL_DATA_SIZE>;
+
+/// Takes the lines up to the next m-line.
+std::string_view takeSection(std::string_view& text) {
+  std::string_view rest = text;
+  do {
+    takeLine(rest);
+  } while (!rest.empty() && !startsWith(rest, "m="));
+  const std::string_view section = text.substr(0, text.size() - rest.size());
+  text = rest;
+  return section;
+}
+
+bool isAudio(std::string_view section) {
+  return startsWith(section, "m=") && Words(section.substr(2), " \t").next() == "audio";
+}
+
+/// An m-line taken apart: what stands in front of its formats, and the formats.
+struct MediaLine {
+  explicit MediaLine(std::string_view line) : formats(line.substr(2), " \t") {
+    formats.next();
+    formats.next();
+    formats.next();
+    start = line.substr(0, line.size() - formats.rest().size());
+  }
+  std::string_view start;
+  Words formats;
+};
+
+std::span<const unsigned char> listOf(const unsigned char* codecs) {
+  return valuesOf(codecs, MAX_SDP_NEGOTIATOR_AUDIO_CODECS);
+}
+
+/// Leaves formats, rtpmap and fmtp lines out whose codec is not in the list; telephone events and comfort noise
+/// stay, unknown codecs do not.
+void keepCodecs(AudioSection section, std::span<const unsigned char> keep, Composed& out) {
+  const auto isKept = [&](std::string_view text) {
+    const std::uint8_t codec = section.codecOf(text);
+    return isAlwaysKept(codec) || (codec != SDP_NO_CODEC && holds(keep, codec));
+  };
+  std::string_view rest = section.text();
+  const AnyLine first = takeLine(rest);
+  MediaLine mLine(first.content);
+  out.add(mLine.start);
+  for (std::string_view format = mLine.formats.next(); !format.empty(); format = mLine.formats.next()) {
+    if (isKept(format)) out.add(" ").add(format);
+  }
+  out.add(first.end());
+  while (!rest.empty()) {
+    const AnyLine line = takeLine(rest);
+    const auto value = formatValue(line.content);
+    if (!value || isKept(*value)) out.add(line.whole);
+  }
+}
+
+/// The first format of a codec; empty when there is none.
+std::string_view formatOf(AudioSection& section, Words formats, std::uint8_t codec) {
+  std::string_view format = formats.next();
+  while (!format.empty() && section.codecOf(format) != codec) format = formats.next();
+  return format;
+}
+
+/// Adds lines that are moved: each has an end of its own, and attributes stop at a limit.
+class MovedLines {
+ public:
+  MovedLines(Composed& out, int attributeLimit) : out_(out), attributesLeft_(attributeLimit) {}
+  void add(const AnyLine& line) { out_.add(line.content).add(line.end().empty() ? "\r\n" : line.end()); }
+  void addAttribute(const AnyLine& line) {
+    if (attributesLeft_ == 0) return;
+    --attributesLeft_;
+    add(line);
+  }
+
+ private:
+  Composed& out_;
+  int attributesLeft_;
+};
+
+template <typename Wanted, typename Add>
+void forEachLine(std::string_view lines, Wanted wanted, Add add) {
+  while (!lines.empty()) {
+    const AnyLine line = takeLine(lines);
+    if (wanted(line.content)) add(line);
+  }
+}
+
+/// Puts the formats of a list's codecs in its order, the first of each, and their rtpmap and fmtp lines in front of
+/// the other attributes; all other formats go.
+void orderCodecs(AudioSection section, std::span<const unsigned char> order, int attributeLimit,
+                 Composed& out) {
+  std::string_view lines = section.text();
+  const AnyLine first = takeLine(lines);
+  const MediaLine mLine(first.content);
+  MovedLines moved(out, attributeLimit);
+  out.add(mLine.start);
+  for (const unsigned char codec : order) {
+    const std::string_view format = formatOf(section, mLine.formats, codec);
+    if (!format.empty()) out.add(" ").add(format);
+  }
+  out.add(first.end().empty() ? "\r\n" : first.end());
+  const auto isAttribute = [](std::string_view line) { return startsWith(line, "a="); };
+  const auto add = [&](const AnyLine& line) { moved.add(line); };
+  const auto addAttribute = [&](const AnyLine& line) { moved.addAttribute(line); };
+  forEachLine(
+      lines, [&](std::string_view line) { return !isAttribute(line); }, add);
+  for (const unsigned char codec : order) {
+    const auto isOfCodec = [&](std::string_view line) {
+      const auto value = formatValue(line);
+      return value && section.codecOf(*value) == codec;
+    };
+    forEachLine(lines, isOfCodec, addAttribute);
+  }
+  forEachLine(
+      lines, [&](std::string_view line) { return isAttribute(line) && !formatValue(line); }, addAttribute);
+}
+
+unsigned short decode(sDescription& description, const char* text) {
+  unsigned short start = 0;
+  unsigned short end = 0;
+  return sdp_decodeOpt_r(&description, text, SDP_TYPE_UNKNOWN, nullptr, false, start, end);
+}
+
+/// Puts an edited text in the place of the old one; in the codec's form when it and the old one are complete.
+Edit keepEdited(SdpText& text, const Composed& edited, sDescription& description) {
+  if (edited.cut()) return Edit::noRoom;
+  if (!sdp_isComplete(&description)) return text.replace({0, text.size()}, edited.view());
+  if (decode(description, edited.text()) != 0) return Edit::noRoom;
+  char* written = nullptr;
+  int length = 0;
+  int size = 0;
+  const unsigned short status = sdp_encode_r(&description, SDP_TYPE_UNKNOWN, written, length, size);
+  const std::unique_ptr<char, decltype(&std::free)> owned(written, &std::free);
+  return status == 0 ? text.replace({0, text.size()}, written) : Edit::noRoom;
+}
+
+/// @param edit takes an audio section, the attribute lines that it may have, and where to write it
+template <typename SectionEdit>
+unsigned short editAudioSections(char* sdp, const char* operation, const char* done, SectionEdit edit) {
+  SdpText text(sdp);
+  if (!adopted(text, operation)) return 1;
+  return withDescription([&](sDescription& description) -> unsigned short {
+    const unsigned short status = decode(description, sdp);
+    if (status != 0) return status;
+    const int attributeLimit =
+        sdp_isComplete(&description) ? SDP_ATTRIBUTE_CAPACITY : MAX_SDP_PROTOCOL_DATA_SIZE;
+    Composed edited;
+    for (std::string_view rest = text.view(); !rest.empty();) {
+      const std::string_view section = takeSection(rest);
+      if (isAudio(section)) {
+        edit(AudioSection(section), attributeLimit, edited);
+      } else {
+        edited.add(section);
+      }
+    }
+    if (keepEdited(text, edited, description) != Edit::done) {
+      cNegotTraceManager::writeTraceMsg(4, 3, "%s(): The edited SDP does not fit the SDP buffer. Exiting.",
+                                        operation);
+      return 1;
+    }
+    cNegotTraceManager::writeTraceMsg(8, 4, "%s", done);
+    return 0;
+  });
+}
+
+}  // namespace
+
+}  // namespace sdpneg
+
+using namespace sdpneg;
+
+unsigned short sdpModifications::sdpRemoveCodecs(char* sdp, const unsigned char* keep) {
+  if (keep == nullptr) return 1;
+  return editAudioSections(sdp, "sdpRemoveCodecs", "The selected audio codecs have been removed from the SDP",
+                           [keep](const AudioSection& section, int /*attributeLimit*/, Composed& out) {
+                             keepCodecs(section, listOf(keep), out);
+                           });
+}
+
+unsigned short sdpModifications::sdpCodecsReordering(char* sdp, const unsigned char* order) {
+  if (order == nullptr) return 1;
+  return editAudioSections(sdp, "sdpCodecsReordering", "The audio codecs reordering has been done",
+                           [order](const AudioSection& section, int attributeLimit, Composed& out) {
+                             orderCodecs(section, listOf(order), attributeLimit, out);
+                           });
+}

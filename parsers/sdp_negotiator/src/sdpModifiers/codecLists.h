@@ -1,0 +1,55 @@
+#ifndef SDP_MODIFIERS_CODEC_LISTS_H
+#define SDP_MODIFIERS_CODEC_LISTS_H
+
+#include <algorithm>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "sdpDataDefinitions.h"
+#include "sdpNegotiatorParser/audioCodecRules.h"
+#include "sdpNegotiatorParser/codecValues.h"
+
+namespace sdpneg {
+
+/// The values of a codec list up to its first 0.
+inline std::span<const unsigned char> valuesOf(const unsigned char* codecs, int count) {
+  const unsigned char* const end = codecs + std::max(count, 0);
+  return {codecs, std::find(codecs, end, SDP_NO_CODEC)};
+}
+
+inline bool holds(std::span<const unsigned char> list, std::uint8_t codec) {
+  return std::find(list.begin(), list.end(), codec) != list.end();
+}
+
+/// Telephone events and comfort noise, which no restriction removes.
+inline bool isAlwaysKept(std::uint8_t codec) {
+  return codec == codecTelephoneEvent || codec == codecComfortNoise;
+}
+
+/// The lines of one audio section, as text.
+class AudioSection {
+ public:
+  /// @param text begins with the section's m-line and ends where the next section begins
+  explicit AudioSection(std::string_view text) : text_(text) {
+    std::fill_n(dynamic_, kDynamicTypes, kUnasked);
+  }
+
+  std::string_view text() const { return text_; }
+
+  /// The codec of a format, or of an rtpmap or fmtp value, by the section's own lines; 0 when unknown.
+  std::uint8_t codecOf(std::string_view formatOrValue);
+
+ private:
+  static constexpr int kDynamicTypes = lastDynamicPayload - firstDynamicPayload + 1;
+  static constexpr std::uint8_t kUnasked = 255;
+
+  std::uint8_t dynamicCodec(int payloadType) const;
+
+  std::string_view text_;
+  std::uint8_t dynamic_[kDynamicTypes];  ///< codecs of the dynamic payload types asked for so far
+};
+
+}  // namespace sdpneg
+
+#endif

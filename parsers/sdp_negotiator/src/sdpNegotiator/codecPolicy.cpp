@@ -1,0 +1,158 @@
+#include <algorithm>
+#include <span>
+
+#include "sdpModifiers.h"
+#include "sdpModifiers/codecLists.h"
+#include "sdpNegotiator.h"
+#include "sdpNegotiator/request.h"
+#include "sdpNegotiatorTrace.h"
+
+// Which audio codecs a body offers, and in which order. The codec slots of the summary and the text change together.
+
+namespace {
+
+using namespace sdpneg;
+
+/// A codec list of at most 20 values, followed by zeros; what does not fit is left out.
+class CodecList {
+ public:
+  void add(unsigned char codec) {
+    if (count_ < MAX_SDP_NEGOTIATOR_AUDIO_CODECS) values_[count_++] = codec;
+  }
+  std::span<const unsigned char> values() const { return {values_, static_cast<std::size_t>(count_)}; }
+  /// All 20.
+  const unsigned char* data() const { return values_; }
+  int count() const { return count_; }
+
+ private:
+  unsigned char values_[MAX_SDP_NEGOTIATOR_AUDIO_CODECS] = {};
+  int count_ = 0;
+};
+
+/// The given codecs that the body has, in the given order, and behind them telephone events and comfort noise of the
+/// body. Empty when there are no common codecs.
+CodecList inGivenOrder(std::span<const unsigned char> slots, std::span<const unsigned char> given) {
+  CodecList result;
+  for (const unsigned char codec : given) {
+    if (holds(slots, codec)) result.add(codec);
+  }
+  if (result.count() == 0) return result;
+  for (const unsigned char codec : slots) {
+    if (isAlwaysKept(codec) && !holds(result.values(), codec)) result.add(codec);
+  }
+  return result;
+}
+
+/// The body's codecs that are given, with its telephone events and comfort noise, in its own order. Empty when there
+/// are no common codecs besides those two.
+CodecList inOwnOrder(std::span<const unsigned char> slots, std::span<const unsigned char> given) {
+  CodecList result;
+  bool common = false;
+  for (const unsigned char codec : slots) {
+    if (!isAlwaysKept(codec) && !holds(given, codec)) continue;
+    common = common || !isAlwaysKept(codec);
+    result.add(codec);
+  }
+  return common ? result : CodecList();
+}
+
+/// The slots with one codec moved to the front.
+CodecList withFirst(std::span<const unsigned char> slots, unsigned char codec) {
+  CodecList result;
+  result.add(codec);
+  bool moved = false;
+  for (const unsigned char each : slots) {
+    if (each == codec && !moved) {
+      moved = true;
+    } else {
+      result.add(each);
+    }
+  }
+  return result;
+}
+
+}  // namespace
+
+void cSdpNegotiator::replaceAudioCodecs(const unsigned char* codecs, int count) {
+  initAudioCodecs();
+  std::copy_n(codecs, count, parsedData.audioCodec);
+  std::fill(parsedData.packetizationPeriod + count, std::end(parsedData.packetizationPeriod),
+            SDP_PACKETIZATION_NOT_SET);
+}
+
+unsigned short cSdpNegotiator::sdpRestrictAudioCodecsTo(const unsigned char* codecs, int count,
+                                                        bool reorder) {
+  cNegotTraceManager::writeTraceMsg(8, 4, "Request to restrict audio codecs from the SDP.");
+  if (codecs == nullptr) {
+    cNegotTraceManager::writeTraceMsg(4, 3,
+                                      "Empty audio codecs array. Exiting from sdpRestrictAudioCodecsTo");
+    return 0;
+  }
+  const auto slots = valuesOf(parsedData.audioCodec, MAX_SDP_NEGOTIATOR_AUDIO_CODECS);
+  const auto given = valuesOf(codecs, std::min(count, MAX_SDP_NEGOTIATOR_AUDIO_CODECS));
+  const CodecList result = reorder ? inGivenOrder(slots, given) : inOwnOrder(slots, given);
+  if (result.count() == 0) {
+    cNegotTraceManager::writeTraceMsg(2, 2, "No common codecs found. Don't restrict any codec.");
+    return 0;
+  }
+  replaceAudioCodecs(result.data(), result.count());
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE] = "";
+  getSDP(text, sizeof text);
+  if (reorder) {
+    sdpModifications::sdpCodecsReordering(text, result.data());
+  } else {
+    sdpModifications::sdpRemoveCodecs(text, result.data());
+  }
+  sdpParse(text, SDP_TYPE_UNKNOWN);
+  return 1;
+}
+
+unsigned short cSdpNegotiator::sdpChangeAudioCodecPreference(unsigned char codec) {
+  const char* const name = getAudioCodecText(codec);
+  if (codec == SDP_NO_CODEC || isAlwaysKept(codec)) {
+    cNegotTraceManager::writeTraceMsg(4, 3, "Invalid audio codec %s entry", name);
+    return 0;
+  }
+  if (parsedData.audioCodec[0] == codec) return 0;
+  cNegotTraceManager::writeTraceMsg(1, 1, "Request to change AudioCodec %s preference", name);
+  const auto slots = valuesOf(parsedData.audioCodec, MAX_SDP_NEGOTIATOR_AUDIO_CODECS);
+  if (!holds(slots, codec)) {
+    cNegotTraceManager::writeTraceMsg(1, 1, "The preferable Audio Codec %s not found in the SDP", name);
+    return 0;
+  }
+  const CodecList order = withFirst(slots, codec);
+  cNegotTraceManager::writeTraceMsg(1, 1, "Num Of Final Codecs= %d", order.count());
+  applyCodecOrder(order.data(), order.count());
+  return 0;
+}
+
+unsigned short cSdpNegotiator::sdpReorderAudioCodecPreference(const unsigned char* codecs, int count) {
+  if (codecs == nullptr || codecs[0] == SDP_NO_CODEC) {
+    cNegotTraceManager::writeTraceMsg(4, 3,
+                                      "sdpReorderAudioCodecPreference exit - Invalid audio codec entry");
+    return 0;
+  }
+  cNegotTraceManager::writeTraceMsg(1, 1, "Request to change AudioCodec preference");
+  cNegotTraceManager::writeTraceMsg(1, 1, "Num Of Final Codecs= %d", count);
+  // The list is taken as it is: what the slots held is not asked.
+  unsigned char order[MAX_SDP_NEGOTIATOR_AUDIO_CODECS] = {};
+  const int taken = std::clamp(count, 0, MAX_SDP_NEGOTIATOR_AUDIO_CODECS);
+  std::copy_n(codecs, taken, order);
+  applyCodecOrder(order, taken);
+  return 0;
+}
+
+/// Puts a codec order into the slots and the text, which is not parsed again. The object stays as it was when it has a
+/// text that cannot follow.
+void cSdpNegotiator::applyCodecOrder(const unsigned char* order, int count) {
+  const cSdpNegotiator before = *this;
+  replaceAudioCodecs(order, count);
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
+  if (getSDP(text, sizeof text) != 0) {
+    if (isSdpPresent()) *this = before;
+    return;
+  }
+  const bool followed = sdpModifications::sdpCodecsReordering(text, order) == 0 && setRawSDP(text) == 0;
+  if (!followed) *this = before;
+  cNegotTraceManager::writeTraceMsg(1, 1, "Updated SDP: %s", text);
+}

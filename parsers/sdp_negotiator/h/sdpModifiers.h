@@ -229,6 +229,73 @@ class SDP_NEGOTIATOR_API sdpModifications {
   static unsigned short setMediaConnectionMode(char* sdp, const char* savedSdp, char* firstMLine,
                                                const char* mediaName, const char* mode);
   /// @}
+
+  /// @name Removal of attributes (attributeRemoval.cpp)
+  ///
+  /// A line goes from the place where the searched text stands, also in the middle of the line, through its LF; one
+  /// without LF stays and ends the removal. Joined texts that match go too.
+  /// @{
+
+  /// Removes every line with a text, for example "a=key-mgmt:" (RFC 4567) or "a=crypto" (RFC 4568).
+  /// @return 0, also when there was none
+  static unsigned short sdpRemoveSecureAttributes(char* sdp, const char* prefix);
+  /// Removes the attributes of DTLS-SRTP (RFC 5763): "a=setup:" and "a=fingerprint:".
+  /// @return 0
+  static unsigned short sdpRemoveDTLSAttributes(char* sdp);
+  /// Removes the group lines of ANAT (RFC 4091); the mid lines stay.
+  static void sdpRemoveAnatAttributes(char* sdp);
+  /// Removes the attributes of ICE (RFC 8839) but an "a=ice-mismatch" without a colon.
+  /// @return 0
+  static unsigned short sdpRemoveICE(char* sdp);
+  /// Removes the candidates of ICE, "a=candidate:" and "a=remote-candidates:".
+  /// @return 0
+  static unsigned short sdpRemoveCandidates(char* sdp);
+  /// @}
+
+  /// @name ICE and ANAT (dualStackIce.cpp, anat.cpp)
+  /// @{
+
+  /// @}
+
+  /// @name Connection lines (connectionLines.cpp)
+  /// @{
+
+  /// @}
+
+  /// @name Removal and return of m-lines (mediaRemoval.cpp, mediaReturn.cpp)
+  /// @{
+
+  /// @}
+
+  /// @name Best-effort SRTP (bestEffort.cpp)
+  /// @{
+
+  /// @}
+
+  /// @name SDES (sdes.cpp)
+  /// @{
+
+  /// @}
+
+  /// @name Sets of m-lines (mediaSet.cpp)
+  /// @{
+
+  /// @}
+
+  /// @name Dummy bodies (dummy.cpp)
+  /// @{
+
+  /// @}
+
+  /// @name Video sections (videoSections.cpp)
+  /// @{
+
+  /// @}
+
+  /// @name Answer update (answerUpdate.cpp)
+  /// @{
+
+  /// @}
 };
 
 #endif

@@ -362,6 +362,21 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short sdpReorderAudioCodecPreference(const unsigned char* codecs, int count);
   /// @}
 
+  /// @name Video (sdpNegotiator/video.cpp)
+  /// @{
+
+  /// @}
+
+  /// @name Security (sdpNegotiator/security.cpp)
+  /// @{
+
+  /// @}
+
+  /// @name Offer versions (sdpNegotiator/offerVersion.cpp)
+  /// @{
+
+  /// @}
+
   /// @name Media requests (sdpNegotiator/mediaRequests.cpp)
   ///
   /// Each changes the text and parses it again. The result is the first status that is not 0: 1 for an empty

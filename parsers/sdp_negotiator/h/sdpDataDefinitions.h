@@ -108,6 +108,22 @@ enum eNonSupportedSecurity : int {
   NON_SUPPORTED_RTP = 3  ///< the plain RTP media
 };
 
+/// What a precondition line says (RFC 3312), values of `sSdpPrecondions::status`.
+enum eSdpPreconditionStatus : unsigned int {
+  SDP_PRECONDITION_CURRENT = 1,
+  SDP_PRECONDITION_DESIRED = 2,
+  SDP_PRECONDITION_CONFIRMED = 3
+};
+
+/// One precondition line.
+struct sSdpPrecondions {
+  unsigned int status;      ///< an eSdpPreconditionStatus
+  unsigned int type;        ///< 0 quality of service, 1 token
+  unsigned int strength;    ///< of desired lines: 0 mandatory, 1 optional, 2 none, 3 failure, 4 unknown
+  unsigned int statusType;  ///< 0 end-to-end, 1 local, 2 remote
+  unsigned int direction;   ///< 0 none, 1 send, 2 receive, 3 both
+};
+
 /// The parsed summary of one SDP body: 132 bytes, whose layout is also the object's transfer form.
 struct SDP_NEGOTIATOR_API sSdpParsedData {
   std::uint16_t storedSdpLength;  ///< deflated bytes of the object's stored text, 0 when it is plain

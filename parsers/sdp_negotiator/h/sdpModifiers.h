@@ -4,22 +4,6 @@
 #include "sdpDataDefinitions.h"
 #include "sdpNegotiatorExport.h"
 
-/// What a precondition line says (RFC 3312), values of `sSdpPrecondions::status`.
-enum eSdpPreconditionStatus : unsigned int {
-  SDP_PRECONDITION_CURRENT = 1,
-  SDP_PRECONDITION_DESIRED = 2,
-  SDP_PRECONDITION_CONFIRMED = 3
-};
-
-/// One precondition line.
-struct sSdpPrecondions {
-  unsigned int status;      ///< an eSdpPreconditionStatus
-  unsigned int type;        ///< 0 quality of service, 1 token
-  unsigned int strength;    ///< of desired lines: 0 mandatory, 1 optional, 2 none, 3 failure, 4 unknown
-  unsigned int statusType;  ///< 0 end-to-end, 1 local, 2 remote
-  unsigned int direction;   ///< 0 none, 1 send, 2 receive, 3 both
-};
-
 /// Edits of SDP texts (RFC 4566).
 ///
 /// A class of static operations without state. Each edits a caller's buffer of MAX_SDP_PROTOCOL_DATA_SIZE

@@ -391,6 +391,67 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short sdpReplaceMode(unsigned char mode);
   /// `sdpModifications::sdpInsertSilenceSuppression` on the text, with the object's own summary.
   unsigned short sdpInsertSilenceSuppression(unsigned char value);
+  /// `sdpModifications::sdpInsertEchoCancellation` on the text.
+  unsigned short sdpInsertEchoCancellation(unsigned char echoCancellation, unsigned char direction);
+  /// `sdpModifications::sdpReplaceCxIP` on the text.
+  unsigned short sdpReplaceCxIP(const char* ip);
+  /// `sdpModifications::sdpDisablePort` on the text, for any address version.
+  /// @param mediaMask bits of media; with video, application m-lines are disabled too
+  unsigned short sdpDisablePort(unsigned int mediaMask);
+  /// Sets port 0 on the m-lines that have RTP/SAVP on them.
+  unsigned short sdpDisableSAVPPorts();
+  /// Sets port 0 on the other m-lines.
+  unsigned short sdpDisableAVPPorts();
+  /// `sdpModifications::sdpRemoveVideoMedia` on the text: port 0 for video, and of its sections only the c-line is
+  /// left.
+  unsigned short sdpRemoveAllVideoMedia();
+  /// `sdpModifications::sdpRemoveVideoMedia` on the text: port 0 for video.
+  unsigned short sdpRemoveVideoMedia();
+  /// `sdpModifications::sdpBuild2mLineSDP` on the text.
+  unsigned short sdpBuild2mLineSDP();
+  /// @}
+
+  /// @name Attribute requests (sdpNegotiator/attributeRequests.cpp)
+  ///
+  /// They store the text and leave the summary but for what is said. The object is unchanged when the text cannot be
+  /// stored.
+  /// @{
+
+  /// `sdpModifications::sdpRemoveICE` on the text; clears SDP_ATTR_ICE_LITE and SDP_ATTR_FULL_ICE.
+  /// @return 1 when neither is set, else 0, also when the text could not be read or stored
+  unsigned short sdpRemoveIce();
+  /// `sdpModifications::sdpDelPreconditions` on the text.
+  /// @return 0; 1 for an empty object; 2 when the text cannot be stored
+  unsigned short sdpDelPrecondions();
+  /// `sdpModifications::sdpInsertPrecondions` on the text; an empty object has an empty one.
+  /// @param a             1 adds
+  /// @param b             the number of records
+  /// @param preconditions the records
+  /// @return 0; 1 for null or when the edit fails; 2 when the text cannot be stored
+  unsigned short sdpInsertPrecondions(int a, int b, const sSdpPrecondions* preconditions);
+  /// @}
+
+  /// @name Dummy bodies (sdpNegotiator/dummyRequests.cpp)
+  /// @{
+
+  /// Replaces the body by an offer that stands for one to come: a secure audio m-line on the loopback address. A body
+  /// of this kind is told by `isRmDummySdp`.
+  /// @param sessionId of the o-line
+  /// @param version   of the o-line
+  /// @return the status of the parse
+  unsigned short sdpCreateRmDummyOffer(unsigned int sessionId, unsigned int version, bool ipv6);
+  /// @}
+
+  /// @name Video limit (sdpNegotiator/videoLimit.cpp)
+  /// @{
+
+  /// Lowers the bandwidth of video b-lines and the level of H.264 formats, each when it is below what the summary
+  /// tells, and records them there.
+  /// @param bandwidth as the b-lines have it
+  /// @param profile   an eH264_profile_id
+  /// @return 0; 1 for an empty object; 2 when the text cannot be stored, the object unchanged; with neither to be
+  ///         lowered the result of a trace call: 0 while tracing is off
+  unsigned short sdpLimitVideoMediaBandwidth(unsigned int bandwidth, eH264_profile_id profile);
   /// @}
 
  private:

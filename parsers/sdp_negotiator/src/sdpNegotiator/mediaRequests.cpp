@@ -1,14 +1,28 @@
+#include "ipVersions.h"
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
 #include "sdpNegotiatorTrace.h"
 
+// Requests that edit the media of the text: each traces, runs one edit, and parses what comes of it.
+
 using sdpneg::editAndParse;
+using M = sdpModifications;
+
+namespace {
+
+unsigned short disablePorts(cSdpNegotiator& object, M::eMediaSecurityType security) {
+  constexpr int kAnyMedia = -1;
+  return editAndParse(object, [&](char* text) {
+    return M::sdpSetMediaPort(text, kAnyMedia, sdpneg::ipVersionUnknown, security, 0);
+  });
+}
+
+}  // namespace
 
 unsigned short cSdpNegotiator::sdpReplaceMode(unsigned char mode, int mediaMask) {
   cNegotTraceManager::writeTraceMsg(8, 4, "Request to set the connection mode to:%d.", mode);
-  return editAndParse(*this,
-                      [&](char* text) { return sdpModifications::sdpReplaceMode(text, mode, mediaMask); });
+  return editAndParse(*this, [&](char* text) { return M::sdpReplaceMode(text, mode, mediaMask); });
 }
 
 unsigned short cSdpNegotiator::sdpReplaceMode(unsigned char mode) {
@@ -21,7 +35,59 @@ unsigned short cSdpNegotiator::sdpReplaceMode(unsigned char mode) {
 unsigned short cSdpNegotiator::sdpInsertSilenceSuppression(unsigned char value) {
   cNegotTraceManager::writeTraceMsg(1, 1, "Request to insert  silence suppression: silence_suppression=%d",
                                     value);
+  return editAndParse(*this,
+                      [&](char* text) { return M::sdpInsertSilenceSuppression(text, value, parsedData); });
+}
+
+unsigned short cSdpNegotiator::sdpInsertEchoCancellation(unsigned char echoCancellation,
+                                                         unsigned char direction) {
+  cNegotTraceManager::writeTraceMsg(
+      1, 1, "Request to insert  echo cancellation: echo_cancellation=%d, direction=%d", echoCancellation,
+      direction);
+  return editAndParse(
+      *this, [&](char* text) { return M::sdpInsertEchoCancellation(text, echoCancellation, direction); });
+}
+
+unsigned short cSdpNegotiator::sdpReplaceCxIP(const char* ip) {
+  cNegotTraceManager::writeTraceMsg(8, 4, "Request to replace the IP to:%s.", ip != nullptr ? ip : "");
+  return editAndParse(*this, [&](char* text) { return M::sdpReplaceCxIP(text, ip); });
+}
+
+unsigned short cSdpNegotiator::sdpDisablePort(unsigned int mediaMask) {
+  cNegotTraceManager::writeTraceMsg(1, 1, "Request to disable the port of (%d) media type.",
+                                    static_cast<int>(mediaMask));
+  if ((mediaMask & MEDIA_VIDEO) != 0) {
+    mediaMask |= MEDIA_APPLICATION;
+    cNegotTraceManager::writeTraceMsg(
+        1, 1, "Request to disable video media: application media will also be disabled");
+  }
+  cNegotTraceManager::writeTraceMsg(1, 1, "Request to disable the port of media type (0x%x)", mediaMask);
   return editAndParse(*this, [&](char* text) {
-    return sdpModifications::sdpInsertSilenceSuppression(text, value, parsedData);
+    return M::sdpDisablePort(text, static_cast<int>(mediaMask), sdpneg::ipVersionUnknown);
   });
+}
+
+unsigned short cSdpNegotiator::sdpDisableSAVPPorts() {
+  cNegotTraceManager::writeTraceMsg(8, 4, "Request to disable the secure media ports.");
+  return disablePorts(*this, M::MEDIA_SECURITY_SECURE);
+}
+
+unsigned short cSdpNegotiator::sdpDisableAVPPorts() {
+  cNegotTraceManager::writeTraceMsg(8, 4, "Request to disable the non-secure media ports.");
+  return disablePorts(*this, M::MEDIA_SECURITY_NON_SECURE);
+}
+
+unsigned short cSdpNegotiator::sdpRemoveAllVideoMedia() {
+  cNegotTraceManager::writeTraceMsg(1, 1, "Request to remove ALL video media.");
+  return editAndParse(*this, [](char* text) { return M::sdpRemoveVideoMedia(text, true); });
+}
+
+unsigned short cSdpNegotiator::sdpRemoveVideoMedia() {
+  cNegotTraceManager::writeTraceMsg(1, 1, "Request to remove video media.");
+  return editAndParse(*this, [](char* text) { return M::sdpRemoveVideoMedia(text, false); });
+}
+
+unsigned short cSdpNegotiator::sdpBuild2mLineSDP() {
+  cNegotTraceManager::writeTraceMsg(1, 1, "Request to build 2mLine SDP.");
+  return sdpneg::editAnywayAndParse(*this, M::sdpBuild2mLineSDP);
 }

@@ -3,6 +3,7 @@
 
 #include "sdpDataDefinitions.h"
 #include "sdpNegotiator.h"
+#include "sdpNegotiatorTrace.h"
 
 namespace sdpneg {
 
@@ -26,10 +27,36 @@ unsigned short editAndParse(cSdpNegotiator& object, Edit edit) {
   return editText(object, edit, [&](const char* text) { return object.sdpParse(text, SDP_TYPE_UNKNOWN); });
 }
 
+/// The same for an edit whose status does not count.
+template <typename Edit>
+unsigned short editAnywayAndParse(cSdpNegotiator& object, Edit edit) {
+  return editAndParse(object, [&](char* text) -> unsigned short {
+    edit(text);
+    return 0;
+  });
+}
+
 /// The edited text is stored, and the summary stays as it is.
 template <typename Edit>
 unsigned short editAndStore(cSdpNegotiator& object, Edit edit) {
   return editText(object, edit, [&](const char* text) { return object.setRawSDP(text); });
+}
+
+/// Stores a text; the object stays as it was when the text finds no room.
+inline unsigned short storeOrStay(cSdpNegotiator& object, const char* text) {
+  const cSdpNegotiator before = object;
+  const unsigned short status = object.setRawSDP(text);
+  if (status != 0) {
+    object = before;
+    cNegotTraceManager::writeTraceMsg(4, 3, "The edited SDP cannot be stored. The SDP is left as it was.");
+  }
+  return status;
+}
+
+/// The edited text is stored, and the summary stays as it is; so does the text when the edited one finds no room.
+template <typename Edit>
+unsigned short editAndStoreOrStay(cSdpNegotiator& object, Edit edit) {
+  return editText(object, edit, [&](const char* text) { return storeOrStay(object, text); });
 }
 
 }  // namespace sdpneg

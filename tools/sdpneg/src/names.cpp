@@ -58,10 +58,7 @@ std::string videoCodecName(std::uint8_t codec) {
 }
 
 std::string h264LevelName(std::int32_t level) {
-  constexpr std::string_view kNames[] = {"1", "1b",  "1.1", "1.2", "1.3", "2",   "2.1", "2.2",
-                                         "3", "3.1", "3.2", "4",   "4.1", "4.2", "5",   "5.1"};
-  static_assert(std::size(kNames) == H264_LEVEL_5_1 + 1);
-  return level < 0 ? std::string() : std::string(nameAt(kNames, static_cast<std::size_t>(level)));
+  return level < 0 ? std::string() : std::string(nameAt(h264LevelNames, static_cast<std::size_t>(level)));
 }
 
 std::string featureName(std::uint8_t state) {

@@ -2,7 +2,9 @@
 #define SDPNEG_NAMES_H
 
 #include <cstdint>
+#include <iterator>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "sdpDataDefinitions.h"
@@ -22,6 +24,11 @@ std::string audioCodecName(std::uint8_t codec);
 /// The name of an audio codec in traces.
 std::string audioCodecTextName(std::uint8_t codec);
 std::string videoCodecName(std::uint8_t codec);
+
+/// The H.264 levels by their eH264_profile_id.
+inline constexpr std::string_view h264LevelNames[] = {"1", "1b",  "1.1", "1.2", "1.3", "2",   "2.1", "2.2",
+                                                      "3", "3.1", "3.2", "4",   "4.1", "4.2", "5",   "5.1"};
+static_assert(std::size(h264LevelNames) == H264_LEVEL_5_1 + 1);
 
 /// "3.1"; an empty text where there is no H.264 format.
 std::string h264LevelName(std::int32_t level);

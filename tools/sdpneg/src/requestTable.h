@@ -23,10 +23,11 @@ struct RequestArgument {
   bool isFile = false;                               ///< a file with another body; one in a request
 };
 
-/// What a command line says to a request.
+/// What a command line says to a request, and what the request says to it.
 struct RequestInput {
   std::vector<std::string> words;
-  std::optional<cSdpNegotiator> other;  ///< the body of its file
+  std::optional<cSdpNegotiator> other = std::nullopt;  ///< the body of its file
+  std::string refusal = {};                            ///< why it is refused, where the trace does not tell
 
   /// An argument; null when it was left out.
   const char* word(std::size_t index) const { return index < words.size() ? words[index].c_str() : nullptr; }
@@ -37,10 +38,22 @@ struct RequestRow {
   std::span<const RequestArgument> arguments;
   std::string_view help;  ///< one line
   /// @return the library's status
-  unsigned short (*run)(cSdpNegotiator& object, const RequestInput& input);
+  unsigned short (*run)(cSdpNegotiator& object, RequestInput& input);
   /// Whether the status of a refusal is the result of a trace call. Then a traced error tells it.
   bool refusalIsTraced = false;
 };
+
+/// A row's function for a request without arguments.
+template <unsigned short (cSdpNegotiator::*operation)()>
+unsigned short plainRequest(cSdpNegotiator& object, RequestInput& /*input*/) {
+  return (object.*operation)();
+}
+
+// The rows of each topic, in the order of the help.
+std::span<const RequestRow> originRequests();
+std::span<const RequestRow> codecRequests();
+std::span<const RequestRow> mediaRequests();
+std::span<const RequestRow> attributeRequests();
 
 /// All requests in the order of the help.
 std::span<const RequestRow> requestTable();

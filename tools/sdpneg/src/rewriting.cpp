@@ -22,7 +22,9 @@ std::optional<std::string> run(cSdpNegotiator& object, const RequestCall& call, 
            " characters that requests take";
   }
   const std::size_t begin = trace.lines().size();
-  const unsigned short status = call.row->run(object, call.input);
+  RequestInput input = call.input;
+  const unsigned short status = call.row->run(object, input);
+  if (!input.refusal.empty()) return input.refusal;
   auto refusal = refusalOf(*call.row, status, Trace(trace.lines()).subspan(begin));
   if (refusal) return refusal;
   text = bodyText(object);

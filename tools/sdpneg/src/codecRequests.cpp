@@ -1,0 +1,86 @@
+#include <limits>
+
+#include "names.h"
+#include "requestArguments.h"
+#include "requestTable.h"
+#include "wholeNumber.h"
+
+// Requests for codecs and what they may take.
+
+namespace tool {
+namespace {
+
+constexpr std::string_view orders[] = {"kept", "given"};
+bool isBandwidth(std::string_view word) { return wholeNumber<unsigned int>(word).has_value(); }
+
+constexpr RequestArgument restrictArguments[] = {
+    {.name = "CODECS", .expects = "names of audio codecs between commas", .accepts = areAudioCodecs},
+    {.name = "ORDER", .expects = "an order", .values = orders, .optional = true}};
+
+unsigned short restrictAudio(cSdpNegotiator& object, RequestInput& input) {
+  const auto codecs = *audioCodecsOf(input.words[0]);
+  const bool given = input.words.size() > 1 && indexOf(orders, input.words[1]) == 1;
+  // The library says 1 when it has restricted the codecs.
+  const auto count = static_cast<int>(codecs.size());
+  return object.sdpRestrictAudioCodecsTo(codecs.data(), count, given) == 1 ? 0 : 1;
+}
+
+bool isFirst(const cSdpNegotiator& object, unsigned char codec) {
+  return object.getParsedData().audioCodec[0] == codec;
+}
+
+constexpr RequestArgument preferArguments[] = {
+    {.name = "CODEC", .expects = "the name of an audio codec", .accepts = isAudioCodec}};
+
+unsigned short preferAudio(cSdpNegotiator& object, RequestInput& input) {
+  const unsigned char codec = audioCodecOf(input.words[0]);
+  object.sdpChangeAudioCodecPreference(codec);
+  return isFirst(object, codec) ? 0 : 1;
+}
+
+constexpr RequestArgument reorderArguments[] = {
+    {.name = "CODECS", .expects = "names of audio codecs between commas", .accepts = areAudioCodecs}};
+
+unsigned short reorderAudio(cSdpNegotiator& object, RequestInput& input) {
+  const auto codecs = *audioCodecsOf(input.words[0]);
+  object.sdpReorderAudioCodecPreference(codecs.data(), static_cast<int>(codecs.size()));
+  return isFirst(object, codecs[0]) ? 0 : 1;
+}
+
+constexpr RequestArgument bandwidthArguments[] = {
+    {.name = "N", .expects = "a whole number of 32 bits, as the b-lines have it", .accepts = isBandwidth}};
+
+unsigned short capVideoBandwidth(cSdpNegotiator& object, RequestInput& input) {
+  const unsigned int limit = wholeNumber<unsigned int>(input.words[0]).value_or(0);
+  const unsigned int current = object.getParsedData().videoBandwidth;
+  if (limit >= current) {
+    input.refusal = "the bandwidth of the video is " + std::to_string(current);
+    return 1;
+  }
+  return object.sdpLimitVideoMediaBandwidth(limit, H264_PROFILE_NOT_PRESENT);
+}
+
+constexpr RequestArgument levelArguments[] = {
+    {.name = "LEVEL", .expects = "an H.264 level", .values = h264LevelNames}};
+
+unsigned short capH264Level(cSdpNegotiator& object, RequestInput& input) {
+  const auto level = static_cast<eH264_profile_id>(indexOf(h264LevelNames, input.words[0]));
+  const std::int32_t current = object.getParsedData().h264Profile;
+  object.sdpLimitVideoMediaBandwidth(std::numeric_limits<unsigned int>::max(), level);
+  return object.getParsedData().h264Profile != current ? 0 : 1;
+}
+
+constexpr RequestRow rows[] = {
+    {"restrict-audio", restrictArguments, "Keep these audio codecs, in the body's order or the given one.",
+     restrictAudio},
+    {"prefer-audio", preferArguments, "Put an audio codec of the body first.", preferAudio},
+    {"reorder-audio", reorderArguments, "Keep these audio codecs in this order; others go.", reorderAudio},
+    {"cap-video-bandwidth", bandwidthArguments, "Lower the b-lines of the video that are above N.",
+     capVideoBandwidth},
+    {"cap-h264-level", levelArguments, "Lower the H.264 levels that are above LEVEL.", capH264Level}};
+
+}  // namespace
+
+std::span<const RequestRow> codecRequests() { return rows; }
+
+}  // namespace tool

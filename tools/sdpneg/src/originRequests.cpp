@@ -1,0 +1,62 @@
+#include <algorithm>
+
+#include "requestArguments.h"
+#include "requestTable.h"
+#include "wholeNumber.h"
+
+// Requests for the o-line.
+
+namespace tool {
+namespace {
+
+bool isVersionNumber(std::string_view word) { return wholeNumber<long long>(word).has_value(); }
+
+/// A word that may stand in an o-line as one of its fields.
+bool isField(std::string_view word) {
+  return !word.empty() && std::all_of(word.begin(), word.end(), [](char c) {
+    return static_cast<unsigned char>(c) > ' ' && c != '\x7f';
+  });
+}
+
+constexpr RequestArgument setVersionArguments[] = {
+    {.name = "N", .expects = "a whole number of 64 bits", .accepts = isVersionNumber}};
+
+unsigned short setVersion(cSdpNegotiator& object, RequestInput& input) {
+  return object.sdpSetVersionNumberLong(wholeNumber<long long>(input.words[0]).value_or(0));
+}
+
+constexpr RequestArgument modifyOriginArguments[] = {
+    {.name = "ID", .expects = "a session id without blanks", .accepts = isField},
+    {.name = "VERSION", .expects = "a session version without blanks", .accepts = isField},
+    {.name = "IP", .expects = "an IP address", .accepts = isAddress, .optional = true}};
+
+unsigned short modifyOrigin(cSdpNegotiator& object, RequestInput& input) {
+  return object.sdpModifyOLine(input.word(0), input.word(1), input.word(2));
+}
+
+constexpr RequestArgument copyOriginArguments[] = {
+    {.name = "FILE", .expects = "a body or SIP message", .isFile = true}};
+
+unsigned short copyOrigin(cSdpNegotiator& object, RequestInput& input) {
+  return object.copyOLine(input.other ? &*input.other : nullptr);
+}
+
+constexpr RequestRow rows[] = {
+    {"set-version", setVersionArguments, "Set the session version of the o-line.", setVersion},
+    {"increase-version",
+     {},
+     "Raise the session version of the o-line by one.",
+     plainRequest<&cSdpNegotiator::sdpIncVersion>},
+    {"modify-origin", modifyOriginArguments,
+     "Write a new o-line; without an address, with the unspecified one.", modifyOrigin, true},
+    {"renew-origin",
+     {},
+     "Write a new o-line with id and version by the time of day.",
+     plainRequest<&cSdpNegotiator::sdpModifyOLine>},
+    {"copy-origin", copyOriginArguments, "Take the o-line of another body over.", copyOrigin}};
+
+}  // namespace
+
+std::span<const RequestRow> originRequests() { return rows; }
+
+}  // namespace tool

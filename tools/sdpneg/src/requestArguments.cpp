@@ -1,0 +1,52 @@
+#include "requestArguments.h"
+
+#include <algorithm>
+#include <string>
+
+#include "cMsgIPAddress.h"
+#include "sdpNegotiator.h"
+#include "text/search.h"
+
+namespace tool {
+
+std::size_t indexOf(std::span<const std::string_view> values, std::string_view word) {
+  const auto found = std::find_if(values.begin(), values.end(), [word](std::string_view value) {
+    return sdpneg::equalNoCase(value, word);
+  });
+  return static_cast<std::size_t>(found - values.begin());
+}
+
+std::vector<std::string_view> splitAt(std::string_view text, char separator) {
+  std::vector<std::string_view> pieces;
+  for (std::size_t end = text.find(separator); end != sdpneg::npos; end = text.find(separator)) {
+    pieces.push_back(text.substr(0, end));
+    text.remove_prefix(end + 1);
+  }
+  pieces.push_back(text);
+  return pieces;
+}
+
+bool isAddress(std::string_view word) { return cMsgIPAddress::isValid(std::string(word).c_str()); }
+
+unsigned char audioCodecOf(std::string_view name) {
+  constexpr std::string_view kNoName = "NOT_SPECIFIED";  // of the codecs that rtpmap lines have no name for
+  if (name.empty() || sdpneg::equalNoCase(name, kNoName)) return SDP_NO_CODEC;
+  const std::string text(name);
+  const unsigned char value = cSdpNegotiator::getRtpMapAudioCodecValue(text.c_str());
+  return value != SDP_NO_CODEC ? value : cSdpNegotiator::getAudioCodecValue(text.c_str());
+}
+
+std::optional<std::vector<unsigned char>> audioCodecsOf(std::string_view names) {
+  std::vector<unsigned char> codecs;
+  for (const std::string_view name : splitAt(names, ',')) {
+    codecs.push_back(audioCodecOf(name));
+    if (codecs.back() == SDP_NO_CODEC) return std::nullopt;
+  }
+  if (codecs.size() > MAX_SDP_NEGOTIATOR_AUDIO_CODECS) return std::nullopt;
+  return codecs;
+}
+
+bool isAudioCodec(std::string_view word) { return audioCodecOf(word) != SDP_NO_CODEC; }
+bool areAudioCodecs(std::string_view word) { return audioCodecsOf(word).has_value(); }
+
+}  // namespace tool

@@ -1,0 +1,33 @@
+#ifndef SDPNEG_REQUEST_ARGUMENTS_H
+#define SDPNEG_REQUEST_ARGUMENTS_H
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+// What words can be arguments of requests, and what they mean.
+
+namespace tool {
+
+/// Where a word stands among some values, in any letter case; their number when it does not.
+std::size_t indexOf(std::span<const std::string_view> values, std::string_view word);
+
+/// The pieces of a text between separators; an empty text is one empty piece.
+std::vector<std::string_view> splitAt(std::string_view text, char separator);
+
+bool isAddress(std::string_view word);
+
+/// The value of an audio codec by its encoding name or its name in traces; 0 when there is none.
+unsigned char audioCodecOf(std::string_view name);
+
+/// The values of names between commas; nothing when one is unknown or there are more than 20.
+std::optional<std::vector<unsigned char>> audioCodecsOf(std::string_view names);
+
+bool isAudioCodec(std::string_view word);
+bool areAudioCodecs(std::string_view word);
+
+}  // namespace tool
+
+#endif

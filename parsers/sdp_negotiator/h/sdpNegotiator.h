@@ -347,7 +347,8 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
 
   /// @name Audio codec policy (sdpNegotiator/codecPolicy.cpp)
   ///
-  /// Codec lists end at their first 0; at most 20 values are read.
+  /// Codec lists end at their first 0; at most 20 values are read. A restriction parses the new text; the others leave
+  /// the summary but for the slots as the last parse had it, the o-line's place too.
   /// @{
 
   /// Keeps the audio codecs that a list shares with the body; telephone events and comfort noise stay.

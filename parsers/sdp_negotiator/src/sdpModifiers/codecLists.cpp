@@ -10,6 +10,7 @@
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorParser/withDescription.h"
 #include "sdpNegotiatorTrace.h"
+#include "text/anyLines.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
 
@@ -35,43 +36,40 @@ std::optional<std::string_view> formatValue(std::string_view line) {
   return rtpmap ? rtpmap : attributeValue(line, "a=fmtp");
 }
 
-/// A line however it ends: at CR LF, LF or a lone CR.
-struct AnyLine {
-  std::string_view content;
-  std::string_view whole;  ///< with its end
+}  // namespace
 
-  std::string_view end() const { return whole.substr(content.size()); }
-};
+std::optional<AudioSection::FormatLine> AudioSection::formatLine(std::string_view line) {
+  if (!startsWith(line, "a=rtpmap") && !startsWith(line, "a=fmtp")) return std::nullopt;
+  const std::size_t colon = line.find(':');
+  if (colon == npos) return std::nullopt;
+  const std::string_view value = line.substr(colon + 1);
+  return FormatLine{line.substr(2, colon - 2), value, numberOrZero<int>(value)};
+}
 
-AnyLine takeLine(std::string_view& text) {
-  const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
-  const std::string_view behind = text.substr(end);
-  const std::size_t next = end + (startsWith(behind, "\r\n") ? 2U : behind.empty() ? 0U : 1U);
-  const AnyLine line{text.substr(0, end), text.substr(0, next)};
-  text.remove_prefix(next);
-  return line;
+void AudioSection::readFormatLines() {
+  AnyLines lines(unread_);
+  while (!lines.atEnd() && noOfLines_ < kRemembered) {
+    if (const auto line = formatLine(lines.next().content)) lines_[noOfLines_++] = *line;
+  }
+  unread_ = lines.rest();
 }
 
 /// Adds an attribute to a block when the analysis reads it for that payload type.
-void addLine(a_line& block, std::string_view attribute, int payloadType) {
-  const std::string_view name = attribute.substr(0, attribute.find(':'));
-  if (name.size() == attribute.size() || (!startsWith(name, "rtpmap") && !startsWith(name, "fmtp"))) return;
-  const std::string_view value = attribute.substr(name.size() + 1);
-  if (block.count == SDP_ATTRIBUTE_CAPACITY || numberOrZero<int>(value) != payloadType) return;
+void AudioSection::addLine(a_line& block, const FormatLine& line, int payloadType) {
+  if (block.count == SDP_ATTRIBUTE_CAPACITY || line.payloadType != payloadType) return;
   a_line::entry& entry = block.entries[block.count++];
-  entry.name[name.copy(entry.name, sizeof entry.name - 1)] = '\0';
-  entry.value[value.copy(entry.value, sizeof entry.value - 1)] = '\0';
+  entry.name[line.name.copy(entry.name, sizeof entry.name - 1)] = '\0';
+  entry.value[line.value.copy(entry.value, sizeof entry.value - 1)] = '\0';
   entry.hasColon = 1;
 }
 
-}  // namespace
-
-std::uint8_t AudioSection::dynamicCodec(int payloadType) const {
+std::uint8_t AudioSection::dynamicCodec(int payloadType) {
   a_line block;
   block.count = 0;
-  for (std::string_view rest = text_; !rest.empty();) {
-    const std::string_view line = takeLine(rest).content;
-    if (startsWith(line, "a=")) addLine(block, line.substr(2), payloadType);
+  if (noOfLines_ == 0) readFormatLines();
+  for (std::size_t i = 0; i < noOfLines_; ++i) addLine(block, lines_[i], payloadType);
+  for (AnyLines lines(unread_); !lines.atEnd();) {
+    if (const auto line = formatLine(lines.next().content)) addLine(block, *line, payloadType);
   }
   return sdpParserMessage::convertDynamicCodec(payloadType, &block);
 }
@@ -93,14 +91,12 @@ namespace {
 using Composed = FixedText<MAX_SDP_PROTOCOL_DATA_SIZE>;
 
 /// Takes the lines up to the next m-line.
-std::string_view takeSection(std::string_view& text) {
-  std::string_view rest = text;
+std::string_view takeSection(AnyLines& lines) {
+  const std::string_view text = lines.rest();
   do {
-    takeLine(rest);
-  } while (!rest.empty() && !startsWith(rest, "m="));
-  const std::string_view section = text.substr(0, text.size() - rest.size());
-  text = rest;
-  return section;
+    lines.next();
+  } while (!lines.atEnd() && !startsWith(lines.rest(), "m="));
+  return text.substr(0, text.size() - lines.rest().size());
 }
 
 bool isAudio(std::string_view section) {
@@ -130,16 +126,16 @@ void keepCodecs(AudioSection section, std::span<const unsigned char> keep, Compo
     const std::uint8_t codec = section.codecOf(text);
     return isAlwaysKept(codec) || (codec != SDP_NO_CODEC && holds(keep, codec));
   };
-  std::string_view rest = section.text();
-  const AnyLine first = takeLine(rest);
+  AnyLines lines(section.text());
+  const AnyLine first = lines.next();
   MediaLine mLine(first.content);
   out.add(mLine.start);
   for (std::string_view format = mLine.formats.next(); !format.empty(); format = mLine.formats.next()) {
     if (isKept(format)) out.add(" ").add(format);
   }
   out.add(first.end());
-  while (!rest.empty()) {
-    const AnyLine line = takeLine(rest);
+  while (!lines.atEnd()) {
+    const AnyLine line = lines.next();
     const auto value = formatValue(line.content);
     if (!value || isKept(*value)) out.add(line.whole);
   }
@@ -169,9 +165,9 @@ class MovedLines {
 };
 
 template <typename Wanted, typename Add>
-void forEachLine(std::string_view lines, Wanted wanted, Add add) {
-  while (!lines.empty()) {
-    const AnyLine line = takeLine(lines);
+void forEachLine(std::string_view text, Wanted wanted, Add add) {
+  for (AnyLines lines(text); !lines.atEnd();) {
+    const AnyLine line = lines.next();
     if (wanted(line.content)) add(line);
   }
 }
@@ -180,8 +176,9 @@ void forEachLine(std::string_view lines, Wanted wanted, Add add) {
 /// the other attributes; all other formats go.
 void orderCodecs(AudioSection section, std::span<const unsigned char> order, int attributeLimit,
                  Composed& out) {
-  std::string_view lines = section.text();
-  const AnyLine first = takeLine(lines);
+  AnyLines all(section.text());
+  const AnyLine first = all.next();
+  const std::string_view lines = all.rest();
   const MediaLine mLine(first.content);
   MovedLines moved(out, attributeLimit);
   out.add(mLine.start);
@@ -236,8 +233,8 @@ unsigned short editAudioSections(char* sdp, const char* operation, const char* d
     const int attributeLimit =
         sdp_isComplete(&description) ? SDP_ATTRIBUTE_CAPACITY : MAX_SDP_PROTOCOL_DATA_SIZE;
     Composed edited;
-    for (std::string_view rest = text.view(); !rest.empty();) {
-      const std::string_view section = takeSection(rest);
+    for (AnyLines lines(text.view()); !lines.atEnd();) {
+      const std::string_view section = takeSection(lines);
       if (isAudio(section)) {
         edit(AudioSection(section), attributeLimit, edited);
       } else {

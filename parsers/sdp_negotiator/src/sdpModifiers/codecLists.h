@@ -3,9 +3,11 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string_view>
 
+#include "aLine.h"
 #include "sdpDataDefinitions.h"
 #include "sdpNegotiatorParser/audioCodecRules.h"
 #include "sdpNegotiatorParser/codecValues.h"
@@ -43,11 +45,25 @@ class AudioSection {
  private:
   static constexpr int kDynamicTypes = lastDynamicPayload - firstDynamicPayload + 1;
   static constexpr std::uint8_t kUnasked = 255;
+  static constexpr std::size_t kRemembered = 64;
 
-  std::uint8_t dynamicCodec(int payloadType) const;
+  /// An rtpmap or fmtp attribute.
+  struct FormatLine {
+    std::string_view name;
+    std::string_view value;
+    int payloadType;
+  };
+
+  void readFormatLines();
+  std::uint8_t dynamicCodec(int payloadType);
+  static std::optional<FormatLine> formatLine(std::string_view line);
+  static void addLine(a_line& block, const FormatLine& line, int payloadType);
 
   std::string_view text_;
   std::uint8_t dynamic_[kDynamicTypes];  ///< codecs of the dynamic payload types asked for so far
+  FormatLine lines_[kRemembered];        ///< the section's first ones
+  std::size_t noOfLines_ = 0;
+  std::string_view unread_ = text_;  ///< behind them
 };
 
 }  // namespace sdpneg

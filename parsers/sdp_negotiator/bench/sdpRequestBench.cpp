@@ -1,0 +1,113 @@
+// What requests of an object cost per body: fetching the text, editing it, parsing and storing what comes of it. The
+// object is restored before each, which "restore" measures alone. Beside them stand the parse of the same bodies and
+// what other parsers need to decode them and encode them again.
+//
+//   sdpRequestBench [FOLDER] [--benchmark_... options]
+//
+// Without a folder the project's own few bodies are taken. Only bodies that an object accepts count.
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "benchBodies.h"
+#include "sdpNegotiator.h"
+
+namespace {
+
+/// Bodies as texts and as objects.
+struct Parsed {
+  Bodies bodies;
+  std::vector<cSdpNegotiator> objects;
+};
+
+Parsed plain;
+Parsed deflated;
+cSdpNegotiator object;
+
+using Request = void (*)(cSdpNegotiator&);
+
+struct Named {
+  const char* name;
+  Request request;
+};
+
+// PCMU, PCMA, G729 and G722.
+constexpr unsigned char kCodecs[] = {3, 1, 10, 7};
+
+constexpr Named kRequests[] = {
+    {"restore", [](cSdpNegotiator&) {}},
+    {"sdpRestrictAudioCodecsTo", [](cSdpNegotiator& o) { o.sdpRestrictAudioCodecsTo(kCodecs, 4, false); }},
+    {"sdpRestrictAudioCodecsTo, given order",
+     [](cSdpNegotiator& o) { o.sdpRestrictAudioCodecsTo(kCodecs, 4, true); }},
+    {"sdpReorderAudioCodecPreference",
+     [](cSdpNegotiator& o) { o.sdpReorderAudioCodecPreference(kCodecs, 4); }},
+    {"sdpReplaceMode", [](cSdpNegotiator& o) { o.sdpReplaceMode(CONNECTION_MODE_SENDONLY, 64); }},
+    {"sdpReplaceCxIP", [](cSdpNegotiator& o) { o.sdpReplaceCxIP("192.0.2.99"); }},
+    {"sdpDisablePort", [](cSdpNegotiator& o) { o.sdpDisablePort(2); }},
+    {"sdpIncVersion", [](cSdpNegotiator& o) { o.sdpIncVersion(); }},
+};
+
+void load(const char* folder) {
+  for (std::string& body : readBodies(folder)) {
+    if (object.sdpParse(body.c_str(), SDP_TYPE_OFFER) != 0) continue;
+    Parsed& kind = body.size() < SDP_STORED_TEXT_SIZE ? plain : deflated;
+    kind.objects.push_back(object);
+    kind.bodies.add(std::move(body));
+  }
+}
+
+template <typename Step>
+void overObjects(benchmark::State& state, const Parsed& parsed, Step step) {
+  const std::size_t before = allocations;
+  for (auto _ : state) {
+    for (const cSdpNegotiator& each : parsed.objects) {
+      object = each;
+      step(object);
+      benchmark::DoNotOptimize(&object);
+    }
+  }
+  const auto passes = static_cast<double>(state.iterations());
+  report(state, before, passes * static_cast<double>(parsed.bodies.lines),
+         passes * static_cast<double>(parsed.objects.size()));
+}
+
+void registerAll(const std::string& kind, const Parsed& parsed) {
+  if (parsed.objects.empty()) return;
+  std::printf("%s: %zu bodies, %lld lines\n", kind.c_str(), parsed.objects.size(),
+              static_cast<long long>(parsed.bodies.lines));
+  const auto addText = [&](const std::string& name, auto step) {
+    benchmark::RegisterBenchmark((kind + ": " + name).c_str(), [&parsed, step](benchmark::State& s) {
+      overBodies(s, parsed.bodies, step);
+    });
+  };
+  addText("sdpParse",
+          [](const std::string& body) { return object.sdpParse(body.c_str(), SDP_TYPE_OFFER) == 0; });
+  for (const Named& one : kRequests) {
+    benchmark::RegisterBenchmark((kind + ": " + one.name).c_str(),
+                                 [&](benchmark::State& s) { overObjects(s, parsed, one.request); });
+  }
+  forEachPeer([&](const Peer& peer) {
+    addText(std::string(peer.name) + ": decode and encode", peer.decodeAndEncode);
+  });
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  const char* const folder = argc > 1 ? argv[1] : SDP_BENCH_BODIES;
+  load(folder);
+  if (plain.objects.empty() && deflated.objects.empty()) {
+    std::fprintf(stderr, "sdpRequestBench: no body that an object accepts in %s\n", folder);
+    return 2;
+  }
+  registerAll("below 2560 characters", plain);
+  registerAll("2560 characters and more", deflated);
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+  return 0;
+}

@@ -217,7 +217,7 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// @name Removal of attributes (attributeRemoval.cpp)
   ///
   /// A line goes from the place where the searched text stands, also in the middle of the line, through its LF; one
-  /// without LF stays and ends the removal. Joined texts that match go too.
+  /// without LF stays and ends the removal. Joined texts that match go too. Null holds no such line, and is not traced.
   /// @{
 
   /// Removes every line with a text, for example "a=key-mgmt:" (RFC 4567) or "a=crypto" (RFC 4568).
@@ -237,13 +237,58 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// @}
 
   /// @name ICE and ANAT (dualStackIce.cpp, anat.cpp)
+  ///
+  /// With ANAT (RFC 4091) a medium stands in two sections, one for each IP version. `sdpRemoveAnat` writes which
+  /// sections it removed into a record of 25 characters that the caller has filled with zeros: the section's number
+  /// among all m-lines, from 1, plus 25 for video, 50 for application, 75 for image, plus 128 where it was secure
+  /// (RTP/SAVP on its m-line). A zero ends the record.
   /// @{
 
+  /// Removes the ICE candidates (RFC 8839) of every media section that are not of the IP version of its c-line, or of
+  /// the session's. The text is then written anew in the codec's form. Candidates whose address is neither IPv4 nor
+  /// IPv6 go too, as do all of a section without any c-line.
+  /// @return 0 when a candidate of the other version was removed. 1 when there was none, the text then still has the
+  ///         codec's form; and 1 with an unchanged text when it cannot be decoded or not be held whole, has another
+  ///         address type or a candidate of fewer than six fields, or does not fit the buffer
+  static unsigned short sdpRemoveDualStackIce(char* sdp);
+  /// Groups all media sections: adds "a=mid:" with its number at the end of each that has no mid line, and in front of
+  /// the first m-line the group line with the numbers, without those of port 0. A mid line that a section has stays,
+  /// whatever it says. Without an m-line behind a line feed, and without room for all lines, nothing changes. Null is
+  /// not traced.
+  static void sdpApplyAnatAttributes(char* sdp);
+  /// Removes the ANAT group lines and all media sections with a c-line of one IP version, and the session's c-line
+  /// when it is of that version. A section that has no code - another medium, or behind the 25th m-line - goes without
+  /// a record, but leaves its 128 for the next one; with 25 codes the removal ends.
+  /// @param ipVersion   2 for IPv4, any other value for IPv6
+  /// @param removed     25 zeros, receives the record; or null
+  /// @param oLineEnd    receives the offset behind the o-line when that is rebuilt
+  /// @param modifyOLine rebuilds the o-line (`sdpModifyOLine`) when a code was recorded
+  /// @return 0
+  static unsigned short sdpRemoveAnat(char* sdp, eIPAddressVersion ipVersion, char* removed,
+                                      unsigned short& oLineEnd, bool modifyOLine);
+  /// Puts a dummy m-line in the place of each section of a record and groups all sections (`sdpApplyAnatAttributes`).
+  /// A code whose place the text does not have is appended, as are all codes behind it. The first m-line that does not
+  /// fit is left out, and all behind it.
+  /// @param removed     a record, or null
+  /// @param oLineEnd    receives the offset behind the o-line when that is rebuilt
+  /// @param modifyOLine rebuilds the o-line first (`sdpModifyOLine`)
+  /// @return 0
+  static unsigned short sdpReInsertAnat(char* sdp, const char* removed, unsigned short& oLineEnd,
+                                        bool modifyOLine);
   /// @}
 
   /// @name Connection lines (connectionLines.cpp)
   /// @{
 
+  /// Sets the address of the session's c-line and of the first c-line of every audio section whose port is not 0.
+  /// @return 0; 1 at the first m-line without a port that can be read and at the first c-line that cannot be rewritten
+  ///         (`sdpReplaceCxIP`), when those before it are changed
+  static unsigned short sdpModifyCLines(char* sdp, const char* ip);
+  /// Sets the address of the session's c-line, or without one of the first section's c-line when its port is not 0.
+  /// With a session c-line the text's second character is then taken for an m-line: its port cannot be read in a body
+  /// that begins with "v=0", which gives 1.
+  /// @return as `sdpModifyCLines`
+  static unsigned short sdpModifyCLinesAllLines(char* sdp, const char* ip);
   /// @}
 
   /// @name Removal and return of m-lines (mediaRemoval.cpp, mediaReturn.cpp)

@@ -219,6 +219,13 @@ TEST(Lines, AreFoundBehindAnLfOnly) {
   EXPECT_EQ(orEnd(npos, text), text.size());
 }
 
+TEST(Lines, AreAppendedBehindALineEnd) {
+  for (const char* const ended : {"", "\n", "v=0\r\n", "v=0\n"})
+    EXPECT_EQ(missingLineEnd(ended), "") << ended;
+  for (const char* const open : {"v=0", "v=0\r", "v=0\r\ns=-"})
+    EXPECT_EQ(missingLineEnd(open), "\r\n") << open;
+}
+
 TEST(FixedText, CutsAndRemembers) {
   FixedText<6> text;
   text.add("ab").add(12);

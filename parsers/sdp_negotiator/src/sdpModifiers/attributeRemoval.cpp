@@ -17,8 +17,9 @@ constexpr std::string_view kIceLines[] = {
 constexpr std::string_view kCandidateLines[] = {"a=candidate:", "a=remote-candidates:"};
 constexpr std::string_view kAnatGroupLines[] = {"a=group:ANAT"};
 
-/// @return the number of lines removed; 0, with a trace, for a buffer that holds no text
+/// @return the number of lines removed; 0 for null and, with a trace, for a buffer that holds no text
 std::size_t removeLines(char* sdp, std::span<const std::string_view> prefixes, const char* operation) {
+  if (sdp == nullptr) return 0;
   SdpText text(sdp);
   return adopted(text, operation) ? text.removeLines(prefixes) : 0;
 }

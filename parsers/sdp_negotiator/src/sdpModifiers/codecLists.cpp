@@ -1,12 +1,11 @@
 #include "sdpModifiers/codecLists.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 #include <optional>
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
+#include "sdpModifiers/codecText.h"
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorParser/withDescription.h"
 #include "sdpNegotiatorTrace.h"
@@ -203,23 +202,11 @@ void orderCodecs(AudioSection section, std::span<const unsigned char> order, int
       lines, [&](std::string_view line) { return isAttribute(line) && !formatValue(line); }, addAttribute);
 }
 
-unsigned short decode(sDescription& description, const char* text) {
-  unsigned short start = 0;
-  unsigned short end = 0;
-  return sdp_decodeOpt_r(&description, text, SDP_TYPE_UNKNOWN, nullptr, false, start, end);
-}
-
 /// Puts an edited text in the place of the old one; in the codec's form when it and the old one are complete.
 Edit keepEdited(SdpText& text, const Composed& edited, sDescription& description) {
   if (edited.cut()) return Edit::noRoom;
   if (!sdp_isComplete(&description)) return text.replace({0, text.size()}, edited.view());
-  if (decode(description, edited.text()) != 0) return Edit::noRoom;
-  char* written = nullptr;
-  int length = 0;
-  int size = 0;
-  const unsigned short status = sdp_encode_r(&description, SDP_TYPE_UNKNOWN, written, length, size);
-  const std::unique_ptr<char, decltype(&std::free)> owned(written, &std::free);
-  return status == 0 ? text.replace({0, text.size()}, written) : Edit::noRoom;
+  return decodeText(description, edited.text()) == 0 ? replaceByEncoded(text, description) : Edit::noRoom;
 }
 
 /// @param edit takes an audio section, the attribute lines that it may have, and where to write it
@@ -228,7 +215,7 @@ unsigned short editAudioSections(char* sdp, const char* operation, const char* d
   SdpText text(sdp);
   if (!adopted(text, operation)) return 1;
   return withDescription([&](sDescription& description) -> unsigned short {
-    const unsigned short status = decode(description, sdp);
+    const unsigned short status = decodeText(description, sdp);
     if (status != 0) return status;
     const int attributeLimit =
         sdp_isComplete(&description) ? SDP_ATTRIBUTE_CAPACITY : MAX_SDP_PROTOCOL_DATA_SIZE;

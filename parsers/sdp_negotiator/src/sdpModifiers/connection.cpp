@@ -1,3 +1,5 @@
+#include "sdpModifiers/connection.h"
+
 #include <cstdint>
 #include <string_view>
 
@@ -91,7 +93,7 @@ bool disableVideo(SdpText& text, std::size_t at, bool allMedia) {
 
 }  // namespace
 
-unsigned short sdpModifications::sdpReplaceCxIP(char* sdp, const char* ip) {
+unsigned short sdpneg::replaceConnection(SdpText& text, std::size_t from, const char* ip) {
   cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpReplaceCxIP() method. ip=[%s]",
                                     ip != nullptr ? ip : "(null)");
   const int version = cMsgIPAddress::getIPAddressVersion(ip);
@@ -99,9 +101,8 @@ unsigned short sdpModifications::sdpReplaceCxIP(char* sdp, const char* ip) {
     cNegotTraceManager::writeTraceMsg(4, 3, "The new IP address is malformed. Exiting...");
     return 1;
   }
-  SdpText text(sdp);
   if (!adopted(text, "sdpReplaceCxIP")) return 1;
-  const std::size_t found = findAnywhere(text.view(), "c=");
+  const std::size_t found = findAnywhere(text.view(), "c=", from);
   if (found == npos) {
     cNegotTraceManager::writeTraceMsg(4, 3, "No <cline> found. Exiting.");
     return 1;
@@ -120,6 +121,11 @@ unsigned short sdpModifications::sdpReplaceCxIP(char* sdp, const char* ip) {
   }
   cNegotTraceManager::writeTraceMsg(8, 4, "The IP address has been changed to %s. Exiting.", ip);
   return 0;
+}
+
+unsigned short sdpModifications::sdpReplaceCxIP(char* sdp, const char* ip) {
+  SdpText text(sdp);
+  return replaceConnection(text, 0, ip);
 }
 
 unsigned short sdpModifications::getMediaName(int mediaType, char* out, int outSize) {

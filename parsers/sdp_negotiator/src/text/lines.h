@@ -51,6 +51,11 @@ inline std::size_t orEnd(std::size_t offset, std::string_view text) {
   return offset == npos ? text.size() : offset;
 }
 
+/// What goes in front of a line that is appended to a text: CR LF where the text's last line has no LF.
+inline std::string_view missingLineEnd(std::string_view text) {
+  return text.empty() || text.back() == '\n' ? std::string_view() : std::string_view("\r\n");
+}
+
 }  // namespace sdpneg
 
 #endif

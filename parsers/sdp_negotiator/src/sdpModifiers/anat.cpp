@@ -1,0 +1,182 @@
+#include <optional>
+#include <string_view>
+
+#include "ipVersions.h"
+#include "sdpModifiers.h"
+#include "sdpModifiers/adopt.h"
+#include "sdpModifiers/removedMLines.h"
+#include "sdpNegotiatorTrace.h"
+#include "text/fixedText.h"
+#include "text/lines.h"
+
+// Alternative network address types (ANAT, RFC 4091): a group of media sections that offer one medium over either
+// IP version.
+
+namespace {
+
+using namespace sdpneg;
+
+using Composed = FixedText<MAX_SDP_PROTOCOL_DATA_SIZE>;
+
+/// Set in the code of a removed m-line that was secure.
+constexpr unsigned char kSecureBit = 128;
+
+/// Adds the group line that names every m-line by its number but those with port 0.
+void addGroupLine(Composed& out, std::string_view text, std::size_t firstMLine) {
+  out.add("a=group:ANAT");
+  int number = 1;
+  for (std::size_t at = firstMLine; at != npos; at = findLine(text, "m=", at), ++number) {
+    if (!contains(content(text, lineAt(text, at)), " 0 RTP")) out.add(" ").add(number);
+  }
+  out.add("\r\n");
+}
+
+/// Adds the media sections, each with a mid line at its end unless it has one.
+void addSectionsWithMid(Composed& out, std::string_view text, std::size_t firstMLine) {
+  int number = 1;
+  for (std::size_t at = firstMLine; at != npos; ++number) {
+    const std::size_t next = findLine(text, "m=", at);
+    const std::string_view section = text.substr(at, orEnd(next, text) - at);
+    out.add(section);
+    if (!contains(section, "a=mid:")) {
+      out.add(missingLineEnd(section)).add("a=mid:").add(number).add("\r\n");
+    }
+    at = next;
+  }
+}
+
+void applyAnat(SdpText& text) {
+  const std::size_t firstMLine = findLine(text.view(), "m=");
+  if (firstMLine == npos) return;
+  Composed edited;
+  edited.add(text.view().substr(0, firstMLine));
+  addGroupLine(edited, text.view(), firstMLine);
+  addSectionsWithMid(edited, text.view(), firstMLine);
+  if (edited.cut() || text.replace({0, text.size()}, edited.view()) != Edit::done) {
+    cNegotTraceManager::writeTraceMsg(
+        4, 3, "sdpApplyAnatAttributes(): The ANAT attributes do not fit the SDP buffer. Exiting.");
+  }
+}
+
+/// Writes the codes of removed m-lines.
+class AnatRecord {
+ public:
+  /// @param codes a zero-filled record, or null
+  explicit AnatRecord(char* codes) : codes_(codes) {}
+
+  std::size_t count() const { return count_; }
+
+  /// Adds a removed m-line. One without a code still leaves its secure bit for the next.
+  void add(std::string_view mLine, std::size_t position) {
+    if (contains(mLine, "RTP/SAVP")) put(kSecureBit, 0);
+    const std::optional<unsigned char> code = removedCode(mLine, position, allRecordedMedia, "sdpRemoveAnat");
+    if (!code) return;
+    put(*code, 0xff);
+    ++count_;
+  }
+
+ private:
+  /// @param kept the bits of the place's old value that stay
+  void put(unsigned char bits, unsigned char kept) {
+    if (codes_ == nullptr) return;
+    const unsigned int old = static_cast<unsigned char>(codes_[count_]);
+    codes_[count_] = static_cast<char>((old & kept) | bits);
+  }
+
+  char* codes_;
+  std::size_t count_ = 0;
+};
+
+/// What a removal has met.
+struct Removed {
+  std::size_t codes;  ///< recorded
+  /// Characters from the place of the first m-line, which may have gone, to the text's end; nothing without m-line.
+  std::optional<std::size_t> fromFirstMLine;
+};
+
+/// Removes the media sections that hold a connection text, until the record is full.
+Removed removeSections(SdpText& text, std::string_view connection, char* codes) {
+  AnatRecord record(codes);
+  std::size_t position = 0;
+  std::optional<std::size_t> firstMLine;
+  text.eraseEach([&](std::string_view view, std::size_t from) -> std::optional<Span> {
+    while (record.count() < recordCapacity) {
+      const std::optional<MediaSection> section = findSection(view, from);
+      if (!section) return std::nullopt;
+      const Span span{section->mLine.begin, section->end};
+      if (++position == 1) firstMLine = span.begin;
+      if (contains(view.substr(span.begin, span.end - span.begin), connection)) {
+        record.add(content(view, section->mLine), position);
+        return span;
+      }
+      from = span.end;
+    }
+    return std::nullopt;
+  });
+  if (firstMLine) firstMLine = text.size() - *firstMLine;
+  return {record.count(), firstMLine};
+}
+
+/// Removes the first line with a connection text when it stands in front of an offset.
+void removeSessionConnection(SdpText& text, std::string_view connection, std::size_t firstMLine) {
+  const std::size_t at = findAnywhere(text.view(), connection);
+  if (at == npos || at >= firstMLine) return;
+  const Line line = lineAt(text.view(), at);
+  if (!line.terminated) return;
+  text.erase({line.begin, line.next()});
+  cNegotTraceManager::writeTraceMsg(
+      2, 2, "Removed session level c-line because its IP type matches the removed media.");
+}
+
+DummyMLine readCode(unsigned char code) {
+  return {static_cast<unsigned char>(code & ~kSecureBit), (code & kSecureBit) != 0};
+}
+
+void traceRecord(std::string_view codes) {
+  FixedText<101> shown;
+  for (const char code : codes) {
+    shown.add(shown.size() != 0 ? "," : "").add(static_cast<unsigned char>(code));
+  }
+  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpReInsertAnat() method. input is [%s]", shown.text());
+}
+
+}  // namespace
+
+void sdpModifications::sdpApplyAnatAttributes(char* sdp) {
+  if (sdp == nullptr) return;
+  SdpText text(sdp);
+  if (adopted(text, "sdpApplyAnatAttributes")) applyAnat(text);
+}
+
+unsigned short sdpModifications::sdpRemoveAnat(char* sdp, eIPAddressVersion ipVersion, char* removed,
+                                               unsigned short& oLineEnd, bool modifyOLine) {
+  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpRemoveAnat() method.");
+  sdpRemoveAnatAttributes(sdp);
+  SdpText text(sdp);
+  if (sdp != nullptr && adopted(text, "sdpRemoveAnat")) {
+    const std::string_view connection = ipVersion == ipVersion4 ? "c=IN IP4" : "c=IN IP6";
+    const Removed sections = removeSections(text, connection, removed);
+    if (sections.codes > 0 && modifyOLine) {
+      sdpModifyOLine(sdp, nullptr, oLineEnd);
+      text = SdpText(sdp);
+    }
+    if (sections.fromFirstMLine && *sections.fromFirstMLine <= text.size()) {
+      removeSessionConnection(text, connection, text.size() - *sections.fromFirstMLine);
+    }
+  }
+  cNegotTraceManager::writeTraceMsg(8, 4, "Exiting sdpRemoveAnat() method.");
+  return 0;
+}
+
+unsigned short sdpModifications::sdpReInsertAnat(char* sdp, const char* removed, unsigned short& oLineEnd,
+                                                 bool modifyOLine) {
+  const std::string_view codes = codesOf(removed);
+  traceRecord(codes);
+  if (modifyOLine) sdpModifyOLine(sdp, nullptr, oLineEnd);
+  SdpText text(sdp);
+  if (sdp != nullptr && adopted(text, "sdpReInsertAnat")) {
+    putMLinesBack(text, codes, readCode, "sdpReInsertAnat");
+  }
+  sdpApplyAnatAttributes(sdp);
+  return 0;
+}

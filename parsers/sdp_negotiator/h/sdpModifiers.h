@@ -1,8 +1,13 @@
 #ifndef SDP_MODIFIERS_H
 #define SDP_MODIFIERS_H
 
+#include <string>
+#include <vector>
+
+#include "base64_encoding.h"
 #include "sdpDataDefinitions.h"
 #include "sdpNegotiatorExport.h"
+#include "sessionDescription.h"
 
 /// Edits of SDP texts (RFC 4566).
 ///
@@ -292,33 +297,177 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// @}
 
   /// @name Removal and return of m-lines (mediaRemoval.cpp, mediaReturn.cpp)
+  ///
+  /// A media section begins with "m=", wherever in the text that stands, and ends where the next one stands behind
+  /// its m-line's LF. A record of removed m-lines is an array of at most 25 codes, filled with 0 by the caller and
+  /// ended by the first 0. A code is the position of the m-line among all in the text, from 1, plus 0, 25, 50 or
+  /// 75 when the first of the words "audio", "video", "application" and "image" that stands on the line is that
+  /// one. A line without these words leaves no code, nor does one beyond the 25th, which is traced.
   /// @{
 
+  /// Removes every media section whose m-line holds a transport.
+  /// @param removed     record of audio, video and application m-lines; null records nothing
+  /// @param oLineEnd    receives the offset behind the o-line's LF when that is rebuilt
+  /// @param transport   for example "RTP/AVP", which RTP/AVPF holds but RTP/SAVP does not
+  /// @param modifyOLine rebuilds the o-line with a new version when something was recorded
+  static void sdpRemoveMline(char* sdp, char* removed, unsigned short& oLineEnd, const char* transport,
+                             bool modifyOLine);
+  /// Removes every media section whose m-line holds "RTP/SAVP", as RTP/SAVPF does (RFC 3711, RFC 5124).
+  /// @param removed record of all four media; otherwise as `sdpRemoveMline`
+  static void sdpRemoveSecurity(char* sdp, char* removed, unsigned short& oLineEnd, bool modifyOLine);
+  /// Removes key management attributes (RFC 4567) and all secure media sections, as `sdpRemoveSecurity` with a new
+  /// o-line does.
+  /// @return 0
+  static unsigned short sdpDisableSRTPMediaStreams(char* sdp, char* removed, unsigned short& oLineEnd);
+  /// Puts recorded m-lines back in their places as secure ones with port 0. The first whose place the text does not
+  /// have is appended, and so are all behind it; one that does not fit ends this, with a trace.
+  /// @param removed     record, or null
+  /// @param oLineEnd    receives the offset behind the o-line's LF when that is rebuilt
+  /// @param modifyOLine rebuilds the o-line with a new version when the record holds something
+  /// @return 0
+  static unsigned short sdpReplaceTransProtocol(char* sdp, char* removed, unsigned short& oLineEnd,
+                                                bool modifyOLine);
   /// @}
 
-  /// @name Best-effort SRTP (bestEffort.cpp)
+  /// @name Best-effort SRTP (bestEffort.cpp, bestEffortChange.cpp)
+  ///
+  /// An offer of plain and secure media at once, to choose from: by one m-line per medium with the transport
+  /// RTP/AVP and crypto attributes (RFC 4568), or by two, a plain and a secure one.
   /// @{
 
+  /// @param from a text that ends in NUL
+  /// @param to   a place in it
+  /// @return whether "RTP/SAVP" begins in front of `to`; false for null
+  static bool isSAVPMline(char* from, char* to);
+  /// Decodes a text.
+  /// @param desc receives the description, empty after a failure
+  /// @return the codec's status
+  static unsigned short getSdpsDescription(char* sdp, sDescription& desc);
+  /// Decodes a text into copies of its media descriptions.
+  /// @param mLines replaced by the copies, more than 20 kB each; empty after a failure
+  /// @return 0; the codec's own status when it refuses the text; 1 when there is no memory
+  static unsigned short getMLines(char* sdp, std::vector<mDescription>& mLines);
+  /// Recognises offers with two m-lines per medium: pairs of one media type, one with RTP/AVP or RTP/AVPF and the
+  /// other with RTP/SAVP or RTP/SAVPF. Only the first pair's secure m-line is asked for a crypto attribute. Of the
+  /// formats only those at the index of the pair's first m-line (0, 2, 4 ...) are compared, and two missing ones
+  /// are equal.
+  /// @return BE_SRTP_2m_LINE or, with a trace that says why, SRTP_UKNOWN
+  static eSecurityType is2mLineBeSrtp(std::vector<mDescription> mLines);
+  /// Recognises offers with one m-line per medium: no two m-lines in a row of one media type, all with RTP/AVP or
+  /// RTP/AVPF, and each with a crypto attribute as its last. An m-line without attributes is as the one before.
+  /// @return BE_SRTP_1m_LINE or SRTP_UKNOWN
+  static eSecurityType is1mLineBeSrtp(std::vector<mDescription> mLines);
+  /// Turns an offer with two m-lines per medium into one with one m-line, or into a secure-only one, by removing
+  /// its RTP/AVP sections. For the former the others become RTP/AVP when they are of a medium, audio, video or
+  /// application, whose two m-lines had the same port other than "0"; their crypto attributes stay.
+  /// @param oldSdpType BE_SRTP_2m_LINE; of another type nothing is changed
+  /// @param newSdpType BE_SRTP_1m_LINE or SECURITY_SRTP_ONLY; for another nothing is changed
+  /// @param removed    record of removed m-lines, see `sdpRemoveMline`; or null
+  /// @param oLineEnd   not changed, nor is the o-line
+  /// @return 0 when a medium became RTP/AVP; 1 when there is no memory for the m-lines or the text is refused;
+  ///         otherwise the codec's status for the text as it was
+  static unsigned short sdpChangeSdpType(char* sdp, eSecurityType oldSdpType, eSecurityType newSdpType,
+                                         char* removed, unsigned short oLineEnd);
   /// @}
 
   /// @name SDES (sdes.cpp)
   /// @{
 
+  /// Writes the text of a master key and salt (RFC 4568 6.1): 30 bytes in Base64. They are the C library's random
+  /// numbers for the seconds of the day's time, so they are the same for all calls within a second and can be
+  /// guessed: no secret, only a key of the right form. An engine that wants security puts a key of its own there.
+  /// The process' own random numbers are not disturbed.
+  /// @param out    receives 40 characters and a NUL
+  /// @param outCap characters of `out`, at least 41
+  /// @return 1; 0 when the capacity is too small or `out` is null
+  static int generateSDESKey(char* out, unsigned long outCap);
+  /// Keeps of a media section's crypto attributes (RFC 4568) the first whose suite is AES_CM_128_HMAC_SHA1 or sorts
+  /// behind it, gives it a key of `generateSDESKey` instead of all its parameters, and removes the others; with
+  /// port 0 it removes all. The section ends where it ended before the edits, so when lines have gone, the first
+  /// crypto attributes of the next section may count too. Where the buffer ends is not known here, so that 20480
+  /// characters are counted from the argument on: the caller sees to it that there is room for the key.
+  /// @param mediaStart the LF in front of an m-line, in a text that ends in NUL
+  /// @return 0; 1 for a crypto attribute without LF or without a space behind its tag or suite, an m-line without
+  ///         port, null or no room: then what was edited before stays
+  static unsigned short addSDESLine(char* mediaStart);
+  /// Whether all active m-lines, which are those with a port other than 0, are secured by crypto attributes alone:
+  /// no "RTP/AVP" in the section, no key management (RFC 4567) in front of its end, and a crypto attribute in it or
+  /// in a later one.
+  /// @return true also when there is no active m-line; false for a refused text
+  static bool isSDESonly(const char* sdp);
   /// @}
 
-  /// @name Sets of m-lines (mediaSet.cpp)
+  /// @name Sets of m-lines (mediaSet.cpp, mediaTransport.cpp, zeroPorts.cpp)
   /// @{
 
+  /// Compares the numbers of m-lines of two bodies.
+  /// @return -1 when the old one has more, 1 when it has fewer, 0 when they are equal; -2 when the codec refuses one
+  ///         or memory ran out
+  static int compareNumberOfMLines(char* oldSdp, const char* newSdp);
+  /// Makes the m-lines of a body answer to those of an older one, and gives the body the codec's form.
+  ///
+  /// With both flags, of the new m-lines those stay whose medium and transport an old one has, each as many times
+  /// as there are such; all stay when that makes 25 or more. Otherwise every old m-line whose medium, and with
+  /// `matchTransport` transport, no new one has is added at the end, without the lines that follow it, while there
+  /// are fewer than 25. With `matchTransport` its port begins with "0" when the medium is there with another
+  /// transport. Media of unknown names are one medium.
+  /// Takes the stack of two descriptions, see `sdpParserMessage::sdpParse`.
+  /// @param newSdp rewritten; unchanged on failure
+  /// @return 0; 1 when the codec refuses a body or cannot hold it whole, no room, or memory ran out
+  static unsigned short correctMLines(char* oldSdp, char* newSdp, bool keepOnly, bool matchTransport);
+  /// @return whether the codec takes the body and it has exactly one m-line
+  static bool isSingleMLineSdp(char* sdp);
+  /// Removes every m-line of port 0; the lines that follow it stay and so belong to the section in front. With a
+  /// secure one goes its first crypto line (RFC 4568) that ends before the LF in front of the next m-line.
+  /// @return 1 for a text without m-lines, else 0, or 1 when the port of the last m-line cannot be read
+  static unsigned short sdpRemoveMlinesZeroPort(char* sdp);
+  /// Sets the transport of every m-line of some media whose line holds another transport. Only the third field is
+  /// replaced, whatever it holds; one that begins with the new transport, ends with the line or is empty stays.
+  /// An m-line that would not fit stays too, with a trace.
+  /// @param fromTransport must occur on the m-line, for example "RTP/SAVP"
+  /// @param toTransport   at most 14 characters of it are taken
+  /// @param mediaNames    "audio" and other media names; a line whose medium begins so is meant
+  /// @return 0
+  static unsigned short sdpSetMediaTransportType(char* sdp, const char* fromTransport,
+                                                 const char* toTransport,
+                                                 const std::vector<std::string>& mediaNames);
   /// @}
 
   /// @name Dummy bodies (dummy.cpp)
   /// @{
 
+  /// Turns a received body into one of the library's own: all media but the audio of the address' version get port
+  /// 0, the address stands in the c-lines, and key management, ICE and the peer's SDES keys go.
+  /// @param answer     with `holdFlag`, the direction to apply is inactive; else it is recvonly
+  /// @param holdFlag   false turns sendonly and recvonly into inactive and leaves sendrecv
+  /// @param third      with `holdFlag` and no answer, turns sendonly into recvonly and leaves sendrecv
+  /// @param ip         the address to be reached at
+  /// @param port       of secure audio, when the body has a single m-line or all its active media use SDES alone
+  /// @param length     receives the length of the text; unchanged when another step than that of the directions failed
+  /// @param oLineEnd   as of `sdpModifyOLine`, only with `modifyOLine`
+  /// @param modifyOLine rebuilds the o-line with the address
+  /// @return 0; 1 for a null ip; the status of the step that failed, when the edits made so far stay
+  static unsigned short sdpCreateDummy(char* sdp, bool answer, bool holdFlag, bool third, const char* ip,
+                                       unsigned short port, int& length, unsigned short& oLineEnd,
+                                       bool modifyOLine);
+  /// The same with `third` false.
+  static unsigned short sdpCreateDummy(char* sdp, bool answer, bool holdFlag, const char* ip,
+                                       unsigned short port, int& length, unsigned short& oLineEnd,
+                                       bool modifyOLine);
   /// @}
 
   /// @name Video sections (videoSections.cpp)
   /// @{
 
+  /// Collects the video sections, each from its m-line up to, but without, the LF in front of the next m-line. One
+  /// without a c-line of its own gets the text's first one in front of its attribute lines.
+  /// @param out           receives them, if they have at most `outSize` characters, else the empty text; a result
+  ///                      of `outSize` characters loses its last one to the NUL
+  /// @param outSize       characters of `out`; nothing is written with 0 or a null `out`
+  /// @param removeFromSdp also removes them from the text, but not one that directly follows one that was removed;
+  ///                      an empty line stays in the place of each but the last
+  /// @return 0; 1 when the text has no c-line that ends in LF, or memory ran out
+  static unsigned short getVideoDescriptions(char* sdp, char* out, unsigned int outSize, bool removeFromSdp);
   /// @}
 
   /// @name Answer update (answerUpdate.cpp)

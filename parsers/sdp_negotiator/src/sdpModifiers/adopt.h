@@ -1,18 +1,34 @@
 #ifndef SDP_MODIFIERS_ADOPT_H
 #define SDP_MODIFIERS_ADOPT_H
 
+#include <cstring>
+#include <optional>
+#include <string_view>
+
 #include "sdpNegotiatorTrace.h"
 #include "text/sdpText.h"
 
 namespace sdpneg {
 
+inline void traceUnusable(const char* operation) {
+  cNegotTraceManager::writeTraceMsg(4, 3, "%s(): The SDP buffer is null or holds no end of text. Exiting.",
+                                    operation);
+}
+
 /// Whether a caller's buffer holds a text that can be edited; traces when it does not.
 inline bool adopted(const SdpText& text, const char* operation) {
-  if (!text.usable()) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "%s(): The SDP buffer is null or holds no end of text. Exiting.",
-                                      operation);
-  }
+  if (!text.usable()) traceUnusable(operation);
   return text.usable();
+}
+
+/// The text of a caller's buffer that is only read; nothing, with a trace, for what could not be edited either.
+inline std::optional<std::string_view> adoptedView(const char* text, const char* operation) {
+  if (text != nullptr) {
+    const std::size_t length = strnlen(text, MAX_SDP_PROTOCOL_DATA_SIZE);
+    if (length < MAX_SDP_PROTOCOL_DATA_SIZE) return std::string_view(text, length);
+  }
+  traceUnusable(operation);
+  return std::nullopt;
 }
 
 }  // namespace sdpneg

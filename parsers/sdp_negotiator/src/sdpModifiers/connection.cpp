@@ -6,6 +6,7 @@
 #include "cMsgIPAddress.h"
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
+#include "sdpModifiers/transport.h"
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorParser/portField.h"
 #include "sdpNegotiatorTrace.h"
@@ -39,8 +40,6 @@ struct PortFilter {
   sdpModifications::eMediaSecurityType security;
   int sessionVersion;
 };
-
-bool isSecure(std::string_view text, const Line& mLine) { return contains(content(text, mLine), "RTP/SAVP"); }
 
 bool passes(const SdpText& text, const Line& mLine, const PortFilter& filter) {
   const std::string_view view = text.view();

@@ -8,20 +8,21 @@
 
 namespace sdpneg {
 
+std::size_t transportStart(std::string_view text, const Line& mLine) {
+  const std::string_view all = text.substr(0, mLine.lf);
+  const std::size_t first = all.find_first_of(" \t", mLine.begin + 2);
+  const std::size_t second = first == npos ? npos : all.find_first_of(" \t", first + 1);
+  return second == npos ? mLine.lf : second + 1;
+}
+
 namespace {
 
-constexpr std::size_t kLongestTransport = 14;
-
-/// The third field of a line, behind its second blank and before the next blank or CR. Blanks are counted one
-/// by one from the third character on, so two in a row enclose an empty field.
+/// The third field of a line, before the next blank or CR.
 std::optional<Span> thirdField(std::string_view text, const Line& line) {
-  const std::string_view all = text.substr(0, line.lf);
-  const std::size_t first = all.find_first_of(" \t", line.begin + 2);
-  const std::size_t second = first == npos ? npos : all.find_first_of(" \t", first + 1);
-  if (second == npos) return std::nullopt;
-  const std::size_t end = all.find_first_of(" \t\r", second + 1);
-  if (end == npos || end == second + 1) return std::nullopt;
-  return Span{second + 1, end};
+  const std::size_t begin = transportStart(text, line);
+  const std::size_t end = text.substr(0, line.lf).find_first_of(" \t\r", begin);
+  if (end == npos || end == begin) return std::nullopt;
+  return Span{begin, end};
 }
 
 }  // namespace
@@ -31,7 +32,7 @@ TransportEdit replaceTransport(SdpText& text, const Line& mLine, std::string_vie
   cNegotTraceManager::writeTraceMsg(2, 2, "Entering sdpReplaceMLineTransportProtocol() method.");
   if (!contains(text.view().substr(mLine.begin, mLine.lf - mLine.begin), expected))
     return TransportEdit::notExpected;
-  transport = transport.substr(0, kLongestTransport);
+  transport = transport.substr(0, longestTransport);
   const std::optional<Span> field = thirdField(text.view(), mLine);
   if (!field || startsWith(text.view().substr(field->begin), transport)) return TransportEdit::done;
   cNegotTraceManager::writeTraceMsg(2, 2,

@@ -8,6 +8,19 @@
 
 namespace sdpneg {
 
+/// Whether an m-line names a secure transport (RFC 3711), wherever on the line.
+inline bool isSecure(std::string_view text, const Line& mLine) {
+  return contains(content(text, mLine), "RTP/SAVP");
+}
+
+/// What of a transport is written to an m-line at most.
+inline constexpr std::size_t longestTransport = 14;
+
+/// Where the transport, the third field of an m-line, begins: behind the second blank. Blanks are counted one by
+/// one from the third character on, so two in a row enclose an empty field.
+/// @return the line's LF when it has fewer blanks
+std::size_t transportStart(std::string_view text, const Line& mLine);
+
 enum class TransportEdit { done, notExpected, noRoom };
 
 /// Sets the third field of an m-line to a transport of at most 14 characters.

@@ -1,0 +1,33 @@
+#include <string_view>
+
+#include "sdpModifiers.h"
+#include "sdpModifiers/adopt.h"
+#include "sdpModifiers/removedMLines.h"
+#include "sdpNegotiatorTrace.h"
+
+// The return of removed m-lines as secure dummy m-lines.
+
+namespace {
+
+using namespace sdpneg;
+
+DummyMLine secureDummy(unsigned char code) { return {code, true}; }
+
+}  // namespace
+
+unsigned short sdpModifications::sdpReplaceTransProtocol(char* sdp, char* removed, unsigned short& oLineEnd,
+                                                         bool modifyOLine) {
+  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpReplaceTransProtocol() method.");
+  const std::string_view codes = codesOf(removed);
+  if (codes.empty()) {
+    cNegotTraceManager::writeTraceMsg(2, 2, "The m-line indices is empty. Nothing to change.");
+    return 0;
+  }
+  if (modifyOLine) sdpModifyOLine(sdp, nullptr, oLineEnd);
+  SdpText text(sdp);
+  if (adopted(text, "sdpReplaceTransProtocol")) {
+    putMLinesBack(text, codes, secureDummy, "sdpReplaceTransProtocol");
+  }
+  cNegotTraceManager::writeTraceMsg(8, 4, "Exiting sdpReplaceTransProtocol() method.");
+  return 0;
+}

@@ -1,0 +1,89 @@
+#include <cstddef>
+#include <string_view>
+
+#include "sdpModifiers.h"
+#include "sdpModifiers/adopt.h"
+#include "sdpModifiers/transport.h"
+#include "sdpNegotiatorTrace.h"
+#include "text/fixedText.h"
+#include "text/lines.h"
+
+// The transport of the m-lines of chosen media.
+
+namespace {
+
+using namespace sdpneg;
+
+using Transport = FixedText<longestTransport + 1>;
+
+/// Whether the first place of a media name from an m-line on is right behind its "m=".
+bool isOfMedia(std::string_view text, std::size_t mLine, std::string_view name) {
+  constexpr std::size_t kBehindPrefix = 2;
+  return text.substr(mLine, kBehindPrefix + name.size()).find(name) == kBehindPrefix;
+}
+
+/// Sets the third field of an m-line that ends in LF, unless it is empty or no blank ends it.
+void setTransport(SdpText& text, const Line& mLine, std::string_view transport) {
+  const std::string_view view = text.view();
+  const std::size_t begin = transportStart(view, mLine);
+  cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType() method. startOfTransport=[%s]",
+                                    view.data() + begin);
+  const std::size_t end = view.substr(0, mLine.lf).find_first_of(" \t", begin);
+  if (end == npos || end == begin || startsWith(view.substr(begin), transport)) return;
+  cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType() Step-3. Changing transport type");
+  if (text.replace({begin, end}, transport) != Edit::done) {
+    cNegotTraceManager::writeTraceMsg(
+        4, 3, "sdpSetMediaTransportType(): The new transport does not fit the SDP buffer.");
+  }
+}
+
+void visitMLine(SdpText& text, std::size_t at, const char* name, std::string_view from,
+                std::string_view transport) {
+  if (!isOfMedia(text.view(), at, name)) {
+    cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType() Step-5. Changing transport type");
+    cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType() method. sdp_buffer=[%s]",
+                                      text.view().data());
+    return;
+  }
+  cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType():Found media line with mediaType=%s",
+                                    name);
+  const Line mLine = lineAt(text.view(), at);
+  if (mLine.terminated && contains(content(text.view(), mLine), from)) setTransport(text, mLine, transport);
+  cNegotTraceManager::writeTraceMsg(2, 2,
+                                    " sdpSetMediaTransportType() Step-4. exiting if (endMline != NULL)");
+}
+
+void visitMedia(SdpText& text, int number, const char* name, std::string_view from,
+                std::string_view transport) {
+  cNegotTraceManager::writeTraceMsg(
+      2, 2, " sdpSetMediaTransportType() Step-1:Change transport for m line[%d] =[%s]", number, name);
+  cNegotTraceManager::writeTraceMsg(2, 2, "sdpSetMediaTransportType() . mLine=[%s]", text.view().data());
+  for (std::size_t at = findLine(text.view(), "m="); at != npos; at = findLine(text.view(), "m=", at)) {
+    cNegotTraceManager::writeTraceMsg(
+        2, 2, " sdpSetMediaTransportType() Step-2:Into while statement for [%d] mLine=[%s]", number,
+        text.view().data() + at);
+    visitMLine(text, at, name, from, transport);
+  }
+}
+
+}  // namespace
+
+unsigned short sdpModifications::sdpSetMediaTransportType(char* sdp, const char* fromTransport,
+                                                          const char* toTransport,
+                                                          const std::vector<std::string>& mediaNames) {
+  cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType() method. Enter");
+  cNegotTraceManager::writeTraceMsg(2, 2, "sdpSetMediaTransportType() method. change mediaLines=%d",
+                                    static_cast<int>(mediaNames.size()));
+  SdpText text(sdp);
+  if (fromTransport == nullptr || toTransport == nullptr) {
+    cNegotTraceManager::writeTraceMsg(4, 3, "sdpSetMediaTransportType(): A transport is null. Exiting.");
+  } else if (adopted(text, "sdpSetMediaTransportType")) {
+    const Transport transport = Transport().add(toTransport);
+    int number = 0;
+    for (const std::string& name : mediaNames) {
+      visitMedia(text, number++, name.c_str(), fromTransport, transport.view());
+    }
+  }
+  cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType() method. Exit");
+  return 0;
+}

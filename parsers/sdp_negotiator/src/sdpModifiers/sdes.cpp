@@ -1,0 +1,232 @@
+#include "sdpModifiers/sdes.h"
+
+#include <stdlib.h>
+#include <sys/time.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <optional>
+#include <string_view>
+
+#include "base64_encoding.h"
+#include "sdpModifiers.h"
+#include "sdpModifiers/adopt.h"
+#include "sdpNegotiatorParser.h"
+#include "sdpNegotiatorTrace.h"
+#include "text/fixedText.h"
+#include "text/lines.h"
+
+// Crypto attributes of SDES (RFC 4568).
+
+namespace sdpneg {
+
+namespace {
+
+constexpr std::string_view kCrypto = "a=crypto:";
+constexpr std::string_view kKeyManagement = "a=key-mgmt:";
+
+/// The suites that a suite has to sort at or behind one of to get a key.
+constexpr std::string_view kLeastSuites[] = {"AES_CM_128_HMAC_SHA1", "AES_CM_256_HMAC_SHA1"};
+
+/// A master key and its salt, and their text with its NUL.
+constexpr std::size_t kKeyBytes = 30;
+constexpr std::size_t kKeyTextSize = kKeyBytes / 3 * 4 + 1;
+
+/// The state of the C library's default random numbers.
+constexpr std::size_t kRandomStateSize = 128;
+
+/// Fills a key with what the C library's random numbers are for a seed. They are taken from a state of their own,
+/// so that the process' numbers go on undisturbed.
+void fillKey(unsigned char (&key)[kKeyBytes], unsigned int seed) {
+  constexpr std::size_t kLongBytes = 8;
+  alignas(std::int32_t) char state[kRandomStateSize] = {};
+  random_data generator{};
+  initstate_r(seed, state, sizeof state, &generator);
+  std::int32_t number = 0;
+  for (std::size_t i = 0; i < kKeyBytes; ++i) {
+    const std::size_t byte = i % kLongBytes;
+    if (byte == 0) random_r(&generator, &number);
+    // The numbers have 31 bits and stand as 64 in the key, the lowest byte first.
+    key[i] = static_cast<unsigned char>(static_cast<std::uint64_t>(number) >> (8 * byte) & 0xFFU);
+  }
+}
+
+/// A crypto attribute that has a tag and a suite with a space behind each.
+struct CryptoLine {
+  Line line;
+  std::string_view tag;
+  std::string_view suite;
+  std::size_t parameters;  ///< behind the blanks that follow the suite
+};
+
+std::optional<CryptoLine> cryptoLineAt(std::string_view text, std::size_t begin) {
+  const Line line = lineAt(text, begin);
+  if (!line.terminated) return std::nullopt;
+  const std::string_view all = text.substr(0, line.lf);
+  const auto behindBlanks = [all](std::size_t from) {
+    return orEnd(all.find_first_not_of(" \t", from), all);
+  };
+  const std::size_t tag = begin + kCrypto.size();
+  const std::size_t tagEnd = all.find(' ', tag);
+  if (tagEnd == npos) return std::nullopt;
+  const std::size_t suite = behindBlanks(tagEnd);
+  const std::size_t suiteEnd = all.find(' ', suite);
+  if (suiteEnd == npos) return std::nullopt;
+  return CryptoLine{line, all.substr(tag, tagEnd - tag), all.substr(suite, suiteEnd - suite),
+                    behindBlanks(suiteEnd)};
+}
+
+/// Whether a suite sorts at or behind a name, letters compared without regard to case and no further than the
+/// suite goes.
+bool sortsFrom(std::string_view suite, std::string_view name) {
+  for (std::size_t i = 0; i < suite.size(); ++i) {
+    const auto character = static_cast<unsigned char>(lower(suite[i]));
+    const auto least = static_cast<unsigned char>(i < name.size() ? lower(name[i]) : '\0');
+    if (character != least) return character > least;
+  }
+  return true;
+}
+
+bool mayHaveKey(std::string_view suite) {
+  return std::any_of(std::begin(kLeastSuites), std::end(kLeastSuites),
+                     [suite](std::string_view name) { return sortsFrom(suite, name); });
+}
+
+/// Puts a new key in the place of all that follows a suite.
+Edit putKey(SdpText& text, const CryptoLine& crypto) {
+  cNegotTraceManager::writeTraceMsg(2, 2, "Creating SDES crypto line with tag [%.*s] and suite [%.*s]",
+                                    static_cast<int>(crypto.tag.size()), crypto.tag.data(),
+                                    static_cast<int>(crypto.suite.size()), crypto.suite.data());
+  char key[kKeyTextSize];
+  sdpModifications::generateSDESKey(key, sizeof key);
+  const auto parameters = FixedText<kKeyTextSize + 9>().add("inline:").add(key).add("\r\n");
+  return text.replace({crypto.parameters, crypto.line.next()}, parameters.view());
+}
+
+/// A media section. Its end does not move with the text: what comes to stand in front of it belongs to the
+/// section, what comes to stand behind it does not.
+struct SdesSection {
+  std::size_t mLine;
+  std::size_t end;
+};
+
+/// One pass of removals through a section's crypto attributes. It ends at one that gets a key, and behind one
+/// that stood on the m-line itself, which has changed then and may have another port.
+class CryptoPass {
+ public:
+  CryptoPass(const SdesSection& section, std::size_t from, bool keyed)
+      : section_(section), from_(from), keyed_(keyed) {}
+
+  std::optional<Span> next(std::string_view text, std::size_t rest) {
+    if (resumeAt_ != npos) return std::nullopt;
+    const std::size_t at = findAnywhere(text, kCrypto, std::max(rest, from_));
+    if (at == npos || at - erased_ >= section_.end) return std::nullopt;
+    const std::optional<CryptoLine> crypto = cryptoLineAt(text, at);
+    status_ = crypto ? readPort(text) : 1;
+    if (status_ != 0) return std::nullopt;
+    if (!keyed_ && port_ != 0 && mayHaveKey(crypto->suite)) {
+      keyAt_ = at - erased_;
+      return std::nullopt;
+    }
+    return remove(*crypto);
+  }
+
+  unsigned short status() const { return status_; }
+  /// Where the attribute stands that gets the key, once the pass is done.
+  std::size_t keyAt() const { return keyAt_; }
+  /// Where another pass has to begin.
+  std::size_t resumeAt() const { return resumeAt_; }
+
+ private:
+  unsigned short readPort(std::string_view text) {
+    if (mLineEnd_ != npos) return 0;
+    mLineEnd_ = lineAt(text, section_.mLine + 1).lf;
+    return sdpParserMessage::getMediaLinePort(text.data() + section_.mLine, port_);
+  }
+
+  Span remove(const CryptoLine& crypto) {
+    cNegotTraceManager::writeTraceMsg(2, 2, "Removing SDES crypto line with tag [%.*s] and suite [%.*s]",
+                                      static_cast<int>(crypto.tag.size()), crypto.tag.data(),
+                                      static_cast<int>(crypto.suite.size()), crypto.suite.data());
+    const Span gone{crypto.line.begin, crypto.line.next()};
+    if (gone.begin < mLineEnd_) resumeAt_ = gone.begin;
+    erased_ += gone.end - gone.begin;
+    return gone;
+  }
+
+  SdesSection section_;
+  std::size_t from_;
+  bool keyed_;
+  std::size_t erased_ = 0;
+  std::size_t mLineEnd_ = npos;
+  std::size_t keyAt_ = npos;
+  std::size_t resumeAt_ = npos;
+  unsigned short port_ = 0;
+  unsigned short status_ = 0;
+};
+
+bool isActive(const char* mLine) {
+  unsigned short port = 0;
+  return sdpParserMessage::getMediaLinePort(mLine, port) == 0 && port != 0;
+}
+
+}  // namespace
+
+unsigned short addSdesLine(SdpText& text, std::size_t mediaStart) {
+  const std::size_t next = findLine(text.view(), "m=", mediaStart + 1);
+  const SdesSection section{mediaStart + 1, next != npos ? next - 1 : text.size()};
+  std::size_t from = mediaStart;
+  bool keyed = false;
+  while (true) {
+    CryptoPass pass(section, from, keyed);
+    text.eraseEach([&](std::string_view view, std::size_t rest) { return pass.next(view, rest); });
+    if (pass.resumeAt() != npos) {
+      from = pass.resumeAt();
+      continue;
+    }
+    if (pass.keyAt() == npos) return pass.status();
+    const std::optional<CryptoLine> crypto = cryptoLineAt(text.view(), pass.keyAt());
+    if (!crypto || putKey(text, *crypto) != Edit::done) {
+      cNegotTraceManager::writeTraceMsg(4, 3,
+                                        "addSDESLine(): The new key does not fit the SDP buffer. Exiting.");
+      return 1;
+    }
+    keyed = true;
+    from = pass.keyAt() + 1;
+  }
+}
+
+}  // namespace sdpneg
+
+using namespace sdpneg;
+
+int sdpModifications::generateSDESKey(char* out, unsigned long outCap) {
+  timeval now{};
+  gettimeofday(&now, nullptr);
+  unsigned char key[kKeyBytes];
+  fillKey(key, static_cast<unsigned int>(now.tv_sec));
+  return base64_encode(key, sizeof key, out, outCap);
+}
+
+unsigned short sdpModifications::addSDESLine(char* mediaStart) {
+  SdpText text(mediaStart);
+  return adopted(text, "addSDESLine") ? addSdesLine(text, 0) : 1;
+}
+
+bool sdpModifications::isSDESonly(const char* sdp) {
+  const auto text = adoptedView(sdp, "isSDESonly");
+  if (!text) return false;
+  const std::size_t keyManagement = findAnywhere(*text, kKeyManagement);
+  const std::size_t lastCrypto = text->rfind(kCrypto);
+  for (std::size_t at = findLine(*text, "m="); at != npos; at = findLine(*text, "m=", at)) {
+    if (!isActive(sdp + at)) continue;
+    const std::size_t end = orEnd(findLine(*text, "m=", at), *text);
+    // The first one counts for all sections behind it, as one of the session does.
+    if (keyManagement < end) return false;
+    if (contains(text->substr(at, end - at), "RTP/AVP")) return false;
+    // The crypto attribute may stand in any later section.
+    if (lastCrypto == npos || lastCrypto < at) return false;
+  }
+  return true;
+}

@@ -1,0 +1,115 @@
+#include <new>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "sdpModifiers.h"
+#include "sdpModifiers/adopt.h"
+#include "sdpNegotiatorTrace.h"
+#include "text/lines.h"
+
+// The video sections of a text as a text of their own.
+
+namespace {
+
+using namespace sdpneg;
+
+constexpr std::string_view kVideo = "m=video";
+
+/// The first c-line up to its LF, so with its CR; nothing without a c-line that ends in LF.
+std::optional<std::string> connectionLine(std::string_view text) {
+  const std::size_t found = findAnywhere(text, "c=");
+  if (found == npos) return std::nullopt;
+  const Line line = lineAt(text, found);
+  if (!line.terminated) return std::nullopt;
+  return std::string(text.substr(line.begin, line.lf - line.begin));
+}
+
+/// Gives a section without a c-line the session's, in front of its first attribute line.
+void addConnection(std::string& section, const std::string& connection) {
+  if (findLine(section, "c=") != npos) return;
+  const std::size_t attribute = findLine(section, "a=");
+  section.insert(attribute != npos ? attribute : 0, connection + "\n");
+}
+
+/// Where a video section lies: up to the LF in front of the next m-line, or to the text's end.
+struct Section {
+  Span span;
+  bool last;
+};
+
+Section sectionAt(std::string_view text, std::size_t at) {
+  const std::size_t next = findLine(text, "m=", at);
+  if (next == npos) return {{at, text.size()}, true};
+  cNegotTraceManager::writeTraceMsg(8, 4, "next_mline: %s", text.data() + next - 1);
+  return {{at, next - 1}, false};
+}
+
+/// Appends a section to the collection and removes it from the text if asked to.
+/// @return whether it was the last one
+bool collect(SdpText& text, std::size_t at, const std::string& connection, bool remove,
+             std::string& collected) {
+  const Section section = sectionAt(text.view(), at);
+  std::string lines(text.view().substr(at, section.span.end - at));
+  cNegotTraceManager::writeTraceMsg(8, 4, "str1: %s", lines.c_str());
+  addConnection(lines, connection);
+  cNegotTraceManager::writeTraceMsg(8, 4, "str1: %s", lines.c_str());
+  collected += lines;
+  cNegotTraceManager::writeTraceMsg(8, 4, "str: %s", collected.c_str());
+  if (remove) {
+    // The LF in front of the next m-line stays beside that in front of the section.
+    text.erase(section.span);
+    cNegotTraceManager::writeTraceMsg(8, 4, "new sdp: %s.", text.view().data());
+  }
+  return section.last;
+}
+
+std::string collectVideo(SdpText& text, const std::string& connection, bool remove) {
+  std::string collected;
+  std::size_t at = findLine(text.view(), kVideo);
+  while (at != npos) {
+    cNegotTraceManager::writeTraceMsg(2, 2, "mstart: %s", text.view().data() + at);
+    if (collect(text, at, connection, remove, collected)) break;
+    // Also when the section has gone: the m-line that follows it directly is then behind the search.
+    at = findLine(text.view(), kVideo, at + kVideo.size() + 1);
+  }
+  return collected;
+}
+
+void handOut(std::string_view collected, char* out, unsigned int outSize) {
+  const bool writable = out != nullptr && outSize > 0;
+  if (outSize < collected.size()) {
+    if (writable) out[0] = '\0';
+    cNegotTraceManager::writeTraceMsg(
+        2, 2, "The size of Video part of SDP is bigger than the videoDescription buffer size");
+    return;
+  }
+  if (!writable) return;
+  // A result that takes all of the buffer loses its last character.
+  out[collected.copy(out, outSize - 1)] = '\0';
+  out[outSize - 1] = '\0';
+}
+
+unsigned short videoDescriptions(SdpText& text, char* out, unsigned int outSize, bool remove) {
+  const std::optional<std::string> connection = connectionLine(text.view());
+  if (!connection) return 1;
+  cNegotTraceManager::writeTraceMsg(8, 4, "c_line: %s", connection->c_str());
+  handOut(collectVideo(text, *connection, remove), out, outSize);
+  return 0;
+}
+
+}  // namespace
+
+unsigned short sdpModifications::getVideoDescriptions(char* sdp, char* out, unsigned int outSize,
+                                                      bool removeFromSdp) {
+  cNegotTraceManager::writeTraceMsg(8, 4, "Entering getVideoDescriptions() method.");
+  SdpText text(sdp);
+  if (!adopted(text, "getVideoDescriptions")) return 1;
+  cNegotTraceManager::writeTraceMsg(8, 4, "original sdp: %s.", sdp);
+  try {
+    return videoDescriptions(text, out, outSize, removeFromSdp);
+  } catch (const std::bad_alloc&) {
+    cNegotTraceManager::writeTraceMsg(4, 3, "getVideoDescriptions(): There is no memory. Exiting.");
+    return 1;
+  }
+}

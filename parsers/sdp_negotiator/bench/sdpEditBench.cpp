@@ -91,6 +91,49 @@ void registerAll(const std::string& size, const std::string& body) {
   }
 }
 
+char removed[25];
+
+/// Edits on a body of 18 kB that consists of what they remove.
+struct Removal {
+  const char* name;
+  const char* line;
+  Edit edit;
+};
+
+constexpr Removal kRemovals[] = {
+    {"sdpRemoveICE", "a=candidate:1 1 UDP 2130706431 192.0.2.1 49170 typ host\r\n", M::sdpRemoveICE},
+    {"sdpRemoveCandidates", "a=candidate:1 1 UDP 2130706431 192.0.2.1 49170 typ host\r\n",
+     M::sdpRemoveCandidates},
+    {"sdpRemoveSecureAttributes", "a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:MDEyMzQ1Njc4OWFiY2RlZg==\r\n",
+     [](char* sdp) { return M::sdpRemoveSecureAttributes(sdp, "a=crypto"); }},
+    {"sdpRemoveDTLSAttributes", "a=setup:actpass\r\n", M::sdpRemoveDTLSAttributes},
+    {"sdpDelPreconditions", "a=curr:qos e2e none\r\n", M::sdpDelPreconditions},
+    {"sdpRemoveMline", "m=audio 49170 RTP/AVP 0\r\n",
+     [](char* sdp) -> unsigned short {
+       M::sdpRemoveMline(sdp, removed, oLineEnd, "RTP/AVP", false);
+       return 0;
+     }},
+    {"sdpRemoveSecurity", "m=audio 49170 RTP/SAVP 0\r\n",
+     [](char* sdp) -> unsigned short {
+       M::sdpRemoveSecurity(sdp, removed, oLineEnd, false);
+       return 0;
+     }},
+    {"sdpRemoveAnat", "m=audio 49170 RTP/AVP 0\r\nc=IN IP4 192.0.2.1\r\n",
+     [](char* sdp) {
+       return M::sdpRemoveAnat(sdp, static_cast<eIPAddressVersion>(2), removed, oLineEnd, false);
+     }},
+    {"sdpRemoveMlinesZeroPort", "m=audio 0 RTP/AVP 0\r\n", M::sdpRemoveMlinesZeroPort},
+};
+
+void registerRemovals(std::size_t size) {
+  for (const Removal& one : kRemovals) {
+    std::string body = "v=0\r\no=alice 1 1 IN IP4 192.0.2.1\r\ns=-\r\nt=0 0\r\n";
+    while (body.size() + std::strlen(one.line) < size) body += one.line;
+    benchmark::RegisterBenchmark((std::string("all of 18 kB: ") + one.name).c_str(),
+                                 [body, &one](benchmark::State& s) { restoreAndEdit(s, body, one.edit); });
+  }
+}
+
 void encode(benchmark::State& state) {
   sSdpParsedData data;
   data.init();
@@ -120,6 +163,7 @@ int main(int argc, char** argv) {
     std::printf("a body of %zu characters\n", body.size());
     registerAll(size == 1000 ? "1 kB" : "18 kB", body);
   }
+  registerRemovals(18000);
   benchmark::RegisterBenchmark("sdpEncoder", encode);
   benchmark::RegisterBenchmark("createSDPUserRequest", request);
   benchmark::RunSpecifiedBenchmarks();

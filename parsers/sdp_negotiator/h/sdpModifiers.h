@@ -473,6 +473,26 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// @name Answer update (answerUpdate.cpp)
   /// @{
 
+  /// Brings a plain audio answer up to date with a new offer that differs from the old one in its codecs, and may have
+  /// video in addition (RFC 3264 8). Audio formats of the answer whose codec the new offer no longer has go with their
+  /// rtpmap and fmtp lines; the text then gets the codec's form and its audio m-line 20 formats at most. Of payload
+  /// types in these lines only the leading characters are compared: where 96 goes, so do the lines of 9. A video
+  /// m-line of the new offer is answered with port 0, and added where the answer has none.
+  /// Takes the stack of three `sDescription`, some 1.7 MB; where one is larger than 1 MB they are allocated.
+  /// @param sdpAnswer   edited in place; unchanged on failure
+  /// @param oldSdpOffer a text of the same capacity, only read
+  /// @param newSdpOffer a text of the same capacity, only read
+  /// @param length      receives the length of the answer, also on failure
+  /// @param oLineEnd    receives the offset behind the o-line when that was rebuilt, and is unchanged otherwise
+  /// @param modifyOLine gives the answer a new session id and version (`sdpModifyOLine`) when a format went or the new
+  ///                    offer has video
+  /// @return 0, also when there was nothing to do; 1 with a trace for a text that is no SDP body, offers with different
+  ///         session addresses or audio ports, several active audio m-lines in the new offer or the answer, an answer
+  ///         with an active RTP/SAVP m-line, one whose first known audio codec the new offer has not, one that its
+  ///         description does not hold whole and that would lose a format, an offered video m-line without format that
+  ///         would be added, an o-line that cannot be rebuilt, no room or memory
+  static unsigned short sdpUpdateSdp(char* sdpAnswer, char* oldSdpOffer, char* newSdpOffer, int& length,
+                                     unsigned short& oLineEnd, bool modifyOLine);
   /// @}
 };
 

@@ -363,9 +363,35 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short sdpReorderAudioCodecPreference(const unsigned char* codecs, int count);
   /// @}
 
-  /// @name Video (sdpNegotiator/video.cpp)
+  /// @name Video (sdpNegotiator/video.cpp, videoCodecPolicy.cpp)
+  ///
+  /// The object is unchanged after a failure, also when the new text cannot be stored. All but `sdpModifyTransportTypes`
+  /// store the text and leave the summary as it is.
   /// @{
 
+  /// Puts media sections in the place of the video section: each in turn, so that the last one remains. That is exact
+  /// for a text that begins with "m=" and a body whose first "m=video" is its last section; otherwise more goes, since
+  /// what is taken of the text, and replaced in the body, is as long as the place of the next "m=" counted from its
+  /// start says. A body that holds no "video" anywhere gets the text at its end as it is. A text of the body above
+  /// 20479 characters, or one that cannot be stored, is refused with a trace.
+  /// @param sections media sections of any length, each beginning with "m="; null is refused with a trace
+  void sdpAddVideoDescriptions(const char* sections);
+  /// `sdpModifications::getVideoDescriptions` on the text.
+  /// @param out  receives the video sections, and is empty when they do not fit
+  /// @param size characters of `out`
+  /// @param flag takes them out of the body
+  /// @return 1; 0 with a trace for an empty object, a refusal, or a new text that cannot be stored
+  unsigned short sdpGetVideoDescriptions(char* out, unsigned int size, bool flag);
+  /// Removes from every video section the formats of known codecs that are not allowed, with their rtpmap and fmtp
+  /// lines; formats of unknown codecs stay. Of an m-line 64 formats are looked at. The first place of a format on its
+  /// m-line counts, the port's too.
+  /// @param allowed values of `videoCodecTable`, ended by `count` or the first 0; null allows none
+  /// @return 1 when every video section has an allowed codec; 0 with the object unchanged when one has none, there is no
+  ///         video section, or the new text cannot be stored
+  unsigned short sdpRestrictVideoCodecsTo(const unsigned char* allowed, int count);
+  /// `sdpModifications::sdpSetMediaTransportType` on the text, for all media that it has; then it is parsed again. A
+  /// text that does not parse or cannot be stored leaves the object empty (`sdpParse`).
+  void sdpModifyTransportTypes(const char* fromTransport, const char* toTransport);
   /// @}
 
   /// @name Security (sdpNegotiator/security.cpp)
@@ -376,6 +402,21 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @name Offer versions (sdpNegotiator/offerVersion.cpp)
   /// @{
 
+  /// Whether this is the session of an earlier offer, one version on: all six fields of the o-line (RFC 4566 5.2) are
+  /// there, the session version is higher by exactly one, and the others are the same. Versions are read as signed
+  /// numbers of 64 bits, larger ones as the largest.
+  /// @return 1 or 0; 1 with a trace for null
+  unsigned short isSdpVersionIncreased(const cSdpNegotiator* earlier) const;
+  /// Takes over the o-line of an earlier body with its version raised by one, in both objects, and adds the m-lines that
+  /// the earlier body has in addition.
+  /// @param keepOnly handed to `sdpModifications::correctMLines`
+  /// @return 0 when both bodies have as many m-lines, or the earlier one had more and this one was corrected;
+  ///         1 when the earlier body has fewer, an object is empty, or the m-lines cannot be corrected;
+  ///         65534 when a text is no SDP body; with these the o-line has been taken over as far as there is one.
+  ///         1 for null or the largest version, with a trace, and the status of storing when a raised version or the
+  ///         o-line cannot be stored or does not fit: both objects are unchanged.
+  ///         The status of `sdpParse` when the corrected text does not parse or cannot be stored: this object is empty.
+  unsigned short sdpModifyVersionAndMlines(cSdpNegotiator* earlier, bool keepOnly);
   /// @}
 
   /// @name Media requests (sdpNegotiator/mediaRequests.cpp)

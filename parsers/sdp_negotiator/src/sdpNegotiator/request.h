@@ -42,12 +42,19 @@ unsigned short editAndStore(cSdpNegotiator& object, Edit edit) {
   return editText(object, edit, [&](const char* text) { return object.setRawSDP(text); });
 }
 
-/// Stores a text; the object stays as it was when the text finds no room.
-inline unsigned short storeOrStay(cSdpNegotiator& object, const char* text) {
+/// Stores a text; an object that cannot store it stays as it was.
+/// @return the status of storing
+inline unsigned short storeOrKeep(cSdpNegotiator& object, const char* text) {
   const cSdpNegotiator before = object;
   const unsigned short status = object.setRawSDP(text);
+  if (status != 0) object = before;
+  return status;
+}
+
+/// The same with a trace of a failure.
+inline unsigned short storeOrStay(cSdpNegotiator& object, const char* text) {
+  const unsigned short status = storeOrKeep(object, text);
   if (status != 0) {
-    object = before;
     cNegotTraceManager::writeTraceMsg(4, 3, "The edited SDP cannot be stored. The SDP is left as it was.");
   }
   return status;

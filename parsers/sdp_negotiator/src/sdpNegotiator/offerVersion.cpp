@@ -1,0 +1,105 @@
+#include <limits>
+#include <string_view>
+
+#include "sdpModifiers.h"
+#include "sdpNegotiator.h"
+#include "sdpNegotiatorTrace.h"
+#include "text/search.h"
+
+// Whether an offer is the next version of an earlier one, and making it so.
+
+namespace {
+
+using namespace sdpneg;
+
+using OriginField = const char* (*)(const o_line*);
+
+std::string_view fieldOf(const o_line& line, OriginField field) { return viewOf(field(&line)); }
+
+bool isComplete(const o_line& line) {
+  for (const OriginField field : {sdp_OgetUserName, sdp_OgetSessionId, sdp_OgetSessionVersion,
+                                  sdp_OgetNetworkType, sdp_OgetAddressType, sdp_OgetAddress}) {
+    if (fieldOf(line, field).empty()) return false;
+  }
+  return true;
+}
+
+long long versionOf(const o_line& line) {
+  return numberOrZero<long long>(fieldOf(line, sdp_OgetSessionVersion));
+}
+
+bool isRaisedByOne(long long oldVersion, long long newVersion) {
+  return oldVersion != std::numeric_limits<long long>::max() && newVersion == oldVersion + 1;
+}
+
+/// Whether two o-lines agree in all but the version.
+bool isSameSession(const o_line& a, const o_line& b) {
+  for (const OriginField field :
+       {sdp_OgetUserName, sdp_OgetSessionId, sdp_OgetNetworkType, sdp_OgetAddressType, sdp_OgetAddress}) {
+    if (fieldOf(a, field) != fieldOf(b, field)) return false;
+  }
+  return true;
+}
+
+/// Puts the o-line of an earlier body, with its version raised in both, in the place of an object's own. Both objects
+/// stay as they were when that fails.
+unsigned short takeOverOrigin(cSdpNegotiator& object, cSdpNegotiator& earlier, const o_line& origin) {
+  const cSdpNegotiator objectBefore = object;
+  const cSdpNegotiator earlierBefore = earlier;
+  // A body without o-line has no version.
+  unsigned short status = origin.present != 0 ? earlier.sdpSetVersionNumberLong(versionOf(origin) + 1) : 0;
+  if (status == 0) status = object.copyOLine(&earlier);
+  if (status != 0) {
+    object = objectBefore;
+    earlier = earlierBefore;
+  }
+  return status;
+}
+
+}  // namespace
+
+unsigned short cSdpNegotiator::isSdpVersionIncreased(const cSdpNegotiator* earlier) const {
+  cNegotTraceManager::writeTraceMsg(1, 1, "Entered isSdpVersionIncrease()");
+  if (earlier == nullptr) {
+    // Without an earlier offer any is a new one.
+    cNegotTraceManager::writeTraceMsg(
+        4, 3, "Invalid input object. Cannot check the required elements of the SDP. Exiting.");
+    return 1;
+  }
+  if (compareSdpOLine(earlier) != 1) return 0;
+  o_line before;
+  o_line now;
+  earlier->getOLine(before);
+  getOLine(now);
+  if (!isComplete(before) || !isComplete(now)) return 0;
+  cNegotTraceManager::writeTraceMsg(8, 4, "NEW BINARY sdp session version old %lld, version of new %lld",
+                                    versionOf(before), versionOf(now));
+  return isRaisedByOne(versionOf(before), versionOf(now)) && isSameSession(before, now) ? 1 : 0;
+}
+
+unsigned short cSdpNegotiator::sdpModifyVersionAndMlines(cSdpNegotiator* earlier, bool keepOnly) {
+  if (earlier == nullptr) {
+    cNegotTraceManager::writeTraceMsg(4, 3, "Invalid input object. Cannot continue. Exiting.");
+    return 1;
+  }
+  o_line origin;
+  earlier->getOLine(origin);
+  if (versionOf(origin) == std::numeric_limits<long long>::max()) {
+    cNegotTraceManager::writeTraceMsg(
+        4, 3, "sdpModifyVersionAndMlines(): The session version cannot be raised. Exiting.");
+    return 1;
+  }
+  if (const unsigned short status = takeOverOrigin(*this, *earlier, origin); status != 0) return status;
+  char earlierText[MAX_SDP_PROTOCOL_DATA_SIZE];
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
+  if (const unsigned short status = earlier->getSDP(earlierText, sizeof earlierText); status != 0)
+    return status;
+  if (const unsigned short status = getSDP(text, sizeof text); status != 0) return status;
+  // Of the negative results, only -1 says that there are m-lines to add.
+  constexpr unsigned short kEarlierHasMore = 65535;
+  const auto compared =
+      static_cast<unsigned short>(sdpModifications::compareNumberOfMLines(earlierText, text));
+  if (compared != kEarlierHasMore) return compared;
+  const unsigned short corrected = sdpModifications::correctMLines(earlierText, text, keepOnly, false);
+  return corrected != 0 ? corrected : sdpParse(text, SDP_TYPE_UNKNOWN);
+}

@@ -1,0 +1,106 @@
+#include <algorithm>
+#include <new>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sdpModifiers.h"
+#include "sdpNegotiator.h"
+#include "sdpNegotiator/request.h"
+#include "sdpNegotiatorTrace.h"
+#include "text/lines.h"
+#include "text/sdpText.h"
+
+// The video sections of a body as text, and the transports of its m-lines.
+
+namespace {
+
+using namespace sdpneg;
+
+constexpr std::string_view kMLine = "m=";
+constexpr std::string_view kVideoMLine = "m=video";
+
+/// The place of the next "m=" behind one; the text's length when there is none.
+std::size_t nextMLine(std::string_view text, std::size_t mLine) {
+  return orEnd(findAnywhere(text, kMLine, mLine + kMLine.size()), text);
+}
+
+/// Puts each section in turn in the place of the first "m=video". The place of the next "m=", in the sections and in
+/// the text, counts as a length, whatever stands in front of the first one.
+Edit replaceVideo(SdpText& text, std::string_view sections) {
+  for (std::size_t at = findAnywhere(sections, kMLine); at != npos; at = findAnywhere(sections, kMLine)) {
+    const std::size_t taken = nextMLine(sections, at);
+    const std::size_t video = findAnywhere(text.view(), kVideoMLine);
+    if (video == npos) break;
+    const std::size_t end = std::min(text.size(), video + nextMLine(text.view(), video));
+    if (text.replace({video, end}, sections.substr(at, taken)) != Edit::done) return Edit::noRoom;
+    sections.remove_prefix(taken);
+  }
+  return Edit::done;
+}
+
+/// The media names of a text's m-lines.
+/// @return nothing when they cannot be told
+std::optional<std::vector<std::string>> mediaNames(char* text) {
+  try {
+    std::vector<mDescription> mLines;
+    if (sdpModifications::getMLines(text, mLines) != 0) return std::nullopt;
+    std::vector<std::string> names;
+    for (const mDescription& media : mLines) {
+      names.emplace_back(media.mLine.media);
+      cNegotTraceManager::writeTraceMsg(
+          1, 1, "sdpModifyTransportTypes():Request to modify transport type for all m = %s",
+          media.mLine.media);
+    }
+    return names;
+  } catch (const std::bad_alloc&) {
+    cNegotTraceManager::writeTraceMsg(
+        4, 3, "sdpModifyTransportTypes(): There is no memory for the media of the SDP.");
+    return std::nullopt;
+  }
+}
+
+}  // namespace
+
+void cSdpNegotiator::sdpAddVideoDescriptions(const char* sections) {
+  if (sections == nullptr) {
+    cNegotTraceManager::writeTraceMsg(4, 3, "The request to add videoDescriptions  is invalid.");
+    return;
+  }
+  cNegotTraceManager::writeTraceMsg(1, 1, "Request to add videoDescriptions: %s", sections);
+  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
+  if (getSDP(buffer, sizeof buffer) != 0) return;
+  SdpText text(buffer);
+  const bool hasVideo = findAnywhere(text.view(), "video") != npos;
+  if ((hasVideo ? replaceVideo(text, sections) : text.append(sections)) != Edit::done) {
+    cNegotTraceManager::writeTraceMsg(
+        4, 3, "sdpAddVideoDescriptions(): The SDP with the videoDescriptions does not fit its buffer.");
+  } else if (storeOrKeep(*this, buffer) != 0) {
+    cNegotTraceManager::writeTraceMsg(
+        4, 3, "sdpAddVideoDescriptions(): The SDP with the videoDescriptions cannot be stored.");
+  } else {
+    cNegotTraceManager::writeTraceMsg(1, 1, "Updated SDP: %s", buffer);
+  }
+}
+
+unsigned short cSdpNegotiator::sdpGetVideoDescriptions(char* out, unsigned int size, bool flag) {
+  cNegotTraceManager::writeTraceMsg(1, 1, "Request to get the video descriptions");
+  const unsigned short status = editText(
+      *this, [&](char* text) { return sdpModifications::getVideoDescriptions(text, out, size, flag); },
+      [this](const char* text) { return storeOrKeep(*this, text); });
+  if (status == 0) return 1;
+  cNegotTraceManager::writeTraceMsg(4, 3, "The request to get the video descriptions is invalid.");
+  return 0;
+}
+
+void cSdpNegotiator::sdpModifyTransportTypes(const char* fromTransport, const char* toTransport) {
+  cNegotTraceManager::writeTraceMsg(
+      1, 1, "sdpModifyTransportTypes():Request to modify transport type for all m-lines");
+  editAndParse(*this, [&](char* text) -> unsigned short {
+    const auto names = mediaNames(text);
+    return names ? sdpModifications::sdpSetMediaTransportType(text, fromTransport, toTransport, *names) : 1;
+  });
+  // The text that ends this request names another one.
+  cNegotTraceManager::writeTraceMsg(1, 1, "Exiting sdpRemoveMlinesZeroPort()");
+}

@@ -1,0 +1,174 @@
+#include <algorithm>
+#include <bitset>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "mLine.h"
+#include "sdpModifiers/codecLists.h"
+#include "sdpNegotiator.h"
+#include "sdpNegotiator/request.h"
+#include "sdpNegotiatorParser.h"
+#include "sdpNegotiatorTrace.h"
+#include "text/lines.h"
+#include "text/sdpText.h"
+
+// Which video codecs a body offers.
+
+namespace {
+
+using namespace sdpneg;
+
+using Codecs = std::span<const unsigned char>;
+
+constexpr std::string_view kVideoMLine = "m=video";
+
+/// Whether a text begins with a format as a whole word.
+bool beginsWithFormat(std::string_view text, std::string_view format) {
+  return startsWith(text, format) && text.size() > format.size() && isSpace(text[format.size()]);
+}
+
+bool isBlank(char c) { return c == ' ' || c == '\t'; }
+
+/// The first place of a format on an m-line, whichever field it is, with the blanks in front of it.
+/// @param mLine with its line end
+std::optional<Span> formatField(std::string_view mLine, std::string_view format) {
+  for (std::size_t at = mLine.find(format); at != npos; at = mLine.find(format, at + 1)) {
+    if (at == 0 || !isBlank(mLine[at - 1]) || !beginsWithFormat(mLine.substr(at), format)) continue;
+    return Span{mLine.find_last_not_of(" \t", at - 1) + 1, at + format.size()};
+  }
+  return std::nullopt;
+}
+
+bool describesFormat(std::string_view line, std::string_view format) {
+  for (const std::string_view prefix : {"a=rtpmap:", "a=fmtp:"}) {
+    if (startsWith(line, prefix)) return beginsWithFormat(line.substr(prefix.size()), format);
+  }
+  return false;
+}
+
+/// The next whole line that describes a format, behind the LF at or behind `from`.
+std::optional<Span> nextDescription(std::string_view section, std::size_t from, std::string_view format) {
+  for (std::size_t at = findLine(section, "a=", from); at != npos; at = findLine(section, "a=", at)) {
+    if (!describesFormat(section.substr(at), format)) continue;
+    // From LF to LF, so that the one in front of the next line is still there to be found.
+    const Line line = lineAt(section, at);
+    return line.terminated ? Span{at - 1, line.lf} : Span{at, line.lf};
+  }
+  return std::nullopt;
+}
+
+/// A video section of a text. Offsets hold while only this section is edited.
+class VideoSection {
+ public:
+  VideoSection(SdpText& text, std::size_t mLine)
+      : text_(text), begin_(mLine), end_(orEnd(findLine(text.view(), "m=", mLine), text.view())) {}
+
+  /// @return whether the m-line could be decoded
+  bool decode() {
+    const char* position = text_.view().data() + begin_;
+    int line = 0;
+    int column = 0;
+    return sdp_Mdecode_r(&mLine_, position, nullptr, line, column) == 0;
+  }
+
+  /// Tells allowed formats from those to remove. @return whether there is an allowed one
+  bool judge(Codecs allowed);
+  void removeOthers();
+  bool hasOthers() const { return others_.any(); }
+
+ private:
+  void remove(std::string_view format);
+  std::string_view view() const { return text_.view().substr(begin_, end_ - begin_); }
+  void erased(std::size_t sizeBefore) { end_ -= sizeBefore - text_.size(); }
+
+  SdpText& text_;
+  std::size_t begin_;
+  std::size_t end_;
+  m_line mLine_;
+  std::bitset<SDP_FORMAT_CAPACITY> others_;
+};
+
+bool VideoSection::judge(Codecs allowed) {
+  const std::string_view section = view();
+  const int total = sdp_MgetNoOfFormats(&mLine_);
+  int allowedCount = 0;
+  for (int i = 0; i < total; ++i) {
+    const std::uint8_t codec = sdpParserMessage::getMediaCodec(
+        section.data(), section.data() + section.size(), sdp_MgetFormat(&mLine_, i));
+    const bool isAllowed = codec != SDP_NO_CODEC && holds(allowed, codec);
+    if (isAllowed) ++allowedCount;
+    others_.set(static_cast<std::size_t>(i), codec != SDP_NO_CODEC && !isAllowed);
+  }
+  const int removed = static_cast<int>(others_.count());
+  const std::string_view shown = content(section, lineAt(section, 0));
+  cNegotTraceManager::writeTraceMsg(1, 1,
+                                    "Processing media [%.*s]: contains total of %i codecs, %i are allowed, "
+                                    "%i codecs must be removed and %i are unknown/invalid",
+                                    static_cast<int>(shown.size()), shown.data(), total, allowedCount,
+                                    removed, total - allowedCount - removed);
+  return allowedCount != 0;
+}
+
+void VideoSection::remove(std::string_view format) {
+  const std::size_t before = text_.size();
+  const Line mLine = lineAt(text_.view(), begin_);
+  const auto field = formatField(view().substr(0, mLine.next() - begin_), format);
+  if (field) text_.erase({begin_ + field->begin, begin_ + field->end});
+  erased(before);
+  const std::size_t behind = text_.size();
+  text_.eraseEach([&](std::string_view text, std::size_t from) {
+    return nextDescription(text.substr(0, end_), std::max(from, begin_), format);
+  });
+  erased(behind);
+}
+
+void VideoSection::removeOthers() {
+  for (int i = 0; i < sdp_MgetNoOfFormats(&mLine_); ++i) {
+    if (!others_.test(static_cast<std::size_t>(i))) continue;
+    const char* const format = sdp_MgetFormat(&mLine_, i);
+    cNegotTraceManager::writeTraceMsg(1, 1, "Removing format [%s] from video media", format);
+    remove(format);
+  }
+}
+
+/// What became of a text.
+struct Restriction {
+  bool allowed;  ///< at least one video section was looked at, and each of them has an allowed codec
+  bool changed;
+};
+
+Restriction restrictVideo(SdpText& text, Codecs allowed) {
+  Restriction result{false, false};
+  for (std::size_t at = findLine(text.view(), kVideoMLine); at != npos;
+       at = findLine(text.view(), kVideoMLine, at + kVideoMLine.size())) {
+    VideoSection section(text, at);
+    if (!section.decode()) continue;
+    if (!section.judge(allowed)) {
+      cNegotTraceManager::writeTraceMsg(
+          1, 1, "No allowed codecs in media: leaving SDP unchanged and returning false");
+      return {false, false};
+    }
+    result = {true, result.changed || section.hasOthers()};
+    section.removeOthers();
+  }
+  return result;
+}
+
+}  // namespace
+
+unsigned short cSdpNegotiator::sdpRestrictVideoCodecsTo(const unsigned char* allowed, int count) {
+  cNegotTraceManager::writeTraceMsg(
+      1, 1, "Request to restrict video codecs from the SDP. Given %i allowed video codecs", count);
+  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
+  if (getSDP(buffer, sizeof buffer) != 0) return 0;
+  SdpText text(buffer);
+  const Restriction result = restrictVideo(text, allowed != nullptr ? valuesOf(allowed, count) : Codecs());
+  if (result.changed && storeOrKeep(*this, buffer) != 0) {
+    cNegotTraceManager::writeTraceMsg(4, 3,
+                                      "sdpRestrictVideoCodecsTo(): The restricted SDP cannot be stored.");
+    return 0;
+  }
+  return result.allowed ? 1 : 0;
+}

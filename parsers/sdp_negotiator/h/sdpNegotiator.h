@@ -395,8 +395,67 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @}
 
   /// @name Security (sdpNegotiator/security.cpp)
+  ///
+  /// The queries search the text, wherever what they look for stands in it. The removals parse what is left, so the
+  /// summary tells of the new text; a text that does not parse leaves the object empty.
   /// @{
 
+  /// How the media are secured, by the profiles RTP/AVP and RTP/SAVP (and so AVPF and SAVPF) and, for a body with
+  /// the plain one, the attributes setup, fingerprint, key-mgmt and crypto.
+  /// @return SECURITY_NONE, SECURITY_RTP_ONLY, SECURITY_SRTP_ONLY or SECURITY_BOTH
+  eSecurityType getSdpSecurityType() const;
+  /// @return whether the text contains "a=setup" or "a=fingerprint" (RFC 5763)
+  bool isDTLSPresent() const;
+  /// @return whether the text contains "a=curr:", "a=des:" or "a=conf:" (RFC 3312)
+  bool sdpPreconditionsExist() const;
+  /// Removes media or their keys, by what the other side does not support: plain RTP media; or, of MIKEY (RFC 4567)
+  /// and SDES (RFC 4568), the attributes when the body has both, and else all secure media; or all secure media for
+  /// another value.
+  /// @param removed receives the record of the removed m-lines, see `sdpModifications::sdpRemoveMline`; its first 28
+  ///                bytes are cleared first. Nothing is recorded in null.
+  /// @param kind    an eNonSupportedSecurity
+  /// @return the first status that is not 0: 1 when the text cannot be expanded, the parse's. Without the MIKEY or
+  ///         SDES that is to go the result of a trace call: 0 while tracing is off, and nothing is changed
+  unsigned short sdpDisableSRTPMedia(char* removed, eNonSupportedSecurity kind);
+  /// Removes the lines of MIKEY, "a=key-mgmt:" (RFC 4567).
+  /// @return 0, also when there was none; 1 when the text cannot be expanded; or the status of the parse
+  unsigned short sdpRemoveMikeyAttribute();
+  /// Removes the lines of SDES, "a=crypto" (RFC 4568).
+  /// @return as `sdpRemoveMikeyAttribute`
+  unsigned short sdpDisableSDESCryptoMedia();
+  /// `sdpModifications::sdpRemoveAnat` on a text with an ANAT group (RFC 4091): removes the media of an address
+  /// version.
+  /// @param version 2 IPv4, 10 IPv6
+  /// @param removed receives the record of the removed m-lines; its first 26 bytes are cleared first. Nothing is
+  ///                recorded in null.
+  /// @param flag    changes the o-line when m-lines were recorded
+  /// @return the result of a trace call, which says nothing of the request: 0 while tracing is off
+  unsigned short sdpRemoveANAT(eIPAddressVersion version, char* removed, bool flag);
+  /// `sdpModifications::sdpRemoveDTLSAttributes` on the text.
+  /// @return 0; 1 without such attributes or when the text cannot be expanded
+  unsigned short sdpRemoveDTLSAttributes();
+  /// @}
+
+  /// @name Best-effort SRTP (sdpNegotiator/bestEffort.cpp)
+  /// @{
+
+  /// Tells the form in which the body offers secure media without insisting on them: one m-line per medium with
+  /// keys, or two. A body whose security is plain by `getSdpSecurityType` is tried for the first form and one with
+  /// both for the second.
+  /// @return SECURITY_RTP_ONLY or BE_SRTP_1m_LINE; SECURITY_SRTP_ONLY with "a=crypto"; BE_SRTP_2m_LINE; otherwise
+  ///         SRTP_UKNOWN, also for a body that cannot be decoded
+  eSecurityType getSdpBestEffortSrtpType() const;
+  /// `sdpModifications::sdpChangeSdpType` on the text, which is parsed again also when that fails.
+  /// @param from    the form that the body has
+  /// @param to      the form that it is to have
+  /// @param removed receives the record of the removed m-lines; its first 32 bytes are cleared first. Nothing is
+  ///                recorded in null.
+  /// @return the status of the edit; 1 when the text cannot be expanded
+  unsigned short sdpChangeSdpType(eSecurityType from, eSecurityType to, char* removed);
+  /// @return whether the body has exactly one m-line, by `sdpModifications::isSingleMLineSdp`
+  bool isSingleLineSDP() const;
+  /// `sdpModifications::sdpRemoveMlinesZeroPort` on the text. The object is unchanged when that fails.
+  void sdpRemoveMlinesZeroPort();
   /// @}
 
   /// @name Offer versions (sdpNegotiator/offerVersion.cpp)
@@ -453,6 +512,40 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short sdpBuild2mLineSDP();
   /// @}
 
+  /// @name Requests for sets of m-lines (sdpNegotiator/mediaSetRequests.cpp)
+  ///
+  /// Each changes the text and parses it again; a text that does not parse leaves the object empty.
+  /// @{
+
+  /// `sdpModifications::sdpRemoveDualStackIce` on the text.
+  /// @return 0, also when nothing was removed, the object unchanged; or the status of the parse
+  unsigned short sdpRemoveDualStackIce();
+  /// `sdpModifications::sdpReplaceTransProtocol` on the text: puts dummy m-lines back for the secure ones that were
+  /// removed.
+  /// @param removed the record of the removed m-lines, at most 25 codes
+  /// @param flag    changes the o-line
+  /// @return 0; 1 when the text cannot be expanded; the status of the parse; for null the result of a trace call: 0
+  ///         while tracing is off, and nothing is changed
+  unsigned short sdpReplaceTransportProtocol(char* removed, bool flag);
+  /// `sdpModifications::sdpReInsertAnat` on the text: puts dummy m-lines back for those that `sdpRemoveANAT` removed,
+  /// and groups all (RFC 4091).
+  /// @param removed the record of the removed m-lines, at most 25 codes
+  /// @param flag    changes the o-line
+  /// @return as `sdpReplaceTransportProtocol`
+  unsigned short sdpReInsertANAT(char* removed, bool flag);
+  /// @}
+
+  /// @name Answer update (sdpNegotiator/answerUpdateRequest.cpp)
+  /// @{
+
+  /// `sdpModifications::sdpUpdateSdp` on the text, which is an answer: brings it up to date with a new offer. An
+  /// empty object and a text that cannot be expanded count as an empty text.
+  /// @param offer  the offer that was answered
+  /// @param answer the new offer
+  /// @return 0; 1 for null or when the edit refuses, the object unchanged; or the status of the parse
+  unsigned short sdpUpdateAnswer(const cSdpNegotiator* offer, const cSdpNegotiator* answer);
+  /// @}
+
   /// @name Attribute requests (sdpNegotiator/attributeRequests.cpp)
   ///
   /// They store the text and leave the summary but for what is said. The object is unchanged when the text cannot be
@@ -482,6 +575,29 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @param version   of the o-line
   /// @return the status of the parse
   unsigned short sdpCreateRmDummyOffer(unsigned int sessionId, unsigned int version, bool ipv6);
+  /// `sdpModifications::sdpCreateDummy` on the text: turns the other side's body into one of this side that stands
+  /// for the real one. On failure the object is as it was.
+  /// @param answer      an answer, otherwise an acknowledgement
+  /// @param holdFlag    the media are to be on hold
+  /// @param third       the acknowledgement is one that keeps receiving
+  /// @param ip          this side's address
+  /// @param port        this side's audio port
+  /// @param modifyOLine gives the body an o-line of this side's
+  /// @return 0; 1 when the text cannot be expanded or the edit fails; or the status of the parse
+  unsigned short createDummy(bool answer, bool holdFlag, bool third, const char* ip, unsigned short port,
+                             bool modifyOLine);
+  /// The same with an o-line of this side's and without `third`.
+  unsigned short createDummy(bool answer, bool holdFlag, const char* ip, unsigned short port);
+  /// The same for an answer.
+  unsigned short createDummyAnswer(bool holdFlag, const char* ip, unsigned short port);
+  /// The same for an acknowledgement, with `third`.
+  unsigned short createDummyAck(bool holdFlag, const char* ip, unsigned short port);
+  /// The same, and then keeps the audio codecs of a list, in its order: `sdpRestrictAudioCodecsTo`, whose result does
+  /// not count.
+  /// @param codecNames encoding names of `audioCodecTable` with commas between them, in any letter case; at most 20
+  ///                   are taken. An unknown one is passed over, and an empty one repeats the codec in front of it.
+  ///                   Nothing is restricted by null or without a codec that the body has.
+  unsigned short createDummyAck(bool holdFlag, const char* ip, unsigned short port, const char* codecNames);
   /// @}
 
   /// @name Video limit (sdpNegotiator/videoLimit.cpp)

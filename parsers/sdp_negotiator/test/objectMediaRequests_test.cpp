@@ -1,5 +1,4 @@
-#include "objectTestSupport.h"
-#include "traceCapture.h"
+#include "requestTestSupport.h"
 
 // Requests that change directions and silence suppression in the text of an object.
 
@@ -102,6 +101,23 @@ TEST(DirectionRequest, ATextThatDoesNotParseLeavesTheObjectEmpty) {
   cSdpNegotiator object = objectWithText("no body\r\nm=audio 5004 RTP/AVP 0\r\n");
   EXPECT_NE(object.sdpReplaceMode(CONNECTION_MODE_RECVONLY, 1), 0);
   EXPECT_TRUE(sameBytes(object, emptyObject()));
+}
+
+TEST(DirectionRequest, OfATextThatCannotBeReadOrStoredFails) {
+  const Request requests[] = {
+      [](cSdpNegotiator& o) { return o.sdpReplaceMode(CONNECTION_MODE_SENDONLY, 1); },
+      [](cSdpNegotiator& o) { return o.sdpInsertSilenceSuppression(FEATURE_STATE_ON); },
+  };
+  for (const Request& request : requests) {
+    for (const cSdpNegotiator& before : unreadableObjects()) {
+      cSdpNegotiator object = before;
+      EXPECT_EQ(request(object), 1);
+      EXPECT_TRUE(sameBytes(object, before));
+    }
+    cSdpNegotiator object = objectHardToStore(audioBody());
+    EXPECT_EQ(request(object), 2);
+    EXPECT_TRUE(sameBytes(object, emptyObject()));
+  }
 }
 
 TEST(SuppressionRequest, ChangesTheTextAndParsesItAgain) {

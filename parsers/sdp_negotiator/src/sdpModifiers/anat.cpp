@@ -4,6 +4,7 @@
 #include "ipVersions.h"
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
+#include "sdpModifiers/recordText.h"
 #include "sdpModifiers/removedMLines.h"
 #include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
@@ -68,6 +69,7 @@ class AnatRecord {
 
   /// Adds a removed m-line. One without a code still leaves its secure bit for the next.
   void add(std::string_view mLine, std::size_t position) {
+    if (codes_ == nullptr) return;
     if (contains(mLine, "RTP/SAVP")) put(kSecureBit, 0);
     const std::optional<unsigned char> code = removedCode(mLine, position, allRecordedMedia, "sdpRemoveAnat");
     if (!code) return;
@@ -78,7 +80,6 @@ class AnatRecord {
  private:
   /// @param kept the bits of the place's old value that stay
   void put(unsigned char bits, unsigned char kept) {
-    if (codes_ == nullptr) return;
     const unsigned int old = static_cast<unsigned char>(codes_[count_]);
     codes_[count_] = static_cast<char>((old & kept) | bits);
   }
@@ -133,11 +134,8 @@ DummyMLine readCode(unsigned char code) {
 }
 
 void traceRecord(std::string_view codes) {
-  FixedText<101> shown;
-  for (const char code : codes) {
-    shown.add(shown.size() != 0 ? "," : "").add(static_cast<unsigned char>(code));
-  }
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpReInsertAnat() method. input is [%s]", shown.text());
+  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpReInsertAnat() method. input is [%s]",
+                                    recordText<101>(codes).text());
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ unsigned short cSdpNegotiator::sdpReplaceMode(unsigned char mode, int mediaMask)
 unsigned short cSdpNegotiator::sdpReplaceMode(unsigned char mode) {
   constexpr int kAudioAndVideo = 64;
   sdpReplaceMode(mode, kAudioAndVideo);
-  return static_cast<unsigned short>(cNegotTraceManager::writeTraceMsg(
+  return sdpneg::asStatus(cNegotTraceManager::writeTraceMsg(
       8, 4, "Request to set the connection mode to:%d to all types of media (AUDIO and VIDEO)", mode));
 }
 

@@ -198,7 +198,7 @@ unsigned short cSdpNegotiator::sdpModifyOLine(const char* sessionId, const char*
     return text != nullptr && strnlen(text, kLongestId + 1) <= kLongestId;
   };
   if (!isId(sessionId) || !isId(version)) {
-    return static_cast<unsigned short>(cNegotTraceManager::writeTraceMsg(
+    return asStatus(cNegotTraceManager::writeTraceMsg(
         4, 3, "The input values of session id or the session version are invalid."));
   }
   cNegotTraceManager::writeTraceMsg(8, 4, "Request to set the session-id to:(%s) and the version to:(%s).",

@@ -7,6 +7,9 @@
 
 namespace sdpneg {
 
+/// The result of a trace call where it is a request's status.
+inline unsigned short asStatus(int traceResult) { return static_cast<unsigned short>(traceResult); }
+
 /// The pattern that requests follow: the stored text goes into a buffer, an edit changes it, and the result
 /// is kept.
 /// @param edit takes the text and gives its status
@@ -34,6 +37,14 @@ unsigned short editAnywayAndParse(cSdpNegotiator& object, Edit edit) {
     edit(text);
     return 0;
   });
+}
+
+/// The same for an edit that also moves the end of the o-line. It gets a copy of what the summary has, which the
+/// parse then tells anew.
+template <typename Edit>
+unsigned short editWithOLineAndParse(cSdpNegotiator& object, Edit edit) {
+  unsigned short oLineEnd = object.getParsedData().oLineEnd;
+  return editAnywayAndParse(object, [&](char* text) { edit(text, oLineEnd); });
 }
 
 /// The edited text is stored, and the summary stays as it is.

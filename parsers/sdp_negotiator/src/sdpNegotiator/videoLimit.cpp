@@ -32,7 +32,7 @@ unsigned short cSdpNegotiator::sdpLimitVideoMediaBandwidth(unsigned int bandwidt
     refuse("The given bandwidth is larger than the current value. b-lines will not be modified.");
   const char* const levelRefusal = refusalOfLevel(profile, parsedData.h264Profile);
   if (levelRefusal != nullptr) refuse(levelRefusal);
-  if (!limitsBandwidth && levelRefusal != nullptr) return static_cast<unsigned short>(refused);
+  if (!limitsBandwidth && levelRefusal != nullptr) return sdpneg::asStatus(refused);
 
   const auto limit = [&](char* text) -> unsigned short {
     if (limitsBandwidth) sdpModifications::sdpApplyBLine(text, bandwidth);

@@ -1,0 +1,58 @@
+#include <utility>
+#include <vector>
+
+#include "sdpModifiers.h"
+#include "sdpNegotiator.h"
+#include "sdpNegotiator/removedRecord.h"
+#include "sdpNegotiator/request.h"
+#include "sdpNegotiatorTrace.h"
+
+// Best-effort SRTP: which of its forms a body has, and the change from one to another.
+
+using M = sdpModifications;
+
+namespace {
+
+constexpr std::size_t kTypeChangeRecordSize = 32;
+
+}  // namespace
+
+eSecurityType cSdpNegotiator::getSdpBestEffortSrtpType() const {
+  cNegotTraceManager::writeTraceMsg(2, 2, "Entering getSdpBestEffortSrtpType()");
+  const eSecurityType security = getSdpSecurityType();
+  std::vector<mDescription> mLines;
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
+  if (getSDP(text, sizeof text) == 0 && M::getMLines(text, mLines) == 1) return SRTP_UKNOWN;
+  switch (security) {
+    case SECURITY_RTP_ONLY:
+      return M::is1mLineBeSrtp(std::move(mLines)) == BE_SRTP_1m_LINE ? BE_SRTP_1m_LINE : SECURITY_RTP_ONLY;
+    case SECURITY_SRTP_ONLY:
+      return isSDESPresent() ? SECURITY_SRTP_ONLY : SRTP_UKNOWN;
+    case SECURITY_BOTH:
+      return M::is2mLineBeSrtp(std::move(mLines)) == BE_SRTP_2m_LINE ? BE_SRTP_2m_LINE : SRTP_UKNOWN;
+    default:
+      return SRTP_UKNOWN;
+  }
+}
+
+unsigned short cSdpNegotiator::sdpChangeSdpType(eSecurityType from, eSecurityType to, char* removed) {
+  cNegotTraceManager::writeTraceMsg(2, 2, "Entering sdpChangeSrtpType()");
+  sdpneg::clearRecord(removed, kTypeChangeRecordSize);
+  unsigned short status = 1;
+  sdpneg::editWithOLineAndParse(*this, [&](char* text, unsigned short& oLineEnd) {
+    status = M::sdpChangeSdpType(text, from, to, removed, oLineEnd);
+  });
+  return status;
+}
+
+bool cSdpNegotiator::isSingleLineSDP() const {
+  cNegotTraceManager::writeTraceMsg(4, 3, "Entering isSingleLineSDP.");
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
+  return getSDP(text, sizeof text) == 0 && M::isSingleMLineSdp(text);
+}
+
+void cSdpNegotiator::sdpRemoveMlinesZeroPort() {
+  cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort():Request to remove zero port m-lines");
+  sdpneg::editAndParse(*this, M::sdpRemoveMlinesZeroPort);
+  cNegotTraceManager::writeTraceMsg(1, 1, "Exiting sdpRemoveMlinesZeroPort()");
+}

@@ -1,0 +1,163 @@
+#include "ipVersions.h"
+#include "sdpModifiers.h"
+#include "sdpModifiers/recordText.h"
+#include "sdpModifiers/removedMLines.h"
+#include "sdpNegotiator.h"
+#include "sdpNegotiator/removedRecord.h"
+#include "sdpNegotiator/request.h"
+#include "sdpNegotiatorTrace.h"
+
+// How a body secures its media, and removal of what the other side does not support.
+
+namespace {
+
+using namespace sdpneg;
+using M = sdpModifications;
+
+constexpr std::size_t kSecureRecordSize = 28;
+constexpr std::size_t kAnatRecordSize = 26;
+
+int traceDetail(const char* text) { return cNegotTraceManager::writeTraceMsg(8, 4, "%s", text); }
+
+unsigned short removeLinesAndParse(cSdpNegotiator& object, const char* prefix) {
+  return editAndParse(object, [&](char* text) { return M::sdpRemoveSecureAttributes(text, prefix); });
+}
+
+unsigned short removeSecureMedia(cSdpNegotiator& object, char* removed) {
+  return editWithOLineAndParse(object, [&](char* text, unsigned short& oLineEnd) {
+    M::sdpDisableSRTPMediaStreams(text, removed, oLineEnd);
+  });
+}
+
+unsigned short removePlainMedia(cSdpNegotiator& object, char* removed) {
+  bool expanded = false;
+  const unsigned short status = editWithOLineAndParse(object, [&](char* text, unsigned short& oLineEnd) {
+    expanded = true;
+    M::sdpRemoveMline(text, removed, oLineEnd, "RTP/AVP", true);
+  });
+  // A text that cannot be expanded is tried again, for the secure media: it fails there as well.
+  return expanded ? status : removeSecureMedia(object, removed);
+}
+
+/// One of two ways to agree on keys, and what is removed of it: its attributes where media may use the other, all
+/// secure media where they cannot.
+struct KeyExchange {
+  bool (cSdpNegotiator::*isPresent)() const;
+  bool (cSdpNegotiator::*isOtherPresent)() const;
+  unsigned short (*removeAttributes)(cSdpNegotiator& object);
+  const char* request;
+  const char* absent;
+  const char* besideOther;
+  const char* alone;
+};
+
+constexpr KeyExchange kMikey = {
+    &cSdpNegotiator::isMikeyPresent,
+    &cSdpNegotiator::isSDESPresent,
+    [](cSdpNegotiator& object) { return object.sdpRemoveMikeyAttribute(); },
+    "Request to remove MIKEY secure media streams.",
+    "No MIKEY security in SDP. There is nothing to remove.",
+    "Only the MIKEY attributes will be removed. SDP has also SDES secure media",
+    "SDP does not have SDES security. Will remove all secure MIKEY media",
+};
+
+constexpr KeyExchange kSdes = {
+    &cSdpNegotiator::isSDESPresent,
+    &cSdpNegotiator::isMikeyPresent,
+    [](cSdpNegotiator& object) { return removeLinesAndParse(object, "a=crypto"); },
+    "Request to remove SDES secure media streams.",
+    "No SDES security in SDP. There is nothing to remove.",
+    "Only the SDES attributes will be removed. SDP has also MIKEY secure media",
+    "SDP does not have MIKEY security. Will remove all secure SDES media",
+};
+
+unsigned short removeKeyExchange(cSdpNegotiator& object, char* removed, const KeyExchange& keys) {
+  traceDetail(keys.request);
+  if (!(object.*keys.isPresent)()) return asStatus(traceDetail(keys.absent));
+  if ((object.*keys.isOtherPresent)()) {
+    traceDetail(keys.besideOther);
+    return keys.removeAttributes(object);
+  }
+  traceDetail(keys.alone);
+  return removeSecureMedia(object, removed);
+}
+
+/// The address type of a version; null for another value.
+const char* netTypeOf(eIPAddressVersion version) {
+  return version == ipVersion4 ? "IP4" : version == ipVersion6 ? "IP6" : nullptr;
+}
+
+}  // namespace
+
+eSecurityType cSdpNegotiator::getSdpSecurityType() const {
+  if (!isSdpPresent()) return SECURITY_NONE;
+  const bool secure = contains("RTP/SAVP");
+  if (!contains("RTP/AVP")) return secure ? SECURITY_SRTP_ONLY : SECURITY_NONE;
+  const bool both = secure || isDTLSPresent() || contains("a=key-mgmt") || isSDESPresent();
+  return both ? SECURITY_BOTH : SECURITY_RTP_ONLY;
+}
+
+bool cSdpNegotiator::isDTLSPresent() const { return contains("a=setup") || contains("a=fingerprint"); }
+
+bool cSdpNegotiator::sdpPreconditionsExist() const {
+  return contains("a=curr:") || contains("a=des:") || contains("a=conf:");
+}
+
+unsigned short cSdpNegotiator::sdpDisableSRTPMedia(char* removed, eNonSupportedSecurity kind) {
+  clearRecord(removed, kSecureRecordSize);
+  switch (kind) {
+    case NON_SUPPORTED_MIKEY:
+      return removeKeyExchange(*this, removed, kMikey);
+    case NON_SUPPORTED_SDES:
+      return removeKeyExchange(*this, removed, kSdes);
+    case NON_SUPPORTED_RTP:
+      cNegotTraceManager::writeTraceMsg(1, 1, "Request to remove RTP media streams.");
+      return removePlainMedia(*this, removed);
+    default:
+      traceDetail("Request to remove all the secure media streams.");
+      return removeSecureMedia(*this, removed);
+  }
+}
+
+unsigned short cSdpNegotiator::sdpRemoveMikeyAttribute() {
+  cNegotTraceManager::writeTraceMsg(1, 1, "Request to remove the mi-key attributes.");
+  return removeLinesAndParse(*this, "a=key-mgmt:");
+}
+
+unsigned short cSdpNegotiator::sdpDisableSDESCryptoMedia() {
+  traceDetail("Request to remove crypto media streams.");
+  return removeLinesAndParse(*this, "a=crypto");
+}
+
+unsigned short cSdpNegotiator::sdpRemoveANAT(eIPAddressVersion version, char* removed, bool flag) {
+  const char* const netType = netTypeOf(version);
+  cNegotTraceManager::writeTraceMsg(8, 4, "Request to remove ANAT media net_type=%s.",
+                                    netType != nullptr ? netType : "INVALID");
+  clearRecord(removed, kAnatRecordSize);
+  if (netType == nullptr) {
+    return asStatus(cNegotTraceManager::writeTraceMsg(
+        8, 4, "removeAddrVersion(=%i) is not IP4 or IP6. exiting sdpRemoveANAT.", static_cast<int>(version)));
+  }
+  if (!isAnatPresent()) {
+    return asStatus(traceDetail("group ANAT attribute is not present, nothing to remove."));
+  }
+  editWithOLineAndParse(*this, [&](char* text, unsigned short& oLineEnd) {
+    M::sdpRemoveAnat(text, version, removed, oLineEnd, flag);
+  });
+  return asStatus(cNegotTraceManager::writeTraceMsg(8, 4, "sdpRemoveANAT output is [%s]",
+                                                    recordText<76>(codesOf(removed)).text()));
+}
+
+unsigned short cSdpNegotiator::sdpRemoveDTLSAttributes() {
+  cNegotTraceManager::writeTraceMsg(1, 1, "Request to remove DTLS secure attributes.");
+  if (!isDTLSPresent()) {
+    traceDetail("No DTLS security in SDP. There is nothing to remove.");
+    return 1;
+  }
+  traceDetail("DTLS media attributes are present and will be removed from the SDP.");
+  const auto parse = [&](const char* text) -> unsigned short {
+    sdpParse(text, SDP_TYPE_UNKNOWN);
+    return 0;
+  };
+  return editText(*this, M::sdpRemoveDTLSAttributes, parse) == 0 ? 0 : 1;
+}

@@ -300,16 +300,16 @@ class SDP_NEGOTIATOR_API sdpModifications {
   ///
   /// A media section begins with "m=", wherever in the text that stands, and ends where the next one stands behind
   /// its m-line's LF. A record of removed m-lines is an array of at most 25 codes, filled with 0 by the caller and
-  /// ended by the first 0. A code is the position of the m-line among all in the text, from 1, plus 0, 25, 50 or
-  /// 75 when the first of the words "audio", "video", "application" and "image" that stands on the line is that
-  /// one. A line without these words leaves no code, nor does one beyond the 25th, which is traced.
+  /// ended by the first 0. A code is the position of the m-line among all in the text, from 1, plus 0 for "audio",
+  /// 25 for "video", 50 for "application" and 75 for "image": the first word in this order that stands anywhere on
+  /// the line counts. A line without these words leaves no code, nor does one beyond the 25th, which is traced.
   /// @{
 
   /// Removes every media section whose m-line holds a transport.
   /// @param removed     record of audio, video and application m-lines; null records nothing
   /// @param oLineEnd    receives the offset behind the o-line's LF when that is rebuilt
-  /// @param transport   for example "RTP/AVP", which RTP/AVPF holds but RTP/SAVP does not
-  /// @param modifyOLine rebuilds the o-line with a new version when something was recorded
+  /// @param transport   for example "RTP/AVP", which RTP/AVPF holds but RTP/SAVP does not; null is refused
+  /// @param modifyOLine rebuilds the o-line (`sdpModifyOLine` without an address) when something was recorded
   static void sdpRemoveMline(char* sdp, char* removed, unsigned short& oLineEnd, const char* transport,
                              bool modifyOLine);
   /// Removes every media section whose m-line holds "RTP/SAVP", as RTP/SAVPF does (RFC 3711, RFC 5124).
@@ -323,7 +323,7 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// have is appended, and so are all behind it; one that does not fit ends this, with a trace.
   /// @param removed     record, or null
   /// @param oLineEnd    receives the offset behind the o-line's LF when that is rebuilt
-  /// @param modifyOLine rebuilds the o-line with a new version when the record holds something
+  /// @param modifyOLine rebuilds the o-line (`sdpModifyOLine` without an address) when the record holds something
   /// @return 0
   static unsigned short sdpReplaceTransProtocol(char* sdp, char* removed, unsigned short& oLineEnd,
                                                 bool modifyOLine);
@@ -374,18 +374,19 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// @{
 
   /// Writes the text of a master key and salt (RFC 4568 6.1): 30 bytes in Base64. They are the C library's random
-  /// numbers for the seconds of the day's time, so they are the same for all calls within a second and can be
+  /// numbers for the wall clock's seconds as seed, so they are the same for all calls within a second and can be
   /// guessed: no secret, only a key of the right form. An engine that wants security puts a key of its own there.
   /// The process' own random numbers are not disturbed.
   /// @param out    receives 40 characters and a NUL
   /// @param outCap characters of `out`, at least 41
   /// @return 1; 0 when the capacity is too small or `out` is null
   static int generateSDESKey(char* out, unsigned long outCap);
-  /// Keeps of a media section's crypto attributes (RFC 4568) the first whose suite is AES_CM_128_HMAC_SHA1 or sorts
-  /// behind it, gives it a key of `generateSDESKey` instead of all its parameters, and removes the others; with
-  /// port 0 it removes all. The section ends where it ended before the edits, so when lines have gone, the first
-  /// crypto attributes of the next section may count too. Where the buffer ends is not known here, so that 20480
-  /// characters are counted from the argument on: the caller sees to it that there is room for the key.
+  /// Keeps of a media section's crypto attributes (RFC 4568) the first whose suite, as far as it goes and without
+  /// regard to case, is AES_CM_128_HMAC_SHA1 or sorts behind it, gives it a key of `generateSDESKey` instead of all
+  /// its parameters, and removes the others; with port 0 it removes all. The section ends where it ended before the
+  /// edits, so when lines have gone, the first crypto attributes of the next section may count too. Where the buffer
+  /// ends is not known here, so that 20480 characters are counted from the argument on: the caller sees to it that
+  /// there is room for the key.
   /// @param mediaStart the LF in front of an m-line, in a text that ends in NUL
   /// @return 0; 1 for a crypto attribute without LF or without a space behind its tag or suite, an m-line without
   ///         port, null or no room: then what was edited before stays

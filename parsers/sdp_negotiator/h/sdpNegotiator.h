@@ -377,9 +377,9 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @param sections media sections of any length, each beginning with "m="; null is refused with a trace
   void sdpAddVideoDescriptions(const char* sections);
   /// `sdpModifications::getVideoDescriptions` on the text.
-  /// @param out  receives the video sections, and is empty when they do not fit
+  /// @param out  receives the video sections, and is empty when they do not fit; null takes none
   /// @param size characters of `out`
-  /// @param flag takes them out of the body
+  /// @param flag takes them out of the body, also when they do not fit `out`
   /// @return 1; 0 with a trace for an empty object, a refusal, or a new text that cannot be stored
   unsigned short sdpGetVideoDescriptions(char* out, unsigned int size, bool flag);
   /// Removes from every video section the formats of known codecs that are not allowed, with their rtpmap and fmtp
@@ -466,9 +466,9 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// numbers of 64 bits, larger ones as the largest.
   /// @return 1 or 0; 1 with a trace for null
   unsigned short isSdpVersionIncreased(const cSdpNegotiator* earlier) const;
-  /// Takes over the o-line of an earlier body with its version raised by one, in both objects, and adds the m-lines that
-  /// the earlier body has in addition.
-  /// @param keepOnly handed to `sdpModifications::correctMLines`
+  /// Takes over the o-line of an earlier body with its version raised by one, in both objects. Where the earlier body has
+  /// more m-lines, those of media types that this one has not are added; a second m-line of a type that it has is not.
+  /// @param keepOnly handed to `sdpModifications::correctMLines`; without effect, since transports are not compared
   /// @return 0 when both bodies have as many m-lines, or the earlier one had more and this one was corrected;
   ///         1 when the earlier body has fewer, an object is empty, or the m-lines cannot be corrected;
   ///         65534 when a text is no SDP body; with these the o-line has been taken over as far as there is one.

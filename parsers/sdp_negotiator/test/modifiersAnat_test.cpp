@@ -201,6 +201,12 @@ const RemovalCase removals[] = {
     // Deliberate: "m=" begins a section and the connection text counts wherever they stand.
     {"m= in a value", head + "a=x:m=y\r\n" + connection4 + audio4 + audio6, v4, head + "a=x:" + audio6, {2}},
     {"the connection in a value", head + audio + "a=x:c=IN IP4\r\n" + audio6, v4, head + audio6, {1}},
+    {"the session's connection in a value",
+     head + "a=x:c=IN IP4\r\n" + time0 + audio6,
+     v4,
+     head + "a=x:" + time0 + audio6,
+     {},
+     {sessionLineGone}},
     // Deliberate: the first name in the order audio, video, application, image that stands anywhere on the m-line.
     {"audio on a video m-line", head + "m=video 1 RTP/AVP audio\r\n" + connection4, v4, head, {1}},
     {"image on an application m-line", head + "m=application 1 image\r\n" + connection4, v4, head, {51}},
@@ -228,6 +234,13 @@ TEST(RemoveAnat, TakesTheSectionsOfAVersionAndRecordsThem) {
     EXPECT_EQ(record, recordOf(each.codes));
     EXPECT_EQ(oLineEnd, 4711);
     EXPECT_EQ(trace.takeLines(), removalTraces(each.between));
+    // The same text in a block that ends behind its NUL.
+    const auto exact = std::make_unique<char[]>(each.before.size() + 1);
+    std::memcpy(exact.get(), each.before.c_str(), each.before.size() + 1);
+    record = recordOf({});
+    EXPECT_EQ(M::sdpRemoveAnat(exact.get(), each.version, record.data(), oLineEnd, false), 0);
+    EXPECT_STREQ(exact.get(), each.after.c_str());
+    EXPECT_EQ(record, recordOf(each.codes));
   }
 }
 
@@ -259,7 +272,7 @@ TEST(RemoveAnat, RecordsNoPositionBeyondTheTwentyFifth) {
   const Beyond cases[] = {
       {audio4, {25}, {notRecorded(26)}},
       {audio4 + video4, {25}, {notRecorded(26), notRecorded(27)}},
-      {secureAudio4, {25, 128}, {notRecorded(26)}},  // it leaves its mark nevertheless
+      {secureAudio4, {25}, {notRecorded(26)}},
       {"m=text 1 RTP/AVP 98\r\n" + connection4, {25}, {}},
   };
   for (const Beyond& each : cases) {
@@ -290,6 +303,36 @@ TEST(RemoveAnat, RebuildsTheOLineWhenACodeWasRecorded) {
   EXPECT_EQ(lines[5], sessionLineGone);
 }
 
+// "o=" counts wherever it stands: the o-line's new length must not move the place of an m-line in front of it.
+TEST(RemoveAnat, KnowsTheSessionsCLineWhenTheOLineStandsBehindTheFirstMLine) {
+  struct Behind {
+    const char* name;
+    std::string front;
+    std::string oLine;
+    std::string after;  ///< in front of the o-line
+    bool sessionLine;
+  };
+  const std::string longer = "o=" + std::string(100, 'u') + " 1 1 IN IP4 1.1.1.1\r\n";
+  const Behind cases[] = {
+      {"a shorter one", "v=0\r\n" + connection4 + audio4 + audio6, longer, "v=0\r\n" + audio6, true},
+      {"a longer one, and a section that the full record left", "v=0\r\n" + repeated(audio4, 26), "o=1\r\n",
+       "v=0\r\n" + audio4, false},
+      {"one through the first m-line", "v=0\r\n" + connection4, longer + audio4 + audio6, "v=0\r\n", true},
+  };
+  for (const Behind& each : cases) {
+    SCOPED_TRACE(each.name);
+    EditBuffer buffer(each.front + each.oLine + "s=-\r\n");
+    std::vector<char> record(25, '\0');
+    unsigned short oLineEnd = 0;
+    TraceCapture trace;
+    EXPECT_EQ(M::sdpRemoveAnat(buffer.data(), v4, record.data(), oLineEnd, true), 0);
+    EXPECT_EQ(trace.has(2, 2, sessionLineGone.text), each.sessionLine);
+    const std::string text = buffer.text();
+    EXPECT_EQ(text.substr(0, each.after.size() + 6), each.after + "o=ZEV ");
+    EXPECT_EQ(text.substr(text.size() - 5), "s=-\r\n");
+  }
+}
+
 TEST(RemoveAnat, LeavesTheOLineWhenNoCodeWasRecorded) {
   const std::string text = "m=text 1 RTP/AVP 98\r\n" + connection4;
   for (const std::string& before : {head + audio6, head + text + audio6}) {
@@ -300,6 +343,22 @@ TEST(RemoveAnat, LeavesTheOLineWhenNoCodeWasRecorded) {
         head + audio6);
     EXPECT_EQ(oLineEnd, 4711);
   }
+}
+
+TEST(RemoveAnat, GoesOnWithoutAnOLineToRebuild) {
+  std::vector<char> record(25, '\0');
+  unsigned short oLineEnd = 4711;
+  TraceCapture trace;
+  expectEdit(
+      "v=0\r\ns=-\r\n" + connection4 + audio4 + audio6,
+      [&](char* sdp) { return M::sdpRemoveAnat(sdp, v4, record.data(), oLineEnd, true); }, 0,
+      "v=0\r\ns=-\r\n" + audio6);
+  EXPECT_EQ(record, recordOf({1}));
+  EXPECT_EQ(oLineEnd, 4711);
+  const Traces lines = trace.takeLines();
+  ASSERT_EQ(lines.size(), 7U);
+  EXPECT_EQ(lines[4], (TraceLine{2, 2, "The o-line is not present within the SDP. Exiting..."}));
+  EXPECT_EQ(lines[5], sessionLineGone);
 }
 
 TEST(RemoveAnat, EmptiesAFullBuffer) {

@@ -368,6 +368,8 @@ TEST(AnswerUpdate, RenewsTheOriginLineWhenAskedTo) {
   };
   const Case cases[] = {
       {"a format went", withAudio(" 0 18"), withAudio(" 0"), renewed(audioSection(" 0"))},
+      {"a format went with its lines", withAudio(" 0 18", rtpmap0 + rtpmap18 + fmtp18), withAudio(" 0"),
+       renewed(audioSection(" 0", rtpmap0))},
       {"video was added", withAudio(" 0"), offered, renewed(audioSection(" 0") + "m=video 0 RTP/AVP 96\r\n")},
       // Deliberate: also when the answer's video had port 0 already.
       {"video in both", withAudio(" 0") + "m=video 0 RTP/AVP 9\r\n", offered,
@@ -404,6 +406,26 @@ TEST(AnswerUpdate, RefusesAnOriginLineThatCannotBeRenewed) {
   lines.erase(lines.begin());  // names an id by the time of day
   EXPECT_EQ(lines, refused);
   expectAnswer(noSession, offered, noSession + "m=video 0 RTP/AVP 96\r\n");
+}
+
+TEST(AnswerUpdate, RenewsTheOriginLineWhereThereIsRoom) {
+  // The new line is 12 to 16 characters longer, as the id has 7 to 9 digits.
+  const std::string rejected = withAudio(" 0") + "m=video 0 RTP/AVP 9\r\n";
+  const std::string offered = withAudio(" 0") + video;
+  const std::string fits = filledTo(kLongestBody - 16, rejected);
+  const Outcome renewed = update(fits, anyOffer, offered, true);
+  EXPECT_EQ(renewed.status, 0);
+  const std::size_t oLine = fits.find("o=");
+  EXPECT_EQ(withoutNewOrigin(renewed.text),
+            fits.substr(0, oLine) + "o=NEW\r\n" + fits.substr(fits.find("s=-")));
+  TraceCapture trace;
+  const Outcome refused = update(filledTo(kLongestBody - 11, rejected), anyOffer, offered, true);
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_TRUE(refused.untouched);
+  EXPECT_EQ(refused.length, static_cast<int>(kLongestBody - 11));
+  EXPECT_EQ(refused.oLineEnd, kOLineEnd);
+  ASSERT_FALSE(trace.lines().empty());
+  EXPECT_EQ(trace.lines().back(), error("Failed to update the o-line in the sdpAnswer."));
 }
 
 TEST(AnswerUpdate, DoesTheSameWhileTracingIsOff) {

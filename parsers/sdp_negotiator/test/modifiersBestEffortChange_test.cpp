@@ -106,6 +106,19 @@ TEST(ToOneMLine, TracesItsSteps) {
   EXPECT_EQ(trace.lines(), (Traces{entering(5, 4), marked(0, 0, 0)}));
 }
 
+// Equal ports are traced whatever the medium, but only some media are marked; two ports 0 are not equal ones.
+TEST(ToOneMLine, TracesEqualPortsOfEveryMedium) {
+  SdpBuffer buffer(start + "m=image 4 RTP/AVP 0\r\nm=image 4 RTP/SAVP 0\r\n" +
+                   "m=audio 0 RTP/AVP 0\r\nm=audio 0 RTP/SAVP 0\r\n");
+  TraceCapture trace;
+  EXPECT_EQ(sdpModifications::sdpChangeSdpType(buffer.data(), BE_SRTP_2m_LINE, BE_SRTP_1m_LINE, nullptr, 7),
+            0);
+  EXPECT_EQ(trace.lines(),
+            (Traces{entering(5, 4),
+                    {2, 2, "sdpChangeSrtpType() compare ports for media = image port_1=4,  port_2=4"},
+                    marked(0, 0, 0)}));
+}
+
 TEST(ToOneMLine, GivesTheMediaInTheOrderAudioVideoApplication) {
   std::string body = start;
   for (const std::string media : {"application", "video", "audio"}) {
@@ -190,6 +203,12 @@ TEST(ChangeSdpType, ReturnsTheCodecsStatus) {
                BE_SRTP_1m_LINE);
   expectChange({"to another", bad + audioPlain, bad + audioPlain, "", 1}, SECURITY_RTP_ONLY);
   expectChange({"from nothing", "", "", "", 1}, BE_SRTP_1m_LINE);
+  for (const eSecurityType from : {SECURITY_RTP_ONLY, SECURITY_BOTH, BE_SRTP_1m_LINE}) {
+    expectUntouched(
+        bad + audioPlain,
+        [&](char* sdp) { return sdpModifications::sdpChangeSdpType(sdp, from, BE_SRTP_1m_LINE, nullptr, 7); },
+        1);
+  }
 }
 
 TEST(ChangeSdpType, ComparesTheFirstTwentyFiveMLines) {

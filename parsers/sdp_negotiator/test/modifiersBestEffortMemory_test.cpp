@@ -52,6 +52,7 @@ TEST(BestEffortMemory, WithoutAnyForTheMLinesNothingIsChanged) {
 
 TEST(BestEffortMemory, WithoutAnyForTheMediaTheSecureSectionsStaySecure) {
   SdpBuffer buffer(start + plain + secure);
+  TraceCapture trace;
   unsigned short status = 0;
   {
     const WithoutMemory none(sizeof(std::string));
@@ -59,6 +60,8 @@ TEST(BestEffortMemory, WithoutAnyForTheMediaTheSecureSectionsStaySecure) {
   }
   EXPECT_EQ(status, 1);
   buffer.expectText(start + secure);
+  EXPECT_EQ(trace.lines().back(),
+            (TraceLine{4, 3, "sdpChangeSdpType(): There is no memory for a list of media."}));
 }
 
 TEST(BestEffortMemory, WithoutAnyThereAreNoMLines) {

@@ -134,6 +134,27 @@ TEST(RemoveDualStackIce, TracesEveryStepOfAnIpv6Section) {
   EXPECT_EQ(trace.takeLines(), wanted);
 }
 
+TEST(RemoveDualStackIce, TracesTheVersionOfTheSession) {
+  SdpBuffer withoutMedia(head + connection4 + time0);
+  TraceCapture trace;
+  EXPECT_EQ(M::sdpRemoveDualStackIce(withoutMedia.data()), 1);
+  EXPECT_EQ(trace.takeLines(), (Traces{entering, session4}));
+  SdpBuffer buffer(head + connection6 + time0 + audio + host6);
+  EXPECT_EQ(M::sdpRemoveDualStackIce(buffer.data()), 1);
+  const Traces attributes = Traces{processing(0, 0)} + fourSpaces + Traces{{1, 1, "Ipv6 adding ipv6 a line"}};
+  const Traces wanted = Traces{entering, {8, 4, "Session level IP version 6"}} + around(0, attributes);
+  EXPECT_EQ(trace.takeLines(), wanted);
+}
+
+TEST(RemoveDualStackIce, DropsWithoutATraceWhereNoVersionIsKnown) {
+  SdpBuffer buffer(head + time0 + audio + host4 + host6);
+  TraceCapture trace;
+  EXPECT_EQ(M::sdpRemoveDualStackIce(buffer.data()), 1);
+  buffer.expectText(head + time0 + audio);
+  const Traces attributes = Traces{processing(0, 0)} + fourSpaces + Traces{processing(1, 0)} + fourSpaces;
+  EXPECT_EQ(trace.takeLines(), Traces{entering} + around(0, attributes));
+}
+
 struct Refusal {
   const char* name;
   std::string text;

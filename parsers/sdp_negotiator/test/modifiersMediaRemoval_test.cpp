@@ -256,6 +256,23 @@ TEST(MediaRemoval, RefusesATextThatIsNullOrHasNoEnd) {
   EXPECT_EQ(oLineEnd, 77);
 }
 
+TEST(MediaRemoval, ReadsNothingBehindTheText) {
+  const std::string bodies[] = {"", "m=", "m=audio 1 RTP/", start + audioSecure, start + "m=audio 1 RTP/AV"};
+  for (const std::string& body : bodies) {
+    RemovedRecord record;
+    unsigned short oLineEnd = 77;
+    expectUntouched(
+        body,
+        [&](char* sdp) {
+          removeMline("RTP/AVP", true)(sdp, record.data(), oLineEnd);
+          return static_cast<unsigned short>(0);
+        },
+        0);
+    EXPECT_EQ(record.list(), Codes{});
+    EXPECT_EQ(oLineEnd, 77);
+  }
+}
+
 TEST(MediaRemoval, RefusesANullTransport) {
   SdpBuffer buffer(start + audioPlain);
   const std::string all = buffer.all();

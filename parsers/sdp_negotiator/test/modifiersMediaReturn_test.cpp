@@ -84,6 +84,18 @@ TEST(MediaReturn, PutsDummiesInThePlacesOfTheCodes) {
   for (const Case& each : cases) expectReturned(each);
 }
 
+// A code above all ranges stands for the position that image would have; from 128 on its dummy is audio.
+TEST(MediaReturn, TakesCodesAboveAllRanges) {
+  std::string before = start;
+  for (int i = 1; i <= 25; ++i) before += third;
+  expectReturned({"101 is position 26", {101}, before + second, before + imageDummy + second});
+  expectReturned({"101 without position 26", {101, 1}, before, before + imageDummy + audioDummy});
+  std::string many = start;
+  for (int i = 1; i <= 52; ++i) many += third;
+  expectReturned({"128 is position 53", {128}, many + second, many + audioDummy + second});
+  expectReturned({"255 is position 180", {255}, many, many + audioDummy});
+}
+
 TEST(MediaReturn, EndsTheTextsLastLineBeforeItAppends) {
   expectReturned(
       {"no line end", {9}, start + "m=audio 1 RTP/AVP 0", start + "m=audio 1 RTP/AVP 0\r\n" + audioDummy});
@@ -141,6 +153,16 @@ TEST(MediaReturn, RebuildsTheOriginLineWhenAskedTo) {
   EXPECT_TRUE(trace.has(2, 2, "The o-line has been changed. Exiting..."));
   EXPECT_EQ(trace.lines().front(), entering);
   EXPECT_EQ(trace.lines().back(), exiting);
+}
+
+TEST(MediaReturn, PutsDummiesBackAlsoWhenTheOriginLineCannotBeRebuilt) {
+  SdpBuffer buffer("v=0\r\n" + first);
+  unsigned short oLineEnd = 77;
+  TraceCapture trace;
+  EXPECT_EQ(sdpModifications::sdpReplaceTransProtocol(buffer.data(), recordOf({1}).get(), oLineEnd, true), 0);
+  buffer.expectText("v=0\r\n" + audioDummy + first);
+  EXPECT_EQ(oLineEnd, 77);
+  EXPECT_TRUE(trace.has(2, 2, "The o-line is not present within the SDP. Exiting..."));
 }
 
 TEST(MediaReturn, RefusesADummyThatDoesNotFit) {

@@ -259,6 +259,20 @@ TEST(SdesLine, TracesEachLine) {
             (TraceLine{2, 2, "Removing SDES crypto line with tag [2] and suite [AEAD_AES_128_GCM]"}));
 }
 
+TEST(SdesLine, TracesRemovalsAndTheKeyInTheLinesOrder) {
+  const std::string gone = "a=crypto:2 AEAD_AES_128_GCM inline:" + std::string(80, 'x') + "\r\n";
+  SdpBuffer buffer(start + secure + gone + usable + "inline:" + std::string(200, 'y') + "\r\n" + gone +
+                   usable + "inline:b\r\n" + "a=note:" + std::string(300, 'z') + "\r\n");
+  TraceCapture trace;
+  EXPECT_EQ(sdpModifications::addSDESLine(buffer.data() + start.size() - 1), 0);
+  const TraceLine removed{2, 2, "Removing SDES crypto line with tag [2] and suite [AEAD_AES_128_GCM]"};
+  EXPECT_EQ(trace.lines(),
+            (Traces{removed,
+                    {2, 2, "Creating SDES crypto line with tag [1] and suite [AES_CM_128_HMAC_SHA1_80]"},
+                    removed,
+                    {2, 2, "Removing SDES crypto line with tag [1] and suite [AES_CM_128_HMAC_SHA1_80]"}}));
+}
+
 const TraceLine noRoom{4, 3, "addSDESLine(): The new key does not fit the SDP buffer. Exiting."};
 
 /// A text of that length that ends in a crypto attribute without parameters, which a key makes 47 longer. It

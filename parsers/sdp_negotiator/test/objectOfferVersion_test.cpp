@@ -166,6 +166,46 @@ TEST(VersionAndMLines, AddsTheMLinesThatAreMissingAndParsesTheText) {
   }
 }
 
+TEST(VersionAndMLines, AddsNoMLineOfATypeThatIsThere) {
+  // Deliberate: the earlier body still has more m-lines then.
+  for (const bool keepOnly : {false, true}) {
+    cSdpNegotiator earlier =
+        parsedObject(body("o=a 1 1 IN IP4 192.0.2.1", "m=audio 5006 RTP/AVP 0\r\n" + text));
+    cSdpNegotiator object = parsedObject(body("o=b 2 2 IN IP4 192.0.2.2"));
+    EXPECT_EQ(object.sdpModifyVersionAndMlines(&earlier, keepOnly), 0);
+    EXPECT_EQ(textOf(object), body("o=a 1 2 IN IP4 192.0.2.1", text));
+    earlier = parsedObject(body("o=a 1 1 IN IP4 192.0.2.1", "m=audio 5006 RTP/AVP 0\r\n"));
+    object = parsedObject(body("o=b 2 2 IN IP4 192.0.2.2"));
+    object.setBandwidth(64);
+    EXPECT_EQ(object.sdpModifyVersionAndMlines(&earlier, keepOnly), 0);
+    EXPECT_EQ(textOf(object), body("o=a 1 2 IN IP4 192.0.2.1"));
+    EXPECT_EQ(object.getParsedData().bandwidth, 0U) << "the text was not parsed again";
+  }
+}
+
+TEST(VersionAndMLines, RaisesTheVersionThenTakesTheLineThenCompares) {
+  cSdpNegotiator earlier = parsedObject(body("o=alice 10 9 IN IP4 192.0.2.9"));
+  cSdpNegotiator object = parsedObject(body("o=bob 77 1 IN IP4 192.0.2.77"));
+  const TraceLine building{8, 4, "Building raw SDP buffer."};
+  TraceCapture trace;
+  EXPECT_EQ(object.sdpModifyVersionAndMlines(&earlier, false), 0);
+  EXPECT_EQ(trace.lines(),
+            (Traces{{8, 4, "Request to set the version of o-line to:10."},
+                    building,
+                    {8, 4, "Entering sdpReplaceVersionNumberLong() method."},
+                    {8, 4, "The version of o-line has been replaced. Exiting..."},
+                    building,
+                    {8, 4,
+                     "copyOLine(): request to replace existing o-line with [o=alice 10 10 IN IP4 192.0.2.9] "
+                     "len=[30]"},
+                    {8, 4, "copyOLine(): SDP length change is 2 characters"},
+                    {8, 4, "copyOLine(): returning SUCCESS"},
+                    building,
+                    building,
+                    {8, 4, "Entering compareNumberOfMLines() method."},
+                    {8, 4, "Old SDP has the same number of m-lines with the new SDP."}}));
+}
+
 TEST(VersionAndMLines, RefusesNull) {
   cSdpNegotiator object = parsedObject(body(originLine));
   const cSdpNegotiator before = object;

@@ -67,6 +67,8 @@ TEST(AddVideoDescriptions, PutsSectionsInThePlaceOfTheVideoSection) {
       {"each in turn, so the last one stays", start + video, h264 + h261, start + h261},
       {"another medium takes the place and no more follows", start + video, textSection + h264,
        start + textSection},
+      {"another medium, and the next section finds the next video section", h261 + h261 + h261,
+       textSection + h264, textSection + h264 + "31\r\n"},
       {"nothing given", start + video, "", start + video},
       {"no m-line given", start + video, "a=x\r\n", start + video},
       {"video is named, but no video section", start + "a=content:video\r\n", h264,
@@ -164,7 +166,7 @@ TEST(AddVideoDescriptions, LeaveTheObjectAsItIsWhenTheTextCannotBeStored) {
 TEST(AddVideoDescriptions, EndOnManySections) {
   std::string sections;
   for (int i = 0; i < 20000; ++i) sections += "m=video";
-  for (const std::string& start : {std::string(), audioBody()}) {
+  for (const std::string& start : {std::string(), audioBody(), std::string(10000, 'm')}) {
     std::string body = start;
     while (body.size() < 15000) body += "m=video 5006 RTP/AVP 96\r\n";
     cSdpNegotiator object = objectWithText(body);
@@ -215,6 +217,22 @@ TEST(GetVideoDescriptions, HandsOutNothingWhereThereIsNone) {
   const cSdpNegotiator before = object;
   EXPECT_EQ(videoOf(object, 500, true, 1), "");
   EXPECT_TRUE(sameBytes(object, before));
+}
+
+TEST(GetVideoDescriptions, TakesThemOutAlsoWhenTheBufferIsTooSmall) {
+  const TraceLine tooSmall{2, 2,
+                           "The size of Video part of SDP is bigger than the videoDescription buffer size"};
+  for (const unsigned int size : {4U, 1U}) {
+    cSdpNegotiator object = parsedObject(audioBody() + video);
+    TraceCapture trace;
+    EXPECT_EQ(videoOf(object, size, true, 1), "");
+    EXPECT_EQ(trace.count(tooSmall.flag, tooSmall.level, tooSmall.text), 1);
+    EXPECT_FALSE(trace.has(4, 3, notGot.text));
+    EXPECT_EQ(textOf(object), audioBody());
+  }
+  cSdpNegotiator object = parsedObject(audioBody() + video);
+  EXPECT_EQ(object.sdpGetVideoDescriptions(nullptr, 500, true), 1);
+  EXPECT_EQ(textOf(object), audioBody());
 }
 
 TEST(GetVideoDescriptions, RefuseAnObjectWithoutTextOrConnection) {

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <optional>
 #include <string_view>
 
@@ -67,10 +68,10 @@ class AnatRecord {
 
   std::size_t count() const { return count_; }
 
-  /// Adds a removed m-line. One without a code still leaves its secure bit for the next.
+  /// Adds a removed m-line. One of another medium leaves its secure bit for the next.
   void add(std::string_view mLine, std::size_t position) {
     if (codes_ == nullptr) return;
-    if (contains(mLine, "RTP/SAVP")) put(kSecureBit, 0);
+    if (position <= recordCapacity && contains(mLine, "RTP/SAVP")) put(kSecureBit, 0);
     const std::optional<unsigned char> code = removedCode(mLine, position, allRecordedMedia, "sdpRemoveAnat");
     if (!code) return;
     put(*code, 0xff);
@@ -91,15 +92,15 @@ class AnatRecord {
 /// What a removal has met.
 struct Removed {
   std::size_t codes;  ///< recorded
-  /// Characters from the place of the first m-line, which may have gone, to the text's end; nothing without m-line.
-  std::optional<std::size_t> fromFirstMLine;
+  /// The place of the first m-line, which may have gone; 0 without m-line, as nothing stands in front of one then.
+  std::size_t firstMLine;
 };
 
 /// Removes the media sections that hold a connection text, until the record is full.
 Removed removeSections(SdpText& text, std::string_view connection, char* codes) {
   AnatRecord record(codes);
   std::size_t position = 0;
-  std::optional<std::size_t> firstMLine;
+  std::size_t firstMLine = 0;
   text.eraseEach([&](std::string_view view, std::size_t from) -> std::optional<Span> {
     while (record.count() < recordCapacity) {
       const std::optional<MediaSection> section = findSection(view, from);
@@ -114,8 +115,17 @@ Removed removeSections(SdpText& text, std::string_view connection, char* codes) 
     }
     return std::nullopt;
   });
-  if (firstMLine) firstMLine = text.size() - *firstMLine;
   return {record.count(), firstMLine};
+}
+
+/// Rebuilds the o-line, which stands where "o=" first does, also behind the first m-line.
+/// @return where the text that stood at `place` stands then; the o-line's start when it went with the old o-line
+std::size_t rebuildOLine(SdpText& text, char* sdp, std::size_t place, unsigned short& oLineEnd) {
+  const std::size_t oLine = findAnywhere(text.view(), "o=");
+  const std::size_t fromPlace = text.size() - place;
+  sdpModifications::sdpModifyOLine(sdp, nullptr, oLineEnd);
+  text = SdpText(sdp);
+  return oLine < place ? text.size() - std::min(fromPlace, text.size() - oLine) : place;
 }
 
 /// Removes the first line with a connection text when it stands in front of an offset.
@@ -153,14 +163,11 @@ unsigned short sdpModifications::sdpRemoveAnat(char* sdp, eIPAddressVersion ipVe
   SdpText text(sdp);
   if (sdp != nullptr && adopted(text, "sdpRemoveAnat")) {
     const std::string_view connection = ipVersion == ipVersion4 ? "c=IN IP4" : "c=IN IP6";
-    const Removed sections = removeSections(text, connection, removed);
+    Removed sections = removeSections(text, connection, removed);
     if (sections.codes > 0 && modifyOLine) {
-      sdpModifyOLine(sdp, nullptr, oLineEnd);
-      text = SdpText(sdp);
+      sections.firstMLine = rebuildOLine(text, sdp, sections.firstMLine, oLineEnd);
     }
-    if (sections.fromFirstMLine && *sections.fromFirstMLine <= text.size()) {
-      removeSessionConnection(text, connection, text.size() - *sections.fromFirstMLine);
-    }
+    removeSessionConnection(text, connection, sections.firstMLine);
   }
   cNegotTraceManager::writeTraceMsg(8, 4, "Exiting sdpRemoveAnat() method.");
   return 0;

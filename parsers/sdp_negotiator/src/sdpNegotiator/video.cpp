@@ -27,11 +27,13 @@ std::size_t nextMLine(std::string_view text, std::size_t mLine) {
 }
 
 /// Puts each section in turn in the place of the first "m=video". The place of the next "m=", in the sections and in
-/// the text, counts as a length, whatever stands in front of the first one.
+/// the text, counts as a length, whatever stands in front of the first one. What begins with "m=" makes no new
+/// "m=video" with what stands in front of it, so the search goes on where the last one ended.
 Edit replaceVideo(SdpText& text, std::string_view sections) {
+  std::size_t video = 0;
   for (std::size_t at = findAnywhere(sections, kMLine); at != npos; at = findAnywhere(sections, kMLine)) {
     const std::size_t taken = nextMLine(sections, at);
-    const std::size_t video = findAnywhere(text.view(), kVideoMLine);
+    video = findAnywhere(text.view(), kVideoMLine, video);
     if (video == npos) break;
     const std::size_t end = std::min(text.size(), video + nextMLine(text.view(), video));
     if (text.replace({video, end}, sections.substr(at, taken)) != Edit::done) return Edit::noRoom;

@@ -15,12 +15,16 @@ Edit SdpText::replace(Span span, std::string_view inserted) {
   if (!usable() || span.begin > span.end || span.end > length_) return Edit::noRoom;
   const std::size_t kept = length_ - (span.end - span.begin);
   if (inserted.size() > capacity_ - 1 - kept) return Edit::noRoom;
-  if (holds(inserted)) return replaceOverlapping(span, inserted);
+  if (holds(inserted)) return putAside(span, inserted);
+  put(span, inserted);
+  return Edit::done;
+}
+
+void SdpText::put(Span span, std::string_view inserted) {
   char* const place = text_ + span.begin;
   std::memmove(place + inserted.size(), text_ + span.end, length_ - span.end + 1);
   if (!inserted.empty()) std::memcpy(place, inserted.data(), inserted.size());
-  length_ = kept + inserted.size();
-  return Edit::done;
+  length_ = length_ - (span.end - span.begin) + inserted.size();
 }
 
 void SdpText::moveDown(std::size_t to, std::size_t from, std::size_t count) {
@@ -33,11 +37,12 @@ void SdpText::end(std::size_t length) {
 }
 
 // The inserted text would move or be overwritten under the edit, so it is taken aside first.
-Edit SdpText::replaceOverlapping(Span span, std::string_view inserted) {
+Edit SdpText::putAside(Span span, std::string_view inserted) {
   char aside[MAX_SDP_PROTOCOL_DATA_SIZE];
   if (inserted.size() > sizeof aside) return Edit::noRoom;
   std::memcpy(aside, inserted.data(), inserted.size());
-  return replace(span, {aside, inserted.size()});
+  put(span, {aside, inserted.size()});
+  return Edit::done;
 }
 
 // A text in two pieces while lines go: what is kept so far, up to `kept`, and what is still to be looked at,

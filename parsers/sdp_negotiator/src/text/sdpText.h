@@ -63,7 +63,8 @@ class SdpText {
  private:
   class Removal;
 
-  Edit replaceOverlapping(Span span, std::string_view inserted);
+  void put(Span span, std::string_view inserted);
+  Edit putAside(Span span, std::string_view inserted);
   void moveDown(std::size_t to, std::size_t from, std::size_t count);
   void end(std::size_t length);
   bool holds(std::string_view text) const;

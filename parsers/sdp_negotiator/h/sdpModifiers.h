@@ -414,7 +414,8 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// transport. Media of unknown names are one medium.
   /// Takes the stack of two descriptions, see `sdpParserMessage::sdpParse`.
   /// @param newSdp rewritten; unchanged on failure
-  /// @return 0; 1 when the codec refuses a body or cannot hold it whole, no room, or memory ran out
+  /// @return 0; 1 when the codec refuses a body or cannot hold the new one or the m-lines of the old one whole, no
+  ///         room, or memory ran out
   static unsigned short correctMLines(char* oldSdp, char* newSdp, bool keepOnly, bool matchTransport);
   /// @return whether the codec takes the body and it has exactly one m-line
   static bool isSingleMLineSdp(char* sdp);
@@ -423,7 +424,8 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// @return 1 for a text without m-lines, else 0, or 1 when the port of the last m-line cannot be read
   static unsigned short sdpRemoveMlinesZeroPort(char* sdp);
   /// Sets the transport of every m-line of some media whose line holds another transport. Only the third field is
-  /// replaced, whatever it holds; one that begins with the new transport, ends with the line or is empty stays.
+  /// replaced, whatever it holds; one that begins with the new transport or ends with the line stays. Two blanks
+  /// behind the port enclose an empty field, which is set as well.
   /// An m-line that would not fit stays too, with a trace.
   /// @param fromTransport must occur on the m-line, for example "RTP/SAVP"
   /// @param toTransport   at most 14 characters of it are taken

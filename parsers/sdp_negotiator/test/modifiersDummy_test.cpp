@@ -230,6 +230,26 @@ TEST(DummyBodyOfSdes, StopsAtACryptoLineWithoutASuite) {
   EXPECT_EQ(result.length, kNoLength);
 }
 
+// A section without crypto attributes in front of one with them, and one that a line of another kind begins.
+TEST(DummyBodyOfSdes, ReplacesTheKeysOfLaterSectionsToo) {
+  const std::string old = crypto + "old\r\n";
+  const std::string made = "m=audio 7000 RTP/SAVP 0\r\n" + crypto;
+  const Result result = create(
+      body(theirs, secure + "a=x\r\n" + secure + old + old + "a=y\r\n" + secure + old + "a=z\r\n"), inactive);
+  EXPECT_EQ(result.status, 0);
+  const std::string start = body(ours, "m=audio 7000 RTP/SAVP 0\r\na=x\r\n" + made);
+  ASSERT_EQ(result.text.substr(0, start.size()), start);
+  constexpr std::size_t kKeyLength = 40;
+  const std::string middle = "\r\na=y\r\n" + made;
+  EXPECT_EQ(result.text.substr(start.size() + kKeyLength, middle.size()), middle);
+  EXPECT_EQ(result.text.substr(start.size() + kKeyLength + middle.size() + kKeyLength), "\r\na=z\r\n");
+  EXPECT_EQ(result.text.find("old"), std::string::npos);
+  // Not every line that begins with "m" has a port.
+  EXPECT_EQ(create(body(theirs, secure + "a=x\r\nmore\r\n" + old), inactive).status, 1);
+  const Result port = create(body(theirs, "m=audio 0 RTP/AVP 0\r\nmore 0 x\r\n" + old + "a=z\r\n"), inactive);
+  EXPECT_EQ(port.text, body(ours, "m=audio 0 RTP/AVP 0\r\nmore 0 x\r\na=z\r\n"));
+}
+
 TEST(DummyBodyOriginLine, IsRebuiltWhenAskedTo) {
   Request request = inactive;
   request.modifyOLine = true;

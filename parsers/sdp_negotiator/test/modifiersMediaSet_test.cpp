@@ -323,18 +323,44 @@ TEST(MLineCorrectionRefusal, OfABodyThatIsNotHeldWhole) {
   const std::string unknownLine = base + "x=1\r\n" + mLine("audio", 5000);
   const std::string complete = bodyOf(1);
   TraceCapture trace;
-  for (const std::string& incomplete : {bodyOf(26), unknownLine}) {
-    for (const bool keepOnly : {false, true}) {
-      for (const bool matchTransport : {false, true}) {
+  const std::string longTransport = base + mLine("audio", 5000, std::string(64, 'x'));
+  const TraceLine refused = {4, 3,
+                             "correctMLines(): A description does not hold all lines of its SDP. Exiting."};
+  for (const bool keepOnly : {false, true}) {
+    for (const bool matchTransport : {false, true}) {
+      for (const std::string& incomplete : {bodyOf(26), longTransport, unknownLine}) {
+        trace.takeLines();
+        expectNumbers(complete, incomplete, keepOnly, matchTransport, incomplete, 1);
+        EXPECT_EQ(trace.takeLines(), (Traces{entering, refused}));
+      }
+      for (const std::string& incomplete : {bodyOf(26), longTransport}) {
         trace.takeLines();
         expectNumbers(incomplete, complete, keepOnly, matchTransport, complete, 1);
-        expectNumbers(complete, incomplete, keepOnly, matchTransport, incomplete, 1);
-        const TraceLine refused = {
-            4, 3, "correctMLines(): A description does not hold all lines of its SDP. Exiting."};
-        EXPECT_EQ(trace.takeLines(), (Traces{entering, refused, entering, refused}));
+        EXPECT_EQ(trace.takeLines(), (Traces{entering, refused}));
       }
     }
   }
+}
+
+// Of the older body only the m-lines count, so that its other lines may be more than the codec holds.
+TEST(MLineCorrectionOfMany, TakesAnOlderBodyWhoseMLinesAreHeld) {
+  std::string attributeLines;
+  for (int i = 0; i < 256; ++i) attributeLines += "a=x\r\n";
+  const std::string longValue = "a=x:" + std::string(350, 'v') + "\r\n";
+  for (const std::string& more : {std::string("x=1\r\n"), attributeLines, longValue}) {
+    const std::string before = with(mLine("audio", 5000) + more + mLine("video", 5002) + more);
+    expectNumbers(before, bodyOf(1), false, false, bodyOf(1) + mLine("video", 5002));
+    expectNumbers(before, bodyOf(3), true, true, bodyOf(3));
+  }
+}
+
+TEST(MLineCorrectionOfMany, AddsNoneOfTheLinesBehindAnMLine) {
+  const std::string lines =
+      "i=title\r\nc=IN IP4 192.0.2.5\r\nb=AS:64\r\nk=clear:k\r\na=sendonly\r\na=ptime:20\r\n";
+  expectNumbers(with(mLine("video", 5002) + lines), bodyOf(1), false, true, bodyOf(1) + mLine("video", 5002));
+  // A port of one digit becomes 0.
+  expectNumbers(with(mLine("audio", 9, "RTP/SAVP") + lines), bodyOf(1), false, true,
+                bodyOf(1) + mLine("audio", 0, "RTP/SAVP"));
 }
 
 TEST(MLineCorrectionRefusal, OfABodyThatCannotBeRead) {

@@ -59,6 +59,9 @@ INSTANTIATE_TEST_SUITE_P(
                "m=audio 1 12345678901234 0\r\n"},
         Change{"fifteenAreCut", "m=audio 1 RTP/AVP 0\r\n", setTransport("RTP", "123456789012345"),
                "m=audio 1 12345678901234 0\r\n"},
+        // Blanks count one by one.
+        Change{"anEmptyField", "m=audio 5004  RTP/AVP 0\r\n", toSecure,
+               "m=audio 5004 RTP/SAVP RTP/AVP 0\r\n"},
         Change{"aCrInTheField", "m=audio 1 RTP/AVP\rx 0\r\n", toSecure, "m=audio 1 RTP/SAVP 0\r\n"},
         Change{"theSecondTimeFindsNothing", "m=audio 1 RTP/AVP 0\r\n",
                setTransport("RTP/AVP", "RTP/SAVP", {"audio", "audio"}), "m=audio 1 RTP/SAVP 0\r\n"}),
@@ -91,7 +94,6 @@ INSTANTIATE_TEST_SUITE_P(
         Kept{"noFormatsBareLf", "m=audio 5004 RTP/AVP\n", toSecure},
         Kept{"noTransport", "m=audio RTP/AVP\r\na=b c d\r\n", toSecure},
         Kept{"onlyAName", "m=audioRTP/AVP\r\na=b c d\r\n", toSecure},
-        Kept{"anEmptyField", "m=audio 5004  RTP/AVP 0\r\n", toSecure},
         Kept{"withoutLf", "m=audio 5004 RTP/AVP 0", toSecure},
         Kept{"inAValue", "i=m=audio 5004 RTP/AVP 0\r\n", toSecure},
         Kept{"behindALoneCr", "i=x\rm=audio 5004 RTP/AVP 0\r\n", toSecure},

@@ -143,6 +143,30 @@ TEST(ZeroPortMLines, TraceEachStep) {
                                    {1, 1, "Exiting sdpRemoveMlinesZeroPort() Mofifier"}}));
 }
 
+TEST(ZeroPortMLines, TraceASecureOneWithoutACryptoLineAndAPortThatCannotBeRead) {
+  const auto debug = [](const std::string& text) {
+    return TraceLine{1, 1, "sdpRemoveMlinesZeroPort() " + text};
+  };
+  SdpBuffer buffer("v=0\n" + zeroSecure + "a=x\nm=text x y\n");
+  TraceCapture trace;
+  EXPECT_EQ(removeZeroPorts(buffer.data()), 1);
+  buffer.expectText("v=0\na=x\nm=text x y\n");
+  const std::string last = "\nm=text x y\n";
+  const std::string behind = "\na=x" + last;
+  const std::string mLine = "\n" + zeroSecure.substr(0, zeroSecure.size() - 1);
+  EXPECT_EQ(trace.lines(), (Traces{debug("Modifier"),
+                                   debug("mLine =[" + mLine + behind + "]"),
+                                   debug("port =[0]"),
+                                   debug("mediaEnd =[" + last + "]"),
+                                   debug("mlineEnd =[" + behind + "]"),
+                                   debug("mLine =[" + mLine + behind + "]"),
+                                   debug("mLine =[" + behind + "]"),
+                                   debug("mLine =[" + last + "]"),
+                                   debug("port =[0]"),
+                                   debug("sdp_buffer =[v=0\na=x" + last + "]"),
+                                   {1, 1, "Exiting sdpRemoveMlinesZeroPort() Mofifier"}}));
+}
+
 TEST(ZeroPortMLines, AreNotLookedForWithoutAText) {
   TraceCapture trace;
   EXPECT_EQ(removeZeroPorts(nullptr), 1);

@@ -63,14 +63,24 @@ unsigned short setDirections(char* sdp, bool answer, bool hold, bool third) {
   return 0;
 }
 
-/// Gives the crypto attributes of every section keys of its own.
+/// Gives the crypto attributes of every section keys of its own. A line of another kind that begins with "m" begins
+/// a section too, which ends at the next m-line like the others.
 unsigned short replaceKeys(char* sdp) {
   constexpr std::string_view kMLine = "\nm";
   SdpText text(sdp);
+  // Searched for anew only once passed or edited, so that sections without crypto attributes cost next to nothing.
+  std::size_t end = 0;
+  std::size_t crypto = 0;
   std::size_t at = findAnywhere(text.view(), kMLine);
   while (at != npos) {
-    const unsigned short status = addSdesLine(text, at);
-    if (status != 0) return status;
+    if (end <= at + 1) end = orEnd(findLine(text.view(), "m=", at + 1), text.view());
+    if (crypto < at) crypto = orEnd(findAnywhere(text.view(), "a=crypto:", at), text.view());
+    if (crypto < end) {
+      const unsigned short status = addSdesLine(text, at);
+      if (status != 0) return status;
+      end = 0;
+      crypto = 0;
+    }
     at = findAnywhere(text.view(), kMLine, at + kMLine.size() + 1);
   }
   return 0;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <optional>
 
 #include "sdpModifiers.h"
@@ -125,6 +126,15 @@ void addMissing(sDescription& oldBody, sDescription& newBody, bool matchTranspor
   for (const mDescription* media : std::span(missing).first(count)) addMedia(newBody, *media);
 }
 
+/// Whether a description holds all m-lines of its text whole; its other lines do not matter.
+bool holdsMLines(const sDescription& description) {
+  if (sdp_isComplete(&description)) return true;
+  const auto media = mediaOf(description);
+  return sdp_getNoOfMDs(&description) <= SDP_MEDIA_CAPACITY &&
+         std::none_of(media.begin(), media.end(),
+                      [](const mDescription& one) { return one.mLine.incomplete != 0; });
+}
+
 unsigned short refuse(const char* reason) {
   cNegotTraceManager::writeTraceMsg(4, 3, "correctMLines(): %s Exiting.", reason);
   return 1;
@@ -132,7 +142,7 @@ unsigned short refuse(const char* reason) {
 
 unsigned short correct(SdpText& text, sDescription& oldBody, sDescription& newBody, bool keepOnly,
                        bool matchTransport) {
-  if (!sdp_isComplete(&oldBody) || !sdp_isComplete(&newBody)) {
+  if (!holdsMLines(oldBody) || !sdp_isComplete(&newBody)) {
     return refuse("A description does not hold all lines of its SDP.");
   }
   if (keepOnly && matchTransport) {

@@ -22,14 +22,14 @@ bool isOfMedia(std::string_view text, std::size_t mLine, std::string_view name) 
   return text.substr(mLine, kBehindPrefix + name.size()).find(name) == kBehindPrefix;
 }
 
-/// Sets the third field of an m-line that ends in LF, unless it is empty or no blank ends it.
+/// Sets the third field of an m-line that ends in LF, unless no blank ends it. An empty one is set too.
 void setTransport(SdpText& text, const Line& mLine, std::string_view transport) {
   const std::string_view view = text.view();
   const std::size_t begin = transportStart(view, mLine);
   cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType() method. startOfTransport=[%s]",
                                     view.data() + begin);
   const std::size_t end = view.substr(0, mLine.lf).find_first_of(" \t", begin);
-  if (end == npos || end == begin || startsWith(view.substr(begin), transport)) return;
+  if (end == npos || startsWith(view.substr(begin), transport)) return;
   cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType() Step-3. Changing transport type");
   if (text.replace({begin, end}, transport) != Edit::done) {
     cNegotTraceManager::writeTraceMsg(

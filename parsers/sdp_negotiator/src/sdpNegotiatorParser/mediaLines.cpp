@@ -62,8 +62,9 @@ unsigned short sdpParserMessage::setMediaLinePort(char* mLine, char*& lineEnd, u
 
 eIPAddressVersion sdpParserMessage::getcLineIPVersion(const char* sdp) {
   const std::string_view text = sdpneg::viewOf(sdp);
-  const std::size_t line = sdpneg::findLine(text, "c=");
-  if (line == sdpneg::npos || line > sdpneg::findLine(text, "m=")) return sdpneg::ipVersionUnknown;
+  const std::string_view session = text.substr(0, sdpneg::findLine(text, "m="));
+  const std::size_t line = sdpneg::findLine(session, "c=");
+  if (line == sdpneg::npos) return sdpneg::ipVersionUnknown;
   const std::string_view content = sdpneg::content(text, sdpneg::lineAt(text, line));
   if (sdpneg::contains(content, "IP4")) return sdpneg::ipVersion4;
   return sdpneg::contains(content, "IP6") ? sdpneg::ipVersion6 : sdpneg::ipVersionUnknown;

@@ -71,14 +71,17 @@ unsigned short addPreconditions(cSdpNegotiator& object, RequestInput& input) {
   return object.sdpInsertPrecondions(1, static_cast<int>(list.size()), list.data());
 }
 
-constexpr RequestRow rows[] = {
-    {"silence", silenceArguments, "Add silence suppression lines.", setSilence},
-    {"echo", echoArguments, "Add an echo cancellation line to the audio.", setEcho},
-    {"add-preconditions", addPreconditionsArguments, "Add precondition lines.", addPreconditions},
-    {"remove-preconditions",
-     {},
-     "Remove the precondition lines.",
-     plainRequest<&cSdpNegotiator::sdpDelPrecondions>}};
+constexpr RequestRow rows[] = {{"silence", silenceArguments, "Add silence suppression lines.", setSilence,
+                                "sdpInsertSilenceSuppression"},
+                               {"echo", echoArguments, "Add an echo cancellation line to the audio.", setEcho,
+                                "sdpInsertEchoCancellation"},
+                               {"add-preconditions", addPreconditionsArguments, "Add precondition lines.",
+                                addPreconditions, "sdpInsertPrecondions"},
+                               {"remove-preconditions",
+                                {},
+                                "Remove the precondition lines.",
+                                plainRequest<&cSdpNegotiator::sdpDelPrecondions>,
+                                "sdpDelPrecondions"}};
 
 }  // namespace
 

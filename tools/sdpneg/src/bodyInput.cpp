@@ -21,6 +21,12 @@ BodyInput readBodyFor(const std::string& operand, Streams streams) {
   return input;
 }
 
+std::optional<std::string> requestObstacle(const cSdpNegotiator& object) {
+  if (object.getRawSdpSize() != 0) return std::nullopt;
+  return "the body is longer than the " + std::to_string(MAX_SDP_PROTOCOL_DATA_SIZE - 1) +
+         " characters that requests take";
+}
+
 std::string bodyText(const cSdpNegotiator& object) {
   char text[MAX_SDP_PROTOCOL_DATA_SIZE + 1];
   return object.getRawSDP(text, sizeof text) == 0 ? std::string(text) : std::string();

@@ -1,6 +1,7 @@
 #ifndef SDPNEG_BODY_INPUT_H
 #define SDPNEG_BODY_INPUT_H
 
+#include <optional>
 #include <string>
 
 #include "inputFiles.h"
@@ -25,6 +26,9 @@ void writeProblems(Output& err, const std::string& name, const Inspection& inspe
 
 /// Reads a body that a command works with, and says what is wrong with it.
 BodyInput readBodyFor(const std::string& operand, Streams streams);
+
+/// Why a body cannot be given to a request; nothing when it can.
+std::optional<std::string> requestObstacle(const cSdpNegotiator& object);
 
 /// The body's text.
 std::string bodyText(const cSdpNegotiator& object);

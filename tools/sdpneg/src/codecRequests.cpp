@@ -70,14 +70,31 @@ unsigned short capH264Level(cSdpNegotiator& object, RequestInput& input) {
   return object.getParsedData().h264Profile != current ? 0 : 1;
 }
 
+constexpr RequestArgument restrictVideoArguments[] = {
+    {.name = "CODECS", .expects = "names of video codecs between commas", .accepts = areVideoCodecs}};
+
+unsigned short restrictVideo(cSdpNegotiator& object, RequestInput& input) {
+  const auto codecs = *videoCodecsOf(input.words[0]);
+  // The library says 1 when it has restricted the codecs.
+  if (object.sdpRestrictVideoCodecsTo(codecs.data(), static_cast<int>(codecs.size())) == 1) return 0;
+  if (!object.contains("\nm=video")) input.refusal = "the body has no video";
+  return 1;
+}
+
 constexpr RequestRow rows[] = {
     {"restrict-audio", restrictArguments, "Keep these audio codecs, in the body's order or the given one.",
-     restrictAudio},
-    {"prefer-audio", preferArguments, "Put an audio codec of the body first.", preferAudio},
-    {"reorder-audio", reorderArguments, "Keep these audio codecs in this order; others go.", reorderAudio},
+     restrictAudio, "sdpRestrictAudioCodecsTo"},
+    {"prefer-audio", preferArguments, "Put an audio codec of the body first.", preferAudio,
+     "sdpChangeAudioCodecPreference"},
+    {"reorder-audio", reorderArguments, "Keep these audio codecs in this order; others go.", reorderAudio,
+     "sdpReorderAudioCodecPreference"},
+    {"restrict-video", restrictVideoArguments,
+     "Keep these video codecs, of which each video section must have one.", restrictVideo,
+     "sdpRestrictVideoCodecsTo"},
     {"cap-video-bandwidth", bandwidthArguments, "Lower the b-lines of the video that are above N.",
-     capVideoBandwidth},
-    {"cap-h264-level", levelArguments, "Lower the H.264 levels that are above LEVEL.", capH264Level}};
+     capVideoBandwidth, "sdpLimitVideoMediaBandwidth"},
+    {"cap-h264-level", levelArguments, "Lower the H.264 levels that are above LEVEL.", capH264Level,
+     "sdpLimitVideoMediaBandwidth"}};
 
 }  // namespace
 

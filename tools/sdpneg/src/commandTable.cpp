@@ -3,6 +3,7 @@
 #include "compareCommand.h"
 #include "createCommand.h"
 #include "inspectCommand.h"
+#include "offerCommands.h"
 #include "rewriteCommand.h"
 #include "transferCommands.h"
 
@@ -34,6 +35,9 @@ constexpr OperandRow rewriteOperands[] = {
     {"REQUEST", "A request with its arguments; -- stands between requests.", false, true, true},
     {"FILE", "A body, a SIP message, or - for standard input.", true, false, false}};
 
+constexpr OptionRow requestsOptions[] = {
+    {"--operations", "", {}, "", "List the operations of the library that each reaches instead."}};
+
 constexpr OptionRow createOptions[] = {
     {"--inactive", "", {}, "", "Make the media inactive."},
     {"--dummy-answer", "", {}, "", "Write an answer that accepts nothing, without operands."},
@@ -51,6 +55,17 @@ constexpr OptionRow compareOptions[] = {colourOption};
 constexpr OperandRow compareOperands[] = {
     {"A", "A body, a SIP message, or - for standard input.", true, true, false},
     {"B", "The other one.", true, true, false}};
+
+constexpr OptionRow offerOptions[] = {traceOption};
+
+constexpr OperandRow updateOperands[] = {
+    {"OWN", "The answer that was given, a body, a SIP message, or - for standard input.", true, true, false},
+    {"OFFER", "The offer that it answers.", true, true, false},
+    {"NEW", "The new offer.", true, true, false}};
+
+constexpr OperandRow versionOperands[] = {
+    {"OLD", "A body, a SIP message, or - for standard input.", true, true, false},
+    {"NEW", "The later one.", true, true, false}};
 
 constexpr OptionRow transferOptions[] = {outputOption};
 
@@ -80,8 +95,9 @@ constexpr CommandRow commands[] = {
      "REQUEST [ARGUMENT...] [-- REQUEST [ARGUMENT...]]... [FILE]"},
     {"requests",
      "List the requests that rewrite takes",
-     "Lists all requests of rewrite with their arguments, one a line.",
-     {},
+     "Lists all requests of rewrite with their arguments, one a line; or with the operations of the library "
+     "behind each, of cSdpNegotiator where no class is named.",
+     requestsOptions,
      {},
      runRequests},
     {"create", "Write a body from values",
@@ -97,6 +113,24 @@ constexpr CommandRow commands[] = {
      "whatever "
      "their o-lines, 1 when they differ, and 2 when something is wrong with an input.",
      compareOptions, compareOperands, runCompare},
+    {"update-answer", "Bring an answer up to date with a new offer",
+     "Writes OWN without the audio codecs that NEW no longer has, with port 0 for video of NEW, and where "
+     "one "
+     "of these applies with a new o-line. Both offers must have the same session address and audio port, and "
+     "OWN no secure media in use; else one line on standard error says why, and the exit status is 1.",
+     offerOptions, updateOperands, runUpdateAnswer},
+    {"version-increased", "Say whether a body is the next version of another",
+     "Says yes when the o-lines differ in the session version alone and that of NEW is higher by one, else "
+     "no. "
+     "The exit status is 0 for yes, 1 for no, and 2 when something is wrong with an input.",
+     offerOptions, versionOperands, runVersionIncreased},
+    {"align", "Align a body with an earlier one",
+     "Writes NEW with the o-line of OLD, its version raised by one. Where OLD has more m-lines, those of "
+     "media "
+     "types that NEW lacks are added at its end, without the lines that follow them. When the library "
+     "refuses "
+     "that, one line on standard error says why, and the exit status is 1.",
+     offerOptions, versionOperands, runAlign},
     {"pack", "Write the transfer form of a body",
      "Writes a body with its summary in the form in which the library hands objects on. It has the byte "
      "order of "

@@ -60,11 +60,14 @@ unsigned short removeVideo(cSdpNegotiator& object, RequestInput& input) {
 }
 
 constexpr RequestRow rows[] = {
-    {"mode", modeArguments, "Restrict the direction of the session and its media.", setMode},
-    {"address", addressArguments, "Replace the first c-line.", setAddress},
-    {"port-off", portOffArguments, "Set port 0; with video, for application too.", portOff},
+    {"mode", modeArguments, "Restrict the direction of the session and its media.", setMode,
+     "sdpReplaceMode"},
+    {"address", addressArguments, "Replace the first c-line.", setAddress, "sdpReplaceCxIP"},
+    {"port-off", portOffArguments, "Set port 0; with video, for application too.", portOff,
+     "sdpDisablePort sdpDisableSAVPPorts sdpDisableAVPPorts"},
     {"remove-video", removeVideoArguments,
-     "Set port 0 for video; with all, take the sections' lines out too.", removeVideo}};
+     "Set port 0 for video; with all, take the sections' lines out too.", removeVideo,
+     "sdpRemoveVideoMedia sdpRemoveAllVideoMedia"}};
 
 }  // namespace
 

@@ -1,11 +1,10 @@
 #include "names.h"
 
-#include "ipVersions.h"
-
 #include <iterator>
 #include <string_view>
 
 #include "codecLookup.h"
+#include "ipVersions.h"
 
 namespace tool {
 namespace {

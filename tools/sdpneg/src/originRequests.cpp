@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "requestArguments.h"
 #include "requestTable.h"
 #include "wholeNumber.h"
@@ -11,17 +9,12 @@ namespace {
 
 bool isVersionNumber(std::string_view word) { return wholeNumber<long long>(word).has_value(); }
 
-/// A word that may stand in an o-line as one of its fields.
-bool isField(std::string_view word) {
-  return !word.empty() && std::all_of(word.begin(), word.end(), [](char c) {
-    return static_cast<unsigned char>(c) > ' ' && c != '\x7f';
-  });
-}
-
 constexpr RequestArgument setVersionArguments[] = {
     {.name = "N", .expects = "a whole number of 64 bits", .accepts = isVersionNumber}};
 
 unsigned short setVersion(cSdpNegotiator& object, RequestInput& input) {
+  const auto version = wholeNumber<unsigned int>(input.words[0]);
+  if (version) return object.sdpSetVersionNumber(*version);
   return object.sdpSetVersionNumberLong(wholeNumber<long long>(input.words[0]).value_or(0));
 }
 
@@ -42,18 +35,22 @@ unsigned short copyOrigin(cSdpNegotiator& object, RequestInput& input) {
 }
 
 constexpr RequestRow rows[] = {
-    {"set-version", setVersionArguments, "Set the session version of the o-line.", setVersion},
+    {"set-version", setVersionArguments, "Set the session version of the o-line.", setVersion,
+     "sdpSetVersionNumber sdpSetVersionNumberLong"},
     {"increase-version",
      {},
      "Raise the session version of the o-line by one.",
-     plainRequest<&cSdpNegotiator::sdpIncVersion>},
+     plainRequest<&cSdpNegotiator::sdpIncVersion>,
+     "sdpIncVersion"},
     {"modify-origin", modifyOriginArguments,
-     "Write a new o-line; without an address, with the unspecified one.", modifyOrigin, true},
+     "Write a new o-line; without an address, with the unspecified one.", modifyOrigin, "sdpModifyOLine",
+     true},
     {"renew-origin",
      {},
      "Write a new o-line with id and version by the time of day.",
-     plainRequest<&cSdpNegotiator::sdpModifyOLine>},
-    {"copy-origin", copyOriginArguments, "Take the o-line of another body over.", copyOrigin}};
+     plainRequest<&cSdpNegotiator::sdpModifyOLine>,
+     "sdpModifyOLine"},
+    {"copy-origin", copyOriginArguments, "Take the o-line of another body over.", copyOrigin, "copyOLine"}};
 
 }  // namespace
 

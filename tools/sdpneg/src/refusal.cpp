@@ -135,14 +135,15 @@ constexpr Explanation explanations[] = {{"The c-line is malformed.", true, expla
                                         {"There is no memory", true, explainMemory},
                                         {"exceeds MAX_SDP_PROTOCOL_DATA_SIZE", false, explainLength}};
 
-/// The errors of a trace, without the line that says that the parse ended for the one before it.
-/// @param ended   receives whether there was such a line
-/// @param isError whether a line's flag is that of an error
-std::vector<std::string_view> errorsOf(std::span<const TraceLine> trace, bool& ended, bool (*isError)(int)) {
+/// The lines of a flag, without the line that says that the parse ended for the one before it.
+/// @param ended receives whether there was such a line
+std::vector<std::string_view> errorsOf(std::span<const TraceLine> trace, bool& ended, int flag) {
   std::vector<std::string_view> errors;
   for (const TraceLine& line : trace) {
-    if (isError(line.flag)) errors.emplace_back(line.text);
+    if (line.flag == flag) errors.emplace_back(line.text);
   }
+  // What failed stands in front of it.
+  if (errors.size() > 1 && sdpneg::contains(errors.back(), "Failed to create a dummy SDP")) errors.pop_back();
   ended = !errors.empty() && sdpneg::contains(errors.back(), "Exiting sdpParse() method. Exiting...");
   if (ended) errors.pop_back();
   return errors;
@@ -158,8 +159,7 @@ std::string cannotBeStored() {
 Problem explainRefusal(const std::vector<TraceLine>& trace, const sDescription& description,
                        const BodyLines& lines) {
   bool ended = false;
-  const std::vector<std::string_view> errors =
-      errorsOf(trace, ended, [](int flag) { return flag == errorFlag; });
+  const std::vector<std::string_view> errors = errorsOf(trace, ended, errorFlag);
   const std::string_view error = errors.empty() ? std::string_view() : errors.back();
   const Refused body{description, lines};
   for (const Explanation& each : explanations) {
@@ -172,13 +172,26 @@ Problem explainRefusal(const std::vector<TraceLine>& trace, const sDescription& 
 
 std::string explainRefusedRequest(std::span<const TraceLine> trace, unsigned short status) {
   bool ended = false;
-  // Some requests report their refusals as information.
-  const std::vector<std::string_view> errors =
-      errorsOf(trace, ended, [](int flag) { return flag == errorFlag || flag == infoFlag; });
+  std::vector<std::string_view> errors = errorsOf(trace, ended, errorFlag);
   if (status == storingFailed && !ended) return cannotBeStored();
+  // Some requests report their refusals as information.
+  bool unused = false;
+  if (errors.empty()) errors = errorsOf(trace, unused, infoFlag);
   if (!errors.empty()) return std::string(withoutPrefix(errors.back()));
   if (trace.empty()) return "status " + std::to_string(status);
   return std::string(withoutPrefix(trace.back().text));
+}
+
+std::string explainRefusedText(std::span<const TraceLine> trace) {
+  // Only the storing step refuses without a trace.
+  return explainRefusedRequest(trace, storingFailed);
+}
+
+std::span<const TraceLine> beforeParse(std::span<const TraceLine> trace) {
+  const auto parse = std::find_if(trace.begin(), trace.end(), [](const TraceLine& line) {
+    return sdpneg::contains(line.text, "Entering sdpParse() method");
+  });
+  return trace.first(static_cast<std::size_t>(parse - trace.begin()));
 }
 
 bool hasError(std::span<const TraceLine> trace) {

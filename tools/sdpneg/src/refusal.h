@@ -23,8 +23,14 @@ Problem explainRefusal(const std::vector<TraceLine>& trace, const sDescription& 
 /// @param status what it returned
 std::string explainRefusedRequest(std::span<const TraceLine> trace, unsigned short status);
 
+/// Says why the library refused a text that a request had made.
+std::string explainRefusedText(std::span<const TraceLine> trace);
+
 /// Whether a line of a trace is an error.
 bool hasError(std::span<const TraceLine> trace);
+
+/// The lines of a request up to where it parses the text that it made.
+std::span<const TraceLine> beforeParse(std::span<const TraceLine> trace);
 
 /// A trace line without the library's prefix.
 std::string_view withoutPrefix(std::string_view line);

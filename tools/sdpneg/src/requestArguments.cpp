@@ -28,6 +28,12 @@ std::vector<std::string_view> splitAt(std::string_view text, char separator) {
 
 bool isAddress(std::string_view word) { return cMsgIPAddress::isValid(std::string(word).c_str()); }
 
+bool isField(std::string_view word) {
+  return !word.empty() && std::all_of(word.begin(), word.end(), [](char c) {
+    return static_cast<unsigned char>(c) > ' ' && c != '\x7f';
+  });
+}
+
 unsigned char audioCodecOf(std::string_view name) {
   constexpr std::string_view kNoName = "NOT_SPECIFIED";  // of the codecs that rtpmap lines have no name for
   if (name.empty() || sdpneg::equalNoCase(name, kNoName)) return SDP_NO_CODEC;
@@ -36,17 +42,34 @@ unsigned char audioCodecOf(std::string_view name) {
   return value != SDP_NO_CODEC ? value : cSdpNegotiator::getAudioCodecValue(text.c_str());
 }
 
-std::optional<std::vector<unsigned char>> audioCodecsOf(std::string_view names) {
+namespace {
+
+unsigned char videoCodecOf(std::string_view name) {
+  return cSdpNegotiator::getVideoCodecValue(std::string(name).c_str());
+}
+
+std::optional<std::vector<unsigned char>> codecsOf(std::string_view names,
+                                                   unsigned char (*codecOf)(std::string_view)) {
   std::vector<unsigned char> codecs;
   for (const std::string_view name : splitAt(names, ',')) {
-    codecs.push_back(audioCodecOf(name));
+    codecs.push_back(codecOf(name));
     if (codecs.back() == SDP_NO_CODEC) return std::nullopt;
   }
   if (codecs.size() > MAX_SDP_NEGOTIATOR_AUDIO_CODECS) return std::nullopt;
   return codecs;
 }
 
+}  // namespace
+
+std::optional<std::vector<unsigned char>> audioCodecsOf(std::string_view names) {
+  return codecsOf(names, audioCodecOf);
+}
+std::optional<std::vector<unsigned char>> videoCodecsOf(std::string_view names) {
+  return codecsOf(names, videoCodecOf);
+}
+
 bool isAudioCodec(std::string_view word) { return audioCodecOf(word) != SDP_NO_CODEC; }
 bool areAudioCodecs(std::string_view word) { return audioCodecsOf(word).has_value(); }
+bool areVideoCodecs(std::string_view word) { return videoCodecsOf(word).has_value(); }
 
 }  // namespace tool

@@ -23,7 +23,8 @@ std::string argumentWord(const RequestArgument& argument) {
 std::span<const RequestRow> requestTable() {
   static const std::vector<RequestRow> rows = [] {
     std::vector<RequestRow> all;
-    for (const auto topic : {originRequests(), codecRequests(), mediaRequests(), attributeRequests()}) {
+    for (const auto topic : {originRequests(), codecRequests(), mediaRequests(), attributeRequests(),
+                             securityRequests(), bodyRequests()}) {
       all.insert(all.end(), topic.begin(), topic.end());
     }
     return all;

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "sdpModifiers.h"
 #include "sdpNegotiator.h"
 
 // The one table of the requests that change a body. Parsing, help, completion, the manual page and
@@ -27,7 +28,8 @@ struct RequestArgument {
 struct RequestInput {
   std::vector<std::string> words;
   std::optional<cSdpNegotiator> other = std::nullopt;  ///< the body of its file
-  std::string refusal = {};                            ///< why it is refused, where the trace does not tell
+  std::string refusal = {};  ///< why it is refused, where the trace does not tell it
+  std::string removed = {};  ///< the record of m-lines that it removed
 
   /// An argument; null when it was left out.
   const char* word(std::size_t index) const { return index < words.size() ? words[index].c_str() : nullptr; }
@@ -39,8 +41,13 @@ struct RequestRow {
   std::string_view help;  ///< one line
   /// @return the library's status
   unsigned short (*run)(cSdpNegotiator& object, RequestInput& input);
-  /// Whether the status of a refusal is the result of a trace call. Then a traced error tells it.
+  /// The operations of the library that it reaches, of `cSdpNegotiator` where no class is named; blanks between them.
+  std::string_view operations;
+  /// Whether the status does not tell every refusal: it is the result of a trace call, there is none, or an edit
+  /// that ran out of room counts as done. Then an error that was traced before the new text is parsed tells it.
   bool refusalIsTraced = false;
+  /// Why a request that leaves the body as it was is refused; empty where there may be nothing to do.
+  std::string_view unchanged = {};
 };
 
 /// A row's function for a request without arguments.
@@ -49,11 +56,29 @@ unsigned short plainRequest(cSdpNegotiator& object, RequestInput& /*input*/) {
   return (object.*operation)();
 }
 
+/// Edits the text of a body and parses what comes of it, as the requests of the library do.
+/// @return the first status that is not 0
+template <typename Edit>
+unsigned short editText(cSdpNegotiator& object, Edit edit) {
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
+  unsigned short status = object.getSDP(text, sizeof text);
+  if (status == 0) status = edit(text);
+  return status != 0 ? status : object.sdpParse(text, SDP_TYPE_UNKNOWN);
+}
+
+/// A row's function for an edit of a text without arguments.
+template <unsigned short (*edit)(char*)>
+unsigned short textRequest(cSdpNegotiator& object, RequestInput& /*input*/) {
+  return editText(object, edit);
+}
+
 // The rows of each topic, in the order of the help.
 std::span<const RequestRow> originRequests();
 std::span<const RequestRow> codecRequests();
 std::span<const RequestRow> mediaRequests();
 std::span<const RequestRow> attributeRequests();
+std::span<const RequestRow> securityRequests();
+std::span<const RequestRow> bodyRequests();
 
 /// All requests in the order of the help.
 std::span<const RequestRow> requestTable();

@@ -68,8 +68,20 @@ int rewriteInput(const BodyInput& input, const RequestLine& line, const Argument
     writeProblem(streams.err, input.name, {{}, *rewritten.refusal});
     return exitRefused;
   }
+  for (const Removed& each : rewritten.removed) {
+    streams.err.write(std::string(each.request).append(" removed ").append(each.record).append("\n"));
+  }
   const std::string text = withBody(input.bytes, findSdpBody(input.bytes), rewritten.text);
   return deliver(input, text, arguments, streams);
+}
+
+/// The requests with the operations of the library behind them, one a line.
+std::string operationList() {
+  std::string out;
+  for (const RequestRow& row : requestTable()) {
+    out.append(row.name).append(" ").append(row.operations).append("\n");
+  }
+  return out;
 }
 
 }  // namespace
@@ -97,8 +109,8 @@ std::string requestList() {
   return out;
 }
 
-int runRequests(const Arguments& /*arguments*/, Streams streams) {
-  streams.out.write(requestList());
+int runRequests(const Arguments& arguments, Streams streams) {
+  streams.out.write(arguments.has("--operations") ? operationList() : requestList());
   return exitSuccess;
 }
 

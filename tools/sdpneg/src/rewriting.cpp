@@ -1,5 +1,7 @@
 #include "rewriting.h"
 
+#include <utility>
+
 #include "bodyInput.h"
 #include "refusal.h"
 
@@ -10,25 +12,27 @@ using Trace = std::span<const TraceLine>;
 
 /// Why a request was refused; nothing when it was carried out.
 std::optional<std::string> refusalOf(const RequestRow& row, unsigned short status, Trace trace) {
-  if (status != 0 || (row.refusalIsTraced && hasError(trace))) return explainRefusedRequest(trace, status);
+  if (status != 0) return explainRefusedRequest(trace, status);
+  const Trace ofEdit = beforeParse(trace);
+  if (row.refusalIsTraced && hasError(ofEdit)) return explainRefusedRequest(ofEdit, status);
   return std::nullopt;
 }
 
-/// Runs one request and takes the new text.
+/// Runs one request and takes what comes of it.
 std::optional<std::string> run(cSdpNegotiator& object, const RequestCall& call, const TraceLines& trace,
-                               std::string& text) {
-  if (object.getRawSdpSize() == 0) {
-    return "the body is longer than the " + std::to_string(MAX_SDP_PROTOCOL_DATA_SIZE - 1) +
-           " characters that requests take";
-  }
+                               Rewritten& result) {
+  if (auto obstacle = requestObstacle(object)) return obstacle;
+  const std::string before = bodyText(object);
   const std::size_t begin = trace.lines().size();
   RequestInput input = call.input;
   const unsigned short status = call.row->run(object, input);
   if (!input.refusal.empty()) return input.refusal;
-  auto refusal = refusalOf(*call.row, status, Trace(trace.lines()).subspan(begin));
-  if (refusal) return refusal;
-  text = bodyText(object);
-  if (text.empty()) return "no body is left";
+  const Trace own = Trace(trace.lines()).subspan(begin);
+  if (auto refusal = refusalOf(*call.row, status, own)) return refusal;
+  result.text = bodyText(object);
+  if (result.text.empty()) return "what comes of it is no body: " + explainRefusedText(own);
+  if (!call.row->unchanged.empty() && result.text == before) return std::string(call.row->unchanged);
+  if (!input.removed.empty()) result.removed.push_back({call.row->name, std::move(input.removed)});
   return std::nullopt;
 }
 
@@ -56,7 +60,7 @@ Rewritten rewrite(const cSdpNegotiator& body, std::span<const RequestCall> calls
   cSdpNegotiator object = body;
   for (std::size_t i = 0; i < calls.size() && !result.refusal; ++i) {
     std::optional<std::string> why = i > 0 ? parseAgain(object, trace, result.text) : std::nullopt;
-    if (!why) why = run(object, calls[i], trace, result.text);
+    if (!why) why = run(object, calls[i], trace, result);
     if (why) result.refusal = refusalText(calls, i, *why);
   }
   result.trace = trace.lines();

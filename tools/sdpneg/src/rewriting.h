@@ -4,6 +4,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "requestLine.h"
@@ -11,9 +12,16 @@
 
 namespace tool {
 
+/// The m-lines that a request removed.
+struct Removed {
+  std::string_view request;
+  std::string record;
+};
+
 /// What requests made of a body.
 struct Rewritten {
   std::string text;                    ///< the new body
+  std::vector<Removed> removed;        ///< of those that removed some
   std::optional<std::string> refusal;  ///< which request was refused and why
   std::vector<TraceLine> trace;
 };

@@ -81,6 +81,11 @@ Json securityJson(const cSdpNegotiator& object) {
           {"dtlsFingerprint", hasDtlsFingerprint(object)}};
 }
 
+Json bestEffortJson(const std::optional<BestEffort>& bestEffort) {
+  if (!bestEffort) return nullptr;
+  return {{"type", bestEffortName(bestEffort->type)}, {"reason", orNull(bestEffort->reason)}};
+}
+
 Json storedJson(const cSdpNegotiator& object) {
   const StoredForm form = storedFormOf(object);
   return {
@@ -119,6 +124,7 @@ Json summaryJson(const Inspection& inspection) {
           {"video", videoJson(inspection)},
           {"t38MaxBitRate", orNull(t38MaxBitRateOf(data))},
           {"security", securityJson(object)},
+          {"bestEffort", bestEffortJson(inspection.bestEffort)},
           {"ice", {{"kind", iceKindOf(object)}, {"candidatesMatch", object.IceCandidatesMatch()}}},
           {"ipv6Media", (data.sdpAttributes & SDP_ATTR_IPV6) != 0},
           {"hold", object.isHoldState()},

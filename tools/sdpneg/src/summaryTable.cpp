@@ -98,6 +98,7 @@ void addSummary(LabelledRows& rows, const Inspection& inspection) {
   addAudio(rows, data);
   addVideo(rows, inspection);
   rows.add("security", securityText(object), object.isSecureCall() ? Style::good : Style::warning);
+  if (inspection.bestEffort) rows.add("best effort", bestEffortText(*inspection.bestEffort));
   rows.add("ICE", iceText(object));
   if (object.isAnatPresent()) rows.add("ANAT", "media grouped by address family");
   rows.add("hold", object.isHoldState() ? "yes" : "no");

@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <map>
+#include <set>
+#include <sstream>
+
 #include "bodies.h"
 #include "process.h"
 #include "testFiles.h"
@@ -22,26 +26,42 @@ TEST(CommandLine, givesHelp) {
   }
 }
 
-TEST(CommandLine, listsTheRequests) {
-  const std::string list = runSdpneg({"requests"}).out;
-  for (const char* row :
-       {"set-version N                                  Set the session version of the o-line.\n",
-        "modify-origin ID VERSION [IP]                  Write a new o-line; without an address, with the "
-        "unspecified "
-        "one.\n",
-        "restrict-audio CODECS [kept|given]             Keep these audio codecs, in the body's order or the "
-        "given "
-        "one.\n",
-        "mode sendonly|recvonly|inactive [audio|video]  Restrict the direction of the session and its "
-        "media.\n",
-        "port-off MEDIA                                 Set port 0; with video, for application too.\n",
-        "remove-preconditions                           Remove the precondition lines.\n"}) {
-    EXPECT_TRUE(has("\n" + list, std::string("\n") + row)) << row;
+/// Lines of two columns: what stands in front of the first two blanks in a row, and behind them.
+std::map<std::string, std::string> columns(const std::string& list, std::set<std::size_t>& seconds) {
+  std::map<std::string, std::string> rows;
+  std::istringstream lines(list);
+  for (std::string line; std::getline(lines, line);) {
+    const std::size_t gap = line.find("  ");
+    const std::size_t second = line.find_first_not_of(' ', gap);
+    rows[line.substr(0, gap)] = line.substr(second);
+    seconds.insert(second);
   }
+  return rows;
+}
+
+TEST(CommandLine, listsTheRequests) {
   const Outcome outcome = runSdpneg({"requests"});
   EXPECT_EQ(outcome.status, 0);
+  std::set<std::size_t> seconds;
+  auto rows = columns(outcome.out, seconds);
+  EXPECT_EQ(seconds.size(), 1U);  // they stand below one another
+  EXPECT_EQ(rows["set-version N"], "Set the session version of the o-line.");
+  EXPECT_EQ(rows["modify-origin ID VERSION [IP]"],
+            "Write a new o-line; without an address, with the unspecified one.");
+  EXPECT_EQ(rows["restrict-audio CODECS [kept|given]"],
+            "Keep these audio codecs, in the body's order or the given one.");
+  EXPECT_EQ(rows["mode sendonly|recvonly|inactive [audio|video]"],
+            "Restrict the direction of the session and its media.");
+  EXPECT_EQ(rows["port-off MEDIA"], "Set port 0; with video, for application too.");
+  EXPECT_EQ(rows["remove-preconditions"], "Remove the precondition lines.");
+  EXPECT_EQ(rows["remove-plain"], "Remove the RTP/AVP media.");
+  EXPECT_EQ(rows["dummy answer|ack|recvonly-ack IP PORT [hold|active] [CODECS]"],
+            "Turn a received body into one that stands for the own, on hold unless active.");
+}
+
+TEST(CommandLine, helpOfRewriteListsTheRequests) {
   const Outcome help = runSdpneg({"rewrite", "--help"});
-  EXPECT_TRUE(has(help.out, "\nRequests:\n" + list));
+  EXPECT_TRUE(has(help.out, "\nRequests:\n" + runSdpneg({"requests"}).out));
   EXPECT_TRUE(
       has(help.out,
           "Usage: sdpneg rewrite [OPTIONS] REQUEST [ARGUMENT...] [-- REQUEST [ARGUMENT...]]... [FILE]\n"));
@@ -75,12 +95,15 @@ TEST(CommandLine, takesOddNamesForFiles) {
 
 TEST(Completion, followsTheCommandTable) {
   EXPECT_EQ(runSdpneg({"--complete"}).out,
-            "inspect\nrewrite\nrequests\ncreate\ncompare\npack\nunpack\n--help\n--version\n");
+            "inspect\nrewrite\nrequests\ncreate\ncompare\nupdate-answer\nversion-"
+            "increased\nalign\npack\nunpack\n--help\n--version\n");
   EXPECT_EQ(runSdpneg({"--complete", "pack"}).out, "--output\n--help\n<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "pack", "-o"}).out, "<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect"}).out, "--json\n--trace\n--color\n--help\n<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect", "--color"}).out, "auto\nalways\nnever\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect", "--color", "="}).out, "auto\nalways\nnever\n");
+  EXPECT_EQ(runSdpneg({"--complete", "requests"}).out, "--operations\n--help\n");
+  EXPECT_EQ(runSdpneg({"--complete", "align"}).out, "--trace\n--help\n<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "nothing"}).out, "");
 }
 
@@ -109,6 +132,9 @@ TEST(Completion, followsTheRequestTable) {
                {{"mode"}, options + "sendonly\nrecvonly\ninactive\n"},
                {{"mode", "inactive"}, options + "audio\nvideo\n--\n<file>\n"},
                {{"copy-origin"}, options + "<file>\n"},
+               {{"match-mlines", "a.sdp"}, options + "media\ntransport\nkeep\n--\n<file>\n"},
+               {{"change-security", "best-effort2"},
+                options + "none\nplain\nsecure\nboth\nbest-effort1\nbest-effort2\nunknown\n"},
                {{"renew-origin", "--"}, options + names},
                {{"renew-origin", "--", "silence"}, options + "on\noff\n"},
                {{"nothing"}, ""}};

@@ -32,6 +32,7 @@ TEST(InspectJson, holdsTheWholeOfASecureCall) {
         "t38MaxBitRate": null,
         "security": {
           "secure": true, "secureVideo": true, "sdes": true, "mikey": false, "dtlsFingerprint": false},
+        "bestEffort": {"type": "secure", "reason": null},
         "ice": {"kind": "none", "candidatesMatch": false},
         "ipv6Media": true, "hold": true, "anat": false, "bandwidth": 0,
         "listedMedia": [{

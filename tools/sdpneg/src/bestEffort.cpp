@@ -1,0 +1,76 @@
+#include "bestEffort.h"
+
+#include <span>
+#include <string_view>
+
+#include "text/search.h"
+#include "traceLines.h"
+
+namespace tool {
+namespace {
+
+struct Reason {
+  std::string_view trace;  ///< what a line of the trace contains
+  const char* words;
+};
+
+/// The first pair that does not fit ends the library's look at m-lines two by two.
+constexpr Reason reasons[] = {
+    {"due to different media types", "two m-lines of a pair are of different media types"},
+    {"due to non odd number of m-lines", "odd number of m-lines"},
+    {"due to different codecs", "two m-lines of a pair have different codecs"},
+    {"no crypto line", "no crypto line in the secure m-line of the first pair"},
+    {"no RTP/AVP for the RTP/SAVP", "the transports of two m-lines do not pair: one plain, one secure"},
+    {"No chance to be here", "a pair begins with neither RTP/AVP nor RTP/SAVP"}};
+
+std::string reasonOf(eSecurityType security, std::span<const TraceLine> trace) {
+  if (security == SECURITY_NONE) return "neither RTP/AVP nor RTP/SAVP";
+  if (security == SECURITY_SRTP_ONLY) return "secure without SDES";
+  for (const TraceLine& line : trace) {
+    for (const Reason& each : reasons) {
+      if (sdpneg::contains(line.text, each.trace)) return each.words;
+    }
+  }
+  return "the m-lines cannot be read";
+}
+
+}  // namespace
+
+BestEffort bestEffortOf(const cSdpNegotiator& object) {
+  const TraceLines trace;
+  const eSecurityType type = object.getSdpBestEffortSrtpType();
+  const eSecurityType security = object.getSdpSecurityType();
+  return {type, type == SRTP_UKNOWN ? reasonOf(security, trace.lines()) : std::string()};
+}
+
+std::string bestEffortText(const BestEffort& bestEffort) {
+  switch (bestEffort.type) {
+    case BE_SRTP_2m_LINE:
+      return "two m-lines per medium";
+    case BE_SRTP_1m_LINE:
+      return "one m-line per medium";
+    case SECURITY_RTP_ONLY:
+      return "no: plain RTP only";
+    case SECURITY_SRTP_ONLY:
+      return "no: secure RTP only";
+    default:
+      return "unknown: " + bestEffort.reason;
+  }
+}
+
+const char* bestEffortName(eSecurityType type) {
+  switch (type) {
+    case BE_SRTP_2m_LINE:
+      return "twoMLines";
+    case BE_SRTP_1m_LINE:
+      return "oneMLine";
+    case SECURITY_RTP_ONLY:
+      return "plain";
+    case SECURITY_SRTP_ONLY:
+      return "secure";
+    default:
+      return "unknown";
+  }
+}
+
+}  // namespace tool

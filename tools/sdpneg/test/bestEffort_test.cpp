@@ -1,0 +1,86 @@
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "bodies.h"
+#include "process.h"
+
+// The best-effort form of a body as `inspect` tells it.
+
+namespace {
+
+using nlohmann::json;
+
+const std::string session = "v=0\no=ann 17 18 IN IP4 192.0.2.10\ns=-\nc=IN IP4 192.0.2.10\nt=0 0\n";
+const std::string crypto =
+    "a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:MDEyMzQ1Njc4OWFiY2RlZjAxMjM0NTY3ODlhYmNk\n";
+const std::string plainAudio = "m=audio 49170 RTP/AVP 0\n";
+const std::string secureAudio = "m=audio 49170 RTP/SAVP 0\n" + crypto;
+
+struct Case {
+  const char* name;
+  std::string body;
+  std::string row;
+  std::string type;
+  std::string reason = {};
+};
+
+std::ostream& operator<<(std::ostream& out, const Case& each) { return out << each.name; }
+
+class InspectBestEffort : public testing::TestWithParam<Case> {};
+
+TEST_P(InspectBestEffort, isARowOfTheTable) {
+  const Outcome outcome = runSdpneg({"inspect"}, {.input = GetParam().body});
+  const std::string row = "\n  best effort       " + GetParam().row + "\n";
+  EXPECT_NE(outcome.out.find(row), std::string::npos) << outcome.out;
+}
+
+TEST_P(InspectBestEffort, isInTheJson) {
+  const Outcome outcome = runSdpneg({"inspect", "--json"}, {.input = GetParam().body});
+  const json told = json::parse(outcome.out)["bodies"][0]["summary"]["bestEffort"];
+  EXPECT_EQ(told["type"], GetParam().type);
+  EXPECT_EQ(told["reason"], GetParam().reason.empty() ? json(nullptr) : json(GetParam().reason));
+}
+
+Case unknown(const char* name, std::string body, const std::string& reason) {
+  return {name, std::move(body), "unknown: " + reason, "unknown", reason};
+}
+
+const Case cases[] = {
+    {"twoMLines", session + plainAudio + secureAudio, "two m-lines per medium", "twoMLines"},
+    {"twoMLinesSecureFirst", session + secureAudio + plainAudio, "two m-lines per medium", "twoMLines"},
+    // A body with "a=crypto" counts as plain and secure, and is asked for two m-lines per medium only.
+    {"oneMLine", session + plainAudio + replaced(crypto, "crypto", "Crypto"), "one m-line per medium",
+     "oneMLine"},
+    {"plain", session + plainAudio, "no: plain RTP only", "plain"},
+    {"secure", session + secureAudio, "no: secure RTP only", "secure"},
+    unknown("differentMedia", session + plainAudio + "m=video 49172 RTP/SAVP 31\n" + crypto,
+            "two m-lines of a pair are of different media types"),
+    unknown("oddNumber", session + plainAudio + crypto, "odd number of m-lines"),
+    unknown("differentCodecs", session + plainAudio + replaced(secureAudio, "SAVP 0", "SAVP 8"),
+            "two m-lines of a pair have different codecs"),
+    unknown("noCrypto", session + plainAudio + "m=audio 49170 RTP/SAVP 0\n",
+            "no crypto line in the secure m-line of the first pair"),
+    unknown("twoPlain", session + plainAudio + crypto + plainAudio,
+            "the transports of two m-lines do not pair: one plain, one secure"),
+    unknown("otherTransport", session + "m=audio 49170 udp 0\n" + plainAudio + crypto,
+            "a pair begins with neither RTP/AVP nor RTP/SAVP"),
+    unknown("noRtp", std::string(bodies::faxCall), "neither RTP/AVP nor RTP/SAVP"),
+    unknown("secureWithoutKeys", session + "m=audio 49170 RTP/SAVP 0\n", "secure without SDES")};
+
+INSTANTIATE_TEST_SUITE_P(Bodies, InspectBestEffort, testing::ValuesIn(cases),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+TEST(InspectBestEffortTrace, isLeftOut) {
+  const Outcome outcome = runSdpneg({"inspect", "--trace"}, {.input = session + plainAudio + secureAudio});
+  EXPECT_NE(outcome.err.find("Entering sdpParse() method"), std::string::npos);
+  EXPECT_EQ(outcome.err.find("BestEffort"), std::string::npos);
+  EXPECT_EQ(outcome.err.find("TestTrace"), std::string::npos);
+}
+
+TEST(InspectBestEffortJson, isNullForARefusedBody) {
+  const Outcome outcome = runSdpneg({"inspect", "--json"}, {.input = std::string(bodies::browserOffer)});
+  EXPECT_EQ(json::parse(outcome.out)["bodies"][0]["summary"], nullptr);
+}
+
+}  // namespace

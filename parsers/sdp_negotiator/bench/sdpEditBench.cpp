@@ -106,7 +106,10 @@ constexpr Removal kRemovals[] = {
      M::sdpRemoveCandidates},
     {"sdpRemoveSecureAttributes", "a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:MDEyMzQ1Njc4OWFiY2RlZg==\r\n",
      [](char* sdp) { return M::sdpRemoveSecureAttributes(sdp, "a=crypto"); }},
-    {"sdpRemoveDTLSAttributes", "a=setup:actpass\r\n", M::sdpRemoveDTLSAttributes},
+    {"sdpRemoveDTLSAttributes",
+     "a=setup:actpass\r\na=fingerprint:sha-256 "
+     "12:DF:3E:5D:49:6B:19:E5:7C:AB:4A:AD:B9:B1:3F:82:18:3B:54:02:12:DF:3E:5D:49:6B:19:E5:7C:AB:4A:AD\r\n",
+     M::sdpRemoveDTLSAttributes},
     {"sdpDelPreconditions", "a=curr:qos e2e none\r\n", M::sdpDelPreconditions},
     {"sdpRemoveMline", "m=audio 49170 RTP/AVP 0\r\n",
      [](char* sdp) -> unsigned short {

@@ -98,8 +98,11 @@ class SdpText::Removal {
   // How many kept characters begin a match that goes on in the rest, for the first prefix that has one and
   // its first place; 0 when there is none.
   std::size_t seamMatch(std::span<const std::string_view> prefixes) const {
+    if (kept_ == 0) return 0;
+    const char last = text_[kept_ - 1];
     for (const std::string_view prefix : prefixes) {
       for (std::size_t overlap = std::min(prefix.size() - 1, kept_); overlap != 0; --overlap) {
+        if (prefix[overlap - 1] != last) continue;
         const std::string_view kept(text_ + kept_ - overlap, overlap);
         if (startsWith(prefix, kept) && startsWith(remaining(), prefix.substr(overlap))) return overlap;
       }

@@ -41,7 +41,7 @@ std::optional<sSdpPrecondions> preconditionOf(std::string_view text) {
   if (words.size() != 5) return std::nullopt;
   const std::span<const std::string_view> fields[] = {statuses, types, strengths, statusTypes,
                                                       preconditionDirections};
-  unsigned int values[5];
+  unsigned int values[5] = {};
   for (std::size_t i = 0; i < words.size(); ++i) {
     values[i] = static_cast<unsigned int>(indexOf(fields[i], words[i]));
     if (values[i] == fields[i].size()) return std::nullopt;

@@ -1,10 +1,10 @@
 #include "sdpModifiers/sdes.h"
 
-#include <stdlib.h>
 #include <sys/time.h>
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <iterator>
 #include <optional>
 #include <string_view>

@@ -63,7 +63,11 @@ std::optional<Span> nextDescription(std::string_view section, std::size_t from, 
 class VideoSection {
  public:
   VideoSection(SdpText& text, std::size_t mLine)
-      : text_(text), begin_(mLine), end_(orEnd(findLine(text.view(), "m=", mLine), text.view())) {}
+      : text_(text), begin_(mLine), end_(orEnd(findLine(text.view(), "m=", mLine), text.view())) {
+    mLine_.mediaType = 0;
+    mLine_.formatCount = 0;
+    mLine_.incomplete = 0;
+  }
 
   /// @return whether the m-line could be decoded
   bool decode() {
@@ -92,7 +96,7 @@ class VideoSection {
 
 bool VideoSection::judge(Codecs allowed) {
   const std::string_view section = view();
-  const int total = sdp_MgetNoOfFormats(&mLine_);
+  const int total = std::min(sdp_MgetNoOfFormats(&mLine_), SDP_FORMAT_CAPACITY);
   int allowedCount = 0;
   for (int i = 0; i < total; ++i) {
     const std::uint8_t codec = sdpParserMessage::getMediaCodec(

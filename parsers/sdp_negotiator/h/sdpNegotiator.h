@@ -353,7 +353,7 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
 
   /// Keeps the audio codecs that a list shares with the body; telephone events and comfort noise stay.
   /// @param reorder the list's order counts, else the body's
-  /// @return 1 when text and summary were rewritten, 0 when nothing was done
+  /// @return 1 when text and summary were rewritten; 0 when nothing was done, also for a text that cannot be expanded
   unsigned short sdpRestrictAudioCodecsTo(const unsigned char* codecs, int count, bool reorder);
   /// Puts an audio codec of the body first. The periods stay in their slots.
   /// @return 0
@@ -410,7 +410,7 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   bool sdpPreconditionsExist() const;
   /// Removes media or their keys, by what the other side does not support: plain RTP media; or, of MIKEY (RFC 4567)
   /// and SDES (RFC 4568), the attributes when the body has both, and else all secure media; or all secure media for
-  /// another value.
+  /// another value. Of MIKEY the summary tells (`isMikeyPresent`), of SDES the text.
   /// @param removed receives the record of the removed m-lines, see `sdpModifications::sdpRemoveMline`; its first 28
   ///                bytes are cleared first. Nothing is recorded in null.
   /// @param kind    an eNonSupportedSecurity
@@ -432,7 +432,7 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @return the result of a trace call, which says nothing of the request: 0 while tracing is off
   unsigned short sdpRemoveANAT(eIPAddressVersion version, char* removed, bool flag);
   /// `sdpModifications::sdpRemoveDTLSAttributes` on the text.
-  /// @return 0; 1 without such attributes or when the text cannot be expanded
+  /// @return 0, whatever the parse says; 1 without such attributes or when the text cannot be expanded
   unsigned short sdpRemoveDTLSAttributes();
   /// @}
 
@@ -445,7 +445,8 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @return SECURITY_RTP_ONLY or BE_SRTP_1m_LINE; SECURITY_SRTP_ONLY with "a=crypto"; BE_SRTP_2m_LINE; otherwise
   ///         SRTP_UKNOWN, also for a body that cannot be decoded
   eSecurityType getSdpBestEffortSrtpType() const;
-  /// `sdpModifications::sdpChangeSdpType` on the text, which is parsed again also when that fails.
+  /// `sdpModifications::sdpChangeSdpType` on the text, which is parsed again also when that fails. A text that does not
+  /// parse leaves the object empty, which the result does not tell.
   /// @param from    the form that the body has
   /// @param to      the form that it is to have
   /// @param removed receives the record of the removed m-lines; its first 32 bytes are cleared first. Nothing is
@@ -454,7 +455,8 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short sdpChangeSdpType(eSecurityType from, eSecurityType to, char* removed);
   /// @return whether the body has exactly one m-line, by `sdpModifications::isSingleMLineSdp`
   bool isSingleLineSDP() const;
-  /// `sdpModifications::sdpRemoveMlinesZeroPort` on the text. The object is unchanged when that fails.
+  /// `sdpModifications::sdpRemoveMlinesZeroPort` on the text. The object is unchanged when that fails; a text that
+  /// does not parse then leaves it empty.
   void sdpRemoveMlinesZeroPort();
   /// @}
 
@@ -480,9 +482,9 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
 
   /// @name Media requests (sdpNegotiator/mediaRequests.cpp)
   ///
-  /// Each changes the text and parses it again. The result is the first status that is not 0: 1 for an empty
-  /// object, the edit's own (`sdpModifications`), the parse's. The object is unchanged after the first two
-  /// and empty after the third.
+  /// Each changes the text and parses it again. The result is the first status that is not 0, unless an operation
+  /// says otherwise: 1 for an empty object or a text that cannot be expanded, the edit's own (`sdpModifications`),
+  /// the parse's. The object is unchanged after the first two and empty after the third.
   /// @{
 
   /// `sdpModifications::sdpReplaceMode` on the text.
@@ -508,7 +510,8 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short sdpRemoveAllVideoMedia();
   /// `sdpModifications::sdpRemoveVideoMedia` on the text: port 0 for video.
   unsigned short sdpRemoveVideoMedia();
-  /// `sdpModifications::sdpBuild2mLineSDP` on the text.
+  /// `sdpModifications::sdpBuild2mLineSDP` on the text. The edit's status does not count: a text that it refuses is
+  /// parsed as it is.
   unsigned short sdpBuild2mLineSDP();
   /// @}
 
@@ -538,11 +541,12 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @name Answer update (sdpNegotiator/answerUpdateRequest.cpp)
   /// @{
 
-  /// `sdpModifications::sdpUpdateSdp` on the text, which is an answer: brings it up to date with a new offer. An
-  /// empty object and a text that cannot be expanded count as an empty text.
+  /// `sdpModifications::sdpUpdateSdp` on the text, which is an answer: brings it up to date with a new offer.
+  /// Takes the stack of three texts besides that of the edit.
   /// @param offer  the offer that was answered
   /// @param answer the new offer
-  /// @return 0; 1 for null or when the edit refuses, the object unchanged; or the status of the parse
+  /// @return 0; 1 for null, an empty object, a text that cannot be expanded, or when the edit refuses, the object
+  ///         unchanged; or the status of the parse, the object empty
   unsigned short sdpUpdateAnswer(const cSdpNegotiator* offer, const cSdpNegotiator* answer);
   /// @}
 
@@ -556,13 +560,13 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @return 1 when neither is set, else 0, also when the text could not be read or stored
   unsigned short sdpRemoveIce();
   /// `sdpModifications::sdpDelPreconditions` on the text.
-  /// @return 0; 1 for an empty object; 2 when the text cannot be stored
+  /// @return 0; 1 for an empty object or a text that cannot be expanded; 2 when the text cannot be stored
   unsigned short sdpDelPrecondions();
   /// `sdpModifications::sdpInsertPrecondions` on the text; an empty object has an empty one.
   /// @param a             1 adds
   /// @param b             the number of records
   /// @param preconditions the records
-  /// @return 0; 1 for null or when the edit fails; 2 when the text cannot be stored
+  /// @return 0; 1 for null, a text that cannot be expanded, or when the edit fails; 2 when the text cannot be stored
   unsigned short sdpInsertPrecondions(int a, int b, const sSdpPrecondions* preconditions);
   /// @}
 
@@ -573,6 +577,7 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// of this kind is told by `isRmDummySdp`.
   /// @param sessionId of the o-line
   /// @param version   of the o-line
+  /// @param ipv6      the address is FD00:127::1, otherwise 127.0.0.1
   /// @return the status of the parse
   unsigned short sdpCreateRmDummyOffer(unsigned int sessionId, unsigned int version, bool ipv6);
   /// `sdpModifications::sdpCreateDummy` on the text: turns the other side's body into one of this side that stands
@@ -581,7 +586,7 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @param holdFlag    the media are to be on hold
   /// @param third       the acknowledgement is one that keeps receiving
   /// @param ip          this side's address
-  /// @param port        this side's audio port
+  /// @param port        of secure audio, which gets it when it stands alone or all active media use SDES alone
   /// @param modifyOLine gives the body an o-line of this side's
   /// @return 0; 1 when the text cannot be expanded or the edit fails; or the status of the parse
   unsigned short createDummy(bool answer, bool holdFlag, bool third, const char* ip, unsigned short port,
@@ -607,8 +612,8 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// tells, and records them there.
   /// @param bandwidth as the b-lines have it
   /// @param profile   an eH264_profile_id
-  /// @return 0; 1 for an empty object; 2 when the text cannot be stored, the object unchanged; with neither to be
-  ///         lowered the result of a trace call: 0 while tracing is off
+  /// @return 0; 1 for an empty object or a text that cannot be expanded, 2 when the text cannot be stored, the object
+  ///         unchanged; with neither to be lowered the result of a trace call: 0 while tracing is off
   unsigned short sdpLimitVideoMediaBandwidth(unsigned int bandwidth, eH264_profile_id profile);
   /// @}
 

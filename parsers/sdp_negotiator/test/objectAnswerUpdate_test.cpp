@@ -111,6 +111,24 @@ TEST(AnswerUpdate, TakesATextThatIsNotThereForAnEmptyOne) {
   EXPECT_TRUE(sameBytes(object, offer));
 }
 
+// A part of a text is not taken for it: the longest body, which has no room for its NUL, would lose its end.
+TEST(AnswerUpdate, TakesATextThatCannotBeReadForAnEmptyOne) {
+  const cSdpNegotiator offer = parsedObject(audioBody());
+  const Traces expanding = {entered, buildingText, buildingText, buildingText};
+  for (const cSdpNegotiator& unreadable : unreadableObjects()) {
+    cSdpNegotiator object = unreadable;
+    EXPECT_EQ(tracesOf([&] { EXPECT_EQ(object.sdpUpdateAnswer(&offer, &offer), 1); }),
+              expanding + tracesOfEdit(edit(audioBody(), audioBody()), ""));
+    EXPECT_TRUE(sameBytes(object, unreadable));
+    object = offer;
+    EXPECT_EQ(tracesOf([&] { EXPECT_EQ(object.sdpUpdateAnswer(&unreadable, &offer), 1); }),
+              expanding + tracesOfEdit(edit("", audioBody()), audioBody()));
+    EXPECT_EQ(tracesOf([&] { EXPECT_EQ(object.sdpUpdateAnswer(&offer, &unreadable), 1); }),
+              expanding + tracesOfEdit(edit(audioBody(), ""), audioBody()));
+    EXPECT_TRUE(sameBytes(object, offer));
+  }
+}
+
 TEST(AnswerUpdate, MayBeMadeWithTheObjectItself) {
   cSdpNegotiator object = parsedObject(body(" 0 8"));
   object.setBandwidth(64);

@@ -19,6 +19,7 @@ void FakeFacility::reset() {
   registerHandle = 5;
   flagsOn = 0;
   traceResult = 0;
+  numbersLines = false;
   calls.clear();
   lines.clear();
   log.clear();
@@ -89,7 +90,7 @@ int pvxTraceRtt(int handle, int flag, int type, int level, const char* line, ...
   FakeFacility& fake = fakeFacility();
   const std::lock_guard lock(fake.change);
   fake.lines.push_back({handle, flag, type, level, line});
-  return fake.traceResult;
+  return fake.numbersLines ? static_cast<int>(fake.lines.size()) : fake.traceResult.load();
 }
 
 void KvLogReport(const char* file, int line, int kind, int severity, int code, const char* format, ...) {

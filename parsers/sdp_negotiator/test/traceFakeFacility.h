@@ -44,6 +44,7 @@ struct FakeFacility {
   int registerHandle = 5;
   std::atomic<unsigned> flagsOn{0};
   std::atomic<int> traceResult{0};
+  std::atomic<bool> numbersLines{false};  ///< the result of a line is its number, from 1
 
   /// What they were asked.
   std::mutex change;

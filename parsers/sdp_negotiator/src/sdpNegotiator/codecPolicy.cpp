@@ -95,9 +95,10 @@ unsigned short cSdpNegotiator::sdpRestrictAudioCodecsTo(const unsigned char* cod
     cNegotTraceManager::writeTraceMsg(2, 2, "No common codecs found. Don't restrict any codec.");
     return 0;
   }
-  replaceAudioCodecs(result.data(), result.count());
   char text[MAX_SDP_PROTOCOL_DATA_SIZE] = "";
-  getSDP(text, sizeof text);
+  // An empty object has an empty text. A part of one would be taken for all of it.
+  if (getSDP(text, sizeof text) != 0 && isSdpPresent()) return 0;
+  replaceAudioCodecs(result.data(), result.count());
   if (reorder) {
     sdpModifications::sdpCodecsReordering(text, result.data());
   } else {

@@ -13,7 +13,7 @@ set(SDP_PART_CODEC sdp_codec)
 # --- find_package ----------------------------------------------------------------------------------------
 
 install(EXPORT sdp_negotiator_targets NAMESPACE sdp_negotiator:: FILE sdp_negotiatorTargets.cmake
-        DESTINATION ${SDP_INSTALL_CMAKEDIR})
+        DESTINATION ${SDP_INSTALL_CMAKEDIR} COMPONENT development)
 
 set(SDP_CONFIG_DEPENDENCIES "")
 if(NOT BUILD_SHARED_LIBS)
@@ -43,7 +43,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/sdp_negotiatorConfigVersi
 
 install(FILES ${PROJECT_BINARY_DIR}/sdp_negotiatorConfig.cmake
               ${PROJECT_BINARY_DIR}/sdp_negotiatorConfigVersion.cmake
-        DESTINATION ${SDP_INSTALL_CMAKEDIR})
+        DESTINATION ${SDP_INSTALL_CMAKEDIR} COMPONENT development)
 
 # --- pkg-config ------------------------------------------------------------------------------------------
 
@@ -89,5 +89,6 @@ endforeach()
 set(SDP_PC_PREFIX "@CMAKE_INSTALL_PREFIX@")
 configure_file(${PROJECT_SOURCE_DIR}/cmake/sdp_negotiator.pc.in ${PROJECT_BINARY_DIR}/sdp_negotiator.pc.in @ONLY)
 install(CODE "configure_file(\"${PROJECT_BINARY_DIR}/sdp_negotiator.pc.in\"
-                             \"${PROJECT_BINARY_DIR}/sdp_negotiator.pc\" @ONLY)")
-install(FILES ${PROJECT_BINARY_DIR}/sdp_negotiator.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+                             \"${PROJECT_BINARY_DIR}/sdp_negotiator.pc\" @ONLY)" COMPONENT development)
+install(FILES ${PROJECT_BINARY_DIR}/sdp_negotiator.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+        COMPONENT development)

@@ -48,6 +48,7 @@ class SDP_NEGOTIATOR_API cNegotTraceManager {
   int handle;
 };
 
+/// The one instance.
 extern SDP_NEGOTIATOR_API cNegotTraceManager negotTrcManager;
 
 #endif

@@ -11,6 +11,7 @@
 // blank, the "/ttl" of a multicast address, the "%eth0" of a zone) is none. Operations that take a text
 // read at most 46 characters of it and never behind its NUL; null, empty and longer texts are none.
 
+/// Marks what the library exports.
 #define MSG_IP_ADDRESS_API __attribute__((visibility("default")))
 
 /// Address versions, with the values of the socket address families AF_UNSPEC, AF_INET and AF_INET6.

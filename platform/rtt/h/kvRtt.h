@@ -6,6 +6,7 @@
 // lines. All operations may be called from several threads, from static initialisers and at unload.
 // Texts are NUL-terminated. How the local facility is operated stands in kvRttLocal.h.
 
+/// Marks what the library exports.
 #define KVRTT_API __attribute__((visibility("default")))
 
 extern "C" {

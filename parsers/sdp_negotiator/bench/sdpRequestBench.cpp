@@ -8,11 +8,13 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "../test/requestTable.h"
 #include "benchBodies.h"
 #include "sdpNegotiator.h"
 
@@ -28,28 +30,13 @@ Parsed plain;
 Parsed deflated;
 cSdpNegotiator object;
 
-using Request = void (*)(cSdpNegotiator&);
-
-struct Named {
-  const char* name;
-  Request request;
-};
-
-// PCMU, PCMA, G729 and G722.
-constexpr unsigned char kCodecs[] = {3, 1, 10, 7};
-
-constexpr Named kRequests[] = {
-    {"restore", [](cSdpNegotiator&) {}},
-    {"sdpRestrictAudioCodecsTo", [](cSdpNegotiator& o) { o.sdpRestrictAudioCodecsTo(kCodecs, 4, false); }},
-    {"sdpRestrictAudioCodecsTo, given order",
-     [](cSdpNegotiator& o) { o.sdpRestrictAudioCodecsTo(kCodecs, 4, true); }},
-    {"sdpReorderAudioCodecPreference",
-     [](cSdpNegotiator& o) { o.sdpReorderAudioCodecPreference(kCodecs, 4); }},
-    {"sdpReplaceMode", [](cSdpNegotiator& o) { o.sdpReplaceMode(CONNECTION_MODE_SENDONLY, 64); }},
-    {"sdpReplaceCxIP", [](cSdpNegotiator& o) { o.sdpReplaceCxIP("192.0.2.99"); }},
-    {"sdpDisablePort", [](cSdpNegotiator& o) { o.sdpDisablePort(2); }},
-    {"sdpIncVersion", [](cSdpNegotiator& o) { o.sdpIncVersion(); }},
-};
+/// What a request works on, restored before each call: some are also given an earlier body, or a record of what
+/// another request removed.
+void restore(RequestValues& values, const cSdpNegotiator& body) {
+  object = values.other = values.offer = body;
+  std::fill_n(values.removed, sizeof values.removed, '\0');
+  values.removed[0] = 1;
+}
 
 void load(const char* folder) {
   for (std::string& body : readBodies(folder)) {
@@ -62,11 +49,12 @@ void load(const char* folder) {
 
 template <typename Step>
 void overObjects(benchmark::State& state, const Parsed& parsed, Step step) {
+  RequestValues values;
   const std::size_t before = allocations;
   for (auto _ : state) {
     for (const cSdpNegotiator& each : parsed.objects) {
-      object = each;
-      step(object);
+      restore(values, each);
+      step(object, values);
       benchmark::DoNotOptimize(&object);
     }
   }
@@ -86,10 +74,12 @@ void registerAll(const std::string& kind, const Parsed& parsed) {
   };
   addText("sdpParse",
           [](const std::string& body) { return object.sdpParse(body.c_str(), SDP_TYPE_OFFER) == 0; });
-  for (const Named& one : kRequests) {
-    benchmark::RegisterBenchmark((kind + ": " + one.name).c_str(),
-                                 [&](benchmark::State& s) { overObjects(s, parsed, one.request); });
-  }
+  const auto addRequest = [&](const char* name, auto step) {
+    benchmark::RegisterBenchmark((kind + ": " + name).c_str(),
+                                 [&parsed, step](benchmark::State& s) { overObjects(s, parsed, step); });
+  };
+  addRequest("restore", [](cSdpNegotiator&, RequestValues&) {});
+  for (const RequestRow& request : allRequests()) addRequest(request.name, request.run);
   forEachPeer([&](const Peer& peer) {
     addText(std::string(peer.name) + ": decode and encode", peer.decodeAndEncode);
   });

@@ -2,6 +2,8 @@
 #include <thread>
 
 #include "objectTestSupport.h"
+#include "requestProperty.h"
+#include "testFiles.h"
 
 // Objects on several threads at once, and at the very end of a thread.
 
@@ -34,6 +36,45 @@ TEST(Threads, DistinctObjectsAreUsedAtOnce) {
   for (int i = 0; i < threads; ++i) pool.emplace_back(work, i);
   for (std::thread& each : pool) each.join();
   EXPECT_EQ(failures, 0);
+}
+
+/// Makes every request, each on a copy of an object.
+/// @return what does not hold behind them; empty when all does
+std::string makeAllRequests(const cSdpNegotiator& body) {
+  char sections[2048];
+  for (const RequestRow& request : allRequests()) {
+    RequestValues values;
+    values.other = values.offer = body;
+    values.videoOut = sections;
+    values.videoOutSize = sizeof sections;
+    cSdpNegotiator object = body;
+    const unsigned short status = request.run(object, values);
+    const std::string complaint = requestProperty::complaint(request, body, object, status, true);
+    if (!complaint.empty()) return request.name + (": " + complaint);
+  }
+  return "";
+}
+
+TEST(Threads, DistinctObjectsMakeEveryRequestAtOnce) {
+  constexpr std::size_t threads = 4;
+  constexpr int rounds = 5;
+  std::vector<cSdpNegotiator> bodies = {parsedObject(paddedTo(4000))};
+  for (const auto& file : sdpFilesBelow(SDP_TEST_SOURCE_DIR "/parsers/sdp/test/bodies")) {
+    cSdpNegotiator object;
+    if (object.sdpParse(readBytes(file).c_str(), SDP_TYPE_OFFER) == 0) bodies.push_back(object);
+  }
+  ASSERT_GT(bodies.size(), 1U);
+  std::string complaints[threads];
+  std::vector<std::thread> pool;
+  for (std::string& complaint : complaints) {
+    pool.emplace_back([&bodies, &complaint] {
+      for (int round = 0; round < rounds; ++round) {
+        for (const cSdpNegotiator& body : bodies) complaint += makeAllRequests(body);
+      }
+    });
+  }
+  for (std::thread& each : pool) each.join();
+  for (const std::string& complaint : complaints) EXPECT_EQ(complaint, "");
 }
 
 TEST(Threads, AnObjectMayWanderFromThreadToThread) {

@@ -1,0 +1,74 @@
+#include "log.h"
+
+#include <kvRttLocal.h>
+#include <sdpNegotiatorTrace.h>
+
+#include <algorithm>
+#include <cstring>
+#include <ctime>
+#include <stdexcept>
+
+namespace b2bua {
+
+namespace {
+
+constexpr int kErrorFlag = 4;
+constexpr std::size_t kLongestReason = 120;
+
+int leaveOpen(std::FILE*) { return 0; }
+
+void switchTrace(bool on) { KvRttSwitchFlag("SDP_NEGOTIATOR", "INFO", on); }
+
+}  // namespace
+
+std::string printable(const std::string& text) {
+  std::string result = text;
+  std::ranges::replace_if(
+      result, [](char c) { return c < ' ' || c > '~'; }, '?');
+  return result;
+}
+
+Log::Log(const std::string& file, bool trace) : file_(stderr, leaveOpen), trace_(trace) {
+  if (!file.empty()) file_ = {std::fopen(file.c_str(), "ae"), std::fclose};
+  if (!file_) throw std::runtime_error(file + ": cannot be written");
+  KvRttSetSink(takeLine, this);
+  switchTrace(trace_);
+}
+
+Log::~Log() {
+  switchTrace(false);
+  KvRttSetSink(nullptr, nullptr);
+}
+
+void Log::write(const std::string& line) {
+  timespec now{};
+  timespec_get(&now, TIME_UTC);
+  tm parts{};
+  gmtime_r(&now.tv_sec, &parts);
+  char time[32];
+  std::strftime(time, sizeof time, "%FT%T", &parts);
+  std::fprintf(file_.get(), "%s.%03ldZ %s\n", time, now.tv_nsec / 1'000'000, printable(line).c_str());
+  std::fflush(file_.get());
+}
+
+void Log::takeLine(void* context, const KvRttLine* line) {
+  auto* const log = static_cast<Log*>(context);
+  if (log->trace_) log->write(line->text);
+  if (!log->asking_ || line->flag != kErrorFlag || !log->reason_.empty()) return;
+  log->reason_ = line->text + std::min(line->length, std::strlen(SDP_NEGOTIATOR_RTT_STR[kErrorFlag / 2]));
+}
+
+std::string Log::reasonOf(const std::function<void()>& refused) {
+  reason_.clear();
+  asking_ = true;
+  switchTrace(true);
+  refused();
+  switchTrace(trace_);
+  asking_ = false;
+  std::string reason = printable(reason_.substr(0, kLongestReason));
+  std::ranges::replace_if(
+      reason, [](char c) { return c == '"' || c == '\\'; }, '\'');
+  return reason.empty() ? "the body is too large to be kept" : reason;
+}
+
+}  // namespace b2bua

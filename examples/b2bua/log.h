@@ -1,0 +1,43 @@
+#ifndef B2BUA_LOG_H
+#define B2BUA_LOG_H
+
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <string>
+
+struct KvRttLine;
+
+namespace b2bua {
+
+/// The engine's log, into which the library's trace lines go too.
+class Log {
+ public:
+  /// @param file  appended to; empty is standard error. Throws std::runtime_error.
+  /// @param trace writes the library's own lines
+  Log(const std::string& file, bool trace);
+  ~Log();
+  Log(const Log&) = delete;
+  Log& operator=(const Log&) = delete;
+
+  void write(const std::string& line);
+
+  /// Does again what the library refused, traced this time.
+  /// @return its first error line, without what could break a line or a quoted text
+  std::string reasonOf(const std::function<void()>& refused);
+
+ private:
+  static void takeLine(void* context, const KvRttLine* line);
+
+  std::unique_ptr<std::FILE, int (*)(std::FILE*)> file_;
+  bool trace_;
+  bool asking_ = false;
+  std::string reason_;
+};
+
+/// @return the text with every character that is not printable as "?"
+std::string printable(const std::string& text);
+
+}  // namespace b2bua
+
+#endif

@@ -1,0 +1,41 @@
+#ifndef B2BUA_MEDIA_POLICY_H
+#define B2BUA_MEDIA_POLICY_H
+
+#include <sdpNegotiator.h>
+
+#include <string>
+
+#include "config.h"
+
+namespace b2bua {
+
+/// How an offer's m-lines were changed for its security, so that the answer can be changed back.
+enum class MLineChange { none, secureRemoved, plainRemoved, merged, split, madeSecure };
+
+/// What an offer lost on its way; its answer gets it back as refused m-lines.
+struct OfferChanges {
+  char anat[32]{};      ///< record of the media of the other address family
+  char security[32]{};  ///< record of the media of the other security
+  MLineChange mLines = MLineChange::none;
+};
+
+/// Applies the policy to an offer. What the library cannot do with a body stays undone; what the policy forbids is
+/// refused.
+/// @return why the offer cannot be used; empty when it can
+std::string applyToOffer(const Policy& policy, cSdpNegotiator& offer, OfferChanges& changes);
+
+/// Applies the policy to an answer and makes it fit the offer as it was before its changes.
+/// @return as above
+std::string applyToAnswer(const Policy& policy, cSdpNegotiator& answer, const OfferChanges& changes);
+
+std::string textOf(const cSdpNegotiator& object);
+
+/// @return whether two offers differ in their o-lines and in formats of audio, with their rtpmap and fmtp lines, alone
+bool onlyCodecsDiffer(const cSdpNegotiator& one, const cSdpNegotiator& other);
+
+/// The offer that stands for the caller's until the caller has sent one.
+void makeDummyOffer(const Policy& policy, bool ipv6, cSdpNegotiator& offer);
+
+}  // namespace b2bua
+
+#endif

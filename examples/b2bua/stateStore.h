@@ -1,0 +1,47 @@
+#ifndef B2BUA_STATE_STORE_H
+#define B2BUA_STATE_STORE_H
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "call.h"
+
+struct redisContext;
+
+namespace b2bua {
+
+/// Keeps established calls in Redis, one hash for each, so that another process can go on with them. Without an
+/// address it keeps nothing.
+class StateStore {
+ public:
+  /// @param address "redis://HOST:PORT", or empty. Throws std::runtime_error when there is no server.
+  explicit StateStore(const std::string& address);
+  ~StateStore();
+  StateStore(const StateStore&) = delete;
+  StateStore& operator=(const StateStore&) = delete;
+
+  bool isUsed() const { return !host_.empty(); }
+  /// @return false when it could not be kept; the call goes on without
+  bool save(const Call& call);
+  bool remove(const std::string& id);
+  /// @return false when there is no such call, or none that can be used
+  bool load(const std::string& id, Call& call);
+
+ private:
+  struct Free {
+    void operator()(redisContext* context) const;
+  };
+
+  bool connect();
+  bool run(const std::vector<std::string>& command, std::vector<std::string>* texts = nullptr);
+
+  std::string host_;
+  int port_ = 0;
+  Clock::time_point nextAttempt_{};
+  std::unique_ptr<redisContext, Free> context_;
+};
+
+}  // namespace b2bua
+
+#endif

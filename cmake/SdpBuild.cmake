@@ -86,6 +86,7 @@ function(sdp_add_test name)
   target_compile_definitions(${name} PRIVATE SDP_TEST_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   # What is tested is optimized; the tests themselves take much longer to compile when they are too.
   target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O0>)
+  target_precompile_headers(${name} PRIVATE <gtest/gtest.h> <algorithm> <functional> <memory> <string> <vector>)
   add_test(NAME ${name} COMMAND ${name})
   # Under the sanitizers a test may want more time than the default on a loaded machine.
   set_tests_properties(${name} PROPERTIES TIMEOUT 600)

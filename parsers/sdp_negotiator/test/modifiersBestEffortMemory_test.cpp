@@ -19,6 +19,9 @@ void* operator new(std::size_t size) {
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
 }
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return size == failingSize && size != 0 ? nullptr : std::malloc(size != 0 ? size : 1);
+}
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
 

@@ -55,8 +55,7 @@ unsigned short refuseSize() {
 
 unsigned short appendLines(SdpText& text, const PreconditionLines& lines, unsigned int allowedSdpSize) {
   if (lines.cut() || text.size() + lines.size() + 2 >= allowedSdpSize) return refuseSize();
-  const bool ended = !text.view().empty() && text.view().back() == '\n';
-  const FixedText<258> added = FixedText<258>().add(ended ? "" : "\r\n").add(lines.view());
+  const FixedText<258> added = FixedText<258>().add(missingLineEnd(text.view())).add(lines.view());
   if (text.append(added.view()) != Edit::done) return refuseSize();
   cNegotTraceManager::writeTraceMsg(8, 4, "Precondition attributes have been added to the SDP.");
   return 0;

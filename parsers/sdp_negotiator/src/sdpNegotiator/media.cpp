@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "sdpModifiers/codecText.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorParser/descriptionView.h"
@@ -14,11 +15,7 @@ namespace {
 template <typename Work>
 unsigned short withDecoded(const char* text, Work work) {
   return withDescription([&](sDescription& description) {
-    char error[SDP_ERROR_TEXT_SIZE];
-    unsigned short oLineStart = 0;
-    unsigned short oLineEnd = 0;
-    const unsigned short status =
-        sdp_decodeOpt_r(&description, text, SDP_TYPE_UNKNOWN, error, false, oLineStart, oLineEnd);
+    const unsigned short status = decodeText(description, text);
     return status != 0 ? status : work(description);
   });
 }

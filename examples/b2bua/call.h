@@ -3,12 +3,14 @@
 
 #include <array>
 #include <optional>
-#include <string>
 
 #include "mediaPolicy.h"
-#include "transactions.h"
+#include "sip.h"
 
 namespace b2bua {
+
+class Engine;
+struct Call;
 
 enum Side : std::size_t { kCaller = 0, kTarget = 1 };
 
@@ -16,23 +18,19 @@ inline Side otherOf(Side side) { return side == kCaller ? kTarget : kCaller; }
 
 /// A dialog with one of the two parties (RFC 3261 12), and the bodies that count in it.
 struct Leg {
+  Engine* engine = nullptr;
+  Call* call = nullptr;
+  Side side = kCaller;
   std::string callId;
-  std::string local;   ///< From of what the engine sends, with the engine's tag
-  std::string remote;  ///< To of what the engine sends, with the party's tag
-  std::string remoteTag;
-  std::string contact;  ///< URI of the party
-  std::string routes;   ///< Route value of what the engine sends
-  Endpoint peer;        ///< where the party was met last
-  unsigned int localCseq = 0;
-  unsigned int remoteCseq = 0;
+  std::string local;        ///< From of what the engine sends, with the engine's tag
+  std::string remote;       ///< To of what the engine sends, with the party's tag
+  std::string contact;      ///< where the party wants to be reached
+  std::string routes;       ///< Route value of what the engine sends
+  unsigned int cseq = 0;    ///< of the last request that the engine sent
+  Owned<nta_leg_t> dialog;  ///< the stack's part of it
   bool answered = false;    ///< the body sent last was an answer
-  cSdpNegotiator sent;      ///< the body that the party has of the other one
-  cSdpNegotiator received;  ///< the party's own body
-
-  Leg() {
-    sent.sdpParse("", SDP_TYPE_UNKNOWN);
-    received.sdpParse("", SDP_TYPE_UNKNOWN);
-  }
+  Body sent;                ///< the body that the party has of the other one
+  Body received;            ///< the party's own body
 };
 
 /// What an exchange does with its bodies.
@@ -48,30 +46,22 @@ enum class Kind {
 struct Exchange {
   Kind kind = Kind::relayed;
   Side from = kCaller;
-  std::string key;            ///< of the INVITE that came
-  unsigned int cseq = 0;      ///< of that
-  std::string branch;         ///< of the INVITE that went out
-  unsigned int sentCseq = 0;  ///< of that
-  bool first = false;         ///< it sets the call up
-  bool answered = false;      ///< its 200 went back and waits for the ACK
-  bool acknowledged = false;  ///< the 200 that came has its ACK
+  Owned<nta_incoming_t> incoming;  ///< the INVITE that came
+  Owned<nta_outgoing_t> outgoing;  ///< the INVITE that went out
+  bool first = false;              ///< it sets the call up
+  bool concluded = false;          ///< the one that went out has its final response
+  bool answered = false;           ///< its 200 went back and waits for the ACK
+  bool acknowledged = false;       ///< the 200 that came has its ACK
   bool cancelled = false;
   OfferChanges changes{};
-  std::array<cSdpNegotiator, 2> received;  ///< from each side
-  std::array<cSdpNegotiator, 2> sent;      ///< to each side
-
-  Exchange() {
-    for (auto* bodies : {&received, &sent}) {
-      for (cSdpNegotiator& body : *bodies) body.sdpParse("", SDP_TYPE_UNKNOWN);
-    }
-  }
+  std::array<Body, 2> received;  ///< from each side
+  std::array<Body, 2> sent;      ///< to each side
 };
 
 struct Call {
   std::string id;
   std::array<Leg, 2> legs;
   bool established = false;
-  Clock::time_point since = Clock::now();
   std::optional<Exchange> exchange;
 };
 

@@ -1,161 +1,188 @@
 #include "engine.h"
 
 #include <cstdio>
+#include <random>
+#include <stdexcept>
 
 namespace b2bua {
 
 namespace {
 
-constexpr std::chrono::seconds kSweepEvery{1};
-constexpr std::chrono::minutes kLongestRinging{3};
-constexpr std::chrono::hours kLongestCall{12};
+constexpr int kLongestDatagram = 65'507;
+constexpr const char* kAllow = "INVITE, ACK, CANCEL, BYE, OPTIONS";
 
-constexpr unsigned long kMalformedLogged = 100;  ///< more are only counted
-constexpr const char* kAllow = "Allow: INVITE, ACK, CANCEL, BYE, OPTIONS\r\n";
+std::string randomText() {
+  static std::random_device random;
+  char text[17];
+  std::snprintf(text, sizeof text, "%08x%08x", random(), random());
+  return text;
+}
 
 /// The engine's tag in a dialog names the call and the side, so that any process finds them.
 std::string tagOf(const std::string& id, Side side) { return id + (side == kCaller ? "-c" : "-t"); }
 
+const url_string_t* urlOf(const std::string& text) { return URL_STRING_MAKE(text.c_str()); }
+
 }  // namespace
 
-Engine::Engine(const Options& options, const Policy& policy, const UdpSocket& socket, StateStore& store,
-               Log& log)
-    : options_(options),
-      policy_(policy),
-      socket_(socket),
-      store_(store),
-      log_(log),
-      transactions_(socket,
-                    {[this](const SipMessage& request, const std::string& key) { onRequest(request, key); },
-                     [this](const std::string& key) { onCancel(key); },
-                     [this](const std::string& key) { onNoAck(key); }}) {}
+Engine::Engine(su_root_t* root, const Options& options, StateStore& store, Log& log)
+    : options_(options), store_(store), log_(log) {
+  std::string listen = "sip:" + options.listen + ";transport=udp";
+  if (const std::size_t anyPort = listen.find(":0;"); anyPort != std::string::npos) listen[anyPort + 1] = '*';
+  agent_.reset(nta_agent_create(root, urlOf(listen), nullptr, nullptr, NTATAG_UA(1),
+                                NTATAG_UDP_MTU(kLongestDatagram), TAG_END()));
+  if (!agent_) throw std::runtime_error("cannot listen at " + options.listen);
+  if (address() == options.target) throw std::runtime_error("--target is the engine itself");
+  listener_.engine = this;
+  listener_.dialog.reset(
+      nta_leg_tcreate(agent_.get(), onRequest, &listener_, NTATAG_NO_DIALOG(1), TAG_END()));
+}
+
+std::string Engine::address() const {
+  const url_t& url = *nta_agent_contact(agent_.get())->m_url;
+  return std::string(url.url_host) + ":" + (url.url_port != nullptr ? url.url_port : "5060");
+}
 
 void Engine::note(const Call& call, const std::string& event) { log_.write("call " + call.id + " " + event); }
 
 void Engine::showCounters() const {
   const Counters& c = counters_;
+  unsigned int malformed = 0;
+  nta_agent_get_stats(agent_.get(), NTATAG_S_BAD_MESSAGE_REF(malformed), TAG_END());
   std::printf(
       "counters calls=%lu established=%lu ended=%lu failed=%lu cancelled=%lu reoffers=%lu refused_bodies=%lu "
-      "malformed=%lu taken_over=%lu active=%zu transactions=%zu\n",
-      c.calls, c.established, c.ended, c.failed, c.cancelled, c.reoffers, c.refusedBodies, c.malformed,
-      c.takenOver, calls_.size(), transactions_.count());
+      "malformed=%u taken_over=%lu active=%zu\n",
+      c.calls, c.established, c.ended, c.failed, c.cancelled, c.reoffers, c.refusedBodies, malformed,
+      c.takenOver, calls_.size());
   std::fflush(stdout);
 }
 
-void Engine::receive(std::string_view datagram, const Endpoint& source) {
-  if (datagram.find_first_not_of("\r\n") == std::string_view::npos) return;  // a keep-alive
-  const auto message = parseSip(datagram, source);
-  if (message) return transactions_.receive(*message);
-  if (++counters_.malformed > kMalformedLogged) return;
-  log_.write("malformed message of " + std::to_string(datagram.size()) + " bytes from " + source.text());
+int Engine::onRequest(Leg* leg, nta_leg_t*, nta_incoming_t* transaction, const sip_t* request) {
+  Engine& engine = *leg->engine;
+  const sip_method_t method = request->sip_request->rq_method;
+  if (method == sip_method_options) {
+    nta_incoming_treply(transaction, SIP_200_OK, SIPTAG_ALLOW_STR(kAllow), TAG_END());
+    return 200;
+  }
+  if (method != sip_method_invite && method != sip_method_bye && method != sip_method_ack) {
+    nta_incoming_treply(transaction, SIP_405_METHOD_NOT_ALLOWED, SIPTAG_ALLOW_STR(kAllow), TAG_END());
+    return 405;
+  }
+  if (leg->call == nullptr && request->sip_to->a_tag != nullptr) leg = engine.takeOver(*request);
+  if (leg == nullptr || method == sip_method_ack) return 481;
+  if (leg->call == nullptr)
+    return method == sip_method_invite ? engine.onFirstInvite(transaction, *request) : 481;
+  return method == sip_method_bye ? engine.onBye(*leg) : engine.onInvite(*leg, transaction, *request);
 }
 
-/// @return the call of a request within a dialog, taken over from the store if need be
-Call* Engine::findDialog(const SipMessage& request, Side& side) {
-  const std::size_t dash = request.toTag.rfind('-');
-  const std::string id = request.toTag.substr(0, dash);
-  if (dash == std::string::npos || id.empty()) return nullptr;
-  side = request.toTag == tagOf(id, kCaller) ? kCaller : kTarget;
-  auto found = calls_.find(id);
-  if (found == calls_.end()) {
-    Call loaded;
-    if (calls_.size() >= options_.maxCalls || !store_.load(id, loaded)) return nullptr;
-    found = calls_.emplace(id, std::move(loaded)).first;
-    ++counters_.takenOver;
-    note(found->second, "taken over from store");
-  }
-  const Leg& leg = found->second.legs[side];
-  return leg.callId == request.callId && leg.remoteTag == request.fromTag ? &found->second : nullptr;
-}
-
-void Engine::onRequest(const SipMessage& request, const std::string& key) {
-  const bool invite = request.method == "INVITE";
-  if (invite && request.toTag.empty()) return onFirstInvite(request, key);
-  if (request.method == "OPTIONS") return transactions_.respond(key, {.status = 200, .headers = kAllow});
-  if (!invite && request.method != "BYE" && request.method != "ACK") {
-    return transactions_.respond(key, {.status = 405, .headers = kAllow});
-  }
-  Side side = kCaller;
-  Call* const call = findDialog(request, side);
-  if (call == nullptr) return transactions_.respond(key, {.status = 481});
-  if (request.method == "ACK") return onAck(*call, side, request);
-  Leg& leg = call->legs[side];
-  if (request.cseq <= leg.remoteCseq) return transactions_.respond(key, {.status = 500});
-  leg.remoteCseq = request.cseq;
-  leg.peer = request.replyTo;
-  if (invite) return onInvite(*call, side, request, key);
-  onBye(*call, side, key);
-}
-
-void Engine::onFirstInvite(const SipMessage& invite, const std::string& key) {
-  if (invite.contact.empty() || invite.fromTag.empty()) {
-    return transactions_.respond(key, {.status = 400, .toTag = randomText()});
-  }
-  if (stopping_ || calls_.size() >= options_.maxCalls) {
-    return transactions_.respond(key, {.status = 503, .toTag = randomText()});
-  }
-  ++counters_.calls;
-  const std::string id = randomText();
+Call& Engine::addCall(const std::string& id) {
   Call& call = calls_[id];
   call.id = id;
+  for (const Side side : {kCaller, kTarget}) {
+    call.legs[side].engine = this;
+    call.legs[side].call = &call;
+    call.legs[side].side = side;
+  }
+  return call;
+}
+
+/// Makes the stack's part of a dialog from what the leg holds.
+void Engine::openDialog(Leg& leg, unsigned int remoteCseq) {
+  su_home_t home[1] = {SU_HOME_INIT(home)};
+  leg.dialog.reset(
+      nta_leg_tcreate(agent_.get(), onRequest, &leg, SIPTAG_CALL_ID_STR(leg.callId.c_str()),
+                      SIPTAG_FROM_STR(leg.local.c_str()), SIPTAG_TO_STR(leg.remote.c_str()),
+                      NTATAG_TARGET(sip_contact_make(home, leg.contact.c_str())),
+                      TAG_IF(!leg.routes.empty(), SIPTAG_ROUTE(sip_route_make(home, leg.routes.c_str()))),
+                      NTATAG_REMOTE_CSEQ(remoteCseq), TAG_END()));
+  su_home_deinit(home);
+}
+
+int Engine::onFirstInvite(nta_incoming_t* transaction, const sip_t& invite) {
+  if (invite.sip_contact == nullptr || invite.sip_from->a_tag == nullptr) return 400;
+  if (stopping_ || calls_.size() >= options_.maxCalls) return 503;
+  ++counters_.calls;
+  const std::string id = randomText();
+  Call& call = addCall(id);
   Leg& caller = call.legs[kCaller];
-  caller.callId = invite.callId;
-  caller.local = invite.to + ";tag=" + tagOf(id, kCaller);
-  caller.remote = invite.from;
-  caller.remoteTag = invite.fromTag;
-  caller.contact = invite.contact;
-  caller.routes = routesOf(invite.recordRoutes);
-  caller.peer = invite.replyTo;
-  caller.remoteCseq = invite.cseq;
+  caller.callId = invite.sip_call_id->i_id;
+  caller.local = headerText(invite.sip_to) + ";tag=" + tagOf(id, kCaller);
+  caller.remote = headerText(invite.sip_from);
+  caller.contact = headerText(invite.sip_contact);
+  openDialog(caller, invite.sip_cseq->cs_seq);
+  nta_leg_server_route(caller.dialog.get(), invite.sip_record_route, invite.sip_contact);
+  nta_incoming_tag(transaction, tagOf(id, kCaller).c_str());
+
   Leg& target = call.legs[kTarget];
-  const std::string user = invite.requestUser.empty() ? "" : invite.requestUser + "@";
+  sip_from_t from = *invite.sip_from;
+  from.a_params = nullptr;
+  const char* const user = invite.sip_request->rq_url->url_user;
   target.callId = randomText();
-  target.contact = "sip:" + user + options_.target.text();
-  target.local = invite.fromAddress + ";tag=" + tagOf(id, kTarget);
-  target.remote = "<" + target.contact + ">";
-  target.peer = options_.target;
-  note(call, "invited by " + invite.from);
-  onInvite(call, kCaller, invite, key);
+  target.local = headerText(&from) + ";tag=" + tagOf(id, kTarget);
+  target.contact = "<sip:" + (user != nullptr ? std::string(user) + "@" : "") + options_.target + ">";
+  target.remote = target.contact;
+  openDialog(target, 0);
+  note(call, "invited by " + caller.remote);
+  return onInvite(caller, transaction, invite);
+}
+
+/// @return the dialog of a request that only the store knows
+Leg* Engine::takeOver(const sip_t& request) {
+  const std::string tag = request.sip_to->a_tag;
+  const std::string id = tag.substr(0, tag.rfind('-'));
+  if (calls_.contains(id) || calls_.size() >= options_.maxCalls) return nullptr;
+  Call& call = addCall(id);
+  if (!store_.load(call)) {
+    calls_.erase(id);
+    return nullptr;
+  }
+  call.established = true;
+  ++counters_.takenOver;
+  note(call, "taken over from store");
+  Leg& leg = call.legs[tag == tagOf(id, kCaller) ? kCaller : kTarget];
+  openDialog(call.legs[otherOf(leg.side)], 0);
+  openDialog(leg, request.sip_cseq->cs_seq);
+  const char* const party = nta_leg_get_rtag(leg.dialog.get());
+  const bool fits = leg.callId == request.sip_call_id->i_id && party != nullptr &&
+                    request.sip_from->a_tag != nullptr && std::string_view(party) == request.sip_from->a_tag;
+  return fits ? &leg : nullptr;
 }
 
 /// Nothing more is relayed to whom cancelled; the call is forgotten when the target has answered.
-void Engine::onCancel(const std::string& key) {
-  const auto found = invites_.find(key);
-  if (found == invites_.end()) return;
-  Call& call = calls_.at(found->second);
+void Engine::onCancel(Call& call) {
   Exchange& exchange = *call.exchange;
   if (exchange.answered || exchange.cancelled) return;
   note(call, "cancelled");
   if (exchange.first) ++counters_.cancelled;
-  answer(call, {.status = 487});
-  exchange.cancelled = true;
-  transactions_.cancel(exchange.branch);
+  cancel(call, 487);
 }
 
-void Engine::onNoAck(const std::string& key) {
-  const auto found = invites_.find(key);
-  if (found != invites_.end()) end(calls_.at(found->second), "engine: no ACK");
+/// Gives up an INVITE that has no final answer yet.
+void Engine::cancel(Call& call, int status) {
+  answer(call, status);
+  call.exchange->cancelled = true;
+  if (call.exchange->outgoing) nta_outgoing_cancel(call.exchange->outgoing.get());
 }
 
-void Engine::onBye(Call& call, Side side, const std::string& key) {
-  transactions_.respond(key, {.status = 200});
+int Engine::onBye(Leg& leg) {
+  Call& call = *leg.call;
   if (call.exchange && call.exchange->first && !call.exchange->answered) {
-    if (side == kCaller) onCancel(call.exchange->key);
-    return;
+    if (leg.side == kCaller) onCancel(call);
+    return 200;
   }
   dropExchange(call);
-  note(call, side == kCaller ? "ended by caller" : "ended by target");
+  note(call, leg.side == kCaller ? "ended by caller" : "ended by target");
   ++counters_.ended;
-  sendBye(call, otherOf(side));
+  sendBye(call, otherOf(leg.side));
   forget(call);
+  return 200;
 }
 
 /// The call ends while an INVITE is on its way.
 void Engine::dropExchange(Call& call) {
   if (!call.exchange) return;
   if (call.exchange->answered && !call.exchange->acknowledged) sendAck(call, "");
-  answer(call, {.status = 487});
-  transactions_.cancel(call.exchange->branch);
+  if (!call.exchange->answered) cancel(call, 487);
 }
 
 /// Ends the call from here.
@@ -169,74 +196,31 @@ void Engine::end(Call& call, const std::string& why) {
 }
 
 void Engine::forget(Call& call) {
-  if (call.exchange) invites_.erase(call.exchange->key);
   if (call.established && !store_.remove(call.id)) note(call, "could not be removed from the store");
   calls_.erase(std::string(call.id));
 }
 
-SipRequest Engine::requestOn(const Leg& leg, const std::string& method, unsigned int cseq) {
-  SipRequest request;
-  request.method = method;
-  request.uri = leg.contact;
-  request.callId = leg.callId;
-  request.from = leg.local;
-  request.to = leg.remote;
-  request.cseq = cseq;
-  request.routes = leg.routes;
-  const std::size_t bracket = leg.routes.find('<') + 1;
-  const std::string next =
-      bracket == 0 ? leg.contact : leg.routes.substr(bracket, leg.routes.find('>') - bracket);
-  request.destination = endpointOfUri(next, leg.peer);
-  return request;
-}
-
 void Engine::sendBye(Call& call, Side to) {
   Leg& leg = call.legs[to];
-  transactions_.request(requestOn(leg, "BYE", ++leg.localCseq), [](const SipMessage&) {});
+  if (send(leg, SIP_METHOD_BYE, ++leg.cseq, "", onByeResponse, &listener_) != nullptr) ++openByes_;
 }
 
-void Engine::runTimers(Clock::time_point now) {
-  transactions_.runTimers(now);
-  if (now < nextSweep_) return;
-  nextSweep_ = now + kSweepEvery;
-  sweep(now);
-}
-
-/// What rings or talks for too long ends, so that lost calls do not fill the engine.
-void Engine::sweep(Clock::time_point now) {
-  std::vector<std::string> ringing;
-  std::vector<std::string> talking;
-  for (const auto& [id, call] : calls_) {
-    if (call.established && now - call.since > kLongestCall) talking.push_back(id);
-    if (!call.established && call.exchange && !call.exchange->cancelled &&
-        now - call.since > kLongestRinging) {
-      ringing.push_back(id);
-    }
-  }
-  for (const std::string& id : ringing) {
-    Call& call = calls_.at(id);
-    if (call.exchange->answered) continue;
-    note(call, "failed with 408");
-    ++counters_.failed;
-    answer(call, {.status = 408});
-    call.exchange->cancelled = true;
-    transactions_.cancel(call.exchange->branch);
-  }
-  for (const std::string& id : talking) end(calls_.at(id), "engine: too long");
+int Engine::onByeResponse(Leg* listener, nta_outgoing_t* transaction, const sip_t* response) {
+  if (response != nullptr && response->sip_status->st_status < 200) return 0;
+  --listener->engine->openByes_;
+  nta_outgoing_destroy(transaction);
+  return 0;
 }
 
 void Engine::finish() {
   stopping_ = true;
-  std::vector<std::string> ids;
-  for (const auto& [id, call] : calls_) ids.push_back(id);
-  for (const std::string& id : ids) {
-    Call& call = calls_.at(id);
-    if (call.established && !store_.isUsed()) {
-      end(call, "engine: it stops");
-    } else if (!call.established && call.exchange) {
-      answer(call, {.status = 503});
-      call.exchange->cancelled = true;
-      transactions_.cancel(call.exchange->branch);
+  std::vector<Call*> calls;
+  for (auto& [id, call] : calls_) calls.push_back(&call);
+  for (Call* const call : calls) {
+    if (call->established && !store_.isUsed()) {
+      end(*call, "engine: it stops");
+    } else if (!call->established && call->exchange) {
+      cancel(*call, 503);
     }
   }
 }

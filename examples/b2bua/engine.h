@@ -1,12 +1,11 @@
 #ifndef B2BUA_ENGINE_H
 #define B2BUA_ENGINE_H
 
-#include <string>
 #include <unordered_map>
 
 #include "call.h"
-#include "config.h"
 #include "log.h"
+#include "options.h"
 #include "stateStore.h"
 
 namespace b2bua {
@@ -19,48 +18,59 @@ struct Counters {
   unsigned long cancelled = 0;
   unsigned long reoffers = 0;
   unsigned long refusedBodies = 0;
-  unsigned long malformed = 0;
   unsigned long takenOver = 0;
 };
 
 /// The back-to-back user agent: two dialogs for every call, and the bodies on their way between them.
 class Engine {
  public:
-  Engine(const Options& options, const Policy& policy, const UdpSocket& socket, StateStore& store, Log& log);
+  /// Listens. Throws std::runtime_error when it cannot.
+  Engine(su_root_t* root, const Options& options, StateStore& store, Log& log);
 
-  void receive(std::string_view datagram, const Endpoint& source);
-  Clock::time_point nextTimer() const { return transactions_.nextTimer(); }
-  void runTimers(Clock::time_point now);
+  /// HOST:PORT
+  std::string address() const;
   /// Ends all calls, unless another process is to go on with them.
   void finish();
-  bool idle() const { return transactions_.idle(); }
+  /// @return whether each BYE has its answer
+  bool idle() const { return openByes_ == 0; }
   void showCounters() const;
 
  private:
-  // requests (engine.cpp)
-  void onRequest(const SipMessage& request, const std::string& key);
-  void onFirstInvite(const SipMessage& invite, const std::string& key);
-  void onCancel(const std::string& key);
-  void onNoAck(const std::string& key);
-  void onBye(Call& call, Side side, const std::string& key);
-  void sweep(Clock::time_point now);
-  Call* findDialog(const SipMessage& request, Side& side);
+  // calls and dialogs (engine.cpp); results are statuses for the stack to answer with, 0 for none
+  static int onRequest(Leg* leg, nta_leg_t* dialog, nta_incoming_t* transaction, const sip_t* request);
+  static int onByeResponse(Leg* listener, nta_outgoing_t* transaction, const sip_t* response);
+  int onFirstInvite(nta_incoming_t* transaction, const sip_t& invite);
+  int onBye(Leg& leg);
+  Leg* takeOver(const sip_t& request);
+  Call& addCall(const std::string& id);
+  void openDialog(Leg& leg, unsigned int remoteCseq);
+  void onCancel(Call& call);
+  void cancel(Call& call, int status);
+  void sendBye(Call& call, Side to);
+  void dropExchange(Call& call);
+  void end(Call& call, const std::string& why);
+  void forget(Call& call);
+  void note(const Call& call, const std::string& event);
 
-  // exchanges (exchange.cpp)
-  void onInvite(Call& call, Side side, const SipMessage& invite, const std::string& key);
-  void onAck(Call& call, Side side, const SipMessage& ack);
-  void onInviteResponse(const std::string& id, const std::string& branch, const SipMessage& response);
-  void onProvisional(Call& call, const SipMessage& response);
-  void onSuccess(Call& call, const SipMessage& response);
-  void onFailure(Call& call, const SipMessage& response);
+  // exchanges of bodies (exchange.cpp)
+  static int onAckOrCancel(Leg* leg, nta_incoming_t* transaction, const sip_t* request);
+  static int onInviteResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response);
+  int onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite);
+  void onAck(Leg& leg, const std::string& body);
+  void onSuccess(Call& call, const sip_t& response);
+  void onFailure(Call& call, const sip_t& response);
   bool answerFromStore(Call& call, Exchange& exchange);
-  void relayInvite(Call& call, bool withBody);
   void replaceDummy(Call& call);
+  void onDummyReplaced(Call& call, const std::string& body);
+  void relayInvite(Call& call);
+  nta_outgoing_t* send(Leg& leg, sip_method_t method, const char* name, unsigned int cseq,
+                       const std::string& body, nta_response_f* onResponse, Leg* receiver);
+  void sendInvite(Call& call, Side to, const std::string& body);
   void sendAck(Call& call, const std::string& body);
-  void onDummyReplaced(Call& call, const SipMessage& response);
-  void answer(Call& call, SipResponse response);
-  void fail(Call& call, const SipResponse& response);
-  void answerWithBody(Call& call, const std::string& body);
+  /// Answers the INVITE of the exchange.
+  void answer(Call& call, int status, const std::string& body = "", const std::string& header = "");
+  /// Refuses it, and ends the call when it is the first one.
+  void fail(Call& call, int status, const std::string& header = "");
   void refuse(Call& call, const std::string& reason);
   void complete(Call& call);
 
@@ -68,25 +78,14 @@ class Engine {
   /// @return why it cannot be used; empty when it can
   std::string takeBody(Call& call, Side from, const std::string& body, bool isAnswer);
 
-  static SipRequest requestOn(const Leg& leg, const std::string& method, unsigned int cseq);
-  void sendInvite(Call& call, Side to, const std::string& body);
-  void sendBye(Call& call, Side to);
-  void dropExchange(Call& call);
-  void end(Call& call, const std::string& why);
-  void forget(Call& call);
-  void note(const Call& call, const std::string& event);
-  std::string contact() const { return "sip:" + socket_.local().text(); }
-
   const Options& options_;
-  const Policy& policy_;
-  const UdpSocket& socket_;
   StateStore& store_;
   Log& log_;
   Counters counters_;
-  Transactions transactions_;
+  Owned<nta_agent_t> agent_;
+  Leg listener_;  ///< for requests outside of the dialogs
   std::unordered_map<std::string, Call> calls_;
-  std::unordered_map<std::string, std::string> invites_;  ///< the calls of INVITEs that are not done with
-  Clock::time_point nextSweep_{};
+  unsigned long openByes_ = 0;
   bool stopping_ = false;
 };
 

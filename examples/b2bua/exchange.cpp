@@ -1,23 +1,23 @@
 // What happens to the bodies between an INVITE and its ACK.
 
-#include <memory>
-
-#include "bodyDiff.h"
 #include "engine.h"
 
 namespace b2bua {
 
 namespace {
 
-const char* nameOf(Side side) { return side == kCaller ? "caller" : "target"; }
+constexpr const char* kSdp = "application/sdp";
 
-std::string warningOf(const std::string& agent, const std::string& reason) {
-  return "Warning: 399 " + agent + " \"" + reason + "\"\r\n";
+bool isSdp(const sip_t& message) {
+  const sip_content_type_t* const type = message.sip_content_type;
+  return type != nullptr && su_casematch(type->c_type, kSdp) != 0;
 }
+
+const char* nameOf(Side side) { return side == kCaller ? "caller" : "target"; }
 
 /// A party has one session with the engine whatever the other one does: the o-line stays, its version rises by one
 /// with every change.
-void continueSession(cSdpNegotiator& body, const cSdpNegotiator& original, const cSdpNegotiator& before) {
+void continueSession(Body& body, const Body& original, const Body& before) {
   if (!before.isSdpPresent()) {
     body.copyOLine(&original);
     return;
@@ -26,7 +26,7 @@ void continueSession(cSdpNegotiator& body, const cSdpNegotiator& original, const
   if (body.compareSdpByBody(&before) != 0) body.sdpIncVersion();
 }
 
-bool isUnchanged(const cSdpNegotiator& offer, const cSdpNegotiator& before) {
+bool isUnchanged(const Body& offer, const Body& before) {
   return offer.compareSdpOLine(&before) == 0 && offer.compareSdpByBody(&before) == 0;
 }
 
@@ -34,15 +34,15 @@ bool isUnchanged(const cSdpNegotiator& offer, const cSdpNegotiator& before) {
 
 std::string Engine::takeBody(Call& call, Side from, const std::string& body, bool isAnswer) {
   Exchange& exchange = *call.exchange;
-  cSdpNegotiator& received = exchange.received[from];
-  cSdpNegotiator& sent = exchange.sent[otherOf(from)];
+  Body& received = exchange.received[from];
+  Body& sent = exchange.sent[otherOf(from)];
   if (body.find('\0') != std::string::npos) return "NUL in the body";
   if (received.sdpParse(body.c_str(), SDP_TYPE_UNKNOWN) != 0) {
     return log_.reasonOf([&] { received.sdpParse(body.c_str(), SDP_TYPE_UNKNOWN); });
   }
   sent = received;
-  std::string reason = isAnswer ? applyToAnswer(policy_, sent, exchange.changes)
-                                : applyToOffer(policy_, sent, exchange.changes);
+  std::string reason = isAnswer ? applyToAnswer(options_.policy, sent, exchange.changes)
+                                : applyToOffer(options_.policy, sent, exchange.changes);
   if (!reason.empty()) return reason;
   continueSession(sent, received, call.legs[otherOf(from)].sent);
   if (options_.show) {
@@ -53,37 +53,39 @@ std::string Engine::takeBody(Call& call, Side from, const std::string& body, boo
 }
 
 /// An INVITE that came, the first one of its call included.
-void Engine::onInvite(Call& call, Side side, const SipMessage& invite, const std::string& key) {
-  if (call.exchange) return transactions_.respond(key, {.status = 491});
-  if (!invite.contact.empty()) call.legs[side].contact = invite.contact;
+int Engine::onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite) {
+  Call& call = *leg.call;
+  if (call.exchange) return 491;
+  nta_leg_server_route(leg.dialog.get(), nullptr, invite.sip_contact);
   Exchange& exchange = call.exchange.emplace();
-  exchange.from = side;
-  exchange.key = key;
-  exchange.cseq = invite.cseq;
+  exchange.from = leg.side;
+  exchange.incoming.reset(transaction);
   exchange.first = !call.established;
-  invites_[key] = call.id;
-  transactions_.respond(key, {.status = 100});
+  nta_incoming_bind(transaction, onAckOrCancel, &leg);
   if (!exchange.first) ++counters_.reoffers;
-  if (invite.body.empty()) {
+  const std::string body = bodyOf(invite);
+  if (body.empty()) {
     exchange.kind = exchange.first ? Kind::dummy : Kind::late;
-    return relayInvite(call, false);
+  } else if (!isSdp(invite)) {
+    note(call, "body refused: it is no application/sdp");
+    fail(call, 415, "Accept: application/sdp");
+    return 0;
+  } else if (const std::string reason = takeBody(call, leg.side, body, false); !reason.empty()) {
+    refuse(call, reason);
+    return 0;
+  } else if (!exchange.first && answerFromStore(call, exchange)) {
+    return 0;
   }
-  if (invite.contentType != "application/sdp") {
-    note(call, "body refused: it is " + invite.contentType);
-    return fail(call, {.status = 415, .headers = "Accept: application/sdp\r\n"});
-  }
-  const std::string reason = takeBody(call, side, invite.body, false);
-  if (!reason.empty()) return refuse(call, reason);
-  if (!exchange.first && answerFromStore(call, exchange)) return;
-  relayInvite(call, true);
+  relayInvite(call);
+  return 0;
 }
 
 /// The target need not be asked about an offer that says nothing new, or only something new about codecs.
 bool Engine::answerFromStore(Call& call, Exchange& exchange) {
   const Leg& leg = call.legs[exchange.from];
-  const cSdpNegotiator& offer = exchange.received[exchange.from];
+  const Body& offer = exchange.received[exchange.from];
   if (!leg.answered || !leg.sent.isSdpPresent()) return false;
-  cSdpNegotiator updated = leg.sent;
+  Body updated = leg.sent;
   if (isUnchanged(offer, leg.received)) {
     note(call, "re-offer unchanged, answered from store");
   } else if (offer.isSdpVersionIncreased(&leg.received) == 1 && onlyCodecsDiffer(offer, leg.received) &&
@@ -96,102 +98,103 @@ bool Engine::answerFromStore(Call& call, Exchange& exchange) {
   }
   exchange.kind = Kind::local;
   exchange.sent[exchange.from] = updated;
-  exchange.sent[otherOf(exchange.from)].sdpParse("", SDP_TYPE_UNKNOWN);
-  answerWithBody(call, textOf(updated));
+  exchange.sent[otherOf(exchange.from)] = Body();
+  answer(call, 200, textOf(updated));
   return true;
 }
 
-void Engine::relayInvite(Call& call, bool withBody) {
+void Engine::relayInvite(Call& call) {
   Exchange& exchange = *call.exchange;
   const Side to = otherOf(exchange.from);
   if (exchange.kind == Kind::dummy) {
-    makeDummyOffer(policy_, socket_.local().address.ss_family == AF_INET6, exchange.sent[to]);
+    makeDummyOffer(options_.policy, options_.listen.starts_with('['), exchange.sent[to]);
     note(call, "dummy offer sent");
   }
   if (!exchange.first) note(call, "re-offer relayed");
-  sendInvite(call, to, withBody || exchange.kind == Kind::dummy ? textOf(exchange.sent[to]) : "");
+  sendInvite(call, to, exchange.kind == Kind::late ? "" : textOf(exchange.sent[to]));
+}
+
+/// Sends a request within a dialog.
+nta_outgoing_t* Engine::send(Leg& leg, sip_method_t method, const char* name, unsigned int cseq,
+                             const std::string& body, nta_response_f* onResponse, Leg* receiver) {
+  const std::string number = std::to_string(cseq) + " " + name;
+  return nta_outgoing_tcreate(
+      leg.dialog.get(), onResponse, receiver, nullptr, method, name, nullptr, SIPTAG_CSEQ_STR(number.c_str()),
+      SIPTAG_CONTACT(nta_agent_contact(agent_.get())), TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp)),
+      TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str())), TAG_END());
 }
 
 void Engine::sendInvite(Call& call, Side to, const std::string& body) {
   Leg& leg = call.legs[to];
-  SipRequest invite = requestOn(leg, "INVITE", ++leg.localCseq);
-  invite.contact = contact();
-  invite.body = body;
-  call.exchange->sentCseq = invite.cseq;
-  // The branch is known when the first response comes.
-  const auto branch = std::make_shared<std::string>();
-  *branch = transactions_.request(invite, [this, id = call.id, branch](const SipMessage& response) {
-    onInviteResponse(id, *branch, response);
-  });
-  call.exchange->branch = *branch;
+  call.exchange->outgoing.reset(send(leg, SIP_METHOD_INVITE, ++leg.cseq, body, onInviteResponse, &leg));
+  if (!call.exchange->outgoing) fail(call, 500);
 }
 
 void Engine::sendAck(Call& call, const std::string& body) {
   Exchange& exchange = *call.exchange;
-  if (exchange.branch.empty()) return;  // nothing was relayed
-  SipRequest ack = requestOn(call.legs[otherOf(exchange.from)], "ACK", exchange.sentCseq);
-  ack.body = body;
+  if (!exchange.outgoing) return;  // nothing was relayed
   exchange.acknowledged = true;
-  transactions_.acknowledge(exchange.branch, ack);
+  // The stack repeats the ACK when the 200 is repeated.
+  const unsigned int cseq = nta_outgoing_cseq(exchange.outgoing.get());
+  Owned<nta_outgoing_t>(
+      send(call.legs[otherOf(exchange.from)], SIP_METHOD_ACK, cseq, body, nullptr, nullptr));
 }
 
-void Engine::onInviteResponse(const std::string& id, const std::string& branch, const SipMessage& response) {
-  const auto found = calls_.find(id);
-  if (found == calls_.end() || !found->second.exchange || found->second.exchange->branch != branch) return;
-  Call& call = found->second;
-  if (response.status < 200) {
-    onProvisional(call, response);
-  } else if (response.status < 300) {
-    onSuccess(call, response);
-  } else {
-    onFailure(call, response);
+int Engine::onInviteResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response) {
+  Engine& engine = *leg->engine;
+  Call& call = *leg->call;
+  if (!call.exchange || call.exchange->outgoing.get() != transaction || call.exchange->concluded) return 0;
+  const int status = response->sip_status->st_status;
+  call.exchange->concluded = status >= 200;
+  if (status >= 300) {
+    engine.onFailure(call, *response);
+  } else if (status >= 200) {
+    engine.onSuccess(call, *response);
+  } else if (status > 100 && call.exchange->first) {
+    engine.answer(call, status);
   }
+  return 0;
 }
 
-void Engine::onProvisional(Call& call, const SipMessage& response) {
-  if (response.status == 100 || !call.exchange->first) return;
-  answer(call, {.status = response.status, .reason = response.reason, .contact = contact()});
-}
-
-void Engine::onSuccess(Call& call, const SipMessage& response) {
+void Engine::onSuccess(Call& call, const sip_t& response) {
   Exchange& exchange = *call.exchange;
   const Side side = otherOf(exchange.from);
   Leg& leg = call.legs[side];
-  if (!response.contact.empty()) leg.contact = response.contact;
   if (exchange.first) {  // the target's tag is known only now
-    leg.remote = response.to;
-    leg.remoteTag = response.toTag;
-    leg.routes = routesOf({response.recordRoutes.rbegin(), response.recordRoutes.rend()});
+    leg.remote = headerText(response.sip_to);
+    nta_leg_rtag(leg.dialog.get(), response.sip_to->a_tag);
   }
+  nta_leg_client_route(leg.dialog.get(), response.sip_record_route, response.sip_contact);
   if (exchange.cancelled) {
     sendAck(call, "");
     if (!exchange.first) return complete(call);
     sendBye(call, side);
     return forget(call);
   }
-  if (exchange.kind == Kind::dummyReplaced) return onDummyReplaced(call, response);
+  const std::string body = bodyOf(response);
+  if (exchange.kind == Kind::dummyReplaced) return onDummyReplaced(call, body);
   if (exchange.kind == Kind::dummy) {
     sendAck(call, "");
     leg.sent = exchange.sent[side];
   }
   // The answer to the dummy is the target's body, which the caller gets as the offer.
-  const std::string reason = takeBody(call, side, response.body, exchange.kind == Kind::relayed);
-  if (reason.empty()) return answerWithBody(call, textOf(exchange.sent[exchange.from]));
+  const std::string reason = takeBody(call, side, body, exchange.kind == Kind::relayed);
+  if (reason.empty()) return answer(call, 200, textOf(exchange.sent[exchange.from]));
   if (!exchange.acknowledged) sendAck(call, "");
   refuse(call, reason);
 }
 
-void Engine::onFailure(Call& call, const SipMessage& response) {
+void Engine::onFailure(Call& call, const sip_t& response) {
   Exchange& exchange = *call.exchange;
+  const int status = response.sip_status->st_status;
   if (exchange.kind == Kind::dummyReplaced) {
-    note(call, "the target refused the offer after the dummy with " + std::to_string(response.status));
+    note(call, "the target refused the offer after the dummy with " + std::to_string(status));
     return end(call, "engine: no offer for the target");
   }
   if (!exchange.cancelled) {
-    note(call, "failed with " + std::to_string(response.status));
-    return fail(call, {.status = response.status,
-                       .reason = response.reason,
-                       .headers = response.warning.empty() ? "" : "Warning: " + response.warning + "\r\n"});
+    note(call, "failed with " + std::to_string(status));
+    const std::string warning = headerText(response.sip_warning);
+    return fail(call, status, warning.empty() ? "" : "Warning: " + warning);
   }
   if (exchange.first) return forget(call);
   complete(call);
@@ -205,43 +208,51 @@ void Engine::refuse(Call& call, const std::string& reason) {
   ++counters_.refusedBodies;
   if (exchange.answered) return end(call, "engine: body refused");
   if (exchange.first && exchange.acknowledged) sendBye(call, otherOf(exchange.from));
-  fail(call, {.status = 488, .headers = warningOf(socket_.local().text(), reason)});
+  fail(call, 488, "Warning: 399 " + address() + " \"" + reason + "\"");
 }
 
-/// Answers the INVITE of the exchange.
-void Engine::answer(Call& call, SipResponse response) {
-  const std::string& local = call.legs[call.exchange->from].local;
-  response.toTag = local.substr(local.rfind('=') + 1);
-  transactions_.respond(call.exchange->key, response);
-}
-
-/// Refuses the INVITE of the exchange, and ends the call when it is the first one.
-void Engine::fail(Call& call, const SipResponse& response) {
-  answer(call, response);
-  if (call.exchange->first) {
-    ++counters_.failed;
-    return forget(call);
-  }
-  invites_.erase(call.exchange->key);
-  call.exchange.reset();
-}
-
-void Engine::answerWithBody(Call& call, const std::string& body) {
-  call.exchange->answered = true;
-  answer(call, {.status = 200, .contact = contact(), .body = body});
-}
-
-void Engine::onAck(Call& call, Side side, const SipMessage& ack) {
-  if (!call.exchange) return;
+void Engine::answer(Call& call, int status, const std::string& body, const std::string& header) {
   Exchange& exchange = *call.exchange;
-  if (exchange.from != side || exchange.cseq != ack.cseq || !exchange.answered) return;
-  transactions_.confirm(exchange.key);
+  if (!exchange.incoming) return;  // the engine's own exchange
+  exchange.answered = status >= 200 && status < 300;
+  nta_incoming_treply(exchange.incoming.get(), status, sip_status_phrase(status),
+                      TAG_IF(status < 300, SIPTAG_CONTACT(nta_agent_contact(agent_.get()))),
+                      TAG_IF(!header.empty(), SIPTAG_HEADER_STR(header.c_str())),
+                      TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp)),
+                      TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str())), TAG_END());
+}
+
+void Engine::fail(Call& call, int status, const std::string& header) {
+  answer(call, status, "", header);
+  if (!call.exchange->first) return call.exchange.reset();
+  ++counters_.failed;
+  forget(call);
+}
+
+/// @param request  null when neither came and the 200 was repeated long enough
+int Engine::onAckOrCancel(Leg* leg, nta_incoming_t* transaction, const sip_t* request) {
+  Engine& engine = *leg->engine;
+  Call& call = *leg->call;
+  if (!call.exchange || call.exchange->incoming.get() != transaction) return 0;
+  if (request == nullptr) {
+    engine.end(call, "engine: no ACK");
+  } else if (request->sip_request->rq_method == sip_method_cancel) {
+    engine.onCancel(call);
+  } else if (call.exchange->answered) {
+    engine.onAck(*leg, bodyOf(*request));
+  }
+  return 0;
+}
+
+void Engine::onAck(Leg& leg, const std::string& body) {
+  Call& call = *leg.call;
+  Exchange& exchange = *call.exchange;
   if (exchange.kind == Kind::late || exchange.kind == Kind::dummy) {
-    const std::string reason = takeBody(call, side, ack.body, true);
+    const std::string reason = takeBody(call, leg.side, body, true);
     if (!reason.empty()) return refuse(call, reason);
   }
   if (exchange.kind == Kind::dummy) return replaceDummy(call);
-  sendAck(call, exchange.kind == Kind::late ? textOf(exchange.sent[otherOf(side)]) : "");
+  sendAck(call, exchange.kind == Kind::late ? textOf(exchange.sent[otherOf(leg.side)]) : "");
   complete(call);
 }
 
@@ -249,41 +260,33 @@ void Engine::onAck(Call& call, Side side, const SipMessage& ack) {
 void Engine::replaceDummy(Call& call) {
   note(call, "dummy offer replaced");
   complete(call);
-  Exchange& exchange = call.exchange.emplace();
-  exchange.kind = Kind::dummyReplaced;
+  call.exchange.emplace().kind = Kind::dummyReplaced;
   sendInvite(call, kTarget, textOf(call.legs[kTarget].sent));
 }
 
 /// The caller has answered to the target's former body; this one is only kept.
-void Engine::onDummyReplaced(Call& call, const SipMessage& response) {
+void Engine::onDummyReplaced(Call& call, const std::string& body) {
   sendAck(call, "");
-  cSdpNegotiator& received = call.exchange->received[kTarget];
-  if (received.sdpParse(response.body.c_str(), SDP_TYPE_ANSWER) != 0) {
-    note(call, "body refused: no answer to the offer after the dummy");
-    return end(call, "engine: body refused");
-  }
-  complete(call);
+  if (call.exchange->received[kTarget].sdpParse(body.c_str(), SDP_TYPE_ANSWER) == 0) return complete(call);
+  note(call, "body refused: no answer to the offer after the dummy");
+  end(call, "engine: body refused");
 }
 
 /// Keeps what was agreed.
 void Engine::complete(Call& call) {
   Exchange& exchange = *call.exchange;
   const bool first = exchange.first && !exchange.cancelled;
-  invites_.erase(exchange.key);
-  for (const Side side : {kCaller, kTarget}) {
+  for (Leg& leg : call.legs) {
     if (exchange.cancelled) break;
-    Leg& leg = call.legs[side];
-    if (exchange.received[side].isSdpPresent()) leg.received = exchange.received[side];
-    if (!exchange.sent[side].isSdpPresent()) continue;
-    leg.sent = exchange.sent[side];
+    if (exchange.received[leg.side].isSdpPresent()) leg.received = exchange.received[leg.side];
+    if (!exchange.sent[leg.side].isSdpPresent()) continue;
+    leg.sent = exchange.sent[leg.side];
     const bool offeredByFrom = exchange.kind == Kind::relayed || exchange.kind == Kind::local;
-    leg.answered = (side == exchange.from) == offeredByFrom && exchange.kind != Kind::dummy;
+    leg.answered = (leg.side == exchange.from) == offeredByFrom && exchange.kind != Kind::dummy;
   }
   call.exchange.reset();
-  if (first) {
-    call.established = true;
-    ++counters_.established;
-  }
+  call.established = call.established || first;
+  if (first) ++counters_.established;
   if (!store_.save(call)) note(call, "could not be kept in the store");
   if (first) note(call, "established");
 }

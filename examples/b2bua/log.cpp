@@ -3,10 +3,14 @@
 #include <kvRttLocal.h>
 #include <sdpNegotiatorTrace.h>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstring>
 #include <ctime>
+#include <sstream>
 #include <stdexcept>
+#include <vector>
 
 namespace b2bua {
 
@@ -19,14 +23,33 @@ int leaveOpen(std::FILE*) { return 0; }
 
 void switchTrace(bool on) { KvRttSwitchFlag("SDP_NEGOTIATOR", "INFO", on); }
 
-}  // namespace
-
+/// @return the text with every character that is not printable as "?"
 std::string printable(const std::string& text) {
   std::string result = text;
   std::ranges::replace_if(
       result, [](char c) { return c < ' ' || c > '~'; }, '?');
   return result;
 }
+
+using Lines = std::vector<std::string>;
+
+Lines linesOf(const std::string& body) {
+  Lines lines;
+  std::istringstream input(body);
+  for (std::string line; std::getline(input, line);) {
+    if (line.ends_with('\r')) line.pop_back();
+    lines.push_back(line);
+  }
+  return lines;
+}
+
+void show(char mark, const std::string& line) {
+  static const bool coloured = isatty(STDOUT_FILENO) == 1;
+  const char* const colour = !coloured ? "" : mark == '-' ? "\033[31m" : mark == '+' ? "\033[32m" : "";
+  std::printf("%s%c %s%s\n", colour, mark, printable(line).c_str(), *colour != '\0' ? "\033[0m" : "");
+}
+
+}  // namespace
 
 Log::Log(const std::string& file, bool trace) : file_(stderr, leaveOpen), trace_(trace) {
   if (!file.empty()) file_ = {std::fopen(file.c_str(), "ae"), std::fclose};
@@ -69,6 +92,25 @@ std::string Log::reasonOf(const std::function<void()>& refused) {
   std::ranges::replace_if(
       reason, [](char c) { return c == '"' || c == '\\'; }, '\'');
   return reason.empty() ? "the body is too large to be kept" : reason;
+}
+
+/// Walks through both bodies: a line that does not come any more in the other one went or came.
+void showBodies(const std::string& title, const std::string& before, const std::string& after) {
+  std::printf("-- %s\n", printable(title).c_str());
+  const Lines old = linesOf(before);
+  const Lines now = linesOf(after);
+  auto next = now.begin();
+  for (const std::string& line : old) {
+    const auto same = std::find(next, now.end(), line);
+    if (same == now.end()) {
+      show('-', line);
+      continue;
+    }
+    for (; next != same; ++next) show('+', *next);
+    show(' ', *next++);
+  }
+  for (; next != now.end(); ++next) show('+', *next);
+  std::fflush(stdout);
 }
 
 }  // namespace b2bua

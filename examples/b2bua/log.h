@@ -35,8 +35,8 @@ class Log {
   std::string reason_;
 };
 
-/// @return the text with every character that is not printable as "?"
-std::string printable(const std::string& text);
+/// Writes how a body changed on its way to standard output: lines that went with "-", that came with "+".
+void showBodies(const std::string& title, const std::string& before, const std::string& after);
 
 }  // namespace b2bua
 

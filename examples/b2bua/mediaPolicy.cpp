@@ -11,8 +11,6 @@ namespace b2bua {
 
 namespace {
 
-using Body = cSdpNegotiator;
-
 constexpr const char* kPlain = "RTP/AVP";
 constexpr const char* kSecure = "RTP/SAVP";
 

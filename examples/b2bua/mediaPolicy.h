@@ -5,9 +5,14 @@
 
 #include <string>
 
-#include "config.h"
+#include "options.h"
 
 namespace b2bua {
+
+/// An object that holds no body until it parses one.
+struct Body : cSdpNegotiator {
+  Body() { sdpParse("", SDP_TYPE_UNKNOWN); }
+};
 
 /// How an offer's m-lines were changed for its security, so that the answer can be changed back.
 enum class MLineChange { none, secureRemoved, plainRemoved, merged, split, madeSecure };
@@ -22,19 +27,19 @@ struct OfferChanges {
 /// Applies the policy to an offer. What the library cannot do with a body stays undone; what the policy forbids is
 /// refused.
 /// @return why the offer cannot be used; empty when it can
-std::string applyToOffer(const Policy& policy, cSdpNegotiator& offer, OfferChanges& changes);
+std::string applyToOffer(const Policy& policy, Body& offer, OfferChanges& changes);
 
 /// Applies the policy to an answer and makes it fit the offer as it was before its changes.
 /// @return as above
-std::string applyToAnswer(const Policy& policy, cSdpNegotiator& answer, const OfferChanges& changes);
+std::string applyToAnswer(const Policy& policy, Body& answer, const OfferChanges& changes);
 
-std::string textOf(const cSdpNegotiator& object);
+std::string textOf(const Body& object);
 
 /// @return whether two offers differ in their o-lines and in formats of audio, with their rtpmap and fmtp lines, alone
-bool onlyCodecsDiffer(const cSdpNegotiator& one, const cSdpNegotiator& other);
+bool onlyCodecsDiffer(const Body& one, const Body& other);
 
 /// The offer that stands for the caller's until the caller has sent one.
-void makeDummyOffer(const Policy& policy, bool ipv6, cSdpNegotiator& offer);
+void makeDummyOffer(const Policy& policy, bool ipv6, Body& offer);
 
 }  // namespace b2bua
 

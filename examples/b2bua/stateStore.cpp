@@ -3,12 +3,13 @@
 #include <hiredis/hiredis.h>
 
 #include <map>
-#include <sstream>
 #include <stdexcept>
 
 namespace b2bua {
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
 
 constexpr timeval kTimeout{0, 200'000};
 constexpr std::chrono::seconds kBetweenAttempts{1};
@@ -21,40 +22,42 @@ using Fields = std::map<std::string, std::string>;
 
 std::string keyOf(const std::string& id) { return "b2bua:call:" + id; }
 
-std::string packed(const cSdpNegotiator& object) {
+std::string packed(const Body& body) {
   unsigned char* bytes = nullptr;
   unsigned int size = 0;
-  if (object.compressObject(&bytes, size) != 0) return "";
+  if (body.compressObject(&bytes, size) != 0) return "";
   const std::unique_ptr<unsigned char[]> owner(bytes);
   return {reinterpret_cast<const char*>(bytes), size};
 }
 
-bool unpack(const std::string& bytes, cSdpNegotiator& object) {
-  return object.uncompressObject(reinterpret_cast<const unsigned char*>(bytes.data()),
-                                 static_cast<unsigned int>(bytes.size())) == 0;
+bool unpack(const std::string& bytes, Body& body) {
+  return body.uncompressObject(reinterpret_cast<const unsigned char*>(bytes.data()),
+                               static_cast<unsigned int>(bytes.size())) == 0;
 }
 
-/// The members that are texts, under the names of their fields.
-constexpr std::pair<const char*, std::string Leg::*> kTexts[] = {
-    {"call-id", &Leg::callId},       {"local", &Leg::local},     {"remote", &Leg::remote},
-    {"remote-tag", &Leg::remoteTag}, {"contact", &Leg::contact}, {"routes", &Leg::routes}};
-
 void addFields(const Leg& leg, const std::string& prefix, Fields& fields) {
-  for (const auto& [name, member] : kTexts) fields[prefix + name] = leg.*member;
-  fields[prefix + "peer"] = leg.peer.text();
-  fields[prefix + "numbers"] = std::to_string(leg.localCseq) + " " + std::to_string(leg.remoteCseq) + " " +
-                               std::to_string(static_cast<int>(leg.answered));
+  const sip_route_t* routes = nullptr;
+  const sip_contact_t* contact = nullptr;
+  nta_leg_get_route(leg.dialog.get(), &routes, &contact);
+  fields[prefix + "call-id"] = leg.callId;
+  fields[prefix + "local"] = leg.local;
+  fields[prefix + "remote"] = leg.remote;
+  fields[prefix + "contact"] = headerText(contact);
+  fields[prefix + "routes"] = headerText(routes);
+  fields[prefix + "cseq"] = std::to_string(leg.cseq + kCseqGap);
+  fields[prefix + "answered"] = leg.answered ? "1" : "";
   fields[prefix + "sent"] = packed(leg.sent);
   fields[prefix + "received"] = packed(leg.received);
 }
 
-bool readLeg(Fields& fields, const std::string& prefix, Leg& leg) {
-  for (const auto& [name, member] : kTexts) leg.*member = fields[prefix + name];
-  const auto peer = Endpoint::parse(fields[prefix + "peer"]);
-  std::istringstream numbers(fields[prefix + "numbers"]);
-  if (!peer || !(numbers >> leg.localCseq >> leg.remoteCseq >> leg.answered)) return false;
-  leg.peer = *peer;
-  leg.localCseq += kCseqGap;
+bool readFields(Fields& fields, const std::string& prefix, Leg& leg) {
+  leg.callId = fields[prefix + "call-id"];
+  leg.local = fields[prefix + "local"];
+  leg.remote = fields[prefix + "remote"];
+  leg.contact = fields[prefix + "contact"];
+  leg.routes = fields[prefix + "routes"];
+  leg.cseq = static_cast<unsigned int>(std::strtoul(fields[prefix + "cseq"].c_str(), nullptr, 10));
+  leg.answered = !fields[prefix + "answered"].empty();
   return unpack(fields[prefix + "sent"], leg.sent) && unpack(fields[prefix + "received"], leg.received);
 }
 
@@ -65,12 +68,12 @@ void StateStore::Free::operator()(redisContext* context) const { redisFree(conte
 StateStore::StateStore(const std::string& address) {
   if (address.empty()) return;
   const std::string scheme = "redis://";
-  const auto endpoint =
-      address.starts_with(scheme) ? Endpoint::parse(address.substr(scheme.size())) : std::nullopt;
-  if (!endpoint) throw std::runtime_error("--state: no redis://HOST:PORT: " + address);
-  const auto [host, port] = endpoint->hostAndPort();
-  host_ = host;
-  port_ = std::stoi(port);
+  const std::size_t colon = address.rfind(':');
+  if (!address.starts_with(scheme) || colon < scheme.size()) {
+    throw std::runtime_error("no redis://HOST:PORT: " + address);
+  }
+  host_ = address.substr(scheme.size(), colon - scheme.size());
+  port_ = static_cast<int>(std::strtol(address.c_str() + colon + 1, nullptr, 10));
   if (!connect()) throw std::runtime_error("no Redis server at " + address);
 }
 
@@ -120,14 +123,13 @@ bool StateStore::save(const Call& call) {
 
 bool StateStore::remove(const std::string& id) { return !isUsed() || run({"DEL", keyOf(id)}); }
 
-bool StateStore::load(const std::string& id, Call& call) {
+bool StateStore::load(Call& call) {
   std::vector<std::string> texts;
-  if (!isUsed() || !run({"HGETALL", keyOf(id)}, &texts)) return false;
+  if (!isUsed() || !run({"HGETALL", keyOf(call.id)}, &texts)) return false;
   Fields fields;
   for (std::size_t i = 0; i + 1 < texts.size(); i += 2) fields[texts[i]] = texts[i + 1];
-  call.id = id;
-  call.established = true;
-  return readLeg(fields, "caller.", call.legs[kCaller]) && readLeg(fields, "target.", call.legs[kTarget]);
+  return readFields(fields, "caller.", call.legs[kCaller]) &&
+         readFields(fields, "target.", call.legs[kTarget]);
 }
 
 }  // namespace b2bua

@@ -1,6 +1,7 @@
 #ifndef B2BUA_STATE_STORE_H
 #define B2BUA_STATE_STORE_H
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,8 +26,9 @@ class StateStore {
   /// @return false when it could not be kept; the call goes on without
   bool save(const Call& call);
   bool remove(const std::string& id);
+  /// Loads what `save` kept under the call's ID.
   /// @return false when there is no such call, or none that can be used
-  bool load(const std::string& id, Call& call);
+  bool load(Call& call);
 
  private:
   struct Free {
@@ -38,7 +40,7 @@ class StateStore {
 
   std::string host_;
   int port_ = 0;
-  Clock::time_point nextAttempt_{};
+  std::chrono::steady_clock::time_point nextAttempt_{};
   std::unique_ptr<redisContext, Free> context_;
 };
 

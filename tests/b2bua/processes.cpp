@@ -10,6 +10,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -133,6 +134,20 @@ std::string freePort() {
   throw std::runtime_error("no free port");
 }
 
+// Binding it to find out would take it from the program that is about to have it.
 bool isTaken(const std::string& port) {
-  return !Probe(SOCK_DGRAM, static_cast<in_port_t>(std::stoi(port))).isBound();
+  for (const char* table : {"/proc/net/udp", "/proc/net/udp6"}) {
+    std::ifstream lines(table);
+    for (std::string line; std::getline(lines, line);) {
+      std::istringstream words(line);
+      std::string number;
+      std::string local;
+      words >> number >> local;
+      const std::size_t colon = local.rfind(':');
+      if (colon != std::string::npos &&
+          std::to_string(std::strtoul(local.c_str() + colon + 1, nullptr, 16)) == port)
+        return true;
+    }
+  }
+  return false;
 }

@@ -1,0 +1,46 @@
+#ifndef B2BUA_OPTIONS_H
+#define B2BUA_OPTIONS_H
+
+#include <string>
+#include <vector>
+
+#include <sdpNegotiator.h>
+
+namespace CLI {
+class App;
+}
+
+namespace b2bua {
+
+enum class Video { on, off, capped };
+enum class Security { asIs, plain, secure, bestEffort1, bestEffort2 };
+
+/// What is done to bodies; as it is here, nothing.
+struct Policy {
+  std::vector<unsigned char> audioCodecs;  ///< allowed, in this order; empty allows all
+  Video video = Video::on;
+  unsigned int videoBandwidth = 0;
+  eH264_profile_id videoLevel = H264_LEVEL_5_1;
+  bool removeIce = false;
+  Security security = Security::asIs;
+  eIPAddressVersion addressFamily = IP_VERSION_UNKNOWN;  ///< unknown keeps both
+  std::string connectionAddress;
+};
+
+struct Options {
+  std::string listen = "127.0.0.1:5060";
+  std::string target;
+  std::string state;    ///< "redis://HOST:PORT", or empty
+  std::string logFile;  ///< standard error when empty
+  std::size_t maxCalls = 10'000;
+  bool show = false;
+  bool trace = false;
+  Policy policy;
+};
+
+/// Adds the options to a command line; the rules of the policy stand there or, without their hyphens, in its file.
+void addOptions(CLI::App& app, Options& options);
+
+}  // namespace b2bua
+
+#endif

@@ -1,0 +1,57 @@
+#ifndef B2BUA_SIP_H
+#define B2BUA_SIP_H
+
+#include <memory>
+#include <string>
+
+namespace b2bua {
+struct Leg;
+}
+
+// What the stack hands to the callbacks of dialogs and transactions.
+#define NTA_LEG_MAGIC_T b2bua::Leg
+#define NTA_INCOMING_MAGIC_T b2bua::Leg
+#define NTA_OUTGOING_MAGIC_T b2bua::Leg
+#include <sofia-sip/nta.h>
+#include <sofia-sip/nta_tag.h>
+#include <sofia-sip/sip_header.h>
+#include <sofia-sip/sip_status.h>
+#include <sofia-sip/sip_tag.h>
+#include <sofia-sip/su_string.h>
+#include <sofia-sip/su_wait.h>
+
+namespace b2bua {
+
+/// Gives an object of the stack back to it; what is on its way in a transaction is still sent.
+struct Release {
+  void operator()(su_root_t* root) const { su_root_destroy(root); }
+  void operator()(nta_agent_t* agent) const { nta_agent_destroy(agent); }
+  void operator()(nta_leg_t* dialog) const { nta_leg_destroy(dialog); }
+  void operator()(nta_incoming_t* transaction) const { nta_incoming_destroy(transaction); }
+  void operator()(nta_outgoing_t* transaction) const { nta_outgoing_destroy(transaction); }
+  void operator()(char* text) const { su_free(nullptr, text); }
+};
+
+template <typename Object>
+using Owned = std::unique_ptr<Object, Release>;
+
+/// The value of a header, and of those of its kind behind it.
+template <typename Header>
+std::string headerText(const Header* first) {
+  std::string text;
+  for (auto* header = reinterpret_cast<const sip_header_t*>(first); header != nullptr;
+       header = header->sh_next) {
+    const Owned<char> one(sip_header_as_string(nullptr, header));
+    text += (text.empty() ? "" : ", ") + std::string(one ? one.get() : "");
+  }
+  return text;
+}
+
+inline std::string bodyOf(const sip_t& message) {
+  const sip_payload_t* const body = message.sip_payload;
+  return body == nullptr ? "" : std::string(body->pl_data, body->pl_len);
+}
+
+}  // namespace b2bua
+
+#endif

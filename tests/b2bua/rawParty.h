@@ -1,0 +1,59 @@
+#ifndef B2BUA_TEST_RAW_PARTY_H
+#define B2BUA_TEST_RAW_PARTY_H
+
+#include <string>
+
+#include "processes.h"
+
+/// What a request says of itself.
+struct RawRequest {
+  std::string method = "INVITE";
+  int call = 1;  ///< makes Call-ID, the From tag and the branch
+  int cseq = 1;  ///< of the request, and of the INVITE that an ACK or CANCEL belongs to
+  std::string toTag = "";
+  std::string body = "";
+  std::string contentType = "application/sdp";
+  std::string branch = "";  ///< of the INVITE that it belongs to; empty for one of its own
+};
+
+/// A SIP party that sends what it is told, byte for byte: sipp's scenarios behave, and name their bodies' files
+/// beforehand.
+class RawParty {
+ public:
+  RawParty();
+  ~RawParty();
+  RawParty(const RawParty&) = delete;
+  RawParty& operator=(const RawParty&) = delete;
+
+  const std::string& port() const { return port_; }
+  std::string address() const { return "127.0.0.1:" + port_; }
+
+  void send(const std::string& to, const std::string& message) const;
+  /// @param start  of the message
+  /// @param part   that is in it, too
+  /// @return the next message like that, others are dropped; empty when none came
+  std::string receive(const std::string& start, const std::string& part, milliseconds longest) const;
+
+  /// Sends a request to the engine.
+  void request(const std::string& engine, const RawRequest& asked) const;
+  /// Sends it and waits for its final response.
+  /// @return that; empty when none came
+  std::string ask(const std::string& engine, const RawRequest& asked, milliseconds longest) const;
+  /// Answers a request that came from the engine.
+  /// @param status  with its phrase, such as "200 OK"
+  std::string respond(const std::string& engine, const std::string& request, const std::string& status,
+                      const std::string& body = "") const;
+
+ private:
+  int descriptor_ = -1;
+  std::string port_;
+};
+
+/// @return 0 for what is no response
+int statusOf(const std::string& message);
+/// @return the tag in the To header, with its ";tag="; empty without one
+std::string toTagOf(const std::string& message);
+/// @return a header's line without its name; empty without one
+std::string headerOf(const std::string& message, const std::string& name);
+
+#endif

@@ -1,0 +1,193 @@
+#include "calls.h"
+#include "rawParty.h"
+
+// What the engine does with single requests: those that it answers by itself, and those that are repeated.
+
+namespace {
+
+constexpr milliseconds kLongestWait{5'000};
+
+const std::string kOffer =
+    "v=0\r\no=alice 21 4 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio 49170 RTP/AVP 0 "
+    "8\r\n";
+const std::string kHold =
+    "v=0\r\no=alice 21 5 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio 49170 RTP/AVP 0 "
+    "8\r\n"
+    "a=sendonly\r\n";
+const std::string kAnswer =
+    "v=0\r\no=bob 33 9 IN IP4 192.0.2.20\r\ns=-\r\nc=IN IP4 192.0.2.20\r\nt=0 0\r\nm=audio 30000 RTP/AVP "
+    "8\r\n";
+
+/// An engine between two parties that do what the test says.
+class Requests : public Calls {
+ protected:
+  void start(const std::vector<std::string>& options = {}) {
+    engine_ = std::make_unique<Engine>(folder_, "127.0.0.1", target_.port(), options);
+    ASSERT_FALSE(engine_->address().empty());
+  }
+
+  std::string ask(const RawRequest& asked) const {
+    return caller_.ask(engine_->address(), asked, kLongestWait);
+  }
+
+  /// Sends an INVITE and gives what the target has of it.
+  std::string invite(const RawRequest& asked) const {
+    caller_.request(engine_->address(), asked);
+    return target_.receive("INVITE ", "", kLongestWait);
+  }
+
+  /// Sets up a call of two parties.
+  /// @return the To tag of the engine, for the caller
+  std::string establish() const {
+    const std::string invited = invite({.body = kOffer});
+    target_.respond(engine_->address(), invited, "200 OK", kAnswer);
+    const std::string response = caller_.receive("SIP/2.0 200 ", "", kLongestWait);
+    const std::string tag = toTagOf(response);
+    caller_.request(engine_->address(), {.method = "ACK", .toTag = tag});
+    EXPECT_NE(target_.receive("ACK ", "", kLongestWait), "");
+    return tag;
+  }
+
+  const RawParty caller_;
+  const RawParty target_;
+  std::unique_ptr<Engine> engine_;
+};
+
+}  // namespace
+
+TEST_F(Requests, optionsAreAnsweredWithWhatIsAllowed) {
+  start();
+  const std::string response = ask({.method = "OPTIONS"});
+  EXPECT_EQ(statusOf(response), 200) << response;
+  EXPECT_EQ(headerOf(response, "Allow"), "INVITE, ACK, CANCEL, BYE, OPTIONS");
+}
+
+TEST_F(Requests, otherMethodsAreRefused) {
+  start();
+  for (const char* method : {"MESSAGE", "REFER", "NOSUCH"}) {
+    const std::string response = ask({.method = method});
+    EXPECT_EQ(statusOf(response), 405) << response;
+    EXPECT_EQ(headerOf(response, "Allow"), "INVITE, ACK, CANCEL, BYE, OPTIONS");
+  }
+}
+
+TEST_F(Requests, whatBelongsToNoDialogIsRefused) {
+  start();
+  EXPECT_EQ(statusOf(ask({.method = "BYE", .call = 1, .cseq = 2, .toTag = ";tag=nobody-c"})), 481);
+  EXPECT_EQ(statusOf(ask({.method = "BYE", .call = 2, .cseq = 2})), 481);
+  EXPECT_EQ(statusOf(ask({.call = 3, .cseq = 2, .toTag = ";tag=nobody"})), 481);
+  EXPECT_EQ(raised(engine_->stop()), Counters{});
+}
+
+TEST_F(Requests, aBodyThatIsNoSdpIsRefused) {
+  start();
+  const std::string response = ask({.body = "hello", .contentType = "text/plain"});
+  EXPECT_EQ(statusOf(response), 415) << response;
+  EXPECT_EQ(headerOf(response, "Accept"), "application/sdp");
+  EXPECT_EQ(raised(engine_->stop()), (Counters{{"calls", 1}, {"failed", 1}}));
+}
+
+TEST_F(Requests, moreCallsThanAllowedAreRefused) {
+  start({"--max-calls", "1"});
+  EXPECT_NE(invite({.call = 1, .body = kOffer}), "");
+  EXPECT_EQ(statusOf(ask({.call = 2, .body = kOffer})), 503);
+  EXPECT_EQ(raised(engine_->counters()), (Counters{{"calls", 1}, {"active", 1}}));
+}
+
+TEST_F(Requests, anInviteThatMeetsAnotherOneIsRefused) {
+  start();
+  const std::string tag = establish();
+  const std::string held = invite({.cseq = 2, .toTag = tag, .body = kHold});
+  ASSERT_NE(held, "");
+  // The target asks for something of its own instead of an answer.
+  const std::string own =
+      "INVITE " + headerOf(held, "Contact").substr(1, headerOf(held, "Contact").find('>') - 1) +
+      " SIP/2.0\r\nVia: SIP/2.0/UDP " + target_.address() +
+      ";branch=z9hG4bKown\r\nMax-Forwards: 70\r\nFrom: " + headerOf(held, "To") +
+      "\r\nTo: " + headerOf(held, "From") + "\r\nCall-ID: " + headerOf(held, "Call-ID") +
+      "\r\nCSeq: 1 INVITE\r\nContact: <sip:bob@" + target_.address() + ">\r\nContent-Length: 0\r\n\r\n";
+  target_.send(engine_->address(), own);
+  EXPECT_NE(target_.receive("SIP/2.0 491 ", "z9hG4bKown", kLongestWait), "");
+  // The first one goes on.
+  target_.respond(engine_->address(), held, "200 OK", kAnswer);
+  EXPECT_NE(caller_.receive("SIP/2.0 200 ", "CSeq: 2 INVITE", kLongestWait), "");
+}
+
+TEST_F(Requests, aRepeatedSuccessGetsItsAckAgain) {
+  start();
+  const std::string invited = invite({.body = kOffer});
+  const std::string response = target_.respond(engine_->address(), invited, "200 OK", kAnswer);
+  const std::string tag = toTagOf(caller_.receive("SIP/2.0 200 ", "", kLongestWait));
+  caller_.request(engine_->address(), {.method = "ACK", .toTag = tag});
+  const std::string acknowledged = target_.receive("ACK ", "", kLongestWait);
+  ASSERT_NE(acknowledged, "");
+  target_.send(engine_->address(), response);
+  EXPECT_EQ(target_.receive("ACK ", "", kLongestWait), acknowledged);
+}
+
+TEST_F(Requests, aSuccessIsRepeatedUntilItHasItsAck) {
+  start();
+  target_.respond(engine_->address(), invite({.body = kOffer}), "200 OK", kAnswer);
+  const std::string response = caller_.receive("SIP/2.0 200 ", "", kLongestWait);
+  ASSERT_NE(response, "");
+  EXPECT_EQ(caller_.receive("SIP/2.0 200 ", "", kLongestWait), response);
+  caller_.request(engine_->address(), {.method = "ACK", .toTag = toTagOf(response)});
+  EXPECT_NE(target_.receive("ACK ", "", kLongestWait), "");
+  EXPECT_TRUE(waitUntil([&] { return engine_->counters().at("established") == 1; }, kLongestWait));
+}
+
+// A target that rings when the caller has given up, and answers all the same.
+TEST_F(Requests, aSuccessAfterTheCancelIsEnded) {
+  start();
+  const std::string invited = invite({.body = kOffer});
+  target_.respond(engine_->address(), invited, "180 Ringing");
+  EXPECT_NE(caller_.receive("SIP/2.0 180 ", "", kLongestWait), "");
+  EXPECT_EQ(statusOf(ask({.method = "CANCEL", .branch = "INVITE1"})), 200);
+  const std::string cancelled = target_.receive("CANCEL ", "", kLongestWait);
+  ASSERT_NE(cancelled, "");
+  target_.respond(engine_->address(), invited, "200 OK", kAnswer);
+  EXPECT_NE(target_.receive("ACK ", "", kLongestWait), "");
+  const std::string ended = target_.receive("BYE ", "", kLongestWait);
+  ASSERT_NE(ended, "");
+  target_.respond(engine_->address(), ended, "200 OK");
+  EXPECT_EQ(raised(engine_->stop()), (Counters{{"calls", 1}, {"cancelled", 1}}));
+}
+
+TEST_F(Requests, bodiesAreShownBeforeAndAfterThePolicy) {
+  start({"--show", "--policy", folder_.write("policy", "audio-codecs = PCMA\n")});
+  establish();
+  const std::string output = replaced(engine_->process().output(), "\x1b", "ESC");
+  const std::size_t from = output.find("-- call ");
+  ASSERT_NE(from, std::string::npos) << output;
+  const std::string call = output.substr(from + 8, 16);
+  EXPECT_EQ(output.substr(from), "-- call " + call +
+                                     ": offer from the caller\n"
+                                     "  v=0\n"
+                                     "  o=alice 21 4 IN IP4 192.0.2.10\n"
+                                     "  s=-\n"
+                                     "  c=IN IP4 192.0.2.10\n"
+                                     "  t=0 0\n"
+                                     "- m=audio 49170 RTP/AVP 0 8\n"
+                                     "+ m=audio 49170 RTP/AVP 8\n"
+                                     "-- call " +
+                                     call +
+                                     ": answer from the target\n"
+                                     "  v=0\n"
+                                     "  o=bob 33 9 IN IP4 192.0.2.20\n"
+                                     "  s=-\n"
+                                     "  c=IN IP4 192.0.2.20\n"
+                                     "  t=0 0\n"
+                                     "  m=audio 30000 RTP/AVP 8\n");
+}
+
+TEST_F(Requests, theLibrarysOwnLinesStandInTheLogWhenAsked) {
+  start({"--trace", "--policy", folder_.write("policy", "ice = remove\n")});
+  establish();
+  EXPECT_NE(engine_->log().find("sdpParse"), std::string::npos) << engine_->log();
+}
+
+TEST_F(Requests, otherwiseTheyDoNot) {
+  start({"--policy", folder_.write("policy", "ice = remove\n")});
+  establish();
+  EXPECT_EQ(engine_->log().find("sdpParse"), std::string::npos) << engine_->log();
+}

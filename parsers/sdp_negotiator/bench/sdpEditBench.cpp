@@ -125,6 +125,9 @@ constexpr Removal kRemovals[] = {
      [](char* sdp) {
        return M::sdpRemoveAnat(sdp, static_cast<eIPAddressVersion>(2), removed, oLineEnd, false);
      }},
+    // Each line joins onto the m-line when the one in front of it has gone.
+    {"addSDESLine", "a=crypto:1 0 x\r\n",
+     [](char* sdp) { return M::addSDESLine(std::strstr(sdp, "\na=crypto")); }},
     {"sdpRemoveMlinesZeroPort", "m=audio 0 RTP/AVP 0\r\n", M::sdpRemoveMlinesZeroPort},
 };
 

@@ -26,12 +26,6 @@ Enumeration oneOf(Values& values, int first, int count) {
   return static_cast<Enumeration>(first + values.number<std::uint8_t>() % count);
 }
 
-std::string addressOf(Values& values) {
-  const char* const addresses[] = {"192.0.2.1", "2001:db8::1", "", "0.0.0.0"};
-  const std::size_t which = values.number<std::uint8_t>() % 5U;
-  return which < 4 ? std::string(addresses[which]) : values.word();
-}
-
 constexpr Edit kEdits[] = {
     // A description that was not held whole may be so behind the first run; the second writes it in the codec's form.
     {[](char* sdp, Values values) { return M::sdpRemoveCodecs(sdp, Codecs(values).list); }, 2},
@@ -122,11 +116,5 @@ void restrictObject(const std::string& text, Values values) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string input(reinterpret_cast<const char*>(data), size);
-  Values values(input);
-  const std::string text = input.substr(0, input.find('\0')).substr(0, kCapacity);
-  editAndParse(kEdits, text, values);
-  editAndParse(kEdits, filled(text, values.number<std::uint8_t>() % 64U), values);
-  restrictObject(text, values);
-  return 0;
+  return editInput(kEdits, data, size, restrictObject);
 }

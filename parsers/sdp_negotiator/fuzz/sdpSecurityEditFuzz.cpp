@@ -29,12 +29,6 @@ class Record {
   std::unique_ptr<char[]> bytes_;
 };
 
-std::string addressOf(Values& values) {
-  const char* const addresses[] = {"192.0.2.1", "2001:db8::1", "", "0.0.0.0"};
-  const std::size_t which = values.number<std::uint8_t>() % 5U;
-  return which < 4 ? std::string(addresses[which]) : values.word();
-}
-
 const char* transportOf(Values& values) {
   const char* const transports[] = {"RTP/AVP",   "RTP/SAVP", "RTP/AVPF",
                                     "RTP/SAVPF", "udptl",    "UDP/TLS/RTP/SAVPF"};
@@ -162,13 +156,9 @@ void compareAndMatch(const std::string& text, Values values) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string input(reinterpret_cast<const char*>(data), size);
-  Values values(input);
-  const std::string text = input.substr(0, input.find('\0')).substr(0, kCapacity);
-  editAndParse(kEdits, text, values);
-  editAndParse(kEdits, filled(text, values.number<std::uint8_t>() % 64U), values);
-  classify(text);
-  compareAndMatch(text, values);
-  M::isSDESonly(text.c_str());
-  return 0;
+  return editInput(kEdits, data, size, [](const std::string& text, Values values) {
+    classify(text);
+    compareAndMatch(text, values);
+    M::isSDESonly(text.c_str());
+  });
 }

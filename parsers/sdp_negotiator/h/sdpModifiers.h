@@ -39,9 +39,9 @@ class SDP_NEGOTIATOR_API sdpModifications {
                                        unsigned short& oLineEnd);
   /// The same with a session id and version of `generateOLine`.
   static unsigned short sdpModifyOLine(char* sdp, const char* ip, unsigned short& oLineEnd);
-  /// Raises the session version of the o-line by one.
+  /// Raises the session version of the o-line by one. It is the number that the field begins with, 0 without one.
   /// @return 0, also for an o-line of fewer than three fields, which stays; 1 without "o=", for an o-line without
-  ///         LF, no room, or a version that is no number, is the largest of 64 bits, or would become shorter
+  ///         LF, no room, or a version that is the largest of 64 bits, or would become shorter than its field
   static unsigned short sdpIncVersion(char* sdp);
   /// Writes a session id by the time of day: the last six digits of the seconds, one to three of the
   /// microseconds.
@@ -81,8 +81,8 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// @param lineEnd     the line's LF
   /// @param expected    must occur on the line
   /// @param newProtocol at most 14 characters of it are taken
-  /// @return 0, also when there is no field or it begins with the new transport; 1 when `expected` does not occur,
-  ///         for an argument that is null or outside the text, or no room
+  /// @return 0, also when there is no field, no blank ends it, or it begins with the new transport; 1 when `expected`
+  ///         does not occur, for an argument that is null or outside the text, or no room
   static unsigned short sdpReplaceMLineTransportProtocol(char* mLine, char* lineEnd, const char* expected,
                                                          const char* newProtocol);
   /// @}
@@ -262,8 +262,8 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// not traced.
   static void sdpApplyAnatAttributes(char* sdp);
   /// Removes the ANAT group lines and all media sections with a c-line of one IP version, and the session's c-line
-  /// when it is of that version. A section that has no code - another medium, or behind the 25th m-line - goes without
-  /// a record, but leaves its 128 for the next one; with 25 codes the removal ends.
+  /// when it is of that version. A section without a code goes too: one of another medium leaves its 128 for the next
+  /// one, one behind the 25th m-line leaves nothing. With 25 codes the removal ends.
   /// @param ipVersion   2 for IPv4, any other value for IPv6
   /// @param removed     25 zeros, receives the record; or null
   /// @param oLineEnd    receives the offset behind the o-line when that is rebuilt
@@ -490,10 +490,10 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// @param modifyOLine gives the answer a new session id and version (`sdpModifyOLine`) when a format went or the new
   ///                    offer has video
   /// @return 0, also when there was nothing to do; 1 with a trace for a text that is no SDP body, offers with different
-  ///         session addresses or audio ports, several active audio m-lines in the new offer or the answer, an answer
-  ///         with an active RTP/SAVP m-line, one whose first known audio codec the new offer has not, one that its
-  ///         description does not hold whole and that would lose a format, an offered video m-line without format that
-  ///         would be added, an o-line that cannot be rebuilt, no room or memory
+  ///         session addresses or audio ports (by their first five characters), several active audio m-lines in the new
+  ///         offer or the answer, an answer with an active RTP/SAVP m-line, one whose first known audio codec the new
+  ///         offer has not, one that its description does not hold whole and that would lose a format, an offered video
+  ///         m-line without format that would be added, an o-line that cannot be rebuilt, no room or memory
   static unsigned short sdpUpdateSdp(char* sdpAnswer, char* oldSdpOffer, char* newSdpOffer, int& length,
                                      unsigned short& oLineEnd, bool modifyOLine);
   /// @}

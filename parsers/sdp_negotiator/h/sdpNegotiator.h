@@ -305,8 +305,8 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @name Origin line (sdpNegotiator/originLine.cpp)
   ///
   /// The requests store the text and leave the summary but for the o-line's end. Their result is the first
-  /// status that is not 0: 1 for an empty object, the edit's own, that of storing. With status 2 of storing the
-  /// stored text is destroyed, and the object is to be parsed anew.
+  /// status that is not 0: 1 for an empty object, the edit's own, that of storing. With status 1 of storing the
+  /// object stays as it was; with 2 the stored text is destroyed, and the object is to be parsed anew.
   /// @{
 
   /// @param line   receives a new array with the o-line without its end, to be released with array delete; an

@@ -3,6 +3,11 @@
 
 #include "sdpNegotiatorExport.h"
 
+namespace sdpneg {
+/// For the library's own loops; not exported.
+bool isTracing();
+}  // namespace sdpneg
+
 /// The prefixes of trace lines, NUL-padded: "SDP_NEGOTIATOR_DEBUG:", "SDP_NEGOTIATOR_INFO:",
 /// "SDP_NEGOTIATOR_ERROR:" and "SDP_NEGOTIATOR_DETAIL:".
 extern SDP_NEGOTIATOR_API const char SDP_NEGOTIATOR_RTT_STR[4][25];
@@ -44,6 +49,8 @@ class SDP_NEGOTIATOR_API cNegotTraceManager {
       __attribute__((format(printf, 3, 4)));
 
  private:
+  friend bool sdpneg::isTracing();
+
   /// The facility's handle of the component; -1 while it is not registered, 0 before the constructor.
   int handle;
 };

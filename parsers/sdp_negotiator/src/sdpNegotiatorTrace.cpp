@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "kvRtt.h"
+#include "traceSwitch.h"
 
 const char SDP_NEGOTIATOR_RTT_STR[4][25] = {
     "SDP_NEGOTIATOR_DEBUG:",
@@ -62,8 +63,24 @@ void composeFormat(char (&line)[lineSize], std::string_view prefix, const char* 
   line[length] = '\0';
 }
 
+/// Never inlined, so that its buffers take no stack while tracing is off.
+[[gnu::noinline]] int writeLine(int handle, int flag, int level, const char* format, va_list arguments) {
+  // Neither is cleared: each is written up to its NUL, and every line would pay for the rest.
+  char line[lineSize];
+  char result[lineSize];
+  const char* prefix = prefixOf(flag);
+  composeFormat(line, prefix, format);
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+  const int length = std::vsnprintf(result, sizeof result, line, arguments);
+#pragma GCC diagnostic pop
+  return pvxTraceRtt(handle, flag, lineType, level, length < 0 ? prefix : result);
+}
+
 }  // namespace
 }  // namespace sdpneg
+
+bool sdpneg::isTracing() { return KvRttTstFlag(negotTrcManager.handle, infoFlag) != 0; }
 
 cNegotTraceManager::cNegotTraceManager() : handle(-1) {
   using sdpneg::component;
@@ -83,20 +100,11 @@ cNegotTraceManager::cNegotTraceManager() : handle(-1) {
 cNegotTraceManager::~cNegotTraceManager() = default;
 
 int cNegotTraceManager::writeTraceMsg(int flag, int level, const char* format, ...) {
-  if (KvRttTstFlag(negotTrcManager.handle, sdpneg::infoFlag) == 0) return 0;
-
-  // Neither is cleared: each is written up to its NUL, and every line would pay for the rest.
-  char line[sdpneg::lineSize];
-  char result[sdpneg::lineSize];
-  const char* prefix = sdpneg::prefixOf(flag);
-  sdpneg::composeFormat(line, prefix, format);
+  if (!sdpneg::isTracing()) return 0;
 
   va_list arguments;
   va_start(arguments, format);
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"
-  const int length = std::vsnprintf(result, sizeof result, line, arguments);
-#pragma GCC diagnostic pop
+  const int result = sdpneg::writeLine(negotTrcManager.handle, flag, level, format, arguments);
   va_end(arguments);
-  return pvxTraceRtt(negotTrcManager.handle, flag, sdpneg::lineType, level, length < 0 ? prefix : result);
+  return result;
 }

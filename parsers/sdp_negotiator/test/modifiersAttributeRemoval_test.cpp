@@ -83,6 +83,14 @@ TEST(RemoveSecureAttributes, TakesAnyText) {
                 session + audio + crypto, {enteringSecure, removedTrace("a=key-mgmt:")});
 }
 
+// The first LF from the match on ends what goes, also one that the text holds itself. Joined texts that match go too.
+TEST(RemoveSecureAttributes, EndsALineAtAnLfOfTheTextItself) {
+  const std::string text = "\r\na=";
+  expectRemoval("v=0\r\na=\r\n\r\na=setup:active\r\n",
+                [&](char* sdp) { return M::sdpRemoveSecureAttributes(sdp, text.c_str()); },
+                "v=0a=a=setup:active\r\n", {enteringSecure, removedTrace(text)});
+}
+
 TEST(RemoveSecureAttributes, WithoutATextToLookForFindsNone) {
   for (const char* const prefix : {"", static_cast<const char*>(nullptr)}) {
     TraceCapture trace;

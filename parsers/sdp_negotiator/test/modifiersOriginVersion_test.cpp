@@ -245,7 +245,13 @@ INSTANTIATE_TEST_SUITE_P(
         Raise{"threeFields", bodyWith("o=- 5 9"), bodyWith("o=- 5 10")},
         Raise{"threeFieldsWithBareLf", "o=- 5 9\ns=-\n", "o=- 5 10\ns=-\n"},
         Raise{"doubledBlanksAreOne", bodyWith("o=-   5  9 IN"), bodyWith("o=-   5  10 IN")},
-        Raise{"crSeparatesToo", "o=- 5\r9\rIN\ns=-\n", "o=- 5\r10\rIN\ns=-\n"},
+        Raise{"crIsNoSeparator", bodyWith("o=a\rb 5 9 IN"), bodyWith("o=a\rb 5 10 IN")},
+        Raise{"aLetterCountsAsZero", bodyWith("o=- 5 a IN"), bodyWith("o=- 5 1 IN")},
+        Raise{"whatFollowsTheDigitsIsOverwritten", bodyWith("o=- 5 9x IN"), bodyWith("o=- 5 10 IN")},
+        Raise{"aLoneSignCountsAsZero", bodyWith("o=- 5 - IN"), bodyWith("o=- 5 1 IN")},
+        Raise{"belowTheLeastOf64BitsIsThat", bodyWith("o=- 5 -9223372036854775809 IN"),
+              bodyWith("o=- 5 -9223372036854775807 IN")},
+        Raise{"aSignCounts", bodyWith("o=- 5 -3 IN"), bodyWith("o=- 5 -2 IN")},
         Raise{"blankBehindThePrefix", bodyWith("o= 5 9 IN"), bodyWith("o= 5 10 IN")},
         Raise{"blanksInFrontOfTheOLineDoNotCount", "v=0 x y\r\no=- 5 9 IN\r\n", "v=0 x y\r\no=- 5 10 IN\r\n"},
         Raise{"anOLineInsideAValue", "i=(o=IN IP4 9 )\r\no=- 5 7 IN\r\n",
@@ -254,7 +260,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& tested) { return tested.param.name; });
 
 TEST(IncVersion, AnOLineOfFewerThanThreeFieldsStaysAsItIs) {
-  for (const char* line : {"o=", "o=-", "o=- 5", "o=- 5 ", "o=-\t5\t9"}) {
+  for (const char* line : {"o=", "o=-", "o=- 5", "o=- 5 ", "o=-\t5\t9", "o=-\r5\r9"}) {
     expectUntouched(bodyWith(line), sdpModifications::sdpIncVersion, 0);
   }
 }
@@ -298,14 +304,12 @@ INSTANTIATE_TEST_SUITE_P(
                     Refusal{"unterminatedWithCr", "v=0\r\no=- 5 9 IN\r", kBadEnd},
                     Refusal{"word", bodyWith("o=- 5 abc IN"), kPastLongest},
                     Refusal{"numberThenWord", bodyWith("o=- 5 12a IN"), kPastLongest},
-                    Refusal{"minusOnly", bodyWith("o=- 5 - IN"), kPastLongest},
                     Refusal{"plusSign", bodyWith("o=- 5 +5 IN"), kPastLongest},
                     Refusal{"tabIsNoSeparator", bodyWith("o=- 5 9\t9 IN"), kPastLongest},
                     Refusal{"bytesAbove127", bodyWith("o=- 5 \xB2\xB3 IN"), kPastLongest},
                     Refusal{"wouldLoseItsZeros", bodyWith("o=- 5 007 IN"), kPastLongest},
                     Refusal{"wouldLoseItsSign", bodyWith("o=- 5 -1 IN"), kPastLongest},
                     Refusal{"wouldLoseADigit", bodyWith("o=- 5 -10 IN"), kPastLongest},
-                    Refusal{"justBelow64Bits", bodyWith("o=- 5 -9223372036854775809 IN"), kPastLongest},
                     Refusal{"justAbove64Bits", bodyWith("o=- 5 9223372036854775808 IN"), kPastLongest},
                     Refusal{"noRoomForTheCarry", filledTo(kLongestBody, bodyWith("o=- 5 9 IN")), kNoRoom},
                     Refusal{"noNul", withoutNul("o=- 5 9 IN\r\n"), kNoNul}),
@@ -375,7 +379,7 @@ INSTANTIATE_TEST_SUITE_P(
         Hostile{"overlongAddress", "o=- 5 9 IN IP4 " + kLongField, "o=- 5 8 IN IP4 " + kLongField,
                 "o=- 5 10 IN IP4 " + kLongField},
         Hostile{"conversions", "o=%s%n 5 9 IN IP4 %s%n", "o=%s%n 5 8 IN IP4 %s%n", "o=%s%n 5 10 IN IP4 %s%n"},
-        Hostile{"crInTheVersion", "o=- 5 9\r9 IN", "o=- 5 8 IN", "o=- 5 10\r9 IN"}),
+        Hostile{"crInTheVersion", "o=- 5 9\r9 IN", "o=- 5 8 IN", ""}),
     [](const auto& tested) { return tested.param.name; });
 
 }  // namespace

@@ -167,6 +167,23 @@ TEST(SdesLine, TheFirstUsableOneGetsAKeyAndTheOthersGo) {
   for (const SdesCase& each : cases) expectSdes(each);
 }
 
+// What stands behind an attribute on the m-line is the m-line's then, a port too.
+TEST(SdesLine, OnesThatStandOnTheMLineJoinTheNextLineToIt) {
+  const std::string zero = "a=crypto:1 0 x\r\n";  // a port where it stands in the first word
+  const std::string kept = usable + "inline:<KEY>\r\n";
+  const SdesCase cases[] = {
+      {"behind port 0", "m=audio 0 " + zero + zero + "RTP/SAVP 0\r\n" + zero, "m=audio 0 RTP/SAVP 0\r\n"},
+      {"in the first word", "m=" + zero + zero + "audio 5004 RTP/SAVP 0\r\n" + usable + "inline:a\r\n",
+       "m=audio 5004 RTP/SAVP 0\r\n" + kept},
+      {"from the first word on", zero + zero + "m=audio 5004 RTP/SAVP 0\r\n" + usable + "inline:a\r\n",
+       "m=audio 5004 RTP/SAVP 0\r\n" + kept},
+      {"with port 0 in the end", "m=" + zero + "audio 0 RTP/SAVP 0\r\n" + usable + "inline:a\r\n",
+       "m=audio 0 RTP/SAVP 0\r\n"},
+      {"without port in the end", "m=" + zero + zero + "audio\r\n" + zero, "m=audio\r\n" + zero, 1},
+  };
+  for (const SdesCase& each : cases) expectSdes(each);
+}
+
 TEST(SdesLine, SuitesAreOrderedNotCompared) {
   const char* const kept[] = {"AES_CM_128_HMAC_SHA1",
                               "AES_CM_128_HMAC_SHA1_80",
@@ -354,6 +371,7 @@ TEST(SdesLine, GivesWhatEachStepByItselfGives) {
   const std::vector<std::string> pieces = {
       "a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:a\r\n",
       "a=crypto:1 AEAD_AES_128_GCM inline:abcdefghijklmnop\r\n",
+      "a=crypto:1 0 x\n",
       "a=crypto:",
       "a=crypto:1 ",
       "F8 ",
@@ -371,8 +389,13 @@ TEST(SdesLine, GivesWhatEachStepByItselfGives) {
   };
   std::mt19937 random(20);
   const auto below = [&](std::size_t n) { return random() % n; };
-  const std::string starts[] = {"\nm=audio 5004 RTP/SAVP 0\r\n", "\nm=audio 5004 RTP/SAVP 0 ", "\nm=", "\n",
-                                "\nm=audio 0 RTP/SAVP 0\r\n"};
+  const std::string starts[] = {"\nm=audio 5004 RTP/SAVP 0\r\n",
+                                "\nm=audio 5004 RTP/SAVP 0 ",
+                                "\nm=",
+                                "\n",
+                                "\nm=audio 0 RTP/SAVP 0\r\n",
+                                "\na=crypto:1 0 x\n",
+                                "a=crypto:1 0 x\n"};
   for (int round = 0; round < 4000; ++round) {
     std::string text = starts[below(std::size(starts))];
     for (std::size_t n = below(9); n != 0; --n) text += pieces[below(pieces.size())];

@@ -6,11 +6,12 @@
 
 #include <malloc.h>
 
+#include <cstdint>
 #include <thread>
 
 namespace {
 thread_local std::size_t allocations = 0;
-thread_local bool memoryIsOut = false;
+thread_local std::size_t smallestRefused = SIZE_MAX;
 }  // namespace
 
 // NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c)
@@ -18,15 +19,15 @@ extern "C" void* __libc_malloc(std::size_t size);
 
 extern "C" void* malloc(std::size_t size) {
   ++allocations;
-  return memoryIsOut ? nullptr : __libc_malloc(size);
+  return size >= smallestRefused ? nullptr : __libc_malloc(size);
 }
 
 namespace {
 
-/// Memory is out for as long as it lives.
+/// Memory is out, for allocations of a size or more, for as long as it lives.
 struct MemoryIsOut {
-  MemoryIsOut() { memoryIsOut = true; }
-  ~MemoryIsOut() { memoryIsOut = false; }
+  explicit MemoryIsOut(std::size_t size = 0) { smallestRefused = size; }
+  ~MemoryIsOut() { smallestRefused = SIZE_MAX; }
 };
 
 /// On a thread that has no streams yet.
@@ -69,6 +70,43 @@ TEST(Memory, ExpandingWithoutMemoryFails) {
     EXPECT_EQ(size, 0U);
     EXPECT_EQ(textOf(object), text);
   });
+}
+
+/// A request that makes the o-line longer.
+using OriginLineRequest = unsigned short (*)(cSdpNegotiator& object, const cSdpNegotiator& other);
+
+constexpr OriginLineRequest originLineRequests[] = {
+    [](cSdpNegotiator& object, const cSdpNegotiator& other) { return object.copyOLine(&other); },
+    [](cSdpNegotiator& object, const cSdpNegotiator&) { return object.sdpSetVersionNumber(1000000); },
+    [](cSdpNegotiator& object, const cSdpNegotiator&) { return object.sdpSetVersionNumberLong(1000000); },
+    [](cSdpNegotiator& object, const cSdpNegotiator&) { return object.sdpModifyOLine("1000000", "1000000"); },
+    [](cSdpNegotiator& object, const cSdpNegotiator&) {
+      return object.sdpModifyOLine("1000000", "1000000", "192.0.2.1");
+    },
+    [](cSdpNegotiator& object, const cSdpNegotiator&) { return object.sdpModifyOLine(); },
+};
+
+// The longest text that is not deflated has to be when its o-line grows.
+TEST(Memory, ANewOriginLineWithoutMemoryForTheTextChangesNothing) {
+  const cSdpNegotiator before = parsedObject(paddedTo(2559));
+  std::string longer = audioBody();
+  longer.insert(longer.find(" 1 1 ") + 1, "1000000");
+  const cSdpNegotiator other = parsedObject(longer);
+  constexpr std::size_t ofAStream = 4096;  // an o-line is handed over in less
+  for (const OriginLineRequest request : originLineRequests) {
+    onFreshThread([&] {
+      cSdpNegotiator object = before;
+      unsigned short status = 0;
+      {
+        const MemoryIsOut out(ofAStream);
+        status = request(object, other);
+      }
+      EXPECT_EQ(status, 1);
+      EXPECT_TRUE(sameBytes(object, before));
+      EXPECT_EQ(request(object, other), 0);  // as soon as there is memory again
+      EXPECT_GT(object.getParsedData().oLineEnd, before.getParsedData().oLineEnd);
+    });
+  }
 }
 
 TEST(Memory, ParsingWithoutMemoryForTheTextLeavesTheObjectEmpty) {

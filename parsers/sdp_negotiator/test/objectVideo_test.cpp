@@ -152,6 +152,21 @@ TEST(AddVideoDescriptions, FillTheBufferAndNoMore) {
   }
 }
 
+// A given section takes the place of the one in front of it, so a long one need not fit when it does not stay.
+TEST(AddVideoDescriptions, FitWhenTheLastOfThemFits) {
+  const std::string start = audioBody();
+  for (const std::size_t length : {kLongestBody, std::size_t{50000}}) {
+    SCOPED_TRACE(length);
+    const std::string sections = h261 + std::string(length, 'x') + h264;
+    cSdpNegotiator object = parsedObject(start + video);
+    TraceCapture trace;
+    add(object, sections);
+    EXPECT_EQ(textOf(object), start + h264);
+    ASSERT_EQ(trace.lines().size(), 3U);
+    EXPECT_EQ(trace.lines().back(), updated(start + h264));
+  }
+}
+
 TEST(AddVideoDescriptions, LeaveTheObjectAsItIsWhenTheTextCannotBeStored) {
   cSdpNegotiator object = parsedObject(audioBody());
   const cSdpNegotiator before = object;

@@ -170,6 +170,7 @@ INSTANTIATE_TEST_SUITE_P(
         Removal{"insideALine", "i=say a=x loud\r\ns=-\r\n", {"a=x"}, "i=say s=-\r\n"},
         Removal{"overASeam", "a=a=x\n:1\nt=0\n", {"a=x:"}, "a=a=x\n:1\nt=0\n"},
         Removal{"newMatchAtASeam", "pa=a=x:1\nx:2\nend\n", {"a=x:"}, "pend\n"},
+        Removal{"anLfOfThePrefixEndsTheLine", "a\r\na=\r\n\r\na=b\r\n", {"\r\na="}, "aa=a=b\r\n"},
         Removal{"seamTwice", "a=xa=xa=x:\n:\n:\nrest\n", {"a=x:"}, "rest\n"},
         Removal{"unterminatedStops", "a=x:1\nv\na=x:2", {"a=x:"}, "v\na=x:2"},
         Removal{"firstPrefixFirst", "bb1\naa1\nbb2\naa2\n", {"aa", "bb"}, ""},
@@ -180,7 +181,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(LineRemoval, AgreesWithRemovingOneByOneOnRandomTexts) {
   std::mt19937 random(7);
   const std::vector<std::vector<std::string_view>> lists = {
-      {"ab"}, {"aba"}, {"ab", "ba"}, {"aab", "b"}, {"abab", "aa", "bb"}};
+      {"ab"}, {"aba"}, {"ab", "ba"}, {"aab", "b"}, {"abab", "aa", "bb"}, {"\na"}, {"a\nb"}, {"\n\n", "ab"}};
   for (int round = 0; round < 20000; ++round) {
     const auto& prefixes = lists[random() % lists.size()];
     std::string before(random() % 40, ' ');

@@ -121,10 +121,10 @@ int Registry::switchFlag(std::string_view component, std::string_view name, bool
 }
 
 bool Registry::isOn(int handle, int flag) const {
-  if (handle < 1 || handle > kvRttMaxComponents || !isSingleBit(flag)) return false;
+  if (handle < 1 || handle > kvRttMaxComponents) return false;
   const Component& component = components_[static_cast<std::size_t>(handle) - 1];
   const auto on = component.switchedOn.load(std::memory_order_relaxed);
-  return (on & static_cast<unsigned>(flag)) != 0;
+  return (on & static_cast<unsigned>(flag)) != 0 && isSingleBit(flag);
 }
 
 const char* Registry::componentName(int handle) const {

@@ -113,6 +113,8 @@ struct Use {
   const Request* request;
   std::size_t traceOff = 0;
   std::size_t traceOn = 0;
+
+  std::size_t most() const { return std::max(traceOff, traceOn); }
 };
 
 Use measureOverBodies(const Request& request, Workspace& workspace, unsigned char* stack) {
@@ -166,14 +168,14 @@ bool report(const char* title, const std::vector<Request>& requests, bool all, W
   for (auto use = uses.begin(); use != uses.end();) {
     const std::string_view topic = use->request->topic;
     const auto end = std::find_if(use, uses.end(), [&](const Use& u) { return topic != u.request->topic; });
-    const auto less = [](const Use& a, const Use& b) { return a.traceOff < b.traceOff; };
+    const auto less = [](const Use& a, const Use& b) { return a.most() < b.most(); };
     for (auto shown = all ? use : std::max_element(use, end, less); shown != end; ++shown) {
       std::printf("| %s | `%s` | %.1f | %.1f |\n", shown->request->topic, shown->request->name,
                   kilobytes(shown->traceOff), kilobytes(shown->traceOn));
       if (!all) break;
     }
     for (; use != end; ++use) {
-      if (std::max(use->traceOff, use->traceOn) + kMargin <= promised(*use->request)) continue;
+      if (use->most() + kMargin <= promised(*use->request)) continue;
       std::printf("%s takes more than promised\n", use->request->name);
       kept = false;
     }

@@ -25,6 +25,9 @@ using namespace sdpneg;
 /// Formats of an m-line that is rebuilt.
 constexpr int kFormatLimit = 20;
 
+/// Characters of a port that are compared.
+constexpr std::size_t kPortLength = 5;
+
 /// Codec values, without SDP_NO_CODEC.
 using CodecSet = std::bitset<256>;
 /// Formats of an m-line by their index.
@@ -60,10 +63,14 @@ bool haveDifferentAddresses(const sDescription& a, const sDescription& b) {
   return first != nullptr && second != nullptr && !equalNoCase(first, second);
 }
 
+std::string_view comparedPort(const mDescription& media) {
+  return std::string_view(sdp_MgetPort(&media.mLine)).substr(0, kPortLength);
+}
+
 /// The port of the first active audio m-line; empty when there is none.
 std::string_view firstAudioPort(const sDescription& offer) {
   for (const mDescription& media : mediaOf(offer)) {
-    if (isActiveAudio(media)) return sdp_MgetPort(&media.mLine);
+    if (isActiveAudio(media)) return comparedPort(media);
   }
   return {};
 }
@@ -82,7 +89,7 @@ Offer lookAtOffer(const sDescription& description) {
     if (media.mLine.mediaType == MEDIA_VIDEO && offer.video == nullptr) offer.video = &media.mLine;
     if (!isActiveAudio(media)) continue;
     ++offer.activeAudio;
-    offer.port = sdp_MgetPort(&media.mLine);
+    offer.port = comparedPort(media);
     for (int i = 0; i < sdp_MgetNoOfFormats(&media.mLine); ++i) offer.codecs.set(codecOf(media, i));
   }
   offer.codecs.reset(SDP_NO_CODEC);
@@ -166,8 +173,7 @@ unsigned short rebuild(char* result, sDescription& answer, mDescription& audio, 
   dropAttributes(audio, dropped);
   dropFormats(audio.mLine, dropped);
   SdpText text(result);
-  if (replaceByEncoded(text, answer) == Edit::done) return 0;
-  return refuse("sdpUpdateSdp(): The new sdpAnswer does not fit the SDP buffer. Exiting.");
+  return replaceByEncoded(text, answer, "sdpUpdateSdp", "new sdpAnswer") ? 0 : 1;
 }
 
 /// Adds a rejected video m-line.

@@ -202,11 +202,20 @@ void orderCodecs(AudioSection section, std::span<const unsigned char> order, int
       lines, [&](std::string_view line) { return isAttribute(line) && !formatValue(line); }, addAttribute);
 }
 
-/// Puts an edited text in the place of the old one; in the codec's form when it and the old one are complete.
-Edit keepEdited(SdpText& text, const Composed& edited, sDescription& description) {
-  if (edited.cut()) return Edit::noRoom;
-  if (!sdp_isComplete(&description)) return text.replace({0, text.size()}, edited.view());
-  return decodeText(description, edited.text()) == 0 ? replaceByEncoded(text, description) : Edit::noRoom;
+/// Puts an edited text in the place of the old one, in the codec's form when it and the old one are complete; or
+/// traces why the old one stays.
+bool keepEdited(SdpText& text, const Composed& edited, sDescription& description, const char* operation) {
+  constexpr const char* kWhat = "edited SDP";
+  if (!edited.cut() && sdp_isComplete(&description)) {
+    if (decodeText(description, edited.text()) == 0)
+      return replaceByEncoded(text, description, operation, kWhat);
+    cNegotTraceManager::writeTraceMsg(4, 3, "%s(): The codec cannot decode the edited SDP. Exiting.",
+                                      operation);
+    return false;
+  }
+  if (!edited.cut() && text.replace({0, text.size()}, edited.view()) == Edit::done) return true;
+  traceNoRoom(operation, kWhat);
+  return false;
 }
 
 /// @param edit takes an audio section, the attribute lines that it may have, and where to write it
@@ -228,11 +237,7 @@ unsigned short editAudioSections(char* sdp, const char* operation, const char* d
         edited.add(section);
       }
     }
-    if (keepEdited(text, edited, description) != Edit::done) {
-      cNegotTraceManager::writeTraceMsg(4, 3, "%s(): The edited SDP does not fit the SDP buffer. Exiting.",
-                                        operation);
-      return 1;
-    }
+    if (!keepEdited(text, edited, description, operation)) return 1;
     cNegotTraceManager::writeTraceMsg(8, 4, "%s", done);
     return 0;
   });

@@ -141,11 +141,7 @@ unsigned short removeDualStackIce(SdpText& text, sDescription& description) {
   }
   const std::optional<bool> removed = filterAllCandidates(description);
   if (!removed) return 1;
-  if (replaceByEncoded(text, description) != Edit::done) {
-    cNegotTraceManager::writeTraceMsg(
-        4, 3, "sdpRemoveDualStackIce(): The encoded SDP does not fit the SDP buffer. Exiting.");
-    return 1;
-  }
+  if (!replaceByEncoded(text, description, "sdpRemoveDualStackIce", "encoded SDP")) return 1;
   if (!*removed) return 1;
   cNegotTraceManager::writeTraceMsg(2, 2, "Dual stack ice candidates have been removed from the SDP");
   return 0;

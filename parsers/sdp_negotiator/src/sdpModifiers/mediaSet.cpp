@@ -151,9 +151,7 @@ unsigned short correct(SdpText& text, sDescription& oldBody, sDescription& newBo
   } else {
     addMissing(oldBody, newBody, matchTransport);
   }
-  if (replaceByEncoded(text, newBody) != Edit::done)
-    return refuse("The new SDP does not fit the SDP buffer.");
-  return 0;
+  return replaceByEncoded(text, newBody, "correctMLines", "new SDP") ? 0 : 1;
 }
 
 }  // namespace

@@ -3,12 +3,10 @@
 #include <sys/time.h>
 
 #include <algorithm>
-#include <charconv>
 #include <concepts>
 #include <cstring>
 #include <limits>
 #include <optional>
-#include <system_error>
 
 #include "cMsgIPAddress.h"
 #include "sdpModifiers.h"
@@ -16,6 +14,7 @@
 #include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
+#include "text/search.h"
 
 namespace sdpneg {
 
@@ -118,23 +117,19 @@ unsigned short rebuildOriginLine(SdpText& text, Span old, std::string_view id, s
   return 0;
 }
 
-/// The third word of a line.
+/// The third word of a line's content. Spaces alone separate words, as where a version is replaced.
 std::string_view thirdWord(std::string_view line) {
-  Words words(line, " \r\n");
+  Words words(line, " ");
   words.next();
   words.next();
   return words.next();
 }
 
-/// What follows a version; nothing when it is no number, or when its successor is shorter or none that 64
-/// bits hold.
+/// What follows a version, which is the number that the field begins with, 0 without one; nothing when it is shorter than
+/// the field or none that 64 bits hold.
 std::optional<FixedText<24>> successor(std::string_view version) {
-  long long number = 0;
-  const char* const end = version.data() + version.size();
-  const std::from_chars_result read = std::from_chars(version.data(), end, number);
-  if (read.ec != std::errc() || read.ptr != end || number == std::numeric_limits<long long>::max()) {
-    return std::nullopt;
-  }
+  const auto number = numberOrZero<long long>(version);
+  if (number == std::numeric_limits<long long>::max()) return std::nullopt;
   const FixedText<24> next = FixedText<24>().add(number + 1);
   if (next.size() != version.size() && next.size() != version.size() + 1) return std::nullopt;
   return next;

@@ -5,6 +5,7 @@
 #include "sdpModifiers.h"
 #include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
+#include "traceSwitch.h"
 
 namespace sdpneg {
 
@@ -70,6 +71,8 @@ std::optional<MediaSection> findSection(std::string_view text, std::size_t from)
 
 std::optional<unsigned char> removedCode(std::string_view mLine, std::size_t position, std::size_t mediaCount,
                                          const char* operation) {
+  // Behind the last position that has codes, only the trace needs the name.
+  if (position > kRange && !isTracing()) return std::nullopt;
   for (std::size_t i = 0; i < mediaCount && i < allRecordedMedia; ++i) {
     if (!contains(mLine, kMedia[i])) continue;
     if (position <= kRange) return static_cast<unsigned char>(position + i * kRange);

@@ -111,17 +111,15 @@ struct SdesSection {
   std::size_t end;
 };
 
-/// One pass of removals through a section's crypto attributes. It ends at one that gets a key, and behind one
-/// that stood on the m-line itself, which has changed then and may have another port.
+/// One pass of removals through a section's crypto attributes. It ends at one that gets a key.
 class CryptoPass {
  public:
   CryptoPass(const SdesSection& section, std::size_t from, bool keyed)
-      : section_(section), from_(from), keyed_(keyed) {}
+      : sectionEnd_(section.end), from_(from), keyed_(keyed), mLine_(section.mLine) {}
 
   std::optional<Span> next(std::string_view text, std::size_t rest) {
-    if (resumeAt_ != npos) return std::nullopt;
     const std::size_t at = findAnywhere(text, kCrypto, std::max(rest, from_));
-    if (at == npos || at - erased_ >= section_.end) return std::nullopt;
+    if (at == npos || at - erased_ >= sectionEnd_) return std::nullopt;
     const std::optional<CryptoLine> crypto = cryptoLineAt(text, at);
     status_ = crypto ? readPort(text) : 1;
     if (status_ != 0) return std::nullopt;
@@ -135,14 +133,14 @@ class CryptoPass {
   unsigned short status() const { return status_; }
   /// Where the attribute stands that gets the key, once the pass is done.
   std::size_t keyAt() const { return keyAt_; }
-  /// Where another pass has to begin.
-  std::size_t resumeAt() const { return resumeAt_; }
 
  private:
   unsigned short readPort(std::string_view text) {
-    if (mLineEnd_ != npos) return 0;
-    mLineEnd_ = lineAt(text, section_.mLine + 1).lf;
-    return sdpParserMessage::getMediaLinePort(text.data() + section_.mLine, port_);
+    if (firstWordEnd_ != npos) return 0;
+    firstWordEnd_ = static_cast<std::size_t>(
+        std::find_if(text.begin() + static_cast<std::ptrdiff_t>(mLine_ + 1), text.end(), isSpace) -
+        text.begin());
+    return sdpParserMessage::getMediaLinePort(text.data() + mLine_, port_);
   }
 
   Span remove(const CryptoLine& crypto) {
@@ -150,18 +148,25 @@ class CryptoPass {
                                       static_cast<int>(crypto.tag.size()), crypto.tag.data(),
                                       static_cast<int>(crypto.suite.size()), crypto.suite.data());
     const Span gone{crypto.line.begin, crypto.line.next()};
-    if (gone.begin < mLineEnd_) resumeAt_ = gone.begin;
+    if (gone.begin < firstWordEnd_) continueFirstWordAt(gone);
     erased_ += gone.end - gone.begin;
     return gone;
   }
 
-  SdesSection section_;
+  /// An attribute that stood in the m-line's first word took the port with it; the word goes on behind the attribute,
+  /// and another port follows. Of what is kept of the word, the port's reader needs one character, whichever it is.
+  void continueFirstWordAt(const Span& gone) {
+    mLine_ = gone.end + mLine_ - std::min(gone.begin, mLine_ + 1);
+    firstWordEnd_ = npos;
+  }
+
+  std::size_t sectionEnd_;
   std::size_t from_;
   bool keyed_;
+  std::size_t mLine_;                ///< where the port is read
+  std::size_t firstWordEnd_ = npos;  ///< of the m-line, once the port was read
   std::size_t erased_ = 0;
-  std::size_t mLineEnd_ = npos;
   std::size_t keyAt_ = npos;
-  std::size_t resumeAt_ = npos;
   unsigned short port_ = 0;
   unsigned short status_ = 0;
 };
@@ -181,10 +186,6 @@ unsigned short addSdesLine(SdpText& text, std::size_t mediaStart) {
   while (true) {
     CryptoPass pass(section, from, keyed);
     text.eraseEach([&](std::string_view view, std::size_t rest) { return pass.next(view, rest); });
-    if (pass.resumeAt() != npos) {
-      from = pass.resumeAt();
-      continue;
-    }
     if (pass.keyAt() == npos) return pass.status();
     const std::optional<CryptoLine> crypto = cryptoLineAt(text.view(), pass.keyAt());
     if (!crypto || putKey(text, *crypto) != Edit::done) {

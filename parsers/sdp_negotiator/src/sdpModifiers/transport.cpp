@@ -17,10 +17,11 @@ std::size_t transportStart(std::string_view text, const Line& mLine) {
 
 namespace {
 
-/// The third field of a line, before the next blank or CR.
+/// The third field of a line, before the next blank. Without one it runs to the line's end, in front of which a CR is
+/// no blank, and is none to be set.
 std::optional<Span> thirdField(std::string_view text, const Line& line) {
   const std::size_t begin = transportStart(text, line);
-  const std::size_t end = text.substr(0, line.lf).find_first_of(" \t\r", begin);
+  const std::size_t end = text.substr(0, line.lf).find_first_of(" \t", begin);
   if (end == npos || end == begin) return std::nullopt;
   return Span{begin, end};
 }

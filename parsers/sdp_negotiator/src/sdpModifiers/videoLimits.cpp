@@ -84,8 +84,9 @@ void capBandwidths(SdpText& text, std::size_t mLine, unsigned int maxBandwidth, 
     if (!line.terminated) return;
     const LoweredBandwidth lowered(text.view().data() + at, maxBandwidth);
     if (lowered.line().empty() || text.replace({at, line.next()}, lowered.line()) != Edit::done) continue;
-    end = end - (line.next() - at) + lowered.line().size();
     ++counts.modified;
+    if (end < line.next()) return;  // the "m=" stood in the old line
+    end = end - (line.next() - at) + lowered.line().size();
   }
 }
 

@@ -5,9 +5,10 @@
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpModifiers/transport.h"
-#include "sdpNegotiatorParser.h"
+#include "sdpNegotiatorParser/portField.h"
 #include "sdpNegotiatorTrace.h"
 #include "text/lines.h"
+#include "traceSwitch.h"
 
 // Removal of m-lines of port 0.
 
@@ -19,11 +20,15 @@ using namespace sdpneg;
 /// each removal.
 class ZeroPorts {
  public:
+  explicit ZeroPorts(std::string_view text) : next_(findLine(text, "m=")) {}
+
   /// The next m-line of port 0, from the LF in front of it up to its own, or the crypto line of the last one.
-  std::optional<Span> next(std::string_view text, std::size_t from) {
+  std::optional<Span> next(std::string_view text) {
     if (crypto_) return std::exchange(crypto_, std::nullopt);
-    for (std::size_t at = findLine(text, "m=", from); at != npos; at = findLine(text, "m=", at)) {
-      if (hasZeroPort(text, at - 1)) return remove(text, at);
+    while (next_ != npos) {
+      const Line mLine = lineAt(text, next_);
+      next_ = findLine(text, "m=", next_);
+      if (hasZeroPort(text, mLine)) return remove(text, mLine);
     }
     return std::nullopt;
   }
@@ -31,27 +36,33 @@ class ZeroPorts {
   unsigned short status() const { return status_; }
 
  private:
-  bool hasZeroPort(std::string_view text, std::size_t lf) {
-    unsigned short port = 0;
-    cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort() mLine =[%s]", text.data() + lf);
-    status_ = sdpParserMessage::getMediaLinePort(text.data() + lf, port);
-    cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort() port =[%d]", port);
-    return status_ == 0 && port == 0;
+  bool hasZeroPort(std::string_view text, const Line& mLine) {
+    const std::size_t lf = mLine.begin - 1;
+    const auto port = mLine.terminated ? portOf(text.substr(lf, mLine.next() - lf)) : std::nullopt;
+    status_ = port ? 0 : 1;
+    if (tracing_) {
+      cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort() mLine =[%s]", text.data() + lf);
+      cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort() port =[%d]", port.value_or(0));
+    }
+    return port == 0;
   }
 
-  Span remove(std::string_view text, std::size_t at) {
-    const Line mLine = lineAt(text, at);
-    const std::size_t nextMLine = findLine(text, "m=", mLine.lf);
-    const std::size_t end = nextMLine != npos ? nextMLine - 1 : text.size();
-    cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort() mediaEnd =[%s]", text.data() + end);
+  Span remove(std::string_view text, const Line& mLine) {
+    const Span gone{mLine.begin - 1, mLine.lf};
+    const std::size_t end = next_ != npos ? next_ - 1 : text.size();
+    const bool secure = isSecure(text, mLine);
+    if (secure) crypto_ = cryptoLine(text.substr(0, end), mLine);
+    if (tracing_) traceRemoval(text, gone, end, secure);
+    return gone;
+  }
+
+  void traceRemoval(std::string_view text, const Span& mLine, std::size_t sectionEnd, bool secure) const {
+    cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort() mediaEnd =[%s]",
+                                      text.data() + sectionEnd);
     cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort() mlineEnd =[%s]",
-                                      text.data() + mLine.lf);
-    if (isSecure(text, mLine)) {
-      crypto_ = cryptoLine(text.substr(0, end), mLine);
-      traceWithoutCrypto(text, at - 1);
-    }
-    traceWithoutCrypto(text, mLine.lf);
-    return {at - 1, mLine.lf};
+                                      text.data() + mLine.end);
+    if (secure) traceWithoutCrypto(text, mLine.begin);
+    traceWithoutCrypto(text, mLine.end);
   }
 
   /// The first crypto line from an m-line on, from where its text stands through its LF. One that stands on the
@@ -71,6 +82,8 @@ class ZeroPorts {
                                       text.data() + gone.end);
   }
 
+  bool tracing_ = isTracing();  ///< asked once, for there are several lines for each m-line
+  std::size_t next_;            ///< the m-line to look at next, which no removal reaches
   std::optional<Span> crypto_;
   unsigned short status_ = 1;
 };
@@ -81,8 +94,8 @@ unsigned short sdpModifications::sdpRemoveMlinesZeroPort(char* sdp) {
   cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort() Modifier");
   SdpText text(sdp);
   if (!adopted(text, "sdpRemoveMlinesZeroPort")) return 1;
-  ZeroPorts ports;
-  text.eraseEach([&](std::string_view view, std::size_t from) { return ports.next(view, from); });
+  ZeroPorts ports(text.view());
+  text.eraseEach([&](std::string_view view, std::size_t /*from*/) { return ports.next(view); });
   cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort() sdp_buffer =[%s]", text.view().data());
   cNegotTraceManager::writeTraceMsg(1, 1, "Exiting sdpRemoveMlinesZeroPort() Mofifier");
   return ports.status();

@@ -74,6 +74,26 @@ class OriginLineOf {
   std::string_view line_;
 };
 
+/// Stores a text whose o-line has a new end. The recorded end moves with it, unless the text stays as it was.
+unsigned short storeWithEnd(cSdpNegotiator& object, const char* text, std::uint16_t end,
+                            std::uint16_t& oLineEnd) {
+  constexpr unsigned short kUnchanged = 1;
+  const unsigned short status = object.setRawSDP(text);
+  if (status != kUnchanged) oLineEnd = end;
+  return status;
+}
+
+/// The request's pattern for an edit that moves the end of the o-line.
+/// @param edit     takes the text and the end, and gives its status
+/// @param oLineEnd the end that the object has recorded
+template <typename Edit>
+unsigned short editOriginLine(cSdpNegotiator& object, std::uint16_t& oLineEnd, Edit edit) {
+  unsigned short end = oLineEnd;
+  return editText(
+      object, [&](char* text) { return edit(text, end); },
+      [&](const char* text) { return storeWithEnd(object, text, end, oLineEnd); });
+}
+
 /// A fresh array with a text and its NUL; null when there is no memory.
 char* newText(std::string_view text) {
   char* const copy = new (std::nothrow) char[text.size() + 1];
@@ -162,8 +182,7 @@ unsigned short cSdpNegotiator::replaceOriginLine(const char* line) {
   }
   text.replace(old, line);
   text.insert(old.begin + length, "\r\n");
-  parsedData.oLineEnd = static_cast<std::uint16_t>(end);
-  return setRawSDP(buffer);
+  return storeWithEnd(*this, buffer, static_cast<std::uint16_t>(end), parsedData.oLineEnd);
 }
 
 unsigned short cSdpNegotiator::copyOLine(const cSdpNegotiator* other) {
@@ -181,15 +200,15 @@ unsigned short cSdpNegotiator::copyOLine(const cSdpNegotiator* other) {
 
 unsigned short cSdpNegotiator::sdpSetVersionNumber(unsigned int version) {
   cNegotTraceManager::writeTraceMsg(8, 4, "Request to set the version of o-line to:%u.", version);
-  return editAndStore(*this, [&](char* text) {
-    return sdpModifications::sdpReplaceVersionNumber(text, version, parsedData.oLineEnd);
+  return editOriginLine(*this, parsedData.oLineEnd, [&](char* text, unsigned short& end) {
+    return sdpModifications::sdpReplaceVersionNumber(text, version, end);
   });
 }
 
 unsigned short cSdpNegotiator::sdpSetVersionNumberLong(long long version) {
   cNegotTraceManager::writeTraceMsg(8, 4, "Request to set the version of o-line to:%lld.", version);
-  return editAndStore(*this, [&](char* text) {
-    return sdpModifications::sdpReplaceVersionNumberLong(text, version, parsedData.oLineEnd);
+  return editOriginLine(*this, parsedData.oLineEnd, [&](char* text, unsigned short& end) {
+    return sdpModifications::sdpReplaceVersionNumberLong(text, version, end);
   });
 }
 
@@ -203,8 +222,8 @@ unsigned short cSdpNegotiator::sdpModifyOLine(const char* sessionId, const char*
   }
   cNegotTraceManager::writeTraceMsg(8, 4, "Request to set the session-id to:(%s) and the version to:(%s).",
                                     sessionId, version);
-  return editAndStore(*this, [&](char* text) {
-    return sdpModifications::sdpModifyOLine(text, sessionId, version, ip, parsedData.oLineEnd);
+  return editOriginLine(*this, parsedData.oLineEnd, [&](char* text, unsigned short& end) {
+    return sdpModifications::sdpModifyOLine(text, sessionId, version, ip, end);
   });
 }
 
@@ -214,8 +233,8 @@ unsigned short cSdpNegotiator::sdpModifyOLine(const char* sessionId, const char*
 
 unsigned short cSdpNegotiator::sdpModifyOLine() {
   cNegotTraceManager::writeTraceMsg(8, 4, "Request to modify the o-line based on the timestamp.");
-  return editAndStore(*this, [&](char* text) {
-    return sdpModifications::sdpModifyOLine(text, nullptr, parsedData.oLineEnd);
+  return editOriginLine(*this, parsedData.oLineEnd, [&](char* text, unsigned short& end) {
+    return sdpModifications::sdpModifyOLine(text, nullptr, end);
   });
 }
 

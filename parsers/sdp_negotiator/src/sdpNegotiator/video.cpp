@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <new>
 #include <optional>
 #include <string>
@@ -26,20 +25,40 @@ std::size_t nextMLine(std::string_view text, std::size_t mLine) {
   return orEnd(findAnywhere(text, kMLine, mLine + kMLine.size()), text);
 }
 
-/// Puts each section in turn in the place of the first "m=video". The place of the next "m=", in the sections and in
-/// the text, counts as a length, whatever stands in front of the first one. What begins with "m=" makes no new
+/// A text with each section in turn in the place of the first "m=video". The place of the next "m=", in the sections and
+/// in the text, counts as a length, whatever stands in front of the first one. What begins with "m=" makes no new
 /// "m=video" with what stands in front of it, so the search goes on where the last one ended.
-Edit replaceVideo(SdpText& text, std::string_view sections) {
+std::string withVideo(std::string text, std::string_view sections) {
   std::size_t video = 0;
   for (std::size_t at = findAnywhere(sections, kMLine); at != npos; at = findAnywhere(sections, kMLine)) {
     const std::size_t taken = nextMLine(sections, at);
-    video = findAnywhere(text.view(), kVideoMLine, video);
+    video = findAnywhere(text, kVideoMLine, video);
     if (video == npos) break;
-    const std::size_t end = std::min(text.size(), video + nextMLine(text.view(), video));
-    if (text.replace({video, end}, sections.substr(at, taken)) != Edit::done) return Edit::noRoom;
+    text.replace(video, nextMLine(text, video), sections.substr(at, taken));
     sections.remove_prefix(taken);
   }
-  return Edit::done;
+  return text;
+}
+
+/// Puts sections in the place of the video section, or at the end of a text that does not name video. Only the result
+/// has to fit: a section that is too long for the buffer may be replaced by the next one.
+Edit addVideo(SdpText& text, std::string_view sections) {
+  if (findAnywhere(text.view(), "video") == npos) return text.append(sections);
+  return text.replace({0, text.size()}, withVideo(std::string(text.view()), sections));
+}
+
+/// The same with a trace of a failure.
+/// @return whether it was done
+bool addVideoOrTrace(SdpText& text, std::string_view sections) {
+  try {
+    if (addVideo(text, sections) == Edit::done) return true;
+    cNegotTraceManager::writeTraceMsg(
+        4, 3, "sdpAddVideoDescriptions(): The SDP with the videoDescriptions does not fit its buffer.");
+  } catch (const std::bad_alloc&) {
+    cNegotTraceManager::writeTraceMsg(
+        4, 3, "sdpAddVideoDescriptions(): There is no memory for the SDP with the videoDescriptions.");
+  }
+  return false;
 }
 
 /// The media names of a text's m-lines.
@@ -74,11 +93,8 @@ void cSdpNegotiator::sdpAddVideoDescriptions(const char* sections) {
   char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
   if (getSDP(buffer, sizeof buffer) != 0) return;
   SdpText text(buffer);
-  const bool hasVideo = findAnywhere(text.view(), "video") != npos;
-  if ((hasVideo ? replaceVideo(text, sections) : text.append(sections)) != Edit::done) {
-    cNegotTraceManager::writeTraceMsg(
-        4, 3, "sdpAddVideoDescriptions(): The SDP with the videoDescriptions does not fit its buffer.");
-  } else if (storeOrKeep(*this, buffer) != 0) {
+  if (!addVideoOrTrace(text, sections)) return;
+  if (storeOrKeep(*this, buffer) != 0) {
     cNegotTraceManager::writeTraceMsg(
         4, 3, "sdpAddVideoDescriptions(): The SDP with the videoDescriptions cannot be stored.");
   } else {

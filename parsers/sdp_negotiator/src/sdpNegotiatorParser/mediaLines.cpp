@@ -1,6 +1,6 @@
 #include <algorithm>
-#include <cstdint>
 #include <cstring>
+#include <optional>
 
 #include "direction.h"
 #include "ipVersions.h"
@@ -27,11 +27,9 @@ std::string_view between(const char* begin, const char* end) {
 unsigned short sdpParserMessage::getMediaLinePort(const char* mLine, unsigned short& port) {
   const char* const lineFeed = sdpneg::lineFeedOf(mLine);
   if (lineFeed == nullptr) return 1;
-  const std::string_view rest = sdpneg::behindFirstWord(sdpneg::between(mLine, lineFeed + 1));
-  const auto number = sdpneg::leadingNumber<int>(rest);
-  if (!number || number->value < 0 || number->value > UINT16_MAX) return 1;
-  if (number->length == rest.size() || !sdpneg::isSpace(rest[number->length])) return 1;
-  port = static_cast<unsigned short>(number->value);
+  const std::optional<unsigned short> read = sdpneg::portOf(sdpneg::between(mLine, lineFeed + 1));
+  if (!read) return 1;
+  port = *read;
   return 0;
 }
 

@@ -1,6 +1,7 @@
 #include "sdpNegotiatorParser/portField.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
@@ -26,6 +27,14 @@ std::string_view behindFirstWord(std::string_view line) {
   while (at < line.size() && !isSpace(line[at])) ++at;
   while (at < line.size() && isSpace(line[at])) ++at;
   return line.substr(std::min(at, line.size()));
+}
+
+std::optional<unsigned short> portOf(std::string_view line) {
+  const std::string_view rest = behindFirstWord(line);
+  const auto number = leadingNumber<int>(rest);
+  if (!number || number->value < 0 || number->value > UINT16_MAX) return std::nullopt;
+  if (number->length == rest.size() || !isSpace(rest[number->length])) return std::nullopt;
+  return static_cast<unsigned short>(number->value);
 }
 
 bool refusesPort(unsigned int port) {

@@ -28,7 +28,7 @@ void SdpText::put(Span span, std::string_view inserted) {
 }
 
 void SdpText::moveDown(std::size_t to, std::size_t from, std::size_t count) {
-  if (to != from) std::memmove(text_ + to, text_ + from, count);
+  if (to != from && count != 0) std::memmove(text_ + to, text_ + from, count);
 }
 
 void SdpText::end(std::size_t length) {
@@ -85,11 +85,18 @@ class SdpText::Removal {
     rest_ += count;
   }
 
-  // Drops what is kept from `from` on, and what remains through the next LF.
+  // Looks at the last of what is kept again: a prefix may hold an LF itself, which ends the line then.
+  void giveBack(std::size_t count) {
+    kept_ -= count;
+    rest_ -= count;
+    if (kept_ != rest_) std::memmove(text_ + rest_, text_ + kept_, count);
+  }
+
+  // Drops what is kept from `from` on, and what remains, through the first LF in it.
   bool dropLine(std::size_t from) {
+    giveBack(kept_ - from);
     const std::size_t lf = remaining().find('\n');
     if (lf == npos) return false;
-    kept_ = from;
     rest_ += lf + 1;
     ++removed_;
     return true;

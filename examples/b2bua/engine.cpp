@@ -130,7 +130,8 @@ int Engine::onFirstInvite(nta_incoming_t* transaction, const sip_t& invite) {
 Leg* Engine::takeOver(const sip_t& request) {
   const std::string tag = request.sip_to->a_tag;
   const std::string id = tag.substr(0, tag.rfind('-'));
-  if (calls_.contains(id) || calls_.size() >= options_.maxCalls) return nullptr;
+  const Side side = tag == tagOf(id, kCaller) ? kCaller : kTarget;
+  if (tag != tagOf(id, side) || calls_.contains(id) || calls_.size() >= options_.maxCalls) return nullptr;
   Call& call = addCall(id);
   if (!store_.load(call)) {
     calls_.erase(id);
@@ -139,8 +140,8 @@ Leg* Engine::takeOver(const sip_t& request) {
   call.established = true;
   ++counters_.takenOver;
   note(call, "taken over from store");
-  Leg& leg = call.legs[tag == tagOf(id, kCaller) ? kCaller : kTarget];
-  openDialog(call.legs[otherOf(leg.side)], 0);
+  Leg& leg = call.legs[side];
+  openDialog(call.legs[otherOf(side)], 0);
   openDialog(leg, request.sip_cseq->cs_seq);
   const char* const party = nta_leg_get_rtag(leg.dialog.get());
   const bool fits = leg.callId == request.sip_call_id->i_id && party != nullptr &&
@@ -182,7 +183,7 @@ int Engine::onBye(Leg& leg) {
 void Engine::dropExchange(Call& call) {
   if (!call.exchange) return;
   if (call.exchange->answered && !call.exchange->acknowledged) sendAck(call, "");
-  if (!call.exchange->answered) cancel(call, 487);
+  if (!call.exchange->answered && !call.exchange->cancelled) cancel(call, 487);
 }
 
 /// Ends the call from here.

@@ -62,6 +62,7 @@ int Engine::onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite)
   exchange.incoming.reset(transaction);
   exchange.first = !call.established;
   nta_incoming_bind(transaction, onAckOrCancel, &leg);
+  nta_incoming_treply(transaction, SIP_100_TRYING, TAG_END());
   if (!exchange.first) ++counters_.reoffers;
   const std::string body = bodyOf(invite);
   if (body.empty()) {

@@ -79,6 +79,14 @@ TEST_F(Requests, whatBelongsToNoDialogIsRefused) {
   EXPECT_EQ(raised(engine_->stop()), Counters{});
 }
 
+TEST_F(Requests, whatIsNoSipIsCountedOnly) {
+  start();
+  for (const char* message : {"hello", "INVITE\r\n\r\n"})
+    caller_.send(engine_->address(), message);
+  EXPECT_EQ(statusOf(ask({.method = "OPTIONS"})), 200);
+  EXPECT_EQ(raised(engine_->stop()), (Counters{{"malformed", 2}}));
+}
+
 TEST_F(Requests, aBodyThatIsNoSdpIsRefused) {
   start();
   const std::string response = ask({.body = "hello", .contentType = "text/plain"});

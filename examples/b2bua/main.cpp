@@ -52,18 +52,18 @@ void run(const Options& options) {
 }  // namespace b2bua
 
 int main(int count, char** arguments) {
-  CLI::App app("A back-to-back user agent for SIP over UDP", "b2bua");
-  b2bua::Options options;
-  b2bua::addOptions(app, options);
   try {
-    app.parse(count, arguments);
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : 2;
-  }
-  su_init();
-  su_log_redirect(
-      nullptr, [](void*, const char*, va_list) {}, nullptr);
-  try {
+    CLI::App app("A back-to-back user agent for SIP over UDP", "b2bua");
+    b2bua::Options options;
+    b2bua::addOptions(app, options);
+    try {
+      app.parse(count, arguments);
+    } catch (const CLI::ParseError& error) {
+      return app.exit(error) == 0 ? 0 : 2;
+    }
+    su_init();
+    su_log_redirect(
+        nullptr, [](void*, const char*, va_list) {}, nullptr);
     b2bua::run(options);
     return 0;
   } catch (const std::exception& error) {

@@ -48,7 +48,6 @@ struct Exchange {
   Side from = kCaller;
   Owned<nta_incoming_t> incoming;  ///< the INVITE that came
   Owned<nta_outgoing_t> outgoing;  ///< the INVITE that went out
-  bool first = false;              ///< it sets the call up
   bool concluded = false;          ///< the one that went out has its final response
   bool answered = false;           ///< its 200 went back and waits for the ACK
   bool acknowledged = false;       ///< the 200 that came has its ACK
@@ -61,7 +60,7 @@ struct Exchange {
 struct Call {
   std::string id;
   std::array<Leg, 2> legs;
-  bool established = false;
+  bool established = false;  ///< the first exchange is complete; before, there always is one
   std::optional<Exchange> exchange;
 };
 

@@ -1,5 +1,6 @@
 #include "engine.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <random>
 #include <stdexcept>
@@ -9,6 +10,7 @@ namespace b2bua {
 namespace {
 
 constexpr int kLongestDatagram = 65'507;
+constexpr unsigned int kLongestRinging = 180'000;  ///< ms; the stack has no limit of its own for a user agent
 constexpr const char* kAllow = "INVITE, ACK, CANCEL, BYE, OPTIONS";
 
 std::string randomText() {
@@ -30,7 +32,8 @@ Engine::Engine(su_root_t* root, const Options& options, StateStore& store, Log& 
   std::string listen = "sip:" + options.listen + ";transport=udp";
   if (const std::size_t anyPort = listen.find(":0;"); anyPort != std::string::npos) listen[anyPort + 1] = '*';
   agent_.reset(nta_agent_create(root, urlOf(listen), nullptr, nullptr, NTATAG_UA(1),
-                                NTATAG_UDP_MTU(kLongestDatagram), TAG_END()));
+                                NTATAG_UDP_MTU(kLongestDatagram), NTATAG_TIMER_C(kLongestRinging),
+                                TAG_END()));
   if (!agent_) throw std::runtime_error("cannot listen at " + options.listen);
   if (address() == options.target) throw std::runtime_error("--target is the engine itself");
   listener_.engine = this;
@@ -60,14 +63,15 @@ void Engine::showCounters() const {
 int Engine::onRequest(Leg* leg, nta_leg_t*, nta_incoming_t* transaction, const sip_t* request) {
   Engine& engine = *leg->engine;
   const sip_method_t method = request->sip_request->rq_method;
-  if (method == sip_method_options) {
-    nta_incoming_treply(transaction, SIP_200_OK, SIPTAG_ALLOW_STR(kAllow), TAG_END());
-    return 200;
-  }
   if (method != sip_method_invite && method != sip_method_bye && method != sip_method_ack) {
-    nta_incoming_treply(transaction, SIP_405_METHOD_NOT_ALLOWED, SIPTAG_ALLOW_STR(kAllow), TAG_END());
-    return 405;
+    const int status = method == sip_method_options ? 200 : 405;
+    nta_incoming_treply(transaction, status, sip_status_phrase(status), SIPTAG_ALLOW_STR(kAllow), TAG_END());
+    return status;
   }
+  // Extensions that the other side insists on: there are none here (RFC 3261 8.2.2.3).
+  const int refusal =
+      method == sip_method_ack ? 0 : nta_check_required(transaction, request, nullptr, TAG_END());
+  if (refusal != 0) return refusal;
   if (leg->call == nullptr && request->sip_to->a_tag != nullptr) leg = engine.takeOver(*request);
   if (leg == nullptr || method == sip_method_ack) return 481;
   if (leg->call == nullptr)
@@ -89,12 +93,13 @@ Call& Engine::addCall(const std::string& id) {
 /// Makes the stack's part of a dialog from what the leg holds.
 void Engine::openDialog(Leg& leg, unsigned int remoteCseq) {
   su_home_t home[1] = {SU_HOME_INIT(home)};
-  leg.dialog.reset(
-      nta_leg_tcreate(agent_.get(), onRequest, &leg, SIPTAG_CALL_ID_STR(leg.callId.c_str()),
-                      SIPTAG_FROM_STR(leg.local.c_str()), SIPTAG_TO_STR(leg.remote.c_str()),
-                      NTATAG_TARGET(sip_contact_make(home, leg.contact.c_str())),
-                      TAG_IF(!leg.routes.empty(), SIPTAG_ROUTE(sip_route_make(home, leg.routes.c_str()))),
-                      NTATAG_REMOTE_CSEQ(remoteCseq), TAG_END()));
+  const sip_contact_t* const contact = sip_contact_make(home, leg.contact.c_str());
+  leg.dialog.reset(nta_leg_tcreate(agent_.get(), onRequest, &leg, SIPTAG_CALL_ID_STR(leg.callId.c_str()),
+                                   SIPTAG_FROM_STR(leg.local.c_str()), SIPTAG_TO_STR(leg.remote.c_str()),
+                                   NTATAG_TARGET(contact), NTATAG_REMOTE_CSEQ(remoteCseq), TAG_END()));
+  // Not as a tag above: the stack takes that for the route of strict routers.
+  if (!leg.routes.empty())
+    nta_leg_server_route(leg.dialog.get(), sip_record_route_make(home, leg.routes.c_str()), contact);
   su_home_deinit(home);
 }
 
@@ -133,20 +138,21 @@ Leg* Engine::takeOver(const sip_t& request) {
   const Side side = tag == tagOf(id, kCaller) ? kCaller : kTarget;
   if (tag != tagOf(id, side) || calls_.contains(id) || calls_.size() >= options_.maxCalls) return nullptr;
   Call& call = addCall(id);
-  if (!store_.load(call)) {
+  Leg& leg = call.legs[side];
+  if (store_.load(call)) {
+    openDialog(call.legs[otherOf(side)], 0);
+    openDialog(leg, request.sip_cseq->cs_seq);
+  }
+  const char* const party = nta_leg_get_rtag(leg.dialog.get());
+  if (!call.legs[otherOf(side)].dialog || leg.callId != request.sip_call_id->i_id || party == nullptr ||
+      request.sip_from->a_tag == nullptr || std::string_view(party) != request.sip_from->a_tag) {
     calls_.erase(id);
     return nullptr;
   }
   call.established = true;
   ++counters_.takenOver;
   note(call, "taken over from store");
-  Leg& leg = call.legs[side];
-  openDialog(call.legs[otherOf(side)], 0);
-  openDialog(leg, request.sip_cseq->cs_seq);
-  const char* const party = nta_leg_get_rtag(leg.dialog.get());
-  const bool fits = leg.callId == request.sip_call_id->i_id && party != nullptr &&
-                    request.sip_from->a_tag != nullptr && std::string_view(party) == request.sip_from->a_tag;
-  return fits ? &leg : nullptr;
+  return &leg;
 }
 
 /// Nothing more is relayed to whom cancelled; the call is forgotten when the target has answered.
@@ -154,7 +160,7 @@ void Engine::onCancel(Call& call) {
   Exchange& exchange = *call.exchange;
   if (exchange.answered || exchange.cancelled) return;
   note(call, "cancelled");
-  if (exchange.first) ++counters_.cancelled;
+  if (!call.established) ++counters_.cancelled;
   cancel(call, 487);
 }
 
@@ -167,7 +173,7 @@ void Engine::cancel(Call& call, int status) {
 
 int Engine::onBye(Leg& leg) {
   Call& call = *leg.call;
-  if (call.exchange && call.exchange->first && !call.exchange->answered) {
+  if (!call.established && !call.exchange->answered) {
     if (leg.side == kCaller) onCancel(call);
     return 200;
   }
@@ -213,14 +219,19 @@ int Engine::onByeResponse(Leg* listener, nta_outgoing_t* transaction, const sip_
   return 0;
 }
 
+bool Engine::idle() const {
+  return openByes_ == 0 &&
+         std::ranges::all_of(calls_, [](const auto& call) { return call.second.established; });
+}
+
 void Engine::finish() {
   stopping_ = true;
   std::vector<Call*> calls;
   for (auto& [id, call] : calls_) calls.push_back(&call);
   for (Call* const call : calls) {
-    if (call->established && !store_.isUsed()) {
+    if (call->established ? !store_.isUsed() : call->exchange->answered) {
       end(*call, "engine: it stops");
-    } else if (!call->established && call->exchange) {
+    } else if (!call->established) {
       cancel(*call, 503);
     }
   }

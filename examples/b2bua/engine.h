@@ -31,8 +31,8 @@ class Engine {
   std::string address() const;
   /// Ends all calls, unless another process is to go on with them.
   void finish();
-  /// @return whether each BYE has its answer
-  bool idle() const { return openByes_ == 0; }
+  /// @return whether each BYE has its answer, and each INVITE that was given up, too
+  bool idle() const;
   void showCounters() const;
 
  private:

@@ -60,13 +60,12 @@ int Engine::onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite)
   Exchange& exchange = call.exchange.emplace();
   exchange.from = leg.side;
   exchange.incoming.reset(transaction);
-  exchange.first = !call.established;
   nta_incoming_bind(transaction, onAckOrCancel, &leg);
   nta_incoming_treply(transaction, SIP_100_TRYING, TAG_END());
-  if (!exchange.first) ++counters_.reoffers;
+  if (call.established) ++counters_.reoffers;
   const std::string body = bodyOf(invite);
   if (body.empty()) {
-    exchange.kind = exchange.first ? Kind::dummy : Kind::late;
+    exchange.kind = call.established ? Kind::late : Kind::dummy;
   } else if (!isSdp(invite)) {
     note(call, "body refused: it is no application/sdp");
     fail(call, 415, "Accept: application/sdp");
@@ -74,7 +73,7 @@ int Engine::onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite)
   } else if (const std::string reason = takeBody(call, leg.side, body, false); !reason.empty()) {
     refuse(call, reason);
     return 0;
-  } else if (!exchange.first && answerFromStore(call, exchange)) {
+  } else if (call.established && answerFromStore(call, exchange)) {
     return 0;
   }
   relayInvite(call);
@@ -111,7 +110,7 @@ void Engine::relayInvite(Call& call) {
     makeDummyOffer(options_.policy, options_.listen.starts_with('['), exchange.sent[to]);
     note(call, "dummy offer sent");
   }
-  if (!exchange.first) note(call, "re-offer relayed");
+  if (call.established) note(call, "re-offer relayed");
   sendInvite(call, to, exchange.kind == Kind::late ? "" : textOf(exchange.sent[to]));
 }
 
@@ -151,7 +150,7 @@ int Engine::onInviteResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t*
     engine.onFailure(call, *response);
   } else if (status >= 200) {
     engine.onSuccess(call, *response);
-  } else if (status > 100 && call.exchange->first) {
+  } else if (status > 100 && !call.established) {
     engine.answer(call, status);
   }
   return 0;
@@ -161,23 +160,23 @@ void Engine::onSuccess(Call& call, const sip_t& response) {
   Exchange& exchange = *call.exchange;
   const Side side = otherOf(exchange.from);
   Leg& leg = call.legs[side];
-  if (exchange.first) {  // the target's tag is known only now
+  if (!call.established) {  // the target's tag is known only now
     leg.remote = headerText(response.sip_to);
     nta_leg_rtag(leg.dialog.get(), response.sip_to->a_tag);
   }
   nta_leg_client_route(leg.dialog.get(), response.sip_record_route, response.sip_contact);
+  // The party has it now, whatever becomes of its answer; until that is known, no answer is kept.
+  if (exchange.sent[side].isSdpPresent()) leg.sent = exchange.sent[side];
+  for (Leg& each : call.legs) each.answered = false;
   if (exchange.cancelled) {
     sendAck(call, "");
-    if (!exchange.first) return complete(call);
+    if (call.established) return complete(call);
     sendBye(call, side);
     return forget(call);
   }
   const std::string body = bodyOf(response);
   if (exchange.kind == Kind::dummyReplaced) return onDummyReplaced(call, body);
-  if (exchange.kind == Kind::dummy) {
-    sendAck(call, "");
-    leg.sent = exchange.sent[side];
-  }
+  if (exchange.kind == Kind::dummy) sendAck(call, "");
   // The answer to the dummy is the target's body, which the caller gets as the offer.
   const std::string reason = takeBody(call, side, body, exchange.kind == Kind::relayed);
   if (reason.empty()) return answer(call, 200, textOf(exchange.sent[exchange.from]));
@@ -192,13 +191,18 @@ void Engine::onFailure(Call& call, const sip_t& response) {
     note(call, "the target refused the offer after the dummy with " + std::to_string(status));
     return end(call, "engine: no offer for the target");
   }
+  const bool established = call.established;
   if (!exchange.cancelled) {
     note(call, "failed with " + std::to_string(status));
     const std::string warning = headerText(response.sip_warning);
-    return fail(call, status, warning.empty() ? "" : "Warning: " + warning);
+    fail(call, status, warning.empty() ? "" : "Warning: " + warning);
+  } else if (established) {
+    complete(call);
+  } else {
+    forget(call);
   }
-  if (exchange.first) return forget(call);
-  complete(call);
+  // The party does not know the dialog, or is not there (RFC 3261 12.2.1.2).
+  if (established && (status == 408 || status == 481)) end(call, "engine: the other dialog is gone");
 }
 
 /// A body cannot be used: the exchange fails, and with it the call when it was the first one or cannot be refused any
@@ -208,13 +212,15 @@ void Engine::refuse(Call& call, const std::string& reason) {
   note(call, "body refused: " + reason);
   ++counters_.refusedBodies;
   if (exchange.answered) return end(call, "engine: body refused");
-  if (exchange.first && exchange.acknowledged) sendBye(call, otherOf(exchange.from));
+  if (!call.established && exchange.acknowledged) sendBye(call, otherOf(exchange.from));
   fail(call, 488, "Warning: 399 " + address() + " \"" + reason + "\"");
 }
 
 void Engine::answer(Call& call, int status, const std::string& body, const std::string& header) {
   Exchange& exchange = *call.exchange;
-  if (!exchange.incoming) return;  // the engine's own exchange
+  // There is nothing to answer in the engine's own exchange. After the final response the stack would send a
+  // provisional one all the same, and read what it has freed.
+  if (!exchange.incoming || nta_incoming_status(exchange.incoming.get()) >= 200) return;
   exchange.answered = status >= 200 && status < 300;
   nta_incoming_treply(exchange.incoming.get(), status, sip_status_phrase(status),
                       TAG_IF(status < 300, SIPTAG_CONTACT(nta_agent_contact(agent_.get()))),
@@ -225,7 +231,7 @@ void Engine::answer(Call& call, int status, const std::string& body, const std::
 
 void Engine::fail(Call& call, int status, const std::string& header) {
   answer(call, status, "", header);
-  if (!call.exchange->first) return call.exchange.reset();
+  if (call.established) return call.exchange.reset();
   ++counters_.failed;
   forget(call);
 }
@@ -235,12 +241,12 @@ int Engine::onAckOrCancel(Leg* leg, nta_incoming_t* transaction, const sip_t* re
   Engine& engine = *leg->engine;
   Call& call = *leg->call;
   if (!call.exchange || call.exchange->incoming.get() != transaction) return 0;
-  if (request == nullptr) {
-    engine.end(call, "engine: no ACK");
-  } else if (request->sip_request->rq_method == sip_method_cancel) {
+  if (request != nullptr && request->sip_request->rq_method == sip_method_cancel) {
     engine.onCancel(call);
-  } else if (call.exchange->answered) {
+  } else if (request != nullptr && call.exchange->answered) {
     engine.onAck(*leg, bodyOf(*request));
+  } else if (call.exchange->answered) {
+    engine.end(call, "engine: no ACK");
   }
   return 0;
 }
@@ -276,7 +282,7 @@ void Engine::onDummyReplaced(Call& call, const std::string& body) {
 /// Keeps what was agreed.
 void Engine::complete(Call& call) {
   Exchange& exchange = *call.exchange;
-  const bool first = exchange.first && !exchange.cancelled;
+  const bool first = !call.established;
   for (Leg& leg : call.legs) {
     if (exchange.cancelled) break;
     if (exchange.received[leg.side].isSdpPresent()) leg.received = exchange.received[leg.side];
@@ -286,7 +292,7 @@ void Engine::complete(Call& call) {
     leg.answered = (leg.side == exchange.from) == offeredByFrom && exchange.kind != Kind::dummy;
   }
   call.exchange.reset();
-  call.established = call.established || first;
+  call.established = true;
   if (first) ++counters_.established;
   if (!store_.save(call)) note(call, "could not be kept in the store");
   if (first) note(call, "established");

@@ -63,9 +63,7 @@ bool readFields(Fields& fields, const std::string& prefix, Leg& leg) {
 
 }  // namespace
 
-void StateStore::Free::operator()(redisContext* context) const { redisFree(context); }
-
-StateStore::StateStore(const std::string& address) {
+StateStore::StateStore(const std::string& address) : context_(nullptr, redisFree) {
   if (address.empty()) return;
   const std::string scheme = "redis://";
   const std::size_t colon = address.rfind(':');
@@ -76,8 +74,6 @@ StateStore::StateStore(const std::string& address) {
   port_ = static_cast<int>(std::strtol(address.c_str() + colon + 1, nullptr, 10));
   if (!connect()) throw std::runtime_error("no Redis server at " + address);
 }
-
-StateStore::~StateStore() = default;
 
 bool StateStore::connect() {
   if (context_ && context_->err == 0) return true;

@@ -18,9 +18,6 @@ class StateStore {
  public:
   /// @param address "redis://HOST:PORT", or empty. Throws std::runtime_error when there is no server.
   explicit StateStore(const std::string& address);
-  ~StateStore();
-  StateStore(const StateStore&) = delete;
-  StateStore& operator=(const StateStore&) = delete;
 
   bool isUsed() const { return !host_.empty(); }
   /// @return false when it could not be kept; the call goes on without
@@ -31,17 +28,13 @@ class StateStore {
   bool load(Call& call);
 
  private:
-  struct Free {
-    void operator()(redisContext* context) const;
-  };
-
   bool connect();
   bool run(const std::vector<std::string>& command, std::vector<std::string>* texts = nullptr);
 
   std::string host_;
   int port_ = 0;
   std::chrono::steady_clock::time_point nextAttempt_{};
-  std::unique_ptr<redisContext, Free> context_;
+  std::unique_ptr<redisContext, void (*)(redisContext*)> context_;
 };
 
 }  // namespace b2bua

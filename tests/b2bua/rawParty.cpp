@@ -88,7 +88,7 @@ void RawParty::request(const std::string& engine, const RawRequest& asked) const
                    ";branch=z9hG4bK" + call + branch + "\r\nMax-Forwards: 70\r\nFrom: <sip:alice@" +
                    address() + ">;tag=" + call + "\r\nTo: <sip:bob@" + engine + ">" + asked.toTag +
                    "\r\nCall-ID: " + call + "@" + address() + "\r\nCSeq: " + std::to_string(asked.cseq) +
-                   " " + asked.method + "\r\nContact: <sip:alice@" + address() + ">\r\n" +
+                   " " + asked.method + "\r\nContact: <sip:alice@" + address() + ">\r\n" + asked.header +
                    contentOf(asked.body, asked.contentType));
 }
 

@@ -14,6 +14,7 @@ struct RawRequest {
   std::string body = "";
   std::string contentType = "application/sdp";
   std::string branch = "";  ///< of the INVITE that it belongs to; empty for one of its own
+  std::string header = "";  ///< one more, with its CR LF
 };
 
 /// A SIP party that sends what it is told, byte for byte: sipp's scenarios behave, and name their bodies' files

@@ -1,3 +1,5 @@
+#include <csignal>
+
 #include "calls.h"
 #include "rawParty.h"
 
@@ -6,6 +8,7 @@
 namespace {
 
 constexpr milliseconds kLongestWait{5'000};
+constexpr milliseconds kSilence{300};  ///< after which nothing comes any more
 
 const std::string kOffer =
     "v=0\r\no=alice 21 4 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio 49170 RTP/AVP 0 "
@@ -81,8 +84,7 @@ TEST_F(Requests, whatBelongsToNoDialogIsRefused) {
 
 TEST_F(Requests, whatIsNoSipIsCountedOnly) {
   start();
-  for (const char* message : {"hello", "INVITE\r\n\r\n"})
-    caller_.send(engine_->address(), message);
+  for (const char* message : {"hello", "INVITE\r\n\r\n"}) caller_.send(engine_->address(), message);
   EXPECT_EQ(statusOf(ask({.method = "OPTIONS"})), 200);
   EXPECT_EQ(raised(engine_->stop()), (Counters{{"malformed", 2}}));
 }
@@ -159,6 +161,77 @@ TEST_F(Requests, aSuccessAfterTheCancelIsEnded) {
   ASSERT_NE(ended, "");
   target_.respond(engine_->address(), ended, "200 OK");
   EXPECT_EQ(raised(engine_->stop()), (Counters{{"calls", 1}, {"cancelled", 1}}));
+}
+
+// Nothing comes after the final response, whatever the target says.
+TEST_F(Requests, whoHasCancelledHearsNoMoreOfTheTarget) {
+  start();
+  const std::string invited = invite({.body = kOffer});
+  target_.respond(engine_->address(), invited, "180 Ringing");
+  EXPECT_NE(caller_.receive("SIP/2.0 180 ", "", kLongestWait), "");
+  caller_.request(engine_->address(), {.method = "CANCEL", .branch = "INVITE1"});
+  EXPECT_NE(caller_.receive("SIP/2.0 487 ", "", kLongestWait), "");
+  EXPECT_NE(target_.receive("CANCEL ", "", kLongestWait), "");
+  target_.respond(engine_->address(), invited, "180 Ringing");
+  EXPECT_EQ(caller_.receive("SIP/2.0 180 ", "", kSilence), "");
+  target_.respond(engine_->address(), invited, "487 Request Terminated");
+  EXPECT_NE(target_.receive("ACK ", "", kLongestWait), "");
+  EXPECT_EQ(raised(engine_->stop()), (Counters{{"calls", 1}, {"cancelled", 1}}));
+}
+
+TEST_F(Requests, aTargetThatDoesNotKnowItsDialogEndsTheCall) {
+  start();
+  const std::string tag = establish();
+  const std::string held = invite({.cseq = 2, .toTag = tag, .body = kHold});
+  target_.respond(engine_->address(), held, "481 Call Does Not Exist");
+  EXPECT_NE(caller_.receive("SIP/2.0 481 ", "CSeq: 2 INVITE", kLongestWait), "");
+  EXPECT_NE(caller_.receive("BYE ", "", kLongestWait), "");
+  EXPECT_NE(target_.receive("BYE ", "", kLongestWait), "");
+  EXPECT_EQ(raised(engine_->counters()),
+            (Counters{{"calls", 1}, {"established", 1}, {"ended", 1}, {"reoffers", 1}}));
+}
+
+// The target is on hold since, and must hear of the next offer, even if it is that of before.
+TEST_F(Requests, anOfferWhoseAnswerCannotBeUsedHasItsVersion) {
+  start();
+  const std::string tag = establish();
+  const std::string held = invite({.cseq = 2, .toTag = tag, .body = kHold});
+  EXPECT_NE(held.find("o=alice 21 5 IN"), std::string::npos) << held;
+  target_.respond(engine_->address(), held, "200 OK", "hello");
+  EXPECT_NE(caller_.receive("SIP/2.0 488 ", "CSeq: 2 INVITE", kLongestWait), "");
+  EXPECT_NE(target_.receive("ACK ", "", kLongestWait), "");
+  caller_.request(engine_->address(), {.method = "ACK", .cseq = 2, .toTag = tag, .branch = "INVITE2"});
+  const std::string resumed = invite({.cseq = 3, .toTag = tag, .body = kOffer});
+  EXPECT_NE(resumed.find("o=alice 21 6 IN"), std::string::npos) << resumed;
+}
+
+TEST_F(Requests, whatInsistsOnAnExtensionIsRefused) {
+  start();
+  const std::string response = ask({.body = kOffer, .header = "Require: 100rel\r\n"});
+  EXPECT_EQ(statusOf(response), 420) << response;
+  EXPECT_EQ(headerOf(response, "Unsupported"), "100rel");
+  EXPECT_EQ(raised(engine_->stop()), Counters{});
+}
+
+TEST_F(Requests, anEngineThatEndsEndsACallThatWaitsForItsAck) {
+  start();
+  target_.respond(engine_->address(), invite({.body = kOffer}), "200 OK", kAnswer);
+  EXPECT_NE(caller_.receive("SIP/2.0 200 ", "", kLongestWait), "");
+  EXPECT_EQ(raised(engine_->stop()), (Counters{{"calls", 1}, {"failed", 1}}));
+  EXPECT_NE(caller_.receive("BYE ", "", kLongestWait), "");
+  EXPECT_NE(target_.receive("ACK ", "", kLongestWait), "");
+  EXPECT_NE(target_.receive("BYE ", "", kLongestWait), "");
+}
+
+// It can only be cancelled when the target has said something (RFC 3261 9.1), so the engine waits for that.
+TEST_F(Requests, anEngineThatEndsGivesUpACallThatIsNotAnsweredYet) {
+  start();
+  const std::string invited = invite({.body = kOffer});
+  engine_->process().signal(SIGTERM);
+  EXPECT_NE(caller_.receive("SIP/2.0 503 ", "", kLongestWait), "");
+  target_.respond(engine_->address(), invited, "180 Ringing");
+  EXPECT_NE(target_.receive("CANCEL ", "", kLongestWait), "");
+  EXPECT_EQ(engine_->process().wait(kLongestWait), 0);
 }
 
 TEST_F(Requests, bodiesAreShownBeforeAndAfterThePolicy) {

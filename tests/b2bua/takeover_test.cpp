@@ -2,6 +2,7 @@
 #include <csignal>
 
 #include "calls.h"
+#include "rawParty.h"
 
 // An engine is killed, and the next one goes on with its calls from what Redis keeps.
 
@@ -84,7 +85,6 @@ class Takeover : public Calls {
     return played;
   }
 
- private:
   const std::string redisPort_ = freePort();
   Process redis_{
       REDIS_PROGRAM,
@@ -92,6 +92,15 @@ class Takeover : public Calls {
       folder_.path(),
       "redis"};
 };
+
+/// Waits for a message, which must come.
+std::string received(const RawParty& party, const std::string& start) {
+  const std::string message = party.receive(start, "", kLongestStart);
+  EXPECT_NE(message, "") << start;
+  return message;
+}
+
+std::string firstLineOf(const std::string& message) { return message.substr(0, message.find("\r\n")); }
 
 void expectTakenOver(const Played& played, std::size_t relayed) {
   EXPECT_EQ(played.counters.at("taken_over"), kCalls);
@@ -129,4 +138,35 @@ TEST_F(Takeover, anUnchangedReofferAfterItIsAnsweredFromTheStore) {
   EXPECT_EQ(played.atTarget, forEachCall(kOffered));
   EXPECT_EQ(played.atCaller, forEachCall(kAnswer, kAnswer));
   expectTakenOver(played, 0);
+}
+
+TEST_F(Takeover, theRouteToThePartiesStays) {
+  const RawParty caller;
+  const RawParty target;
+  const std::vector<std::string> options = {"--state", "redis://" + kHost + ":" + redisPort_};
+  Engine first(folder_, kHost, target.port(), options);
+  const std::string engine = first.address();
+  const std::string routes =
+      "\r\nRoute: <sip:" + target.address() + ";lr;hop=1>\r\nRoute: <sip:192.0.2.7;lr>\r\n";
+  caller.request(engine, {.body = withCrLf(kOffer)});
+  target.respond(engine, received(target, "INVITE "),
+                 "200 OK\r\nRecord-Route: <sip:192.0.2.7;lr>, <sip:" + target.address() + ";lr;hop=1>",
+                 withCrLf(kAnswer));
+  const std::string tag = toTagOf(received(caller, "SIP/2.0 200 "));
+  caller.request(engine, {.method = "ACK", .toTag = tag});
+  const std::string acknowledged = received(target, "ACK ");
+  EXPECT_NE(acknowledged.find(routes), std::string::npos) << acknowledged;
+  EXPECT_TRUE(waitUntil([&] { return first.counters().at("established") == 1; }, kLongestStart));
+  first.process().signal(SIGKILL);
+  EXPECT_EQ(first.process().wait(kLongestStart), 128 + SIGKILL);
+  Engine second(folder_, kHost, target.port(), options, first.port(), "second-engine");
+  // Who is not of the dialog takes nothing over.
+  EXPECT_EQ(
+      statusOf(caller.ask(engine, {.method = "BYE", .call = 2, .cseq = 2, .toTag = tag}, kLongestStart)),
+      481);
+  EXPECT_EQ(raised(second.counters()), Counters{});
+  EXPECT_EQ(statusOf(caller.ask(engine, {.method = "BYE", .cseq = 2, .toTag = tag}, kLongestStart)), 200);
+  const std::string ended = received(target, "BYE ");
+  EXPECT_EQ(firstLineOf(ended), "BYE sip:bob@" + target.address() + " SIP/2.0");
+  EXPECT_NE(ended.find(routes), std::string::npos) << ended;
 }

@@ -72,7 +72,7 @@ StateStore::StateStore(const std::string& address) : context_(nullptr, redisFree
   }
   host_ = address.substr(scheme.size(), colon - scheme.size());
   port_ = static_cast<int>(std::strtol(address.c_str() + colon + 1, nullptr, 10));
-  if (!connect()) throw std::runtime_error("no Redis server at " + address);
+  if (!run({"PING"})) throw std::runtime_error("no Redis server at " + address);
 }
 
 bool StateStore::connect() {
@@ -80,13 +80,12 @@ bool StateStore::connect() {
   if (Clock::now() < nextAttempt_) return false;
   nextAttempt_ = Clock::now() + kBetweenAttempts;
   context_.reset(redisConnectWithTimeout(host_.c_str(), port_, kTimeout));
-  if (!context_ || context_->err != 0 || redisSetTimeout(context_.get(), kTimeout) != REDIS_OK) return false;
-  return run({"PING"});
+  return context_ && context_->err == 0 && redisSetTimeout(context_.get(), kTimeout) == REDIS_OK;
 }
 
 /// @param texts receives the strings of an array reply
 bool StateStore::run(const std::vector<std::string>& command, std::vector<std::string>* texts) {
-  if (command.front() != "PING" && !connect()) return false;
+  if (!connect()) return false;
   std::vector<const char*> words;
   std::vector<std::size_t> sizes;
   for (const std::string& word : command) {

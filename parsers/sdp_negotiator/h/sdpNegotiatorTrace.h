@@ -4,7 +4,8 @@
 #include "sdpNegotiatorExport.h"
 
 namespace sdpneg {
-/// For the library's own loops; not exported.
+/// Whether trace lines are written. A trace call asks that by itself; this is for the library's own loops, which would do
+/// so many times. Not exported.
 bool isTracing();
 }  // namespace sdpneg
 

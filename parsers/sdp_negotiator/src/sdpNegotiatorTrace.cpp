@@ -8,7 +8,6 @@
 #include <string_view>
 
 #include "kvRtt.h"
-#include "traceSwitch.h"
 
 const char SDP_NEGOTIATOR_RTT_STR[4][25] = {
     "SDP_NEGOTIATOR_DEBUG:",

@@ -5,7 +5,6 @@
 #include "sdpModifiers.h"
 #include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
-#include "traceSwitch.h"
 
 namespace sdpneg {
 

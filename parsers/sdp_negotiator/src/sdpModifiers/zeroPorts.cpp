@@ -8,7 +8,6 @@
 #include "sdpNegotiatorParser/portField.h"
 #include "sdpNegotiatorTrace.h"
 #include "text/lines.h"
-#include "traceSwitch.h"
 
 // Removal of m-lines of port 0.
 

@@ -90,8 +90,9 @@ class SDP_NEGOTIATOR_API sdpParserMessage {
   static void checkForMickey(sSdpParsedData& data, const sDescription& description);
   /// Sets or clears the ICE lite and full ICE bits from the text (RFC 8839). @return 0
   static unsigned short checkIce(const char* sdp, sSdpParsedData& data);
-  /// Sets or clears the bit that says whether a candidate line holds the session's address and the first
-  /// port.
+  /// Sets the bit that says whether a candidate line holds the session's address and the first port, and clears it
+  /// when either stands nowhere from a candidate line on. Where candidate lines hold no such pair although both stand
+  /// behind each, and without candidate lines, it stays as it was.
   /// @return 0, or 1 when the address or port is missing or a candidate line does not end in LF
   static unsigned short checkFullIceAttributes(const char* sdp, sSdpParsedData& data,
                                                const sDescription& description);
@@ -103,7 +104,8 @@ class SDP_NEGOTIATOR_API sdpParserMessage {
   /// @name Audio codecs (audioCodecs.cpp)
   /// @{
 
-  /// @param format     a payload type as text; any that begins with "0" and is not dynamic is PCMU
+  /// @param format     a payload type as text, read by the number that it begins with; PCMU is what begins with "0"
+  ///                   and is no other number
   /// @param attributes attribute lines of its m-line, for dynamic payload types
   /// @return the audio codec value, 0 when unknown
   static unsigned char convertCodec(const char* format, const a_line* attributes);

@@ -55,11 +55,16 @@ TEST(StaticAudioPayload, neverNeedsAttributeLines) {
   EXPECT_EQ(codecOf("18", {"rtpmap:18 AMR/8000"}), 10);
 }
 
-TEST(StaticAudioPayload, everyFormatThatBeginsWithZeroIsPcmuUnlessItIsDynamic) {
-  for (const char* format : {"0", "00", "08", "018", "0x12", "0-"}) {
+TEST(StaticAudioPayload, whatBeginsWithZeroIsPcmuUnlessItIsAnotherNumber) {
+  for (const char* format : {"0", "00", "0000000000000", "0x12", "0-", "0 8", "0.8"}) {
     EXPECT_EQ(codecOf(format, {"rtpmap:97 AMR/8000"}), 3) << format;
   }
-  EXPECT_EQ(codecOf("097", {"rtpmap:97 AMR/8000"}), 31);
+  const std::map<std::string, int> numbers = {{"02", 21}, {"04", 8},   {"08", 1},  {"09", 5},   {"013", 37},
+                                              {"015", 9}, {"018", 10}, {"008", 1}, {"08/1", 1}, {"01", 0},
+                                              {"03", 0},  {"07", 0},   {"019", 0}, {"0128", 0}, {"097", 31}};
+  for (const auto& [format, codec] : numbers) {
+    EXPECT_EQ(codecOf(format, {"rtpmap:97 AMR/8000"}), codec) << format;
+  }
 }
 
 TEST(StaticAudioPayload, textsThatAreNoNumber) {

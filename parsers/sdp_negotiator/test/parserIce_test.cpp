@@ -115,8 +115,9 @@ TEST(ParserCandidates, MatchWhenOneLineHoldsAddressAndPort) {
       {{audio, otherPort}, 0, 0, true},
       {{audio, otherAddress}, 0, 0, true},
       {{audio, otherAddress, otherPort}, 0, 0, true},  // from the second line on there is no 5004 any more
-      {{audio, otherAddress, otherPort, "a=x:5004"}, 0, 0},  // the lines run out
-      {{audio, neither, "a=x:192.0.2.1 5004"}, 0, 0},
+      {{audio, otherAddress, otherPort, "a=x:5004"}, 0, -1},  // the lines run out
+      {{audio, neither, "a=x:192.0.2.1 5004"}, 0, -1},
+      {{audio, otherPort, otherAddress, "a=x:192.0.2.1"}, 0, -1},
       {{audio, hostLine + "0"}, 0, 1},  // kept: a piece of text, not a field
       {{audio, "a=candidate:1 1 UDP 1 192.0.2.15004"}, 0, 1},
       {{audio, "a=Candidate:1 1 UDP 1 192.0.2.1 5004"}, 0, -1},  // the name is compared exactly

@@ -75,7 +75,8 @@ unsigned char sdpParserMessage::convertCodec(const char* format, const a_line* a
   if (payloadType >= firstDynamicPayload && payloadType <= lastDynamicPayload) {
     return convertDynamicCodec(payloadType, attributes);
   }
-  if (startsWith(text, "0")) return codecPcmu;
+  // By the text: one without a number, and a sign in front of a zero, is no payload type.
+  if (payloadType == 0 && startsWith(text, "0")) return codecPcmu;
   for (const StaticAudioRule& rule : staticAudioRules) {
     if (rule.payloadType == payloadType) return rule.codec;
   }

@@ -64,29 +64,29 @@ class NextPlace {
   bool known_ = false;
 };
 
-/// Goes over the candidate lines of a text until one tells whether they match, or the lines run out.
-/// @return 0, or 1 for a line without LF, which leaves the bit as it is
+/// Goes over the candidate lines of a text until one tells whether they match. The bit stays as it is when the lines
+/// run out.
+/// @return 0, or 1 for a line without LF, which leaves the bit as well
 unsigned short matchCandidates(sSdpParsedData& data, std::string_view text, std::string_view address,
                                std::string_view port) {
   NextPlace nextPort(text, port);
   NextPlace nextAddress(text, address);
   NextPlace nextLineFeed(text, "\n");
-  std::size_t line = text.find("a=candidate:");
-  if (line == npos) return 0;
-  for (; line != npos; line = text.find("a=candidate:", line + 1)) {
+  for (std::size_t line = text.find("a=candidate:"); line != npos;
+       line = text.find("a=candidate:", line + 1)) {
     const std::size_t lineFeed = nextLineFeed.from(line);
     if (lineFeed == npos) return 1;
     const std::size_t last = std::max(nextPort.from(line), nextAddress.from(line));
     if (last == npos) {
       cNegotTraceManager::writeTraceMsg(2, 2, "Ice mismatch occurred within the SDP");
-      break;
+      setBit(data, SDP_ATTR_ICE_CANDIDATES_MATCH, false);
+      return 0;
     }
     if (last < lineFeed) {
       setBit(data, SDP_ATTR_ICE_CANDIDATES_MATCH, true);
       return 0;
     }
   }
-  setBit(data, SDP_ATTR_ICE_CANDIDATES_MATCH, false);
   return 0;
 }
 

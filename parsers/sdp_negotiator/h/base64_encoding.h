@@ -10,7 +10,8 @@
 extern SDP_NEGOTIATOR_API const char base64_alphabet[65];
 
 /// Writes one group of characters.
-/// @param in  `len` bytes; those that a shorter group lacks count as 0
+/// @param in  3 bytes, or 2 for one: the byte behind those of a shorter group lends its first bits to the last
+///            character, so the caller sets it to 0
 /// @param out receives exactly 4 characters, no NUL
 /// @param len 1 to 3; one byte gives two pad characters, two give one
 SDP_NEGOTIATOR_API void base64_encodeblock(const unsigned char* in, char* out, unsigned long len);

@@ -263,7 +263,7 @@ class SDP_NEGOTIATOR_API sdpModifications {
   static void sdpApplyAnatAttributes(char* sdp);
   /// Removes the ANAT group lines and all media sections with a c-line of one IP version, and the session's c-line
   /// when it is of that version. A section without a code goes too: one of another medium leaves its 128 for the next
-  /// one, one behind the 25th m-line leaves nothing. With 25 codes the removal ends.
+  /// one. With 25 codes the removal ends.
   /// @param ipVersion   2 for IPv4, any other value for IPv6
   /// @param removed     25 zeros, receives the record; or null
   /// @param oLineEnd    receives the offset behind the o-line when that is rebuilt
@@ -302,7 +302,8 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// its m-line's LF. A record of removed m-lines is an array of at most 25 codes, filled with 0 by the caller and
   /// ended by the first 0. A code is the position of the m-line among all in the text, from 1, plus 0 for "audio",
   /// 25 for "video", 50 for "application" and 75 for "image": the first word in this order that stands anywhere on
-  /// the line counts. A line without these words leaves no code, nor does one beyond the 25th, which is traced.
+  /// the line counts. So behind the 25th m-line a code reads as one of the next medium. A line without these words leaves no
+  /// code. Nor does one behind the 25th code, or whose code were above 127, which is traced.
   /// @{
 
   /// Removes every media section whose m-line holds a transport.
@@ -424,8 +425,8 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// @return 1 for a text without m-lines, else 0, or 1 when the port of the last m-line cannot be read
   static unsigned short sdpRemoveMlinesZeroPort(char* sdp);
   /// Sets the transport of every m-line of some media whose line holds another transport. Only the third field is
-  /// replaced, whatever it holds; one that begins with the new transport or ends with the line stays. Two blanks
-  /// behind the port enclose an empty field, which is set as well.
+  /// replaced, whatever it holds; one that begins with the new transport or ends with the line stays. Runs of blanks
+  /// separate the fields.
   /// An m-line that would not fit stays too, with a trace.
   /// @param fromTransport must occur on the m-line, for example "RTP/SAVP"
   /// @param toTransport   at most 14 characters of it are taken

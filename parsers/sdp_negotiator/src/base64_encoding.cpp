@@ -15,12 +15,13 @@ constexpr unsigned long kGroupCharacters = 4;
 }  // namespace sdpneg
 
 void base64_encodeblock(const unsigned char* in, char* out, unsigned long len) {
-  const auto byte = [in, len](unsigned long i) { return i < len ? unsigned{in[i]} : 0U; };
-  const unsigned int bits = byte(0) << 16U | byte(1) << 8U | byte(2);
-  out[0] = base64_alphabet[bits >> 18U];
-  out[1] = base64_alphabet[bits >> 12U & 63U];
-  out[2] = len < 2 ? sdpneg::kPad : base64_alphabet[bits >> 6U & 63U];
-  out[3] = len < 3 ? sdpneg::kPad : base64_alphabet[bits & 63U];
+  const unsigned int first = in[0];
+  const unsigned int second = in[1];
+  const unsigned int third = len < 2 ? 0U : in[2];
+  out[0] = base64_alphabet[first >> 2U];
+  out[1] = base64_alphabet[(first & 3U) << 4U | second >> 4U];
+  out[2] = len < 2 ? sdpneg::kPad : base64_alphabet[(second & 15U) << 2U | third >> 6U];
+  out[3] = len < 3 ? sdpneg::kPad : base64_alphabet[third & 63U];
 }
 
 int base64_encode(const unsigned char* in, unsigned long inLen, char* out, unsigned long outCap) {
@@ -28,7 +29,9 @@ int base64_encode(const unsigned char* in, unsigned long inLen, char* out, unsig
   while (inLen != 0) {
     if (outCap < sdpneg::kGroupCharacters) return 0;
     const unsigned long taken = std::min(inLen, sdpneg::kGroupBytes);
-    base64_encodeblock(in, out, taken);
+    unsigned char group[sdpneg::kGroupBytes] = {};
+    std::copy_n(in, taken, group);
+    base64_encodeblock(group, out, taken);
     in += taken;
     inLen -= taken;
     out += sdpneg::kGroupCharacters;

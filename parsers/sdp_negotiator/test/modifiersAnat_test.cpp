@@ -118,7 +118,7 @@ const TraceLine removalEnd{8, 4, "Exiting sdpRemoveAnat() method."};
 TraceLine notRecorded(int position) {
   return {2, 2,
           "sdpRemoveAnat(): The removed m-line at position " + std::to_string(position) +
-              " is not recorded. Only the first 25 can be."};
+              " is not recorded. There are 25 codes of at most 127."};
 }
 
 Traces removalTraces(const Traces& between) {
@@ -250,39 +250,53 @@ std::string repeated(const std::string& text, int count) {
   return all;
 }
 
+// Positions count on behind the 25th m-line.
 TEST(RemoveAnat, EndsWithTheTwentyFifthCode) {
-  std::vector<char> record(25, '\0');
-  std::vector<int> codes(25);
-  std::iota(codes.begin(), codes.end(), 1);
-  unsigned short oLineEnd = 0;
-  expectEdit(
-      head + repeated(audio4, 27),
-      [&](char* sdp) { return M::sdpRemoveAnat(sdp, v4, record.data(), oLineEnd, false); }, 0,
-      head + repeated(audio4, 2));
-  EXPECT_EQ(record, recordOf(codes));
+  for (const int kept : {0, 1, 2, 30}) {
+    for (const int removed : {25, 26, 27}) {
+      std::vector<char> record(25, '\0');
+      std::vector<int> codes(25);
+      std::iota(codes.begin(), codes.end(), kept + 1);
+      unsigned short oLineEnd = 0;
+      TraceCapture trace;
+      expectEdit(
+          head + repeated(audio6, kept) + repeated(audio4, removed),
+          [&](char* sdp) { return M::sdpRemoveAnat(sdp, v4, record.data(), oLineEnd, false); }, 0,
+          head + repeated(audio6, kept) + repeated(audio4, removed - 25));
+      EXPECT_EQ(record, recordOf(codes));
+      EXPECT_EQ(trace.takeLines(), removalTraces({}));
+    }
+  }
 }
 
-// Positions beyond 25 would read as the first ones of the next media kind.
-TEST(RemoveAnat, RecordsNoPositionBeyondTheTwentyFifth) {
+// Deliberate: a code behind the 25th position reads as one of the next media kind. One above 127 would read as that of
+// a secure m-line.
+TEST(RemoveAnat, RecordsWhatFitsSevenBits) {
+  const std::string image4 = "m=image 1 udptl t38\r\n" + connection4;
+  const std::string secureImage4 = "m=image 1 RTP/SAVP t38\r\n" + connection4;
+  const std::string text4 = "m=text 1 RTP/AVP 98\r\n" + connection4;
   struct Beyond {
+    int kept;
     std::string last;
     std::vector<int> codes;
     Traces traces;
   };
   const Beyond cases[] = {
-      {audio4, {25}, {notRecorded(26)}},
-      {audio4 + video4, {25}, {notRecorded(26), notRecorded(27)}},
-      {secureAudio4, {25}, {notRecorded(26)}},
-      {"m=text 1 RTP/AVP 98\r\n" + connection4, {25}, {}},
+      {24, audio4 + audio4, {25, 26}, {}},
+      {24, audio4 + video4, {25, 51}, {}},
+      {24, audio4 + secureAudio4, {25, 154}, {}},
+      {24, audio4 + text4, {25}, {}},
+      {51, image4 + image4 + audio4, {127, 54}, {notRecorded(53)}},
+      {51, secureImage4 + secureImage4 + audio4, {255, 54}, {notRecorded(53)}},
   };
   for (const Beyond& each : cases) {
     std::vector<char> record(25, '\0');
     unsigned short oLineEnd = 0;
     TraceCapture trace;
     expectEdit(
-        head + repeated(audio6, 24) + audio4 + each.last,
+        head + repeated(audio6, each.kept) + each.last,
         [&](char* sdp) { return M::sdpRemoveAnat(sdp, v4, record.data(), oLineEnd, false); }, 0,
-        head + repeated(audio6, 24));
+        head + repeated(audio6, each.kept));
     EXPECT_EQ(record, recordOf(each.codes));
     EXPECT_EQ(trace.takeLines(), removalTraces(each.traces));
   }

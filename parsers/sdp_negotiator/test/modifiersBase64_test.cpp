@@ -33,25 +33,20 @@ TEST(Base64, HasTheStandardAlphabet) {
 TEST(Base64, WritesABlockOfFourCharactersAndNothingBehind) {
   struct Block {
     std::vector<unsigned char> in;
+    unsigned long length;
     const char* wanted;
   };
-  // As many bytes as are given are read.
+  // The byte behind a shorter group is read as it is given, and none further.
   const Block blocks[] = {
-      {{0}, "AA=="},
-      {{255}, "/w=="},
-      {{'f'}, "Zg=="},
-      {{0, 0}, "AAA="},
-      {{255, 255}, "//8="},
-      {{'f', 'o'}, "Zm8="},
-      {{0, 0, 0}, "AAAA"},
-      {{255, 255, 255}, "////"},
-      {{'f', 'o', 'o'}, "Zm9v"},
-      {{0xFB, 0xEF, 0xBE}, "++++"},
-      {{0x14, 0xFB, 0x9C}, "FPuc"},
+      {{0, 0}, 1, "AA=="},           {{255, 0}, 1, "/w=="},           {{'f', 0}, 1, "Zg=="},
+      {{0, 255}, 1, "AP=="},         {{255, 0x10}, 1, "/x=="},        {{0, 0, 0}, 2, "AAA="},
+      {{255, 255, 0}, 2, "//8="},    {{'f', 'o', 0}, 2, "Zm8="},      {{0, 0, 255}, 2, "AAD="},
+      {{'f', 'o', 0x40}, 2, "Zm9="}, {{0, 0, 0}, 3, "AAAA"},          {{255, 255, 255}, 3, "////"},
+      {{'f', 'o', 'o'}, 3, "Zm9v"},  {{0xFB, 0xEF, 0xBE}, 3, "++++"}, {{0x14, 0xFB, 0x9C}, 3, "FPuc"},
   };
   for (const Block& each : blocks) {
     char out[5] = {'#', '#', '#', '#', '#'};
-    base64_encodeblock(each.in.data(), out, each.in.size());
+    base64_encodeblock(each.in.data(), out, each.length);
     EXPECT_EQ(std::string(out, sizeof out), std::string(each.wanted) + "#");
   }
 }

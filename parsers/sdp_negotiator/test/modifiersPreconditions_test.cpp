@@ -220,6 +220,20 @@ TEST(InsertPreconditions, TogetherHaveAtMost255Characters) {
   buffer.expect(session + audio);
 }
 
+TEST(InsertPreconditions, TellAnInvalidRecordBehindAFullAreaAsInvalid) {
+  // Twelve lines of 21 characters leave no room for another.
+  for (const std::size_t valid : {12U, 13U, 1000U}) {
+    List list(valid, shortest);
+    list.push_back({1, 0, 0, 3, 0});
+    list.push_back({4, 0, 0, 0, 0});
+    EditBuffer buffer(session + audio);
+    TraceCapture trace;
+    EXPECT_EQ(insert(buffer.data(), list), 1);
+    buffer.expect(session + audio);
+    EXPECT_EQ(trace.takeLines(), Lines{invalid("status type")});
+  }
+}
+
 TEST(InsertPreconditions, NeedATextAndAList) {
   TraceCapture trace;
   EXPECT_EQ(insert(nullptr, {shortest}), 1);

@@ -68,13 +68,14 @@ class AnatRecord {
 
   std::size_t count() const { return count_; }
 
-  /// Adds a removed m-line. One of another medium leaves its secure bit for the next.
+  /// Adds a removed m-line, while there are fewer than 25. One of another medium leaves its secure bit for the next.
   void add(std::string_view mLine, std::size_t position) {
     if (codes_ == nullptr) return;
-    if (position <= recordCapacity && contains(mLine, "RTP/SAVP")) put(kSecureBit, 0);
-    const std::optional<unsigned char> code = removedCode(mLine, position, allRecordedMedia, "sdpRemoveAnat");
+    const std::optional<std::size_t> code = removedCode(mLine, position, allRecordedMedia);
+    if (code && !takesCode(count_, *code, position, "sdpRemoveAnat")) return;
+    if (contains(mLine, "RTP/SAVP")) put(kSecureBit, 0);
     if (!code) return;
-    put(*code, 0xff);
+    put(static_cast<unsigned char>(*code), 0xff);
     ++count_;
   }
 

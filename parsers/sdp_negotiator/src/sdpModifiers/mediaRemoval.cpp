@@ -37,9 +37,9 @@ class SectionRemoval {
  private:
   void record(std::string_view mLine) {
     if (record_ == nullptr) return;
-    const auto code = removedCode(mLine, position_, mediaCount_, operation_);
-    // A position has one code at most, so there are no more codes than positions that have some.
-    if (code) record_[recorded_++] = static_cast<char>(*code);
+    const auto code = removedCode(mLine, position_, mediaCount_);
+    if (!code || !takesCode(recorded_, *code, position_, operation_)) return;
+    record_[recorded_++] = static_cast<char>(*code);
   }
 
   const char* operation_;

@@ -22,13 +22,27 @@ bool isOfMedia(std::string_view text, std::size_t mLine, std::string_view name) 
   return text.substr(mLine, kBehindPrefix + name.size()).find(name) == kBehindPrefix;
 }
 
-/// Sets the third field of an m-line that ends in LF, unless no blank ends it. An empty one is set too.
+constexpr std::string_view kBlanks = " \t";
+
+/// Where the third field of an m-line begins, behind the media name and the port. Runs of blanks separate the fields,
+/// as the codec reads them.
+/// @return the line's LF when it has fewer fields
+std::size_t transportStart(std::string_view text, const Line& mLine) {
+  const std::string_view all = text.substr(0, mLine.lf);
+  std::size_t at = all.find_first_not_of(kBlanks, mLine.begin + 2);
+  for (int passed = 0; passed < 2; ++passed) {
+    at = all.find_first_not_of(kBlanks, all.find_first_of(kBlanks, at));
+  }
+  return at == npos ? mLine.lf : at;
+}
+
+/// Sets the third field of an m-line that ends in LF, unless no blank ends it.
 void setTransport(SdpText& text, const Line& mLine, std::string_view transport) {
   const std::string_view view = text.view();
   const std::size_t begin = transportStart(view, mLine);
   cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType() method. startOfTransport=[%s]",
                                     view.data() + begin);
-  const std::size_t end = view.substr(0, mLine.lf).find_first_of(" \t", begin);
+  const std::size_t end = view.substr(0, mLine.lf).find_first_of(kBlanks, begin);
   if (end == npos || startsWith(view.substr(begin), transport)) return;
   cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType() Step-3. Changing transport type");
   if (text.replace({begin, end}, transport) != Edit::done) {

@@ -96,7 +96,7 @@ unsigned short sdpModifications::sdpInsertPrecondions(char* sdp, unsigned int al
     return 1;
   }
   PreconditionLines lines;
-  for (int i = 0; i < count && !lines.cut(); ++i) {
+  for (int i = 0; i < count; ++i) {
     if (!addLine(lines, list[i])) return 1;
   }
   return appendLines(text, lines, allowedSdpSize);

@@ -13,8 +13,8 @@ namespace {
 /// In the order in which they are looked for on an m-line.
 constexpr std::string_view kMedia[allRecordedMedia] = {"audio", "video", "application", "image"};
 
-/// Codes, and positions, per media kind.
-constexpr std::size_t kRange = recordCapacity;
+/// Codes per media kind.
+constexpr std::size_t kRange = 25;
 
 /// The position that a code stands for. It is the smallest one that any media kind gives the code, so that a code
 /// above all ranges has a position too. Zero is none.
@@ -68,19 +68,19 @@ std::optional<MediaSection> findSection(std::string_view text, std::size_t from)
   return MediaSection{mLine, orEnd(findAnywhere(text, "m=", mLine.next()), text)};
 }
 
-std::optional<unsigned char> removedCode(std::string_view mLine, std::size_t position, std::size_t mediaCount,
-                                         const char* operation) {
-  // Behind the last position that has codes, only the trace needs the name.
-  if (position > kRange && !isTracing()) return std::nullopt;
+std::optional<std::size_t> removedCode(std::string_view mLine, std::size_t position, std::size_t mediaCount) {
   for (std::size_t i = 0; i < mediaCount && i < allRecordedMedia; ++i) {
-    if (!contains(mLine, kMedia[i])) continue;
-    if (position <= kRange) return static_cast<unsigned char>(position + i * kRange);
-    cNegotTraceManager::writeTraceMsg(
-        2, 2, "%s(): The removed m-line at position %d is not recorded. Only the first %d can be.", operation,
-        static_cast<int>(position), static_cast<int>(kRange));
-    return std::nullopt;
+    if (contains(mLine, kMedia[i])) return position + i * kRange;
   }
   return std::nullopt;
+}
+
+bool takesCode(std::size_t count, std::size_t code, std::size_t position, const char* operation) {
+  if (count < recordCapacity && code <= largestCode) return true;
+  cNegotTraceManager::writeTraceMsg(
+      2, 2, "%s(): The removed m-line at position %d is not recorded. There are %d codes of at most %d.",
+      operation, static_cast<int>(position), static_cast<int>(recordCapacity), static_cast<int>(largestCode));
+  return false;
 }
 
 std::string_view codesOf(const char* record) {

@@ -11,12 +11,15 @@
 // Records of removed m-lines: which ones went, so that dummy m-lines can be put in their places later. A record
 // is a caller's array of at most 25 codes, each a character, ended by a zero when there are fewer. A code is the
 // position of the m-line among all m-lines, from 1, plus 0 for audio, 25 for video, 50 for application and 75 for
-// image.
+// image. So a code has one meaning up to position 25, and beyond reads as one of the next media kind.
 
 namespace sdpneg {
 
-/// Codes that a record holds at most, and the last position that has codes.
+/// Codes that a record holds at most.
 inline constexpr std::size_t recordCapacity = 25;
+
+/// The largest code; the bit above says that the m-line was secure.
+inline constexpr std::size_t largestCode = 127;
 
 /// The media kinds that have codes: all, and those without image.
 inline constexpr std::size_t allRecordedMedia = 4;
@@ -35,10 +38,11 @@ std::optional<MediaSection> findSection(std::string_view text, std::size_t from)
 /// The code of a removed m-line, by the first of the media kinds' names that stands on it.
 /// @param position   from 1
 /// @param mediaCount how many media kinds have codes
-/// @param operation  named in the trace that a position beyond the last one leaves
-/// @return nothing without such a name and for a position beyond the last one
-std::optional<unsigned char> removedCode(std::string_view mLine, std::size_t position, std::size_t mediaCount,
-                                         const char* operation);
+/// @return nothing without such a name; it may be above the largest that a record takes
+std::optional<std::size_t> removedCode(std::string_view mLine, std::size_t position, std::size_t mediaCount);
+
+/// Whether a record of `count` codes takes another one. The reason why not is traced.
+bool takesCode(std::size_t count, std::size_t code, std::size_t position, const char* operation);
 
 /// The codes of a record, which may be null, without the zero that ends them.
 std::string_view codesOf(const char* record);

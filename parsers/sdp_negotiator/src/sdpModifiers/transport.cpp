@@ -8,22 +8,17 @@
 
 namespace sdpneg {
 
-std::size_t transportStart(std::string_view text, const Line& mLine) {
-  const std::string_view all = text.substr(0, mLine.lf);
-  const std::size_t first = all.find_first_of(" \t", mLine.begin + 2);
-  const std::size_t second = first == npos ? npos : all.find_first_of(" \t", first + 1);
-  return second == npos ? mLine.lf : second + 1;
-}
-
 namespace {
 
-/// The third field of a line, before the next blank. Without one it runs to the line's end, in front of which a CR is
-/// no blank, and is none to be set.
+/// The third field of a line, from behind the second blank to the next. Without that one it runs to the line's end, in
+/// front of which a CR is no blank, and is none to be set.
 std::optional<Span> thirdField(std::string_view text, const Line& line) {
-  const std::size_t begin = transportStart(text, line);
-  const std::size_t end = text.substr(0, line.lf).find_first_of(" \t", begin);
-  if (end == npos || end == begin) return std::nullopt;
-  return Span{begin, end};
+  const std::string_view all = text.substr(0, line.lf);
+  const std::size_t first = all.find_first_of(" \t", line.begin + 2);
+  const std::size_t second = first == npos ? npos : all.find_first_of(" \t", first + 1);
+  const std::size_t end = second == npos ? npos : all.find_first_of(" \t", second + 1);
+  if (end == npos || end == second + 1) return std::nullopt;
+  return Span{second + 1, end};
 }
 
 }  // namespace

@@ -16,14 +16,10 @@ inline bool isSecure(std::string_view text, const Line& mLine) {
 /// What of a transport is written to an m-line at most.
 inline constexpr std::size_t longestTransport = 14;
 
-/// Where the transport, the third field of an m-line, begins: behind the second blank. Blanks are counted one by
-/// one from the third character on, so two in a row enclose an empty field.
-/// @return the line's LF when it has fewer blanks
-std::size_t transportStart(std::string_view text, const Line& mLine);
-
 enum class TransportEdit { done, notExpected, noRoom };
 
-/// Sets the third field of an m-line to a transport of at most 14 characters.
+/// Sets the third field of an m-line to a transport of at most 14 characters. Blanks are counted one by one from the
+/// line's third character on, so two in a row enclose an empty field.
 /// @param expected must occur on the line; the field is replaced whatever it holds itself
 /// @return done also when there is no field, or it begins with the new transport already
 TransportEdit replaceTransport(SdpText& text, const Line& mLine, std::string_view expected,

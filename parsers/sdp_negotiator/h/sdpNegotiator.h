@@ -15,11 +15,14 @@ inline constexpr int SDP_STORED_TEXT_SIZE = 2560;
 /// Entries of the codec array that `cSdpNegotiator::getVideoCodecs` fills.
 inline constexpr int SDP_VIDEO_CODEC_LIST_SIZE = 8;
 
+/// Status of `cSdpNegotiator::sdpModifyVersionAndMlines` alone: m-lines are missing and cannot be added.
+inline constexpr unsigned short SDP_M_LINES_NOT_ADDED = 3;
+
 /// One SDP body (RFC 4566) with the summary of what it says.
 ///
-/// An object is a plain record of 2692 bytes without constructor, destructor and pointers: it may be copied
-/// byte for byte. A new one is undefined until `sdpParse` was called, with an empty text if need be. Objects
-/// whose bytes come from elsewhere may claim anything; no operation trusts the claims.
+/// An object is a plain record of 2692 bytes without destructor and pointers: it may be copied byte for byte. A new
+/// one is empty, and of its text store no more than the first character is set. Objects whose bytes come from
+/// elsewhere may claim anything; no operation trusts the claims.
 ///
 /// Status results are 0 for success and 1 for failure unless an operation says otherwise. Texts end in NUL;
 /// a null text counts as an empty one unless an operation says otherwise. Operations report through
@@ -36,6 +39,12 @@ inline constexpr int SDP_VIDEO_CODEC_LIST_SIZE = 8;
 /// still later, from a destructor of the thread's own, makes and releases a state of its own.
 class SDP_NEGOTIATOR_API cSdpNegotiator {
  public:
+  /// Makes an empty object: no text, and the summary in its initial state.
+  cSdpNegotiator() noexcept {
+    parsedData.init();
+    rawSdp[0] = '\0';
+  }
+
   /// @name Body and parse (sdpNegotiator/parse.cpp)
   /// @{
 
@@ -472,10 +481,12 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// more m-lines, those of media types that this one has not are added; a second m-line of a type that it has is not.
   /// @param keepOnly handed to `sdpModifications::correctMLines`; without effect, since transports are not compared
   /// @return 0 when both bodies have as many m-lines, or the earlier one had more and this one was corrected;
-  ///         1 when the earlier body has fewer, an object is empty, or the m-lines cannot be corrected;
-  ///         65534 when a text is no SDP body; with these the o-line has been taken over as far as there is one.
+  ///         1 when the earlier body has fewer or an object is empty; 65534 when a text is no SDP body; with these the
+  ///         o-line has been taken over as far as there is one.
   ///         1 for null or the largest version, with a trace, and the status of storing when a raised version or the
   ///         o-line cannot be stored or does not fit: both objects are unchanged.
+  ///         SDP_M_LINES_NOT_ADDED when m-lines are missing and `sdpModifications::correctMLines` refuses to add them,
+  ///         for the codec cannot hold a body whole or there is no room: both objects are unchanged.
   ///         The status of `sdpParse` when the corrected text does not parse or cannot be stored: this object is empty.
   unsigned short sdpModifyVersionAndMlines(cSdpNegotiator* earlier, bool keepOnly);
   /// @}

@@ -301,13 +301,46 @@ TEST(VersionAndMLines, LeavesBothObjectsWhenTheOriginLineDoesNotFit) {
   EXPECT_TRUE(trace.has(4, 3, "copyOLine(): The o-line does not fit the SDP buffer."));
 }
 
-TEST(VersionAndMLines, FailsWhenTheMLinesCannotBeAdded) {
-  // The codec cannot hold this body whole, so it is not written anew.
-  const std::string odd = body("o=b 2 2 IN IP4 192.0.2.2", "x=odd\r\n");
-  cSdpNegotiator object = parsedObject(odd);
+// The codec cannot hold these bodies whole, so they are not written anew.
+TEST(VersionAndMLines, LeavesBothObjectsWhenTheMLinesCannotBeAdded) {
+  const cSdpNegotiator object = parsedObject(body("o=b 2 2 IN IP4 192.0.2.2"));
+  const cSdpNegotiator odd = parsedObject(body("o=b 2 2 IN IP4 192.0.2.2", "x=odd\r\n"));
+  const cSdpNegotiator earlier = parsedObject(body("o=a 1 1 IN IP4 192.0.2.1", text));
+  TraceCapture trace;
+  expectUnchanged(odd, earlier, 3);
+  EXPECT_EQ(trace.takeLines().back(),
+            (TraceLine{4, 3, "correctMLines(): A description does not hold all lines of its SDP. Exiting."}));
+  // An m-line of the earlier one has more formats than the codec holds.
+  std::string formats;
+  for (int i = 0; i < 200; ++i) formats += " 98";
+  expectUnchanged(object,
+                  parsedObject(body("o=a 1 1 IN IP4 192.0.2.1", "m=text 1 RTP/AVP" + formats + "\r\n")), 3);
+  // The o-line that is taken over is too long for the codec.
+  const std::string longName = "o=" + std::string(300, 'u') + " 1 1 IN IP4 192.0.2.1";
+  expectUnchanged(object, parsedObject(body(longName, text)), 3);
+  // A full body has no room.
+  expectUnchanged(parsedObject(paddedTo(MAX_SDP_PROTOCOL_DATA_SIZE - 1)), earlier, 3);
+}
+
+// With an o-line of its own that the codec cannot hold, the body is whole once it has the other.
+TEST(VersionAndMLines, AddsMLinesWhereTheOriginLineThatGoesIsTooLong) {
+  const std::string longName = "o=" + std::string(300, 'u') + " 2 2 IN IP4 192.0.2.2";
+  cSdpNegotiator object = parsedObject(body(longName));
   cSdpNegotiator earlier = parsedObject(body("o=a 1 1 IN IP4 192.0.2.1", text));
-  EXPECT_EQ(object.sdpModifyVersionAndMlines(&earlier, true), 1);
-  EXPECT_EQ(textOf(object), body("o=a 1 2 IN IP4 192.0.2.1", "x=odd\r\n"));
+  EXPECT_EQ(object.sdpModifyVersionAndMlines(&earlier, true), 0);
+  EXPECT_EQ(textOf(object), body("o=a 1 2 IN IP4 192.0.2.1", text));
+}
+
+// Where no m-line is to be added nothing is written anew.
+TEST(VersionAndMLines, TakesTheOriginLineOverIntoABodyThatTheCodecCannotHold) {
+  const std::string end = "x=odd\r\n";
+  cSdpNegotiator earlier = parsedObject(body("o=a 1 1 IN IP4 192.0.2.1"));
+  cSdpNegotiator same = parsedObject(body("o=b 2 2 IN IP4 192.0.2.2", end));
+  EXPECT_EQ(same.sdpModifyVersionAndMlines(&earlier, true), 0);
+  EXPECT_EQ(textOf(same), body("o=a 1 2 IN IP4 192.0.2.1", end));
+  cSdpNegotiator more = parsedObject(body("o=b 2 2 IN IP4 192.0.2.2", text + end));
+  EXPECT_EQ(more.sdpModifyVersionAndMlines(&earlier, true), 1);
+  EXPECT_EQ(textOf(more), body("o=a 1 3 IN IP4 192.0.2.1", text + end));
 }
 
 // What was added is kept only by way of a parse, which empties an object whose text it refuses or cannot store.

@@ -41,19 +41,29 @@ bool isSameSession(const o_line& a, const o_line& b) {
   return true;
 }
 
-/// Puts the o-line of an earlier body, with its version raised in both, in the place of an object's own. Both objects
-/// stay as they were when that fails.
+/// Puts the o-line of an earlier body, with its version raised in both, in the place of an object's own.
 unsigned short takeOverOrigin(cSdpNegotiator& object, cSdpNegotiator& earlier, const o_line& origin) {
-  const cSdpNegotiator objectBefore = object;
-  const cSdpNegotiator earlierBefore = earlier;
   // A body without o-line has no version.
-  unsigned short status = origin.present != 0 ? earlier.sdpSetVersionNumberLong(versionOf(origin) + 1) : 0;
-  if (status == 0) status = object.copyOLine(&earlier);
-  if (status != 0) {
-    object = objectBefore;
-    earlier = earlierBefore;
-  }
-  return status;
+  const unsigned short status =
+      origin.present != 0 ? earlier.sdpSetVersionNumberLong(versionOf(origin) + 1) : 0;
+  return status != 0 ? status : object.copyOLine(&earlier);
+}
+
+/// Adds the m-lines of an earlier body that has more.
+/// @return as `cSdpNegotiator::sdpModifyVersionAndMlines`
+unsigned short addMLines(cSdpNegotiator& object, const cSdpNegotiator& earlier, bool keepOnly) {
+  char earlierText[MAX_SDP_PROTOCOL_DATA_SIZE];
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
+  if (const unsigned short status = earlier.getSDP(earlierText, sizeof earlierText); status != 0)
+    return status;
+  if (const unsigned short status = object.getSDP(text, sizeof text); status != 0) return status;
+  // Of the negative results, only -1 says that there are m-lines to add.
+  constexpr unsigned short kEarlierHasMore = 65535;
+  const auto compared =
+      static_cast<unsigned short>(sdpModifications::compareNumberOfMLines(earlierText, text));
+  if (compared != kEarlierHasMore) return compared;
+  if (sdpModifications::correctMLines(earlierText, text, keepOnly, false) != 0) return SDP_M_LINES_NOT_ADDED;
+  return object.sdpParse(text, SDP_TYPE_UNKNOWN);
 }
 
 }  // namespace
@@ -89,17 +99,15 @@ unsigned short cSdpNegotiator::sdpModifyVersionAndMlines(cSdpNegotiator* earlier
         4, 3, "sdpModifyVersionAndMlines(): The session version cannot be raised. Exiting.");
     return 1;
   }
-  if (const unsigned short status = takeOverOrigin(*this, *earlier, origin); status != 0) return status;
-  char earlierText[MAX_SDP_PROTOCOL_DATA_SIZE];
-  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
-  if (const unsigned short status = earlier->getSDP(earlierText, sizeof earlierText); status != 0)
+  const cSdpNegotiator before = *this;
+  const cSdpNegotiator earlierBefore = *earlier;
+  const auto leaveBoth = [&](unsigned short status) {
+    *this = before;
+    *earlier = earlierBefore;
     return status;
-  if (const unsigned short status = getSDP(text, sizeof text); status != 0) return status;
-  // Of the negative results, only -1 says that there are m-lines to add.
-  constexpr unsigned short kEarlierHasMore = 65535;
-  const auto compared =
-      static_cast<unsigned short>(sdpModifications::compareNumberOfMLines(earlierText, text));
-  if (compared != kEarlierHasMore) return compared;
-  const unsigned short corrected = sdpModifications::correctMLines(earlierText, text, keepOnly, false);
-  return corrected != 0 ? corrected : sdpParse(text, SDP_TYPE_UNKNOWN);
+  };
+  if (const unsigned short status = takeOverOrigin(*this, *earlier, origin); status != 0)
+    return leaveBoth(status);
+  const unsigned short status = addMLines(*this, *earlier, keepOnly);
+  return status == SDP_M_LINES_NOT_ADDED ? leaveBoth(status) : status;
 }

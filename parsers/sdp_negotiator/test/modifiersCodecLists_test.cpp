@@ -138,6 +138,11 @@ TEST(RemoveCodecs, DropsWhatItDoesNotKnow) {
        {1},
        session + audioLine(" 8")},
       {"a number beyond 32 bits", session + audioLine(" 4294967304 8 97x"), {1}, session + audioLine(" 8")},
+      {"the least and the greatest number",
+       session + audioLine(" -2147483648 8 2147483647 -2147483649") +
+           "a=rtpmap:-2147483648 PCMA/8000\r\na=fmtp:2147483647 x\r\n",
+       {1},
+       session + audioLine(" 8")},
       {"a blank in front of the number of PCMU",
        session + audioLine(" 0") + "a=rtpmap: 0 PCMU/8000\r\n",
        {3},

@@ -5,12 +5,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <system_error>
-#include <utility>
 
+#include "newFile.h"
 #include "streams.h"
 
 namespace tool {
@@ -23,33 +21,6 @@ constexpr mode_t usualMode = 0666;
 
 Problem cannotWrite(const std::string& why) { return {{}, "cannot be written: " + why}; }
 Problem cannotWrite() { return cannotWrite(std::generic_category().message(errno)); }
-
-/// A file beside another one that goes away unless it takes the other's place.
-class NewFile {
- public:
-  explicit NewFile(const fs::path& target)
-      : path_((target.parent_path() / ".sdpnegXXXXXX").string()),
-        number_(mkostemp(path_.data(), O_CLOEXEC)) {}
-  ~NewFile() {
-    if (number_ >= 0) ::close(number_);
-    if (created_) ::unlink(path_.c_str());
-  }
-  NewFile(const NewFile&) = delete;
-  NewFile& operator=(const NewFile&) = delete;
-
-  int number() const { return number_; }
-  bool close() { return ::close(std::exchange(number_, -1)) == 0; }
-  bool takePlaceOf(const fs::path& target) {
-    if (::rename(path_.c_str(), target.c_str()) != 0) return false;
-    created_ = false;
-    return true;
-  }
-
- private:
-  std::string path_;
-  int number_;
-  bool created_ = number_ >= 0;
-};
 
 /// Gives a new file the owner and mode of the one that it replaces, or those of any new file.
 bool adoptMode(int number, const struct stat* replaced) {
@@ -77,7 +48,13 @@ void syncFolder(const fs::path& target) {
 std::optional<Problem> replaceFile(const std::string& name, std::string_view bytes) {
   std::error_code unknown;
   fs::path target = fs::canonical(name, unknown);
-  if (unknown) target = name;
+  if (unknown) {
+    // A link that leads nowhere is not replaced: it says that the file belongs elsewhere.
+    std::error_code none;
+    if (fs::is_symlink(fs::symlink_status(name, none)))
+      return cannotWrite("it is a symbolic link that leads to no file");
+    target = name;
+  }
   struct stat status {};
   const bool exists = ::stat(target.c_str(), &status) == 0;
   if (exists && !S_ISREG(status.st_mode)) return cannotWrite("it is no regular file");

@@ -65,6 +65,23 @@ TEST_F(InPlace, followsASymbolicLink) {
   EXPECT_EQ(readBytes(file), changed);
 }
 
+TEST_F(InPlace, doesNotReplaceASymbolicLinkThatLeadsNowhere) {
+  const std::string link = folder.path("link.sdp");
+  fs::create_symlink("gone.sdp", link);
+  const std::string why =
+      "sdpneg: " + link + ": cannot be written: it is a symbolic link that leads to no file\n";
+  const Outcome pack = runSdpneg({"pack", file, "-o", link});
+  EXPECT_EQ(pack.err, why);
+  EXPECT_EQ(pack.status, 74);
+  EXPECT_TRUE(fs::is_symlink(link));
+  EXPECT_FALSE(fs::exists(folder.path("gone.sdp")));
+  EXPECT_EQ(filesInFolder(), 2U);
+  const std::string loop = folder.path("loop.sdp");
+  fs::create_symlink("loop.sdp", loop);
+  EXPECT_EQ(runSdpneg({"pack", file, "-o", loop}).status, 74);
+  EXPECT_TRUE(fs::is_symlink(loop));
+}
+
 TEST_F(InPlace, thatFailsLeavesTheFileAsItWas) {
   const Outcome outcome = rewrite({.fileSizeLimit = 64});
   EXPECT_EQ(outcome.err, "sdpneg: " + file + ": cannot be written: File too large\n");

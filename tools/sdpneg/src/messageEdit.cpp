@@ -1,6 +1,7 @@
 #include "messageEdit.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "text/search.h"
@@ -26,6 +27,20 @@ std::string newLength(std::string_view text, Range body, Range digits, std::size
   return std::to_string(size - std::min(size, uncountedLineEnd(body.of(text), digits.of(text))));
 }
 
+/// Goes through a text once, however many replacements there are. They do not overlap.
+std::string withReplacements(std::string_view text, std::vector<Replacement> replacements) {
+  std::sort(replacements.begin(), replacements.end(),
+            [](const Replacement& a, const Replacement& b) { return a.range.begin < b.range.begin; });
+  std::string result;
+  result.reserve(text.size());
+  std::size_t at = 0;
+  for (const Replacement& each : replacements) {
+    result.append(text.substr(at, each.range.begin - at)).append(each.text);
+    at = each.range.end;
+  }
+  return result.append(text.substr(at));
+}
+
 }  // namespace
 
 std::string withBody(std::string_view text, const BodyRange& body, std::string_view newBody) {
@@ -41,13 +56,7 @@ std::string withBody(std::string_view text, const BodyRange& body, std::string_v
       added += replacements.back().text.size();
     }
   }
-  std::sort(replacements.begin(), replacements.end(),
-            [](const Replacement& a, const Replacement& b) { return a.range.begin > b.range.begin; });
-  std::string result(text);
-  for (const Replacement& each : replacements) {
-    result.replace(each.range.begin, each.range.end - each.range.begin, each.text);
-  }
-  return result;
+  return withReplacements(text, std::move(replacements));
 }
 
 }  // namespace tool

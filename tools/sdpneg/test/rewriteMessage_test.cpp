@@ -60,6 +60,18 @@ TEST(RewriteMessage, withSeveralContentLengthsGetsAllCorrected) {
 
 TEST(RewriteMessage, isUntouchedByARefusedRequest) {
   const std::string message = invite("l: 166\n", std::string(bodies::faxCall));
+TEST(RewriteMessage, mayHaveAnyNumberOfContentLengths) {
+  std::string before = "l: 168\n";
+  std::string after = "l: 180\n";
+  for (int i = 0; i < 100000; ++i) {
+    before += "l:1\n";
+    after += "l:180\n";
+  }
+  const Outcome outcome = runSdpneg({"rewrite", "mode", "recvonly"}, {.input = invite(before, body)});
+  EXPECT_TRUE(outcome.out == invite(after, body + added)) << outcome.out.size();
+  EXPECT_EQ(outcome.err, "");
+}
+
   const Outcome outcome = runSdpneg({"rewrite", "silence", "on"}, {.input = message});
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.status, 1);

@@ -1,5 +1,7 @@
 #include "bodyLines.h"
 
+#include <algorithm>
+
 #include "lineReader.h"
 #include "text/search.h"
 
@@ -38,6 +40,13 @@ Place BodyLines::offset(std::size_t offset) const {
       return {line.number, at < line.text.data() ? 1 : static_cast<std::size_t>(at - line.text.data()) + 1};
   }
   return {lines_.empty() ? firstLine_ : lines_.back().number + 1, 1};
+}
+
+std::string_view BodyLines::textFrom(std::size_t line, std::size_t column) const {
+  const auto found = std::find_if(lines_.begin(), lines_.end(),
+                                  [&](const Line& each) { return each.number == firstLine_ + line - 1; });
+  if (found == lines_.end() || column == 0 || column > found->text.size()) return {};
+  return found->text.substr(column - 1);
 }
 
 std::size_t BodyLines::sectionEnd(std::size_t index) const {

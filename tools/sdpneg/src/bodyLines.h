@@ -28,6 +28,8 @@ class BodyLines {
   Place sessionConnectionField(std::size_t field) const;
   /// The place of an offset in the body.
   Place offset(std::size_t offset) const;
+  /// What stands from a line and column of the body on, up to the line's end; empty where there is nothing.
+  std::string_view textFrom(std::size_t line, std::size_t column) const;
   /// A line and column of the body as the codec counts them.
   Place bodyPlace(std::size_t line, std::size_t column) const { return {firstLine_ + line - 1, column}; }
 

@@ -102,7 +102,8 @@ constexpr RequestArgument dummyArguments[] = {
     {.name = "CODECS",
      .expects = "names of audio codecs between commas, as rtpmap lines have them",
      .accepts = areEncodingNames,
-     .optional = true}};
+     .optional = true,
+     .names = audioEncodingNames}};
 
 /// Why the codecs of a dummy cannot be restricted to those of an argument.
 std::string codecRefusal(const cSdpNegotiator& object, std::size_t kind, std::string_view names) {

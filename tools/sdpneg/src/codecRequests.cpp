@@ -14,7 +14,10 @@ constexpr std::string_view orders[] = {"kept", "given"};
 bool isBandwidth(std::string_view word) { return wholeNumber<unsigned int>(word).has_value(); }
 
 constexpr RequestArgument restrictArguments[] = {
-    {.name = "CODECS", .expects = "names of audio codecs between commas", .accepts = areAudioCodecs},
+    {.name = "CODECS",
+     .expects = "names of audio codecs between commas",
+     .accepts = areAudioCodecs,
+     .names = audioCodecNames},
     {.name = "ORDER", .expects = "an order", .values = orders, .optional = true}};
 
 unsigned short restrictAudio(cSdpNegotiator& object, RequestInput& input) {
@@ -29,8 +32,10 @@ bool isFirst(const cSdpNegotiator& object, unsigned char codec) {
   return object.getParsedData().audioCodec[0] == codec;
 }
 
-constexpr RequestArgument preferArguments[] = {
-    {.name = "CODEC", .expects = "the name of an audio codec", .accepts = isAudioCodec}};
+constexpr RequestArgument preferArguments[] = {{.name = "CODEC",
+                                                .expects = "the name of an audio codec",
+                                                .accepts = isAudioCodec,
+                                                .names = audioCodecNames}};
 
 unsigned short preferAudio(cSdpNegotiator& object, RequestInput& input) {
   const unsigned char codec = audioCodecOf(input.words[0]);
@@ -38,8 +43,10 @@ unsigned short preferAudio(cSdpNegotiator& object, RequestInput& input) {
   return isFirst(object, codec) ? 0 : 1;
 }
 
-constexpr RequestArgument reorderArguments[] = {
-    {.name = "CODECS", .expects = "names of audio codecs between commas", .accepts = areAudioCodecs}};
+constexpr RequestArgument reorderArguments[] = {{.name = "CODECS",
+                                                 .expects = "names of audio codecs between commas",
+                                                 .accepts = areAudioCodecs,
+                                                 .names = audioCodecNames}};
 
 unsigned short reorderAudio(cSdpNegotiator& object, RequestInput& input) {
   const auto codecs = *audioCodecsOf(input.words[0]);
@@ -70,8 +77,10 @@ unsigned short capH264Level(cSdpNegotiator& object, RequestInput& input) {
   return object.getParsedData().h264Profile != current ? 0 : 1;
 }
 
-constexpr RequestArgument restrictVideoArguments[] = {
-    {.name = "CODECS", .expects = "names of video codecs between commas", .accepts = areVideoCodecs}};
+constexpr RequestArgument restrictVideoArguments[] = {{.name = "CODECS",
+                                                       .expects = "names of video codecs between commas",
+                                                       .accepts = areVideoCodecs,
+                                                       .names = videoCodecNames}};
 
 unsigned short restrictVideo(cSdpNegotiator& object, RequestInput& input) {
   const auto codecs = *videoCodecsOf(input.words[0]);

@@ -6,6 +6,8 @@
 #include "completion.h"
 #include "exitStatus.h"
 #include "manual.h"
+#include "nearestName.h"
+#include "requestTable.h"
 #include "rewriteCommand.h"
 #include "text/search.h"
 
@@ -161,10 +163,25 @@ class CommandLine {
 
 namespace {
 
-int usage(Streams streams, const std::string& mistake) {
+/// @param command whose help tells more; null for that of the program
+int usage(Streams streams, const std::string& mistake, const CommandRow* command) {
   writeProblem(streams.err, "", {{}, mistake});
-  streams.err.write("Try 'sdpneg --help' for more.\n");
+  const std::string name = command != nullptr ? std::string(command->name) + " " : std::string();
+  streams.err.write("Try 'sdpneg " + name + "--help' for more.\n");
   return exitUsage;
+}
+
+/// What is wrong with a command line whose first word should be a command and is none; empty where that is not so.
+std::string commandMistake(const std::vector<std::string>& arguments) {
+  if (arguments.empty() || arguments.front().starts_with('-') || commandNamed(arguments.front()) != nullptr)
+    return {};
+  const std::string& word = arguments.front();
+  const std::string mistake = "there is no command '" + word + "'";
+  if (findRequest(word) != nullptr) return mistake + "; it is a request: 'sdpneg rewrite " + word + "'";
+  std::vector<std::string_view> names;
+  for (const CommandRow& row : commandTable()) names.push_back(row.name);
+  const std::string nearest(nearestName(word, names));
+  return nearest.empty() ? mistake : mistake + "; did you mean '" + nearest + "'?";
 }
 
 /// The uses that the help does not name: those of the completion script and of the build.
@@ -183,6 +200,10 @@ bool runInternal(const std::vector<std::string>& arguments, Output& out) {
 
 int runCommandLine(std::vector<std::string> arguments, Streams streams) {
   if (runInternal(arguments, streams.out)) return exitSuccess;
+  if (const std::string mistake = commandMistake(arguments); !mistake.empty()) {
+    return usage(streams, mistake, nullptr);
+  }
+  const CommandRow* const given = arguments.empty() ? nullptr : commandNamed(arguments.front());
   CommandLine commandLine;
   try {
     const CommandRow& command = commandLine.parse(std::move(arguments));
@@ -192,9 +213,9 @@ int runCommandLine(std::vector<std::string> arguments, Streams streams) {
   } catch (const CLI::CallForVersion& version) {
     streams.out.write(std::string(version.what()) + "\n");
   } catch (const CLI::ParseError& mistake) {
-    return usage(streams, mistake.what());
+    return usage(streams, mistake.what(), given);
   } catch (const UsageError& wrong) {
-    return usage(streams, wrong.mistake);
+    return usage(streams, wrong.mistake, given);
   }
   return exitSuccess;
 }

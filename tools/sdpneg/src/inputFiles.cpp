@@ -9,6 +9,8 @@
 #include <system_error>
 #include <utility>
 
+#include "captureFile.h"
+
 namespace tool {
 namespace {
 
@@ -107,7 +109,8 @@ InputBytes readInput(const Input& input) {
       return {{}, cannotRead(std::generic_category().message(errno))};
     }
   }
-  return {{}, Problem{{}, "is longer than " + std::to_string(maxInputSize) + " bytes"}};
+  const auto capture = captureProblem(bytes);
+  return {{}, capture ? capture : Problem{{}, "is longer than " + std::to_string(maxInputSize) + " bytes"}};
 }
 
 }  // namespace tool

@@ -4,12 +4,30 @@
 #include <iterator>
 #include <utility>
 
+#include "captureFile.h"
 #include "refusal.h"
 #include "sipMessage.h"
 #include "text/search.h"
 
 namespace tool {
 namespace {
+
+/// The codec's words with what it quotes as it stands in the text. The codec puts "?" for every byte that is no
+/// printable ASCII character.
+std::string withQuotation(std::string words, std::string_view text) {
+  constexpr std::string_view kFound = ", found \"";
+  const std::size_t found = words.find(kFound);
+  const std::size_t end = words.rfind('"');
+  if (found == std::string::npos || end < found + kFound.size()) return words;
+  const std::size_t begin = found + kFound.size();
+  for (std::size_t i = begin; i < end && i - begin < text.size(); ++i) {
+    const char c = text[i - begin];
+    const bool hidden = words[i] == '?' && (c < ' ' || c > '~');
+    if (!hidden && words[i] != c) return words;  // it quotes something else
+    words[i] = c;
+  }
+  return words;
+}
 
 /// The codec's message "line N, column M: what", as a place of the input.
 Problem decodingProblem(std::string_view message, const BodyLines& lines) {
@@ -23,8 +41,9 @@ Problem decodingProblem(std::string_view message, const BodyLines& lines) {
   const std::size_t line = number("line ");
   const std::size_t column = number(", column ");
   if (column != 0 && sdpneg::startsWith(message, ": ")) message.remove_prefix(2);
-  return {line != 0 ? lines.bodyPlace(line, std::max<std::size_t>(column, 1)) : Place{},
-          std::string(message)};
+  if (line == 0) return {{}, std::string(message)};
+  return {lines.bodyPlace(line, std::max<std::size_t>(column, 1)),
+          withQuotation(std::string(message), lines.textFrom(line, column))};
 }
 
 /// Decodes a text ended by NUL.
@@ -97,6 +116,7 @@ void inspectBody(std::string_view bytes, std::size_t firstLine, Inspection& insp
 }  // namespace
 
 Inspection inspect(std::string_view bytes) {
+  if (auto capture = captureProblem(bytes)) return unreadable(std::move(*capture));
   BodyRange body = findSdpBody(bytes);
   if (body.problem) return unreadable(std::move(*body.problem));
   if (body.range.begin == body.range.end) return unreadable({{1, 1}, "there is no text"});

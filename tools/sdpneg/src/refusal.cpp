@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "sdpNegotiator.h"
@@ -135,15 +136,23 @@ constexpr Explanation explanations[] = {{"The c-line is malformed.", true, expla
                                         {"There is no memory", true, explainMemory},
                                         {"exceeds MAX_SDP_PROTOCOL_DATA_SIZE", false, explainLength}};
 
-/// The lines of a flag, without the line that says that the parse ended for the one before it.
+/// Errors that are traced behind what failed, or that are none.
+constexpr std::string_view sayNothing[] = {"Failed to create a dummy SDP",
+                                           "The ICE attributes have been removed.",
+                                           "Preconditions attributes cannot add to the buffer"};
+
+bool saysNothing(std::string_view line) {
+  return std::any_of(std::begin(sayNothing), std::end(sayNothing),
+                     [line](std::string_view each) { return sdpneg::contains(line, each); });
+}
+
+/// The lines of a flag, without those that say nothing and without the line that says that the parse ended for the one before it.
 /// @param ended receives whether there was such a line
 std::vector<std::string_view> errorsOf(std::span<const TraceLine> trace, bool& ended, int flag) {
   std::vector<std::string_view> errors;
   for (const TraceLine& line : trace) {
-    if (line.flag == flag) errors.emplace_back(line.text);
+    if (line.flag == flag && !saysNothing(line.text)) errors.emplace_back(line.text);
   }
-  // What failed stands in front of it.
-  if (errors.size() > 1 && sdpneg::contains(errors.back(), "Failed to create a dummy SDP")) errors.pop_back();
   ended = !errors.empty() && sdpneg::contains(errors.back(), "Exiting sdpParse() method. Exiting...");
   if (ended) errors.pop_back();
   return errors;
@@ -152,6 +161,23 @@ std::vector<std::string_view> errorsOf(std::span<const TraceLine> trace, bool& e
 std::string cannotBeStored() {
   return "the text cannot be stored: it does not deflate into " + std::to_string(SDP_STORED_TEXT_SIZE) +
          " bytes";
+}
+
+/// A line of a trace in plain words where its own are for the library's developers.
+std::string inWords(std::string_view line) {
+  if (!sdpneg::contains(line, "The noOfMDs > ")) return std::string(withoutPrefix(line));
+  return "what comes of it has more than the " + std::to_string(SDP_MEDIA_CAPACITY) +
+         " m-lines that are read";
+}
+
+/// The last line about room in the text. Some edits trace it as a detail, and other edits follow.
+std::optional<std::string> explainRoom(std::span<const TraceLine> trace) {
+  const auto last = std::find_if(trace.rbegin(), trace.rend(), [](const TraceLine& line) {
+    return sdpneg::contains(line.text, "ot enough room") ||
+           sdpneg::contains(line.text, "overflow the buffer");
+  });
+  if (last == trace.rend()) return std::nullopt;
+  return std::string(withoutPrefix(last->text));
 }
 
 }  // namespace
@@ -174,9 +200,11 @@ std::string explainRefusedRequest(std::span<const TraceLine> trace, unsigned sho
   bool ended = false;
   std::vector<std::string_view> errors = errorsOf(trace, ended, errorFlag);
   if (status == storingFailed && !ended) return cannotBeStored();
+  if (!errors.empty()) return inWords(errors.back());
+  if (auto room = explainRoom(trace)) return *room;
   // Some requests report their refusals as information.
   bool unused = false;
-  if (errors.empty()) errors = errorsOf(trace, unused, infoFlag);
+  errors = errorsOf(trace, unused, infoFlag);
   if (!errors.empty()) return std::string(withoutPrefix(errors.back()));
   if (trace.empty()) return "status " + std::to_string(status);
   return std::string(withoutPrefix(trace.back().text));

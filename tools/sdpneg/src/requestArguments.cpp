@@ -4,6 +4,7 @@
 #include <string>
 
 #include "cMsgIPAddress.h"
+#include "names.h"
 #include "sdpNegotiator.h"
 #include "text/search.h"
 
@@ -66,6 +67,32 @@ std::optional<std::vector<unsigned char>> audioCodecsOf(std::string_view names) 
 }
 std::optional<std::vector<unsigned char>> videoCodecsOf(std::string_view names) {
   return codecsOf(names, videoCodecOf);
+}
+
+std::vector<std::string> audioCodecNames() {
+  std::vector<std::string> names;
+  for (const audioCodecRow& row : audioCodecTable) {
+    const std::string name = audioCodecName(row.value);
+    const bool known = std::find(names.begin(), names.end(), name) != names.end();
+    if (row.value != SDP_NO_CODEC && !known) names.push_back(name);
+  }
+  return names;
+}
+
+std::vector<std::string> audioEncodingNames() {
+  std::vector<std::string> names = audioCodecNames();
+  std::erase_if(names, [](const std::string& name) {
+    return cSdpNegotiator::getRtpMapAudioCodecValue(name.c_str()) == SDP_NO_CODEC;
+  });
+  return names;
+}
+
+std::vector<std::string> videoCodecNames() {
+  std::vector<std::string> names;
+  for (const videoCodecRow& row : videoCodecTable) {
+    if (row.value != SDP_NO_CODEC) names.emplace_back(row.encodingName);
+  }
+  return names;
 }
 
 bool isAudioCodec(std::string_view word) { return audioCodecOf(word) != SDP_NO_CODEC; }

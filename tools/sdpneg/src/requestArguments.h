@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -29,6 +30,12 @@ unsigned char audioCodecOf(std::string_view name);
 /// The values of names between commas; nothing when one is unknown or there are more than 20.
 std::optional<std::vector<unsigned char>> audioCodecsOf(std::string_view names);
 std::optional<std::vector<unsigned char>> videoCodecsOf(std::string_view names);
+
+/// All names of audio codecs, each codec's for rtpmap lines where it has one.
+std::vector<std::string> audioCodecNames();
+/// Those of rtpmap lines alone.
+std::vector<std::string> audioEncodingNames();
+std::vector<std::string> videoCodecNames();
 
 bool isAudioCodec(std::string_view word);
 bool areAudioCodecs(std::string_view word);

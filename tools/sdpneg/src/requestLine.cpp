@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "commandTable.h"
+#include "names.h"
+#include "nearestName.h"
 
 namespace tool {
 namespace {
@@ -14,10 +16,13 @@ std::string quoted(std::string_view word) { return std::string("'").append(word)
 const RequestRow& requestOf(Words group) {
   if (group.empty()) throw UsageError{"a request is missing; 'sdpneg requests' lists them"};
   const RequestRow* row = findRequest(group.front());
-  if (row == nullptr) {
-    throw UsageError{"there is no request " + quoted(group.front()) + "; 'sdpneg requests' lists them"};
-  }
-  return *row;
+  if (row != nullptr) return *row;
+  std::vector<std::string_view> names;
+  for (const RequestRow& each : requestTable()) names.push_back(each.name);
+  const std::string_view nearest = nearestName(group.front(), names);
+  throw UsageError{"there is no request " + quoted(group.front()) +
+                   (nearest.empty() ? "" : "; did you mean " + quoted(nearest) + "?") +
+                   (nearest.empty() ? "; " : " ") + "'sdpneg requests' lists them"};
 }
 
 /// How many of the words behind a request are its arguments. Those that can be left out go to the file where
@@ -30,12 +35,17 @@ std::size_t argumentCount(const RequestRow& row, Words words, bool fileMayFollow
   return filesTurn ? words.size() - 1 : std::min(words.size(), most);
 }
 
+/// "; they are PCMU, ..." for an argument whose names are too many for its help.
+std::string knownNames(const RequestArgument& argument) {
+  return argument.names == nullptr ? std::string() : "; known are " + joined(argument.names(), ", ");
+}
+
 void checkArguments(const RequestRow& row, Words words) {
   for (std::size_t i = 0; i < words.size(); ++i) {
     const RequestArgument& argument = row.arguments[i];
     if (isAccepted(argument, words[i])) continue;
     throw UsageError{std::string(argument.name).append(" of ").append(row.name).append(" is ") +
-                     argumentHelp(argument) + ", not " + quoted(words[i])};
+                     argumentHelp(argument) + ", not " + quoted(words[i]) + knownNames(argument)};
   }
   if (words.size() < row.arguments.size() && !row.arguments[words.size()].optional) {
     throw UsageError{"an argument is missing: " + requestSynopsis(row)};

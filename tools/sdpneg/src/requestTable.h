@@ -22,6 +22,7 @@ struct RequestArgument {
   bool (*accepts)(std::string_view word) = nullptr;  ///< where there are no values: which words; null for all
   bool optional = false;                             ///< may be left out; only the last ones
   bool isFile = false;                               ///< a file with another body; one in a request
+  std::vector<std::string> (*names)() = nullptr;     ///< the names that a word may hold, where they are many
 };
 
 /// What a command line says to a request, and what the request says to it.

@@ -24,11 +24,22 @@ BodyRange noBody(std::string_view text, std::size_t offset, std::string reason) 
   return {{offset, offset}, {}, Problem{placeOf(text, offset), std::move(reason)}, {}};
 }
 
+/// Whether the value of a Content-Length field is one (RFC 3261 20.14).
+bool isLength(std::string_view value) {
+  value.remove_prefix(std::min(value.find_first_not_of(' '), value.size()));  // of a folded field
+  return !value.empty() && std::all_of(value.begin(), value.end(), sdpneg::isDigit);
+}
+
 /// Cuts a body at its Content-Length. A larger one than there are bytes is what a file has whose line ends
 /// became shorter when it was saved.
 void applyContentLength(std::string_view text, const Header& header, BodyRange& body) {
   const HeaderField* field = findField(header, contentLength, compactLength);
   if (field == nullptr) return;
+  if (!isLength(field->value)) {
+    body.notes.push_back({placeOf(text, field->offset), "Content-Length is \"" + field->value +
+                                                            "\", which is no length, and does not matter"});
+    return;
+  }
   const auto given = sdpneg::leadingNumber<std::size_t>(field->value);
   const std::size_t there = body.range.end - body.range.begin;
   if (!given || given->value == there) return;

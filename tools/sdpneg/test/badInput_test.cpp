@@ -54,7 +54,7 @@ const Case cases[] = {
     {"portThatIsNoNumber", head + "m=audio http RTP/AVP 0\n",
      "6:9: expected a port, found \"http RTP/AVP 0\""},
     {"controlCharacters", "v=0\n\x1b[2J\n",
-     "2:1: expected a line of a letter, an equals sign and a value, found \"?[2J\""},
+     "2:1: expected a line of a letter, an equals sign and a value, found \"\\x1B[2J\""},
     {"nul", head + "m=audio 5004 RTP/AVP 0\na=fmtp" + std::string(1, '\0') + ":0 x=1\n",
      "7:7: a NUL byte ends the text; 8 bytes are not read"},
     {"nulInWhatIsNoSdp", head + "m=audio" + std::string(1, '\0') + " 5004 RTP/AVP 0\n",

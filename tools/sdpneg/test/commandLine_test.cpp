@@ -82,7 +82,8 @@ TEST(CommandLine, refusesWhatItDoesNotKnow) {
     EXPECT_EQ(outcome.status, 64);
     EXPECT_EQ(outcome.out, "");
     EXPECT_TRUE(outcome.err.starts_with("sdpneg: ")) << outcome.err;
-    EXPECT_TRUE(outcome.err.ends_with("\nTry 'sdpneg --help' for more.\n"));
+    const std::string help = arguments.size() > 1 ? "sdpneg inspect --help" : "sdpneg --help";
+    EXPECT_TRUE(outcome.err.ends_with("\nTry '" + help + "' for more.\n")) << outcome.err;
   }
 }
 

@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <regex>
 #include <sstream>
 
 #include "process.h"
 #include "testFiles.h"
 
-// The requests that the README shows are carried out.
+// The requests that the README shows are carried out, and examples give what is shown.
 
 namespace {
 
@@ -43,5 +45,69 @@ TEST(Readme, showsRequestsThatChangeTheirBodies) {
     EXPECT_NE(outcome.out, readBytes(arguments.back())) << command;
   }
 }
+
+/// A command line of an example with what is shown below it.
+struct Example {
+  std::string command;
+  std::string shown;
+};
+
+/// The indented lines of a page that begin with "$ sdpneg ", each with the indented lines that follow it.
+std::vector<Example> examplesOf(const std::string& page) {
+  const std::string indent = "    ";
+  const std::string prompt = indent + "$ ";
+  std::vector<Example> examples;
+  bool inside = false;
+  std::istringstream lines(page);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with(prompt)) {
+      inside = line.starts_with(prompt + "sdpneg ");
+      if (inside) examples.push_back({line.substr(prompt.size()), {}});
+    } else if (!line.empty() && !line.starts_with(indent)) {
+      inside = false;
+    } else if (inside) {
+      examples.back().shown += line.substr(std::min(line.size(), indent.size())) + "\n";
+    }
+  }
+  for (Example& each : examples) each.shown.erase(each.shown.find_last_not_of('\n') + 1);
+  return examples;
+}
+
+/// The text without what is new each time, CRs and line feeds at its end.
+std::string comparable(std::string text) {
+  text = std::regex_replace(replaced(std::move(text), "\r", ""), std::regex("o=ZEV [0-9]+ [0-9]+ "),
+                            "o=ZEV TIME ");
+  return text.substr(0, text.find_last_not_of('\n') + 1);
+}
+
+/// Runs the examples of a page one after the other, and compares what they show: standard output, or standard error
+/// where that has nothing. One that is shown without what it gives only has to succeed.
+/// @param workingFolder with the sample bodies, as the page has it
+void expectExamples(const std::string& page, const std::string& workingFolder, std::size_t least) {
+  const TemporaryFolder folder;
+  const std::string work = folder.path(workingFolder);
+  std::filesystem::create_directories(folder.path("examples"));
+  std::filesystem::copy(sources + "/examples/bodies", folder.path("examples/bodies"));
+  const std::vector<Example> examples = examplesOf(readBytes(sources + page));
+  EXPECT_GE(examples.size(), least);
+  for (const Example& each : examples) {
+    const std::string script = folder.write(
+        "script", "cd '" + work + "'\nsdpneg() { '" SDPNEG_PROGRAM "' \"$@\"; }\n" + each.command + "\n");
+    const std::string out = folder.path("out");
+    const std::string err = folder.path("err");
+    const std::string run = "sh '" + script + "' >'" + out + "' 2>'" + err + "' </dev/null";
+    const int status = std::system(run.c_str());
+    const std::string written = readBytes(out);
+    if (each.shown.empty()) {
+      EXPECT_EQ(status, 0) << each.command;
+      continue;
+    }
+    EXPECT_EQ(comparable(written.empty() ? readBytes(err) : written), comparable(each.shown)) << each.command;
+  }
+}
+
+TEST(Readme, showsWhatItsExamplesGive) { expectExamples("/README.md", ".", 2); }
+
+TEST(ToolPage, showsWhatItsExamplesGive) { expectExamples("/docs/tool.md", "examples/bodies", 20); }
 
 }  // namespace

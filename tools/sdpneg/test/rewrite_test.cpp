@@ -279,7 +279,7 @@ TEST(RewriteUsage, isChecked) {
     std::vector<std::string> arguments = {"rewrite"};
     arguments.insert(arguments.end(), each.words.begin(), each.words.end());
     const Outcome outcome = runSdpneg(arguments, {.input = audio});
-    EXPECT_EQ(outcome.err, "sdpneg: " + each.mistake + "\nTry 'sdpneg --help' for more.\n");
+    EXPECT_EQ(outcome.err, "sdpneg: " + each.mistake + "\nTry 'sdpneg rewrite --help' for more.\n");
     EXPECT_EQ(outcome.out, "");
     EXPECT_EQ(outcome.status, 64);
   }

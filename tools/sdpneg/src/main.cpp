@@ -32,9 +32,7 @@ int main(int argc, char** argv) {
   } catch (const std::bad_alloc&) {
     err.write("sdpneg: out of memory\n");
   } catch (const std::exception& unexpected) {
-    err.write("sdpneg: ");
-    err.write(unexpected.what());
-    err.write("\n");
+    tool::writeProblem(err, "", {{}, unexpected.what()});
   }
   return tool::exitSoftware;
 }

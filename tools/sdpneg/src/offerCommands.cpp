@@ -50,7 +50,7 @@ struct Done {
 /// Writes the body that a request left in one of the offers, or why the request was refused.
 int finish(Offers& offers, std::size_t own, Done result, const TraceLines& trace, Streams streams) {
   if (result.done) {
-    streams.out.write(bodyText(offers[own]));
+    writeText(streams.out, bodyText(offers[own]));
     return exitSuccess;
   }
   writeProblem(streams.err, offers.name(own), {{}, explainRefusedRequest(trace.lines(), result.status)});

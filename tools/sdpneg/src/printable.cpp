@@ -39,29 +39,70 @@ bool isShown(Character c) {
   return !(c.value >= 0x7F && c.value < 0xA0) && !changesDirection(c.value);
 }
 
+constexpr char hexDigits[] = "0123456789ABCDEF";
+
 void addEscaped(std::string& out, unsigned char byte) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
   out += "\\x";
-  out += kDigits[byte >> 4U];
-  out += kDigits[byte & 0xFU];
+  out += hexDigits[byte >> 4U];
+  out += hexDigits[byte & 0xFU];
+}
+
+/// Adds "\uHHHH". All that is not shown has at most 16 bits.
+void addJsonEscape(std::string& out, char32_t value) {
+  out += "\\u";
+  for (int shift = 12; shift >= 0; shift -= 4)
+    out += hexDigits[(value >> static_cast<unsigned int>(shift)) & 0xFU];
+}
+
+/// Goes through a text and adds what is shown as it is.
+/// @param hide adds a character that is not, of which it gets the bytes too
+template <typename Hide>
+std::string shownText(std::string_view text, Hide hide) {
+  std::string out;
+  out.reserve(text.size());
+  while (!text.empty()) {
+    const Character first = firstCharacter(text);
+    const std::string_view bytes = text.substr(0, first.length == 0 ? 1 : first.length);
+    if (isShown(first)) {
+      out += bytes;
+    } else {
+      hide(out, first, bytes);
+    }
+    text.remove_prefix(bytes.size());
+  }
+  return out;
 }
 
 }  // namespace
 
 std::string printable(std::string_view text) {
+  return shownText(text, [](std::string& out, Character /*character*/, std::string_view bytes) {
+    for (const char c : bytes) addEscaped(out, static_cast<unsigned char>(c));
+  });
+}
+
+std::string printableLines(std::string_view text) {
   std::string out;
   out.reserve(text.size());
   while (!text.empty()) {
-    const Character first = firstCharacter(text);
-    const std::size_t length = first.length == 0 ? 1 : first.length;
-    if (isShown(first)) {
-      out += text.substr(0, length);
-    } else {
-      for (const char c : text.substr(0, length)) addEscaped(out, static_cast<unsigned char>(c));
-    }
-    text.remove_prefix(length);
+    const std::size_t lf = text.find('\n');
+    std::string_view line = text.substr(0, lf);
+    text.remove_prefix(lf == std::string_view::npos ? text.size() : lf + 1);
+    if (lf == std::string_view::npos) return out += printable(line);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    out.append(printable(line)).append("\n");
   }
   return out;
+}
+
+std::string printableJson(std::string_view document) {
+  return shownText(document, [](std::string& out, Character character, std::string_view bytes) {
+    if (character.length == 0 || character.value < 0x20) {
+      out += bytes;  // the document's own line ends
+    } else {
+      addJsonEscape(out, character.value);
+    }
+  });
 }
 
 }  // namespace tool

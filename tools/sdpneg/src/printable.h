@@ -11,6 +11,13 @@ namespace tool {
 /// stays as it is; the JSON output has the exact text.
 std::string printable(std::string_view text);
 
+/// The same for a text of several lines: their ends, LF or CR LF, become LF.
+std::string printableLines(std::string_view text);
+
+/// A JSON document that says the same, in which "\uHHHH" stands for the characters of strings that `printable`
+/// does not show. The document has none below a blank there.
+std::string printableJson(std::string_view document);
+
 }  // namespace tool
 
 #endif

@@ -55,7 +55,7 @@ int deliver(const BodyInput& input, const std::string& text, const Arguments& ar
     const std::string rewrittenName = input.name + " (rewritten)";
     streams.out.write(unifiedDiff({input.name, input.bytes}, {rewrittenName, text}, palette));
   } else if (!arguments.has("--in-place")) {
-    streams.out.write(text);
+    writeText(streams.out, text);
   }
   return exitSuccess;
 }

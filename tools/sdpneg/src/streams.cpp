@@ -39,6 +39,14 @@ std::string Output::failure() const { return std::generic_category().message(err
 
 bool Output::isTerminal() const { return isatty(descriptor_) == 1; }
 
+void writeText(Output& out, std::string_view text) {
+  if (out.isTerminal()) {
+    out.write(printableLines(text));
+  } else {
+    out.write(text);
+  }
+}
+
 void writeProblem(Output& err, std::string_view name, const Problem& problem) {
   std::string line = "sdpneg: ";
   if (!name.empty()) line += printable(name) + ":";

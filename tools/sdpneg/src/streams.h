@@ -34,6 +34,10 @@ struct Streams {
   Output& err;
 };
 
+/// Writes a text that came from an input: as it is, but to a terminal, which its control characters could steer,
+/// printable.
+void writeText(Output& out, std::string_view text);
+
 /// Writes "sdpneg: NAME:LINE:COLUMN: REASON", without what is not known.
 void writeProblem(Output& err, std::string_view name, const Problem& problem);
 

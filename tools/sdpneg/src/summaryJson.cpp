@@ -4,6 +4,7 @@
 
 #include "mediaRows.h"
 #include "names.h"
+#include "printable.h"
 #include "summaryValues.h"
 
 namespace tool {
@@ -20,7 +21,9 @@ Json orNull(const std::optional<Value>& value) {
 }
 
 /// A document as text; bytes that are no UTF-8 become U+FFFD.
-std::string dump(const Json& json) { return json.dump(2, ' ', false, Json::error_handler_t::replace); }
+std::string dump(const Json& json) {
+  return printableJson(json.dump(2, ' ', false, Json::error_handler_t::replace));
+}
 
 /// The text with every line but the first moved in. Line feeds inside values are escaped, so all are breaks.
 std::string indented(const std::string& text, const char* by) {

@@ -15,10 +15,12 @@ std::string fileOf(const Arguments& arguments) {
   return arguments.operands().empty() ? "-" : arguments.operands().front();
 }
 
-/// Writes into the file that an option names, "-" for standard output.
+constexpr std::string_view standardOutput = "-";
+
+/// Writes into the file that an option names, or to standard output.
 int writeTo(std::string_view name, std::string_view bytes, Streams streams) {
-  if (name == "-") {
-    streams.out.write(bytes);
+  if (name == standardOutput) {
+    writeText(streams.out, bytes);
     return exitSuccess;
   }
   const auto problem = replaceFile(std::string(name), bytes);
@@ -68,6 +70,9 @@ std::optional<Problem> contentProblem(const std::string& text) {
 }  // namespace
 
 int runPack(const Arguments& arguments, Streams streams) {
+  if (arguments.value("--output") == standardOutput && streams.out.isTerminal()) {
+    throw UsageError{"a transfer form is not written to a terminal"};
+  }
   const BodyInput input = readBodyFor(fileOf(arguments), streams);
   if (!input.usable()) return exitBadInput;
   return writeTo(arguments.value("--output"), transferForm(*input.inspection.object), streams);

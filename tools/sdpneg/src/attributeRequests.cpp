@@ -1,3 +1,4 @@
+#include <string>
 #include <vector>
 
 #include "requestArguments.h"
@@ -23,8 +24,15 @@ constexpr RequestArgument echoArguments[] = {{.name = "STATE", .expects = "a sta
                                              {.name = "SIDE", .expects = "a side", .values = echoSides}};
 
 unsigned short setEcho(cSdpNegotiator& object, RequestInput& input) {
-  const auto side = static_cast<unsigned char>(indexOf(echoSides, input.words[1]) + 1);
-  return object.sdpInsertEchoCancellation(switchValues[indexOf(switchStates, input.words[0])], side);
+  const std::size_t state = indexOf(switchStates, input.words[0]);
+  const std::size_t side = indexOf(echoSides, input.words[1]);
+  const std::string line =
+      std::string("\na=ecan:").append(echoSides[side]).append(" ").append(switchStates[state]).append(" ");
+  if (object.contains("\nm=audio") && object.contains(line.c_str())) {
+    input.idle = "the body has this echo cancellation";
+    return 0;
+  }
+  return object.sdpInsertEchoCancellation(switchValues[state], static_cast<unsigned char>(side + 1));
 }
 
 constexpr std::string_view statuses[] = {"curr", "des", "conf"};

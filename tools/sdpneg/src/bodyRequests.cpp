@@ -27,6 +27,7 @@ constexpr RequestArgument setTransportArguments[] = {
      .accepts = isNewTransport}};
 
 unsigned short setTransport(cSdpNegotiator& object, RequestInput& input) {
+  input.idle = "no m-line holds FROM, or all that do begin with TO already";
   object.sdpModifyTransportTypes(input.word(0), input.word(1));
   return 0;
 }
@@ -76,6 +77,10 @@ unsigned short addVideo(cSdpNegotiator& object, RequestInput& input) {
 
 unsigned short cutVideo(cSdpNegotiator& object, RequestInput& input) {
   char sections[MAX_SDP_PROTOCOL_DATA_SIZE];
+  if (!object.contains("\nm=video")) {
+    input.idle = "the body has no video";
+    return 0;
+  }
   // The library says 1 when it is done. Its only refusals are a body without c-line and one that cannot be stored.
   if (!object.contains("c=")) input.refusal = "the body has no c-line";
   return object.sdpGetVideoDescriptions(sections, sizeof sections, true) == 1 ? 0 : 1;
@@ -151,7 +156,7 @@ constexpr RequestRow rows[] = {
      true},
     {"set-transport", setTransportArguments,
      "Give the m-lines that have the transport FROM the transport TO.", setTransport,
-     "sdpModifyTransportTypes", true, "no m-line holds FROM, or all that do begin with TO already"},
+     "sdpModifyTransportTypes", true},
     {"match-mlines", matchArguments,
      "Add the m-lines of another body that are missing; with keep, remove those that it has not.",
      matchMLines, "sdpModifications::correctMLines"},

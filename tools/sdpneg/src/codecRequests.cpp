@@ -25,7 +25,10 @@ unsigned short restrictAudio(cSdpNegotiator& object, RequestInput& input) {
   const bool given = input.words.size() > 1 && indexOf(orders, input.words[1]) == 1;
   // The library says 1 when it has restricted the codecs.
   const auto count = static_cast<int>(codecs.size());
-  return object.sdpRestrictAudioCodecsTo(codecs.data(), count, given) == 1 ? 0 : 1;
+  if (object.sdpRestrictAudioCodecsTo(codecs.data(), count, given) == 1) return 0;
+  if (object.contains("\nm=audio")) return 1;
+  input.idle = "the body has no audio";
+  return 0;
 }
 
 bool isFirst(const cSdpNegotiator& object, unsigned char codec) {
@@ -61,8 +64,8 @@ unsigned short capVideoBandwidth(cSdpNegotiator& object, RequestInput& input) {
   const unsigned int limit = wholeNumber<unsigned int>(input.words[0]).value_or(0);
   const unsigned int current = object.getParsedData().videoBandwidth;
   if (limit >= current) {
-    input.refusal = "the bandwidth of the video is " + std::to_string(current);
-    return 1;
+    input.idle = "the bandwidth of the video is " + std::to_string(current);
+    return 0;
   }
   return object.sdpLimitVideoMediaBandwidth(limit, H264_PROFILE_NOT_PRESENT);
 }
@@ -73,6 +76,11 @@ constexpr RequestArgument levelArguments[] = {
 unsigned short capH264Level(cSdpNegotiator& object, RequestInput& input) {
   const auto level = static_cast<eH264_profile_id>(indexOf(h264LevelNames, input.words[0]));
   const std::int32_t current = object.getParsedData().h264Profile;
+  if (level >= current) {
+    const std::string name = h264LevelName(current);
+    input.idle = name.empty() ? "the body has no H.264" : "the highest level is " + name;
+    return 0;
+  }
   object.sdpLimitVideoMediaBandwidth(std::numeric_limits<unsigned int>::max(), level);
   return object.getParsedData().h264Profile != current ? 0 : 1;
 }
@@ -86,8 +94,9 @@ unsigned short restrictVideo(cSdpNegotiator& object, RequestInput& input) {
   const auto codecs = *videoCodecsOf(input.words[0]);
   // The library says 1 when it has restricted the codecs.
   if (object.sdpRestrictVideoCodecsTo(codecs.data(), static_cast<int>(codecs.size())) == 1) return 0;
-  if (!object.contains("\nm=video")) input.refusal = "the body has no video";
-  return 1;
+  if (object.contains("\nm=video")) return 1;
+  input.idle = "the body has no video";
+  return 0;
 }
 
 constexpr RequestRow rows[] = {

@@ -28,6 +28,7 @@ constexpr OperandRow inspectOperands[] = {
 constexpr OptionRow rewriteOptions[] = {
     {"--diff", "", {}, "", "Show a unified diff instead of the new body."},
     {"--in-place", "", {}, "", "Write the new body into FILE."},
+    {"--verbose", "", {}, "", "Say on standard error which requests had nothing to do."},
     traceOption,
     colourOption};
 
@@ -90,7 +91,8 @@ constexpr CommandRow commands[] = {
      "may "
      "stand anywhere. Of a SIP message everything else stays, but Content-Length is corrected. When a "
      "request is "
-     "refused, one line on standard error says which and why, the exit status is 1, and nothing is written.",
+     "refused, one line on standard error says which and why, the exit status is 1, and nothing is written. "
+     "To have nothing to do is no refusal.",
      rewriteOptions, rewriteOperands, runRewrite,
      "REQUEST [ARGUMENT...] [-- REQUEST [ARGUMENT...]]... [FILE]"},
     {"requests",

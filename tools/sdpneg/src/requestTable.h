@@ -9,6 +9,7 @@
 
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
+#include "traceLines.h"
 
 // The one table of the requests that change a body. Parsing, help, completion, the manual page and
 // `sdpneg requests` are made from it.
@@ -30,6 +31,7 @@ struct RequestInput {
   std::vector<std::string> words;
   std::optional<cSdpNegotiator> other = std::nullopt;  ///< the body of its file
   std::string refusal = {};  ///< why it is refused, where the trace does not tell it
+  std::string idle = {};     ///< why there was nothing to do, where the body stays as it was
   std::string removed = {};  ///< the record of m-lines that it removed
 
   /// An argument; null when it was left out.
@@ -47,8 +49,9 @@ struct RequestRow {
   /// Whether the status does not tell every refusal: it is the result of a trace call, there is none, or an edit
   /// that ran out of room counts as done. Then an error that was traced before the new text is parsed tells it.
   bool refusalIsTraced = false;
-  /// Why a request that leaves the body as it was is refused; empty where there may be nothing to do.
-  std::string_view unchanged = {};
+  /// Why a request that left the body as it was could not do what there was to do; an empty text where there was
+  /// nothing. Null where that is always so.
+  std::string (*failure)(std::span<const TraceLine> trace) = nullptr;
 };
 
 /// A row's function for a request without arguments.

@@ -42,6 +42,14 @@ bool readOthers(RequestLine& line, Streams streams) {
   return usable;
 }
 
+/// Says which requests had nothing to do.
+void writeIdle(Output& err, const std::string& name, const Rewritten& rewritten) {
+  for (const Idle& each : rewritten.idle) {
+    const std::string why = each.why.empty() ? each.why : ": " + each.why;
+    writeProblem(err, name, {{}, "note: " + each.request + " had nothing to do" + why});
+  }
+}
+
 /// Gives the new text to whoever is to have it.
 int deliver(const BodyInput& input, const std::string& text, const Arguments& arguments, Streams streams) {
   if (arguments.has("--in-place") && text != input.bytes) {
@@ -68,6 +76,7 @@ int rewriteInput(const BodyInput& input, const RequestLine& line, const Argument
     writeProblem(streams.err, input.name, {{}, *rewritten.refusal});
     return exitRefused;
   }
+  if (arguments.has("--verbose")) writeIdle(streams.err, input.name, rewritten);
   for (const Removed& each : rewritten.removed) {
     streams.err.write(std::string(each.request).append(" removed ").append(each.record).append("\n"));
   }

@@ -18,21 +18,32 @@ std::optional<std::string> refusalOf(const RequestRow& row, unsigned short statu
   return std::nullopt;
 }
 
+/// "request mode", with the request's number where there are several.
+std::string requestName(std::span<const RequestCall> calls, std::size_t index) {
+  const std::string name(calls[index].row->name);
+  return calls.size() > 1 ? "request " + std::to_string(index + 1) + ", " + name + "," : "request " + name;
+}
+
 /// Runs one request and takes what comes of it.
-std::optional<std::string> run(cSdpNegotiator& object, const RequestCall& call, const TraceLines& trace,
-                               Rewritten& result) {
+std::optional<std::string> run(cSdpNegotiator& object, std::span<const RequestCall> calls, std::size_t index,
+                               const TraceLines& trace, Rewritten& result) {
   if (auto obstacle = requestObstacle(object)) return obstacle;
+  const RequestRow& row = *calls[index].row;
   const std::string before = bodyText(object);
   const std::size_t begin = trace.lines().size();
-  RequestInput input = call.input;
-  const unsigned short status = call.row->run(object, input);
+  RequestInput input = calls[index].input;
+  const unsigned short status = row.run(object, input);
   if (!input.refusal.empty()) return input.refusal;
   const Trace own = Trace(trace.lines()).subspan(begin);
-  if (auto refusal = refusalOf(*call.row, status, own)) return refusal;
+  if (auto refusal = refusalOf(row, status, own)) return refusal;
   result.text = bodyText(object);
   if (result.text.empty()) return "what comes of it is no body: " + explainRefusedText(own);
-  if (!call.row->unchanged.empty() && result.text == before) return std::string(call.row->unchanged);
-  if (!input.removed.empty()) result.removed.push_back({call.row->name, std::move(input.removed)});
+  if (result.text == before) {
+    const std::string failure = row.failure != nullptr ? row.failure(own) : std::string();
+    if (!failure.empty()) return failure;
+    result.idle.push_back({requestName(calls, index), std::move(input.idle)});
+  }
+  if (!input.removed.empty()) result.removed.push_back({row.name, std::move(input.removed)});
   return std::nullopt;
 }
 
@@ -45,13 +56,6 @@ std::optional<std::string> parseAgain(cSdpNegotiator& object, const TraceLines& 
   return "the body before it: " + explainRefusedRequest(Trace(trace.lines()).subspan(begin), status);
 }
 
-/// "request mode is refused: ...", with the request's number where there are several.
-std::string refusalText(std::span<const RequestCall> calls, std::size_t index, const std::string& why) {
-  const std::string number = calls.size() > 1 ? std::to_string(index + 1) + ", " : std::string();
-  return "request " + number + std::string(calls[index].row->name) + (number.empty() ? "" : ",") +
-         " is refused: " + why;
-}
-
 }  // namespace
 
 Rewritten rewrite(const cSdpNegotiator& body, std::span<const RequestCall> calls) {
@@ -60,8 +64,8 @@ Rewritten rewrite(const cSdpNegotiator& body, std::span<const RequestCall> calls
   cSdpNegotiator object = body;
   for (std::size_t i = 0; i < calls.size() && !result.refusal; ++i) {
     std::optional<std::string> why = i > 0 ? parseAgain(object, trace, result.text) : std::nullopt;
-    if (!why) why = run(object, calls[i], trace, result);
-    if (why) result.refusal = refusalText(calls, i, *why);
+    if (!why) why = run(object, calls, i, trace, result);
+    if (why) result.refusal = requestName(calls, i) + " is refused: " + *why;
   }
   result.trace = trace.lines();
   return result;

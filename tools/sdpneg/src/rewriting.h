@@ -18,10 +18,17 @@ struct Removed {
   std::string record;
 };
 
+/// A request that left the body as it was, and why where that is known.
+struct Idle {
+  std::string request;  ///< "request 2, remove-ice,"
+  std::string why;
+};
+
 /// What requests made of a body.
 struct Rewritten {
   std::string text;                    ///< the new body
   std::vector<Removed> removed;        ///< of those that removed some
+  std::vector<Idle> idle;              ///< of those that had nothing to do
   std::optional<std::string> refusal;  ///< which request was refused and why
   std::vector<TraceLine> trace;
 };

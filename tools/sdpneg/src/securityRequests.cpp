@@ -1,19 +1,56 @@
+#include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "ipVersions.h"
 #include "removedRecord.h"
 #include "requestArguments.h"
 #include "requestTable.h"
+#include "text/search.h"
 
 // Requests for security, ICE and alternative addresses.
 
 namespace tool {
 namespace {
 
+/// Ends a request for which there is nothing to do.
+unsigned short beIdle(RequestInput& input, std::string why) {
+  input.idle = std::move(why);
+  return 0;
+}
+
 unsigned short removeIce(cSdpNegotiator& object, RequestInput& input) {
-  const unsigned short status = object.sdpRemoveIce();
-  if (status != 0) input.refusal = "the body has no ICE";
-  return status;
+  return object.sdpRemoveIce() == 0 ? 0 : beIdle(input, "the body has no ICE");
+}
+
+std::size_t countOf(std::span<const TraceLine> trace, std::string_view what) {
+  return static_cast<std::size_t>(std::count_if(trace.begin(), trace.end(), [what](const TraceLine& line) {
+    return sdpneg::contains(line.text, what);
+  }));
+}
+
+/// The library edits only where it sees ICE, and it sees more than it removes.
+std::string iceFailure(std::span<const TraceLine> trace) {
+  return countOf(trace, "Entering sdpRemoveFullICE()") != 0 ? "no attribute of ICE could be removed" : "";
+}
+
+/// The library goes through the sections and ends early where it cannot tell the address family.
+std::string dualStackIceFailure(std::span<const TraceLine> trace) {
+  const bool typeKnown =
+      countOf(trace, "invalid address type") + countOf(trace, "invalid first address type") == 0;
+  if (!typeKnown) return "an address type is neither IP4 nor IP6";
+  const bool finished = countOf(trace, "Processing Media number") == countOf(trace, "Modified index of MD");
+  return finished ? "" : "a candidate has no address";
+}
+
+unsigned short removeDualStackIce(cSdpNegotiator& object, RequestInput& input) {
+  input.idle = "all candidates are of their media's address family";
+  return object.sdpRemoveDualStackIce();
+}
+
+unsigned short removeDtls(cSdpNegotiator& object, RequestInput& input) {
+  if (!object.isDTLSPresent()) return beIdle(input, "the body has no DTLS-SRTP");
+  return object.sdpRemoveDTLSAttributes();
 }
 
 constexpr std::string_view keyKinds[] = {"mikey", "sdes"};
@@ -33,10 +70,7 @@ unsigned short removeSecure(cSdpNegotiator& object, RequestInput& input) {
   if (input.words.empty()) return disableMedia(object, input, NON_SUPPORTED_ALL_SECURE);
   const bool isMikey = indexOf(keyKinds, input.words[0]) == 0;
   const bool present = isMikey ? object.isMikeyPresent() : object.isSDESPresent();
-  if (!present) {
-    input.refusal = isMikey ? "the body has no MIKEY" : "the body has no SDES";
-    return 1;
-  }
+  if (!present) return beIdle(input, isMikey ? "the body has no MIKEY" : "the body has no SDES");
   return disableMedia(object, input, isMikey ? NON_SUPPORTED_MIKEY : NON_SUPPORTED_SDES);
 }
 
@@ -66,6 +100,12 @@ unsigned short changeSecurity(cSdpNegotiator& object, RequestInput& input) {
   RemovedRecord record;
   const auto from = static_cast<eSecurityType>(indexOf(securityTypes, input.words[0]));
   const auto to = static_cast<eSecurityType>(indexOf(securityTypes, input.words[1]));
+  if (from == to) return beIdle(input, "FROM and TO are the same");
+  if (from != BE_SRTP_2m_LINE || (to != BE_SRTP_1m_LINE && to != SECURITY_SRTP_ONLY)) {
+    input.refusal = "only best-effort2 can be changed, into best-effort1 or secure";
+    return 1;
+  }
+  input.idle = "the body has no plain m-line beside a secure one";
   const unsigned short status = object.sdpChangeSdpType(from, to, record.data());
   input.removed = record.text();
   return status;
@@ -75,10 +115,7 @@ constexpr RequestArgument removeAnatArguments[] = {
     {.name = "FAMILY", .expects = "an address family", .values = addressFamilies}};
 
 unsigned short removeAnat(cSdpNegotiator& object, RequestInput& input) {
-  if (!object.isAnatPresent()) {
-    input.refusal = "the body has no ANAT group";
-    return 1;
-  }
+  if (!object.isAnatPresent()) return beIdle(input, "the body has no ANAT group");
   RemovedRecord record;
   const auto version =
       indexOf(addressFamilies, input.words[0]) == 0 ? sdpneg::ipVersion4 : sdpneg::ipVersion6;
@@ -93,13 +130,7 @@ unsigned short reinsertAnat(cSdpNegotiator& object, RequestInput& input) {
 }
 
 constexpr RequestRow rows[] = {
-    {"remove-ice",
-     {},
-     "Remove the attributes of ICE.",
-     removeIce,
-     "sdpRemoveIce",
-     false,
-     "no attribute of ICE could be removed"},
+    {"remove-ice", {}, "Remove the attributes of ICE.", removeIce, "sdpRemoveIce", false, iceFailure},
     {"remove-candidates",
      {},
      "Remove the candidates of ICE, and keep its other attributes.",
@@ -108,14 +139,14 @@ constexpr RequestRow rows[] = {
     {"remove-dual-stack-ice",
      {},
      "Remove the candidates of ICE that are not of their media's address family.",
-     plainRequest<&cSdpNegotiator::sdpRemoveDualStackIce>,
+     removeDualStackIce,
      "sdpRemoveDualStackIce",
      true,
-     "no candidate of the other address family could be removed"},
+     dualStackIceFailure},
     {"remove-dtls",
      {},
      "Remove the attributes of DTLS-SRTP: setup and fingerprint.",
-     plainRequest<&cSdpNegotiator::sdpRemoveDTLSAttributes>,
+     removeDtls,
      "sdpRemoveDTLSAttributes"},
     {"remove-mikey",
      {},
@@ -135,7 +166,7 @@ constexpr RequestRow rows[] = {
      restoreSecure, "sdpReplaceTransportProtocol", true},
     {"change-security", changeSecurityArguments,
      "Turn best-effort2, two m-lines per medium, into best-effort1, one, or secure.", changeSecurity,
-     "sdpChangeSdpType", true, "only best-effort2 can be changed, into best-effort1 or secure"},
+     "sdpChangeSdpType", true},
     {"double-mlines",
      {},
      "Offer every medium twice: as RTP/AVP, and behind it as RTP/SAVP.",

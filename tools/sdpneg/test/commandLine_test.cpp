@@ -118,7 +118,7 @@ std::string requestNames() {
 
 TEST(Completion, followsTheRequestTable) {
   EXPECT_TRUE(has(requestNames(), "set-version\nincrease-version\n"));
-  const std::string options = "--diff\n--in-place\n--trace\n--color\n--help\n";
+  const std::string options = "--diff\n--in-place\n--verbose\n--trace\n--color\n--help\n";
   const std::string names = requestNames();
   const struct {
     std::vector<std::string> words;

@@ -152,11 +152,6 @@ std::string incomplete(std::string body) {
 }
 
 const Refusal refusals[] = {
-    {"restrictVideoOfAnAudioCall",
-     {"restrict-video", "H264"},
-     audio,
-     1,
-     "restrict-video is refused: the body has no video"},
     {"restrictVideoToNothingInCommon",
      {"restrict-video", "H263"},
      call,
@@ -167,16 +162,6 @@ const Refusal refusals[] = {
      call,
      64,
      "CODECS of restrict-video is names of video codecs"},
-    {"transportThatIsNotThere",
-     {"set-transport", "RTP/SAVP", "RTP/AVP"},
-     call,
-     1,
-     "set-transport is refused: no m-line holds FROM, or all that do begin with TO already"},
-    {"transportThatBeginsWithTheNewOne",
-     {"set-transport", "RTP/AVP", "RTP/A"},
-     call,
-     1,
-     "set-transport is refused: no m-line holds FROM, or all"},
     {"transportThatIsTooLong",
      {"set-transport", "RTP/AVP", "UDP/TLS/RTP/SAVPF"},
      call,

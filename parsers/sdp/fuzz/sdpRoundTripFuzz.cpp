@@ -26,14 +26,14 @@ std::string encode(const sDescription& description) {
   return result;
 }
 
-// The lines of a text that are not empty, whatever they end in.
+// The lines of a text that are not empty. It was decoded, so a CR that is not in front of an LF must end it.
 std::size_t countLines(std::string_view text) {
   text = text.substr(0, text.find('\0'));
   std::size_t lines = 0;
   for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] == '\r' && at + 1 < text.size() && text[at + 1] != '\n') std::abort();
     const bool lineEnd = text[at] == '\r' || text[at] == '\n';
-    const bool first = at == 0 || text[at - 1] == '\r' || text[at - 1] == '\n';
-    if (first && !lineEnd) ++lines;
+    if (!lineEnd && (at == 0 || text[at - 1] == '\n')) ++lines;
   }
   return lines;
 }

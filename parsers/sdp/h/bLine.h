@@ -21,12 +21,12 @@ SDP_CODEC_API unsigned int sdp_BgetBandwidthValue(const b_line* line);
 
 /// Decodes one b-line from a text.
 /// @param line     receives the b-line as its only entry; unchanged on failure
-/// @param position at the line's "b="; on success moved behind the line's end (CR LF, LF, CR or the text's
-/// NUL)
+/// @param position at the line's "b="; on success moved behind the line's end (sessionDescription.h), at the text's
+///                 NUL at the latest
 /// @param error    null, or SDP_ERROR_TEXT_SIZE characters for the message of a failure; empty on success
 /// @param errorLine   1 on failure, else 0
 /// @param errorColumn the column of a failure, from 1, else 0
-/// @return 0, or 1 when an argument is null or the text is no b-line
+/// @return 0, or 1 when an argument is null, the text is no b-line or its line holds a CR that ends none
 SDP_CODEC_API unsigned short sdp_Bdecode_r(b_line* line, const char*& position, char* error, int& errorLine,
                                            int& errorColumn);
 

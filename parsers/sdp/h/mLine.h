@@ -35,12 +35,12 @@ SDP_CODEC_API const char* sdp_MgetFormat(const m_line* line, int index);
 
 /// Decodes one m-line from a text. Fields and formats beyond the capacities are cut; `incomplete` then is 1.
 /// @param line     receives the m-line; unchanged on failure
-/// @param position at the line's "m="; on success moved behind the line's end (CR LF, LF, CR or the text's
-/// NUL)
+/// @param position at the line's "m="; on success moved behind the line's end (sessionDescription.h), at the text's
+///                 NUL at the latest
 /// @param error    null, or SDP_ERROR_TEXT_SIZE characters for the message of a failure; empty on success
 /// @param errorLine   1 on failure, else 0
 /// @param errorColumn the column of a failure, from 1, else 0
-/// @return 0, or 1 when an argument is null or the text is no m-line
+/// @return 0, or 1 when an argument is null, the text is no m-line or its line holds a CR that ends none
 SDP_CODEC_API unsigned short sdp_Mdecode_r(m_line* line, const char*& position, char* error, int& errorLine,
                                            int& errorColumn);
 

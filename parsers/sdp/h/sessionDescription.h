@@ -61,7 +61,8 @@ struct sDescription {
 
 /// Decodes an SDP body.
 ///
-/// A line ends at CR LF, LF or a lone CR; empty lines are skipped. Session lines may stand in any order, and
+/// A line ends at CR LF, LF or the text's end, in front of which a CR counts as well; a text with any other CR is
+/// refused, since who searches it for LFs would miss the lines behind. Empty lines are skipped. Session lines may stand in any order, and
 /// any of them but the first `v=` may be absent. Fields of o-, c- and m-lines may be separated by several
 /// blanks or tabs, and blanks may stand around a b-line's number; they are not kept. What exceeds the
 /// capacities is cut or left out, as are lines of unknown letters and repeated lines of a kind that a body

@@ -219,6 +219,7 @@ Problem decodeLines(LineReader& lines, sDescription& description, OriginOffsets&
   bool first = true;
   while (lines.next()) {
     const std::string_view line = lines.line();
+    if (lines.loneCr() != nullptr) return expected(kLineEndWanted, lines.loneCr());
     if (line.empty()) continue;
     if (first && (line[0] != 'v' || line.size() < 2 || line[1] != '=')) {
       return expected("a first line \"v=\"", line.data());

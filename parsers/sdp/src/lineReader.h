@@ -6,17 +6,20 @@
 
 namespace sdp {
 
-/// The length of the line end that a text begins with: CR LF, LF, a lone CR, or the text's end.
-inline std::size_t lineEndLength(std::string_view text) {
-  if (text.empty()) return 0;
-  return text[0] == '\r' && text.size() > 1 && text[1] == '\n' ? 2 : 1;
-}
+/// What every line must end in where a CR stands that ends none.
+inline constexpr const char* kLineEndWanted = "CR LF or LF at the line's end";
 
-/// Takes a text apart into lines.
+/// Takes a text apart into lines. A line ends at CR LF, LF or the text's end, in front of which a CR counts as well.
+/// Any other CR stands in the line and is told: readers that take it for a line end would see lines that others do not.
 class LineReader {
  public:
   explicit LineReader(std::string_view text)
-      : begin_(text.data()), next_(begin_), end_(begin_ + text.size()), cr_(find('\r')), lf_(find('\n')) {}
+      : begin_(text.data()),
+        next_(begin_),
+        end_(begin_ + text.size()),
+        cr_(find('\r')),
+        lf_(find('\n')),
+        line_(begin_, 0) {}
 
   /// Goes to the next line, empty ones included.
   /// @return false at the end of the text
@@ -24,15 +27,18 @@ class LineReader {
     if (next_ == end_) return false;
     if (cr_ < next_) cr_ = find('\r');
     if (lf_ < next_) lf_ = find('\n');
-    const char* lineEnd = cr_ < lf_ ? cr_ : lf_;
+    const char* lineEnd = lf_ != next_ && lf_[-1] == '\r' ? lf_ - 1 : lf_;
     line_ = {next_, static_cast<std::size_t>(lineEnd - next_)};
-    next_ = lineEnd + lineEndLength({lineEnd, static_cast<std::size_t>(end_ - lineEnd)});
+    loneCr_ = cr_ < lineEnd ? cr_ : nullptr;
+    next_ = lf_ != end_ ? lf_ + 1 : end_;
     ++number_;
     return true;
   }
 
   /// The line without its end.
   std::string_view line() const { return line_; }
+  /// The first CR within the line, null when there is none.
+  const char* loneCr() const { return loneCr_; }
   unsigned int number() const { return number_; }
   std::size_t startOffset() const { return static_cast<std::size_t>(line_.data() - begin_); }
   /// The offset behind the line's end.
@@ -51,6 +57,7 @@ class LineReader {
   const char* cr_;  // the next CR at or behind next_, else the text's end; the same for the LF
   const char* lf_;
   std::string_view line_;
+  const char* loneCr_ = nullptr;
   unsigned int number_ = 0;
 };
 

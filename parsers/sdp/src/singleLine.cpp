@@ -1,5 +1,7 @@
 #include "singleLine.h"
 
+#include <cstring>
+
 #include "errorText.h"
 #include "lineReader.h"
 
@@ -7,9 +9,11 @@ namespace sdp {
 
 namespace {
 
-Problem readLine(char letter, std::string_view line, ValueReader read, void* record) {
+Problem readLine(char letter, const LineReader& lines, ValueReader read, void* record) {
   static const char* const kMediaStart = "\"m=\"";
   static const char* const kBandwidthStart = "\"b=\"";
+  const std::string_view line = lines.line();
+  if (lines.loneCr() != nullptr) return expected(kLineEndWanted, lines.loneCr());
   if (line.size() < 2 || line[0] != letter || line[1] != '=') {
     return expected(letter == 'm' ? kMediaStart : kBandwidthStart, line.data());
   }
@@ -29,17 +33,19 @@ unsigned short decodeSingleLine(char letter, const char*& position, char* error,
     return 1;
   }
   // The line may be one of many: only as far as its end is looked at.
-  const std::string_view text(position, std::strcspn(position, "\r\n"));
-  if (const Problem problem = readLine(letter, text, read, record)) {
+  const std::size_t length = std::strcspn(position, "\n");
+  LineReader lines({position, length + (position[length] == '\n' ? 1 : 0)});
+  lines.next();
+  if (const Problem problem = readLine(letter, lines, read, record)) {
+    const std::string_view line = lines.line();
     unsigned int column = 1;
-    writeLineError(error, 1, text, problem, position[text.size()] == '\0', column);
+    writeLineError(error, 1, line, problem, line.data()[line.size()] == '\0', column);
     errorLine = 1;
     errorColumn = static_cast<int>(column);
     return 1;
   }
   if (error != nullptr) error[0] = '\0';
-  const char* end = position + text.size();
-  position = end + lineEndLength({end, strnlen(end, 2)});
+  position = lines.position();
   return 0;
 }
 

@@ -12,7 +12,7 @@ struct Line {
 TEST(SingleMediaLine, IsReadAndThePositionMovedBehindItsEnd) {
   const Line cases[] = {
       {"m=audio 5004/2 RTP/AVP 0 8\r\na=x\r\n", 28}, {"m=audio 5004/2 RTP/AVP 0 8\na=x\r\n", 27},
-      {"m=audio 5004/2 RTP/AVP 0 8\ra=x\r\n", 27},   {"m=audio 5004/2 RTP/AVP 0 8", 26},
+      {"m=audio 5004/2 RTP/AVP 0 8\r\na=x\ry", 28},  {"m=audio 5004/2 RTP/AVP 0 8", 26},
       {"m=audio 5004/2 RTP/AVP 0 8\r", 27},          {"m=audio 5004/2 RTP/AVP 0 8\r\n", 28}};
   for (const Line& one : cases) {
     m_line m;
@@ -77,6 +77,12 @@ TEST(SingleMediaLine, FailuresSayWhereAndChangeNothing) {
       {"m", 1, "line 1, column 1: expected \"m=\", found \"m\""},
       {"m=audio\r\n5004 RTP/AVP 0", 8, "line 1, column 8: expected a port, found the end of the line"},
       {"m=audio 5004", 13, "line 1, column 13: expected a transport, found the end of the text"},
+      {"m=audio 5004 RTP/AVP 0\ra=x\r\n", 23,
+       "line 1, column 23: expected CR LF or LF at the line's end, found \"?a=x\""},
+      {"m=audio 5004 RTP/AVP 0\r\r", 23,
+       "line 1, column 23: expected CR LF or LF at the line's end, found \"?\""},
+      {"\rm=audio 5004 RTP/AVP 0", 1,
+       "line 1, column 1: expected CR LF or LF at the line's end, found \"?m=audio 5004 RTP/AVP 0\""},
   };
   for (const auto& one : cases) {
     m_line m{};

@@ -51,7 +51,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "line 2, column 2: expected an equals sign behind the letter, found the end of the text"},
         Malformed{"v=0\r\ns = x\r\n",
                   "line 2, column 2: expected an equals sign behind the letter, found \" = x\""},
-        Malformed{"v=0\rs:x\r",
+        Malformed{"v=0\ns:x\r",
                   "line 2, column 2: expected an equals sign behind the letter, found \":x\""}));
 
 INSTANTIATE_TEST_SUITE_P(

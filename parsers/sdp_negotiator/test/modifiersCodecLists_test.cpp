@@ -190,7 +190,7 @@ std::string manyAttributes(const std::string& end, int count = 41) {
 
 // What the codec cannot hold whole is not written by it.
 TEST(RemoveCodecs, KeepsTheBytesOfAnIncompleteText) {
-  const std::string odd = "v=0\nt=0 0\r\no=a  1 1\tIN IP4 192.0.2.1\n\ns=-\rq=?\n";
+  const std::string odd = "v=0\nt=0 0\r\no=a  1 1\tIN IP4 192.0.2.1\n\ns=-\nq=?\n";
   const std::string overlong = "a=note:" + std::string(500, 'n') + "\n";
   const std::string longName = "a=" + std::string(80, 'n') + "\r\n";
   const std::string opusBehind = manyAttributes("\r\n") + "a=rtpmap:97 opus/48000/2\r\n";
@@ -216,10 +216,14 @@ TEST(RemoveCodecs, KeepsTheBytesOfAnIncompleteText) {
        session + audioLine(" 97 0") + opusBehind,
        {38},
        session + audioLine(" 97") + opusBehind},
-      {"lone CRs",
-       session + "q=?\rm=audio 5004 RTP/AVP 0 8\ra=rtpmap:0 PCMU/8000\ra=sendrecv\r",
+      {"a CR ends the text",
+       session + "q=?\nm=audio 5004 RTP/AVP 0 8\na=rtpmap:0 PCMU/8000\na=sendrecv\r",
        {1},
-       session + "q=?\rm=audio 5004 RTP/AVP 8\ra=sendrecv\r"},
+       session + "q=?\nm=audio 5004 RTP/AVP 8\na=sendrecv\r"},
+      {"the m-line is the last and ends in CR",
+       session + "q=?\nm=audio 5004 RTP/AVP 0 8\r",
+       {1},
+       session + "q=?\nm=audio 5004 RTP/AVP 8\r"},
       {"the removed line is the last and has no end",
        session + "q=?\r\n" + audioLine(" 8 0") + "a=rtpmap:0 PCMU",
        {1},
@@ -323,6 +327,11 @@ TEST(ReorderCodecs, LosesNothingOfAnIncompleteText) {
            odd + audioLine(" 0 8") + overlong + "a=rtpmap:8 PCMA",
            {1},
            odd + audioLine(" 8") + "a=rtpmap:8 PCMA\r\n" + overlong},
+          {"a last line that ends in CR",
+           odd + audioLine(" 0 8") + overlong + "a=rtpmap:8 PCMA\r",
+           {1},
+           odd + audioLine(" 8") + "a=rtpmap:8 PCMA\r\n" + overlong},
+          {"an m-line that ends in CR", odd + "m=audio 5004 RTP/AVP 0 8\r", {1}, odd + audioLine(" 8")},
           {"an m-line without end", odd + "m=audio 5004 RTP/AVP 0 8", {1}, odd + audioLine(" 8")},
       },
       sdpModifications::sdpCodecsReordering, reordered);
@@ -361,7 +370,10 @@ TEST(CodecLists, ATextThatIsNoBodyStaysAsItIs) {
                                  session + "m=audio 5004",
                                  session + "m=audio -1 RTP/AVP 0 8\r\n",
                                  session + audioLine(" 0 8") + "b=AS\n" + pcmu,
-                                 session + audioLine(" 0 8") + "%n%s\r\n"};
+                                 session + audioLine(" 0 8") + "%n%s\r\n",
+                                 session + "q=?\rm=audio 5004 RTP/AVP 0 8\r\n",
+                                 session + audioLine(" 0 8") + "a=x\ra=rtpmap:0 PCMU/8000\r\n",
+                                 session + audioLine(" 0 8") + "a=x\r\r\n"};
   for (const Edited& each : operations) {
     for (const std::string& text : refused) {
       EditBuffer buffer(text);

@@ -84,6 +84,37 @@ TEST(ObjectParse, ABodyThatCannotBeDecodedEmptiesTheObject) {
   EXPECT_EQ(trace.lines().back(), exiting);
 }
 
+// The edits find lines by their LF: what stood behind a CR alone would be in force and could not be removed.
+TEST(ObjectParse, ALineBehindALoneCrIsRefusedWithItsPlace) {
+  const struct {
+    std::string hidden;
+    std::string found;
+  } cases[] = {{"i=x\ra=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:abc\r\n",
+                "?a=crypto:1 AES_CM_128_HMAC_SHA1_80 inli\"..."},
+               {"i=x\rm=video 5006 RTP/AVP 31\r\n", "?m=video 5006 RTP/AVP 31\""},
+               {"i=x\rc=IN IP4 203.0.113.1\n", "?c=IN IP4 203.0.113.1\""},
+               {"i=x\r\r\n", "?\""}};
+  for (const auto& each : cases) {
+    cSdpNegotiator object = parsedObject(audioBody());
+    TraceCapture trace;
+    EXPECT_EQ(object.sdpParse((audioBody() + each.hidden).c_str(), SDP_TYPE_OFFER), 1) << each.found;
+    EXPECT_TRUE(sameBytes(object, emptyObject())) << each.found;
+    ASSERT_GE(trace.lines().size(), 3U);
+    const std::string& reason = trace.lines()[trace.lines().size() - 2].text;
+    EXPECT_NE(reason.find("line 7, column 4: expected CR LF or LF at the line's end, found \"" + each.found),
+              std::string::npos)
+        << reason;
+  }
+}
+
+TEST(ObjectParse, ACrAtTheTextsEndEndsTheLastLine) {
+  const std::string body = sessionLines() + "m=audio 5004 RTP/AVP 0 8\r";
+  const cSdpNegotiator object = parsedObject(body);
+  EXPECT_EQ(textOf(object), body);
+  EXPECT_EQ(object.getParsedData().audioCodec[0], 3);
+  EXPECT_EQ(object.getParsedData().audioCodec[1], 1);
+}
+
 TEST(ObjectParse, ABodyThatTheAnalysisRefusesLeavesNothingOfItsSummary) {
   TraceCapture trace;
   cSdpNegotiator object = parsedObject(audioBody());

@@ -69,12 +69,13 @@ TEST(ParserHostile, ANulAndEveryByteInEveryPlace) {
 TEST(ParserHostile, LineEndsOfAllKinds) {
   const std::vector<std::string> lines = {"v=0",   "o=- 1 2 IN IP4 192.0.2.9", "s=-",
                                           "t=0 0", "m=audio 5004 RTP/AVP 0",   "a=sendonly"};
-  for (const char* lineEnd : {"\r", "\n", "\n\r", "\r\r\n", "\r\n\r\n", "\n\n\n"}) {
+  for (const char* lineEnd : {"\n", "\n\r\n", "\r\n\r\n", "\n\n\n"}) {
     const Parsed result = soundly(joined(lines, lineEnd));
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.data.sessionMode, CONNECTION_MODE_SENDONLY);
   }
-  EXPECT_NE(soundly(joined(lines, "\r\n ")).status, 0);
+  for (const char* lineEnd : {"\r\n ", "\r", "\n\r", "\r\r\n"})
+    EXPECT_NE(soundly(joined(lines, lineEnd)).status, 0);
 }
 
 TEST(ParserHostile, OverlongWords) {

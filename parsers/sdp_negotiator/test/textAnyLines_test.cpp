@@ -20,7 +20,7 @@ Pieces linesOf(std::string_view text) {
   return lines;
 }
 
-TEST(AnyLines, EndAtCrLfAtLfAndAtALoneCr) {
+TEST(AnyLines, EndAtCrLfAtLfAndAtTheTextsEnd) {
   const struct {
     std::string text;
     Pieces lines;
@@ -30,18 +30,25 @@ TEST(AnyLines, EndAtCrLfAtLfAndAtALoneCr) {
                {"\r", {{"", "\r"}}},
                {"\r\n", {{"", "\r\n"}}},
                {"\n\r", {{"", "\n"}, {"", "\r"}}},
-               {"a\r\nb\nc\rd", {{"a", "\r\n"}, {"b", "\n"}, {"c", "\r"}, {"d", ""}}},
-               {"a\r\r\nb", {{"a", "\r"}, {"", "\r\n"}, {"b", ""}}},
-               {"\r\r", {{"", "\r"}, {"", "\r"}}},
+               {"a\r\nb\nc\rd", {{"a", "\r\n"}, {"b", "\n"}, {"c\rd", ""}}},
+               {"a\r\r\nb", {{"a\r", "\r\n"}, {"b", ""}}},
+               {"\r\r", {{"\r", "\r"}}},
                {"a\r", {{"a", "\r"}}},
                {"a\n\nb\n", {{"a", "\n"}, {"", "\n"}, {"b", "\n"}}}};
   for (const auto& each : cases)
     EXPECT_EQ(linesOf(each.text), each.lines) << testing::PrintToString(each.text);
 }
 
+TEST(AnyLines, KnowTheEndThatTheyNeedInFrontOfOthers) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"a\r\n", "\r\n"}, {"a\n", "\n"}, {"\n", "\n"}, {"a\r", "\r\n"}, {"a", "\r\n"}};
+  for (const auto& [text, end] : cases)
+    EXPECT_EQ(sdpneg::AnyLines(text).next().endForMore(), end) << testing::PrintToString(text);
+}
+
 TEST(AnyLines, TellWhatIsLeft) {
-  sdpneg::AnyLines lines("ab\rcd\nef");
-  EXPECT_EQ(lines.rest(), "ab\rcd\nef");
+  sdpneg::AnyLines lines("ab\r\ncd\nef");
+  EXPECT_EQ(lines.rest(), "ab\r\ncd\nef");
   lines.next();
   EXPECT_EQ(lines.rest(), "cd\nef");
   lines.next();

@@ -205,9 +205,11 @@ TEST(Lines, EndAtLfAndHideACr) {
   EXPECT_EQ(content(text, second), "s=-");
   const Line last = lineAt(text, second.next());
   EXPECT_FALSE(last.terminated);
-  EXPECT_EQ(content(text, last), "t=0 0\r");
+  EXPECT_EQ(content(text, last), "t=0 0");
   EXPECT_EQ(last.next(), text.size());
   EXPECT_EQ(content("\n", lineAt("\n", 0)), "");
+  EXPECT_EQ(content("\r", lineAt("\r", 0)), "");
+  EXPECT_EQ(content("a\rb", lineAt("a\rb", 0)), "a\rb");
 }
 
 TEST(Lines, AreFoundBehindAnLfOnly) {

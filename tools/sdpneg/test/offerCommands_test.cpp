@@ -107,7 +107,7 @@ const Run runs[] = {
      "no\n"},
     {"aBodyThatIsTooLong",
      "version-increased",
-     {offer, offer + std::string(20480 - offer.size() - 2, '\r') + "\r\n"},
+     {offer, offer + std::string(20480 - offer.size() - 2, '\n') + "\r\n"},
      2,
      "",
      "sdpneg: 2.sdp: the body is longer than the 20479 characters that requests take\n"},

@@ -151,7 +151,7 @@ std::string_view formatOf(AudioSection& section, Words formats, std::uint8_t cod
 class MovedLines {
  public:
   MovedLines(Composed& out, int attributeLimit) : out_(out), attributesLeft_(attributeLimit) {}
-  void add(const AnyLine& line) { out_.add(line.content).add(line.end().empty() ? "\r\n" : line.end()); }
+  void add(const AnyLine& line) { out_.add(line.content).add(line.endForMore()); }
   void addAttribute(const AnyLine& line) {
     if (attributesLeft_ == 0) return;
     --attributesLeft_;
@@ -185,7 +185,7 @@ void orderCodecs(AudioSection section, std::span<const unsigned char> order, int
     const std::string_view format = formatOf(section, mLine.formats, codec);
     if (!format.empty()) out.add(" ").add(format);
   }
-  out.add(first.end().empty() ? "\r\n" : first.end());
+  out.add(first.endForMore());
   const auto isAttribute = [](std::string_view line) { return startsWith(line, "a="); };
   const auto add = [&](const AnyLine& line) { moved.add(line); };
   const auto addAttribute = [&](const AnyLine& line) { moved.addAttribute(line); };

@@ -26,9 +26,9 @@ inline Line lineAt(std::string_view text, std::size_t begin) {
   return {begin, lf == npos ? text.size() : lf, lf != npos};
 }
 
-/// The line's text without LF and without a CR in front of it.
+/// The line's text without LF and without a CR in front of it or of the text's end.
 inline std::string_view content(std::string_view text, const Line& line) {
-  const bool cr = line.terminated && line.lf > line.begin && text[line.lf - 1] == '\r';
+  const bool cr = line.lf > line.begin && text[line.lf - 1] == '\r';
   return text.substr(line.begin, line.lf - line.begin - (cr ? 1 : 0));
 }
 

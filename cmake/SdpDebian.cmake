@@ -59,7 +59,6 @@ set(CPACK_DEBIAN_TOOLS_DESCRIPTION "looks into SDP bodies and edits them
 sdpneg shows what the sdp_negotiator libraries make of an SDP body (RFC 4566)
 or of the body in a SIP message, compares two of them, and edits one by the
 requests that an engine would use.")
-set(CPACK_COMPONENT_TOOLS_DEPENDS runtime)
 
 # --- how they are made -----------------------------------------------------------------------------------
 

@@ -136,9 +136,31 @@ TEST(InspectTableRows, tellADeflatedText) {
   const std::string expected = " bytes for " + std::to_string(body.size()) + " characters\n";
   EXPECT_NE(outcome.out.find("  stored            deflated, "), std::string::npos);
   EXPECT_NE(outcome.out.find(expected), std::string::npos);
-  // 40 attribute lines fit a media description.
-  EXPECT_NE(outcome.out.find("  description       incomplete: some of the text is left out\n"),
-            std::string::npos);
+}
+
+TEST(InspectTableRows, tellWhetherADescriptionHoldsAllAttributes) {
+  constexpr int capacity = 192;
+  const std::string complete = "  description       complete\n";
+  const std::string incomplete = "  description       incomplete: some of the text is left out\n";
+  std::string body =
+      "v=0\no=- 1 2 IN IP4 192.0.2.1\ns=-\nc=IN IP4 192.0.2.1\nt=0 0\nm=audio 5004 RTP/AVP 0\n";
+  for (int i = 0; i + 1 < capacity; ++i) body += "a=x\n";
+  for (const std::string& expected : {complete, complete, incomplete}) {  // one under, at, and one over
+    const Outcome outcome = runSdpneg({"inspect"}, {.input = body});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_NE(outcome.out.find(expected), std::string::npos) << outcome.out;
+    body += "a=x\n";
+  }
+}
+
+TEST(InspectTableRows, nameTheCodecBehindManyAttributes) {
+  std::string body(bodies::audioCall);
+  for (int i = 0; i < 100; ++i) body += "a=x\n";
+  body += "m=video 49172 RTP/AVP 97\n";
+  for (int i = 0; i < 100; ++i) body += "a=x\n";
+  const Outcome outcome = runSdpneg({"inspect"}, {.input = body + "a=rtpmap:97 H264/90000\n"});
+  EXPECT_NE(outcome.out.find("  video codecs      H264\n"), std::string::npos) << outcome.out;
+  EXPECT_NE(outcome.out.find(" 97 H264/90000\n"), std::string::npos) << outcome.out;
 }
 
 TEST(InspectTableRows, escapeWhatControlsATerminal) {

@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <memory>
+
 #include "bodies.h"
 #include "process.h"
+#include "sdpNegotiator.h"
 #include "testFiles.h"
 
 namespace {
@@ -60,6 +63,46 @@ TEST_F(Transfer, mayGoThroughPipes) {
   const Outcome form = runSdpneg({"pack", "-o", "-"}, {.input = body});
   EXPECT_EQ(form.out, packed(body));
   EXPECT_EQ(runSdpneg({"unpack", "-", "-o", "-"}, {.input = form.out}).out, body);
+}
+
+/// The library's own, which holds fewer attribute lines than the tool's.
+cSdpNegotiator parsed(const std::string& text) {
+  cSdpNegotiator object{};
+  EXPECT_EQ(object.sdpParse(text.c_str(), SDP_TYPE_UNKNOWN), 0);
+  return object;
+}
+
+TEST_F(Transfer, formIsThatOfTheLibrary) {
+  for (const std::string& text : {body, std::string(bodies::secureCall)}) {
+    unsigned char* bytes = nullptr;
+    unsigned int size = 0;
+    ASSERT_EQ(parsed(text).compressObject(&bytes, size), 0);
+    const std::unique_ptr<unsigned char[]> owned(bytes);
+    EXPECT_EQ(packed(text), std::string(bytes, bytes + size));
+  }
+}
+
+TEST_F(Transfer, formIsReadByTheLibrary) {
+  for (const std::string& text : {body, longBody()}) {  // of a few and of hundreds of attribute lines
+    const std::string form = packed(text);
+    cSdpNegotiator object{};
+    ASSERT_EQ(object.uncompressObject(reinterpret_cast<const unsigned char*>(form.data()),
+                                      static_cast<unsigned int>(form.size())),
+              0);
+    char out[MAX_SDP_PROTOCOL_DATA_SIZE];
+    ASSERT_EQ(object.getSDP(out, sizeof out), 0);
+    EXPECT_EQ(out, text);
+    EXPECT_EQ(object.getParsedData().audioCodec[0], parsed(text).getParsedData().audioCodec[0]);
+  }
+}
+
+TEST_F(Transfer, formOfTheLibraryIsRead) {
+  unsigned char* bytes = nullptr;
+  unsigned int size = 0;
+  ASSERT_EQ(parsed(longBody()).compressObject(&bytes, size), 0);
+  const std::unique_ptr<unsigned char[]> owned(bytes);
+  folder.write("form", std::string(bytes, bytes + size));
+  EXPECT_EQ(runSdpneg({"unpack", file, "-o", "-"}).out, longBody());
 }
 
 TEST_F(Transfer, takesTheBodyOutOfAMessage) {

@@ -1,8 +1,11 @@
 #include "bestEffort.h"
 
+#include <algorithm>
+#include <iterator>
 #include <span>
 #include <string_view>
 
+#include "sdpNegotiatorParser/descriptionView.h"
 #include "text/search.h"
 #include "traceLines.h"
 
@@ -34,16 +37,46 @@ std::string reasonOf(eSecurityType security, std::span<const TraceLine> trace) {
   return "the m-lines cannot be read";
 }
 
+/// Whether there is a key or where it comes from: SDES, DTLS-SRTP, MIKEY or ZRTP.
+bool hasKeys(const a_line& attributes) {
+  constexpr std::string_view names[] = {"crypto", "fingerprint", "key-mgmt", "zrtp-hash"};
+  const auto lines =
+      std::span(attributes.entries).first(static_cast<std::size_t>(sdp_AgetNoOfAs(&attributes)));
+  return std::any_of(lines.begin(), lines.end(), [&](const a_line::entry& line) {
+    return std::any_of(std::begin(names), std::end(names),
+                       [&](std::string_view name) { return sdpneg::equalNoCase(line.name, name); });
+  });
+}
+
+bool isPlain(std::string_view transport) {
+  return sdpneg::equalNoCase(transport, "RTP/AVP") || sdpneg::equalNoCase(transport, "RTP/AVPF");
+}
+
 }  // namespace
 
-BestEffort bestEffortOf(const cSdpNegotiator& object) {
+bool hasKeysOnPlainMedia(const sDescription& description) {
+  const bool ofSession = hasKeys(description.aLine);
+  bool found = false;
+  for (const mDescription& media : sdpneg::mediaOf(description)) {
+    if (sdpneg::portOf(media) == 0) continue;
+    const std::string_view transport = sdpneg::transportOf(media);
+    if (sdpneg::findNoCase(transport, "SAVP") != sdpneg::npos) return false;
+    found = found || (isPlain(transport) && (ofSession || hasKeys(media.aLine)));
+  }
+  return found;
+}
+
+BestEffort bestEffortOf(const cSdpNegotiator& object, const sDescription& description) {
   const TraceLines trace;
   const eSecurityType type = object.getSdpBestEffortSrtpType();
   const eSecurityType security = object.getSdpSecurityType();
-  return {type, type == SRTP_UKNOWN ? reasonOf(security, trace.lines()) : std::string()};
+  const bool hasForm = type == BE_SRTP_2m_LINE || type == BE_SRTP_1m_LINE;
+  return {type, type == SRTP_UKNOWN ? reasonOf(security, trace.lines()) : std::string(),
+          !hasForm && hasKeysOnPlainMedia(description)};
 }
 
 std::string bestEffortText(const BestEffort& bestEffort) {
+  if (bestEffort.isOpportunistic) return "opportunistic: RTP/AVP with keys";
   switch (bestEffort.type) {
     case BE_SRTP_2m_LINE:
       return "two m-lines per medium";
@@ -58,8 +91,9 @@ std::string bestEffortText(const BestEffort& bestEffort) {
   }
 }
 
-const char* bestEffortName(eSecurityType type) {
-  switch (type) {
+const char* bestEffortName(const BestEffort& bestEffort) {
+  if (bestEffort.isOpportunistic) return "opportunistic";
+  switch (bestEffort.type) {
     case BE_SRTP_2m_LINE:
       return "twoMLines";
     case BE_SRTP_1m_LINE:

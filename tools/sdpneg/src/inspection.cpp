@@ -80,7 +80,7 @@ void inspectDecoded(const char* text, const BodyLines& lines, Inspection& inspec
   for (std::size_t i = 0; i < lines.mediaCount(); ++i) inspection.mediaLines.push_back(lines.mediaLine(i));
   const unsigned short status = parse(text, inspection);
   inspection.result = status == 0 ? Result::parsed : Result::refused;
-  if (inspection.object) inspection.bestEffort = bestEffortOf(*inspection.object);
+  if (inspection.object) inspection.bestEffort = bestEffortOf(*inspection.object, *inspection.description);
   if (status != 0) inspection.problem = explainRefusal(inspection.trace, *inspection.description, lines);
 }
 

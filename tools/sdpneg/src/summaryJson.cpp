@@ -86,7 +86,7 @@ Json securityJson(const cSdpNegotiator& object) {
 
 Json bestEffortJson(const std::optional<BestEffort>& bestEffort) {
   if (!bestEffort) return nullptr;
-  return {{"type", bestEffortName(bestEffort->type)}, {"reason", orNull(bestEffort->reason)}};
+  return {{"type", bestEffortName(*bestEffort)}, {"reason", orNull(bestEffort->reason)}};
 }
 
 Json storedJson(const cSdpNegotiator& object) {

@@ -14,6 +14,7 @@ using nlohmann::json;
 const std::string session = "v=0\no=ann 17 18 IN IP4 192.0.2.10\ns=-\nc=IN IP4 192.0.2.10\nt=0 0\n";
 const std::string crypto =
     "a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:MDEyMzQ1Njc4OWFiY2RlZjAxMjM0NTY3ODlhYmNk\n";
+const std::string fingerprint = "a=fingerprint:sha-1 AB:CD\n";
 const std::string plainAudio = "m=audio 49170 RTP/AVP 0\n";
 const std::string secureAudio = "m=audio 49170 RTP/SAVP 0\n" + crypto;
 
@@ -42,6 +43,10 @@ TEST_P(InspectBestEffort, isInTheJson) {
   EXPECT_EQ(told["reason"], GetParam().reason.empty() ? json(nullptr) : json(GetParam().reason));
 }
 
+Case opportunistic(const char* name, std::string body, const std::string& reason) {
+  return {name, std::move(body), "opportunistic: RTP/AVP with keys", "opportunistic", reason};
+}
+
 Case unknown(const char* name, std::string body, const std::string& reason) {
   return {name, std::move(body), "unknown: " + reason, "unknown", reason};
 }
@@ -56,15 +61,27 @@ const Case cases[] = {
     {"secure", session + secureAudio, "no: secure RTP only", "secure"},
     unknown("differentMedia", session + plainAudio + "m=video 49172 RTP/SAVP 31\n" + crypto,
             "two m-lines of a pair are of different media types"),
-    unknown("oddNumber", session + plainAudio + crypto, "odd number of m-lines"),
+    unknown("oddNumber", session + plainAudio + secureAudio + plainAudio, "odd number of m-lines"),
     unknown("differentCodecs", session + plainAudio + replaced(secureAudio, "SAVP 0", "SAVP 8"),
             "two m-lines of a pair have different codecs"),
     unknown("noCrypto", session + plainAudio + "m=audio 49170 RTP/SAVP 0\n",
             "no crypto line in the secure m-line of the first pair"),
-    unknown("twoPlain", session + plainAudio + crypto + plainAudio,
+    unknown("twoSecure", session + secureAudio + secureAudio + plainAudio + plainAudio,
             "the transports of two m-lines do not pair: one plain, one secure"),
-    unknown("otherTransport", session + "m=audio 49170 udp 0\n" + plainAudio + crypto,
+    unknown("otherTransport",
+            session + "m=audio 49170 udp 0\nm=audio 49170 udp 0\n" + plainAudio + secureAudio,
             "a pair begins with neither RTP/AVP nor RTP/SAVP"),
+    // What RFC 8643 offers. The library counts "a=crypto" as secure beside plain, and looks for pairs.
+    opportunistic("oneMLineInTheUsualSpelling", session + plainAudio + crypto, "odd number of m-lines"),
+    opportunistic("onlyOneOfTwoWithKeys", session + plainAudio + crypto + plainAudio,
+                  "the transports of two m-lines do not pair: one plain, one secure"),
+    opportunistic("besideAnotherTransport", session + "m=audio 49170 udp 0\n" + plainAudio + crypto,
+                  "a pair begins with neither RTP/AVP nor RTP/SAVP"),
+    opportunistic("withFeedback", session + "m=audio 49170 RTP/AVPF 0\n" + crypto, "odd number of m-lines"),
+    opportunistic("withAFingerprint", session + plainAudio + fingerprint, "odd number of m-lines"),
+    opportunistic("withTheSessionsFingerprint", session + fingerprint + plainAudio, "odd number of m-lines"),
+    unknown("keysOfWhatIsNotInUse", session + plainAudio + "m=video 0 RTP/AVP 31\n" + fingerprint,
+            "two m-lines of a pair are of different media types"),
     unknown("noRtp", std::string(bodies::faxCall), "neither RTP/AVP nor RTP/SAVP"),
     unknown("secureWithoutKeys", session + "m=audio 49170 RTP/SAVP 0\n", "secure without SDES")};
 

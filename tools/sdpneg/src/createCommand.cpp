@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "cMsgIPAddress.h"
 #include "exitStatus.h"
 #include "refusal.h"
 #include "sdpNegotiator.h"
@@ -50,6 +51,16 @@ int createAnswer(const Arguments& arguments, Streams streams) {
   return exitSuccess;
 }
 
+/// The library writes the address type IP4 for every address; the one of an IPv6 address is put right.
+std::string withAddressType(std::string text, const std::string& address) {
+  if (!cMsgIPAddress::isIPv6(address.c_str())) return text;
+  const std::string wrong = "IN IP4 " + address;
+  for (std::size_t at = text.find(wrong); at != std::string::npos; at = text.find(wrong, at + 1)) {
+    text.replace(at, wrong.size(), "IN IP6 " + address);
+  }
+  return text;
+}
+
 int createBody(const std::string& address, unsigned int port, const std::string& codecs, bool inactive,
                Streams streams) {
   const TraceLines trace;
@@ -60,7 +71,7 @@ int createBody(const std::string& address, unsigned int port, const std::string&
     writeProblem(streams.err, "", {{}, "create is refused: " + explainRefusedRequest(trace.lines(), status)});
     return exitRefused;
   }
-  streams.out.write(text);
+  streams.out.write(withAddressType(text, address));
   return exitSuccess;
 }
 

@@ -4,6 +4,7 @@
 
 #include "bodyInput.h"
 #include "exitStatus.h"
+#include "originFields.h"
 #include "refusal.h"
 
 // Commands that compare a body with those that came before it.
@@ -86,6 +87,10 @@ int runAlign(const Arguments& arguments, Streams streams) {
   constexpr unsigned short kFewerBefore = 1;  // which leaves the m-lines as they are
   Offers offers(arguments, streams);
   if (!offers.usable()) return exitBadInput;
+  if (const auto obstacle = setObstacle(offers[0])) {
+    writeProblem(streams.err, offers.name(0), {{}, *obstacle});
+    return exitRefused;
+  }
   const TraceLines trace;
   const unsigned short status = offers[1].sdpModifyVersionAndMlines(&offers[0], false);
   showTrace(arguments, trace, streams);

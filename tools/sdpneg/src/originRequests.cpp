@@ -1,3 +1,4 @@
+#include "originFields.h"
 #include "requestArguments.h"
 #include "requestTable.h"
 #include "wholeNumber.h"
@@ -7,15 +8,25 @@
 namespace tool {
 namespace {
 
-bool isVersionNumber(std::string_view word) { return wholeNumber<long long>(word).has_value(); }
+/// A version is digits (RFC 4566 9), though the library takes a sign.
+bool isVersionNumber(std::string_view word) {
+  return !word.starts_with('-') && wholeNumber<long long>(word).has_value();
+}
 
 constexpr RequestArgument setVersionArguments[] = {
-    {.name = "N", .expects = "a whole number of 64 bits", .accepts = isVersionNumber}};
+    {.name = "N", .expects = "a whole number from 0 to 9223372036854775807", .accepts = isVersionNumber}};
 
 unsigned short setVersion(cSdpNegotiator& object, RequestInput& input) {
+  input.refusal = setObstacle(object).value_or("");
+  if (!input.refusal.empty()) return 1;
   const auto version = wholeNumber<unsigned int>(input.words[0]);
   if (version) return object.sdpSetVersionNumber(*version);
   return object.sdpSetVersionNumberLong(wholeNumber<long long>(input.words[0]).value_or(0));
+}
+
+unsigned short increaseVersion(cSdpNegotiator& object, RequestInput& input) {
+  input.refusal = raiseObstacle(object).value_or("");
+  return input.refusal.empty() ? object.sdpIncVersion() : static_cast<unsigned short>(1);
 }
 
 constexpr RequestArgument modifyOriginArguments[] = {
@@ -40,7 +51,7 @@ constexpr RequestRow rows[] = {
     {"increase-version",
      {},
      "Raise the session version of the o-line by one.",
-     plainRequest<&cSdpNegotiator::sdpIncVersion>,
+     increaseVersion,
      "sdpIncVersion"},
     {"modify-origin", modifyOriginArguments,
      "Write a new o-line; without an address, with the unspecified one.", modifyOrigin, "sdpModifyOLine",

@@ -184,7 +184,7 @@ TEST(ManualPage, holdsTheCommandTable) {
                   "[FILE]\"\n"));
   EXPECT_TRUE(has(page,
                   ".TP\n\\fBset\\-version N\\fR\nSet the session version of the o\\-line.\n"
-                  "\\fIN\\fR is a whole number of 64 bits.\n"));
+                  "\\fIN\\fR is a whole number from 0 to 9223372036854775807.\n"));
   EXPECT_TRUE(has(page, ".TP\n\\fBsilence on|off\\fR\n"));
   EXPECT_TRUE(has(page, "\\fB\\-o\\fR, \\fB\\-\\-output\\fR=\\fIOUT\\fR\n"));
 }

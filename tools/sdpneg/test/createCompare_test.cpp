@@ -37,6 +37,19 @@ TEST(Create, writesABody) {
   }
 }
 
+TEST(Create, writesTheAddressTypeOfAnIPv6Address) {
+  for (const std::string& address : {std::string("2001:db8::1"), std::string("::ffff:192.0.2.1")}) {
+    const Outcome outcome = runSdpneg({"create", address, "4000"});
+    EXPECT_EQ(outcome.out, "v=0\r\no=- 0 0 IN IP6 " + address + "\r\ns=-\r\nc=IN IP6 " + address +
+                               "\r\nt=0 0\r\nm=audio 4000 RTP/AVP 0\r\na=rtpmap:0 PCMU/8000\r\n");
+    EXPECT_EQ(outcome.status, 0);
+    const Outcome inspected = runSdpneg({"inspect"}, {.input = outcome.out});
+    EXPECT_NE(inspected.out.find("  address           " + address + " (IPv6)\n"), std::string::npos)
+        << inspected.out;
+    EXPECT_EQ(inspected.err, "");
+  }
+}
+
 TEST(Create, saysWhyTheLibraryRefuses) {
   const Outcome port = runSdpneg({"create", "192.0.2.1", "80"});
   EXPECT_EQ(port.err, "sdpneg: create is refused: Invalid port number (80) entry.\n");

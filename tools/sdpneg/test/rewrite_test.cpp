@@ -44,10 +44,11 @@ TEST_P(Rewrite, givesTheNewBodyByteForByte) {
 
 const Case cases[] = {
     {"setVersion", {"set-version", "99"}, audio, withOrigin(audio, "o=ann 17 99 IN IP4 192.0.2.10\n")},
-    {"setNegativeVersion",
-     {"set-version", "-5"},
-     audio,
-     withOrigin(audio, "o=ann 17 -5 IN IP4 192.0.2.10\n")},
+    {"setVersionZero", {"set-version", "0"}, audio, withOrigin(audio, "o=ann 17 0 IN IP4 192.0.2.10\n")},
+    {"increaseVersionBehindTwoBlanks",
+     {"increase-version"},
+     withOrigin(audio, "o=ann 17  18 IN IP4 192.0.2.10\n"),
+     withOrigin(audio, "o=ann 17  19 IN IP4 192.0.2.10\n")},
     {"setLargestVersion",
      {"set-version", "9223372036854775807", "-"},
      audio,
@@ -192,7 +193,28 @@ std::string sized(std::size_t size) {
 
 const std::string tooLarge = "Attempt to increment <oline> version past maximum length. Exiting.";
 
+const std::string anotherField =
+    "by the library's count \"IN\" of the o-line is field 5 and not 4, so another field would be taken for "
+    "the "
+    "version";
+
 const Refusal refusals[] = {
+    {"setVersionBehindABlankInTheUserName",
+     {"set-version", "9"},
+     withOrigin(audio, "o=Ann Lee 17 18 IN IP4 192.0.2.10\n"),
+     "request set-version is refused: " + anotherField},
+    {"increaseVersionBehindABlankInTheUserName",
+     {"increase-version"},
+     withOrigin(audio, "o=Ann Lee 17 18 IN IP4 192.0.2.10\n"),
+     "request increase-version is refused: " + anotherField},
+    {"setVersionBehindTwoBlanks",
+     {"set-version", "9"},
+     withOrigin(audio, "o=ann 17  18 IN IP4 192.0.2.10\n"),
+     "request set-version is refused: " + anotherField},
+    {"setVersionBehindABlankInFrontOfTheOLine",
+     {"set-version", "9"},
+     "v=0\ns=A call\no=ann 17 18 IN IP4 192.0.2.10\nc=IN IP4 192.0.2.10\nt=0 0\nm=audio 49170 RTP/AVP 0\n",
+     "request set-version is refused: " + anotherField},
     {"fromTheErrorTrace", {"silence", "on"}, fax, "request silence is refused: No audio <mline> found."},
     {"fromAnInformationTrace",
      {"modify-origin", "1", "2"},
@@ -250,6 +272,7 @@ TEST(RewriteLongBody, mayHaveAllTheCharactersThatRequestsTake) {
 
 TEST(RewriteUsage, isChecked) {
   const std::string list = "; 'sdpneg requests' lists them";
+  const std::string version = "N of set-version is a whole number from 0 to 9223372036854775807, not ";
   const struct {
     std::vector<std::string> words;
     std::string mistake;
@@ -265,9 +288,10 @@ TEST(RewriteUsage, isChecked) {
       {{"modify-origin", "", "3"}, "ID of modify-origin is a session id without blanks, not ''"},
       {{"modify-origin", "1", "2", "192.0.2.256", "file"},
        "IP of modify-origin is an IP address, not '192.0.2.256'"},
-      {{"set-version", "1x"}, "N of set-version is a whole number of 64 bits, not '1x'"},
-      {{"set-version", "9223372036854775808"},
-       "N of set-version is a whole number of 64 bits, not '9223372036854775808'"},
+      {{"set-version", "1x"}, version + "'1x'"},
+      {{"set-version", "9223372036854775808"}, version + "'9223372036854775808'"},
+      {{"set-version", "-5"}, version + "'-5'"},
+      {{"set-version", "-0"}, version + "'-0'"},
       {{"mode", "sendrecv"},
        "DIRECTION of mode is a direction: sendonly, recvonly or inactive, not 'sendrecv'"},
       {{"mode", "inactive", "text", "file"}, "MEDIA of mode is a kind of media: audio or video, not 'text'"},

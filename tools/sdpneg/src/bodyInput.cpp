@@ -27,6 +27,15 @@ std::optional<std::string> requestObstacle(const cSdpNegotiator& object) {
          " characters that requests take";
 }
 
+std::optional<std::string> unreadableResult(const Inspection& result) {
+  if (!result.problem) return std::nullopt;
+  const Place& place = result.problem->place;
+  const std::string where = place.line == 0 ? std::string()
+                                            : "line " + std::to_string(place.line) + ", column " +
+                                                  std::to_string(place.column) + ": ";
+  return "what comes of it cannot be read: " + where + result.problem->reason;
+}
+
 std::string bodyText(const cSdpNegotiator& object) {
   char text[MAX_SDP_PROTOCOL_DATA_SIZE + 1];
   return object.getRawSDP(text, sizeof text) == 0 ? std::string(text) : std::string();

@@ -30,6 +30,9 @@ BodyInput readBodyFor(const std::string& operand, Streams streams);
 /// Why a body cannot be given to a request; nothing when it can.
 std::optional<std::string> requestObstacle(const cSdpNegotiator& object);
 
+/// Why a body that a request made must not go out: the library itself cannot read it. Nothing when it can.
+std::optional<std::string> unreadableResult(const Inspection& result);
+
 /// The body's text.
 std::string bodyText(const cSdpNegotiator& object);
 

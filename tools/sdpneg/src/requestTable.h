@@ -9,6 +9,7 @@
 
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
+#include "sideEffects.h"
 #include "traceLines.h"
 
 // The one table of the requests that change a body. Parsing, help, completion, the manual page and
@@ -52,6 +53,8 @@ struct RequestRow {
   /// Why a request that left the body as it was could not do what there was to do; an empty text where there was
   /// nothing. Null where that is always so.
   std::string (*failure)(std::span<const TraceLine> trace) = nullptr;
+  /// What it is meant to take out of the body.
+  Takes takes = Takes::nothing;
 };
 
 /// A row's function for a request without arguments.

@@ -80,6 +80,9 @@ int rewriteInput(const BodyInput& input, const RequestLine& line, const Argument
   for (const Removed& each : rewritten.removed) {
     streams.err.write(std::string(each.request).append(" removed ").append(each.record).append("\n"));
   }
+  for (const SideEffect& each : rewritten.effects) {
+    writeProblem(streams.err, "", {{}, "note: " + std::string(each.request) + " " + each.what});
+  }
   const std::string text = withBody(input.bytes, findSdpBody(input.bytes), rewritten.text);
   return deliver(input, text, arguments, streams);
 }

@@ -24,17 +24,23 @@ std::string requestName(std::span<const RequestCall> calls, std::size_t index) {
   return calls.size() > 1 ? "request " + std::to_string(index + 1) + ", " + name + "," : "request " + name;
 }
 
+/// Tells what a request did to the body beside what it was asked for.
+void noteEffects(const RequestRow& row, const std::string& before, Rewritten& result) {
+  for (std::string& what : sideEffects(before, result.text, row.takes)) {
+    result.effects.push_back({row.name, std::move(what)});
+  }
+}
+
 /// Runs one request and takes what comes of it.
 std::optional<std::string> run(cSdpNegotiator& object, std::span<const RequestCall> calls, std::size_t index,
                                const TraceLines& trace, Rewritten& result) {
   if (auto obstacle = requestObstacle(object)) return obstacle;
   const RequestRow& row = *calls[index].row;
   const std::string before = bodyText(object);
-  const std::size_t begin = trace.lines().size();
   RequestInput input = calls[index].input;
   const unsigned short status = row.run(object, input);
   if (!input.refusal.empty()) return input.refusal;
-  const Trace own = Trace(trace.lines()).subspan(begin);
+  const Trace own = trace.lines();
   if (auto refusal = refusalOf(row, status, own)) return refusal;
   result.text = bodyText(object);
   if (result.text.empty()) return "what comes of it is no body: " + explainRefusedText(own);
@@ -44,30 +50,38 @@ std::optional<std::string> run(cSdpNegotiator& object, std::span<const RequestCa
     result.idle.push_back({requestName(calls, index), std::move(input.idle)});
   }
   if (!input.removed.empty()) result.removed.push_back({row.name, std::move(input.removed)});
+  noteEffects(row, before, result);
   return std::nullopt;
 }
 
-/// Parses what a request left.
-std::optional<std::string> parseAgain(cSdpNegotiator& object, const TraceLines& trace,
-                                      const std::string& text) {
-  const std::size_t begin = trace.lines().size();
-  const unsigned short status = object.sdpParse(text.c_str(), SDP_TYPE_UNKNOWN);
-  if (status == 0) return std::nullopt;
-  return "the body before it: " + explainRefusedRequest(Trace(trace.lines()).subspan(begin), status);
+/// Runs one request with its lines added to the trace.
+std::optional<std::string> runTraced(cSdpNegotiator& object, std::span<const RequestCall> calls,
+                                     std::size_t index, Rewritten& result) {
+  const TraceLines trace;
+  auto refusal = run(object, calls, index, trace, result);
+  result.trace.insert(result.trace.end(), trace.lines().begin(), trace.lines().end());
+  return refusal;
+}
+
+/// Reads what a request left, as a reader of the body would.
+/// @return why it cannot be read
+std::optional<std::string> readAgain(const std::string& text, cSdpNegotiator& object) {
+  const Inspection read = inspect(text);
+  if (auto refusal = unreadableResult(read)) return refusal;
+  object = *read.object;
+  return std::nullopt;
 }
 
 }  // namespace
 
 Rewritten rewrite(const cSdpNegotiator& body, std::span<const RequestCall> calls) {
   Rewritten result;
-  const TraceLines trace;
   cSdpNegotiator object = body;
   for (std::size_t i = 0; i < calls.size() && !result.refusal; ++i) {
-    std::optional<std::string> why = i > 0 ? parseAgain(object, trace, result.text) : std::nullopt;
-    if (!why) why = run(object, calls, i, trace, result);
+    std::optional<std::string> why = runTraced(object, calls, i, result);
+    if (!why) why = readAgain(result.text, object);
     if (why) result.refusal = requestName(calls, i) + " is refused: " + *why;
   }
-  result.trace = trace.lines();
   return result;
 }
 

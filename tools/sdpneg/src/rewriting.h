@@ -24,17 +24,24 @@ struct Idle {
   std::string why;
 };
 
+/// Something that a request did to the body beside what it was asked for.
+struct SideEffect {
+  std::string_view request;
+  std::string what;
+};
+
 /// What requests made of a body.
 struct Rewritten {
   std::string text;                    ///< the new body
+  std::vector<SideEffect> effects;     ///< of each request on what the one before it left
   std::vector<Removed> removed;        ///< of those that removed some
   std::vector<Idle> idle;              ///< of those that had nothing to do
   std::optional<std::string> refusal;  ///< which request was refused and why
   std::vector<TraceLine> trace;
 };
 
-/// Applies requests to a body in their order. Behind each the new body is parsed, so that the next one meets an
-/// object whose summary is that of its text.
+/// Applies requests to a body in their order. Behind each the new body is read again: one that the library cannot read
+/// is refused, and the next request meets an object whose summary is that of its text.
 Rewritten rewrite(const cSdpNegotiator& body, std::span<const RequestCall> calls);
 
 }  // namespace tool

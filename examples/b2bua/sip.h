@@ -29,11 +29,29 @@ struct Release {
   void operator()(nta_leg_t* dialog) const { nta_leg_destroy(dialog); }
   void operator()(nta_incoming_t* transaction) const { nta_incoming_destroy(transaction); }
   void operator()(nta_outgoing_t* transaction) const { nta_outgoing_destroy(transaction); }
-  void operator()(char* text) const { su_free(nullptr, text); }
 };
 
 template <typename Object>
 using Owned = std::unique_ptr<Object, Release>;
+
+/// The value of one header.
+///
+/// The encoder leaves out what does not fit, and counts it; it wants more room than it says, so a value counts only when
+/// some is left. The stack's own function for this takes the exact size, and returns memory that nobody wrote.
+inline std::string headerValue(const sip_header_t* header) {
+  constexpr std::size_t kUnused = 16;
+  constexpr std::size_t kLargest = 1 << 20;
+  std::string value(256, '\0');
+  while (value.size() <= kLargest) {
+    const auto length = sip_header_field_e(value.data(), static_cast<isize_t>(value.size()), header, 0);
+    if (length >= 0 && static_cast<std::size_t>(length) + kUnused <= value.size()) {
+      value.resize(static_cast<std::size_t>(length));
+      return value;
+    }
+    value.assign(2 * value.size(), '\0');
+  }
+  return "";
+}
 
 /// The value of a header, and of those of its kind behind it.
 template <typename Header>
@@ -41,8 +59,7 @@ std::string headerText(const Header* first) {
   std::string text;
   for (auto* header = reinterpret_cast<const sip_header_t*>(first); header != nullptr;
        header = header->sh_next) {
-    const Owned<char> one(sip_header_as_string(nullptr, header));
-    text += (text.empty() ? "" : ", ") + std::string(one ? one.get() : "");
+    text += (text.empty() ? "" : ", ") + headerValue(header);
   }
   return text;
 }

@@ -14,10 +14,13 @@ constexpr const char* kCounters = "counters ";
 constexpr milliseconds kAfterFailure{500};
 constexpr std::size_t kMostShown = 6'000;
 
-std::vector<std::string> engineArguments(const std::string& listen, const std::string& target,
-                                         const std::string& logFile,
+std::vector<std::string> engineArguments(const std::vector<std::string>& runner,
+                                         std::vector<std::string> arguments,
                                          const std::vector<std::string>& options) {
-  std::vector<std::string> arguments = {"--listen", listen, "--target", target, "--log", logFile};
+  if (!runner.empty()) {
+    arguments.insert(arguments.begin(), B2BUA_PROGRAM);
+    arguments.insert(arguments.begin(), runner.begin() + 1, runner.end());
+  }
   arguments.insert(arguments.end(), options.begin(), options.end());
   return arguments;
 }
@@ -65,12 +68,17 @@ std::vector<Received> messagesOf(const std::string& log) {
 }  // namespace
 
 Engine::Engine(const TemporaryFolder& folder, const std::string& host, const std::string& target,
-               const std::vector<std::string>& options, const std::string& listen, const std::string& name)
+               const std::vector<std::string>& options, const std::string& listen, const std::string& name,
+               const std::vector<std::string>& runner)
     : logFile_(folder.path(name + ".log")),
-      process_(B2BUA_PROGRAM, engineArguments(host + ":" + listen, host + ":" + target, logFile_, options),
-               folder.path(), name) {
+      process_(
+          runner.empty() ? B2BUA_PROGRAM : runner.front(),
+          engineArguments(
+              runner, {"--listen", host + ":" + listen, "--target", host + ":" + target, "--log", logFile_},
+              options),
+          folder.path(), name) {
   waitUntil([this] { return process_.output().find('\n') != std::string::npos || !process_.isRunning(); },
-            kLongestStart);
+            runner.empty() ? kLongestStart : kLongestCall);
   const std::string line = process_.output().substr(0, process_.output().find('\n'));
   EXPECT_TRUE(line.starts_with("ready ")) << line;
   if (line.starts_with("ready ")) address_ = line.substr(6);

@@ -23,9 +23,10 @@ class Engine {
  public:
   /// @param target  port of the target, on the same host
   /// @param listen  port of the engine, 0 for a free one
+  /// @param runner  program and options that run it; empty for none
   Engine(const TemporaryFolder& folder, const std::string& host, const std::string& target,
          const std::vector<std::string>& options = {}, const std::string& listen = "0",
-         const std::string& name = "engine");
+         const std::string& name = "engine", const std::vector<std::string>& runner = {});
 
   /// HOST:PORT; empty when it did not start.
   const std::string& address() const { return address_; }

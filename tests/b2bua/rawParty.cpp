@@ -84,12 +84,15 @@ std::string RawParty::receive(const std::string& start, const std::string& part,
 void RawParty::request(const std::string& engine, const RawRequest& asked) const {
   const std::string call = std::to_string(asked.call);
   const std::string branch = asked.branch.empty() ? asked.method + std::to_string(asked.cseq) : asked.branch;
+  const std::string own = "<sip:alice@" + address() + ">";
+  const std::string from = asked.from.empty() ? own : asked.from;
+  const std::string to = asked.to.empty() ? "<sip:bob@" + engine + ">" : asked.to;
+  const std::string contact = asked.contact.empty() ? own : asked.contact;
   send(engine, asked.method + " sip:bob@" + engine + " SIP/2.0\r\nVia: SIP/2.0/UDP " + address() +
-                   ";branch=z9hG4bK" + call + branch + "\r\nMax-Forwards: 70\r\nFrom: <sip:alice@" +
-                   address() + ">;tag=" + call + "\r\nTo: <sip:bob@" + engine + ">" + asked.toTag +
-                   "\r\nCall-ID: " + call + "@" + address() + "\r\nCSeq: " + std::to_string(asked.cseq) +
-                   " " + asked.method + "\r\nContact: <sip:alice@" + address() + ">\r\n" + asked.header +
-                   contentOf(asked.body, asked.contentType));
+                   ";branch=z9hG4bK" + call + branch + "\r\nMax-Forwards: 70\r\nFrom: " + from +
+                   ";tag=" + call + "\r\nTo: " + to + asked.toTag + "\r\nCall-ID: " + call + "@" + address() +
+                   "\r\nCSeq: " + std::to_string(asked.cseq) + " " + asked.method + "\r\nContact: " +
+                   contact + "\r\n" + asked.header + contentOf(asked.body, asked.contentType));
 }
 
 std::string RawParty::ask(const std::string& engine, const RawRequest& asked, milliseconds longest) const {

@@ -13,8 +13,11 @@ struct RawRequest {
   std::string toTag = "";
   std::string body = "";
   std::string contentType = "application/sdp";
-  std::string branch = "";  ///< of the INVITE that it belongs to; empty for one of its own
-  std::string header = "";  ///< one more, with its CR LF
+  std::string branch = "";   ///< of the INVITE that it belongs to; empty for one of its own
+  std::string header = "";   ///< one more, with its CR LF
+  std::string from = "";     ///< address in the From header; empty for <sip:alice@...>
+  std::string to = "";       ///< in the To header; empty for <sip:bob@...>
+  std::string contact = "";  ///< Contact; empty for <sip:alice@...>
 };
 
 /// A SIP party that sends what it is told, byte for byte: sipp's scenarios behave, and name their bodies' files

@@ -1,6 +1,7 @@
 // What happens to the bodies between an INVITE and its ACK.
 
 #include "engine.h"
+#include "policyCheck.h"
 
 namespace b2bua {
 
@@ -45,6 +46,9 @@ std::string Engine::takeBody(Call& call, Side from, const std::string& body, boo
                                 : applyToOffer(options_.policy, sent, exchange.changes);
   if (!reason.empty()) return reason;
   continueSession(sent, received, call.legs[otherOf(from)].sent);
+  reason = whatIsForbidden(options_.policy, textOf(sent),
+                           isAnswer && exchange.changes.mLines == MLineChange::madeSecure);
+  if (!reason.empty()) return reason;
   if (options_.show) {
     showBodies("call " + call.id + ": " + (isAnswer ? "answer" : "offer") + " from the " + nameOf(from), body,
                textOf(sent));
@@ -97,6 +101,12 @@ bool Engine::answerFromStore(Call& call, Exchange& exchange) {
     return false;
   }
   exchange.kind = Kind::local;
+  const bool keysSuffice = exchange.changes.mLines == MLineChange::madeSecure;
+  const std::string reason = whatIsForbidden(options_.policy, textOf(updated), keysSuffice);
+  if (!reason.empty()) {
+    refuse(call, reason);
+    return true;
+  }
   exchange.sent[exchange.from] = updated;
   exchange.sent[otherOf(exchange.from)] = Body();
   answer(call, 200, textOf(updated));
@@ -108,6 +118,8 @@ void Engine::relayInvite(Call& call) {
   const Side to = otherOf(exchange.from);
   if (exchange.kind == Kind::dummy) {
     makeDummyOffer(options_.policy, options_.listen.starts_with('['), exchange.sent[to]);
+    const std::string reason = whatIsForbidden(options_.policy, textOf(exchange.sent[to]), false);
+    if (!reason.empty()) return refuse(call, reason);
     note(call, "dummy offer sent");
   }
   if (call.established) note(call, "re-offer relayed");

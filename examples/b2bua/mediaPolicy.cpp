@@ -4,8 +4,9 @@
 
 #include <algorithm>
 #include <cstring>
-#include <sstream>
 #include <string_view>
+
+#include "audioRule.h"
 
 namespace b2bua {
 
@@ -178,28 +179,40 @@ std::string returnSecurity(const Policy&, Body& answer, OfferChanges& changes) {
 
 // -- codecs, video, ICE, address
 
-std::string restrictAudio(const Policy& policy, Body& body, OfferChanges&) {
-  const sSdpParsedData& summary = body.getParsedData();
-  if (policy.audioCodecs.empty() || (summary.mediaType & MEDIA_AUDIO) == 0) return "";
-  const auto isAllowed = [&](unsigned char codec) {
-    return codec != SDP_NO_CODEC && std::ranges::find(policy.audioCodecs, codec) != policy.audioCodecs.end();
-  };
-  if (std::ranges::none_of(summary.audioCodec, isAllowed)) return "no allowed audio codec";
-  body.sdpRestrictAudioCodecsTo(policy.audioCodecs.data(), static_cast<int>(policy.audioCodecs.size()), true);
-  return "";
-}
-
 std::string limitVideo(const Policy& policy, Body& body, OfferChanges&) {
   if ((body.getParsedData().mediaType & MEDIA_VIDEO) == 0) return "";
-  if (policy.video == Video::off) body.sdpRemoveVideoMedia();
   if (policy.video == Video::capped)
     body.sdpLimitVideoMediaBandwidth(policy.videoBandwidth, policy.videoLevel);
-  return "";
+  if (policy.video != Video::off) return "";
+  // By the edit, which leaves the rest of the body; the object's own removal may take lines of the next section along.
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE] = "";
+  body.getSDP(text, sizeof text);
+  sdpModifications::sdpSetMediaPort(text, MEDIA_VIDEO, IP_VERSION_UNKNOWN,
+                                    sdpModifications::MEDIA_SECURITY_ANY, 0);
+  body.sdpParse(text, SDP_TYPE_UNKNOWN);
+  return hasMedia(body) ? "" : "no media but video";
 }
 
 std::string removeIce(const Policy& policy, Body& body, OfferChanges&) {
-  if (policy.removeIce) body.sdpRemoveIce();
-  return "";
+  if (!policy.removeIce) return "";
+  body.sdpRemoveIce();
+  BodyLines lines(textOf(body));
+  for (BodySection& section : lines.sections) {
+    std::erase_if(section.lines, [](const BodyLine& line) {
+      return line.type == 'a' && attributeOf(line.value).name == "end-of-candidates";
+    });
+  }
+  return store(lines, body);
+}
+
+bool isUnspecified(const BodyLine& connection) {
+  const std::vector<std::string> words = wordsOf(connection.value);
+  return words.size() > 2 && (words[2] == "0.0.0.0" || words[2] == "::");
+}
+
+void replaceConnection(BodyLine& line, const std::string& address) {
+  line.bytes =
+      std::string("c=IN ") + (address.find(':') == std::string::npos ? "IP4 " : "IP6 ") + address + "\r\n";
 }
 
 /// The unspecified address stays: it puts the call on hold (RFC 3264 8.4).
@@ -209,7 +222,15 @@ std::string setAddress(const Policy& policy, Body& body, OfferChanges&) {
   const std::string_view address = held;
   if (policy.connectionAddress.empty() || !hasMedia(body) || address == "0.0.0.0" || address == "::")
     return "";
-  return body.sdpReplaceCxIP(policy.connectionAddress.c_str()) == 0 ? "" : "no connection line";
+  if (body.sdpReplaceCxIP(policy.connectionAddress.c_str()) != 0) return "no connection line";
+  // That was the first c-line; sections may have further ones.
+  BodyLines lines(textOf(body));
+  for (BodySection& section : lines.sections) {
+    for (BodyLine& line : section.lines) {
+      if (line.type == 'c' && !isUnspecified(line)) replaceConnection(line, policy.connectionAddress);
+    }
+  }
+  return store(lines, body);
 }
 
 /// What each key of the policy means: requests of the library to the offer and to its answer.
@@ -234,18 +255,25 @@ std::string parsedAnew(Body& body) {
 
 /// The lines of a body without what codecs make of them.
 std::string withoutCodecs(const Body& body) {
-  std::istringstream lines(textOf(body));
   std::string rest;
-  for (std::string line; std::getline(lines, line);) {
-    if (line.starts_with("o=") || line.starts_with("a=rtpmap:") || line.starts_with("a=fmtp:")) continue;
-    if (line.starts_with("m=audio "))
-      line.resize(std::min(line.size(), line.find(' ', line.find(' ', 8) + 1)));
-    rest += line + "\n";
+  for (const BodySection& section : BodyLines(textOf(body)).sections) {
+    for (const BodyLine& line : section.lines) {
+      const bool mapping = line.bytes.starts_with("a=rtpmap:") || line.bytes.starts_with("a=fmtp:");
+      if (line.type == 'o' || mapping) continue;
+      const bool audio = line.bytes.starts_with("m=audio ");
+      rest += audio ? "m=audio " + section.port + " " + section.transport + "\n" : line.bytes;
+    }
   }
   return rest;
 }
 
 }  // namespace
+
+std::string store(const BodyLines& lines, Body& body) {
+  const std::string text = lines.text();
+  if (text == textOf(body) || body.sdpParse(text.c_str(), SDP_TYPE_UNKNOWN) == 0) return "";
+  return "not usable after the policy";
+}
 
 std::string textOf(const Body& object) {
   char text[MAX_SDP_PROTOCOL_DATA_SIZE] = "";

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "bodyLines.h"
 #include "options.h"
 
 namespace b2bua {
@@ -34,6 +35,10 @@ std::string applyToOffer(const Policy& policy, Body& offer, OfferChanges& change
 std::string applyToAnswer(const Policy& policy, Body& answer, const OfferChanges& changes);
 
 std::string textOf(const Body& object);
+
+/// Parses an edited text into the body that it was read from.
+/// @return why that cannot be done; empty when it can
+std::string store(const BodyLines& lines, Body& body);
 
 /// @return whether two offers differ in their o-lines and in formats of audio, with their rtpmap and fmtp lines, alone
 bool onlyCodecsDiffer(const Body& one, const Body& other);

@@ -1,0 +1,21 @@
+#ifndef B2BUA_POLICY_CHECK_H
+#define B2BUA_POLICY_CHECK_H
+
+#include <string>
+
+#include "bodyLines.h"
+#include "options.h"
+
+namespace b2bua {
+
+/// Reads a body that is about to go out, as tolerantly as its receiver may, and without the library that changed it.
+/// @param keysSuffice  whether a plain m-line with keys counts as secure: the answer to a best-effort offer
+/// @return what of it the policy forbids; empty for nothing. No part of the body is in it.
+std::string whatIsForbidden(const Policy& policy, const std::string& body, bool keysSuffice);
+
+/// @return whether a codec of the policy has the encoding name
+bool isAllowedCodec(const Policy& policy, const Format& format);
+
+}  // namespace b2bua
+
+#endif

@@ -1,0 +1,177 @@
+#include "calls.h"
+
+// The rules about audio codecs and video with the offers of phones, browsers and soft clients.
+
+namespace {
+
+using Bodies = std::vector<std::string>;
+
+const std::string kFromAlice =
+    "v=0\n"
+    "o=alice 21 4 IN IP4 192.0.2.10\n"
+    "s=-\n"
+    "c=IN IP4 192.0.2.10\n"
+    "t=0 0\n";
+const std::string kFromBob = "v=0\no=bob 33 9 IN IP4 192.0.2.20\ns=-\nc=IN IP4 192.0.2.20\nt=0 0\n";
+
+const std::string kMobile = kFromAlice +
+                            "m=audio 49170 RTP/AVP 96 97 101\n"
+                            "a=rtpmap:96 AMR/8000\n"
+                            "a=rtpmap:97 AMR-WB/16000\n"
+                            "a=rtpmap:101 telephone-event/8000\n"
+                            "a=fmtp:101 0-15\n";
+
+// Events for each of its clocks, those of the first codec first.
+const std::string kBrowser = kFromAlice +
+                             "m=audio 49170 RTP/AVP 111 63 9 0 8 13 110 126\n"
+                             "a=rtpmap:111 opus/48000/2\n"
+                             "a=fmtp:111 minptime=10;useinbandfec=1\n"
+                             "a=rtpmap:63 red/48000/2\n"
+                             "a=fmtp:63 111/111\n"
+                             "a=rtpmap:9 G722/8000\n"
+                             "a=rtpmap:0 PCMU/8000\n"
+                             "a=rtpmap:8 PCMA/8000\n"
+                             "a=rtpmap:13 CN/8000\n"
+                             "a=rtpmap:110 telephone-event/48000\n"
+                             "a=rtpmap:126 telephone-event/8000\n";
+
+const std::string kSoftClient = kFromAlice +
+                                "m=audio 49170 RTP/AVP 96 97 9 0 8 101\n"
+                                "a=rtpmap:96 opus/48000/2\n"
+                                "a=rtpmap:97 opus/48000/1\n"
+                                "a=rtpmap:9 G722/8000\n"
+                                "a=rtpmap:0 PCMU/8000\n"
+                                "a=rtpmap:8 PCMA/8000\n"
+                                "a=rtpmap:101 telephone-event/8000\n"
+                                "a=fmtp:101 0-15\n";
+
+class AudioPolicy : public Calls {
+ protected:
+  /// @param answer  which comes back as it is
+  void expectOffer(const std::string& policy, const std::string& offer, const std::string& atTarget,
+                   const std::string& answer) {
+    Plan plan;
+    plan.policy = policy;
+    plan.bodies = {{"offer", offer}, {"answer", answer}};
+    const Played played = play(plan);
+    EXPECT_EQ(played.atTarget, Bodies{atTarget});
+    EXPECT_EQ(played.atCaller, Bodies{answer});
+    EXPECT_EQ(raised(played.counters), (Counters{{"calls", 1}, {"established", 1}, {"ended", 1}}));
+  }
+
+  void expectRefusal(const std::string& policy, const std::string& offer, const std::string& reason) {
+    Plan plan;
+    plan.callerScenario = "unusable-caller";
+    plan.targetScenario = "";
+    plan.policy = policy;
+    plan.bodies = {{"offer", offer}};
+    const Played played = play(plan);
+    EXPECT_EQ(raised(played.counters), (Counters{{"calls", 1}, {"failed", 1}, {"refused_bodies", 1}}));
+    EXPECT_NE(played.log.find(" body refused: " + reason), std::string::npos) << played.log;
+  }
+};
+
+}  // namespace
+
+TEST_F(AudioPolicy, telephoneEventsAreNoCommonCodec) {
+  expectRefusal("audio-codecs = PCMA, telephone-event\n", kMobile, "no allowed audio codec");
+}
+
+TEST_F(AudioPolicy, aPolicyOfEventsAllowsNoCodec) {
+  expectRefusal("audio-codecs = telephone-event\n", kSoftClient, "no allowed audio codec");
+}
+
+TEST_F(AudioPolicy, comfortNoiseIsNoCommonCodec) {
+  expectRefusal("audio-codecs = PCMA, COMFORT_NOISE\n",
+                kFromAlice + "m=audio 49170 RTP/AVP 96 13\na=rtpmap:96 AMR/8000\n", "no allowed audio codec");
+}
+
+TEST_F(AudioPolicy, eventsOfTheClockThatStaysAreKept) {
+  const std::string answer = kFromBob +
+                             "m=audio 30000 RTP/AVP 8 126\n"
+                             "a=rtpmap:8 PCMA/8000\n"
+                             "a=rtpmap:126 telephone-event/8000\n";
+  expectOffer("audio-codecs = PCMA, telephone-event\n", kBrowser,
+              kFromAlice +
+                  "m=audio 49170 RTP/AVP 8 126 13\n"
+                  "a=rtpmap:8 PCMA/8000\n"
+                  "a=rtpmap:126 telephone-event/8000\n"
+                  "a=rtpmap:13 CN/8000\n",
+              answer);
+}
+
+TEST_F(AudioPolicy, eventsOfTheClockThatGoesGoToo) {
+  const std::string answer = kFromBob +
+                             "m=audio 30000 RTP/AVP 111 110\n"
+                             "a=rtpmap:111 opus/48000/2\n"
+                             "a=rtpmap:110 telephone-event/48000\n";
+  expectOffer("audio-codecs = OPUS, telephone-event\n", kBrowser,
+              kFromAlice +
+                  "m=audio 49170 RTP/AVP 111 110\n"
+                  "a=rtpmap:111 opus/48000/2\n"
+                  "a=fmtp:111 minptime=10;useinbandfec=1\n"
+                  "a=rtpmap:110 telephone-event/48000\n",
+              answer);
+}
+
+TEST_F(AudioPolicy, eachClockThatStaysKeepsItsEvents) {
+  const std::string answer = kFromBob +
+                             "m=audio 30000 RTP/AVP 0 126\n"
+                             "a=rtpmap:0 PCMU/8000\n"
+                             "a=rtpmap:126 telephone-event/8000\n";
+  expectOffer("audio-codecs = PCMU, OPUS\n", replaced(kBrowser, " 13 110", " 110"),
+              kFromAlice +
+                  "m=audio 49170 RTP/AVP 0 111 110 126\n"
+                  "a=rtpmap:0 PCMU/8000\n"
+                  "a=rtpmap:111 opus/48000/2\n"
+                  "a=fmtp:111 minptime=10;useinbandfec=1\n"
+                  "a=rtpmap:110 telephone-event/48000\n"
+                  "a=rtpmap:126 telephone-event/8000\n",
+              answer);
+}
+
+TEST_F(AudioPolicy, aSoftClientKeepsItsEvents) {
+  const std::string answer = kFromBob +
+                             "m=audio 30000 RTP/AVP 8 101\n"
+                             "a=rtpmap:8 PCMA/8000\n"
+                             "a=rtpmap:101 telephone-event/8000\n"
+                             "a=fmtp:101 0-15\n";
+  expectOffer("audio-codecs = PCMA, PCMU, telephone-event\n", kSoftClient,
+              kFromAlice +
+                  "m=audio 49170 RTP/AVP 8 0 101\n"
+                  "a=rtpmap:8 PCMA/8000\n"
+                  "a=rtpmap:0 PCMU/8000\n"
+                  "a=rtpmap:101 telephone-event/8000\n"
+                  "a=fmtp:101 0-15\n",
+              answer);
+}
+
+TEST_F(AudioPolicy, aSoftClientsEventsDoNotFitWidebandAlone) {
+  const std::string answer = kFromBob + "m=audio 30000 RTP/AVP 96\na=rtpmap:96 opus/48000/2\n";
+  expectOffer("audio-codecs = OPUS, telephone-event\n",
+              replaced(kSoftClient, "a=rtpmap:97 opus/48000/1\n", ""),
+              kFromAlice + "m=audio 49170 RTP/AVP 96\na=rtpmap:96 opus/48000/2\n", answer);
+}
+
+// Sections behind the video, with c-lines of their own, stay whole.
+TEST_F(AudioPolicy, videoGoesWithoutWhatStandsBehindIt) {
+  const std::string offer =
+      "v=0\n"
+      "o=alice 21 4 IN IP4 192.0.2.10\n"
+      "s=-\n"
+      "t=0 0\n"
+      "m=video 49172 RTP/AVP 97\n"
+      "b=AS:768\n"
+      "a=rtpmap:97 H264/90000\n"
+      "m=audio 49170 RTP/AVP 8\n"
+      "c=IN IP4 192.0.2.10\n"
+      "a=rtpmap:8 PCMA/8000\n";
+  const std::string answer =
+      kFromBob + "m=video 0 RTP/AVP 97\nm=audio 30000 RTP/AVP 8\na=rtpmap:8 PCMA/8000\n";
+  expectOffer("video = off\n", offer, replaced(offer, "m=video 49172 ", "m=video 0 "), answer);
+}
+
+TEST_F(AudioPolicy, anOfferOfVideoAloneIsRefusedWithoutVideo) {
+  expectRefusal("video = off\n", kFromAlice + "m=video 49172 RTP/AVP 97\na=rtpmap:97 H264/90000\n",
+                "no media but video");
+}

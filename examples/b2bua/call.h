@@ -14,6 +14,9 @@ struct Call;
 
 enum Side : std::size_t { kCaller = 0, kTarget = 1 };
 
+/// 16 random characters.
+std::string randomText();
+
 inline Side otherOf(Side side) { return side == kCaller ? kTarget : kCaller; }
 
 /// A dialog with one of the two parties (RFC 3261 12), and the bodies that count in it.
@@ -22,15 +25,16 @@ struct Leg {
   Call* call = nullptr;
   Side side = kCaller;
   std::string callId;
-  std::string local;        ///< From of what the engine sends, with the engine's tag
-  std::string remote;       ///< To of what the engine sends, with the party's tag
-  std::string contact;      ///< where the party wants to be reached
-  std::string routes;       ///< Route value of what the engine sends
-  unsigned int cseq = 0;    ///< of the last request that the engine sent
-  Owned<nta_leg_t> dialog;  ///< the stack's part of it
-  bool answered = false;    ///< the body sent last was an answer
-  Body sent;                ///< the body that the party has of the other one
-  Body received;            ///< the party's own body
+  std::string local;            ///< From of what the engine sends, with the engine's tag
+  std::string remote;           ///< To of what the engine sends, with the party's tag
+  std::string contact;          ///< where the party wants to be reached
+  std::string routes;           ///< Route value of what the engine sends
+  unsigned int cseq = 0;        ///< of the last request that the engine sent
+  unsigned int remoteCseq = 0;  ///< of the last one that the party sent
+  Owned<nta_leg_t> dialog;      ///< the stack's part of it
+  bool answered = false;        ///< the body sent last was an answer
+  Body sent;                    ///< the body that the party has of the other one
+  Body received;                ///< the party's own body
 };
 
 /// What an exchange does with its bodies.

@@ -6,6 +6,7 @@
 #include "call.h"
 #include "log.h"
 #include "options.h"
+#include "perSecond.h"
 #include "stateStore.h"
 
 namespace b2bua {
@@ -19,6 +20,7 @@ struct Counters {
   unsigned long reoffers = 0;
   unsigned long refusedBodies = 0;
   unsigned long takenOver = 0;
+  unsigned long overload = 0;
 };
 
 /// The back-to-back user agent: two dialogs for every call, and the bodies on their way between them.
@@ -36,14 +38,26 @@ class Engine {
   void showCounters() const;
 
  private:
-  // calls and dialogs (engine.cpp); results are statuses for the stack to answer with, 0 for none
-  static int onRequest(Leg* leg, nta_leg_t* dialog, nta_incoming_t* transaction, const sip_t* request);
-  static int onByeResponse(Leg* listener, nta_outgoing_t* transaction, const sip_t* response);
-  int onFirstInvite(nta_incoming_t* transaction, const sip_t& invite);
-  int onBye(Leg& leg);
+  // requests (requests.cpp)
+  static int onMessage(Engine* engine, nta_agent_t* agent, msg_t* message, sip_t* content);
+  void onRequest(Owned<msg_t> message, const sip_t& request);
+  void onFirstInvite(Owned<msg_t> message, const sip_t& invite);
+  void onRequestInDialog(Leg& leg, Owned<msg_t> message, const sip_t& request);
+  /// @param header  a line with its name; none when empty
+  void reply(Owned<msg_t> message, int status, const std::string& header = "");
+  nta_incoming_t* openTransaction(const Leg& leg, Owned<msg_t> message);
+  bool hasTooManyTransactions() const;
+  bool mayTakeInvite();
+  /// @return the dialog of a request, null when there is none
+  Leg* find(const sip_t& request);
+  bool mayBeStored(const sip_t& request) const;
   Leg* takeOver(const sip_t& request);
+
+  // calls and dialogs (engine.cpp)
+  static int onByeResponse(Leg* listener, nta_outgoing_t* transaction, const sip_t* response);
   Call& addCall(const std::string& id);
-  void openDialog(Leg& leg, unsigned int remoteCseq);
+  void openDialog(Leg& leg);
+  void onBye(Leg& leg);
   void onCancel(Call& call);
   void cancel(Call& call, int status);
   void sendBye(Call& call, Side to);
@@ -55,7 +69,7 @@ class Engine {
   // exchanges of bodies (exchange.cpp)
   static int onAckOrCancel(Leg* leg, nta_incoming_t* transaction, const sip_t* request);
   static int onInviteResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response);
-  int onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite);
+  void onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite);
   void onAck(Leg& leg, const std::string& body);
   void onSuccess(Call& call, const sip_t& response);
   void onFailure(Call& call, const sip_t& response);
@@ -83,10 +97,13 @@ class Engine {
   Log& log_;
   Counters counters_;
   Owned<nta_agent_t> agent_;
-  Leg listener_;  ///< for requests outside of the dialogs
+  Leg listener_;  ///< for responses outside of the calls
   std::unordered_map<std::string, Call> calls_;
   unsigned long openByes_ = 0;
   bool stopping_ = false;
+  std::string elsewhere_;  ///< a URL to which nobody sends
+  PerSecond invites_;
+  PerSecond unknownTags_;  ///< asked for in the store, in vain
 };
 
 }  // namespace b2bua

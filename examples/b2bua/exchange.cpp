@@ -57,9 +57,8 @@ std::string Engine::takeBody(Call& call, Side from, const std::string& body, boo
 }
 
 /// An INVITE that came, the first one of its call included.
-int Engine::onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite) {
+void Engine::onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite) {
   Call& call = *leg.call;
-  if (call.exchange) return 491;
   nta_leg_server_route(leg.dialog.get(), nullptr, invite.sip_contact);
   Exchange& exchange = call.exchange.emplace();
   exchange.from = leg.side;
@@ -72,16 +71,13 @@ int Engine::onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite)
     exchange.kind = call.established ? Kind::late : Kind::dummy;
   } else if (!isSdp(invite)) {
     note(call, "body refused: it is no application/sdp");
-    fail(call, 415, "Accept: application/sdp");
-    return 0;
+    return fail(call, 415, "Accept: application/sdp");
   } else if (const std::string reason = takeBody(call, leg.side, body, false); !reason.empty()) {
-    refuse(call, reason);
-    return 0;
+    return refuse(call, reason);
   } else if (call.established && answerFromStore(call, exchange)) {
-    return 0;
+    return;
   }
   relayInvite(call);
-  return 0;
 }
 
 /// The target need not be asked about an offer that says nothing new, or only something new about codecs.

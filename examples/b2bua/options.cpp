@@ -71,6 +71,10 @@ void addOptions(CLI::App& app, Options& options) {
                  "redis://HOST:PORT keeps the established calls, for the next process");
   app.add_option("--log", options.logFile, "file instead of standard error");
   app.add_option("--max-calls", options.maxCalls, "at a time")->capture_default_str();
+  app.add_option("--max-invites", options.maxInvites, "per second")->capture_default_str();
+  app.add_option("--max-transactions", options.maxTransactions,
+                 "at a time, with those of the last 32 seconds")
+      ->capture_default_str();
   app.add_flag("--show", options.show, "each body before and after on standard output");
   app.add_flag("--trace", options.trace, "the library's own lines in the log too");
   app.set_config("--policy", "",

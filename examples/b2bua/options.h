@@ -33,6 +33,8 @@ struct Options {
   std::string state;    ///< "redis://HOST:PORT", or empty
   std::string logFile;  ///< standard error when empty
   std::size_t maxCalls = 10'000;
+  unsigned int maxInvites = 400;          ///< per second
+  unsigned int maxTransactions = 60'000;  ///< at a time, those that are only remembered included
   bool show = false;
   bool trace = false;
   Policy policy;

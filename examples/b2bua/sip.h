@@ -5,20 +5,24 @@
 #include <string>
 
 namespace b2bua {
+class Engine;
 struct Leg;
-}
+}  // namespace b2bua
 
 // What the stack hands to the callbacks of dialogs and transactions.
+#define NTA_AGENT_MAGIC_T b2bua::Engine
 #define NTA_LEG_MAGIC_T b2bua::Leg
 #define NTA_INCOMING_MAGIC_T b2bua::Leg
 #define NTA_OUTGOING_MAGIC_T b2bua::Leg
 #include <sofia-sip/nta.h>
+#include <sofia-sip/nta_stateless.h>
 #include <sofia-sip/nta_tag.h>
 #include <sofia-sip/sip_header.h>
 #include <sofia-sip/sip_status.h>
 #include <sofia-sip/sip_tag.h>
 #include <sofia-sip/su_string.h>
 #include <sofia-sip/su_wait.h>
+#include <sofia-sip/url_tag.h>
 
 namespace b2bua {
 
@@ -26,6 +30,7 @@ namespace b2bua {
 struct Release {
   void operator()(su_root_t* root) const { su_root_destroy(root); }
   void operator()(nta_agent_t* agent) const { nta_agent_destroy(agent); }
+  void operator()(msg_t* message) const { msg_destroy(message); }
   void operator()(nta_leg_t* dialog) const { nta_leg_destroy(dialog); }
   void operator()(nta_incoming_t* transaction) const { nta_incoming_destroy(transaction); }
   void operator()(nta_outgoing_t* transaction) const { nta_outgoing_destroy(transaction); }

@@ -1,6 +1,8 @@
 #include "stateStore.h"
 
 #include <hiredis/hiredis.h>
+#include <netdb.h>
+#include <poll.h>
 
 #include <map>
 #include <stdexcept>
@@ -11,7 +13,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr timeval kTimeout{0, 200'000};
+constexpr std::chrono::milliseconds kLongestReply{
+    200};                                      ///< to all that is asked at once, the connecting included
+constexpr unsigned long kMostPerSecond = 500;  ///< ms that the engine waits for replies
 constexpr std::chrono::seconds kBetweenAttempts{1};
 constexpr const char* kKeepFor = "86400";  ///< seconds; what nobody ends goes by itself
 
@@ -61,6 +65,27 @@ bool readFields(Fields& fields, const std::string& prefix, Leg& leg) {
   return unpack(fields[prefix + "sent"], leg.sent) && unpack(fields[prefix + "received"], leg.received);
 }
 
+/// Waits for the server's socket.
+bool isReady(const redisContext& context, short event, Clock::time_point deadline) {
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+  if (left.count() <= 0) return false;
+  pollfd socket{context.fd, event, 0};
+  return poll(&socket, 1, static_cast<int>(left.count())) == 1;
+}
+
+/// A name is asked for once: later it might hold the engine.
+std::string resolved(const std::string& host) {
+  addrinfo hints{};
+  hints.ai_socktype = SOCK_STREAM;
+  addrinfo* found = nullptr;
+  if (getaddrinfo(host.c_str(), nullptr, &hints, &found) != 0)
+    throw std::runtime_error("no such host: " + host);
+  const std::unique_ptr<addrinfo, void (*)(addrinfo*)> owner(found, freeaddrinfo);
+  char text[NI_MAXHOST] = "";
+  getnameinfo(found->ai_addr, found->ai_addrlen, text, sizeof text, nullptr, 0, NI_NUMERICHOST);
+  return text;
+}
+
 }  // namespace
 
 StateStore::StateStore(const std::string& address) : context_(nullptr, redisFree) {
@@ -70,42 +95,76 @@ StateStore::StateStore(const std::string& address) : context_(nullptr, redisFree
   if (!address.starts_with(scheme) || colon < scheme.size()) {
     throw std::runtime_error("no redis://HOST:PORT: " + address);
   }
-  host_ = address.substr(scheme.size(), colon - scheme.size());
+  host_ = resolved(address.substr(scheme.size(), colon - scheme.size()));
   port_ = static_cast<int>(std::strtol(address.c_str() + colon + 1, nullptr, 10));
-  if (!run({"PING"})) throw std::runtime_error("no Redis server at " + address);
+  if (!run({{"PING"}})) throw std::runtime_error("no Redis server at " + address);
 }
 
-bool StateStore::connect() {
+bool StateStore::connect(Clock::time_point deadline) {
   if (context_ && context_->err == 0) return true;
-  if (Clock::now() < nextAttempt_) return false;
-  nextAttempt_ = Clock::now() + kBetweenAttempts;
-  context_.reset(redisConnectWithTimeout(host_.c_str(), port_, kTimeout));
-  return context_ && context_->err == 0 && redisSetTimeout(context_.get(), kTimeout) == REDIS_OK;
+  context_.reset(redisConnectNonBlock(host_.c_str(), port_));
+  return context_ && context_->err == 0 && isReady(*context_, POLLOUT, deadline);
 }
 
-/// @param texts receives the strings of an array reply
-bool StateStore::run(const std::vector<std::string>& command, std::vector<std::string>* texts) {
-  if (!connect()) return false;
-  std::vector<const char*> words;
-  std::vector<std::size_t> sizes;
-  for (const std::string& word : command) {
-    words.push_back(word.data());
-    sizes.push_back(word.size());
+/// However slowly the server answers, there is one deadline for all that is asked; then its connection is given up,
+/// since a late reply would be taken for that to the next command.
+bool StateStore::run(const std::vector<Command>& commands, std::vector<std::string>* texts) {
+  const Clock::time_point start = Clock::now();
+  if (start < nextAttempt_ || milliseconds_.sum() >= kMostPerSecond) return false;
+  const bool done = exchange(commands, texts, start + kLongestReply);
+  const auto waited = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
+  milliseconds_.add(static_cast<unsigned long>(waited.count()));
+  if (done) return true;
+  context_.reset();
+  nextAttempt_ = Clock::now() + kBetweenAttempts;
+  return false;
+}
+
+bool StateStore::exchange(const std::vector<Command>& commands, std::vector<std::string>* texts,
+                          Clock::time_point deadline) {
+  if (!connect(deadline)) return false;
+  for (const Command& command : commands) {
+    std::vector<const char*> words;
+    std::vector<std::size_t> sizes;
+    for (const std::string& word : command) {
+      words.push_back(word.data());
+      sizes.push_back(word.size());
+    }
+    redisAppendCommandArgv(context_.get(), static_cast<int>(words.size()), words.data(), sizes.data());
   }
-  const std::unique_ptr<void, void (*)(void*)> owner(
-      redisCommandArgv(context_.get(), static_cast<int>(words.size()), words.data(), sizes.data()),
-      freeReplyObject);
-  const auto* const reply = static_cast<const redisReply*>(owner.get());
+  if (!flush(deadline)) return false;
+  for (std::size_t i = 0; i < commands.size(); ++i) {
+    if (!takeReply(texts, deadline)) return false;
+  }
+  return true;
+}
+
+bool StateStore::flush(Clock::time_point deadline) {
+  for (int done = 0; done == 0;) {
+    if (!isReady(*context_, POLLOUT, deadline) || redisBufferWrite(context_.get(), &done) != REDIS_OK)
+      return false;
+  }
+  return true;
+}
+
+bool StateStore::takeReply(std::vector<std::string>* texts, Clock::time_point deadline) {
+  void* taken = nullptr;
+  while (redisGetReplyFromReader(context_.get(), &taken) == REDIS_OK && taken == nullptr) {
+    if (!isReady(*context_, POLLIN, deadline) || redisBufferRead(context_.get()) != REDIS_OK) return false;
+  }
+  const std::unique_ptr<void, void (*)(void*)> owner(taken, freeReplyObject);
+  const auto* const reply = static_cast<const redisReply*>(taken);
   if (reply == nullptr || reply->type == REDIS_REPLY_ERROR) return false;
   for (std::size_t i = 0; texts != nullptr && reply->type == REDIS_REPLY_ARRAY && i < reply->elements; ++i) {
-    texts->emplace_back(reply->element[i]->str, reply->element[i]->len);
+    const redisReply& element = *reply->element[i];
+    texts->emplace_back(element.str != nullptr ? element.str : "", element.str != nullptr ? element.len : 0);
   }
   return true;
 }
 
 bool StateStore::save(const Call& call) {
   if (!isUsed()) return true;
-  std::vector<std::string> command = {"HSET", keyOf(call.id)};
+  Command command = {"HSET", keyOf(call.id)};
   Fields fields;
   addFields(call.legs[kCaller], "caller.", fields);
   addFields(call.legs[kTarget], "target.", fields);
@@ -113,14 +172,14 @@ bool StateStore::save(const Call& call) {
     command.push_back(name);
     command.push_back(value);
   }
-  return run(command) && run({"EXPIRE", keyOf(call.id), kKeepFor});
+  return run({command, {"EXPIRE", keyOf(call.id), kKeepFor}});
 }
 
-bool StateStore::remove(const std::string& id) { return !isUsed() || run({"DEL", keyOf(id)}); }
+bool StateStore::remove(const std::string& id) { return !isUsed() || run({{"DEL", keyOf(id)}}); }
 
 bool StateStore::load(Call& call) {
   std::vector<std::string> texts;
-  if (!isUsed() || !run({"HGETALL", keyOf(call.id)}, &texts)) return false;
+  if (!isUsed() || !run({{"HGETALL", keyOf(call.id)}}, &texts)) return false;
   Fields fields;
   for (std::size_t i = 0; i + 1 < texts.size(); i += 2) fields[texts[i]] = texts[i + 1];
   return readFields(fields, "caller.", call.legs[kCaller]) &&

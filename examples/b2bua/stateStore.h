@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "call.h"
+#include "perSecond.h"
 
 struct redisContext;
 
@@ -28,12 +29,22 @@ class StateStore {
   bool load(Call& call);
 
  private:
-  bool connect();
-  bool run(const std::vector<std::string>& command, std::vector<std::string>* texts = nullptr);
+  using Clock = std::chrono::steady_clock;
+  using Command = std::vector<std::string>;
+
+  bool connect(Clock::time_point deadline);
+  /// Sends commands and waits for all their replies.
+  /// @param texts receives the strings of an array reply
+  bool run(const std::vector<Command>& commands, std::vector<std::string>* texts = nullptr);
+  bool exchange(const std::vector<Command>& commands, std::vector<std::string>* texts,
+                Clock::time_point deadline);
+  bool flush(Clock::time_point deadline);
+  bool takeReply(std::vector<std::string>* texts, Clock::time_point deadline);
 
   std::string host_;
   int port_ = 0;
-  std::chrono::steady_clock::time_point nextAttempt_{};
+  Clock::time_point nextAttempt_{};
+  PerSecond milliseconds_;  ///< that were waited for the server
   std::unique_ptr<redisContext, void (*)(redisContext*)> context_;
 };
 

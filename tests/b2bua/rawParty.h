@@ -17,7 +17,7 @@ struct RawRequest {
   std::string header = "";   ///< one more, with its CR LF
   std::string from = "";     ///< address in the From header; empty for <sip:alice@...>
   std::string to = "";       ///< in the To header; empty for <sip:bob@...>
-  std::string contact = "";  ///< Contact; empty for <sip:alice@...>
+  std::string contact = "";  ///< Contact; empty for <sip:alice@...>, "none" for no such header
 };
 
 /// A SIP party that sends what it is told, byte for byte: sipp's scenarios behave, and name their bodies' files

@@ -1,0 +1,207 @@
+// What comes to the engine, and what becomes a transaction. Only INVITE and BYE of a call do: the stack remembers each
+// transaction for 32 seconds, so all else is answered and forgotten.
+
+#include <algorithm>
+#include <cstdio>
+#include <random>
+
+#include "engine.h"
+
+namespace b2bua {
+
+namespace {
+
+constexpr const char* kAllow = "Allow: INVITE, ACK, CANCEL, BYE, OPTIONS";
+constexpr std::size_t kIdSize = 16;
+constexpr unsigned long kMostUnknownTags = 5;  ///< asked for in the store within a second
+
+/// The engine's tag in a dialog names the call and the side, so that any process finds them.
+std::string tagOf(const std::string& id, Side side) { return id + (side == kCaller ? "-c" : "-t"); }
+
+Side sideOf(const std::string& tag) { return tag.ends_with("-c") ? kCaller : kTarget; }
+
+std::string tagIn(const sip_t& request) {
+  return request.sip_to->a_tag != nullptr ? request.sip_to->a_tag : "";
+}
+
+std::string idOf(const std::string& tag) { return tag.substr(0, tag.rfind('-')); }
+
+/// @return whether a request belongs to a dialog; the party's tag may be unknown yet
+bool isOf(const Leg& leg, const sip_t& request) {
+  if (!leg.dialog || leg.callId != request.sip_call_id->i_id) return false;
+  const char* const party = nta_leg_get_rtag(leg.dialog.get());
+  return party == nullptr ||
+         (request.sip_from->a_tag != nullptr && std::string_view(party) == request.sip_from->a_tag);
+}
+
+/// @return a header with the extensions that the other side insists on: there are none here (RFC 3261 8.2.2.3)
+std::string unsupportedIn(const sip_t& request) {
+  if (request.sip_require == nullptr) return "";
+  su_home_t home[1] = {SU_HOME_INIT(home)};
+  const sip_unsupported_t* const unsupported = sip_has_unsupported(home, nullptr, request.sip_require);
+  const std::string header = unsupported == nullptr ? "" : "Unsupported: " + headerText(unsupported);
+  su_home_deinit(home);
+  return header;
+}
+
+}  // namespace
+
+std::string randomText() {
+  static std::random_device random;
+  char text[kIdSize + 1];
+  std::snprintf(text, sizeof text, "%08x%08x", random(), random());
+  return text;
+}
+
+/// What belongs to no transaction.
+int Engine::onMessage(Engine* engine, nta_agent_t*, msg_t* message, sip_t* content) {
+  Owned<msg_t> owner(message);
+  // Responses come too late, and ACKs end nothing.
+  if (content == nullptr || content->sip_request == nullptr) return 0;
+  if (content->sip_request->rq_method != sip_method_ack) engine->onRequest(std::move(owner), *content);
+  return 0;
+}
+
+void Engine::reply(Owned<msg_t> message, int status, const std::string& header) {
+  nta_msg_treply(agent_.get(), message.release(), status, sip_status_phrase(status),
+                 TAG_IF(!header.empty(), SIPTAG_HEADER_STR(header.c_str())), TAG_END());
+}
+
+bool Engine::hasTooManyTransactions() const {
+  usize_t incoming = 0;
+  usize_t outgoing = 0;
+  nta_agent_get_stats(agent_.get(), NTATAG_S_IRQ_HASH_USED_REF(incoming),
+                      NTATAG_S_ORQ_HASH_USED_REF(outgoing), TAG_END());
+  return incoming + outgoing >= options_.maxTransactions;
+}
+
+bool Engine::mayTakeInvite() {
+  if (invites_.sum() >= options_.maxInvites || hasTooManyTransactions()) {
+    ++counters_.overload;
+    return false;
+  }
+  invites_.add();
+  return true;
+}
+
+void Engine::onRequest(Owned<msg_t> message, const sip_t& request) {
+  const sip_method_t method = request.sip_request->rq_method;
+  if (method == sip_method_options) return reply(std::move(message), 200, kAllow);
+  if (method == sip_method_cancel) return reply(std::move(message), 481);
+  if (method != sip_method_invite && method != sip_method_bye) return reply(std::move(message), 405, kAllow);
+  if (const std::string header = unsupportedIn(request); !header.empty())
+    return reply(std::move(message), 420, header);
+  if (request.sip_to->a_tag == nullptr && method == sip_method_invite)
+    return onFirstInvite(std::move(message), request);
+  Leg* leg = find(request);
+  if (leg == nullptr && mayBeStored(request)) {
+    if (unknownTags_.sum() >= kMostUnknownTags) {
+      // It may be of a call in the store, and is repeated; an answer would end that call.
+      ++counters_.overload;
+      return;
+    }
+    leg = takeOver(request);
+  }
+  if (leg == nullptr) return reply(std::move(message), 481);
+  onRequestInDialog(*leg, std::move(message), request);
+}
+
+nta_incoming_t* Engine::openTransaction(const Leg& leg, Owned<msg_t> message) {
+  return nta_incoming_create(agent_.get(), leg.dialog.get(), message.release(), nullptr, TAG_END());
+}
+
+void Engine::onRequestInDialog(Leg& leg, Owned<msg_t> message, const sip_t& request) {
+  const bool bye = request.sip_request->rq_method == sip_method_bye;
+  if (request.sip_cseq->cs_seq < leg.remoteCseq) return reply(std::move(message), 500);
+  if (!bye && leg.call->exchange) return reply(std::move(message), 491);
+  if (!bye && !mayTakeInvite()) return reply(std::move(message), 503);
+  leg.remoteCseq = request.sip_cseq->cs_seq;
+  if (bye && hasTooManyTransactions()) {
+    reply(std::move(message), 200);
+    return onBye(leg);
+  }
+  const Owned<msg_t> kept(
+      msg_ref_create(message.get()));  // the request is read while its transaction may end
+  nta_incoming_t* const transaction = openTransaction(leg, std::move(message));
+  if (transaction == nullptr) return;
+  if (!bye) return onInvite(leg, transaction, request);
+  nta_incoming_treply(transaction, 200, sip_status_phrase(200), TAG_END());
+  nta_incoming_destroy(transaction);
+  onBye(leg);
+}
+
+void Engine::onFirstInvite(Owned<msg_t> message, const sip_t& invite) {
+  if (invite.sip_contact == nullptr || invite.sip_from->a_tag == nullptr)
+    return reply(std::move(message), 400);
+  if (stopping_ || calls_.size() >= options_.maxCalls) return reply(std::move(message), 503);
+  if (!mayTakeInvite()) return reply(std::move(message), 503);
+  ++counters_.calls;
+  const std::string id = randomText();
+  Call& call = addCall(id);
+  Leg& caller = call.legs[kCaller];
+  caller.callId = invite.sip_call_id->i_id;
+  caller.local = headerText(invite.sip_to) + ";tag=" + tagOf(id, kCaller);
+  caller.remote = headerText(invite.sip_from);
+  caller.contact = headerText(invite.sip_contact);
+  caller.remoteCseq = invite.sip_cseq->cs_seq;
+  openDialog(caller);
+  nta_leg_server_route(caller.dialog.get(), invite.sip_record_route, invite.sip_contact);
+
+  Leg& target = call.legs[kTarget];
+  sip_from_t from = *invite.sip_from;
+  from.a_params = nullptr;
+  const char* const user = invite.sip_request->rq_url->url_user;
+  target.callId = randomText();
+  target.local = headerText(&from) + ";tag=" + tagOf(id, kTarget);
+  target.contact = "<sip:" + (user != nullptr ? std::string(user) + "@" : "") + options_.target + ">";
+  target.remote = target.contact;
+  openDialog(target);
+  note(call, "invited by " + caller.remote);
+  const Owned<msg_t> kept(msg_ref_create(message.get()));
+  nta_incoming_t* const transaction = openTransaction(caller, std::move(message));
+  if (transaction == nullptr) {
+    calls_.erase(id);
+    return;
+  }
+  onInvite(caller, transaction, invite);
+}
+
+Leg* Engine::find(const sip_t& request) {
+  const std::string tag = tagIn(request);
+  const auto call = calls_.find(idOf(tag));
+  if (call == calls_.end() || tag != tagOf(call->first, sideOf(tag))) return nullptr;
+  Leg& leg = call->second.legs[sideOf(tag)];
+  return isOf(leg, request) ? &leg : nullptr;
+}
+
+/// @return whether a request names a call that a former process may have kept
+bool Engine::mayBeStored(const sip_t& request) const {
+  const std::string tag = tagIn(request);
+  const std::string id = idOf(tag);
+  return store_.isUsed() && id.size() == kIdSize && tag == tagOf(id, sideOf(tag)) && !calls_.contains(id) &&
+         calls_.size() < options_.maxCalls;
+}
+
+/// @return the dialog of a request that only the store knows
+Leg* Engine::takeOver(const sip_t& request) {
+  const std::string tag = tagIn(request);
+  const std::string id = idOf(tag);
+  const Side side = sideOf(tag);
+  Call& call = addCall(id);
+  Leg& leg = call.legs[side];
+  if (store_.load(call)) {
+    openDialog(call.legs[otherOf(side)]);
+    openDialog(leg);
+  }
+  if (!call.legs[otherOf(side)].dialog || !isOf(leg, request)) {
+    unknownTags_.add();
+    calls_.erase(id);
+    return nullptr;
+  }
+  call.established = true;
+  ++counters_.takenOver;
+  note(call, "taken over from store");
+  return &leg;
+}
+
+}  // namespace b2bua

@@ -1,7 +1,11 @@
 // What happens to the bodies between an INVITE and its ACK.
 
+#include <cstring>
+
 #include "engine.h"
+#include "multipart.h"
 #include "policyCheck.h"
+#include "reasons.h"
 
 namespace b2bua {
 
@@ -9,9 +13,26 @@ namespace {
 
 constexpr const char* kSdp = "application/sdp";
 
-bool isSdp(const sip_t& message) {
+std::string_view unquoted(std::string_view text) {
+  return text.size() > 1 && text.front() == '"' && text.back() == '"' ? text.substr(1, text.size() - 2)
+                                                                      : text;
+}
+
+bool startsWith(const char* type, const char* name) {
+  return su_casenmatch(type, name, std::strlen(name)) != 0;
+}
+
+/// @return the SDP body of a message, empty when it has no body at all; none when that is something else
+std::optional<std::string> sdpOf(const sip_t& message) {
+  const sip_payload_t* const payload = message.sip_payload;
+  if (payload == nullptr || payload->pl_len == 0) return "";
+  std::string body(payload->pl_data, payload->pl_len);
   const sip_content_type_t* const type = message.sip_content_type;
-  return type != nullptr && su_casematch(type->c_type, kSdp) != 0;
+  if (type == nullptr) return std::nullopt;
+  if (su_casematch(type->c_type, kSdp) != 0) return body;
+  const char* const boundary = msg_params_find(type->c_params, "boundary");
+  if (!startsWith(type->c_type, "multipart/") || boundary == nullptr) return std::nullopt;
+  return sdpPartOf(body, unquoted(boundary));
 }
 
 const char* nameOf(Side side) { return side == kCaller ? "caller" : "target"; }
@@ -39,7 +60,7 @@ std::string Engine::takeBody(Call& call, Side from, const std::string& body, boo
   Body& sent = exchange.sent[otherOf(from)];
   if (body.find('\0') != std::string::npos) return "NUL in the body";
   if (received.sdpParse(body.c_str(), SDP_TYPE_UNKNOWN) != 0) {
-    return log_.reasonOf([&] { received.sdpParse(body.c_str(), SDP_TYPE_UNKNOWN); });
+    return withoutSecrets(log_.reasonOf([&] { received.sdpParse(body.c_str(), SDP_TYPE_UNKNOWN); }), body);
   }
   sent = received;
   std::string reason = isAnswer ? applyToAnswer(options_.policy, sent, exchange.changes)
@@ -66,13 +87,13 @@ void Engine::onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite
   nta_incoming_bind(transaction, onAckOrCancel, &leg);
   nta_incoming_treply(transaction, SIP_100_TRYING, TAG_END());
   if (call.established) ++counters_.reoffers;
-  const std::string body = bodyOf(invite);
-  if (body.empty()) {
+  const std::optional<std::string> body = sdpOf(invite);
+  if (body && body->empty()) {
     exchange.kind = call.established ? Kind::late : Kind::dummy;
-  } else if (!isSdp(invite)) {
+  } else if (!body) {
     note(call, "body refused: it is no application/sdp");
     return fail(call, 415, "Accept: application/sdp");
-  } else if (const std::string reason = takeBody(call, leg.side, body, false); !reason.empty()) {
+  } else if (const std::string reason = takeBody(call, leg.side, *body, false); !reason.empty()) {
     return refuse(call, reason);
   } else if (call.established && answerFromStore(call, exchange)) {
     return;
@@ -182,7 +203,7 @@ void Engine::onSuccess(Call& call, const sip_t& response) {
     sendBye(call, side);
     return forget(call);
   }
-  const std::string body = bodyOf(response);
+  const std::string body = sdpOf(response).value_or(bodyOf(response));
   if (exchange.kind == Kind::dummyReplaced) return onDummyReplaced(call, body);
   if (exchange.kind == Kind::dummy) sendAck(call, "");
   // The answer to the dummy is the target's body, which the caller gets as the offer.
@@ -202,8 +223,7 @@ void Engine::onFailure(Call& call, const sip_t& response) {
   const bool established = call.established;
   if (!exchange.cancelled) {
     note(call, "failed with " + std::to_string(status));
-    const std::string warning = headerText(response.sip_warning);
-    fail(call, status, warning.empty() ? "" : "Warning: " + warning);
+    fail(call, status);
   } else if (established) {
     complete(call);
   } else {
@@ -221,7 +241,7 @@ void Engine::refuse(Call& call, const std::string& reason) {
   ++counters_.refusedBodies;
   if (exchange.answered) return end(call, "engine: body refused");
   if (!call.established && exchange.acknowledged) sendBye(call, otherOf(exchange.from));
-  fail(call, 488, "Warning: 399 " + address() + " \"" + reason + "\"");
+  fail(call, 488, "Warning: 399 " + address() + " \"" + toldReason(reason) + "\"");
 }
 
 void Engine::answer(Call& call, int status, const std::string& body, const std::string& header) {
@@ -252,7 +272,7 @@ int Engine::onAckOrCancel(Leg* leg, nta_incoming_t* transaction, const sip_t* re
   if (request != nullptr && request->sip_request->rq_method == sip_method_cancel) {
     engine.onCancel(call);
   } else if (request != nullptr && call.exchange->answered) {
-    engine.onAck(*leg, bodyOf(*request));
+    engine.onAck(*leg, sdpOf(*request).value_or(bodyOf(*request)));
   } else if (call.exchange->answered) {
     engine.end(call, "engine: no ACK");
   }

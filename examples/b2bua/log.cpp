@@ -51,7 +51,7 @@ void show(char mark, const std::string& line) {
 
 }  // namespace
 
-Log::Log(const std::string& file, bool trace) : file_(stderr, leaveOpen), trace_(trace) {
+Log::Log(const std::string& file, bool trace) : name_(file), file_(stderr, leaveOpen), trace_(trace) {
   if (!file.empty()) file_ = {std::fopen(file.c_str(), "ae"), std::fclose};
   if (!file_) throw std::runtime_error(file + ": cannot be written");
   KvRttSetSink(takeLine, this);
@@ -72,6 +72,13 @@ void Log::write(const std::string& line) {
   std::strftime(time, sizeof time, "%FT%T", &parts);
   std::fprintf(file_.get(), "%s.%03ldZ %s\n", time, now.tv_nsec / 1'000'000, printable(line).c_str());
   std::fflush(file_.get());
+}
+
+void Log::reopen() {
+  if (name_.empty()) return;
+  std::FILE* const file = std::fopen(name_.c_str(), "ae");
+  if (file == nullptr) return write(name_ + ": cannot be opened anew");
+  file_ = {file, std::fclose};
 }
 
 void Log::takeLine(void* context, const KvRttLine* line) {

@@ -21,6 +21,8 @@ class Log {
   Log& operator=(const Log&) = delete;
 
   void write(const std::string& line);
+  /// Opens the file anew, which may have been moved away; keeps the old one when it cannot.
+  void reopen();
 
   /// Does again what the library refused, traced this time.
   /// @return its first error line, without what could break a line or a quoted text
@@ -29,6 +31,7 @@ class Log {
  private:
   static void takeLine(void* context, const KvRttLine* line);
 
+  std::string name_;
   std::unique_ptr<std::FILE, int (*)(std::FILE*)> file_;
   bool trace_;
   bool asking_ = false;

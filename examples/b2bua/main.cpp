@@ -17,13 +17,14 @@ constexpr std::chrono::seconds kLongestEnding{1};
 
 volatile std::sig_atomic_t stopped = 0;
 volatile std::sig_atomic_t asked = 0;
+volatile std::sig_atomic_t logMoved = 0;
 
-void takeSignal(int signal) { (signal == SIGUSR1 ? asked : stopped) = 1; }
+void takeSignal(int signal) { (signal == SIGUSR1 ? asked : signal == SIGHUP ? logMoved : stopped) = 1; }
 
 void prepareSignals() {
   struct sigaction action {};
   action.sa_handler = takeSignal;
-  for (const int signal : {SIGINT, SIGTERM, SIGUSR1}) sigaction(signal, &action, nullptr);
+  for (const int signal : {SIGINT, SIGTERM, SIGUSR1, SIGHUP}) sigaction(signal, &action, nullptr);
   // Redis may go away while it is written to.
   signal(SIGPIPE, SIG_IGN);
 }
@@ -40,6 +41,8 @@ void run(const Options& options) {
     su_root_step(root.get(), kLongestWait);
     if (asked != 0) engine.showCounters();
     asked = 0;
+    if (logMoved != 0) log.reopen();
+    logMoved = 0;
   }
   engine.finish();
   const auto end = std::chrono::steady_clock::now() + kLongestEnding;
@@ -59,6 +62,7 @@ int main(int count, char** arguments) {
     try {
       app.parse(count, arguments);
     } catch (const CLI::ParseError& error) {
+      std::fputs(b2bua::placeOf(error, app, {arguments, arguments + count}).c_str(), stderr);
       return app.exit(error) == 0 ? 0 : 2;
     }
     su_init();

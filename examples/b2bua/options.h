@@ -8,7 +8,8 @@
 
 namespace CLI {
 class App;
-}
+class ParseError;
+}  // namespace CLI
 
 namespace b2bua {
 
@@ -42,6 +43,10 @@ struct Options {
 
 /// Adds the options to a command line; the rules of the policy stand there or, without their hyphens, in its file.
 void addOptions(CLI::App& app, Options& options);
+
+/// @param words  the command line
+/// @return file and line of the policy that an error is about, with what stands behind them; empty for other errors
+std::string placeOf(const CLI::ParseError& error, const CLI::App& app, const std::vector<std::string>& words);
 
 }  // namespace b2bua
 

@@ -1,7 +1,9 @@
 #include <csignal>
+#include <filesystem>
 
 #include "../testFiles.h"
 #include "calls.h"
+#include "rawParty.h"
 
 // How the engine starts and ends.
 
@@ -47,6 +49,54 @@ TEST_F(EngineProcess, tellsWhatOfAPolicyItDoesNotUnderstand) {
   std::string codecs = "PCMA";
   for (int i = 0; i < 20; ++i) codecs += ", PCMA";
   EXPECT_NE(policyRefusal("audio-codecs = " + codecs + "\n").find("more than 20 codecs"), std::string::npos);
+}
+
+TEST_F(EngineProcess, namesFileAndLineOfAPolicyItDoesNotUnderstand) {
+  const std::string file = folder_.path("policy");
+  const struct {
+    const char* policy;
+    int line;
+  } cases[] = {
+      {"# first\nvideo = off\ncolour = blue\n", 3}, {"\nice = perhaps\n", 2},
+      {"ice = keep\naudio-codecs = PCMA, NO\n", 2}, {"video = cap 512", 1},
+      {"\n\nconnection-address=home\n", 3},         {"nonsense\n", 1},
+      {"ice = keep\n\nice = remove\n", 3},          {"ice = keep\n[more]\nvideo = off\n", 2},
+  };
+  for (const auto& each : cases) {
+    const std::string output = policyRefusal(each.policy);
+    EXPECT_TRUE(output.starts_with(file + ":" + std::to_string(each.line) + ": ")) << output;
+  }
+  // Not when the command line is wrong.
+  const std::string output = expectRefusal({"--target", kHost + ":9", "--listen", kHost + ":0", "--ice",
+                                            "perhaps", "--policy", folder_.write("policy", "ice = keep\n")},
+                                           2);
+  EXPECT_TRUE(output.starts_with("--ice: ")) << output;
+}
+
+TEST_F(EngineProcess, doesNotListenAtAWildcard) {
+  for (const char* address : {"0.0.0.0:0", "[::]:0", "[0:0::0]:0", "[::ffff:0.0.0.0]:0"}) {
+    const std::string output = expectRefusal({"--target", kHost + ":9", "--listen", address}, 2);
+    EXPECT_NE(output.find("no wildcard address"), std::string::npos) << output;
+  }
+}
+
+// As programs that keep logs do: the file is moved away, and the engine told.
+TEST_F(EngineProcess, opensItsLogAnewAtHangup) {
+  const RawParty caller;
+  Engine engine(folder_, kHost, freePort());
+  const auto refusal = [&](int call) {
+    caller.ask(engine.address(), {.call = call, .body = "hello"}, kLongestStart);
+  };
+  refusal(1);
+  EXPECT_NE(engine.log(), "");
+  std::filesystem::rename(folder_.path("engine.log"), folder_.path("old.log"));
+  const std::string old = readBytes(folder_.path("old.log"));
+  engine.process().signal(SIGHUP);
+  EXPECT_TRUE(waitUntil([&] { return std::filesystem::exists(folder_.path("engine.log")); }, kLongestStart));
+  refusal(2);
+  EXPECT_NE(engine.log().find(" body refused: "), std::string::npos);
+  EXPECT_EQ(readBytes(folder_.path("old.log")), old);
+  EXPECT_EQ(engine.stop().at("failed"), 2);
 }
 
 TEST_F(EngineProcess, doesNotStartWithoutItsPortOrItsStore) {

@@ -1,0 +1,60 @@
+#include "reasons.h"
+
+#include <charconv>
+#include <vector>
+
+#include "bodyLines.h"
+
+namespace b2bua {
+
+namespace {
+
+constexpr std::string_view kLine = "line ";
+constexpr std::string_view kFound = ", found ";
+constexpr std::string_view kSecretNames[] = {"crypto", "key-mgmt", "ice-pwd", "inline:"};
+
+/// @return what of a line is secret: the attribute's name; empty when nothing is
+std::string secretIn(std::string_view line) {
+  const std::string lower = lowerCase(line);
+  for (const std::string_view name : kSecretNames) {
+    if (lower.find(name) != std::string::npos) return std::string(name.substr(0, name.find(':')));
+  }
+  const std::size_t letter = lower.find_first_not_of(" \t");
+  return letter != std::string::npos && lower[letter] == 'k' ? "k" : "";
+}
+
+/// @param ends  what ends a line
+std::string_view lineAt(std::string_view text, std::size_t number, std::string_view ends) {
+  for (; number > 1 && !text.empty(); --number) {
+    const std::size_t end = std::min(text.find_first_of(ends), text.size());
+    text.remove_prefix(std::min(end + (text.substr(end).starts_with("\r\n") ? 2 : 1), text.size()));
+  }
+  return text.substr(0, text.find_first_of(ends));
+}
+
+}  // namespace
+
+std::string withoutSecrets(const std::string& reason, std::string_view body) {
+  const std::size_t found = reason.find(kFound);
+  if (found == std::string::npos || !reason.starts_with(kLine)) return reason;
+  std::size_t number = 0;
+  std::from_chars(reason.data() + kLine.size(), reason.data() + reason.size(), number);
+  // Whether a CR alone ends a line or not, none of its keys leaves.
+  for (const std::string_view ends : {"\n", "\r\n"}) {
+    const std::string secret = secretIn(lineAt(body, number, ends));
+    if (!secret.empty()) return reason.substr(0, found) + ", in " + secret;
+  }
+  return reason;
+}
+
+std::string toldReason(const std::string& reason) {
+  const std::string_view text = std::string_view(reason).substr(0, reason.find(kFound));
+  bool internal = text.find_first_of("_()") != std::string_view::npos;
+  for (std::size_t i = 1; i < text.size(); ++i) {
+    const auto isLower = [](char c) { return c >= 'a' && c <= 'z'; };
+    internal = internal || (isLower(text[i - 1]) && text[i] >= 'A' && text[i] <= 'Z');
+  }
+  return internal ? "the body cannot be used" : reason;
+}
+
+}  // namespace b2bua

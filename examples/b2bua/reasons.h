@@ -1,0 +1,18 @@
+#ifndef B2BUA_REASONS_H
+#define B2BUA_REASONS_H
+
+#include <string>
+#include <string_view>
+
+namespace b2bua {
+
+/// @param reason  why the library refuses a body: what it found in a line may be part of a key
+/// @return the same, with no more of a line about keys or passwords than its attribute's name
+std::string withoutSecrets(const std::string& reason, std::string_view body);
+
+/// @return what the other side is told: reasons with names of functions and records are only for the log
+std::string toldReason(const std::string& reason);
+
+}  // namespace b2bua
+
+#endif

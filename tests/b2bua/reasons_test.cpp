@@ -1,0 +1,149 @@
+#include <multipart.h>
+#include <reasons.h>
+
+#include "calls.h"
+#include "rawParty.h"
+
+// What the other side and the log learn of a body that cannot be used, and bodies with several parts.
+
+namespace {
+
+constexpr milliseconds kLongestWait{5'000};
+
+const std::string kSession = "v=0\r\no=- 1 1 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\n";
+const std::string kAudio = "m=audio 49170 RTP/AVP 8\r\n";
+
+const std::string kMixed = "multipart/mixed;boundary=\"next one\"";
+
+std::string partOf(const std::string& headers, const std::string& content) {
+  return "--next one\r\n" + headers + "\r\n" + content + "\r\n";
+}
+
+const std::string kSdpPart = partOf("Content-Type: application/sdp\r\n", kSession + kAudio);
+const std::string kOtherPart = partOf(
+    "Content-Type: application/isup;version=itu-t92+\r\nContent-Disposition: signal;handling=optional\r\n",
+    std::string("\x01\x00\x49\x00", 4));
+const std::string kEnd = "--next one--\r\n";
+
+/// An engine without a policy.
+class Reasons : public Calls {
+ protected:
+  std::string ask(const RawRequest& asked) const {
+    return caller_.ask(engine_.address(), asked, kLongestWait);
+  }
+
+  const RawParty caller_;
+  const RawParty target_;
+  Engine engine_{folder_, "127.0.0.1", target_.port()};
+};
+
+}  // namespace
+
+TEST(Secrets, areCutOutOfReasons) {
+  const std::string expected = ": expected a letter, found ";
+  const struct {
+    const char* line;
+    const char* found;
+    const char* rest;
+  } cases[] = {
+      {"acrypto:1 SECRET", "'crypto:1 SECRET'", "in crypto"},
+      {"a=CRYPTO:1 SECRET", "'CRET'", "in crypto"},
+      {"  key-mgmt:mikey SECRET", "'SECRET'", "in key-mgmt"},
+      {"a=ice-pwd:SECRET", "'CRET'", "in ice-pwd"},
+      {"inline:SECRET", "'nline:SECRET'", "in inline"},
+      {"k clear:SECRET", "'clear:SECRET'", "in k"},
+      {"foo", "'oo'", "found 'oo'"},
+  };
+  for (const auto& each : cases) {
+    const std::string reason = std::string("line 2, column 3") + expected + each.found;
+    const std::string cut = std::string("line 2, column 3: expected a letter, ") + each.rest;
+    EXPECT_EQ(b2bua::withoutSecrets(reason, std::string("v=0\r\n") + each.line + "\r\ns=-\r\n"), cut);
+    EXPECT_EQ(b2bua::withoutSecrets(reason, std::string("v=0\n") + each.line), cut);
+    EXPECT_EQ(b2bua::withoutSecrets(reason, std::string("v=0\r") + each.line + "\rs=-"), cut);
+  }
+  // Other lines may be shown; and where there is none, nothing is read.
+  EXPECT_EQ(b2bua::withoutSecrets("line 1, column 1: expected, found 'x'", "x\na=crypto:1"),
+            "line 1, column 1: expected, found 'x'");
+  EXPECT_EQ(b2bua::withoutSecrets("line 9, column 1: expected, found 'x'", "x"),
+            "line 9, column 1: expected, found 'x'");
+  EXPECT_EQ(b2bua::withoutSecrets("no allowed audio codec", "a=crypto:1"), "no allowed audio codec");
+}
+
+TEST(Secrets, internalNamesAreForTheLog) {
+  for (const char* internal :
+       {"The SDP size=30133 exceeds MAX_SDP_PROTOCOL_DATA_SIZE=20480", "setPort(): illegal port", "noOfMDs"})
+    EXPECT_EQ(b2bua::toldReason(internal), "the body cannot be used");
+  for (const char* told : {"no plain media", "Invalid port number found in m=audio: 77777",
+                           "line 8, column 2: expected a line, found 'aB_c()'"})
+    EXPECT_EQ(b2bua::toldReason(told), told);
+}
+
+TEST_F(Reasons, holdNoKeys) {
+  const std::string response = ask({.body = kSession + kAudio + "acrypto:1 AES inline:SECRET\r\n"});
+  EXPECT_EQ(statusOf(response), 488) << response;
+  EXPECT_TRUE(headerOf(response, "Warning").ends_with(", in crypto\"")) << response;
+  EXPECT_NE(engine_.log().find(", in crypto"), std::string::npos) << engine_.log();
+  EXPECT_EQ(engine_.log().find("SECRET"), std::string::npos) << engine_.log();
+}
+
+TEST_F(Reasons, holdNoNamesOfTheLibrary) {
+  const std::string response = ask({.body = kSession + kAudio + "a=" + std::string(30'000, 'x') + "\r\n"});
+  EXPECT_EQ(headerOf(response, "Warning"), "399 " + engine_.address() + " \"the body cannot be used\"");
+  EXPECT_NE(engine_.log().find("MAX_SDP_PROTOCOL_DATA_SIZE"), std::string::npos) << engine_.log();
+}
+
+TEST(Multipart, hasOneSdpPart) {
+  using b2bua::sdpPartOf;
+  const std::string sdp = kSession + kAudio;
+  EXPECT_EQ(sdpPartOf(kSdpPart + kEnd, "next one"), sdp);
+  EXPECT_EQ(sdpPartOf("preamble\r\n" + kOtherPart + kSdpPart + kOtherPart + kEnd + "epilogue", "next one"),
+            sdp);
+  EXPECT_EQ(sdpPartOf("--b\ncontent-type : Application/SDP;charset=utf-8\n\nv=0\n--b--", "b"), "v=0\r\n");
+  // The line end in front of the delimiter is not the last line's, which gets one.
+  EXPECT_EQ(sdpPartOf("--b\r\nContent-Type: application/sdp\r\n\r\nv=0\r\n--b--\r\n", "b"), "v=0\r\n");
+}
+
+TEST(Multipart, isOtherwiseNotRead) {
+  using b2bua::sdpPartOf;
+  EXPECT_EQ(sdpPartOf("", "b"), std::nullopt);
+  EXPECT_EQ(sdpPartOf("v=0\r\n", "b"), std::nullopt);
+  EXPECT_EQ(sdpPartOf(kOtherPart + kEnd, "next one"), std::nullopt);
+  EXPECT_EQ(sdpPartOf("--b\r\nContent-Type: application/sdp\r\n\r\nv=0\r\n", "b"), std::nullopt);
+  EXPECT_EQ(sdpPartOf("--b", "b"), std::nullopt);
+  EXPECT_EQ(sdpPartOf("--b--", "b"), std::nullopt);
+  EXPECT_EQ(
+      sdpPartOf(
+          "--b\r\nContent-Type: application/sdp\r\nContent-Transfer-Encoding: base64\r\n\r\ndj0w\r\n--b--",
+          "b"),
+      std::nullopt);
+  EXPECT_EQ(
+      sdpPartOf(kSdpPart +
+                    partOf("Content-Type: text/x\r\nContent-Disposition: x; handling=REQUIRED\r\n", "x") +
+                    kEnd,
+                "next one"),
+      std::nullopt);
+}
+
+TEST_F(Reasons, areNotGivenForAMultipartInvite) {
+  caller_.request(engine_.address(), {.body = kOtherPart + kSdpPart + kEnd, .contentType = kMixed});
+  const std::string invited = target_.receive("INVITE ", "", kLongestWait);
+  EXPECT_EQ(headerOf(invited, "Content-Type"), "application/sdp");
+  EXPECT_TRUE(invited.ends_with("\r\n\r\n" + kSession + kAudio)) << invited;
+  // So may an answer come.
+  const std::string answer = kOtherPart + kSdpPart + kEnd;
+  target_.send(
+      engine_.address(),
+      "SIP/2.0 200 OK\r\nVia: " + headerOf(invited, "Via") + "\r\nFrom: " + headerOf(invited, "From") +
+          "\r\nTo: " + headerOf(invited, "To") + ";tag=raw\r\nCall-ID: " + headerOf(invited, "Call-ID") +
+          "\r\nCSeq: 1 INVITE\r\nContact: <sip:bob@" + target_.address() + ">\r\nContent-Type: " + kMixed +
+          "\r\nContent-Length: " + std::to_string(answer.size()) + "\r\n\r\n" + answer);
+  const std::string response = caller_.receive("SIP/2.0 200 ", "", kLongestWait);
+  EXPECT_TRUE(response.ends_with("\r\n\r\n" + kSession + kAudio)) << response;
+}
+
+TEST_F(Reasons, areNoSdpInAMultipartInvite) {
+  EXPECT_EQ(statusOf(ask({.call = 1, .body = kOtherPart + kEnd, .contentType = kMixed})), 415);
+  EXPECT_EQ(statusOf(ask({.call = 2, .body = kSdpPart + kEnd, .contentType = "multipart/mixed"})), 415);
+  EXPECT_EQ(statusOf(ask({.call = 3, .body = kSdpPart + kEnd, .contentType = "multipart/mixed;boundary=x"})),
+            415);
+}

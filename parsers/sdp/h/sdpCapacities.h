@@ -39,7 +39,7 @@ inline constexpr int SDP_BANDWIDTH_TYPE_SIZE = 64;
 inline constexpr int SDP_BANDWIDTH_NUMBER_SIZE = 32;
 
 inline constexpr int SDP_USER_NAME_SIZE = 256;
-inline constexpr int SDP_SESSION_NUMBER_SIZE = 64;
+inline constexpr int SDP_SESSION_NUMBER_SIZE = 65;  ///< of a session id, and of a session version
 inline constexpr int SDP_ORIGIN_ADDRESS_SIZE = 256;
 
 inline constexpr int SDP_CONTACT_CAPACITY = 4;  ///< e-lines, and p-lines

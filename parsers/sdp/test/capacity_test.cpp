@@ -162,6 +162,7 @@ TEST(MediaCapacity, EveryMediaLineIsCountedAndTheFirstTwentyFiveAreHeld) {
 // What callers rely on, in numbers.
 static_assert(SDP_MEDIA_CAPACITY == 25 && SDP_FORMAT_CAPACITY == 64 && SDP_FORMAT_SIZE == 32);
 static_assert(SDP_ATTRIBUTE_NAME_SIZE == 64 && SDP_ATTRIBUTE_VALUE_SIZE == 350);
+static_assert(SDP_SESSION_NUMBER_SIZE == 64 + 1, "ids and versions of 64 characters are written and held");
 static_assert(SDP_NETWORK_TYPE_SIZE == 11 && SDP_ADDRESS_TYPE_SIZE == 11 && SDP_ADDRESS_SIZE == 127);
 static_assert(SDP_HAS_C_LINE == 2 && SDP_HAS_A_LINE == 16);
 

@@ -68,6 +68,19 @@ TEST(SdpVersionIncrease, NeedsTheSameSession) {
   }
 }
 
+TEST(SdpVersionIncrease, ComparesSessionIdsOf64CharactersToTheirEnd) {
+  const std::string id(63, '7');
+  const auto line = [](const std::string& of, const std::string& version) {
+    return "o=alice " + of + " " + version + " IN IP4 192.0.2.9";
+  };
+  EXPECT_EQ(isIncreased(line(id + "1", "5"), line(id + "1", "6")), 1);
+  EXPECT_EQ(isIncreased(line(id + "1", "5"), line(id + "2", "6")), 0);
+  // Versions with 62 zeros in front.
+  const std::string zeros(62, '0');
+  EXPECT_EQ(isIncreased(line("1", zeros + "10"), line("1", zeros + "11")), 1);
+  EXPECT_EQ(isIncreased(line("1", zeros + "10"), line("1", zeros + "12")), 0);
+}
+
 TEST(SdpVersionIncrease, NeedsAllFields) {
   const std::string whole = lineWith("1");
   const std::string missing[] = {"o= 10 1 IN IP4 192.0.2.9",

@@ -199,6 +199,16 @@ TEST(OriginLineModification, TakesIdsOf64Characters) {
   EXPECT_EQ(lineOf(object), "o=ZEV " + id64 + " " + id64 + " IN IP6 " + address);
 }
 
+// The description holds such a line whole, so that edits that need all of it go on.
+TEST(OriginLineModification, WithIdsOf64CharactersLeavesABodyThatIsHeldWhole) {
+  const std::string host4 = "a=candidate:1 1 UDP 2 192.0.2.1 5004 typ host\r\n";
+  const std::string host6 = "a=candidate:2 1 UDP 1 2001:db8::1 5004 typ host\r\n";
+  cSdpNegotiator object = parsedObject(bodyWith(originLine) + host4 + host6);
+  ASSERT_EQ(object.sdpModifyOLine(id64.c_str(), id64.c_str()), 0);
+  EXPECT_EQ(object.sdpRemoveDualStackIce(), 0);
+  EXPECT_EQ(textOf(object), bodyWith("o=ZEV " + id64 + " " + id64 + " IN IP4 0.0.0.0") + host4);
+}
+
 TEST(OriginLineModification, RefusesAnAddressThatIsNone) {
   const cSdpNegotiator before = parsedObject(bodyWith(originLine));
   for (const char* ip : {"", "abc", "192.0.2.300", "192.0.2.1 ", "2001:db8::1%eth0"}) {

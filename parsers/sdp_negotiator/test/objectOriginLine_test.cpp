@@ -216,6 +216,11 @@ struct UpdateCase {
 
 void PrintTo(const UpdateCase& update, std::ostream* out) { *out << update.name; }
 
+// 64 characters of session id, the most that is written.
+const char* const id64 = "o=a 1234567890123456789012345678901234567890123456789012345678901234 5 IN IP4 h";
+const char* const otherId64 =
+    "o=a 1234567890123456789012345678901234567890123456789012345678901235 5 IN IP4 h";
+
 class OriginLineUpdate : public testing::TestWithParam<UpdateCase> {};
 
 TEST_P(OriginLineUpdate, IsAcceptedOfTheSameSessionWithNoGreaterVersion) {
@@ -251,7 +256,9 @@ INSTANTIATE_TEST_SUITE_P(
                     UpdateCase{"NoNumberIsZero", "o=a 1 x IN IP4 h", "o=a 1 0 IN IP4 h", true},
                     UpdateCase{"NoUserNameIncoming", "o= 1 5 IN IP4 h", "o=a 1 5 IN IP4 h", false},
                     UpdateCase{"NoUserNameInBoth", "o= 1 5 IN IP4 h", "o= 1 5 IN IP4 h", false},
-                    UpdateCase{"FewFields", "o=a 1", "o=a 1", true}),
+                    UpdateCase{"FewFields", "o=a 1", "o=a 1", true},
+                    UpdateCase{"LongestSessionId", id64, id64, true},
+                    UpdateCase{"LastCharacterOfTheLongestSessionId", id64, otherId64, false}),
     [](const auto& each) { return each.param.name; });
 
 TEST(OriginLineUpdateTraces, NameBothVersions) {

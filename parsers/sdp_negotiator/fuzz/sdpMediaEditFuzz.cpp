@@ -91,18 +91,20 @@ void restrictObject(const std::string& text, Values values) {
   if (object.sdpParse(text.c_str(), SDP_TYPE_OFFER) != 0) return;
   const Codecs codecs(values);
   const auto count = static_cast<int>(values.number<std::int8_t>());
+  unsigned char given[INT8_MAX];  // as many as any count
+  for (std::size_t i = 0; i < sizeof given; ++i) given[i] = codecs.list[i % sizeof codecs.list];
   cSdpNegotiator fresh = object;
   switch (values.number<std::uint8_t>() % 4) {
     case 0:
       object.sdpChangeAudioCodecPreference(codecs.list[0]);
       return;
     case 1:
-      object.sdpReorderAudioCodecPreference(codecs.list, count);
+      object.sdpReorderAudioCodecPreference(given, count);
       return;
     default:
       break;
   }
-  if (object.sdpRestrictAudioCodecsTo(codecs.list, count, count % 2 != 0) == 0) {
+  if (object.sdpRestrictAudioCodecsTo(given, count, count % 2 != 0) == 0) {
     require(std::memcmp(&object, &fresh, sizeof object) == 0);
     return;
   }

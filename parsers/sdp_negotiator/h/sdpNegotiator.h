@@ -356,11 +356,12 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
 
   /// @name Audio codec policy (sdpNegotiator/codecPolicy.cpp)
   ///
-  /// Codec lists end at their first 0; at most 20 values are read. A restriction parses the new text; the others leave
-  /// the summary but for the slots as the last parse had it, the o-line's place too.
+  /// Codec lists end at their first 0, or with their count. A restriction parses the new text; the others leave the
+  /// summary but for the slots as the last parse had it, the o-line's place too.
   /// @{
 
-  /// Keeps the audio codecs that a list shares with the body; telephone events and comfort noise stay.
+  /// Keeps the audio codecs that a list shares with the body, at most 20; telephone events and comfort noise stay.
+  /// @param count   entries of `codecs`, however many
   /// @param reorder the list's order counts, else the body's
   /// @return 1 when text and summary were rewritten; 0 when nothing was done, also for a text that cannot be expanded
   unsigned short sdpRestrictAudioCodecsTo(const unsigned char* codecs, int count, bool reorder);
@@ -369,6 +370,7 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short sdpChangeAudioCodecPreference(unsigned char codec);
   /// Orders the audio codecs by a list, which is taken as it is.
   /// @return 0
+  /// @param count entries of `codecs`; at most 20 are taken, and fewer than 1 empty the slots and leave the text
   unsigned short sdpReorderAudioCodecPreference(const unsigned char* codecs, int count);
   /// @}
 

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <memory>
+#include <numeric>
 
 #include "modifiersTestSupport.h"
 #include "testFiles.h"
@@ -141,8 +143,6 @@ TEST(RestrictAudioCodecs, WithoutACommonCodecNothingIsDone) {
     int count;
     bool reorder;
   };
-  Codecs late(21, 38);
-  late[20] = 1;  // behind what is read of a list
   const Case cases[] = {
       {"another codec", body(" 8"), {3}, 1, false},
       {"another codec, given order", body(" 8"), {3}, 1, true},
@@ -156,8 +156,6 @@ TEST(RestrictAudioCodecs, WithoutACommonCodecNothingIsDone) {
       {"a negative count, given order", body(" 8"), {1}, -1, true},
       {"a 0 first", body(" 8"), {0, 1}, 2, false},
       {"a 0 first, given order", body(" 8"), {0, 1}, 2, true},
-      {"behind 20 values", body(" 8"), late, 21, false},
-      {"behind 20 values, given order", body(" 8"), late, 21, true},
       {"no audio", sessionLines(), {1}, 1, true},
   };
   for (const Case& each : cases) {
@@ -184,15 +182,46 @@ TEST(RestrictAudioCodecs, NeedsAList) {
   }
 }
 
-TEST(RestrictAudioCodecs, ReadsNoMoreThanTwentyValues) {
-  const List given(Codecs(20, 1));
+TEST(RestrictAudioCodecs, ReadsAllThatIsGiven) {
+  Codecs late(1000, 38);
+  late[999] = 1;
+  const List given(late);
   for (const bool reorder : {false, true}) {
     cSdpNegotiator object = parsedObject(body(" 0 8"));
-    EXPECT_EQ(object.sdpRestrictAudioCodecsTo(given.codecs.get(), 1000, reorder), 1);
-    std::string formats;
-    for (int i = 0; i < (reorder ? 20 : 1); ++i) formats += " 8";
-    EXPECT_EQ(textOf(object), body(formats));
-    EXPECT_TRUE(sameBytes(object, parsedObject(body(formats))));
+    EXPECT_EQ(object.sdpRestrictAudioCodecsTo(given.codecs.get(), given.count, reorder), 1);
+    EXPECT_TRUE(sameBytes(object, parsedObject(body(" 8"))));
+    object = parsedObject(body(" 0 8"));
+    EXPECT_EQ(object.sdpRestrictAudioCodecsTo(given.codecs.get(), given.count - 1, reorder), 0);
+    EXPECT_TRUE(sameBytes(object, parsedObject(body(" 0 8"))));
+  }
+}
+
+// PCMU, PCMA, G722, G723, G728, G729, telephone events, Opus and comfort noise, whose values go up to 38.
+TEST(RestrictAudioCodecs, ToAllCodecsKeepsEverything) {
+  Codecs all(38);
+  std::iota(all.begin(), all.end(), 1);
+  const List given(all);
+  const std::string opus = "a=rtpmap:111 opus/48000/2\r\n";
+  const std::string before = body(" 0 8 9 4 15 18 101 111 13", events + opus);
+  cSdpNegotiator object = parsedObject(before);
+  ASSERT_EQ(slotsOf(object), (Codecs{3, 1, 5, 8, 9, 10, 29, 38, 37}));
+  EXPECT_EQ(object.sdpRestrictAudioCodecsTo(given.codecs.get(), given.count, false), 1);
+  EXPECT_TRUE(sameBytes(object, parsedObject(before)));
+  EXPECT_EQ(object.sdpRestrictAudioCodecsTo(given.codecs.get(), given.count, true), 1);
+  EXPECT_TRUE(sameBytes(object, parsedObject(body(" 8 0 9 4 15 18 101 13 111", events + opus))));
+}
+
+TEST(RestrictAudioCodecs, GivesNoMoreThanTwenty) {
+  for (const std::size_t count : {19U, 20U, 21U, 1000U}) {
+    const List given(Codecs(count, 1));
+    for (const bool reorder : {false, true}) {
+      cSdpNegotiator object = parsedObject(body(" 0 8"));
+      EXPECT_EQ(object.sdpRestrictAudioCodecsTo(given.codecs.get(), given.count, reorder), 1);
+      std::string formats;
+      for (std::size_t i = 0; i < (reorder ? std::min<std::size_t>(count, 20) : 1); ++i) formats += " 8";
+      EXPECT_EQ(textOf(object), body(formats));
+      EXPECT_TRUE(sameBytes(object, parsedObject(body(formats))));
+    }
   }
 }
 
@@ -407,8 +436,9 @@ TEST(CodecOrder, IsTakenAsItIs) {
       {"a codec that the body has not", {38}, 1, "", {38}, {20}},
       {"another and one that it has", {38, 10}, 2, " 18", {38, 10}, {20, 20}},
       {"a 0 within", {3, 0, 1}, 3, " 0", {3, 0, 1}, {20, 20, 20}},
-      {"count 0", {1}, 0, "", {}, {}},
-      {"a negative count", {1}, -5, "", {}, {}},
+      {"count 0", {1}, 0, " 0 8 18 101", {}, {}},
+      {"a negative count", {1}, -5, " 0 8 18 101", {}, {}},
+      {"the least count", {1}, -2147483647 - 1, " 0 8 18 101", {}, {}},
       {"all 20", twenty, 20, twentyFormats, twenty, {20, 20, 20}},
       {"a count above 20", twenty, 21, twentyFormats, twenty, {20, 20, 20}},
       {"the largest count", twenty, 2147483647, twentyFormats, twenty, {20, 20, 20}},

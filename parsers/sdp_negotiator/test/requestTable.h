@@ -11,8 +11,8 @@
 
 /// What requests are given; as it is made, what an engine gives in an ordinary call.
 struct RequestValues {
-  /// PCMU, PCMA, G729 and G722, then none.
-  unsigned char codecs[MAX_SDP_NEGOTIATOR_AUDIO_CODECS] = {3, 1, 10, 7};
+  /// PCMU, PCMA, G729 and G722, then none; more than an object holds.
+  unsigned char codecs[MAX_SDP_NEGOTIATOR_AUDIO_CODECS + 5] = {3, 1, 10, 7};
   int codecCount = 4;
   /// H264, VP8 and H263, then none.
   unsigned char videoCodecs[MAX_SDP_NEGOTIATOR_AUDIO_CODECS] = {2, 12, 1};

@@ -89,7 +89,7 @@ unsigned short cSdpNegotiator::sdpRestrictAudioCodecsTo(const unsigned char* cod
     return 0;
   }
   const auto slots = valuesOf(parsedData.audioCodec, MAX_SDP_NEGOTIATOR_AUDIO_CODECS);
-  const auto given = valuesOf(codecs, std::min(count, MAX_SDP_NEGOTIATOR_AUDIO_CODECS));
+  const auto given = valuesOf(codecs, count);
   const CodecList result = reorder ? inGivenOrder(slots, given) : inOwnOrder(slots, given);
   if (result.count() == 0) {
     cNegotTraceManager::writeTraceMsg(2, 2, "No common codecs found. Don't restrict any codec.");
@@ -153,7 +153,13 @@ void cSdpNegotiator::applyCodecOrder(const unsigned char* order, int count) {
     if (isSdpPresent()) *this = before;
     return;
   }
-  const bool followed = sdpModifications::sdpCodecsReordering(text, order) == 0 && setRawSDP(text) == 0;
+  bool followed = sdpModifications::sdpCodecsReordering(text, order) == 0;
+  if (count != 0) {
+    followed = followed && setRawSDP(text) == 0;
+  } else {
+    // An order without codecs leaves none to the m-line: the text stays that it was tried on.
+    getRawSDP(text, sizeof text);
+  }
   if (!followed) *this = before;
   cNegotTraceManager::writeTraceMsg(1, 1, "Updated SDP: %s", text);
 }

@@ -39,9 +39,11 @@ class SDP_NEGOTIATOR_API sdpModifications {
                                        unsigned short& oLineEnd);
   /// The same with a session id and version of `generateOLine`.
   static unsigned short sdpModifyOLine(char* sdp, const char* ip, unsigned short& oLineEnd);
-  /// Raises the session version of the o-line by one. It is the number that the field begins with, 0 without one.
+  /// Raises the session version of the o-line by one. It is the number that the field begins with, 0 without one. Zeros
+  /// in front of a version of digits alone stay, as far as the new digits leave room: 0009 becomes 0010.
   /// @return 0, also for an o-line of fewer than three fields, which stays; 1 without "o=", for an o-line without
-  ///         LF, no room, or a version that is the largest of 64 bits, or would become shorter than its field
+  ///         LF, no room, a version that is the largest of 64 bits, or one that is not of digits alone and would become
+  ///         shorter than its field
   static unsigned short sdpIncVersion(char* sdp);
   /// Writes a session id by the time of day: the last six digits of the seconds, one to three of the
   /// microseconds.

@@ -125,14 +125,23 @@ std::string_view thirdWord(std::string_view line) {
   return words.next();
 }
 
-/// What follows a version, which is the number that the field begins with, 0 without one; nothing when it is shorter than
-/// the field or none that 64 bits hold.
-std::optional<FixedText<24>> successor(std::string_view version) {
+/// How a version is raised: the digits that take the place of its last characters.
+struct Raised {
+  FixedText<24> digits;
+  std::size_t replaced;
+};
+
+/// What follows a version, which is the number that the field begins with, 0 without one; nothing when 64 bits do not
+/// hold it. The zeros in front of a plain number stay; another field must not become shorter.
+std::optional<Raised> successor(std::string_view version) {
   const auto number = numberOrZero<long long>(version);
   if (number == std::numeric_limits<long long>::max()) return std::nullopt;
   const FixedText<24> next = FixedText<24>().add(number + 1);
+  if (std::all_of(version.begin(), version.end(), isDigit)) {
+    return Raised{next, std::min(next.size(), version.size())};
+  }
   if (next.size() != version.size() && next.size() != version.size() + 1) return std::nullopt;
-  return next;
+  return Raised{next, version.size()};
 }
 
 /// Raises the version of an o-line; one with fewer than three words stays as it is.
@@ -141,10 +150,10 @@ unsigned short raiseVersion(SdpText& text, std::size_t oLine) {
   if (!line.terminated) return refuse(4, 3, "Bad <oline> termination. Exiting.");
   const std::string_view version = thirdWord(content(text.view(), line));
   if (version.empty()) return 0;
-  const std::optional<FixedText<24>> next = successor(version);
+  const std::optional<Raised> next = successor(version);
   if (!next) return refuse(4, 3, "Attempt to increment <oline> version past maximum length. Exiting.");
-  const auto at = static_cast<std::size_t>(version.data() - text.view().data());
-  if (text.replace({at, at + version.size()}, next->view()) != Edit::done) {
+  const std::size_t end = static_cast<std::size_t>(version.data() - text.view().data()) + version.size();
+  if (text.replace({end - next->replaced, end}, next->digits.view()) != Edit::done) {
     return refuse(4, 3, "sdpIncVersion(): The raised version does not fit the SDP buffer. Exiting.");
   }
   return 0;

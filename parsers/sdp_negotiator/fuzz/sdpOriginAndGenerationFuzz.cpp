@@ -154,16 +154,25 @@ void encode(Values values) {
   require(text.substr(text.size() - 2) == "\r\n");
 }
 
+/// The status of a request, by the address that it is to write.
+unsigned short statusFor(const std::string& ip) {
+  const auto isControl = [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; };
+  return std::any_of(ip.begin(), ip.end(), isControl) ? 1 : 0;
+}
+
 void request(const std::string& text, Values values) {
   const std::string cText = text.c_str();
   const std::string ip = values.word();
   Buffer buffer("");
   const bool inactive = values.number<std::uint8_t>() % 2 != 0;
   const auto port = values.number<unsigned int>();
-  require(M::createSDPUserRequest(buffer.data(), ip.c_str(), port, cText.c_str(), inactive) == 0);
+  require(M::createSDPUserRequest(buffer.data(), ip.c_str(), port, cText.c_str(), inactive) ==
+          statusFor(ip.c_str()));
   require(buffer.text().size() < kCapacity);
-  require(M::createSDPUserRequest(buffer.data(), cText.c_str(), 1, ip.c_str(), inactive) == 0);
-  require(buffer.text().size() < kCapacity && buffer.text().compare(0, 5, "v=0\r\n") == 0);
+  const unsigned short status = statusFor(cText.c_str());
+  require(M::createSDPUserRequest(buffer.data(), cText.c_str(), 1, ip.c_str(), inactive) == status);
+  require(buffer.text().size() < kCapacity);
+  require(status == 1 || buffer.text().compare(0, 5, "v=0\r\n") == 0);
 }
 
 void writeSmallTexts(Values values) {

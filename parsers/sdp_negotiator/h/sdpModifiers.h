@@ -14,8 +14,10 @@
 /// A class of static operations without state. Each edits a caller's buffer of MAX_SDP_PROTOCOL_DATA_SIZE
 /// characters, NUL included, in place. A null buffer and one without NUL in these characters are refused, as
 /// is an edit whose result would not fit: the text stays as it was, a trace says why. Lines are found by
-/// searching for text, end in CR LF or LF, and nothing behind the text's NUL is read. Unless an operation
-/// says otherwise its status is 0 for success, with or without something to do, and 1 for failure.
+/// searching for text, end in CR LF or LF, and nothing behind the text's NUL is read. A value that goes into
+/// a line (ids, addresses, transports, directions) and holds a control character, such as a line end, is refused
+/// in the same way. Unless an operation says otherwise its status is 0 for success, with or without something to
+/// do, and 1 for failure.
 class SDP_NEGOTIATOR_API sdpModifications {
  public:
   /// @name Origin line (originLine.cpp)
@@ -29,11 +31,10 @@ class SDP_NEGOTIATOR_API sdpModifications {
   static unsigned short sdpReplaceVersionNumber(char* sdp, unsigned int version, unsigned short& oLineEnd);
   /// @copydoc sdpReplaceVersionNumber
   static unsigned short sdpReplaceVersionNumberLong(char* sdp, long long version, unsigned short& oLineEnd);
-  /// Rebuilds the o-line with the user name "ZEV". All that stands between "o=" and the next "s=" goes. A line
-  /// feed in a value ends the new line there.
+  /// Rebuilds the o-line with the user name "ZEV". All that stands between "o=" and the next "s=" goes.
   /// @param ip       the address, or null for the unspecified one of the old line's address type
   /// @param oLineEnd receives the offset behind the new o-line; unchanged on failure, but see below
-  /// @return 0; 1 for a text without "o=" or "s=" behind it, an invalid address, or no room. A line of more than
+  /// @return 0; 1 for a text without "o=" or "s=" behind it, an invalid address or id, or no room. A line of more than
   ///         336 characters is cut and ends the text: 1, and `oLineEnd` is the text's length.
   static unsigned short sdpModifyOLine(char* sdp, const char* sessionId, const char* version, const char* ip,
                                        unsigned short& oLineEnd);
@@ -65,7 +66,7 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// Writes a body with one audio m-line for a list of codec names.
   /// @param out    20480 characters; what does not fit is cut
   /// @param codecs names separated by commas: PCMU, PCMA, G729, G723, telephone-event; PCMU when none is known
-  /// @return 0; 1 for a null argument
+  /// @return 0; 1 for a null argument or an address with a control character, `out` as it was
   static unsigned short createSDPUserRequest(char* out, const char* ip, unsigned int port, const char* codecs,
                                              bool inactive);
   /// Writes an m-line with port 0.
@@ -216,7 +217,7 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// @param firstMLine the LF in front of the first m-line to look at, in the text `sdp`
   /// @param mediaName  "audio" or another media name
   /// @param mode       a direction word of eight characters
-  /// @return 0, or 1 for an argument that is null or outside the text
+  /// @return 0, or 1 for an argument that is null or outside the text, or a direction with a control character
   static unsigned short setMediaConnectionMode(char* sdp, const char* savedSdp, char* firstMLine,
                                                const char* mediaName, const char* mode);
   /// @}
@@ -452,7 +453,8 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// @param length     receives the length of the text; unchanged when another step than that of the directions failed
   /// @param oLineEnd   as of `sdpModifyOLine`, only with `modifyOLine`
   /// @param modifyOLine rebuilds the o-line with the address
-  /// @return 0; 1 for a null ip; the status of the step that failed, when the edits made so far stay
+  /// @return 0; 1 for a null ip or one with a control character; the status of the step that failed, when the edits made
+  ///         so far stay
   static unsigned short sdpCreateDummy(char* sdp, bool answer, bool holdFlag, bool third, const char* ip,
                                        unsigned short port, int& length, unsigned short& oLineEnd,
                                        bool modifyOLine);

@@ -332,7 +332,8 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short compareSdpOLine(const cSdpNegotiator* other) const;
   /// @return whether the other o-line has the same fields and a session version that is not greater
   bool compareSdpOLineUpdate(const cSdpNegotiator* other) const;
-  /// Takes the other object's o-line over; without one nothing changes.
+  /// Takes the other object's o-line over; without one nothing changes. Where its offsets span several lines only the
+  /// first is taken.
   /// @return 0; 1 for null, no room or a text that cannot be expanded; or the status of storing
   unsigned short copyOLine(const cSdpNegotiator* other);
   /// `sdpModifications::sdpReplaceVersionNumber` on the text.
@@ -369,8 +370,8 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @return 0
   unsigned short sdpChangeAudioCodecPreference(unsigned char codec);
   /// Orders the audio codecs by a list, which is taken as it is.
-  /// @return 0
   /// @param count entries of `codecs`; at most 20 are taken, and fewer than 1 empty the slots and leave the text
+  /// @return 0
   unsigned short sdpReorderAudioCodecPreference(const unsigned char* codecs, int count);
   /// @}
 

@@ -174,17 +174,6 @@ TEST(ModifyOLine, ALineOfMoreIsCutAndEndsTheText) {
   }
 }
 
-TEST(ModifyOLine, ALineFeedInAValueEndsTheLine) {
-  unsigned short oLineEnd = 0;
-  expectEdit(bodyWith("o=- 5 7 IN"), modify("1\r\na=added", "2", nullptr, oLineEnd), 0,
-             "v=0\r\no=ZEV 1\r\ns=-\r\nt=0 0\r\n");
-  EXPECT_EQ(oLineEnd, 5 + 9);
-  const std::string cut = "1\n" + std::string(400, '2');
-  expectEdit(bodyWith("o=- 5 7 IN"), modify(cut.c_str(), "2", nullptr, oLineEnd), 0,
-             "v=0\r\no=ZEV 1\ns=-\r\nt=0 0\r\n");
-  EXPECT_EQ(oLineEnd, 5 + 8);
-}
-
 // The new line "o=ZEV 1 2 IN IP4 10.0.0.1\r\n" has 27 characters, the old one 12.
 TEST(ModifyOLine, RefusesWhatDoesNotFit) {
   const std::string before = "o=- 5 7 IN\r\ns=-\r\n";

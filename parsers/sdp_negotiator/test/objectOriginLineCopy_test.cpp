@@ -108,6 +108,31 @@ TEST(OriginLineCopying, FromNullFails) {
   EXPECT_TRUE(sameBytes(object, before));
 }
 
+// The offsets of a transfer record may name any piece of the text.
+TEST(OriginLineCopying, TakesOneLineWhateverTheOffsetsSpan) {
+  const std::string text = "v=0\r\no=b 1 2 IN IP4 h\r\ns=-\r\na=injected\r\n";
+  const auto size = static_cast<unsigned int>(text.size());
+  const std::string bare = "v=0\no=b 1 2 IN IP4 h\ns=-\na=injected\n";
+  const std::string loneCr = "v=0\r\no=b 1 2 IN IP4 h\ra=injected\r\ns=-\r\n";
+  const cSdpNegotiator others[] = {objectWithOffsets(text, lineStart, size),
+                                   objectWithOffsets(text, lineStart, size - 12),
+                                   objectWithOffsets(bare, 4, static_cast<unsigned int>(bare.size())),
+                                   objectWithOffsets(loneCr, lineStart, lineStart + 30)};
+  for (const cSdpNegotiator& other : others) {
+    cSdpNegotiator object = parsedObject(bodyWith(originLine));
+    TraceCapture trace;
+    EXPECT_EQ(object.copyOLine(&other), 0);
+    EXPECT_EQ(trace.takeLines(), tracesOfCopy("o=b 1 2 IN IP4 h", -14, "SUCCESS"));
+    EXPECT_EQ(textOf(object), bodyWith("o=b 1 2 IN IP4 h"));
+    EXPECT_EQ(lineOf(object), "o=b 1 2 IN IP4 h");
+  }
+  // A span that begins with a line end has no line to take.
+  const cSdpNegotiator atAnEnd = objectWithOffsets(text, 3, size);
+  cSdpNegotiator object = parsedObject(bodyWith(originLine));
+  EXPECT_EQ(object.copyOLine(&atAnEnd), 0);
+  EXPECT_TRUE(sameBytes(object, parsedObject(bodyWith(originLine))));
+}
+
 TEST(OriginLineCopying, WithoutALineToCopyChangesNothing) {
   const TraceLine success{8, 4, "copyOLine(): returning SUCCESS"};
   const cSdpNegotiator empty = emptyObject();

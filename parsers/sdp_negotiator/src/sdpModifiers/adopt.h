@@ -1,12 +1,15 @@
 #ifndef SDP_MODIFIERS_ADOPT_H
 #define SDP_MODIFIERS_ADOPT_H
 
+#include <algorithm>
 #include <cstring>
+#include <initializer_list>
 #include <optional>
 #include <string_view>
 
 #include "sdpNegotiatorTrace.h"
 #include "text/sdpText.h"
+#include "text/search.h"
 
 namespace sdpneg {
 
@@ -29,6 +32,18 @@ inline std::optional<std::string_view> adoptedView(const char* text, const char*
   }
   traceUnusable(operation);
   return std::nullopt;
+}
+
+/// Whether texts of a caller may stand in a line. A control character in one could end the line, and make what follows
+/// it a line of its own; that is traced.
+inline bool areLineTexts(std::initializer_list<std::string_view> texts, const char* operation) {
+  for (const std::string_view text : texts) {
+    if (std::none_of(text.begin(), text.end(), isControl)) continue;
+    cNegotTraceManager::writeTraceMsg(4, 3, "%s(): An argument holds a control character. Exiting.",
+                                      operation);
+    return false;
+  }
+  return true;
 }
 
 }  // namespace sdpneg

@@ -201,6 +201,7 @@ unsigned short sdpModifications::setMediaConnectionMode(char* sdp, const char* /
   const std::uintptr_t from =
       reinterpret_cast<std::uintptr_t>(firstMLine) - reinterpret_cast<std::uintptr_t>(sdp);
   if (firstMLine == nullptr || from > text.size() || mediaName == nullptr || mode == nullptr) return 1;
+  if (!areLineTexts({mode}, "setMediaConnectionMode")) return 1;
   applyModeToMedia(text, from, mediaName, mode);
   return 0;
 }

@@ -95,7 +95,7 @@ unsigned short sdpModifications::sdpCreateDummy(char* sdp, bool answer, bool hol
     cNegotTraceManager::writeTraceMsg(2, 3, "sdpCreateDummy(): NULL IP provided. Cannot create dummy SDP.");
     return 1;
   }
-  if (!adopted(SdpText(sdp), "sdpCreateDummy")) return 1;
+  if (!adopted(SdpText(sdp), "sdpCreateDummy") || !areLineTexts({ip}, "sdpCreateDummy")) return 1;
   const bool sdesOnly = isSDESonly(sdp);
   if (sdesOnly) cNegotTraceManager::writeTraceMsg(2, 3, "FRN4034: SRTP-only scenario with SDES only.");
   const bool single = isSingleMLineSdp(sdp);

@@ -157,6 +157,7 @@ unsigned short sdpModifications::createSDPUserRequest(char* out, const char* ip,
     cNegotTraceManager::writeTraceMsg(2, 2, "Invalid input arguments. Cannot create SDP message.");
     return 1;
   }
+  if (!areLineTexts({ip}, "createSDPUserRequest")) return 1;
   CutText text(out);
   text.add("v=0\r\no=- 0 0 IN IP4 ").add(ip).add("\r\ns=-\r\nc=IN IP4 ").add(ip).add("\r\nt=0 0\r\nm=audio ");
   text.add(port).add(" RTP/AVP");

@@ -91,7 +91,8 @@ unsigned short sdpModifications::sdpSetMediaTransportType(char* sdp, const char*
   SdpText text(sdp);
   if (fromTransport == nullptr || toTransport == nullptr) {
     cNegotTraceManager::writeTraceMsg(4, 3, "sdpSetMediaTransportType(): A transport is null. Exiting.");
-  } else if (adopted(text, "sdpSetMediaTransportType")) {
+  } else if (adopted(text, "sdpSetMediaTransportType") &&
+             areLineTexts({toTransport}, "sdpSetMediaTransportType")) {
     const Transport transport = Transport().add(toTransport);
     int number = 0;
     for (const std::string& name : mediaNames) {

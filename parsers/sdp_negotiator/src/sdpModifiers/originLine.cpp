@@ -105,7 +105,7 @@ unsigned short rebuildOriginLine(SdpText& text, Span old, std::string_view id, s
   FixedText<337> composed;
   composed.add("o=ZEV ").add(id).add(" ").add(version).add(" IN ");
   composed.add(address.type).add(" ").add(address.address).add("\r\n");
-  // A value that holds an LF ends the line there; a line that was cut before its LF ends the text.
+  // A line that was cut before its LF ends the text.
   const Line line = lineAt(composed.view(), 0);
   if (!line.terminated) old.end = text.size();
   if (text.replace(old, composed.view().substr(0, line.next())) != Edit::done) {
@@ -199,6 +199,7 @@ unsigned short sdpModifications::sdpModifyOLine(char* sdp, const char* sessionId
   if (sLine == npos) return refuse(2, 2, "The s-line is not present within the SDP. Exiting...");
   const std::optional<OriginAddress> address = originAddress(ip, text.view().substr(oLine, sLine - oLine));
   if (!address) return refuse(2, 3, "sdpModifyOLine(): The provided IP is not valid, exiting");
+  if (!areLineTexts({viewOf(sessionId), viewOf(version), viewOf(ip)}, "sdpModifyOLine")) return 1;
   return rebuildOriginLine(text, {oLine, sLine}, viewOf(sessionId), viewOf(version), *address, oLineEnd);
 }
 

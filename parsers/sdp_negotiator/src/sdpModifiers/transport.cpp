@@ -53,6 +53,7 @@ unsigned short sdpModifications::sdpReplaceMLineTransportProtocol(char* mLine, c
       reinterpret_cast<std::uintptr_t>(lineEnd) - reinterpret_cast<std::uintptr_t>(mLine);
   if (length > text.size()) return refuse("The line's end does not lie in the text.");
   if (expected == nullptr || newProtocol == nullptr) return refuse("A transport is null.");
+  if (!areLineTexts({newProtocol}, "sdpReplaceMLineTransportProtocol")) return 1;
   const TransportEdit edit = replaceTransport(text, {0, length, true}, expected, newProtocol);
   if (edit == TransportEdit::noRoom) return refuse("The new transport does not fit the SDP buffer.");
   return edit == TransportEdit::done ? 0 : 1;

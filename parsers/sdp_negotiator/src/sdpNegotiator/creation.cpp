@@ -2,6 +2,7 @@
 
 #include "cMsgIPAddress.h"
 #include "sdpModifiers.h"
+#include "sdpModifiers/adopt.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiatorTrace.h"
 #include "text/sdpText.h"
@@ -40,6 +41,7 @@ unsigned short cSdpNegotiator::sdpCreateMessage(char* out, const char* ip, unsig
     cNegotTraceManager::writeTraceMsg(4, 3, "Invalid port number (%d) entry.", static_cast<int>(port));
     return 1;
   }
+  if (!sdpneg::areLineTexts({ip}, "sdpCreateMessage")) return 1;
   sdpModifications::createSDPUserRequest(out, ip, port, codecs, inactive);
   return 0;
 }

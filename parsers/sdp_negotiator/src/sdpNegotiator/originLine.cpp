@@ -55,6 +55,9 @@ std::string_view originLine(const sSdpParsedData& data, const char* text) {
   return {text + start, end - start - (text[end - 2] == '\r' ? 2 : 1)};
 }
 
+/// The first line of what an object's offsets name as its o-line, and no more when they span several.
+std::string_view firstLineOf(std::string_view line) { return line.substr(0, line.find_first_of("\r\n")); }
+
 /// The o-line of an object, in a text of its own.
 class OriginLineOf {
  public:
@@ -192,7 +195,11 @@ unsigned short cSdpNegotiator::copyOLine(const cSdpNegotiator* other) {
     int length = 0;
     other->getOLine(line, length);
     const std::unique_ptr<char[]> owned(line);
-    if (line != nullptr) status = length > 1 ? replaceOriginLine(line) : 0;
+    if (line != nullptr) {
+      const std::size_t first = firstLineOf(line).size();
+      line[first] = '\0';
+      status = first > 1 ? replaceOriginLine(line) : 0;
+    }
   }
   cNegotTraceManager::writeTraceMsg(8, 4, "copyOLine(): returning %s", status == 0 ? "SUCCESS" : "FAILURE");
   return status;

@@ -19,6 +19,8 @@ inline std::string_view viewOf(const char* text) {
 
 inline char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 inline bool isDigit(char c) { return c >= '0' && c <= '9'; }
+/// The control characters of ASCII, among them those that end lines.
+inline bool isControl(char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }
 /// The white space of the C locale.
 inline bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 

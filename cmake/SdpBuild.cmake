@@ -109,6 +109,7 @@ function(sdp_add_fuzzer name)
   else()
     return()
   endif()
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${name} PRIVATE ${ARG_LIBS} sdp_build_flags)
 endfunction()
 

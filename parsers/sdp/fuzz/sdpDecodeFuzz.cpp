@@ -7,6 +7,7 @@
 #include <string>
 
 #include "sessionDescription.h"
+#include "unwritten.h"
 
 namespace {
 
@@ -43,7 +44,8 @@ void decodeLine(Record& record, const std::string& text, Decode decode) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const auto description = std::make_unique<sDescription>();
+  static const auto description = std::make_unique_for_overwrite<sDescription>();
+  makeUnwritten(*description);
   // An exactly sized copy lets the sanitizer see every read behind the NUL.
   const auto text = std::make_unique<char[]>(size + 1);
   if (size != 0) std::memcpy(text.get(), data, size);

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "sessionDescription.h"
+#include "unwritten.h"
 
 namespace {
 
@@ -41,8 +42,10 @@ std::size_t countLines(std::string_view text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const auto first = std::make_unique<sDescription>();
-  static const auto second = std::make_unique<sDescription>();
+  static const auto first = std::make_unique_for_overwrite<sDescription>();
+  static const auto second = std::make_unique_for_overwrite<sDescription>();
+  makeUnwritten(*first);
+  makeUnwritten(*second);
   const std::string text(reinterpret_cast<const char*>(data), size);
   if (!decode(text, *first)) return 0;
   const std::string written = encode(*first);

@@ -1,9 +1,7 @@
 #ifndef SDP_TEXT_WRITER_H
 #define SDP_TEXT_WRITER_H
 
-#include <bit>
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 
 #include "fields.h"
@@ -36,26 +34,14 @@ class TextWriter {
   TextWriter& put(const char (&field)[N]) {
     return put(fieldText(field));
   }
-  /// The same for a short text, eight characters at a time; up to seven behind it are written too, and what
-  /// is written next covers them.
+  /// The same for a text that mostly has 4 to 16 characters: two pieces of a known size, which may overlap. What stands
+  /// behind the field's NUL is not read.
   template <std::size_t N>
   TextWriter& putShort(const char (&field)[N]) {
-    static_assert(N % sizeof(std::uint64_t) == 0);
-    if constexpr (std::endian::native != std::endian::little) return put(field);
-    for (std::size_t at = 0; at < N; at += sizeof(std::uint64_t)) {
-      std::uint64_t piece = 0;
-      std::memcpy(&piece, field + at, sizeof piece);
-      std::memcpy(next_, &piece, sizeof piece);
-      // The lowest bit that is set stands in the first zero byte.
-      const std::uint64_t zeros = (piece - 0x0101010101010101U) & ~piece & 0x8080808080808080U;
-      if (zeros != 0) {
-        next_ += std::countr_zero(zeros) / 8;
-        return *this;
-      }
-      next_ += sizeof piece;
-    }
-    --next_;  // a field without NUL is cut by its last character
-    return *this;
+    const std::string_view text = fieldText(field);
+    if (text.size() >= 4 && text.size() <= 8) return putPieces<4>(text);
+    if (text.size() > 8 && text.size() <= 16) return putPieces<8>(text);
+    return put(text);
   }
   TextWriter& endLine() { return put('\r').put('\n'); }
 
@@ -64,6 +50,14 @@ class TextWriter {
   bool finish(int& length, int& size);
 
  private:
+  template <std::size_t Size>
+  TextWriter& putPieces(std::string_view text) {
+    std::memcpy(next_, text.data(), Size);
+    next_ += text.size();
+    std::memcpy(next_ - Size, text.data() + text.size() - Size, Size);
+    return *this;
+  }
+
   bool grow(std::size_t length);
 
   char*& text_;

@@ -96,6 +96,26 @@ TEST(Encoding, ATextOfTheCallersOwnSizeIsGrown) {
   std::free(text);
 }
 
+// What stands behind a name's NUL in the record is not written, not even behind the text.
+TEST(Encoding, WritesNamesOfEveryLengthAndNothingBehindTheText) {
+  for (std::size_t length = 0; length < SDP_ATTRIBUTE_NAME_SIZE; ++length) {
+    const std::string name = std::string("abcdefghijklmnopqrstuvwxyz").append(64, 'n').substr(0, length);
+    const Decoded d(kHead + "a=" + name + "\r\n");
+    ASSERT_EQ(d->aLine.count, 1);
+    constexpr std::size_t kSize = 4096;
+    char* text = static_cast<char*>(std::malloc(kSize));
+    std::memset(text, '#', kSize);
+    int written = 0;
+    int size = static_cast<int>(kSize);
+    ASSERT_EQ(sdp_encode_r(d.get(), SDP_TYPE_UNKNOWN, text, written, size), 0);
+    ASSERT_EQ(size, static_cast<int>(kSize));
+    EXPECT_EQ(std::string(text), kHead + "a=" + name + "\r\n");
+    const auto behind = static_cast<std::size_t>(written) + 1;
+    EXPECT_EQ(std::string(text + behind, kSize - behind), std::string(kSize - behind, '#')) << length;
+    std::free(text);
+  }
+}
+
 TEST(Copies, HoldTheSameDescription) {
   const auto files = sdpFilesBelow(SDP_TEST_SOURCE_DIR "/parsers/sdp/test/bodies");
   ASSERT_GE(files.size(), 4U);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "sdpNegotiatorParser.h"
+#include "unwritten.h"
 
 namespace {
 
@@ -46,7 +47,8 @@ void requireSound(const mediaStruct& media) {
 }
 
 void walkDescription(const char* text) {
-  static const auto description = std::make_unique<sDescription>();
+  static const auto description = std::make_unique_for_overwrite<sDescription>();
+  makeUnwritten(*description);
   char error[SDP_ERROR_TEXT_SIZE];
   unsigned short start = 0;
   unsigned short end = 0;

@@ -50,11 +50,11 @@ struct RequestRow {
   /// Whether the status does not tell every refusal: it is the result of a trace call, there is none, or an edit
   /// that ran out of room counts as done. Then an error that was traced before the new text is parsed tells it.
   bool refusalIsTraced = false;
+  /// What it is meant to take out of the body.
+  Takes takes = Takes::nothing;
   /// Why a request that left the body as it was could not do what there was to do; an empty text where there was
   /// nothing. Null where that is always so.
   std::string (*failure)(std::span<const TraceLine> trace) = nullptr;
-  /// What it is meant to take out of the body.
-  Takes takes = Takes::nothing;
 };
 
 /// A row's function for a request without arguments.

@@ -10,7 +10,7 @@
 namespace tool {
 
 /// The sections that a request is meant to take out. What else goes is lost.
-enum class Takes { nothing, video, any };
+enum class Takes : unsigned char { nothing, video, any };
 
 /// Each thing in words that follow the request's name: "leaves an empty line, line 12". What stood in the body before
 /// is none.

@@ -100,7 +100,7 @@ unsigned short sdpneg::replaceConnection(SdpText& text, std::size_t from, const 
     cNegotTraceManager::writeTraceMsg(4, 3, "The new IP address is malformed. Exiting...");
     return 1;
   }
-  if (!adopted(text, "sdpReplaceCxIP") || !areLineTexts({ip}, "sdpReplaceCxIP")) return 1;
+  if (!adopted(text, "sdpReplaceCxIP") || !areLineTexts({viewOf(ip)}, "sdpReplaceCxIP")) return 1;
   const std::size_t found = findAnywhere(text.view(), "c=", from);
   if (found == npos) {
     cNegotTraceManager::writeTraceMsg(4, 3, "No <cline> found. Exiting.");

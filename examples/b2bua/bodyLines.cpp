@@ -93,7 +93,7 @@ Attribute attributeOf(std::string_view value) {
     return Attribute{lowerCase(trimmed(text.substr(0, colon))),
                      std::string(trimmed(text.substr(std::min(colon + 1, text.size()))))};
   };
-  const Attribute attribute = split(value);
+  Attribute attribute = split(value);
   if (attribute.name != "acap") return attribute;
   const std::size_t blank = std::min(attribute.value.find(' '), attribute.value.size());
   return split(std::string_view(attribute.value).substr(blank));

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "audioRule.h"
+#include "policyCheck.h"
 
 namespace b2bua {
 
@@ -15,23 +16,41 @@ namespace {
 constexpr const char* kPlain = "RTP/AVP";
 constexpr const char* kSecure = "RTP/SAVP";
 
+/// Removes attributes that the library's requests leave.
+template <typename Predicate>
+std::string withoutLines(Body& body, Predicate isUnwanted) {
+  BodyLines lines(textOf(body));
+  for (BodySection& section : lines.sections) {
+    std::erase_if(section.lines, [&](const BodyLine& line) {
+      return line.type == 'a' && isUnwanted(attributeOf(line.value));
+    });
+  }
+  return store(lines, body);
+}
+
 bool hasMedia(const Body& body) { return body.getParsedData().mediaType != 0; }
 
 // -- address family: ANAT (RFC 4091) offers a medium twice
+
+/// An offer that is not of two address families may still have candidates of both.
+std::string keepCandidates(const Policy& policy, Body& body) {
+  return withoutLines(body, [&](const Attribute& attribute) { return isOtherFamily(policy, attribute); });
+}
 
 std::string keepFamily(const Policy& policy, Body& offer, OfferChanges& changes) {
   if (policy.addressFamily == IP_VERSION_UNKNOWN) return "";
   offer.sdpRemoveANAT(policy.addressFamily == IP_VERSION_4 ? IP_VERSION_6 : IP_VERSION_4, changes.anat,
                       false);
   if (offer.isFullIcePresent()) offer.sdpRemoveDualStackIce();
+  if (std::string reason = keepCandidates(policy, offer); !reason.empty()) return reason;
   const bool replaced = !policy.connectionAddress.empty();
   const eIPAddressVersion version = offer.getParsedData().address.getIPAddressVersion();
   return hasMedia(offer) && !replaced && version != policy.addressFamily ? "address family not allowed" : "";
 }
 
-std::string returnFamily(const Policy&, Body& answer, OfferChanges& changes) {
+std::string returnFamily(const Policy& policy, Body& answer, OfferChanges& changes) {
   if (changes.anat[0] != 0) answer.sdpReInsertANAT(changes.anat, false);
-  return "";
+  return policy.addressFamily != IP_VERSION_UNKNOWN ? keepCandidates(policy, answer) : "";
 }
 
 // -- security
@@ -180,34 +199,39 @@ std::string returnSecurity(const Policy&, Body& answer, OfferChanges& changes) {
 // -- codecs, video, ICE, address
 
 std::string limitVideo(const Policy& policy, Body& body, OfferChanges&) {
-  if ((body.getParsedData().mediaType & MEDIA_VIDEO) == 0) return "";
-  if (policy.video == Video::capped)
+  if (policy.video == Video::capped && (body.getParsedData().mediaType & MEDIA_VIDEO) != 0)
     body.sdpLimitVideoMediaBandwidth(policy.videoBandwidth, policy.videoLevel);
   if (policy.video != Video::off) return "";
+  const bool had = hasMedia(body);
   // By the edit, which leaves the rest of the body; the object's own removal may take lines of the next section along.
   char text[MAX_SDP_PROTOCOL_DATA_SIZE] = "";
   body.getSDP(text, sizeof text);
   sdpModifications::sdpSetMediaPort(text, MEDIA_VIDEO, IP_VERSION_UNKNOWN,
                                     sdpModifications::MEDIA_SECURITY_ANY, 0);
   body.sdpParse(text, SDP_TYPE_UNKNOWN);
-  return hasMedia(body) ? "" : "no media but video";
+  return !had || hasMedia(body) ? "" : "no media but video";
 }
 
 std::string removeIce(const Policy& policy, Body& body, OfferChanges&) {
   if (!policy.removeIce) return "";
   body.sdpRemoveIce();
-  BodyLines lines(textOf(body));
-  for (BodySection& section : lines.sections) {
-    std::erase_if(section.lines, [](const BodyLine& line) {
-      return line.type == 'a' && attributeOf(line.value).name == "end-of-candidates";
-    });
-  }
-  return store(lines, body);
+  return withoutLines(body, [](const Attribute& attribute) {
+    return attribute.name == "end-of-candidates" || attribute.name == "ice-pacing";
+  });
 }
 
 bool isUnspecified(const BodyLine& connection) {
   const std::vector<std::string> words = wordsOf(connection.value);
   return words.size() > 2 && (words[2] == "0.0.0.0" || words[2] == "::");
+}
+
+const BodyLine* firstConnection(const BodyLines& body) {
+  for (const BodySection& section : body.sections) {
+    for (const BodyLine& line : section.lines) {
+      if (line.type == 'c') return &line;
+    }
+  }
+  return nullptr;
 }
 
 void replaceConnection(BodyLine& line, const std::string& address) {
@@ -217,14 +241,15 @@ void replaceConnection(BodyLine& line, const std::string& address) {
 
 /// The unspecified address stays: it puts the call on hold (RFC 3264 8.4).
 std::string setAddress(const Policy& policy, Body& body, OfferChanges&) {
-  char held[46];
-  body.getParsedData().address.getIPAddressText(held, sizeof held);
-  const std::string_view address = held;
-  if (policy.connectionAddress.empty() || !hasMedia(body) || address == "0.0.0.0" || address == "::")
-    return "";
-  if (body.sdpReplaceCxIP(policy.connectionAddress.c_str()) != 0) return "no connection line";
-  // That was the first c-line; sections may have further ones.
   BodyLines lines(textOf(body));
+  if (policy.connectionAddress.empty() || std::ranges::none_of(lines.sections, &BodySection::isActive))
+    return "";
+  const BodyLine* const first = firstConnection(lines);
+  if (first == nullptr) return "no connection line";
+  if (!isUnspecified(*first) && body.sdpReplaceCxIP(policy.connectionAddress.c_str()) != 0)
+    return "no connection line";
+  // That was the first one; sections may have further ones.
+  lines = BodyLines(textOf(body));
   for (BodySection& section : lines.sections) {
     for (BodyLine& line : section.lines) {
       if (line.type == 'c' && !isUnspecified(line)) replaceConnection(line, policy.connectionAddress);

@@ -96,10 +96,8 @@ std::string wrongFamily(const Policy& policy, const BodySection& section) {
   if (policy.addressFamily == IP_VERSION_UNKNOWN) return "";
   for (const Attribute& attribute : section.attributes()) {
     const std::vector<std::string> words = wordsOf(attribute.value);
-    const bool candidate = attribute.name == "candidate" && words.size() > 4;
     const bool rtcp = attribute.name == "rtcp" && words.size() > 3;
-    if ((candidate && !isOfFamily(policy, "", addressOf(words[4]))) ||
-        (rtcp && !isOfFamily(policy, words[2], addressOf(words[3]))))
+    if (isOtherFamily(policy, attribute) || (rtcp && !isOfFamily(policy, words[2], addressOf(words[3]))))
       return "an address of the other family";
   }
   return "";
@@ -161,6 +159,12 @@ std::string wrongIn(const Policy& policy, const BodyLines& body, const BodySecti
 }
 
 }  // namespace
+
+bool isOtherFamily(const Policy& policy, const Attribute& candidate) {
+  const std::vector<std::string> words = wordsOf(candidate.value);
+  return policy.addressFamily != IP_VERSION_UNKNOWN && candidate.name == "candidate" && words.size() > 4 &&
+         !isOfFamily(policy, "", addressOf(words[4]));
+}
 
 bool isAllowedCodec(const Policy& policy, const Format& format) {
   return std::ranges::any_of(audioCodecTable, [&](const audioCodecRow& row) {

@@ -13,6 +13,9 @@ namespace b2bua {
 /// @return what of it the policy forbids; empty for nothing. No part of the body is in it.
 std::string whatIsForbidden(const Policy& policy, const std::string& body, bool keysSuffice);
 
+/// @return whether a candidate (RFC 8839) has an address of the family that the policy does not keep
+bool isOtherFamily(const Policy& policy, const Attribute& candidate);
+
 /// @return whether a codec of the policy has the encoding name
 bool isAllowedCodec(const Policy& policy, const Format& format);
 

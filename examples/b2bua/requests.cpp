@@ -39,7 +39,7 @@ std::string unsupportedIn(const sip_t& request) {
   if (request.sip_require == nullptr) return "";
   su_home_t home[1] = {SU_HOME_INIT(home)};
   const sip_unsupported_t* const unsupported = sip_has_unsupported(home, nullptr, request.sip_require);
-  const std::string header = unsupported == nullptr ? "" : "Unsupported: " + headerText(unsupported);
+  std::string header = unsupported == nullptr ? "" : "Unsupported: " + headerText(unsupported);
   su_home_deinit(home);
   return header;
 }

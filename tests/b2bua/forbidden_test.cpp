@@ -116,13 +116,25 @@ const Probe kAllowed[] = {
     {"ICE", kNoIce,
      kHead + kAudio + "a=candidate:" + kCandidate +
          "\r\na=ice-ufrag:abcd\r\na=ice-pwd:asd88fgpdd777uzjYhagZg\r\na=end-of-candidates\r\n"},
+    {"video that is inactive", kNoVideo, kHead + kAudio + "m=video 42000 RTP/AVP 97\r\na=inactive\r\n"},
+    {"candidates of both families", kFour,
+     kHead + kAudio + "a=candidate:" + kCandidate +
+         "\r\na=candidate:2 1 UDP 1 2001:db8::10 49170 typ host\r\n"},
     {"a section on hold", kAddress, kHead + kAudio + "c=IN IP4 0.0.0.0\r\n"},
+    {"an inactive section", kAddress, kHead + kAudio + "a=inactive\r\n"},
+    {"the later form of ICE", kNoIce, kHead + "a=ice-pacing:50\r\n" + kAudio},
     {"an address in each section", kAddress,
      kHead + kAudio + "c=IN IP4 10.0.0.1\r\nm=audio 49172 RTP/AVP 8\r\nc=IN IP4 10.0.0.2\r\n"},
     {"a refused section of the other family", kFour,
      kHead + kAudio + "m=audio 0 RTP/AVP 8\r\nc=IN IP6 2001:db8::10\r\n"},
     {"codecs that need no map", kCodecs, kHead + "m=audio 49170 RTP/AVP 0 8 13\r\n"},
 };
+
+/// What of an allowed body does not go out; a refused section may be of any kind.
+std::vector<std::string> goesIn(const Probe& probe) {
+  const bool whole = probe.body.find("m=audio 0 ") != std::string::npos || probe.policy == kPlain;
+  return whole ? std::vector<std::string>() : kForbidden.at(probe.policy);
+}
 
 class Forbidden : public Calls {
  protected:
@@ -178,6 +190,7 @@ TEST_F(Forbidden, isNotWhatIsAllowed) {
     caller_.request(engine.address(), {.call = ++number, .body = probe.body});
     const std::string invited = target_.receive("INVITE ", "", kLongestWait);
     ASSERT_NE(invited, "") << engine.log();
+    EXPECT_EQ(wordIn(invited, goesIn(probe)), "") << invited;
     // Nothing of this call comes again, and is taken for the next one.
     target_.respond(engine.address(), invited, "486 Busy Here");
   }

@@ -94,9 +94,10 @@ const Case cases[] = {
     {"doesNotDeflateAfterAnError", head + "m=audio 5004 RTP/AVP 0\na=ptime:abc\na=x:" + noise(5000) + "\n",
      "1:1: the text cannot be stored: it does not deflate into 2560 bytes"},
     {"carriageReturnsOnly", replaced(head, "\n", "\r") + "m=audio 9 RTP/AVP 0\r",
-     "1:4: expected CR LF or LF at the line's end, found \"?o=- 1 1 IN IP4 192.0.2.1?s=-?c=IN IP4 1\"..."},
+     "1:4: expected CR LF or LF at the line's end, found \"\\x0Do=- 1 1 IN IP4 192.0.2.1\\x0Ds=-\\x0Dc=IN "
+     "IP4 1\"..."},
     {"aLineBehindACarriageReturn", head + "i=x\ra=crypto:1 AES\nm=audio 5004 RTP/AVP 0\n",
-     "6:4: expected CR LF or LF at the line's end, found \"?a=crypto:1 AES\""},
+     "6:4: expected CR LF or LF at the line's end, found \"\\x0Da=crypto:1 AES\""},
     {"tooLarge", std::string(1024 * 1024 + 1, 'v'), " is longer than 1048576 bytes"},
 };
 

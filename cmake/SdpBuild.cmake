@@ -33,7 +33,8 @@ function(sdp_add_library name)
            $<INSTALL_INTERFACE:${SDP_INSTALL_INCLUDEDIR}>
     PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${ARG_PUBLIC_LIBS}
-                                PRIVATE $<BUILD_INTERFACE:sdp_build_flags> ${ARG_PRIVATE_LIBS})
+                                PRIVATE $<BUILD_INTERFACE:sdp_build_flags> $<BUILD_INTERFACE:sdp_hardening>
+                                        ${ARG_PRIVATE_LIBS})
   set_target_properties(${name} PROPERTIES
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON

@@ -19,7 +19,7 @@ class LineReader {
         end_(begin_ + text.size()),
         cr_(find('\r')),
         lf_(find('\n')),
-        line_(begin_, 0) {}
+        line_(text.substr(0, 0)) {}
 
   /// Goes to the next line, empty ones included.
   /// @return false at the end of the text

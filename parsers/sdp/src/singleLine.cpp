@@ -37,9 +37,9 @@ unsigned short decodeSingleLine(char letter, const char*& position, char* error,
   LineReader lines({position, length + (position[length] == '\n' ? 1 : 0)});
   lines.next();
   if (const Problem problem = readLine(letter, lines, read, record)) {
-    const std::string_view line = lines.line();
+    const char* const lineEnd = lines.line().data() + lines.line().size();
     unsigned int column = 1;
-    writeLineError(error, 1, line, problem, line.data()[line.size()] == '\0', column);
+    writeLineError(error, 1, lines.line(), problem, *lineEnd == '\0', column);
     errorLine = 1;
     errorColumn = static_cast<int>(column);
     return 1;

@@ -95,13 +95,14 @@ Attribute attributeOf(std::string_view value) {
   };
   Attribute attribute = split(value);
   if (attribute.name != "acap") return attribute;
-  const std::size_t blank = std::min(attribute.value.find(' '), attribute.value.size());
+  const std::size_t blank = std::min(attribute.value.find_first_of(" \t"), attribute.value.size());
   return split(std::string_view(attribute.value).substr(blank));
 }
 
 bool BodySection::isActive() const {
   const std::string number = port.substr(0, port.find('/'));
-  return !media.empty() && (number.empty() || number.find_first_not_of('0') != std::string::npos);
+  const bool hasPort = number.empty() || number.find_first_not_of('0') != std::string::npos;
+  return !media.empty() && (hasPort || has({"bundle-only"}));
 }
 
 std::vector<Attribute> BodySection::attributes() const {

@@ -28,7 +28,8 @@ struct BodySection {
   std::vector<std::string> formats;
   std::vector<BodyLine> lines;  ///< the m-line first
 
-  /// @return whether media may flow: only a port of zeros says no
+  /// @return whether media may flow: only a port of zeros says no, and not that of a section which uses another one's
+  ///         (RFC 9143 6)
   bool isActive() const;
   std::vector<Attribute> attributes() const;
   /// @return whether an attribute has one of the names

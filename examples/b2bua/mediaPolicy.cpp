@@ -198,6 +198,13 @@ std::string returnSecurity(const Policy&, Body& answer, OfferChanges& changes) {
 
 // -- codecs, video, ICE, address
 
+/// With it, a section with port 0 has the port of another one.
+void removeBundleOnly(BodySection& section) {
+  std::erase_if(section.lines, [](const BodyLine& line) {
+    return line.type == 'a' && attributeOf(line.value).name == "bundle-only";
+  });
+}
+
 std::string limitVideo(const Policy& policy, Body& body, OfferChanges&) {
   if (policy.video == Video::capped && (body.getParsedData().mediaType & MEDIA_VIDEO) != 0)
     body.sdpLimitVideoMediaBandwidth(policy.videoBandwidth, policy.videoLevel);
@@ -208,7 +215,11 @@ std::string limitVideo(const Policy& policy, Body& body, OfferChanges&) {
   body.getSDP(text, sizeof text);
   sdpModifications::sdpSetMediaPort(text, MEDIA_VIDEO, IP_VERSION_UNKNOWN,
                                     sdpModifications::MEDIA_SECURITY_ANY, 0);
-  body.sdpParse(text, SDP_TYPE_UNKNOWN);
+  BodyLines lines(text);
+  for (BodySection& section : lines.sections) {
+    if (section.media == "video") removeBundleOnly(section);
+  }
+  body.sdpParse(lines.text().c_str(), SDP_TYPE_UNKNOWN);
   return !had || hasMedia(body) ? "" : "no media but video";
 }
 

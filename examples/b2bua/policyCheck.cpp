@@ -128,11 +128,35 @@ bool isWithin(const std::string& value, unsigned long most) {
   return (kind == "tias" ? bandwidth / 1000 : bandwidth) <= most;
 }
 
+/// The level stands in the last two of six hexadecimal digits (RFC 6184 8.1).
+bool isWithinLevel(const Attribute& attribute, eH264_profile_id most) {
+  constexpr std::array<unsigned int, 16> kLevels = {10, 11, 11, 12, 13, 20, 21, 22,
+                                                    30, 31, 32, 40, 41, 42, 50, 51};
+  constexpr std::string_view kName = "profile-level-id=";
+  constexpr std::size_t kDigits = 6;
+  if (attribute.name != "fmtp") return true;
+  std::string value = lowerCase(attribute.value);
+  std::erase_if(value, [](char c) { return c == ' ' || c == '\t'; });
+  for (std::size_t at = 0; (at = value.find(kName, at)) != std::string::npos;) {
+    at += kName.size();
+    const char* const digits = value.data() + at;
+    const char* const last = digits + std::min(kDigits, value.size() - at);
+    unsigned int profile = 0;
+    const auto [end, error] = std::from_chars(digits, last, profile, 16);
+    const bool whole = error == std::errc() && end == digits + kDigits;
+    if (whole && (profile & 0xFFU) > kLevels[static_cast<std::size_t>(most)]) return false;
+  }
+  return true;
+}
+
 std::string wrongVideo(const Policy& policy, const BodySection& section) {
   if (section.media != "video" || policy.video == Video::on) return "";
   if (policy.video == Video::off) return "video";
   for (const BodyLine& line : section.lines) {
     if (line.type == 'b' && !isWithin(line.value, policy.videoBandwidth)) return "too much bandwidth";
+  }
+  for (const Attribute& attribute : section.attributes()) {
+    if (!isWithinLevel(attribute, policy.videoLevel)) return "a higher level of H.264";
   }
   return "";
 }

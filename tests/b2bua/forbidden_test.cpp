@@ -16,11 +16,15 @@ constexpr int kMostlyRefused = 30;
 const std::string kHead = "v=0\r\no=- 1 1 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\n";
 const std::string kAudio = "m=audio 49170 RTP/AVP 8\r\n";
 const std::string kKey = "AES_CM_128_HMAC_SHA1_80 inline:PS1uQCVeeCFCanVmcjkpPywjNWhcYD0mXXtxaVBR";
+/// An m-line without a port of its own, which uses that of another one.
+const std::string kBundled = "a=mid:1\r\na=bundle-only\r\n";
+const std::string kVideo = "m=video 42000 RTP/AVP 97\r\na=rtpmap:97 H264/90000\r\n";
 const std::string kCandidate = "1 1 UDP 2130706431 10.0.0.1 49170 typ host";
 
 const std::string kPlain = "security = plain\n";
 const std::string kSecure = "security = secure\n";
 const std::string kNoVideo = "video = off\n";
+const std::string kCapped = "video = cap 512 3.1\n";
 const std::string kNoIce = "ice = remove\n";
 const std::string kFour = "address-family = ipv4\n";
 const std::string kAddress = "connection-address = 198.51.100.1\n";
@@ -35,12 +39,13 @@ struct Probe {
 /// What nothing that goes out under a policy has in it, in lower case.
 const std::map<std::string, std::vector<std::string>> kForbidden = {
     {kPlain, {"crypto", "inline:", "key-mgmt", "fingerprint", "zrtp", "savp", "tls", "k="}},
-    {kSecure, {"49170"}},
-    {kNoVideo, {"42000"}},
+    {kSecure, {"49170", "bundle-only"}},
+    {kNoVideo, {"42000", "bundle-only"}},
+    {kCapped, {"42e033", "42e0ff"}},
     {kNoIce, {"ice-", "candidate"}},
     {kFour, {"2001:db8"}},
     {kAddress, {"c=in ip4 192", "10.0.0.1"}},
-    {kCodecs, {"49172"}},
+    {kCodecs, {"49172", "bundle-only"}},
 };
 
 /// @return the first of the words that stands in a text, in any case
@@ -64,6 +69,7 @@ const Probe kProbes[] = {
     {"a key in a k-line", kPlain, kHead + kAudio + "k=clear:c2VjcmV0\r\n"},
     {"a key in the session's k-line", kPlain, kHead + "k=prompt\r\n" + kAudio},
     {"a key in a capability", kPlain, kHead + kAudio + "a=acap:1 crypto:1 " + kKey + "\r\n"},
+    {"a key in a capability behind a tab", kPlain, kHead + kAudio + "a=acap:1\tcrypto:1 " + kKey + "\r\n"},
     {"a key of MIKEY in upper case", kPlain, kHead + kAudio + "a=KEY-MGMT:mikey AQAFgM0XflABAAAA\r\n"},
     {"a key in a refused section", kPlain,
      kHead + kAudio + "m=audio 0 RTP/AVP 8\r\na=Crypto:1 " + kKey + "\r\n"},
@@ -76,6 +82,9 @@ const Probe kProbes[] = {
      kHead + "m=audio 49172 RTP/SAVP 8\r\na=crypto:1 " + kKey + "\r\nm=audio 49170 rtp/avp 8\r\n"},
     {"a plain transport of other media", kSecure,
      kHead + "m=audio 49172 RTP/SAVP 8\r\na=crypto:1 " + kKey + "\r\nm=application 49170 UDP/BFCP *\r\n"},
+    {"a plain transport that uses another section's port", kSecure,
+     kHead + "a=group:BUNDLE 0 1\r\nm=audio 49172 RTP/SAVP 8\r\na=mid:0\r\na=crypto:1 " + kKey +
+         "\r\nm=audio 0 rtp/avp 8\r\n" + kBundled},
     {"video with a zero before its port", kNoVideo, kHead + kAudio + "m=video 042000 RTP/AVP 97\r\n"},
     {"video in upper case", kNoVideo, kHead + kAudio + "m=VIDEO 42000 RTP/AVP 97\r\n"},
     {"video behind two blanks", kNoVideo, kHead + kAudio + "m=video  42000 RTP/AVP 97\r\n"},
@@ -83,6 +92,12 @@ const Probe kProbes[] = {
     {"video in a last line without end", kNoVideo, kHead + kAudio + "m=Video 42000 RTP/AVP 97"},
     {"video behind a CR", kNoVideo, kHead + kAudio + "a=x\rm=video 42000 RTP/AVP 97\r\n"},
     {"video with a number of ports", kNoVideo, kHead + kAudio + "m=Video 0042000/2 RTP/AVP 97\r\n"},
+    {"video of a higher level in upper case", kCapped,
+     kHead + kAudio + kVideo + "a=fmtp:97 PROFILE-LEVEL-ID=42e033\r\n"},
+    {"video of a higher level behind blanks", kCapped,
+     kHead + kAudio + kVideo + "a=fmtp:97 packetization-mode=1; profile-level-id = 42E033\r\n"},
+    {"video of a level that is none", kCapped,
+     kHead + kAudio + kVideo + "a=fmtp:97 profile-level-id=42e0ff\r\n"},
     {"a candidate in upper case", kNoIce, kHead + kAudio + "a=CANDIDATE:" + kCandidate + "\r\n"},
     {"a candidate behind a blank", kNoIce, kHead + kAudio + "a= candidate:" + kCandidate + "\r\n"},
     {"a candidate in a last line without end", kNoIce, kHead + kAudio + "a=Candidate:" + kCandidate},
@@ -101,6 +116,8 @@ const Probe kProbes[] = {
      kHead + kAudio + "a=Candidate:1 1 UDP 1 2001:db8::10 49170 typ host\r\n"},
     {"RTCP at the other family", kFour, kHead + kAudio + "a=rtcp:53020 IN IP6 2001:db8::10\r\n"},
     {"a codec of a second section in upper case", kCodecs, kHead + kAudio + "m=AUDIO 49172 RTP/AVP 0\r\n"},
+    {"a codec that uses another section's port", kCodecs,
+     kHead + "a=group:BUNDLE 0 1\r\n" + kAudio + "a=mid:0\r\nm=audio 0 RTP/AVP 0\r\n" + kBundled},
     {"a section without an allowed codec", kCodecs, kHead + kAudio + "m=audio 49172 RTP/AVP 0\r\n"},
 };
 
@@ -113,6 +130,15 @@ const Probe kAllowed[] = {
     {"refused video", kNoVideo, kHead + kAudio + "m=video 0 RTP/AVP 97\r\n"},
     {"refused video with two zeros", kNoVideo, kHead + kAudio + "m=video 00 RTP/AVP 97\r\n"},
     {"video", kNoVideo, kHead + kAudio + "m=video 42000 RTP/AVP 97\r\n"},
+    {"video that uses another section's port", kNoVideo,
+     kHead + "a=group:BUNDLE 0 1\r\n" + kAudio + "a=mid:0\r\nm=video 0 RTP/AVP 97\r\n" + kBundled},
+    {"video of a higher level", kCapped,
+     kHead + kAudio + kVideo + "a=fmtp:97 profile-level-id=42e033;packetization-mode=1\r\n"},
+    {"video of the level", kCapped,
+     kHead + kAudio + kVideo + "a=fmtp:97 Profile-Level-Id=42e01F;packetization-mode=1\r\n"},
+    {"video of another encoding with levels", kCapped,
+     kHead + kAudio +
+         "m=video 42000 RTP/AVP 98\r\na=rtpmap:98 MP4V-ES/90000\r\na=fmtp:98 PROFILE-LEVEL-ID=245\r\n"},
     {"ICE", kNoIce,
      kHead + kAudio + "a=candidate:" + kCandidate +
          "\r\na=ice-ufrag:abcd\r\na=ice-pwd:asd88fgpdd777uzjYhagZg\r\na=end-of-candidates\r\n"},

@@ -137,9 +137,9 @@ constexpr Explanation explanations[] = {{"The c-line is malformed.", true, expla
                                         {"exceeds MAX_SDP_PROTOCOL_DATA_SIZE", false, explainLength}};
 
 /// Errors that are traced behind what failed, or that are none.
-constexpr std::string_view sayNothing[] = {"Failed to create a dummy SDP",
-                                           "The ICE attributes have been removed.",
-                                           "Preconditions attributes cannot add to the buffer"};
+constexpr std::string_view sayNothing[] = {
+    "Failed to create a dummy SDP", "The ICE attributes have been removed.", "The o-line has been changed.",
+    "Preconditions attributes cannot add to the buffer"};
 
 bool saysNothing(std::string_view line) {
   return std::any_of(std::begin(sayNothing), std::end(sayNothing),

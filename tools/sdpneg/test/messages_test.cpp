@@ -146,7 +146,8 @@ TEST(Quotation, showsWhatStandsInTheBody) {
 TEST(RefusedRequest, isToldTheReasonOfItsOwn) {
   const std::string fax(bodies::faxCall);
   const std::string line = "m=audio 5004 RTP/AVP 0\n";
-  std::string many = "v=0\no=- 1 1 IN IP4 192.0.2.1\ns=-\nc=IN IP4 192.0.2.1\nt=0 0\n";
+  const std::string head = "v=0\no=- 1 1 IN IP4 192.0.2.1\ns=-\nc=IN IP4 192.0.2.1\nt=0 0\n";
+  std::string many = head;
   for (int i = 0; i < 25; ++i) many += line;
   // A new o-line takes the room of the old one, or some digits of the time of day less.
   const std::string own =
@@ -169,7 +170,13 @@ TEST(RefusedRequest, isToldTheReasonOfItsOwn) {
        many,
        1,
        "restore-secure is refused: what comes of it has more than the 25 m-lines that are read\n"},
-      {"dummy", {"dummy", "answer", "192.0.2.10", "0"}, full(own), 1, "dummy is refused: " + room + "\n"}};
+      {"dummy", {"dummy", "answer", "192.0.2.10", "0"}, full(own), 1, "dummy is refused: " + room + "\n"},
+      // No step tells what it fails for; that the o-line was changed is none of the reasons.
+      {"dummyOfSeveralPorts",
+       {"dummy", "answer", "192.0.2.10", "0"},
+       head + "m=audio 5004/2 RTP/AVP 0\n",
+       1,
+       "dummy is refused: Failed to create a dummy SDP Answer\n"}};
   for (const Refusal& each : refusals) {
     SCOPED_TRACE(each.name);
     expectRefusal(each);

@@ -89,9 +89,13 @@ std::vector<std::string> wordsOf(std::string_view text) {
 
 Attribute attributeOf(std::string_view value) {
   const auto split = [](std::string_view text) {
-    const std::size_t colon = std::min(text.find(':'), text.size());
-    return Attribute{lowerCase(trimmed(text.substr(0, colon))),
-                     std::string(trimmed(text.substr(std::min(colon + 1, text.size()))))};
+    text = trimmed(text);
+    const auto ends = [](char c) { return c == ':' || isBlank(c); };
+    const auto end = std::ranges::find_if(text, ends);
+    const std::string name = lowerCase(std::string_view(text.begin(), end));
+    text = trimmed(std::string_view(end, text.end()));
+    if (text.starts_with(':')) text.remove_prefix(1);
+    return Attribute{name, std::string(trimmed(text))};
   };
   Attribute attribute = split(value);
   if (attribute.name != "acap") return attribute;

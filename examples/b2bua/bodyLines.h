@@ -16,7 +16,7 @@ struct BodyLine {
 
 /// An attribute; the one that a capability offers (RFC 5939) counts for itself.
 struct Attribute {
-  std::string name;  ///< lower case
+  std::string name;  ///< lower case; what is in front of the first colon or blank
   std::string value;
 };
 
@@ -28,8 +28,8 @@ struct BodySection {
   std::vector<std::string> formats;
   std::vector<BodyLine> lines;  ///< the m-line first
 
-  /// @return whether media may flow: only a port of zeros says no, and not that of a section which uses another one's
-  ///         (RFC 9143 6)
+  /// @return whether media may flow: only a port of zeros says no, and not where the section shares that of another
+  /// (RFC 8843)
   bool isActive() const;
   std::vector<Attribute> attributes() const;
   /// @return whether an attribute has one of the names

@@ -198,11 +198,16 @@ std::string returnSecurity(const Policy&, Body& answer, OfferChanges& changes) {
 
 // -- codecs, video, ICE, address
 
-/// With it, a section with port 0 has the port of another one.
-void removeBundleOnly(BodySection& section) {
-  std::erase_if(section.lines, [](const BodyLine& line) {
-    return line.type == 'a' && attributeOf(line.value).name == "bundle-only";
-  });
+/// A port of zero refuses no section that says it shares another's.
+std::string refuseBundled(Body& body, std::string_view media) {
+  BodyLines lines(textOf(body));
+  for (BodySection& section : lines.sections) {
+    if (section.media != media) continue;
+    std::erase_if(section.lines, [](const BodyLine& line) {
+      return line.type == 'a' && attributeOf(line.value).name == "bundle-only";
+    });
+  }
+  return store(lines, body);
 }
 
 std::string limitVideo(const Policy& policy, Body& body, OfferChanges&) {
@@ -215,11 +220,8 @@ std::string limitVideo(const Policy& policy, Body& body, OfferChanges&) {
   body.getSDP(text, sizeof text);
   sdpModifications::sdpSetMediaPort(text, MEDIA_VIDEO, IP_VERSION_UNKNOWN,
                                     sdpModifications::MEDIA_SECURITY_ANY, 0);
-  BodyLines lines(text);
-  for (BodySection& section : lines.sections) {
-    if (section.media == "video") removeBundleOnly(section);
-  }
-  body.sdpParse(lines.text().c_str(), SDP_TYPE_UNKNOWN);
+  body.sdpParse(text, SDP_TYPE_UNKNOWN);
+  if (std::string reason = refuseBundled(body, "video"); !reason.empty()) return reason;
   return !had || hasMedia(body) ? "" : "no media but video";
 }
 

@@ -5,10 +5,17 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <optional>
+#include <string_view>
 
 namespace b2bua {
 
 namespace {
+
+constexpr std::ptrdiff_t kLevelDigits = 6;
+
+/// Those of eH264_profile_id, as `levelIn` tells them.
+constexpr unsigned int kLevels[] = {20, 21, 22, 24, 26, 40, 42, 44, 60, 62, 64, 80, 82, 84, 100, 102};
 
 /// An address as bytes, so that its spelling does not count.
 struct Address {
@@ -19,8 +26,10 @@ struct Address {
   bool operator==(const Address&) const = default;
 };
 
-Address addressOf(const std::string& text) {
-  const std::string host = text.substr(0, text.find('/'));
+/// @param text  also with a zone, or in brackets
+Address addressOf(std::string_view text) {
+  if (text.starts_with('[')) text.remove_prefix(1);
+  const std::string host(text.substr(0, text.find_first_of("/%]")));
   Address address;
   for (const int family : {AF_INET, AF_INET6}) {
     if (inet_pton(family, host.c_str(), address.bytes.data()) == 1) {
@@ -36,9 +45,22 @@ Address addressBehindType(const std::vector<std::string>& words, std::size_t typ
   return words.size() > type + 1 ? addressOf(words[type + 1]) : Address{};
 }
 
-bool isSecure(const BodySection& section) {
-  return section.transport.find("savp") != std::string::npos ||
-         section.transport.find("tls") != std::string::npos;
+/// @param transport  lower case
+bool isSecure(std::string_view transport) {
+  constexpr std::string_view kSecureParts[] = {"savp", "tls", "wss"};
+  return std::ranges::any_of(
+      kSecureParts, [&](std::string_view part) { return transport.find(part) != std::string_view::npos; });
+}
+
+/// @return the transports that a section may be given instead of its own (RFC 5939), in lower case
+std::vector<std::string> otherTransports(const BodySection& section) {
+  std::vector<std::string> transports;
+  for (const Attribute& attribute : section.attributes()) {
+    std::vector<std::string> words = wordsOf(lowerCase(attribute.value));
+    if (attribute.name != "tcap" || words.size() < 2) continue;
+    transports.insert(transports.end(), words.begin() + 1, words.end());  // behind the first one's number
+  }
+  return transports;
 }
 
 bool hasKeys(const BodySection& section) {
@@ -91,13 +113,23 @@ std::string wrongConnection(const Policy& policy, const BodyLines& body, const B
   return "a connection address of the other family";
 }
 
-/// What ICE and RTCP say of further addresses.
+/// @return where the type of a further address stands among an attribute's words, in front of the address: that of
+/// RTCP, or one to choose from (RFC 6947, RFC 7195)
+std::optional<std::size_t> typeOfFurtherAddress(const Attribute& attribute) {
+  if (attribute.name == "rtcp" || attribute.name == "ccap") return 2;
+  if (attribute.name == "altc") return 1;
+  return std::nullopt;
+}
+
+/// What ICE, RTCP and capabilities say of further addresses.
 std::string wrongFamily(const Policy& policy, const BodySection& section) {
   if (policy.addressFamily == IP_VERSION_UNKNOWN) return "";
   for (const Attribute& attribute : section.attributes()) {
     const std::vector<std::string> words = wordsOf(attribute.value);
-    const bool rtcp = attribute.name == "rtcp" && words.size() > 3;
-    if (isOtherFamily(policy, attribute) || (rtcp && !isOfFamily(policy, words[2], addressOf(words[3]))))
+    const std::optional<std::size_t> type = typeOfFurtherAddress(attribute);
+    const bool further = type && words.size() > *type + 1;
+    if (isOtherFamily(policy, attribute) ||
+        (further && !isOfFamily(policy, words[*type], addressOf(words[*type + 1]))))
       return "an address of the other family";
   }
   return "";
@@ -128,25 +160,24 @@ bool isWithin(const std::string& value, unsigned long most) {
   return (kind == "tias" ? bandwidth / 1000 : bandwidth) <= most;
 }
 
-/// The level stands in the last two of six hexadecimal digits (RFC 6184 8.1).
-bool isWithinLevel(const Attribute& attribute, eH264_profile_id most) {
-  constexpr std::array<unsigned int, 16> kLevels = {10, 11, 11, 12, 13, 20, 21, 22,
-                                                    30, 31, 32, 40, 41, 42, 50, 51};
+/// @return the highest level of H.264 in the parameters of a format, twice that of its level_idc, for 1b to lie behind 1;
+/// 0 for none. Other codecs have a profile-level-id too, but none of six digits.
+unsigned int levelIn(const std::string& parameters) {
   constexpr std::string_view kName = "profile-level-id=";
-  constexpr std::size_t kDigits = 6;
-  if (attribute.name != "fmtp") return true;
-  std::string value = lowerCase(attribute.value);
-  std::erase_if(value, [](char c) { return c == ' ' || c == '\t'; });
-  for (std::size_t at = 0; (at = value.find(kName, at)) != std::string::npos;) {
+  std::string text = lowerCase(parameters);
+  std::erase_if(text, [](char c) { return c == ' ' || c == '\t'; });
+  unsigned int highest = 0;
+  for (std::size_t at = text.find(kName); at != std::string::npos; at = text.find(kName, at)) {
     at += kName.size();
-    const char* const digits = value.data() + at;
-    const char* const last = digits + std::min(kDigits, value.size() - at);
-    unsigned int profile = 0;
-    const auto [end, error] = std::from_chars(digits, last, profile, 16);
-    const bool whole = error == std::errc() && end == digits + kDigits;
-    if (whole && (profile & 0xFFU) > kLevels[static_cast<std::size_t>(most)]) return false;
+    const std::string_view digits = std::string_view(text).substr(at, kLevelDigits);
+    unsigned int number = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number, 16);
+    if (error != std::errc() || end != digits.data() + kLevelDigits) continue;
+    const unsigned int level = number & 0xFF;
+    const bool is1b = level == 9 || (level == 11 && (number & 0x1000) != 0);
+    highest = std::max(highest, is1b ? 2 * 10 + 1 : 2 * level);
   }
-  return true;
+  return highest;
 }
 
 std::string wrongVideo(const Policy& policy, const BodySection& section) {
@@ -155,17 +186,24 @@ std::string wrongVideo(const Policy& policy, const BodySection& section) {
   for (const BodyLine& line : section.lines) {
     if (line.type == 'b' && !isWithin(line.value, policy.videoBandwidth)) return "too much bandwidth";
   }
+  const unsigned int highest = kLevels[policy.videoLevel];
   for (const Attribute& attribute : section.attributes()) {
-    if (!isWithinLevel(attribute, policy.videoLevel)) return "a higher level of H.264";
+    if (attribute.name == "fmtp" && levelIn(attribute.value) > highest) return "too high a level";
   }
   return "";
 }
 
 std::string wrongSecurity(const Policy& policy, const BodySection& section, bool keysSuffice) {
   if (policy.security == Security::plain && hasKeys(section)) return "keys";
+  const std::vector<std::string> others = otherTransports(section);
+  if (policy.security == Security::plain && std::ranges::any_of(others, isSecure))
+    return "a secure transport";
+  if (policy.security == Security::secure && !std::ranges::all_of(others, isSecure))
+    return "a plain transport";
   if (!section.isActive()) return "";
-  if (policy.security == Security::plain && isSecure(section)) return "a secure m-line";
-  if (policy.security == Security::secure && !isSecure(section) && !(keysSuffice && hasKeys(section)))
+  const bool secure = isSecure(section.transport);
+  if (policy.security == Security::plain && secure) return "a secure m-line";
+  if (policy.security == Security::secure && !secure && !(keysSuffice && hasKeys(section)))
     return "a plain m-line";
   return "";
 }

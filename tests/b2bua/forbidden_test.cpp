@@ -24,11 +24,12 @@ const std::string kCandidate = "1 1 UDP 2130706431 10.0.0.1 49170 typ host";
 const std::string kPlain = "security = plain\n";
 const std::string kSecure = "security = secure\n";
 const std::string kNoVideo = "video = off\n";
-const std::string kCapped = "video = cap 512 3.1\n";
+const std::string kHigher = "video = cap 512 3.1\n";
 const std::string kNoIce = "ice = remove\n";
 const std::string kFour = "address-family = ipv4\n";
 const std::string kAddress = "connection-address = 198.51.100.1\n";
 const std::string kCodecs = "audio-codecs = PCMA\n";
+const std::string kCapped = "video = cap 500 1.3\n";
 
 struct Probe {
   const char* name;
@@ -38,14 +39,15 @@ struct Probe {
 
 /// What nothing that goes out under a policy has in it, in lower case.
 const std::map<std::string, std::vector<std::string>> kForbidden = {
-    {kPlain, {"crypto", "inline:", "key-mgmt", "fingerprint", "zrtp", "savp", "tls", "k="}},
-    {kSecure, {"49170", "bundle-only"}},
+    {kPlain, {"crypto", "inline:", "key-mgmt", "fingerprint", "zrtp", "savp", "tls", "wss", "k="}},
+    {kSecure, {"49170", "udp/bfcp", "rtp/avp", "bundle-only"}},
     {kNoVideo, {"42000", "bundle-only"}},
-    {kCapped, {"42e033", "42e0ff"}},
     {kNoIce, {"ice-", "candidate"}},
     {kFour, {"2001:db8"}},
     {kAddress, {"c=in ip4 192", "10.0.0.1"}},
     {kCodecs, {"49172", "bundle-only"}},
+    {kHigher, {"42e033", "42e0ff"}},
+    {kCapped, {"42e01f"}},
 };
 
 /// @return the first of the words that stands in a text, in any case
@@ -70,6 +72,12 @@ const Probe kProbes[] = {
     {"a key in the session's k-line", kPlain, kHead + "k=prompt\r\n" + kAudio},
     {"a key in a capability", kPlain, kHead + kAudio + "a=acap:1 crypto:1 " + kKey + "\r\n"},
     {"a key in a capability behind a tab", kPlain, kHead + kAudio + "a=acap:1\tcrypto:1 " + kKey + "\r\n"},
+    {"a secure transport to choose", kPlain, kHead + kAudio + "a=tcap:1 RTP/SAVP\r\na=pcfg:1 t=1\r\n"},
+    {"a secure transport for all to choose", kPlain,
+     kHead + "a=TCAP:1 RTP/AVP UDP/TLS/RTP/SAVP\r\n" + kAudio + "a=pcfg:1 t=2\r\n"},
+    {"a secure section that shares a port", kPlain,
+     kHead + kAudio + "m=Audio 0 rtp/savp 8\r\na=Bundle-Only\r\n"},
+    {"a web socket with TLS", kPlain, kHead + kAudio + "m=application 49172 TCP/WSS/BFCP *\r\n"},
     {"a key of MIKEY in upper case", kPlain, kHead + kAudio + "a=KEY-MGMT:mikey AQAFgM0XflABAAAA\r\n"},
     {"a key in a refused section", kPlain,
      kHead + kAudio + "m=audio 0 RTP/AVP 8\r\na=Crypto:1 " + kKey + "\r\n"},
@@ -85,6 +93,11 @@ const Probe kProbes[] = {
     {"a plain transport that uses another section's port", kSecure,
      kHead + "a=group:BUNDLE 0 1\r\nm=audio 49172 RTP/SAVP 8\r\na=mid:0\r\na=crypto:1 " + kKey +
          "\r\nm=audio 0 rtp/avp 8\r\n" + kBundled},
+    {"a plain transport to choose", kSecure,
+     kHead + "m=audio 49172 RTP/SAVP 8\r\na=crypto:1 " + kKey + "\r\na=tcap:1 RTP/AVP\r\na=pcfg:1 t=1\r\n"},
+    {"a plain section that shares a port", kSecure,
+     kHead + "m=audio 49172 RTP/SAVP 8\r\na=crypto:1 " + kKey +
+         "\r\nm=application 0 UDP/BFCP *\r\na=bundle-only\r\n"},
     {"video with a zero before its port", kNoVideo, kHead + kAudio + "m=video 042000 RTP/AVP 97\r\n"},
     {"video in upper case", kNoVideo, kHead + kAudio + "m=VIDEO 42000 RTP/AVP 97\r\n"},
     {"video behind two blanks", kNoVideo, kHead + kAudio + "m=video  42000 RTP/AVP 97\r\n"},
@@ -92,15 +105,16 @@ const Probe kProbes[] = {
     {"video in a last line without end", kNoVideo, kHead + kAudio + "m=Video 42000 RTP/AVP 97"},
     {"video behind a CR", kNoVideo, kHead + kAudio + "a=x\rm=video 42000 RTP/AVP 97\r\n"},
     {"video with a number of ports", kNoVideo, kHead + kAudio + "m=Video 0042000/2 RTP/AVP 97\r\n"},
-    {"video of a higher level in upper case", kCapped,
+    {"video of a higher level in upper case", kHigher,
      kHead + kAudio + kVideo + "a=fmtp:97 PROFILE-LEVEL-ID=42e033\r\n"},
-    {"video of a higher level behind blanks", kCapped,
+    {"video of a higher level behind blanks", kHigher,
      kHead + kAudio + kVideo + "a=fmtp:97 packetization-mode=1; profile-level-id = 42E033\r\n"},
-    {"video of a level that is none", kCapped,
+    {"video of a level that is none", kHigher,
      kHead + kAudio + kVideo + "a=fmtp:97 profile-level-id=42e0ff\r\n"},
     {"a candidate in upper case", kNoIce, kHead + kAudio + "a=CANDIDATE:" + kCandidate + "\r\n"},
     {"a candidate behind a blank", kNoIce, kHead + kAudio + "a= candidate:" + kCandidate + "\r\n"},
     {"a candidate in a last line without end", kNoIce, kHead + kAudio + "a=Candidate:" + kCandidate},
+    {"a candidate without a colon", kNoIce, kHead + kAudio + "a=candidate " + kCandidate + "\r\n"},
     {"a password behind a CR", kNoIce, kHead + kAudio + "a=x\ra=ice-pwd:asd88fgpdd777uzjYhagZg\r\n"},
     {"a remote candidate alone", kNoIce, kHead + kAudio + "a=Remote-Candidates:1 10.0.0.1 45664\r\n"},
     {"a session name that looks like an address", kAddress,
@@ -114,10 +128,26 @@ const Probe kProbes[] = {
      kHead + kAudio + "m=audio 49172 RTP/AVP 8\r\nc=IN IP4 2001:db8::10\r\n"},
     {"a candidate of the other family", kFour,
      kHead + kAudio + "a=Candidate:1 1 UDP 1 2001:db8::10 49170 typ host\r\n"},
+    {"a candidate in brackets", kFour,
+     kHead + kAudio + "a=Candidate:1 1 UDP 1 [2001:db8::10] 49170 typ host\r\n"},
+    {"an address of the other family with a zone", kFour,
+     kHead + kAudio + "m=audio 49172 RTP/AVP 8\r\nc=IN IP4 2001:db8::10%eth0\r\n"},
+    {"an alternative address of the other family", kFour,
+     kHead + kAudio + "a=altc:1 IP6 2001:db8::10 45678\r\n"},
+    {"an address of the other family to choose", kFour,
+     kHead + kAudio + "a=ccap:1 IN IP6 2001:db8::10\r\na=pcfg:1 c=1\r\n"},
     {"RTCP at the other family", kFour, kHead + kAudio + "a=rtcp:53020 IN IP6 2001:db8::10\r\n"},
     {"a codec of a second section in upper case", kCodecs, kHead + kAudio + "m=AUDIO 49172 RTP/AVP 0\r\n"},
     {"a codec that uses another section's port", kCodecs,
      kHead + "a=group:BUNDLE 0 1\r\n" + kAudio + "a=mid:0\r\nm=audio 0 RTP/AVP 0\r\n" + kBundled},
+    {"a level in upper case", kCapped,
+     kHead + kAudio +
+         "m=video 42000 RTP/AVP 97\r\na=RTPMAP:97 H264/90000\r\na=FMTP:97 PROFILE-LEVEL-ID = 42E01F\r\n"},
+    {"a level of video in upper case", kCapped,
+     kHead + kAudio +
+         "m=VIDEO 42000 RTP/AVP 97\r\na=rtpmap:97 H264/90000\r\na=fmtp:97 profile-level-id=42e01f\r\n"},
+    {"a codec that shares a port", kCodecs,
+     kHead + kAudio + "m=AUDIO 0 RTP/AVP 0\r\na=bundle-only\r\na=x:49172\r\n"},
     {"a section without an allowed codec", kCodecs, kHead + kAudio + "m=audio 49172 RTP/AVP 0\r\n"},
 };
 
@@ -132,17 +162,29 @@ const Probe kAllowed[] = {
     {"video", kNoVideo, kHead + kAudio + "m=video 42000 RTP/AVP 97\r\n"},
     {"video that uses another section's port", kNoVideo,
      kHead + "a=group:BUNDLE 0 1\r\n" + kAudio + "a=mid:0\r\nm=video 0 RTP/AVP 97\r\n" + kBundled},
-    {"video of a higher level", kCapped,
+    {"video of a higher level", kHigher,
      kHead + kAudio + kVideo + "a=fmtp:97 profile-level-id=42e033;packetization-mode=1\r\n"},
-    {"video of the level", kCapped,
+    {"video of the level", kHigher,
      kHead + kAudio + kVideo + "a=fmtp:97 Profile-Level-Id=42e01F;packetization-mode=1\r\n"},
-    {"video of another encoding with levels", kCapped,
+    {"video of another encoding with levels", kHigher,
      kHead + kAudio +
          "m=video 42000 RTP/AVP 98\r\na=rtpmap:98 MP4V-ES/90000\r\na=fmtp:98 PROFILE-LEVEL-ID=245\r\n"},
     {"ICE", kNoIce,
      kHead + kAudio + "a=candidate:" + kCandidate +
          "\r\na=ice-ufrag:abcd\r\na=ice-pwd:asd88fgpdd777uzjYhagZg\r\na=end-of-candidates\r\n"},
     {"video that is inactive", kNoVideo, kHead + kAudio + "m=video 42000 RTP/AVP 97\r\na=inactive\r\n"},
+    {"video that shares a port", kNoVideo,
+     kHead + "a=group:BUNDLE 1 2\r\n" + kAudio +
+         "a=mid:1\r\nm=video 0 RTP/AVP 97\r\na=mid:2\r\na=bundle-only\r\n"},
+    {"a level that is lowered", kCapped,
+     kHead + kAudio +
+         "m=video 42000 RTP/AVP 97\r\na=rtpmap:97 H264/90000\r\na=fmtp:97 profile-level-id=42e01f\r\n"},
+    {"level 1b", kCapped,
+     kHead + kAudio +
+         "m=video 42000 RTP/AVP 97\r\na=rtpmap:97 H264/90000\r\na=fmtp:97 profile-level-id=42f00b\r\n"},
+    {"a profile of another codec", kCapped,
+     kHead + kAudio +
+         "m=video 42000 RTP/AVP 97\r\na=rtpmap:97 MP4V-ES/90000\r\na=fmtp:97 profile-level-id=245\r\n"},
     {"candidates of both families", kFour,
      kHead + kAudio + "a=candidate:" + kCandidate +
          "\r\na=candidate:2 1 UDP 1 2001:db8::10 49170 typ host\r\n"},

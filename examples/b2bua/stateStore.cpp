@@ -6,6 +6,7 @@
 
 #include <map>
 #include <stdexcept>
+#include <utility>
 
 namespace b2bua {
 
@@ -17,6 +18,7 @@ constexpr std::chrono::milliseconds kLongestReply{
     200};                                      ///< to all that is asked at once, the connecting included
 constexpr unsigned long kMostPerSecond = 500;  ///< ms that the engine waits for replies
 constexpr std::chrono::seconds kBetweenAttempts{1};
+constexpr int kMostElements = 256;         ///< of a reply; a call has fewer than a hundred
 constexpr const char* kKeepFor = "86400";  ///< seconds; what nobody ends goes by itself
 
 /// Requests that the former process may have sent since it kept the call.
@@ -73,6 +75,17 @@ bool isReady(const redisContext& context, short event, Clock::time_point deadlin
   return poll(&socket, 1, static_cast<int>(left.count())) == 1;
 }
 
+/// The client takes room for as many elements as a reply announces, and goes through it again when it gives the reply up:
+/// with a billion of them it would be busy for seconds.
+void limitArrays(redisReader& reader) {
+  static const redisReplyObjectFunctions own = *reader.fn;
+  static redisReplyObjectFunctions limited = own;
+  limited.createArray = [](const redisReadTask* task, auto count) -> void* {
+    return std::cmp_less_equal(count, kMostElements) ? own.createArray(task, count) : nullptr;
+  };
+  reader.fn = &limited;
+}
+
 /// A name is asked for once: later it might hold the engine.
 std::string resolved(const std::string& host) {
   addrinfo hints{};
@@ -103,7 +116,9 @@ StateStore::StateStore(const std::string& address) : context_(nullptr, redisFree
 bool StateStore::connect(Clock::time_point deadline) {
   if (context_ && context_->err == 0) return true;
   context_.reset(redisConnectNonBlock(host_.c_str(), port_));
-  return context_ && context_->err == 0 && isReady(*context_, POLLOUT, deadline);
+  if (!context_ || context_->err != 0) return false;
+  limitArrays(*context_->reader);
+  return isReady(*context_, POLLOUT, deadline);
 }
 
 /// However slowly the server answers, there is one deadline for all that is asked; then its connection is given up,

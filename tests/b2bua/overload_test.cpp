@@ -168,6 +168,15 @@ TEST_F(Overload, aStoreThatAnswersSlowlyHoldsNobody) {
       200);
 }
 
+// What a reply announces is not made room for before it comes.
+TEST_F(Overload, aStoreThatAnnouncesABillionElementsHoldsNobody) {
+  const SlowServer server("+PONG\r\n", "*1000000000\r\n");
+  start({"--state", "redis://127.0.0.1:" + server.port()});
+  caller_.request(engine_->address(), {.method = "BYE", .toTag = ";tag=0123456789abcdef-c"});
+  EXPECT_EQ(statusOf(caller_.ask(engine_->address(), {.method = "OPTIONS", .call = 2}, kPromptly)), 200);
+  EXPECT_EQ(server.requests(), 2);
+}
+
 // Five each second; the others are as good as lost, and repeated.
 TEST_F(Overload, theStoreIsAskedForFewUnknownTags) {
   const SlowServer server("+PONG\r\n", "*0\r\n");

@@ -136,10 +136,12 @@ constexpr Explanation explanations[] = {{"The c-line is malformed.", true, expla
                                         {"There is no memory", true, explainMemory},
                                         {"exceeds MAX_SDP_PROTOCOL_DATA_SIZE", false, explainLength}};
 
+constexpr std::string_view noDummy = "Failed to create a dummy SDP";
+
 /// Errors that are traced behind what failed, or that are none.
-constexpr std::string_view sayNothing[] = {
-    "Failed to create a dummy SDP", "The ICE attributes have been removed.", "The o-line has been changed.",
-    "Preconditions attributes cannot add to the buffer"};
+constexpr std::string_view sayNothing[] = {noDummy, "The ICE attributes have been removed.",
+                                           "The o-line has been changed.",
+                                           "Preconditions attributes cannot add to the buffer"};
 
 bool saysNothing(std::string_view line) {
   return std::any_of(std::begin(sayNothing), std::end(sayNothing),
@@ -165,7 +167,10 @@ std::string cannotBeStored() {
 
 /// A line of a trace in plain words where its own are for the library's developers.
 std::string inWords(std::string_view line) {
-  if (!sdpneg::contains(line, "The noOfMDs > ")) return std::string(withoutPrefix(line));
+  std::string words(withoutPrefix(line));
+  // The body itself has been read before.
+  if (words.starts_with("line ")) return "what comes of it cannot be read: " + words;
+  if (!sdpneg::contains(line, "The noOfMDs > ")) return words;
   return "what comes of it has more than the " + std::to_string(SDP_MEDIA_CAPACITY) +
          " m-lines that are read";
 }
@@ -202,10 +207,11 @@ std::string explainRefusedRequest(std::span<const TraceLine> trace, unsigned sho
   if (status == storingFailed && !ended) return cannotBeStored();
   if (!errors.empty()) return inWords(errors.back());
   if (auto room = explainRoom(trace)) return *room;
-  // Some requests report their refusals as information.
+  // Some requests report their refusals as information; what a dummy is made of is none.
   bool unused = false;
   errors = errorsOf(trace, unused, infoFlag);
-  if (!errors.empty()) return std::string(withoutPrefix(errors.back()));
+  const bool made = !trace.empty() && sdpneg::contains(trace.back().text, noDummy);
+  if (!errors.empty() && !made) return std::string(withoutPrefix(errors.back()));
   if (trace.empty()) return "status " + std::to_string(status);
   return std::string(withoutPrefix(trace.back().text));
 }

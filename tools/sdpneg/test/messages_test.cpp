@@ -146,7 +146,8 @@ TEST(Quotation, showsWhatStandsInTheBody) {
 TEST(RefusedRequest, isToldTheReasonOfItsOwn) {
   const std::string fax(bodies::faxCall);
   const std::string line = "m=audio 5004 RTP/AVP 0\n";
-  const std::string head = "v=0\no=- 1 1 IN IP4 192.0.2.1\ns=-\nc=IN IP4 192.0.2.1\nt=0 0\n";
+  const std::string session = "v=0\no=- 1 1 IN IP4 192.0.2.1\ns=-\n";
+  const std::string head = session + "c=IN IP4 192.0.2.1\nt=0 0\n";
   std::string many = head;
   for (int i = 0; i < 25; ++i) many += line;
   // A new o-line takes the room of the old one, or some digits of the time of day less.
@@ -176,7 +177,23 @@ TEST(RefusedRequest, isToldTheReasonOfItsOwn) {
        {"dummy", "answer", "192.0.2.10", "0"},
        head + "m=audio 5004/2 RTP/AVP 0\n",
        1,
-       "dummy is refused: Failed to create a dummy SDP Answer\n"}};
+       "dummy is refused: Failed to create a dummy SDP Answer\n"},
+      // A key was made before the line that cannot be used; that is not why.
+      {"dummyOfUnreadableKeys",
+       {"dummy", "answer", "192.0.2.10", "5000"},
+       session +
+           "c=IN IP4 192.0.2.1\nt=0 0\nm=audio 5004 RTP/SAVP 0\na=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:" +
+           "PS1uQCVeeCFCanVmcjkpPywjNWhcYD0mXXtxaVBR\na=crypto:\n",
+       1,
+       "dummy is refused: Failed to create a dummy SDP Answer\n"},
+      // The c-line is copied over 20 of the next m-line's characters: what is left of that is no line of the given body.
+      {"unreadableText",
+       {"remove-video"},
+       session + "t=0 0\nm=video 5006 RTP/AVP 99\nm=audio 5004 RTP/AVP 0\nc=IN IP4 192.0.2.1\n",
+       1,
+       "remove-video is refused: what comes of it cannot be read: line 7, column 2: expected an equals sign "
+       "behind the "
+       "letter, found \" 0\"\n"}};
   for (const Refusal& each : refusals) {
     SCOPED_TRACE(each.name);
     expectRefusal(each);

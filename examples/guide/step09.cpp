@@ -19,7 +19,7 @@ std::string pack(const cSdpNegotiator& object) {
 bool unpack(cSdpNegotiator& object, const std::string& bytes) {
   const auto* in = reinterpret_cast<const unsigned char*>(bytes.data());
   if (object.uncompressObject(in, static_cast<unsigned int>(bytes.size())) == 0) return true;
-  object.sdpParse("", SDP_TYPE_UNKNOWN);  // a refusal leaves it as it was: empty it
+  object.sdpParse("", SDP_TYPE_UNKNOWN);  // a refusal leaves it as it was, a new one undefined: empty it
   return false;
 }
 

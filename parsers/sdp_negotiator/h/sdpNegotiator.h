@@ -20,9 +20,9 @@ inline constexpr unsigned short SDP_M_LINES_NOT_ADDED = 3;
 
 /// One SDP body (RFC 4566) with the summary of what it says.
 ///
-/// An object is a plain record of 2692 bytes without destructor and pointers: it may be copied byte for byte. A new
-/// one is empty, and of its text store no more than the first character is set. Objects whose bytes come from
-/// elsewhere may claim anything; no operation trusts the claims.
+/// An object is a plain record of 2692 bytes without constructor, destructor and pointers: it may be copied byte for
+/// byte. One that `empty` or `sdpParse` made is empty or has a body; one with `{}` alone has no text; one without an initialiser is undefined until `sdpParse` was called, with an empty text if need be.
+/// Objects whose bytes come from elsewhere may claim anything; no operation trusts the claims.
 ///
 /// Status results are 0 for success and 1 for failure unless an operation says otherwise. Texts end in NUL;
 /// a null text counts as an empty one unless an operation says otherwise. Operations report through
@@ -40,10 +40,7 @@ inline constexpr unsigned short SDP_M_LINES_NOT_ADDED = 3;
 class SDP_NEGOTIATOR_API cSdpNegotiator {
  public:
   /// Makes an empty object: no text, and the summary in its initial state.
-  cSdpNegotiator() noexcept {
-    parsedData.init();
-    rawSdp[0] = '\0';
-  }
+  static cSdpNegotiator empty() noexcept;
 
   /// @name Body and parse (sdpNegotiator/parse.cpp)
   /// @{

@@ -1,4 +1,4 @@
-#include <memory>
+#include <cstring>
 #include <new>
 
 #include "objectTestSupport.h"
@@ -31,45 +31,38 @@ void expectEmpty(const cSdpNegotiator& object) {
   EXPECT_STREQ(text, "");
 }
 
-TEST(NewObject, IsEmptyWithAndWithoutBraces) {
+TEST(NewObject, IsEmptyWhereItIsMadeSo) {
   DirtyMemory memory;
-  expectEmpty(*::new (memory.bytes) cSdpNegotiator);
-  DirtyMemory withBraces;
-  expectEmpty(*::new (withBraces.bytes) cSdpNegotiator{});
-  const cSdpNegotiator constant;
-  expectEmpty(constant);
+  expectEmpty(*::new (memory.bytes) cSdpNegotiator(cSdpNegotiator::empty()));
+  EXPECT_TRUE(sameBytes(cSdpNegotiator::empty(), emptyObject()));
 }
 
-TEST(NewObject, IsEmptyInAnArray) {
-  const std::vector<cSdpNegotiator> objects(3);
-  for (const cSdpNegotiator& each : objects) expectEmpty(each);
+TEST(NewObject, HasNoTextWithBracesAlone) {
+  DirtyMemory memory;
+  cSdpNegotiator& object = *::new (memory.bytes) cSdpNegotiator{};
+  EXPECT_FALSE(object.isSdpPresent());
+  EXPECT_EQ(object.getRawSdpSize(), 0U);
+  EXPECT_EQ(object.getSdpSecurityType(), SECURITY_NONE);
+  char text[8] = "#######";
+  TraceCapture trace;
+  EXPECT_EQ(object.getSDP(text, sizeof text), 1);
+  EXPECT_TRUE(trace.has(4, 3, "The raw SDP buffer is empty."));
+  EXPECT_EQ(object.sdpIncVersion(), 1);
+  EXPECT_FALSE(object.isSdpPresent());
 }
 
 TEST(NewObject, IsCopiedByteForByte) {
-  DirtyMemory memory;
-  const cSdpNegotiator& object = *::new (memory.bytes) cSdpNegotiator;
+  const cSdpNegotiator object = cSdpNegotiator::empty();
   DirtyMemory other;
   std::memcpy(other.bytes, &object, sizeof object);
   expectEmpty(*std::launder(reinterpret_cast<const cSdpNegotiator*>(other.bytes)));
 }
 
-TEST(NewObject, TravelsWithoutWhatItsMemoryHeld) {
+TEST(NewObject, TakesABodyWhateverItsMemoryHeld) {
   DirtyMemory memory;
-  const cSdpNegotiator& object = *::new (memory.bytes) cSdpNegotiator;
-  unsigned char* bytes = nullptr;
-  unsigned int size = 0;
-  ASSERT_EQ(object.compressObject(&bytes, size), 0);
-  const std::unique_ptr<unsigned char[]> owner(bytes);
-  ASSERT_LE(size, sizeof object);
-  const Record reset;
-  EXPECT_EQ(std::memcmp(bytes, &reset, size), 0);
-}
-
-TEST(NewObject, TakesABodyAsAnEmptiedOneDoes) {
-  DirtyMemory memory;
-  cSdpNegotiator& object = *::new (memory.bytes) cSdpNegotiator;
+  cSdpNegotiator& object = *std::launder(reinterpret_cast<cSdpNegotiator*>(memory.bytes));
   ASSERT_EQ(object.sdpParse(audioBody().c_str(), SDP_TYPE_OFFER), 0);
-  cSdpNegotiator emptied = emptyObject();
+  cSdpNegotiator emptied = cSdpNegotiator::empty();
   ASSERT_EQ(emptied.sdpParse(audioBody().c_str(), SDP_TYPE_OFFER), 0);
   EXPECT_TRUE(sameBytes(object, emptied));
 }

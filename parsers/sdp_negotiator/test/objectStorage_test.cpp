@@ -10,9 +10,7 @@
 
 namespace {
 
-static_assert(std::is_trivially_copyable_v<cSdpNegotiator> && std::is_standard_layout_v<cSdpNegotiator>);
-static_assert(std::is_trivially_destructible_v<cSdpNegotiator> && !std::is_polymorphic_v<cSdpNegotiator>);
-static_assert(std::is_nothrow_default_constructible_v<cSdpNegotiator>);
+static_assert(std::is_trivial_v<cSdpNegotiator> && std::is_standard_layout_v<cSdpNegotiator>);
 static_assert(sizeof(cSdpNegotiator) == 2692);
 
 unsigned int storedLength(const cSdpNegotiator& object) { return object.getParsedData().storedSdpLength; }

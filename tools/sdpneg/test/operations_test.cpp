@@ -24,7 +24,7 @@ const std::map<std::string, std::string> commands = {{"sdpUpdateAnswer", "update
 
 /// Operations that are not meant to be asked for.
 const std::map<std::string, std::string> unasked = {
-    {"cSdpNegotiator", "makes an empty object"},
+    {"empty", "makes an empty object"},
     {"initAudioCodecs", "empties a part of the summary"},
     {"initPacketizationPeriod", "empties a part of the summary"},
     {"initSdpDescriptor", "empties a part of the summary"},

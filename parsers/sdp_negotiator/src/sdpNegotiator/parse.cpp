@@ -6,6 +6,12 @@
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorTrace.h"
 
+cSdpNegotiator cSdpNegotiator::empty() noexcept {
+  cSdpNegotiator object{};
+  object.parsedData.init();
+  return object;
+}
+
 void cSdpNegotiator::reset() {
   parsedData.init();
   std::memset(rawSdp, 0, sizeof rawSdp);

@@ -7,8 +7,7 @@
 #include "sdpNegotiator/deflate.h"
 #include "sdpNegotiatorTrace.h"
 
-static_assert(std::is_trivially_copyable_v<cSdpNegotiator> && std::is_standard_layout_v<cSdpNegotiator>);
-static_assert(std::is_trivially_destructible_v<cSdpNegotiator>);
+static_assert(std::is_trivial_v<cSdpNegotiator> && std::is_standard_layout_v<cSdpNegotiator>);
 static_assert(sizeof(cSdpNegotiator) == sizeof(sSdpParsedData) + SDP_STORED_TEXT_SIZE);
 
 namespace sdpneg {

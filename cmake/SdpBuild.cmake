@@ -34,6 +34,7 @@ function(sdp_add_library name)
     PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${ARG_PUBLIC_LIBS}
                                 PRIVATE $<BUILD_INTERFACE:sdp_build_flags> $<BUILD_INTERFACE:sdp_hardening>
+                                         $<BUILD_INTERFACE:sdp_text>
                                         ${ARG_PRIVATE_LIBS})
   set_target_properties(${name} PROPERTIES
     CXX_VISIBILITY_PRESET hidden

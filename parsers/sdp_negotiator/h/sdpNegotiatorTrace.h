@@ -1,12 +1,18 @@
 #ifndef SDP_NEGOTIATOR_TRACE_H
 #define SDP_NEGOTIATOR_TRACE_H
 
+#include <cstdarg>
+
 #include "sdpNegotiatorExport.h"
 
 namespace sdpneg {
 /// Whether trace lines are written. A trace call asks that by itself; this is for the library's own loops, which would do
 /// so many times. Not exported.
 bool isTracing();
+namespace trace {
+/// `cNegotTraceManager::writeTraceMsg` with the arguments of another variadic function. Not exported.
+int write(int flag, int level, const char* format, va_list arguments) __attribute__((format(printf, 3, 0)));
+}  // namespace trace
 }  // namespace sdpneg
 
 /// The prefixes of trace lines, NUL-padded: "SDP_NEGOTIATOR_DEBUG:", "SDP_NEGOTIATOR_INFO:",
@@ -51,6 +57,7 @@ class SDP_NEGOTIATOR_API cNegotTraceManager {
 
  private:
   friend bool sdpneg::isTracing();
+  friend int sdpneg::trace::write(int, int, const char*, va_list);
 
   /// The facility's handle of the component; -1 while it is not registered, 0 before the constructor.
   int handle;

@@ -98,12 +98,14 @@ cNegotTraceManager::cNegotTraceManager() : handle(-1) {
 
 cNegotTraceManager::~cNegotTraceManager() = default;
 
-int cNegotTraceManager::writeTraceMsg(int flag, int level, const char* format, ...) {
-  if (!sdpneg::isTracing()) return 0;
+int sdpneg::trace::write(int flag, int level, const char* format, va_list arguments) {
+  return isTracing() ? writeLine(negotTrcManager.handle, flag, level, format, arguments) : 0;
+}
 
+int cNegotTraceManager::writeTraceMsg(int flag, int level, const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  const int result = sdpneg::writeLine(negotTrcManager.handle, flag, level, format, arguments);
+  const int result = sdpneg::trace::write(flag, level, format, arguments);
   va_end(arguments);
   return result;
 }

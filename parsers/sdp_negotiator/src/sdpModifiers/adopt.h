@@ -7,15 +7,14 @@
 #include <optional>
 #include <string_view>
 
-#include "sdpNegotiatorTrace.h"
 #include "text/sdpText.h"
 #include "text/search.h"
+#include "trace.h"
 
 namespace sdpneg {
 
 inline void traceUnusable(const char* operation) {
-  cNegotTraceManager::writeTraceMsg(4, 3, "%s(): The SDP buffer is null or holds no end of text. Exiting.",
-                                    operation);
+  trace::error("%s(): The SDP buffer is null or holds no end of text. Exiting.", operation);
 }
 
 /// Whether a caller's buffer holds a text that can be edited; traces when it does not.
@@ -39,8 +38,7 @@ inline std::optional<std::string_view> adoptedView(const char* text, const char*
 inline bool areLineTexts(std::initializer_list<std::string_view> texts, const char* operation) {
   for (const std::string_view text : texts) {
     if (std::none_of(text.begin(), text.end(), isControl)) continue;
-    cNegotTraceManager::writeTraceMsg(4, 3, "%s(): An argument holds a control character. Exiting.",
-                                      operation);
+    trace::error("%s(): An argument holds a control character. Exiting.", operation);
     return false;
   }
   return true;

@@ -7,9 +7,9 @@
 #include "sdpModifiers/adopt.h"
 #include "sdpModifiers/recordText.h"
 #include "sdpModifiers/removedMLines.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
+#include "trace.h"
 
 // Alternative network address types (ANAT, RFC 4091): a group of media sections that offer one medium over either
 // IP version.
@@ -55,8 +55,7 @@ void applyAnat(SdpText& text) {
   addGroupLine(edited, text.view(), firstMLine);
   addSectionsWithMid(edited, text.view(), firstMLine);
   if (edited.cut() || text.replace({0, text.size()}, edited.view()) != Edit::done) {
-    cNegotTraceManager::writeTraceMsg(
-        4, 3, "sdpApplyAnatAttributes(): The ANAT attributes do not fit the SDP buffer. Exiting.");
+    trace::error("sdpApplyAnatAttributes(): The ANAT attributes do not fit the SDP buffer. Exiting.");
   }
 }
 
@@ -136,8 +135,7 @@ void removeSessionConnection(SdpText& text, std::string_view connection, std::si
   const Line line = lineAt(text.view(), at);
   if (!line.terminated) return;
   text.erase({line.begin, line.next()});
-  cNegotTraceManager::writeTraceMsg(
-      2, 2, "Removed session level c-line because its IP type matches the removed media.");
+  trace::info("Removed session level c-line because its IP type matches the removed media.");
 }
 
 DummyMLine readCode(unsigned char code) {
@@ -145,8 +143,7 @@ DummyMLine readCode(unsigned char code) {
 }
 
 void traceRecord(std::string_view codes) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpReInsertAnat() method. input is [%s]",
-                                    recordText<101>(codes).text());
+  trace::progress("Entering sdpReInsertAnat() method. input is [%s]", recordText<101>(codes).text());
 }
 
 }  // namespace
@@ -159,7 +156,7 @@ void sdpModifications::sdpApplyAnatAttributes(char* sdp) {
 
 unsigned short sdpModifications::sdpRemoveAnat(char* sdp, eIPAddressVersion ipVersion, char* removed,
                                                unsigned short& oLineEnd, bool modifyOLine) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpRemoveAnat() method.");
+  trace::progress("Entering sdpRemoveAnat() method.");
   sdpRemoveAnatAttributes(sdp);
   SdpText text(sdp);
   if (sdp != nullptr && adopted(text, "sdpRemoveAnat")) {
@@ -170,7 +167,7 @@ unsigned short sdpModifications::sdpRemoveAnat(char* sdp, eIPAddressVersion ipVe
     }
     removeSessionConnection(text, connection, sections.firstMLine);
   }
-  cNegotTraceManager::writeTraceMsg(8, 4, "Exiting sdpRemoveAnat() method.");
+  trace::progress("Exiting sdpRemoveAnat() method.");
   return 0;
 }
 

@@ -12,9 +12,9 @@
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorParser/descriptionView.h"
 #include "sdpNegotiatorParser/withDescription.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
+#include "trace.h"
 
 // An answer follows a new offer that differs from the old one in its codecs only (RFC 3264 8).
 
@@ -34,7 +34,7 @@ using CodecSet = std::bitset<256>;
 using FormatSet = std::bitset<SDP_FORMAT_CAPACITY>;
 
 unsigned short refuse(const char* reason) {
-  cNegotTraceManager::writeTraceMsg(4, 3, "%s", reason);
+  trace::error("%s", reason);
   return 1;
 }
 
@@ -264,6 +264,6 @@ unsigned short sdpModifications::sdpUpdateSdp(char* sdpAnswer, char* oldSdpOffer
   answer.replace({0, answer.size()}, result);
   oLineEnd = newEnd;
   length = static_cast<int>(answer.size());
-  cNegotTraceManager::writeTraceMsg(8, 4, "Exiting sdpUpdateAnswer()");
+  trace::progress("Exiting sdpUpdateAnswer()");
   return 0;
 }

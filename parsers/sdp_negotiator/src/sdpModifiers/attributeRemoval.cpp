@@ -3,7 +3,7 @@
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 
 // Removal of all lines that hold one of some texts.
 
@@ -27,42 +27,41 @@ std::size_t removeLines(char* sdp, std::span<const std::string_view> prefixes, c
 }  // namespace
 
 unsigned short sdpModifications::sdpRemoveSecureAttributes(char* sdp, const char* prefix) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpRemoveSecureAttributes() method.");
+  trace::progress("Entering sdpRemoveSecureAttributes() method.");
   const std::string_view prefixes[] = {viewOf(prefix)};
   const bool given = !prefixes[0].empty();
   if (given && removeLines(sdp, prefixes, "sdpRemoveSecureAttributes") > 0) {
-    cNegotTraceManager::writeTraceMsg(2, 2, "The %s attribute has been removed from the SDP. Exiting...",
-                                      prefix);
+    trace::info("The %s attribute has been removed from the SDP. Exiting...", prefix);
   } else {
-    cNegotTraceManager::writeTraceMsg(2, 2, "No %s attribute found. Exiting.", given ? prefix : "");
+    trace::info("No %s attribute found. Exiting.", given ? prefix : "");
   }
   return 0;
 }
 
 unsigned short sdpModifications::sdpRemoveDTLSAttributes(char* sdp) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpRemoveDTLSAttributes() method.");
+  trace::progress("Entering sdpRemoveDTLSAttributes() method.");
   sdpRemoveSecureAttributes(sdp, "a=setup:");
   sdpRemoveSecureAttributes(sdp, "a=fingerprint:");
-  cNegotTraceManager::writeTraceMsg(8, 4, "Exiting sdpRemoveDTLSAttributes() method.");
+  trace::progress("Exiting sdpRemoveDTLSAttributes() method.");
   return 0;
 }
 
 void sdpModifications::sdpRemoveAnatAttributes(char* sdp) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpRemoveAnatAttributes() method.");
+  trace::progress("Entering sdpRemoveAnatAttributes() method.");
   removeLines(sdp, kAnatGroupLines, "sdpRemoveAnatAttributes");
-  cNegotTraceManager::writeTraceMsg(8, 4, "The ANAT attributes have been removed from the SDP. Exiting...");
+  trace::progress("The ANAT attributes have been removed from the SDP. Exiting...");
 }
 
 unsigned short sdpModifications::sdpRemoveICE(char* sdp) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpRemoveFullICE() method.");
+  trace::progress("Entering sdpRemoveFullICE() method.");
   removeLines(sdp, kIceLines, "sdpRemoveICE");
-  cNegotTraceManager::writeTraceMsg(4, 3, "The ICE attributes have been removed. Exiting...");
+  trace::error("The ICE attributes have been removed. Exiting...");
   return 0;
 }
 
 unsigned short sdpModifications::sdpRemoveCandidates(char* sdp) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpRemoveCandidates() method.");
+  trace::progress("Entering sdpRemoveCandidates() method.");
   removeLines(sdp, kCandidateLines, "sdpRemoveCandidates");
-  cNegotTraceManager::writeTraceMsg(8, 4, "The candidates have been removed from the SDP. Exiting...");
+  trace::progress("The candidates have been removed from the SDP. Exiting...");
   return 0;
 }

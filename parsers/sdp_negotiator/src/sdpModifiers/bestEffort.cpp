@@ -10,7 +10,7 @@
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorParser/descriptionView.h"
 #include "sdpNegotiatorParser/withDescription.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 
 // Best-effort SRTP: an offer that leaves the choice between plain and secure media to the other side, by one
 // m-line per medium that has crypto attributes (RFC 4568) on a plain transport, or by a plain and a secure one.
@@ -48,7 +48,7 @@ bool sameFormat(const mDescription& a, const mDescription& b, std::size_t index)
   return (first == nullptr) == (second == nullptr) && viewOf(first) == viewOf(second);
 }
 
-void traceType(const char* text) { cNegotTraceManager::writeTraceMsg(2, 2, "%s", text); }
+void traceType(const char* text) { trace::info("%s", text); }
 
 eSecurityType unknown(const char* reason) {
   traceType(reason);
@@ -126,7 +126,7 @@ eSecurityType sdpModifications::is2mLineBeSrtp(std::vector<mDescription> mLines)
     traceType("TestTrace SRTP type is BE_SRTP_2m_LINE");
   }
   const eSecurityType type = mLines.empty() ? SRTP_UKNOWN : BE_SRTP_2m_LINE;
-  cNegotTraceManager::writeTraceMsg(2, 2, "Return Best Effort SRTP type = %d", static_cast<int>(type));
+  trace::info("Return Best Effort SRTP type = %d", static_cast<int>(type));
   return type;
 }
 

@@ -11,7 +11,7 @@
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorParser/descriptionView.h"
 #include "sdpNegotiatorParser/withDescription.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 
 // From a best-effort offer with two m-lines per medium to one with one m-line, or to a secure-only one.
 
@@ -38,17 +38,14 @@ SamePorts comparePorts(const std::vector<mDescription>& mLines) {
     const char* const first = sdp_MgetPort(&line);
     const char* const second = sdp_MgetPort(&mLines[i + 1].mLine);
     if (viewOf(first) != viewOf(second) || viewOf(first) == "0") continue;
-    cNegotTraceManager::writeTraceMsg(
-        2, 2, "sdpChangeSrtpType() compare ports for media = %s port_1=%s,  port_2=%s", line.media, first,
-        second);
+    trace::info("sdpChangeSrtpType() compare ports for media = %s port_1=%s,  port_2=%s", line.media, first,
+                second);
     same.mark(line.media);
   }
   return same;
 }
 
-void traceText(const char* sdp) {
-  cNegotTraceManager::writeTraceMsg(2, 2, "sdpChangeSrtpType() sdp_buffer = [%s] ", sdp);
-}
+void traceText(const char* sdp) { trace::info("sdpChangeSrtpType() sdp_buffer = [%s] ", sdp); }
 
 /// Makes the m-lines of the marked media plain; their crypto attributes stay.
 unsigned short makePlain(char* sdp, const SamePorts& same) {
@@ -58,7 +55,7 @@ unsigned short makePlain(char* sdp, const SamePorts& same) {
       if (same.of[i]) media.emplace_back(kMedia[i]);
     }
   } catch (const std::bad_alloc&) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "sdpChangeSdpType(): There is no memory for a list of media.");
+    trace::error("sdpChangeSdpType(): There is no memory for a list of media.");
     return 1;
   }
   return sdpModifications::sdpSetMediaTransportType(sdp, "RTP/SAVP", "RTP/AVP", media);
@@ -68,9 +65,8 @@ unsigned short toOneMLine(char* sdp, char* removed, unsigned short oLineEnd,
                           const std::vector<mDescription>& mLines, unsigned short decoded) {
   const SamePorts same = comparePorts(mLines);
   sdpModifications::sdpRemoveMline(sdp, removed, oLineEnd, "RTP/AVP", false);
-  cNegotTraceManager::writeTraceMsg(
-      2, 2, "sdpChangeSrtpType() sameAudioPorts =%d, sameVideoPorts=%d, sameApplicationPorts=%d ",
-      same.of[0] ? 1 : 0, same.of[1] ? 1 : 0, same.of[2] ? 1 : 0);
+  trace::info("sdpChangeSrtpType() sameAudioPorts =%d, sameVideoPorts=%d, sameApplicationPorts=%d ",
+              same.of[0] ? 1 : 0, same.of[1] ? 1 : 0, same.of[2] ? 1 : 0);
   if (!same.any()) return decoded;
   traceText(sdp);
   return makePlain(sdp, same);
@@ -80,8 +76,8 @@ void toSecureOnly(char* sdp, char* removed, unsigned short oLineEnd) {
   sdpModifications::sdpRemoveMline(sdp, removed, oLineEnd, "RTP/AVP", false);
   traceText(sdp);
   const std::string_view codes = codesOf(removed);
-  cNegotTraceManager::writeTraceMsg(2, 2, "sdpChangeSrtpType() mline = [%.*s] ",
-                                    static_cast<int>(codes.size()), codes.empty() ? "" : codes.data());
+  trace::info("sdpChangeSrtpType() mline = [%.*s] ", static_cast<int>(codes.size()),
+              codes.empty() ? "" : codes.data());
 }
 
 }  // namespace
@@ -89,16 +85,15 @@ void toSecureOnly(char* sdp, char* removed, unsigned short oLineEnd) {
 unsigned short sdpModifications::sdpChangeSdpType(char* sdp, eSecurityType oldSdpType,
                                                   eSecurityType newSdpType, char* removed,
                                                   unsigned short oLineEnd) {
-  cNegotTraceManager::writeTraceMsg(2, 2,
-                                    "Entering sdpChangeSrtpType() method. oldSdpType=[%d] newSdpType=[%d]",
-                                    static_cast<int>(oldSdpType), static_cast<int>(newSdpType));
+  trace::info("Entering sdpChangeSrtpType() method. oldSdpType=[%d] newSdpType=[%d]",
+              static_cast<int>(oldSdpType), static_cast<int>(newSdpType));
   const SdpText text(sdp);
   if (!adopted(text, "sdpChangeSdpType")) return 1;
   return withDescription([&](sDescription& description) -> unsigned short {
     const unsigned short decoded = getSdpsDescription(sdp, description);
     std::vector<mDescription> mLines;
     if (sdpParserMessage::getMLines(description, mLines) == 1) {
-      cNegotTraceManager::writeTraceMsg(4, 3, "Cannot retrieve the m-lines.");
+      trace::error("Cannot retrieve the m-lines.");
       return 1;
     }
     if (oldSdpType != BE_SRTP_2m_LINE) return decoded;

@@ -8,10 +8,10 @@
 #include "sdpModifiers/codecText.h"
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorParser/withDescription.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/anyLines.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
+#include "trace.h"
 
 // Codec lists are edited line by line in the text of the audio sections, so that every line that nobody asked to
 // change survives. A description that held the text whole is then decoded and written again by the codec, which
@@ -209,8 +209,7 @@ bool keepEdited(SdpText& text, const Composed& edited, sDescription& description
   if (!edited.cut() && sdp_isComplete(&description)) {
     if (decodeText(description, edited.text()) == 0)
       return replaceByEncoded(text, description, operation, kWhat);
-    cNegotTraceManager::writeTraceMsg(4, 3, "%s(): The codec cannot decode the edited SDP. Exiting.",
-                                      operation);
+    trace::error("%s(): The codec cannot decode the edited SDP. Exiting.", operation);
     return false;
   }
   if (!edited.cut() && text.replace({0, text.size()}, edited.view()) == Edit::done) return true;
@@ -238,7 +237,7 @@ unsigned short editAudioSections(char* sdp, const char* operation, const char* d
       }
     }
     if (!keepEdited(text, edited, description, operation)) return 1;
-    cNegotTraceManager::writeTraceMsg(8, 4, "%s", done);
+    trace::progress("%s", done);
     return 0;
   });
 }

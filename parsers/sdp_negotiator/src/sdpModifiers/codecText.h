@@ -5,9 +5,9 @@
 #include <memory>
 
 #include "sdpDataDefinitions.h"
-#include "sdpNegotiatorTrace.h"
 #include "sessionDescription.h"
 #include "text/sdpText.h"
+#include "trace.h"
 
 // Between a text and its description.
 
@@ -22,8 +22,7 @@ inline unsigned short decodeText(sDescription& description, const char* text) {
 
 /// @param operation,what named in the trace, `what` as the new text
 inline void traceNoRoom(const char* operation, const char* what) {
-  cNegotTraceManager::writeTraceMsg(4, 3, "%s(): The %s does not fit the SDP buffer. Exiting.", operation,
-                                    what);
+  trace::error("%s(): The %s does not fit the SDP buffer. Exiting.", operation, what);
 }
 
 /// Puts a description, as the codec writes it, in the place of a whole text, or traces why it stays.
@@ -37,7 +36,7 @@ inline bool replaceByEncoded(SdpText& text, const sDescription& description, con
   const unsigned short status = sdp_encode_r(&description, SDP_TYPE_UNKNOWN, written, length, size);
   const std::unique_ptr<char, decltype(&std::free)> owned(written, &std::free);
   if (status != 0) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "%s(): The codec cannot encode the SDP. Exiting.", operation);
+    trace::error("%s(): The codec cannot encode the SDP. Exiting.", operation);
     return false;
   }
   if (text.replace({0, text.size()}, written) == Edit::done) return true;

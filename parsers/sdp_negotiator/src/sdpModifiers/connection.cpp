@@ -9,9 +9,9 @@
 #include "sdpModifiers/transport.h"
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorParser/portField.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
+#include "trace.h"
 
 // Where media flow: the connection address and the ports of m-lines.
 
@@ -93,32 +93,30 @@ bool disableVideo(SdpText& text, std::size_t at, bool allMedia) {
 }  // namespace
 
 unsigned short sdpneg::replaceConnection(SdpText& text, std::size_t from, const char* ip) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpReplaceCxIP() method. ip=[%s]",
-                                    ip != nullptr ? ip : "(null)");
+  trace::progress("Entering sdpReplaceCxIP() method. ip=[%s]", ip != nullptr ? ip : "(null)");
   const int version = cMsgIPAddress::getIPAddressVersion(ip);
   if (version == 0) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "The new IP address is malformed. Exiting...");
+    trace::error("The new IP address is malformed. Exiting...");
     return 1;
   }
   if (!adopted(text, "sdpReplaceCxIP") || !areLineTexts({viewOf(ip)}, "sdpReplaceCxIP")) return 1;
   const std::size_t found = findAnywhere(text.view(), "c=", from);
   if (found == npos) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "No <cline> found. Exiting.");
+    trace::error("No <cline> found. Exiting.");
     return 1;
   }
   const Line cLine = lineAt(text.view(), found);
   if (!cLine.terminated) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Bad termination of <cline>. Exiting.");
+    trace::error("Bad termination of <cline>. Exiting.");
     return 1;
   }
   FixedText<255> line;
   line.add("c=IN ").add(version == 2 ? "IP4 " : "IP6 ").add(ip).add("\r\n");
   if (text.replace({cLine.begin, cLine.next()}, line.view()) != Edit::done) {
-    cNegotTraceManager::writeTraceMsg(
-        4, 3, "sdpReplaceCxIP(): The new c-line does not fit the SDP buffer. Exiting.");
+    trace::error("sdpReplaceCxIP(): The new c-line does not fit the SDP buffer. Exiting.");
     return 1;
   }
-  cNegotTraceManager::writeTraceMsg(8, 4, "The IP address has been changed to %s. Exiting.", ip);
+  trace::progress("The IP address has been changed to %s. Exiting.", ip);
   return 0;
 }
 
@@ -134,7 +132,7 @@ unsigned short sdpModifications::getMediaName(int mediaType, char* out, int outS
     if (out != nullptr && outSize > 0) out[name.copy(out, static_cast<std::size_t>(outSize) - 1)] = '\0';
     return 0;
   }
-  cNegotTraceManager::writeTraceMsg(4, 3, "mediaType=%d not supported", mediaType);
+  trace::error("mediaType=%d not supported", mediaType);
   return 1;
 }
 
@@ -142,14 +140,13 @@ unsigned short sdpModifications::sdpSetMediaPort(char* sdp, int mediaType, eIPAd
                                                  eMediaSecurityType security, unsigned int port) {
   char name[kMediaNameSize] = "";
   if (mediaType != -1 && getMediaName(mediaType, name, sizeof name) != 0) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "sdpSetMediaPort(): incorrect mediaType (0x%x)",
-                                      static_cast<unsigned int>(mediaType));
+    trace::error("sdpSetMediaPort(): incorrect mediaType (0x%x)", static_cast<unsigned int>(mediaType));
     return 1;
   }
   const int version = ipVersion;
-  cNegotTraceManager::writeTraceMsg(
-      8, 4, "Entering sdpSetMediaPort(): set port=%u on all m=%s lines with address type=%s, which are %s",
-      port, name[0] != '\0' ? name : "<any>", addressTypeName(version),
+  trace::progress(
+      "Entering sdpSetMediaPort(): set port=%u on all m=%s lines with address type=%s, which are %s", port,
+      name[0] != '\0' ? name : "<any>", addressTypeName(version),
       security == MEDIA_SECURITY_ANY          ? "either secure or non-secure"
       : security == MEDIA_SECURITY_NON_SECURE ? "non-secure"
                                               : "secure");
@@ -158,12 +155,10 @@ unsigned short sdpModifications::sdpSetMediaPort(char* sdp, int mediaType, eIPAd
   const int sessionVersion = version != 0 ? sdpParserMessage::getcLineIPVersion(sdp) : 0;
   const std::optional<int> count = setPorts(text, {name, version, security, sessionVersion}, port);
   if (!count) {
-    cNegotTraceManager::writeTraceMsg(
-        4, 3, "sdpSetMediaPort(): error while trying to set media connection port %u", port);
+    trace::error("sdpSetMediaPort(): error while trying to set media connection port %u", port);
     return 1;
   }
-  cNegotTraceManager::writeTraceMsg(8, 4, "Exiting sdpSetMediaPort() : set port=%u on %i m= line(s)", port,
-                                    *count);
+  trace::progress("Exiting sdpSetMediaPort() : set port=%u on %i m= line(s)", port, *count);
   return 0;
 }
 
@@ -177,8 +172,7 @@ unsigned short sdpModifications::sdpDisablePort(char* sdp, int mediaMask, eIPAdd
 }
 
 unsigned short sdpModifications::sdpRemoveVideoMedia(char* sdp, bool allMedia) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpRemoveVideoMedia(AllMedia=%s) method.",
-                                    allMedia ? "Yes" : "No");
+  trace::progress("Entering sdpRemoveVideoMedia(AllMedia=%s) method.", allMedia ? "Yes" : "No");
   SdpText text(sdp);
   int count = 0;
   if (adopted(text, "sdpRemoveVideoMedia")) {
@@ -187,7 +181,6 @@ unsigned short sdpModifications::sdpRemoveVideoMedia(char* sdp, bool allMedia) {
       if (disableVideo(text, at, allMedia)) ++count;
     }
   }
-  cNegotTraceManager::writeTraceMsg(8, 4, "Found %i m=video lines: port(s) disabled and line(s) removed",
-                                    count);
+  trace::progress("Found %i m=video lines: port(s) disabled and line(s) removed", count);
   return 0;
 }

@@ -5,9 +5,9 @@
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpNegotiatorParser/direction.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
+#include "trace.h"
 
 namespace sdpneg {
 
@@ -62,7 +62,7 @@ void applyModeToSection(SdpText& text, std::size_t mLine, std::string_view mode)
 }  // namespace
 
 std::optional<std::string_view> commonMode(std::string_view current, std::string_view requested) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Enter changeConnectionMode");
+  trace::progress("Enter changeConnectionMode");
   current = word(current);
   requested = word(requested);
   std::string_view result;
@@ -74,17 +74,15 @@ std::optional<std::string_view> commonMode(std::string_view current, std::string
   } else {
     return std::nullopt;
   }
-  cNegotTraceManager::writeTraceMsg(8, 4, "currentMode is %s needs to change to %s, the new mediaMode is %s",
-                                    FixedText<10>().add(current).text(),
-                                    FixedText<10>().add(requested).text(),
-                                    FixedText<10>().add(result).text());
+  trace::progress("currentMode is %s needs to change to %s, the new mediaMode is %s",
+                  FixedText<10>().add(current).text(), FixedText<10>().add(requested).text(),
+                  FixedText<10>().add(result).text());
   return result;
 }
 
 void applyModeToMedia(SdpText& text, std::size_t from, std::string_view mediaName, std::string_view mode) {
-  cNegotTraceManager::writeTraceMsg(
-      8, 4, "Entering setMediaConnectionMode(): request to set the mode to %s for all %s media",
-      FixedText<10>().add(mode).text(), FixedText<64>().add(mediaName).text());
+  trace::progress("Entering setMediaConnectionMode(): request to set the mode to %s for all %s media",
+                  FixedText<10>().add(mode).text(), FixedText<64>().add(mediaName).text());
   for (std::size_t mLine = findMedia(text.view(), mediaName, from); mLine != npos;
        mLine = findMedia(text.view(), mediaName, mLine)) {
     applyModeToSection(text, mLine, mode);
@@ -119,16 +117,14 @@ unsigned short applyMode(SdpText& text, std::string_view mode, int mediaSelect) 
   const FixedText<10> shown = FixedText<10>().add(mode);
   SessionLines lines;
   if (!applyModeToSession(text, mode, lines)) {
-    cNegotTraceManager::writeTraceMsg(
-        8, 4, "sdpReplaceMode(): Not enough room to add a=%s line at the session level. Exiting.",
-        shown.text());
+    trace::progress("sdpReplaceMode(): Not enough room to add a=%s line at the session level. Exiting.",
+                    shown.text());
     return 1;
   }
   const std::size_t firstMLine = findLine(text.view(), "m=") - 1;
   if (mediaSelect != 2) applyModeToMedia(text, firstMLine, "audio", mode);
   if (mediaSelect != 1) applyModeToMedia(text, firstMLine, "video", mode);
-  cNegotTraceManager::writeTraceMsg(
-      8, 4,
+  trace::progress(
       "sdpReplaceMode(): Applied %s mode. Modified %i session-level lines and %i "
       "media-level lines. Added %i session-level lines and %i media-level lines.",
       shown.text(), lines.modified, 0, lines.added, 0);
@@ -159,21 +155,19 @@ using namespace sdpneg;
 unsigned short sdpModifications::sdpReplaceMode(char* sdp, unsigned char mode, int mediaSelect) {
   const std::string_view requested = modeWord(mode);
   if (requested.empty()) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "sdpReplaceMode(): Unsupported mode (%d) found. Exiting.", mode);
+    trace::error("sdpReplaceMode(): Unsupported mode (%d) found. Exiting.", mode);
     return 1;
   }
   const FixedText<10> shown = FixedText<10>().add(requested);
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpReplaceMode(): request to set mode to %s",
-                                    shown.text());
+  trace::progress("Entering sdpReplaceMode(): request to set mode to %s", shown.text());
   if (requested == kSendRecv) {
-    cNegotTraceManager::writeTraceMsg(8, 4, "Not valid change to %s", shown.text());
+    trace::progress("Not valid change to %s", shown.text());
     return 0;
   }
   SdpText text(sdp);
   if (!adopted(text, "sdpReplaceMode")) return 1;
   if (findLine(text.view(), "m=") == npos) {
-    cNegotTraceManager::writeTraceMsg(
-        8, 4, "sdpReplaceMode(): No media lines are present to the SDP message. Exiting.");
+    trace::progress("sdpReplaceMode(): No media lines are present to the SDP message. Exiting.");
     return 0;
   }
   return applyMode(text, requested, mediaSelect);

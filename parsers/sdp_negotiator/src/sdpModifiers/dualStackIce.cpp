@@ -8,8 +8,8 @@
 #include "sdpModifiers/codecText.h"
 #include "sdpNegotiatorParser/descriptionView.h"
 #include "sdpNegotiatorParser/withDescription.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
+#include "trace.h"
 
 // ICE candidates (RFC 8839) of the address version that a media section does not use.
 
@@ -23,14 +23,14 @@ using namespace sdpneg;
 std::optional<eIPAddressVersion> versionOf(const c_line& line, const char* level) {
   const std::string_view type = viewOf(sdp_CgetAddressType(&line, 0));
   if (type != "IP4" && type != "IP6") return std::nullopt;
-  cNegotTraceManager::writeTraceMsg(8, 4, "%s version %c", level, type.back());
+  trace::progress("%s version %c", level, type.back());
   return type == "IP4" ? ipVersion4 : ipVersion6;
 }
 
 std::optional<eIPAddressVersion> sessionVersion(const sDescription& description) {
   if (!hasConnection(description.cLine)) return ipVersionUnknown;
   const std::optional<eIPAddressVersion> version = versionOf(description.cLine, "Session level IP");
-  if (!version) cNegotTraceManager::writeTraceMsg(2, 2, "Session level invalid address type");
+  if (!version) trace::info("Session level invalid address type");
   return version;
 }
 
@@ -38,8 +38,7 @@ std::optional<eIPAddressVersion> mediaVersion(const mDescription& media, eIPAddr
   if (!hasConnection(media.cLine)) return ofSession;
   const std::optional<eIPAddressVersion> version = versionOf(media.cLine, "IP");
   if (!version) {
-    cNegotTraceManager::writeTraceMsg(2, 2, "Error : invalid first address type in media %s",
-                                      sdp_CgetAddressType(&media.cLine, 0));
+    trace::info("Error : invalid first address type in media %s", sdp_CgetAddressType(&media.cLine, 0));
   }
   return version;
 }
@@ -53,9 +52,9 @@ std::optional<Address> addressOf(std::string_view candidate) {
   for (int i = 0; i < kFurtherSpaces; ++i) {
     if (space != npos) space = candidate.find(' ', space + 1);
     if (space == npos) return std::nullopt;
-    cNegotTraceManager::writeTraceMsg(1, 1, "Found space in iteration %d", i);
+    trace::debug("Found space in iteration %d", i);
   }
-  cNegotTraceManager::writeTraceMsg(1, 1, "Found 4th space..ip should follow");
+  trace::debug("Found 4th space..ip should follow");
   const std::size_t end = candidate.find(' ', space + 1);
   if (end == npos) return std::nullopt;
   return Address().add(candidate.substr(space + 1, end - space - 1));
@@ -70,20 +69,20 @@ Verdict judge(const Address& address, eIPAddressVersion version) {
   const int wanted = version == ipVersion4 ? 4 : 6;
   const int found = is4 ? 4 : 6;
   if (found == wanted) {
-    cNegotTraceManager::writeTraceMsg(1, 1, "Ipv%d adding ipv%d a line", wanted, found);
+    trace::debug("Ipv%d adding ipv%d a line", wanted, found);
     return Verdict::keep;
   }
-  cNegotTraceManager::writeTraceMsg(1, 1, "Ipv%d Bypassing ipv%d a line", wanted, found);
+  trace::debug("Ipv%d Bypassing ipv%d a line", wanted, found);
   return Verdict::dropOtherVersion;
 }
 
 /// What becomes of an attribute; nothing for a candidate without an address field.
 std::optional<Verdict> judgeAttribute(const a_line::entry& line, int media, int index,
                                       eIPAddressVersion version) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Processing Aline %d of Media number %d", index, media);
+  trace::progress("Processing Aline %d of Media number %d", index, media);
   if (!isNamed(line, "candidate")) {
     // The two numbers stand in each other's place.
-    cNegotTraceManager::writeTraceMsg(8, 4, "Not found a=candidate in media %d aline %d", index, media);
+    trace::progress("Not found a=candidate in media %d aline %d", index, media);
     return Verdict::keep;
   }
   const std::optional<Address> address = addressOf(viewOf(valueOf(line)));
@@ -95,7 +94,7 @@ std::optional<Verdict> judgeAttribute(const a_line::entry& line, int media, int 
 /// @param media the section's number, from 0
 /// @return whether there was one of the other version; nothing when a candidate has no address field
 std::optional<bool> filterCandidates(a_line& lines, int media, eIPAddressVersion version) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Processing Media number %d", media);
+  trace::progress("Processing Media number %d", media);
   const int count = std::clamp(lines.count, 0, SDP_ATTRIBUTE_CAPACITY);
   bool removed = false;
   lines.count = 0;
@@ -107,7 +106,7 @@ std::optional<bool> filterCandidates(a_line& lines, int media, eIPAddressVersion
     if (lines.count != i) lines.entries[lines.count] = lines.entries[i];
     ++lines.count;
   }
-  cNegotTraceManager::writeTraceMsg(1, 1, "Modified index of MD %d", media + 1);
+  trace::debug("Modified index of MD %d", media + 1);
   return removed;
 }
 
@@ -131,26 +130,25 @@ std::optional<bool> filterAllCandidates(sDescription& description) {
 
 unsigned short removeDualStackIce(SdpText& text, sDescription& description) {
   if (const int status = decodeText(description, text.view().data()); status != 0) {
-    cNegotTraceManager::writeTraceMsg(2, 2, "Decoding Error %d", status);
+    trace::info("Decoding Error %d", status);
     return 1;
   }
   if (!sdp_isComplete(&description)) {
-    cNegotTraceManager::writeTraceMsg(
-        4, 3, "sdpRemoveDualStackIce(): The SDP holds more than its description can. Exiting.");
+    trace::error("sdpRemoveDualStackIce(): The SDP holds more than its description can. Exiting.");
     return 1;
   }
   const std::optional<bool> removed = filterAllCandidates(description);
   if (!removed) return 1;
   if (!replaceByEncoded(text, description, "sdpRemoveDualStackIce", "encoded SDP")) return 1;
   if (!*removed) return 1;
-  cNegotTraceManager::writeTraceMsg(2, 2, "Dual stack ice candidates have been removed from the SDP");
+  trace::info("Dual stack ice candidates have been removed from the SDP");
   return 0;
 }
 
 }  // namespace
 
 unsigned short sdpModifications::sdpRemoveDualStackIce(char* sdp) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpRemoveDualStackIce() method.");
+  trace::progress("Entering sdpRemoveDualStackIce() method.");
   SdpText text(sdp);
   if (!adopted(text, "sdpRemoveDualStackIce")) return 1;
   return withDescription([&](sDescription& description) { return removeDualStackIce(text, description); });

@@ -6,8 +6,8 @@
 #include "sdpModifiers/adopt.h"
 #include "sdpModifiers/sdes.h"
 #include "sdpNegotiatorParser/direction.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/lines.h"
+#include "trace.h"
 
 // A received body as a dummy body of the library's own.
 
@@ -92,12 +92,12 @@ unsigned short sdpModifications::sdpCreateDummy(char* sdp, bool answer, bool hol
                                                 const char* ip, unsigned short port, int& length,
                                                 unsigned short& oLineEnd, bool modifyOLine) {
   if (ip == nullptr) {
-    cNegotTraceManager::writeTraceMsg(2, 3, "sdpCreateDummy(): NULL IP provided. Cannot create dummy SDP.");
+    trace::invalidArgument("sdpCreateDummy(): NULL IP provided. Cannot create dummy SDP.");
     return 1;
   }
   if (!adopted(SdpText(sdp), "sdpCreateDummy") || !areLineTexts({ip}, "sdpCreateDummy")) return 1;
   const bool sdesOnly = isSDESonly(sdp);
-  if (sdesOnly) cNegotTraceManager::writeTraceMsg(2, 3, "FRN4034: SRTP-only scenario with SDES only.");
+  if (sdesOnly) trace::invalidArgument("FRN4034: SRTP-only scenario with SDES only.");
   const bool single = isSingleMLineSdp(sdp);
   sdpRemoveSecureAttributes(sdp, "a=key-mgmt:");
   const eIPAddressVersion version = cMsgIPAddress::getIPAddressVersion(ip);
@@ -110,7 +110,7 @@ unsigned short sdpModifications::sdpCreateDummy(char* sdp, bool answer, bool hol
   }
   length = static_cast<int>(SdpText(sdp).size());
   if (result != 0) return result;
-  cNegotTraceManager::writeTraceMsg(8, 4, "A dummy SDP message has been succesfully created.");
+  trace::progress("A dummy SDP message has been succesfully created.");
   return 0;
 }
 

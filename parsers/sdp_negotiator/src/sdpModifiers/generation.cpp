@@ -4,9 +4,9 @@
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpModifiers/transport.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
+#include "trace.h"
 
 // Writing SDP texts from values.
 
@@ -118,8 +118,7 @@ void buildPlainAndSecure(SdpText& text) {
     const Line mLine = lineAt(text.view(), at);
     if (!mLine.terminated) return;
     if (!splitIntoPlainAndSecure(text, mLine)) {
-      cNegotTraceManager::writeTraceMsg(
-          4, 3, "sdpBuild2mLineSDP(): The SDP buffer has no room for another m-line. Exiting.");
+      trace::error("sdpBuild2mLineSDP(): The SDP buffer has no room for another m-line. Exiting.");
       return;
     }
     const std::size_t second = findAnywhere(text.view(), "m=", at + 2);
@@ -147,14 +146,14 @@ unsigned short sdpModifications::sdpEncoder(char* out, const sSdpParsedData& dat
   if (data.silenceSuppression == FEATURE_STATE_ON) text.add("a=silenceSupp:on - - - -\r\n");
   if (data.silenceSuppression == FEATURE_STATE_OFF) text.add("a=silenceSupp:off - - - -\r\n");
   length = static_cast<int>(text.size());
-  cNegotTraceManager::writeTraceMsg(8, 4, "The encoding of the SDP succesfully built");
+  trace::progress("The encoding of the SDP succesfully built");
   return 0;
 }
 
 unsigned short sdpModifications::createSDPUserRequest(char* out, const char* ip, unsigned int port,
                                                       const char* codecs, bool inactive) {
   if (out == nullptr || ip == nullptr || codecs == nullptr) {
-    cNegotTraceManager::writeTraceMsg(2, 2, "Invalid input arguments. Cannot create SDP message.");
+    trace::info("Invalid input arguments. Cannot create SDP message.");
     return 1;
   }
   if (!areLineTexts({ip}, "createSDPUserRequest")) return 1;
@@ -185,11 +184,11 @@ int sdpModifications::buildDummyMLine(char* out, char mediaCode, bool secure) {
 }
 
 unsigned short sdpModifications::sdpBuild2mLineSDP(char* sdp) {
-  cNegotTraceManager::writeTraceMsg(2, 2, "Entering sdpBuild2mLineSDP() method.");
+  trace::info("Entering sdpBuild2mLineSDP() method.");
   if (sdp != nullptr) {
     SdpText text(sdp);
     if (adopted(text, "sdpBuild2mLineSDP")) buildPlainAndSecure(text);
   }
-  cNegotTraceManager::writeTraceMsg(2, 2, "Exiting sdpBuild2mLineSDP() method.");
+  trace::info("Exiting sdpBuild2mLineSDP() method.");
   return 0;
 }

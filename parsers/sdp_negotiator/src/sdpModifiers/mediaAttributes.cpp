@@ -1,9 +1,9 @@
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpNegotiatorParser/codecValues.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
+#include "trace.h"
 
 namespace {
 
@@ -24,7 +24,7 @@ bool hasEchoCancellation(std::string_view text, std::size_t from) {
     if (startsWithNoCase(text.substr(at + 2), "ecan")) return true;
     const Line line = lineAt(text, at);
     if (!line.terminated) {
-      cNegotTraceManager::writeTraceMsg(2, 2, "NewLine not found, breaking from loop");
+      trace::info("NewLine not found, breaking from loop");
       return false;
     }
     at = findAnywhere(text, "a=", line.next());
@@ -37,9 +37,9 @@ FixedText<20> echoCancellationLine(unsigned char state, unsigned char side) {
   constexpr const char* kSides[] = {"f", "b", "fb"};
   FixedText<20> line;
   if (side < 1 || side > std::size(kSides)) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Invalid echo cancellation entry. Exiting.");
+    trace::error("Invalid echo cancellation entry. Exiting.");
   } else if (state != FEATURE_STATE_ON && state != FEATURE_STATE_OFF) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Invalid echo cancellation direction entry. Exiting.");
+    trace::error("Invalid echo cancellation direction entry. Exiting.");
   } else {
     line.add("a=ecan:").add(kSides[side - 1]).add(state == FEATURE_STATE_ON ? " on -\r\n" : " off -\r\n");
   }
@@ -56,7 +56,7 @@ SectionEnd audioSectionEnd(std::string_view text, const Line& mLine) {
   const std::size_t next = mLine.terminated ? findAnywhere(text, "m=", mLine.next()) : npos;
   if (next != npos) return {next, false};
   const bool ended = text.back() == '\n';  // an audio m-line without LF ends the text
-  if (!ended) cNegotTraceManager::writeTraceMsg(2, 2, "NewLine not found, will attempt to add one");
+  if (!ended) trace::info("NewLine not found, will attempt to add one");
   return {text.size(), !ended};
 }
 
@@ -64,15 +64,15 @@ SectionEnd audioSectionEnd(std::string_view text, const Line& mLine) {
 
 unsigned short sdpModifications::sdpInsertSilenceSuppression(char* sdp, unsigned char mode,
                                                              const sSdpParsedData& data) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpInsertSilenceSuppression() method.");
+  trace::progress("Entering sdpInsertSilenceSuppression() method.");
   SdpText text(sdp);
   if (!adopted(text, "sdpInsertSilenceSuppression")) return 1;
   if (findAnywhere(text.view(), "m=audio") == npos) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "No audio <mline> found.");
+    trace::error("No audio <mline> found.");
     return 1;
   }
   if (mode != FEATURE_STATE_ON && mode != FEATURE_STATE_OFF) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Invalid silence suppression entry. Exiting.");
+    trace::error("Invalid silence suppression entry. Exiting.");
     return 1;
   }
   FixedText<512> lines;
@@ -81,44 +81,40 @@ unsigned short sdpModifications::sdpInsertSilenceSuppression(char* sdp, unsigned
   }
   if (mode == FEATURE_STATE_OFF) addVoiceBandLine(lines, data.audioCodec[0]);
   if (text.append(lines.view()) != Edit::done) {
-    cNegotTraceManager::writeTraceMsg(
-        2, 2,
+    trace::info(
         "The silence suppression attributes have NOT been added. Possibility to overflow "
         "the buffer size. Exiting.");
     return 1;
   }
-  cNegotTraceManager::writeTraceMsg(
-      8, 4, "The silence suppression attributes have been added to the SDP. Exiting.");
+  trace::progress("The silence suppression attributes have been added to the SDP. Exiting.");
   return 0;
 }
 
 unsigned short sdpModifications::sdpInsertEchoCancellation(char* sdp, unsigned char state,
                                                            unsigned char side) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpInsertEchoCancellation() method.");
+  trace::progress("Entering sdpInsertEchoCancellation() method.");
   const FixedText<20> line = echoCancellationLine(state, side);
   if (line.size() == 0) return 1;
   SdpText text(sdp);
   if (!adopted(text, "sdpInsertEchoCancellation")) return 1;
   const std::size_t audio = findAnywhere(text.view(), "m=audio");
   if (audio == npos) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "No audio <mline> found. Exiting...");
+    trace::error("No audio <mline> found. Exiting...");
     return 1;
   }
   const Line mLine = lineAt(text.view(), audio);
   const SectionEnd end = audioSectionEnd(text.view(), mLine);
   if (hasEchoCancellation(text.view(), mLine.next())) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Echo cancellation already exists in SDP. Exiting...");
+    trace::error("Echo cancellation already exists in SDP. Exiting...");
     return 1;
   }
   const FixedText<24> added = FixedText<24>().add(end.needsLineEnd ? "\r\n" : "").add(line.view());
   if (text.insert(end.at, added.view()) != Edit::done) {
-    cNegotTraceManager::writeTraceMsg(
-        2, 2,
+    trace::info(
         "The echo cancellation attributes have NOT been added. Possibility to overflow "
         "the buffer size. Exiting.");
     return 1;
   }
-  cNegotTraceManager::writeTraceMsg(
-      8, 4, "The echo cancellation attributes have been added succesfully. Exiting...");
+  trace::progress("The echo cancellation attributes have been added succesfully. Exiting...");
   return 0;
 }

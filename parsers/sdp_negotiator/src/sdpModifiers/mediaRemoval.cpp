@@ -5,7 +5,7 @@
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpModifiers/removedMLines.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 
 // Removal of the media sections of a transport. Which ones went is recorded.
 
@@ -64,7 +64,7 @@ void removeSections(char* sdp, const char* operation, SectionRemoval removal, un
 void sdpModifications::sdpRemoveMline(char* sdp, char* removed, unsigned short& oLineEnd,
                                       const char* transport, bool modifyOLine) {
   if (transport == nullptr) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "sdpRemoveMline(): The transport is null. Exiting.");
+    trace::error("sdpRemoveMline(): The transport is null. Exiting.");
     return;
   }
   const SectionRemoval removal("sdpRemoveMline", transport, recordedMediaWithoutImage, removed);
@@ -79,9 +79,9 @@ void sdpModifications::sdpRemoveSecurity(char* sdp, char* removed, unsigned shor
 
 unsigned short sdpModifications::sdpDisableSRTPMediaStreams(char* sdp, char* removed,
                                                             unsigned short& oLineEnd) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpDisableSRTPMediaStreams() method.");
+  trace::progress("Entering sdpDisableSRTPMediaStreams() method.");
   sdpRemoveSecureAttributes(sdp, "a=key-mgmt:");
   sdpRemoveSecurity(sdp, removed, oLineEnd, true);
-  cNegotTraceManager::writeTraceMsg(8, 4, "Exiting sdpDisableSRTPMediaStreams() method.");
+  trace::progress("Exiting sdpDisableSRTPMediaStreams() method.");
   return 0;
 }

@@ -3,7 +3,7 @@
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpModifiers/removedMLines.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 
 // The return of removed m-lines as secure dummy m-lines.
 
@@ -17,10 +17,10 @@ DummyMLine secureDummy(unsigned char code) { return {code, true}; }
 
 unsigned short sdpModifications::sdpReplaceTransProtocol(char* sdp, char* removed, unsigned short& oLineEnd,
                                                          bool modifyOLine) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpReplaceTransProtocol() method.");
+  trace::progress("Entering sdpReplaceTransProtocol() method.");
   const std::string_view codes = codesOf(removed);
   if (codes.empty()) {
-    cNegotTraceManager::writeTraceMsg(2, 2, "The m-line indices is empty. Nothing to change.");
+    trace::info("The m-line indices is empty. Nothing to change.");
     return 0;
   }
   if (modifyOLine) sdpModifyOLine(sdp, nullptr, oLineEnd);
@@ -28,6 +28,6 @@ unsigned short sdpModifications::sdpReplaceTransProtocol(char* sdp, char* remove
   if (adopted(text, "sdpReplaceTransProtocol")) {
     putMLinesBack(text, codes, secureDummy, "sdpReplaceTransProtocol");
   }
-  cNegotTraceManager::writeTraceMsg(8, 4, "Exiting sdpReplaceTransProtocol() method.");
+  trace::progress("Exiting sdpReplaceTransProtocol() method.");
   return 0;
 }

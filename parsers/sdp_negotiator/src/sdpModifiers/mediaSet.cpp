@@ -6,7 +6,7 @@
 #include "sdpModifiers/codecText.h"
 #include "sdpNegotiatorParser/descriptionView.h"
 #include "sdpNegotiatorParser/withDescription.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 
 // The m-lines of a text as a set, compared with those of another.
 
@@ -29,9 +29,8 @@ std::optional<int> mLineCount(const char* sdp, const char* operation) {
 }
 
 void traceMedia(const char* verb, const mDescription& media) {
-  cNegotTraceManager::writeTraceMsg(2, 2, "Media to %s [Type=%d,Port=%s,Transport=%s]", verb,
-                                    static_cast<int>(media.mLine.mediaType), sdp_MgetPort(&media.mLine),
-                                    sdp_MgetTransport(&media.mLine));
+  trace::info("Media to %s [Type=%d,Port=%s,Transport=%s]", verb, static_cast<int>(media.mLine.mediaType),
+              sdp_MgetPort(&media.mLine), sdp_MgetTransport(&media.mLine));
 }
 
 bool isSameMedium(const mDescription& a, const mDescription& b) {
@@ -106,7 +105,7 @@ void stripToMLine(mDescription& media) {
 
 void addMedia(sDescription& description, const mDescription& media) {
   if (mediaOf(description).size() == kCapacity) return;
-  cNegotTraceManager::writeTraceMsg(2, 2, "compareNumberOfMLines() method, adding new m-line.");
+  trace::info("compareNumberOfMLines() method, adding new m-line.");
   sdp_copyMedia(&description.media[description.noOfMDs++], &media);
 }
 
@@ -136,7 +135,7 @@ bool holdsMLines(const sDescription& description) {
 }
 
 unsigned short refuse(const char* reason) {
-  cNegotTraceManager::writeTraceMsg(4, 3, "correctMLines(): %s Exiting.", reason);
+  trace::error("correctMLines(): %s Exiting.", reason);
   return 1;
 }
 
@@ -157,25 +156,25 @@ unsigned short correct(SdpText& text, sDescription& oldBody, sDescription& newBo
 }  // namespace
 
 int sdpModifications::compareNumberOfMLines(char* oldSdp, const char* newSdp) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering compareNumberOfMLines() method.");
+  trace::progress("Entering compareNumberOfMLines() method.");
   const std::optional<int> before = mLineCount(oldSdp, "compareNumberOfMLines");
   const std::optional<int> after = before ? mLineCount(newSdp, "compareNumberOfMLines") : std::nullopt;
   if (!after) return -2;
   if (*before > *after) {
-    cNegotTraceManager::writeTraceMsg(8, 4, "Old SDP has more m-lines from the new SDP.");
+    trace::progress("Old SDP has more m-lines from the new SDP.");
     return -1;
   }
   if (*before < *after) {
-    cNegotTraceManager::writeTraceMsg(8, 4, "Old SDP has less m-lines than the new SDP.");
+    trace::progress("Old SDP has less m-lines than the new SDP.");
     return 1;
   }
-  cNegotTraceManager::writeTraceMsg(8, 4, "Old SDP has the same number of m-lines with the new SDP.");
+  trace::progress("Old SDP has the same number of m-lines with the new SDP.");
   return 0;
 }
 
 unsigned short sdpModifications::correctMLines(char* oldSdp, char* newSdp, bool keepOnly,
                                                bool matchTransport) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering compareNumberOfMLines() method.");
+  trace::progress("Entering compareNumberOfMLines() method.");
   SdpText text(newSdp);
   if (!adopted(SdpText(oldSdp), "correctMLines") || !adopted(text, "correctMLines")) return 1;
   return withDescription([&](sDescription& oldBody) -> unsigned short {

@@ -4,9 +4,9 @@
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpModifiers/transport.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
+#include "trace.h"
 
 // The transport of the m-lines of chosen media.
 
@@ -40,42 +40,35 @@ std::size_t transportStart(std::string_view text, const Line& mLine) {
 void setTransport(SdpText& text, const Line& mLine, std::string_view transport) {
   const std::string_view view = text.view();
   const std::size_t begin = transportStart(view, mLine);
-  cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType() method. startOfTransport=[%s]",
-                                    view.data() + begin);
+  trace::info(" sdpSetMediaTransportType() method. startOfTransport=[%s]", view.data() + begin);
   const std::size_t end = view.substr(0, mLine.lf).find_first_of(kBlanks, begin);
   if (end == npos || startsWith(view.substr(begin), transport)) return;
-  cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType() Step-3. Changing transport type");
+  trace::info(" sdpSetMediaTransportType() Step-3. Changing transport type");
   if (text.replace({begin, end}, transport) != Edit::done) {
-    cNegotTraceManager::writeTraceMsg(
-        4, 3, "sdpSetMediaTransportType(): The new transport does not fit the SDP buffer.");
+    trace::error("sdpSetMediaTransportType(): The new transport does not fit the SDP buffer.");
   }
 }
 
 void visitMLine(SdpText& text, std::size_t at, const char* name, std::string_view from,
                 std::string_view transport) {
   if (!isOfMedia(text.view(), at, name)) {
-    cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType() Step-5. Changing transport type");
-    cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType() method. sdp_buffer=[%s]",
-                                      text.view().data());
+    trace::info(" sdpSetMediaTransportType() Step-5. Changing transport type");
+    trace::info(" sdpSetMediaTransportType() method. sdp_buffer=[%s]", text.view().data());
     return;
   }
-  cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType():Found media line with mediaType=%s",
-                                    name);
+  trace::info(" sdpSetMediaTransportType():Found media line with mediaType=%s", name);
   const Line mLine = lineAt(text.view(), at);
   if (mLine.terminated && contains(content(text.view(), mLine), from)) setTransport(text, mLine, transport);
-  cNegotTraceManager::writeTraceMsg(2, 2,
-                                    " sdpSetMediaTransportType() Step-4. exiting if (endMline != NULL)");
+  trace::info(" sdpSetMediaTransportType() Step-4. exiting if (endMline != NULL)");
 }
 
 void visitMedia(SdpText& text, int number, const char* name, std::string_view from,
                 std::string_view transport) {
-  cNegotTraceManager::writeTraceMsg(
-      2, 2, " sdpSetMediaTransportType() Step-1:Change transport for m line[%d] =[%s]", number, name);
-  cNegotTraceManager::writeTraceMsg(2, 2, "sdpSetMediaTransportType() . mLine=[%s]", text.view().data());
+  trace::info(" sdpSetMediaTransportType() Step-1:Change transport for m line[%d] =[%s]", number, name);
+  trace::info("sdpSetMediaTransportType() . mLine=[%s]", text.view().data());
   for (std::size_t at = findLine(text.view(), "m="); at != npos; at = findLine(text.view(), "m=", at)) {
-    cNegotTraceManager::writeTraceMsg(
-        2, 2, " sdpSetMediaTransportType() Step-2:Into while statement for [%d] mLine=[%s]", number,
-        text.view().data() + at);
+    trace::info(" sdpSetMediaTransportType() Step-2:Into while statement for [%d] mLine=[%s]", number,
+                text.view().data() + at);
     visitMLine(text, at, name, from, transport);
   }
 }
@@ -85,12 +78,11 @@ void visitMedia(SdpText& text, int number, const char* name, std::string_view fr
 unsigned short sdpModifications::sdpSetMediaTransportType(char* sdp, const char* fromTransport,
                                                           const char* toTransport,
                                                           const std::vector<std::string>& mediaNames) {
-  cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType() method. Enter");
-  cNegotTraceManager::writeTraceMsg(2, 2, "sdpSetMediaTransportType() method. change mediaLines=%d",
-                                    static_cast<int>(mediaNames.size()));
+  trace::info(" sdpSetMediaTransportType() method. Enter");
+  trace::info("sdpSetMediaTransportType() method. change mediaLines=%d", static_cast<int>(mediaNames.size()));
   SdpText text(sdp);
   if (fromTransport == nullptr || toTransport == nullptr) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "sdpSetMediaTransportType(): A transport is null. Exiting.");
+    trace::error("sdpSetMediaTransportType(): A transport is null. Exiting.");
   } else if (adopted(text, "sdpSetMediaTransportType") &&
              areLineTexts({toTransport}, "sdpSetMediaTransportType")) {
     const Transport transport = Transport().add(toTransport);
@@ -99,6 +91,6 @@ unsigned short sdpModifications::sdpSetMediaTransportType(char* sdp, const char*
       visitMedia(text, number++, name.c_str(), fromTransport, transport.view());
     }
   }
-  cNegotTraceManager::writeTraceMsg(2, 2, " sdpSetMediaTransportType() method. Exit");
+  trace::info(" sdpSetMediaTransportType() method. Exit");
   return 0;
 }

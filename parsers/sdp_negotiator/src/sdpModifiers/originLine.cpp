@@ -11,10 +11,10 @@
 #include "cMsgIPAddress.h"
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
 #include "text/search.h"
+#include "trace.h"
 
 namespace sdpneg {
 
@@ -60,21 +60,21 @@ std::optional<std::size_t> replaceVersion(SdpText& text, std::size_t oLine, std:
 
 unsigned short replaceVersionNumber(char* sdp, const char* operation, std::integral auto version,
                                     unsigned short& oLineEnd) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering %s() method.", operation);
+  trace::progress("Entering %s() method.", operation);
   SdpText text(sdp);
   if (!adopted(text, operation)) return 1;
   const std::size_t oLine = findAnywhere(text.view(), "o=");
   if (oLine == npos) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "No <oline> found. Exiting.");
+    trace::error("No <oline> found. Exiting.");
     return 1;
   }
   const std::optional<std::size_t> lf = replaceVersion(text, oLine, FixedText<64>().add(version).view());
   if (!lf) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Bad <oline> termination. Exiting.");
+    trace::error("Bad <oline> termination. Exiting.");
     return 1;
   }
   oLineEnd = static_cast<unsigned short>(*lf + 1);
-  cNegotTraceManager::writeTraceMsg(8, 4, "The version of o-line has been replaced. Exiting...");
+  trace::progress("The version of o-line has been replaced. Exiting...");
   return 0;
 }
 
@@ -113,7 +113,7 @@ unsigned short rebuildOriginLine(SdpText& text, Span old, std::string_view id, s
   }
   oLineEnd = static_cast<unsigned short>(old.begin + line.next());
   if (!line.terminated) return refuse(2, 2, "Bad termination of s-line. Exiting...");
-  cNegotTraceManager::writeTraceMsg(2, 2, "The o-line has been changed. Exiting...");
+  trace::info("The o-line has been changed. Exiting...");
   return 0;
 }
 
@@ -187,9 +187,8 @@ unsigned short sdpModifications::sdpReplaceVersionNumberLong(char* sdp, long lon
 unsigned short sdpModifications::sdpModifyOLine(char* sdp, const char* sessionId, const char* version,
                                                 const char* ip, unsigned short& oLineEnd) {
   const auto shown = [](const char* text) { return text != nullptr ? text : "(null)"; };
-  cNegotTraceManager::writeTraceMsg(8, 4,
-                                    "Entering sdpModifyOLine() method. sessionId=[%s] version=[%s] ip=[%s]",
-                                    shown(sessionId), shown(version), shown(ip));
+  trace::progress("Entering sdpModifyOLine() method. sessionId=[%s] version=[%s] ip=[%s]", shown(sessionId),
+                  shown(version), shown(ip));
   if (sdp == nullptr) return refuse(2, 2, "The raw sdp buffer is empty. Exiting...");
   SdpText text(sdp);
   if (!adopted(text, "sdpModifyOLine")) return 1;
@@ -209,14 +208,14 @@ unsigned short sdpModifications::sdpModifyOLine(char* sdp, const char* ip, unsig
 }
 
 unsigned short sdpModifications::sdpIncVersion(char* sdp) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpIncVersion() method.");
+  trace::progress("Entering sdpIncVersion() method.");
   SdpText text(sdp);
   if (!adopted(text, "sdpIncVersion")) return 1;
   const std::size_t oLine = findAnywhere(text.view(), "o=");
   if (oLine == npos) return refuse(4, 3, "No <oline> found. Exiting.");
   const unsigned short status = raiseVersion(text, oLine);
   if (status == 0) {
-    cNegotTraceManager::writeTraceMsg(8, 4, "The version of o-line has been increased by one. Exiting...");
+    trace::progress("The version of o-line has been increased by one. Exiting...");
   }
   return status;
 }

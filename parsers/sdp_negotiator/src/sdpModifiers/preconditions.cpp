@@ -3,9 +3,9 @@
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
+#include "trace.h"
 
 // Quality-of-service preconditions (RFC 3312).
 
@@ -28,7 +28,7 @@ template <std::size_t N>
 bool addField(PreconditionLines& lines, const char* const (&texts)[N], unsigned int value,
               const char* refusal) {
   if (value >= N) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "%s", refusal);
+    trace::error("%s", refusal);
     return false;
   }
   lines.add(texts[value]);
@@ -49,7 +49,7 @@ bool addLine(PreconditionLines& lines, const sSdpPrecondions& condition) {
 }
 
 unsigned short refuseSize() {
-  cNegotTraceManager::writeTraceMsg(4, 3, "The new sdpLength is larger than allowedSdpSize.");
+  trace::error("The new sdpLength is larger than allowedSdpSize.");
   return 1;
 }
 
@@ -57,7 +57,7 @@ unsigned short appendLines(SdpText& text, const PreconditionLines& lines, unsign
   if (lines.cut() || text.size() + lines.size() + 2 >= allowedSdpSize) return refuseSize();
   const FixedText<258> added = FixedText<258>().add(missingLineEnd(text.view())).add(lines.view());
   if (text.append(added.view()) != Edit::done) return refuseSize();
-  cNegotTraceManager::writeTraceMsg(8, 4, "Precondition attributes have been added to the SDP.");
+  trace::progress("Precondition attributes have been added to the SDP.");
   return 0;
 }
 
@@ -81,18 +81,17 @@ std::optional<Span> nextPrecondition(std::string_view text, std::size_t from) {
 unsigned short sdpModifications::sdpInsertPrecondions(char* sdp, unsigned int allowedSdpSize, int enable,
                                                       int count, const sSdpPrecondions* list) {
   if (enable != 1) {
-    cNegotTraceManager::writeTraceMsg(8, 4, "Precondition attributes have been added to the SDP.");
+    trace::progress("Precondition attributes have been added to the SDP.");
     return 0;
   }
   SdpText text(sdp);
   if (!adopted(text, "sdpInsertPrecondions")) return 1;
   if (findAnywhere(text.view(), "m=audio") == npos) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "No audio <mline> found.");
+    trace::error("No audio <mline> found.");
     return 1;
   }
   if (list == nullptr && count > 0) {
-    cNegotTraceManager::writeTraceMsg(4, 3,
-                                      "sdpInsertPrecondions(): There is no list of preconditions. Exiting.");
+    trace::error("sdpInsertPrecondions(): There is no list of preconditions. Exiting.");
     return 1;
   }
   PreconditionLines lines;
@@ -103,11 +102,11 @@ unsigned short sdpModifications::sdpInsertPrecondions(char* sdp, unsigned int al
 }
 
 unsigned short sdpModifications::sdpDelPreconditions(char* sdp) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpDelPreconditions() method.");
+  trace::progress("Entering sdpDelPreconditions() method.");
   SdpText text(sdp);
   std::size_t removed = 0;
   if (adopted(text, "sdpDelPreconditions")) removed = text.eraseEach(nextPrecondition);
-  cNegotTraceManager::writeTraceMsg(
-      8, 4, "Total precondition attributes removed from the SDP = %d. Exiting...", static_cast<int>(removed));
+  trace::progress("Total precondition attributes removed from the SDP = %d. Exiting...",
+                  static_cast<int>(removed));
   return 0;
 }

@@ -3,8 +3,10 @@
 #include <cstring>
 
 #include "sdpModifiers.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
+#include "trace.h"
+
+using namespace sdpneg;
 
 namespace sdpneg {
 
@@ -77,9 +79,9 @@ std::optional<std::size_t> removedCode(std::string_view mLine, std::size_t posit
 
 bool takesCode(std::size_t count, std::size_t code, std::size_t position, const char* operation) {
   if (count < recordCapacity && code <= largestCode) return true;
-  cNegotTraceManager::writeTraceMsg(
-      2, 2, "%s(): The removed m-line at position %d is not recorded. There are %d codes of at most %d.",
-      operation, static_cast<int>(position), static_cast<int>(recordCapacity), static_cast<int>(largestCode));
+  trace::info("%s(): The removed m-line at position %d is not recorded. There are %d codes of at most %d.",
+              operation, static_cast<int>(position), static_cast<int>(recordCapacity),
+              static_cast<int>(largestCode));
   return false;
 }
 
@@ -95,8 +97,7 @@ void putMLinesBack(SdpText& text, std::string_view codes, DummyMLine (*dummyOf)(
     const DummyMLine dummy = dummyOf(static_cast<unsigned char>(each));
     if (at != npos) at = positions.find(positionOf(dummy.code));
     if (addDummy(text, at, dummy) == Edit::done) continue;
-    cNegotTraceManager::writeTraceMsg(4, 3, "%s(): The SDP buffer has no room for another m-line. Exiting.",
-                                      operation);
+    trace::error("%s(): The SDP buffer has no room for another m-line. Exiting.", operation);
     return;
   }
 }

@@ -13,9 +13,9 @@
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpNegotiatorParser.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
+#include "trace.h"
 
 // Crypto attributes of SDES (RFC 4568).
 
@@ -95,9 +95,9 @@ bool mayHaveKey(std::string_view suite) {
 
 /// Puts a new key in the place of all that follows a suite.
 Edit putKey(SdpText& text, const CryptoLine& crypto) {
-  cNegotTraceManager::writeTraceMsg(2, 2, "Creating SDES crypto line with tag [%.*s] and suite [%.*s]",
-                                    static_cast<int>(crypto.tag.size()), crypto.tag.data(),
-                                    static_cast<int>(crypto.suite.size()), crypto.suite.data());
+  trace::info("Creating SDES crypto line with tag [%.*s] and suite [%.*s]",
+              static_cast<int>(crypto.tag.size()), crypto.tag.data(), static_cast<int>(crypto.suite.size()),
+              crypto.suite.data());
   char key[kKeyTextSize];
   sdpModifications::generateSDESKey(key, sizeof key);
   const auto parameters = FixedText<kKeyTextSize + 9>().add("inline:").add(key).add("\r\n");
@@ -144,9 +144,9 @@ class CryptoPass {
   }
 
   Span remove(const CryptoLine& crypto) {
-    cNegotTraceManager::writeTraceMsg(2, 2, "Removing SDES crypto line with tag [%.*s] and suite [%.*s]",
-                                      static_cast<int>(crypto.tag.size()), crypto.tag.data(),
-                                      static_cast<int>(crypto.suite.size()), crypto.suite.data());
+    trace::info("Removing SDES crypto line with tag [%.*s] and suite [%.*s]",
+                static_cast<int>(crypto.tag.size()), crypto.tag.data(), static_cast<int>(crypto.suite.size()),
+                crypto.suite.data());
     const Span gone{crypto.line.begin, crypto.line.next()};
     if (gone.begin < firstWordEnd_) continueFirstWordAt(gone);
     erased_ += gone.end - gone.begin;
@@ -189,8 +189,7 @@ unsigned short addSdesLine(SdpText& text, std::size_t mediaStart) {
     if (pass.keyAt() == npos) return pass.status();
     const std::optional<CryptoLine> crypto = cryptoLineAt(text.view(), pass.keyAt());
     if (!crypto || putKey(text, *crypto) != Edit::done) {
-      cNegotTraceManager::writeTraceMsg(4, 3,
-                                        "addSDESLine(): The new key does not fit the SDP buffer. Exiting.");
+      trace::error("addSDESLine(): The new key does not fit the SDP buffer. Exiting.");
       return 1;
     }
     keyed = true;

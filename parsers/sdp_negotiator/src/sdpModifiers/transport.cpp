@@ -4,7 +4,7 @@
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 
 namespace sdpneg {
 
@@ -25,14 +25,13 @@ std::optional<Span> thirdField(std::string_view text, const Line& line) {
 
 TransportEdit replaceTransport(SdpText& text, const Line& mLine, std::string_view expected,
                                std::string_view transport) {
-  cNegotTraceManager::writeTraceMsg(2, 2, "Entering sdpReplaceMLineTransportProtocol() method.");
+  trace::info("Entering sdpReplaceMLineTransportProtocol() method.");
   if (!contains(text.view().substr(mLine.begin, mLine.lf - mLine.begin), expected))
     return TransportEdit::notExpected;
   transport = transport.substr(0, longestTransport);
   const std::optional<Span> field = thirdField(text.view(), mLine);
   if (!field || startsWith(text.view().substr(field->begin), transport)) return TransportEdit::done;
-  cNegotTraceManager::writeTraceMsg(2, 2,
-                                    " sdpReplaceMLineTransportProtocol() method. Changing transport type");
+  trace::info(" sdpReplaceMLineTransportProtocol() method. Changing transport type");
   return text.replace(*field, transport) == Edit::done ? TransportEdit::done : TransportEdit::noRoom;
 }
 
@@ -46,7 +45,7 @@ unsigned short sdpModifications::sdpReplaceMLineTransportProtocol(char* mLine, c
   SdpText text(mLine);
   if (!adopted(text, "sdpReplaceMLineTransportProtocol")) return 1;
   const auto refuse = [](const char* reason) -> unsigned short {
-    cNegotTraceManager::writeTraceMsg(4, 3, "sdpReplaceMLineTransportProtocol(): %s Exiting.", reason);
+    trace::error("sdpReplaceMLineTransportProtocol(): %s Exiting.", reason);
     return 1;
   };
   const std::uintptr_t length =

@@ -5,9 +5,9 @@
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpNegotiatorParser.h"
-#include "sdpNegotiatorTrace.h"
 #include "sessionDescription.h"
 #include "text/lines.h"
+#include "trace.h"
 
 namespace {
 
@@ -94,7 +94,7 @@ void capBandwidths(SdpText& text, std::size_t mLine, unsigned int maxBandwidth, 
 
 bool sdpModifications::decodeProfileIntToString(char* out, eH264_profile_id id) {
   if (id == H264_PROFILE_NOT_PRESENT || static_cast<int>(id) == -1) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Incompatible type of H264 profile (%i)", static_cast<int>(id));
+    trace::error("Incompatible type of H264 profile (%i)", static_cast<int>(id));
     return false;
   }
   if (out == nullptr) return false;
@@ -112,8 +112,7 @@ bool sdpModifications::decodeProfileIntToString(char* out, const unsigned char* 
 }
 
 unsigned short sdpModifications::sdpModifyProfileId(char* sdp, eH264_profile_id id) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpModifyProfileId() method. h264ProfileId=%i",
-                                    static_cast<int>(id));
+  trace::progress("Entering sdpModifyProfileId() method. h264ProfileId=%i", static_cast<int>(id));
   char level[3];
   if (!decodeProfileIntToString(level, id)) return 1;
   SdpText text(sdp);
@@ -123,13 +122,12 @@ unsigned short sdpModifications::sdpModifyProfileId(char* sdp, eH264_profile_id 
        mLine = findLine(text.view(), "m=video", mLine)) {
     changed += lowerLevels(text, mLine, id);
   }
-  cNegotTraceManager::writeTraceMsg(
-      2, 2, "Exiting sdpModifyProfileId() method: modified profile-level-id in %i a-lines", changed);
+  trace::info("Exiting sdpModifyProfileId() method: modified profile-level-id in %i a-lines", changed);
   return 0;
 }
 
 unsigned short sdpModifications::sdpApplyBLine(char* sdp, unsigned int maxBandwidth) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpApplyBLine method: max bandwidth=%u", maxBandwidth);
+  trace::progress("Entering sdpApplyBLine method: max bandwidth=%u", maxBandwidth);
   SdpText text(sdp);
   BandwidthCounts counts;
   if (adopted(text, "sdpApplyBLine")) {
@@ -138,8 +136,7 @@ unsigned short sdpModifications::sdpApplyBLine(char* sdp, unsigned int maxBandwi
       capBandwidths(text, mLine, maxBandwidth, counts);
     }
   }
-  cNegotTraceManager::writeTraceMsg(
-      2, 2, "Exiting sdpApplyBLine method: Found total %i b-lines, modified %i of them", counts.found,
-      counts.modified);
+  trace::info("Exiting sdpApplyBLine method: Found total %i b-lines, modified %i of them", counts.found,
+              counts.modified);
   return 0;
 }

@@ -5,8 +5,8 @@
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/lines.h"
+#include "trace.h"
 
 // The video sections of a text as a text of their own.
 
@@ -41,7 +41,7 @@ struct Section {
 Section sectionAt(std::string_view text, std::size_t at) {
   const std::size_t next = findLine(text, "m=", at);
   if (next == npos) return {{at, text.size()}, true};
-  cNegotTraceManager::writeTraceMsg(8, 4, "next_mline: %s", text.data() + next - 1);
+  trace::progress("next_mline: %s", text.data() + next - 1);
   return {{at, next - 1}, false};
 }
 
@@ -51,15 +51,15 @@ bool collect(SdpText& text, std::size_t at, const std::string& connection, bool 
              std::string& collected) {
   const Section section = sectionAt(text.view(), at);
   std::string lines(text.view().substr(at, section.span.end - at));
-  cNegotTraceManager::writeTraceMsg(8, 4, "str1: %s", lines.c_str());
+  trace::progress("str1: %s", lines.c_str());
   addConnection(lines, connection);
-  cNegotTraceManager::writeTraceMsg(8, 4, "str1: %s", lines.c_str());
+  trace::progress("str1: %s", lines.c_str());
   collected += lines;
-  cNegotTraceManager::writeTraceMsg(8, 4, "str: %s", collected.c_str());
+  trace::progress("str: %s", collected.c_str());
   if (remove) {
     // The LF in front of the next m-line stays beside that in front of the section.
     text.erase(section.span);
-    cNegotTraceManager::writeTraceMsg(8, 4, "new sdp: %s.", text.view().data());
+    trace::progress("new sdp: %s.", text.view().data());
   }
   return section.last;
 }
@@ -68,7 +68,7 @@ std::string collectVideo(SdpText& text, const std::string& connection, bool remo
   std::string collected;
   std::size_t at = findLine(text.view(), kVideo);
   while (at != npos) {
-    cNegotTraceManager::writeTraceMsg(2, 2, "mstart: %s", text.view().data() + at);
+    trace::info("mstart: %s", text.view().data() + at);
     if (collect(text, at, connection, remove, collected)) break;
     // Also when the section has gone: the m-line that follows it directly is then behind the search.
     at = findLine(text.view(), kVideo, at + kVideo.size() + 1);
@@ -80,8 +80,7 @@ void handOut(std::string_view collected, char* out, unsigned int outSize) {
   const bool writable = out != nullptr && outSize > 0;
   if (outSize < collected.size()) {
     if (writable) out[0] = '\0';
-    cNegotTraceManager::writeTraceMsg(
-        2, 2, "The size of Video part of SDP is bigger than the videoDescription buffer size");
+    trace::info("The size of Video part of SDP is bigger than the videoDescription buffer size");
     return;
   }
   if (!writable) return;
@@ -93,7 +92,7 @@ void handOut(std::string_view collected, char* out, unsigned int outSize) {
 unsigned short videoDescriptions(SdpText& text, char* out, unsigned int outSize, bool remove) {
   const std::optional<std::string> connection = connectionLine(text.view());
   if (!connection) return 1;
-  cNegotTraceManager::writeTraceMsg(8, 4, "c_line: %s", connection->c_str());
+  trace::progress("c_line: %s", connection->c_str());
   handOut(collectVideo(text, *connection, remove), out, outSize);
   return 0;
 }
@@ -102,14 +101,14 @@ unsigned short videoDescriptions(SdpText& text, char* out, unsigned int outSize,
 
 unsigned short sdpModifications::getVideoDescriptions(char* sdp, char* out, unsigned int outSize,
                                                       bool removeFromSdp) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering getVideoDescriptions() method.");
+  trace::progress("Entering getVideoDescriptions() method.");
   SdpText text(sdp);
   if (!adopted(text, "getVideoDescriptions")) return 1;
-  cNegotTraceManager::writeTraceMsg(8, 4, "original sdp: %s.", sdp);
+  trace::progress("original sdp: %s.", sdp);
   try {
     return videoDescriptions(text, out, outSize, removeFromSdp);
   } catch (const std::bad_alloc&) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "getVideoDescriptions(): There is no memory. Exiting.");
+    trace::error("getVideoDescriptions(): There is no memory. Exiting.");
     return 1;
   }
 }

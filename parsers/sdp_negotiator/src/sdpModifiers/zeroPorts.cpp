@@ -6,8 +6,8 @@
 #include "sdpModifiers/adopt.h"
 #include "sdpModifiers/transport.h"
 #include "sdpNegotiatorParser/portField.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/lines.h"
+#include "trace.h"
 
 // Removal of m-lines of port 0.
 
@@ -40,8 +40,8 @@ class ZeroPorts {
     const auto port = mLine.terminated ? portOf(text.substr(lf, mLine.next() - lf)) : std::nullopt;
     status_ = port ? 0 : 1;
     if (tracing_) {
-      cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort() mLine =[%s]", text.data() + lf);
-      cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort() port =[%d]", port.value_or(0));
+      trace::debug("sdpRemoveMlinesZeroPort() mLine =[%s]", text.data() + lf);
+      trace::debug("sdpRemoveMlinesZeroPort() port =[%d]", port.value_or(0));
     }
     return port == 0;
   }
@@ -56,10 +56,8 @@ class ZeroPorts {
   }
 
   void traceRemoval(std::string_view text, const Span& mLine, std::size_t sectionEnd, bool secure) const {
-    cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort() mediaEnd =[%s]",
-                                      text.data() + sectionEnd);
-    cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort() mlineEnd =[%s]",
-                                      text.data() + mLine.end);
+    trace::debug("sdpRemoveMlinesZeroPort() mediaEnd =[%s]", text.data() + sectionEnd);
+    trace::debug("sdpRemoveMlinesZeroPort() mlineEnd =[%s]", text.data() + mLine.end);
     if (secure) traceWithoutCrypto(text, mLine.begin);
     traceWithoutCrypto(text, mLine.end);
   }
@@ -76,9 +74,8 @@ class ZeroPorts {
   /// Traces the text from an offset on as if the crypto line were gone already.
   void traceWithoutCrypto(std::string_view text, std::size_t from) const {
     const Span gone = crypto_.value_or(Span{from, from});
-    cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort() mLine =[%.*s%s]",
-                                      static_cast<int>(gone.begin - from), text.data() + from,
-                                      text.data() + gone.end);
+    trace::debug("sdpRemoveMlinesZeroPort() mLine =[%.*s%s]", static_cast<int>(gone.begin - from),
+                 text.data() + from, text.data() + gone.end);
   }
 
   bool tracing_ = isTracing();  ///< asked once, for there are several lines for each m-line
@@ -90,12 +87,12 @@ class ZeroPorts {
 }  // namespace
 
 unsigned short sdpModifications::sdpRemoveMlinesZeroPort(char* sdp) {
-  cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort() Modifier");
+  trace::debug("sdpRemoveMlinesZeroPort() Modifier");
   SdpText text(sdp);
   if (!adopted(text, "sdpRemoveMlinesZeroPort")) return 1;
   ZeroPorts ports(text.view());
   text.eraseEach([&](std::string_view view, std::size_t /*from*/) { return ports.next(view); });
-  cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort() sdp_buffer =[%s]", text.view().data());
-  cNegotTraceManager::writeTraceMsg(1, 1, "Exiting sdpRemoveMlinesZeroPort() Mofifier");
+  trace::debug("sdpRemoveMlinesZeroPort() sdp_buffer =[%s]", text.view().data());
+  trace::debug("Exiting sdpRemoveMlinesZeroPort() Mofifier");
   return ports.status();
 }

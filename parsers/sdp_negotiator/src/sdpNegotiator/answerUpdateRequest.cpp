@@ -1,6 +1,8 @@
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
+
+using namespace sdpneg;
 
 namespace {
 
@@ -13,9 +15,9 @@ void expandWhole(const cSdpNegotiator& object, char* text) {
 }  // namespace
 
 unsigned short cSdpNegotiator::sdpUpdateAnswer(const cSdpNegotiator* offer, const cSdpNegotiator* answer) {
-  cNegotTraceManager::writeTraceMsg(1, 1, "Entered sdpUpdateAnswer()");
+  trace::debug("Entered sdpUpdateAnswer()");
   if (offer == nullptr || answer == nullptr) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Invalid input objects. Cannot create the update SDP. Exiting.");
+    trace::error("Invalid input objects. Cannot create the update SDP. Exiting.");
     return 1;
   }
   char own[MAX_SDP_PROTOCOL_DATA_SIZE];

@@ -5,9 +5,11 @@
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/removedRecord.h"
 #include "sdpNegotiator/request.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 
 // Best-effort SRTP: which of its forms a body has, and the change from one to another.
+
+using namespace sdpneg;
 
 using M = sdpModifications;
 
@@ -18,7 +20,7 @@ constexpr std::size_t kTypeChangeRecordSize = 32;
 }  // namespace
 
 eSecurityType cSdpNegotiator::getSdpBestEffortSrtpType() const {
-  cNegotTraceManager::writeTraceMsg(2, 2, "Entering getSdpBestEffortSrtpType()");
+  trace::info("Entering getSdpBestEffortSrtpType()");
   const eSecurityType security = getSdpSecurityType();
   std::vector<mDescription> mLines;
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
@@ -36,7 +38,7 @@ eSecurityType cSdpNegotiator::getSdpBestEffortSrtpType() const {
 }
 
 unsigned short cSdpNegotiator::sdpChangeSdpType(eSecurityType from, eSecurityType to, char* removed) {
-  cNegotTraceManager::writeTraceMsg(2, 2, "Entering sdpChangeSrtpType()");
+  trace::info("Entering sdpChangeSrtpType()");
   sdpneg::clearRecord(removed, kTypeChangeRecordSize);
   unsigned short status = 1;
   sdpneg::editWithOLineAndParse(*this, [&](char* text, unsigned short& oLineEnd) {
@@ -46,13 +48,13 @@ unsigned short cSdpNegotiator::sdpChangeSdpType(eSecurityType from, eSecurityTyp
 }
 
 bool cSdpNegotiator::isSingleLineSDP() const {
-  cNegotTraceManager::writeTraceMsg(4, 3, "Entering isSingleLineSDP.");
+  trace::error("Entering isSingleLineSDP.");
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
   return getSDP(text, sizeof text) == 0 && M::isSingleMLineSdp(text);
 }
 
 void cSdpNegotiator::sdpRemoveMlinesZeroPort() {
-  cNegotTraceManager::writeTraceMsg(1, 1, "sdpRemoveMlinesZeroPort():Request to remove zero port m-lines");
+  trace::debug("sdpRemoveMlinesZeroPort():Request to remove zero port m-lines");
   sdpneg::editAndParse(*this, M::sdpRemoveMlinesZeroPort);
-  cNegotTraceManager::writeTraceMsg(1, 1, "Exiting sdpRemoveMlinesZeroPort()");
+  trace::debug("Exiting sdpRemoveMlinesZeroPort()");
 }

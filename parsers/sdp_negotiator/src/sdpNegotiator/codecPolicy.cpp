@@ -5,7 +5,7 @@
 #include "sdpModifiers/codecLists.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 
 // Which audio codecs a body offers, and in which order. The codec slots of the summary and the text change together.
 
@@ -82,17 +82,16 @@ void cSdpNegotiator::replaceAudioCodecs(const unsigned char* codecs, int count) 
 
 unsigned short cSdpNegotiator::sdpRestrictAudioCodecsTo(const unsigned char* codecs, int count,
                                                         bool reorder) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Request to restrict audio codecs from the SDP.");
+  trace::progress("Request to restrict audio codecs from the SDP.");
   if (codecs == nullptr) {
-    cNegotTraceManager::writeTraceMsg(4, 3,
-                                      "Empty audio codecs array. Exiting from sdpRestrictAudioCodecsTo");
+    trace::error("Empty audio codecs array. Exiting from sdpRestrictAudioCodecsTo");
     return 0;
   }
   const auto slots = valuesOf(parsedData.audioCodec, MAX_SDP_NEGOTIATOR_AUDIO_CODECS);
   const auto given = valuesOf(codecs, count);
   const CodecList result = reorder ? inGivenOrder(slots, given) : inOwnOrder(slots, given);
   if (result.count() == 0) {
-    cNegotTraceManager::writeTraceMsg(2, 2, "No common codecs found. Don't restrict any codec.");
+    trace::info("No common codecs found. Don't restrict any codec.");
     return 0;
   }
   char text[MAX_SDP_PROTOCOL_DATA_SIZE] = "";
@@ -111,30 +110,29 @@ unsigned short cSdpNegotiator::sdpRestrictAudioCodecsTo(const unsigned char* cod
 unsigned short cSdpNegotiator::sdpChangeAudioCodecPreference(unsigned char codec) {
   const char* const name = getAudioCodecText(codec);
   if (codec == SDP_NO_CODEC || isAlwaysKept(codec)) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Invalid audio codec %s entry", name);
+    trace::error("Invalid audio codec %s entry", name);
     return 0;
   }
   if (parsedData.audioCodec[0] == codec) return 0;
-  cNegotTraceManager::writeTraceMsg(1, 1, "Request to change AudioCodec %s preference", name);
+  trace::debug("Request to change AudioCodec %s preference", name);
   const auto slots = valuesOf(parsedData.audioCodec, MAX_SDP_NEGOTIATOR_AUDIO_CODECS);
   if (!holds(slots, codec)) {
-    cNegotTraceManager::writeTraceMsg(1, 1, "The preferable Audio Codec %s not found in the SDP", name);
+    trace::debug("The preferable Audio Codec %s not found in the SDP", name);
     return 0;
   }
   const CodecList order = withFirst(slots, codec);
-  cNegotTraceManager::writeTraceMsg(1, 1, "Num Of Final Codecs= %d", order.count());
+  trace::debug("Num Of Final Codecs= %d", order.count());
   applyCodecOrder(order.data(), order.count());
   return 0;
 }
 
 unsigned short cSdpNegotiator::sdpReorderAudioCodecPreference(const unsigned char* codecs, int count) {
   if (codecs == nullptr || codecs[0] == SDP_NO_CODEC) {
-    cNegotTraceManager::writeTraceMsg(4, 3,
-                                      "sdpReorderAudioCodecPreference exit - Invalid audio codec entry");
+    trace::error("sdpReorderAudioCodecPreference exit - Invalid audio codec entry");
     return 0;
   }
-  cNegotTraceManager::writeTraceMsg(1, 1, "Request to change AudioCodec preference");
-  cNegotTraceManager::writeTraceMsg(1, 1, "Num Of Final Codecs= %d", count);
+  trace::debug("Request to change AudioCodec preference");
+  trace::debug("Num Of Final Codecs= %d", count);
   // The list is taken as it is: what the slots held is not asked.
   unsigned char order[MAX_SDP_NEGOTIATOR_AUDIO_CODECS] = {};
   const int taken = std::clamp(count, 0, MAX_SDP_NEGOTIATOR_AUDIO_CODECS);
@@ -161,5 +159,5 @@ void cSdpNegotiator::applyCodecOrder(const unsigned char* order, int count) {
     getRawSDP(text, sizeof text);
   }
   if (!followed) *this = before;
-  cNegotTraceManager::writeTraceMsg(1, 1, "Updated SDP: %s", text);
+  trace::debug("Updated SDP: %s", text);
 }

@@ -1,8 +1,10 @@
 #include <string_view>
 
 #include "sdpNegotiator.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/search.h"
+#include "trace.h"
+
+using namespace sdpneg;
 
 namespace sdpneg {
 namespace {
@@ -18,7 +20,7 @@ std::string_view bodyOf(std::string_view text) {
 
 unsigned short cSdpNegotiator::compareSdpByBody(const char* sdp) const {
   if (sdp == nullptr || !isSdpPresent()) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Empty Buffer! Exiting...");
+    trace::error("Empty Buffer! Exiting...");
     return 1;
   }
   char text[MAX_SDP_PROTOCOL_DATA_SIZE + 1];
@@ -27,16 +29,16 @@ unsigned short cSdpNegotiator::compareSdpByBody(const char* sdp) const {
   const std::string_view given = sdpneg::bodyOf(sdp);
   if (own.empty() || given.empty()) return 1;
   if (own == given) {
-    cNegotTraceManager::writeTraceMsg(8, 4, "The SDP messages are same.");
+    trace::progress("The SDP messages are same.");
     return 0;
   }
-  cNegotTraceManager::writeTraceMsg(2, 2, "Different SDP messages.");
+  trace::info("Different SDP messages.");
   return 1;
 }
 
 unsigned short cSdpNegotiator::compareSdpByBody(const cSdpNegotiator* other) const {
   if (other == nullptr) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "The SDP buffer is NULL.");
+    trace::error("The SDP buffer is NULL.");
     return 1;
   }
   char text[MAX_SDP_PROTOCOL_DATA_SIZE + 1];

@@ -4,10 +4,12 @@
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpNegotiator.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/sdpText.h"
+#include "trace.h"
 
 // Texts written from values.
+
+using namespace sdpneg;
 
 namespace {
 
@@ -27,18 +29,18 @@ constexpr std::string_view kDisabledMedia =
 }  // namespace
 
 unsigned short cSdpNegotiator::sdpEncode(char* out, int version, int& length) const {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpEncode() method.");
+  trace::progress("Entering sdpEncode() method.");
   return sdpModifications::sdpEncoder(out, parsedData, version, length);
 }
 
 unsigned short cSdpNegotiator::sdpCreateMessage(char* out, const char* ip, unsigned int port,
                                                 const char* codecs, bool inactive) {
   if (ip == nullptr || !cMsgIPAddress::isValid(ip)) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Invalid IP address. Cannot create SDP message. Exiting.");
+    trace::error("Invalid IP address. Cannot create SDP message. Exiting.");
     return 1;
   }
   if (port != 0 && (port < 1024 || port > 65535)) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Invalid port number (%d) entry.", static_cast<int>(port));
+    trace::error("Invalid port number (%d) entry.", static_cast<int>(port));
     return 1;
   }
   if (!sdpneg::areLineTexts({ip}, "sdpCreateMessage")) return 1;
@@ -58,6 +60,6 @@ unsigned short cSdpNegotiator::generateDummyAnswer(char* out, bool sessionOnly, 
   }
   if (!sessionOnly) text.append(kDisabledMedia);
   length = static_cast<int>(text.size());
-  cNegotTraceManager::writeTraceMsg(8, 4, "A dummy SDP message has been created.");
+  trace::progress("A dummy SDP message has been created.");
   return 0;
 }

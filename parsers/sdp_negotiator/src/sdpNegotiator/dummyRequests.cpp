@@ -3,8 +3,8 @@
 
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
+#include "trace.h"
 
 // Bodies that stand in for the real one.
 
@@ -41,7 +41,7 @@ CodecValues codecValuesOf(std::string_view names) {
 
 unsigned short cSdpNegotiator::sdpCreateRmDummyOffer(unsigned int sessionId, unsigned int version,
                                                      bool ipv6) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Creating a RM dummy SDP.");
+  trace::progress("Creating a RM dummy SDP.");
   const char* const address = ipv6 ? "IP6 FD00:127::1" : "IP4 127.0.0.1";
   FixedText<256> text;
   text.add("v=0\r\no=IRM ").add(sessionId).add(" ").add(version).add(" IN ").add(address);
@@ -52,8 +52,7 @@ unsigned short cSdpNegotiator::sdpCreateRmDummyOffer(unsigned int sessionId, uns
 unsigned short cSdpNegotiator::createDummy(bool answer, bool holdFlag, bool third, const char* ip,
                                            unsigned short port, bool modifyOLine) {
   const char* const kind = answer ? "Answer" : "Ack";
-  cNegotTraceManager::writeTraceMsg(1, 1, "Request to create a dummy %s, holdFlag=%s", kind,
-                                    holdFlag ? "true" : "false");
+  trace::debug("Request to create a dummy %s, holdFlag=%s", kind, holdFlag ? "true" : "false");
   const cSdpNegotiator before = *this;
   unsigned short status = 1;
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
@@ -65,7 +64,7 @@ unsigned short cSdpNegotiator::createDummy(bool answer, bool holdFlag, bool thir
   }
   if (status == 0) return 0;
   *this = before;
-  cNegotTraceManager::writeTraceMsg(4, 3, "Failed to create a dummy SDP %s", kind);
+  trace::error("Failed to create a dummy SDP %s", kind);
   return status;
 }
 

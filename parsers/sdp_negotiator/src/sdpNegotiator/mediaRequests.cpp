@@ -2,9 +2,11 @@
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 
 // Requests that edit the media of the text: each traces, runs one edit, and parses what comes of it.
+
+using namespace sdpneg;
 
 using sdpneg::editAndParse;
 using M = sdpModifications;
@@ -21,73 +23,69 @@ unsigned short disablePorts(cSdpNegotiator& object, M::eMediaSecurityType securi
 }  // namespace
 
 unsigned short cSdpNegotiator::sdpReplaceMode(unsigned char mode, int mediaMask) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Request to set the connection mode to:%d.", mode);
+  trace::progress("Request to set the connection mode to:%d.", mode);
   return editAndParse(*this, [&](char* text) { return M::sdpReplaceMode(text, mode, mediaMask); });
 }
 
 unsigned short cSdpNegotiator::sdpReplaceMode(unsigned char mode) {
   constexpr int kAudioAndVideo = 64;
   sdpReplaceMode(mode, kAudioAndVideo);
-  return sdpneg::asStatus(cNegotTraceManager::writeTraceMsg(
-      8, 4, "Request to set the connection mode to:%d to all types of media (AUDIO and VIDEO)", mode));
+  return sdpneg::asStatus(trace::progress(
+      "Request to set the connection mode to:%d to all types of media (AUDIO and VIDEO)", mode));
 }
 
 unsigned short cSdpNegotiator::sdpInsertSilenceSuppression(unsigned char value) {
-  cNegotTraceManager::writeTraceMsg(1, 1, "Request to insert  silence suppression: silence_suppression=%d",
-                                    value);
+  trace::debug("Request to insert  silence suppression: silence_suppression=%d", value);
   return editAndParse(*this,
                       [&](char* text) { return M::sdpInsertSilenceSuppression(text, value, parsedData); });
 }
 
 unsigned short cSdpNegotiator::sdpInsertEchoCancellation(unsigned char echoCancellation,
                                                          unsigned char direction) {
-  cNegotTraceManager::writeTraceMsg(
-      1, 1, "Request to insert  echo cancellation: echo_cancellation=%d, direction=%d", echoCancellation,
-      direction);
+  trace::debug("Request to insert  echo cancellation: echo_cancellation=%d, direction=%d", echoCancellation,
+               direction);
   return editAndParse(
       *this, [&](char* text) { return M::sdpInsertEchoCancellation(text, echoCancellation, direction); });
 }
 
 unsigned short cSdpNegotiator::sdpReplaceCxIP(const char* ip) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Request to replace the IP to:%s.", ip != nullptr ? ip : "");
+  trace::progress("Request to replace the IP to:%s.", ip != nullptr ? ip : "");
   return editAndParse(*this, [&](char* text) { return M::sdpReplaceCxIP(text, ip); });
 }
 
 unsigned short cSdpNegotiator::sdpDisablePort(unsigned int mediaMask) {
-  cNegotTraceManager::writeTraceMsg(1, 1, "Request to disable the port of (%d) media type.",
-                                    static_cast<int>(mediaMask));
+  trace::debug("Request to disable the port of (%d) media type.", static_cast<int>(mediaMask));
   if ((mediaMask & MEDIA_VIDEO) != 0) {
     mediaMask |= MEDIA_APPLICATION;
-    cNegotTraceManager::writeTraceMsg(
-        1, 1, "Request to disable video media: application media will also be disabled");
+    trace::debug("Request to disable video media: application media will also be disabled");
   }
-  cNegotTraceManager::writeTraceMsg(1, 1, "Request to disable the port of media type (0x%x)", mediaMask);
+  trace::debug("Request to disable the port of media type (0x%x)", mediaMask);
   return editAndParse(*this, [&](char* text) {
     return M::sdpDisablePort(text, static_cast<int>(mediaMask), sdpneg::ipVersionUnknown);
   });
 }
 
 unsigned short cSdpNegotiator::sdpDisableSAVPPorts() {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Request to disable the secure media ports.");
+  trace::progress("Request to disable the secure media ports.");
   return disablePorts(*this, M::MEDIA_SECURITY_SECURE);
 }
 
 unsigned short cSdpNegotiator::sdpDisableAVPPorts() {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Request to disable the non-secure media ports.");
+  trace::progress("Request to disable the non-secure media ports.");
   return disablePorts(*this, M::MEDIA_SECURITY_NON_SECURE);
 }
 
 unsigned short cSdpNegotiator::sdpRemoveAllVideoMedia() {
-  cNegotTraceManager::writeTraceMsg(1, 1, "Request to remove ALL video media.");
+  trace::debug("Request to remove ALL video media.");
   return editAndParse(*this, [](char* text) { return M::sdpRemoveVideoMedia(text, true); });
 }
 
 unsigned short cSdpNegotiator::sdpRemoveVideoMedia() {
-  cNegotTraceManager::writeTraceMsg(1, 1, "Request to remove video media.");
+  trace::debug("Request to remove video media.");
   return editAndParse(*this, [](char* text) { return M::sdpRemoveVideoMedia(text, false); });
 }
 
 unsigned short cSdpNegotiator::sdpBuild2mLineSDP() {
-  cNegotTraceManager::writeTraceMsg(1, 1, "Request to build 2mLine SDP.");
+  trace::debug("Request to build 2mLine SDP.");
   return sdpneg::editAnywayAndParse(*this, M::sdpBuild2mLineSDP);
 }

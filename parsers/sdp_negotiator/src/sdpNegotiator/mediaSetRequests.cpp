@@ -1,16 +1,18 @@
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 
 // Requests that remove alternatives for the other side's sake, or put m-lines back that were removed before.
+
+using namespace sdpneg;
 
 using sdpneg::asStatus;
 using sdpneg::editWithOLineAndParse;
 using M = sdpModifications;
 
 unsigned short cSdpNegotiator::sdpRemoveDualStackIce() {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Request to remove Invalid Candidates.");
+  trace::progress("Request to remove Invalid Candidates.");
   // Nothing to remove is no failure, and is not told from an edit that failed.
   unsigned short parsed = 0;
   sdpneg::editText(*this, M::sdpRemoveDualStackIce,
@@ -19,10 +21,9 @@ unsigned short cSdpNegotiator::sdpRemoveDualStackIce() {
 }
 
 unsigned short cSdpNegotiator::sdpReplaceTransportProtocol(char* removed, bool flag) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Request to restore the RTP/SAVP.");
+  trace::progress("Request to restore the RTP/SAVP.");
   if (removed == nullptr) {
-    return asStatus(
-        cNegotTraceManager::writeTraceMsg(4, 3, "The request to restore the RTP/SAVP is invalid."));
+    return asStatus(trace::error("The request to restore the RTP/SAVP is invalid."));
   }
   return editWithOLineAndParse(*this, [&](char* text, unsigned short& oLineEnd) {
     M::sdpReplaceTransProtocol(text, removed, oLineEnd, flag);
@@ -30,9 +31,9 @@ unsigned short cSdpNegotiator::sdpReplaceTransportProtocol(char* removed, bool f
 }
 
 unsigned short cSdpNegotiator::sdpReInsertANAT(char* removed, bool flag) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Request to re-insert the ANAT media.");
+  trace::progress("Request to re-insert the ANAT media.");
   if (removed == nullptr) {
-    return asStatus(cNegotTraceManager::writeTraceMsg(4, 3, "The Request to re-insert the ANAT is invalid."));
+    return asStatus(trace::error("The Request to re-insert the ANAT is invalid."));
   }
   return editWithOLineAndParse(*this, [&](char* text, unsigned short& oLineEnd) {
     M::sdpReInsertAnat(text, removed, oLineEnd, flag);

@@ -3,8 +3,8 @@
 
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/search.h"
+#include "trace.h"
 
 // Whether an offer is the next version of an earlier one, and making it so.
 
@@ -69,11 +69,10 @@ unsigned short addMLines(cSdpNegotiator& object, const cSdpNegotiator& earlier, 
 }  // namespace
 
 unsigned short cSdpNegotiator::isSdpVersionIncreased(const cSdpNegotiator* earlier) const {
-  cNegotTraceManager::writeTraceMsg(1, 1, "Entered isSdpVersionIncrease()");
+  trace::debug("Entered isSdpVersionIncrease()");
   if (earlier == nullptr) {
     // Without an earlier offer any is a new one.
-    cNegotTraceManager::writeTraceMsg(
-        4, 3, "Invalid input object. Cannot check the required elements of the SDP. Exiting.");
+    trace::error("Invalid input object. Cannot check the required elements of the SDP. Exiting.");
     return 1;
   }
   if (compareSdpOLine(earlier) != 1) return 0;
@@ -82,21 +81,20 @@ unsigned short cSdpNegotiator::isSdpVersionIncreased(const cSdpNegotiator* earli
   earlier->getOLine(before);
   getOLine(now);
   if (!isComplete(before) || !isComplete(now)) return 0;
-  cNegotTraceManager::writeTraceMsg(8, 4, "NEW BINARY sdp session version old %lld, version of new %lld",
-                                    versionOf(before), versionOf(now));
+  trace::progress("NEW BINARY sdp session version old %lld, version of new %lld", versionOf(before),
+                  versionOf(now));
   return isRaisedByOne(versionOf(before), versionOf(now)) && isSameSession(before, now) ? 1 : 0;
 }
 
 unsigned short cSdpNegotiator::sdpModifyVersionAndMlines(cSdpNegotiator* earlier, bool keepOnly) {
   if (earlier == nullptr) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Invalid input object. Cannot continue. Exiting.");
+    trace::error("Invalid input object. Cannot continue. Exiting.");
     return 1;
   }
   o_line origin;
   earlier->getOLine(origin);
   if (versionOf(origin) == std::numeric_limits<long long>::max()) {
-    cNegotTraceManager::writeTraceMsg(
-        4, 3, "sdpModifyVersionAndMlines(): The session version cannot be raised. Exiting.");
+    trace::error("sdpModifyVersionAndMlines(): The session version cannot be raised. Exiting.");
     return 1;
   }
   const cSdpNegotiator before = *this;

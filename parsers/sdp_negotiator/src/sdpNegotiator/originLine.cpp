@@ -7,8 +7,8 @@
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/sdpText.h"
+#include "trace.h"
 
 // The origin line (RFC 4566 5.2). What changes it stores the text without parsing it again: of the summary
 // only the line's own place changes.
@@ -64,7 +64,7 @@ class OriginLineOf {
   explicit OriginLineOf(const cSdpNegotiator& object) {
     text_[0] = '\0';
     if (!object.isSdpPresent()) {
-      cNegotTraceManager::writeTraceMsg(4, 3, "The object is empty. Returning an empty o-line.");
+      trace::error("The object is empty. Returning an empty o-line.");
       return;
     }
     object.getRawSDP(text_, sizeof text_);
@@ -121,21 +121,21 @@ void cSdpNegotiator::getOLine(o_line& record) const {
 
 unsigned short cSdpNegotiator::compareSdpOLine(const char* line) const {
   if (line == nullptr) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "The o-line buffer is empty.");
+    trace::error("The o-line buffer is empty.");
     return 1;
   }
   const OriginLineOf own(*this);
   if (own.view() == line) {
-    cNegotTraceManager::writeTraceMsg(8, 4, "The o-line is the same as the given one.");
+    trace::progress("The o-line is the same as the given one.");
     return 0;
   }
-  cNegotTraceManager::writeTraceMsg(1, 1, "Different o-line");
+  trace::debug("Different o-line");
   return 1;
 }
 
 unsigned short cSdpNegotiator::compareSdpOLine(const cSdpNegotiator* other) const {
   if (other == nullptr) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "The sdpNegotiator class is NULL.");
+    trace::error("The sdpNegotiator class is NULL.");
     return 1;
   }
   char* line = nullptr;
@@ -154,8 +154,7 @@ bool cSdpNegotiator::compareSdpOLineUpdate(const cSdpNegotiator* other) const {
   if (viewOf(sdp_OgetUserName(&incoming)).empty() || viewOf(sdp_OgetUserName(&own)).empty()) return false;
   const auto incomingVersion = numberOrZero<long long>(viewOf(sdp_OgetSessionVersion(&incoming)));
   const auto ownVersion = numberOrZero<long long>(viewOf(sdp_OgetSessionVersion(&own)));
-  cNegotTraceManager::writeTraceMsg(8, 4, "sdp session version In %lld version of Vob %lld", incomingVersion,
-                                    ownVersion);
+  trace::progress("sdp session version In %lld version of Vob %lld", incomingVersion, ownVersion);
   const auto same = [&](const char* (*field)(const o_line*)) {
     return isSame(field(&incoming), field(&own));
   };
@@ -172,15 +171,14 @@ unsigned short cSdpNegotiator::replaceOriginLine(const char* line) {
   // An empty object starts from an empty text; a text that cannot be expanded stays as it is.
   const unsigned short expanded = getSDP(buffer, sizeof buffer);
   if (expanded != 0 && isSdpPresent()) return expanded;
-  cNegotTraceManager::writeTraceMsg(8, 4,
-                                    "copyOLine(): request to replace existing o-line with [%s] len=[%i]",
-                                    line, static_cast<int>(length));
-  cNegotTraceManager::writeTraceMsg(8, 4, "copyOLine(): SDP length change is %i characters",
-                                    static_cast<int>(end) - static_cast<int>(old.end));
+  trace::progress("copyOLine(): request to replace existing o-line with [%s] len=[%i]", line,
+                  static_cast<int>(length));
+  trace::progress("copyOLine(): SDP length change is %i characters",
+                  static_cast<int>(end) - static_cast<int>(old.end));
   SdpText text(buffer);
   const bool inside = old.begin <= old.end && old.end <= text.size();
   if (!inside || length + 2 > text.room() + (old.end - old.begin)) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "copyOLine(): The o-line does not fit the SDP buffer.");
+    trace::error("copyOLine(): The o-line does not fit the SDP buffer.");
     return 1;
   }
   text.replace(old, line);
@@ -201,19 +199,19 @@ unsigned short cSdpNegotiator::copyOLine(const cSdpNegotiator* other) {
       status = first > 1 ? replaceOriginLine(line) : 0;
     }
   }
-  cNegotTraceManager::writeTraceMsg(8, 4, "copyOLine(): returning %s", status == 0 ? "SUCCESS" : "FAILURE");
+  trace::progress("copyOLine(): returning %s", status == 0 ? "SUCCESS" : "FAILURE");
   return status;
 }
 
 unsigned short cSdpNegotiator::sdpSetVersionNumber(unsigned int version) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Request to set the version of o-line to:%u.", version);
+  trace::progress("Request to set the version of o-line to:%u.", version);
   return editOriginLine(*this, parsedData.oLineEnd, [&](char* text, unsigned short& end) {
     return sdpModifications::sdpReplaceVersionNumber(text, version, end);
   });
 }
 
 unsigned short cSdpNegotiator::sdpSetVersionNumberLong(long long version) {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Request to set the version of o-line to:%lld.", version);
+  trace::progress("Request to set the version of o-line to:%lld.", version);
   return editOriginLine(*this, parsedData.oLineEnd, [&](char* text, unsigned short& end) {
     return sdpModifications::sdpReplaceVersionNumberLong(text, version, end);
   });
@@ -224,11 +222,9 @@ unsigned short cSdpNegotiator::sdpModifyOLine(const char* sessionId, const char*
     return text != nullptr && strnlen(text, kLongestId + 1) <= kLongestId;
   };
   if (!isId(sessionId) || !isId(version)) {
-    return asStatus(cNegotTraceManager::writeTraceMsg(
-        4, 3, "The input values of session id or the session version are invalid."));
+    return asStatus(trace::error("The input values of session id or the session version are invalid."));
   }
-  cNegotTraceManager::writeTraceMsg(8, 4, "Request to set the session-id to:(%s) and the version to:(%s).",
-                                    sessionId, version);
+  trace::progress("Request to set the session-id to:(%s) and the version to:(%s).", sessionId, version);
   return editOriginLine(*this, parsedData.oLineEnd, [&](char* text, unsigned short& end) {
     return sdpModifications::sdpModifyOLine(text, sessionId, version, ip, end);
   });
@@ -239,14 +235,14 @@ unsigned short cSdpNegotiator::sdpModifyOLine(const char* sessionId, const char*
 }
 
 unsigned short cSdpNegotiator::sdpModifyOLine() {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Request to modify the o-line based on the timestamp.");
+  trace::progress("Request to modify the o-line based on the timestamp.");
   return editOriginLine(*this, parsedData.oLineEnd, [&](char* text, unsigned short& end) {
     return sdpModifications::sdpModifyOLine(text, nullptr, end);
   });
 }
 
 unsigned short cSdpNegotiator::sdpIncVersion() {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Request to increase the version of o-line by 1.");
+  trace::progress("Request to increase the version of o-line by 1.");
   // The o-line's recorded end stays where it is, also where the version gains a digit.
   return editAndStore(*this, sdpModifications::sdpIncVersion);
 }

@@ -4,7 +4,9 @@
 
 #include "sdpNegotiator.h"
 #include "sdpNegotiatorParser.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
+
+using namespace sdpneg;
 
 cSdpNegotiator cSdpNegotiator::empty() noexcept {
   cSdpNegotiator object{};
@@ -20,19 +22,18 @@ void cSdpNegotiator::reset() {
 unsigned short cSdpNegotiator::sdpParse(const char* sdp, eSdpType type) {
   reset();
   if (sdp == nullptr || *sdp == '\0') {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Empty buffer. Nothing to be parsed.");
+    trace::error("Empty buffer. Nothing to be parsed.");
     return 1;
   }
   constexpr unsigned long limit = MAX_SDP_PROTOCOL_DATA_SIZE;
   const unsigned long length = std::strlen(sdp);
   if (length > limit) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "The SDP size=%lu exceeds MAX_SDP_PROTOCOL_DATA_SIZE=%lu", length,
-                                      limit);
+    trace::error("The SDP size=%lu exceeds MAX_SDP_PROTOCOL_DATA_SIZE=%lu", length, limit);
     return 1;
   }
-  cNegotTraceManager::writeTraceMsg(8, 4, "Entering sdpParse() method: SDP length is %lu", length);
+  trace::progress("Entering sdpParse() method: SDP length is %lu", length);
   if (sdpParserMessage::sdpParse(sdp, type, parsedData) != 0) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Exiting sdpParse() method. Exiting...");
+    trace::error("Exiting sdpParse() method. Exiting...");
     reset();
     return 1;
   }

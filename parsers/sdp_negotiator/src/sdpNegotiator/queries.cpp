@@ -2,8 +2,10 @@
 
 #include "ipVersions.h"
 #include "sdpNegotiator.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/search.h"
+#include "trace.h"
+
+using namespace sdpneg;
 
 namespace sdpneg {
 namespace {
@@ -38,7 +40,7 @@ bool cSdpNegotiator::isParsedDataInitialized() const { return parsedData.isIniti
 
 bool cSdpNegotiator::isParsedDataPresent() const {
   if (!isSdpPresent() && isParsedDataInitialized()) return false;
-  cNegotTraceManager::writeTraceMsg(8, 4, "The isParsedDataPresent() is true.");
+  trace::progress("The isParsedDataPresent() is true.");
   return true;
 }
 

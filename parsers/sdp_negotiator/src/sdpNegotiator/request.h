@@ -3,7 +3,7 @@
 
 #include "sdpDataDefinitions.h"
 #include "sdpNegotiator.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 
 namespace sdpneg {
 
@@ -66,7 +66,7 @@ inline unsigned short storeOrKeep(cSdpNegotiator& object, const char* text) {
 inline unsigned short storeOrStay(cSdpNegotiator& object, const char* text) {
   const unsigned short status = storeOrKeep(object, text);
   if (status != 0) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "The edited SDP cannot be stored. The SDP is left as it was.");
+    trace::error("The edited SDP cannot be stored. The SDP is left as it was.");
   }
   return status;
 }

@@ -5,7 +5,7 @@
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/removedRecord.h"
 #include "sdpNegotiator/request.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 
 // How a body secures its media, and removal of what the other side does not support.
 
@@ -17,7 +17,7 @@ using M = sdpModifications;
 constexpr std::size_t kSecureRecordSize = 28;
 constexpr std::size_t kAnatRecordSize = 26;
 
-int traceDetail(const char* text) { return cNegotTraceManager::writeTraceMsg(8, 4, "%s", text); }
+int traceDetail(const char* text) { return trace::progress("%s", text); }
 
 unsigned short removeLinesAndParse(cSdpNegotiator& object, const char* prefix) {
   return editAndParse(object, [&](char* text) { return M::sdpRemoveSecureAttributes(text, prefix); });
@@ -111,7 +111,7 @@ unsigned short cSdpNegotiator::sdpDisableSRTPMedia(char* removed, eNonSupportedS
     case NON_SUPPORTED_SDES:
       return removeKeyExchange(*this, removed, kSdes);
     case NON_SUPPORTED_RTP:
-      cNegotTraceManager::writeTraceMsg(1, 1, "Request to remove RTP media streams.");
+      trace::debug("Request to remove RTP media streams.");
       return removePlainMedia(*this, removed);
     default:
       traceDetail("Request to remove all the secure media streams.");
@@ -120,7 +120,7 @@ unsigned short cSdpNegotiator::sdpDisableSRTPMedia(char* removed, eNonSupportedS
 }
 
 unsigned short cSdpNegotiator::sdpRemoveMikeyAttribute() {
-  cNegotTraceManager::writeTraceMsg(1, 1, "Request to remove the mi-key attributes.");
+  trace::debug("Request to remove the mi-key attributes.");
   return removeLinesAndParse(*this, "a=key-mgmt:");
 }
 
@@ -131,12 +131,11 @@ unsigned short cSdpNegotiator::sdpDisableSDESCryptoMedia() {
 
 unsigned short cSdpNegotiator::sdpRemoveANAT(eIPAddressVersion version, char* removed, bool flag) {
   const char* const netType = netTypeOf(version);
-  cNegotTraceManager::writeTraceMsg(8, 4, "Request to remove ANAT media net_type=%s.",
-                                    netType != nullptr ? netType : "INVALID");
+  trace::progress("Request to remove ANAT media net_type=%s.", netType != nullptr ? netType : "INVALID");
   clearRecord(removed, kAnatRecordSize);
   if (netType == nullptr) {
-    return asStatus(cNegotTraceManager::writeTraceMsg(
-        8, 4, "removeAddrVersion(=%i) is not IP4 or IP6. exiting sdpRemoveANAT.", static_cast<int>(version)));
+    return asStatus(trace::progress("removeAddrVersion(=%i) is not IP4 or IP6. exiting sdpRemoveANAT.",
+                                    static_cast<int>(version)));
   }
   if (!isAnatPresent()) {
     return asStatus(traceDetail("group ANAT attribute is not present, nothing to remove."));
@@ -144,12 +143,11 @@ unsigned short cSdpNegotiator::sdpRemoveANAT(eIPAddressVersion version, char* re
   editWithOLineAndParse(*this, [&](char* text, unsigned short& oLineEnd) {
     M::sdpRemoveAnat(text, version, removed, oLineEnd, flag);
   });
-  return asStatus(cNegotTraceManager::writeTraceMsg(8, 4, "sdpRemoveANAT output is [%s]",
-                                                    recordText<76>(codesOf(removed)).text()));
+  return asStatus(trace::progress("sdpRemoveANAT output is [%s]", recordText<76>(codesOf(removed)).text()));
 }
 
 unsigned short cSdpNegotiator::sdpRemoveDTLSAttributes() {
-  cNegotTraceManager::writeTraceMsg(1, 1, "Request to remove DTLS secure attributes.");
+  trace::debug("Request to remove DTLS secure attributes.");
   if (!isDTLSPresent()) {
     traceDetail("No DTLS security in SDP. There is nothing to remove.");
     return 1;

@@ -2,7 +2,9 @@
 #include <iterator>
 
 #include "sdpNegotiator.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
+
+using namespace sdpneg;
 
 namespace {
 
@@ -15,15 +17,14 @@ int slotsFor(int count) { return std::clamp(count, 0, MAX_SDP_NEGOTIATOR_AUDIO_C
 
 bool isAudioCodec(unsigned char codec) {
   if (codec <= kLargestAudioCodec) return true;
-  cNegotTraceManager::writeTraceMsg(4, 3, "Invalid audio codec (%d) entry", codec);
+  trace::error("Invalid audio codec (%d) entry", codec);
   return false;
 }
 
 /// -1 stands for the first free slot.
 bool isSlot(int slot) {
   if (slot >= -1 && slot < MAX_SDP_NEGOTIATOR_AUDIO_CODECS) return true;
-  cNegotTraceManager::writeTraceMsg(
-      4, 3, "Invalid slot (%d) entry. MUST not exceed to MAX_SDP_NEGOTIATOR_AUDIO_CODECS", slot);
+  trace::error("Invalid slot (%d) entry. MUST not exceed to MAX_SDP_NEGOTIATOR_AUDIO_CODECS", slot);
   return false;
 }
 
@@ -40,7 +41,7 @@ void putInSlot(unsigned char (&slots)[MAX_SDP_NEGOTIATOR_AUDIO_CODECS], int slot
 unsigned short cSdpNegotiator::setAudioCodecs(const unsigned char* codecs, int count) {
   if (codecs == nullptr) {
     initAudioCodecs();
-    cNegotTraceManager::writeTraceMsg(4, 3, "Empty audio codecs input. Exiting...");
+    trace::error("Empty audio codecs input. Exiting...");
     return 1;
   }
   // The list may be the object's own.
@@ -60,7 +61,7 @@ bool cSdpNegotiator::addAudioCodec(unsigned char codec, int slot) {
 
 unsigned short cSdpNegotiator::setPacketizationPeriod(const unsigned char* periods, int count) {
   if (periods == nullptr) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Empty packetization time input. Exiting...");
+    trace::error("Empty packetization time input. Exiting...");
     return 1;
   }
   if (periods != parsedData.packetizationPeriod) {
@@ -77,7 +78,7 @@ bool cSdpNegotiator::setPacketizationPeriod(unsigned char period, int slot) {
 
 unsigned short cSdpNegotiator::setMediaPort(unsigned int port) {
   if (port != 0 && (port < 1024 || port > 65535)) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Invalid port number (%d) entry.", static_cast<int>(port));
+    trace::error("Invalid port number (%d) entry.", static_cast<int>(port));
     return 1;
   }
   parsedData.port = port;
@@ -86,7 +87,7 @@ unsigned short cSdpNegotiator::setMediaPort(unsigned int port) {
 
 unsigned short cSdpNegotiator::setMediaType(unsigned int mediaType) {
   if (mediaType > kAllMediaTypes) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Invalid mediaType entry (%d)", static_cast<int>(mediaType));
+    trace::error("Invalid mediaType entry (%d)", static_cast<int>(mediaType));
     return 1;
   }
   parsedData.mediaType = mediaType;
@@ -95,7 +96,7 @@ unsigned short cSdpNegotiator::setMediaType(unsigned int mediaType) {
 
 unsigned short cSdpNegotiator::setResourceReserve(unsigned char value) {
   if (value > kLargestResourceReserve) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Invalid eResourceReserve entry (%d)", value);
+    trace::error("Invalid eResourceReserve entry (%d)", value);
     return 1;
   }
   parsedData.resourceReserve = value;

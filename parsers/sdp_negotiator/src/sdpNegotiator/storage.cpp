@@ -5,7 +5,9 @@
 
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/deflate.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
+
+using namespace sdpneg;
 
 static_assert(std::is_trivial_v<cSdpNegotiator> && std::is_standard_layout_v<cSdpNegotiator>);
 static_assert(sizeof(cSdpNegotiator) == sizeof(sSdpParsedData) + SDP_STORED_TEXT_SIZE);
@@ -57,9 +59,9 @@ unsigned short cSdpNegotiator::getRawSDP(char* dst, unsigned int len) const {
 }
 
 unsigned short cSdpNegotiator::getSDP(char* dst, unsigned int len) const {
-  cNegotTraceManager::writeTraceMsg(8, 4, "Building raw SDP buffer.");
+  trace::progress("Building raw SDP buffer.");
   if (!isSdpPresent()) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "The raw SDP buffer is empty.");
+    trace::error("The raw SDP buffer is empty.");
     return 1;
   }
   return getRawSDP(dst, len);

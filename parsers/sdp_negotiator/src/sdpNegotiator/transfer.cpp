@@ -2,9 +2,11 @@
 #include <new>
 
 #include "sdpNegotiator.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 
 // The transfer form: the object's own leading bytes, without the part of `rawSdp` that is not in use.
+
+using namespace sdpneg;
 
 namespace {
 
@@ -44,7 +46,7 @@ unsigned short cSdpNegotiator::compressObject(unsigned char** out, unsigned int&
 
 unsigned short cSdpNegotiator::uncompressObject(const unsigned char* in, unsigned int size) {
   if (!isConsistent(in, size)) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "The packed object of %u bytes is invalid. Exiting.", size);
+    trace::error("The packed object of %u bytes is invalid. Exiting.", size);
     return 1;
   }
   std::memmove(static_cast<void*>(this), in, size);

@@ -7,9 +7,9 @@
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/lines.h"
 #include "text/sdpText.h"
+#include "trace.h"
 
 // The video sections of a body as text, and the transports of its m-lines.
 
@@ -52,11 +52,9 @@ Edit addVideo(SdpText& text, std::string_view sections) {
 bool addVideoOrTrace(SdpText& text, std::string_view sections) {
   try {
     if (addVideo(text, sections) == Edit::done) return true;
-    cNegotTraceManager::writeTraceMsg(
-        4, 3, "sdpAddVideoDescriptions(): The SDP with the videoDescriptions does not fit its buffer.");
+    trace::error("sdpAddVideoDescriptions(): The SDP with the videoDescriptions does not fit its buffer.");
   } catch (const std::bad_alloc&) {
-    cNegotTraceManager::writeTraceMsg(
-        4, 3, "sdpAddVideoDescriptions(): There is no memory for the SDP with the videoDescriptions.");
+    trace::error("sdpAddVideoDescriptions(): There is no memory for the SDP with the videoDescriptions.");
   }
   return false;
 }
@@ -70,14 +68,12 @@ std::optional<std::vector<std::string>> mediaNames(char* text) {
     std::vector<std::string> names;
     for (const mDescription& media : mLines) {
       names.emplace_back(media.mLine.media);
-      cNegotTraceManager::writeTraceMsg(
-          1, 1, "sdpModifyTransportTypes():Request to modify transport type for all m = %s",
-          media.mLine.media);
+      trace::debug("sdpModifyTransportTypes():Request to modify transport type for all m = %s",
+                   media.mLine.media);
     }
     return names;
   } catch (const std::bad_alloc&) {
-    cNegotTraceManager::writeTraceMsg(
-        4, 3, "sdpModifyTransportTypes(): There is no memory for the media of the SDP.");
+    trace::error("sdpModifyTransportTypes(): There is no memory for the media of the SDP.");
     return std::nullopt;
   }
 }
@@ -86,39 +82,37 @@ std::optional<std::vector<std::string>> mediaNames(char* text) {
 
 void cSdpNegotiator::sdpAddVideoDescriptions(const char* sections) {
   if (sections == nullptr) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "The request to add videoDescriptions  is invalid.");
+    trace::error("The request to add videoDescriptions  is invalid.");
     return;
   }
-  cNegotTraceManager::writeTraceMsg(1, 1, "Request to add videoDescriptions: %s", sections);
+  trace::debug("Request to add videoDescriptions: %s", sections);
   char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
   if (getSDP(buffer, sizeof buffer) != 0) return;
   SdpText text(buffer);
   if (!addVideoOrTrace(text, sections)) return;
   if (storeOrKeep(*this, buffer) != 0) {
-    cNegotTraceManager::writeTraceMsg(
-        4, 3, "sdpAddVideoDescriptions(): The SDP with the videoDescriptions cannot be stored.");
+    trace::error("sdpAddVideoDescriptions(): The SDP with the videoDescriptions cannot be stored.");
   } else {
-    cNegotTraceManager::writeTraceMsg(1, 1, "Updated SDP: %s", buffer);
+    trace::debug("Updated SDP: %s", buffer);
   }
 }
 
 unsigned short cSdpNegotiator::sdpGetVideoDescriptions(char* out, unsigned int size, bool flag) {
-  cNegotTraceManager::writeTraceMsg(1, 1, "Request to get the video descriptions");
+  trace::debug("Request to get the video descriptions");
   const unsigned short status = editText(
       *this, [&](char* text) { return sdpModifications::getVideoDescriptions(text, out, size, flag); },
       [this](const char* text) { return storeOrKeep(*this, text); });
   if (status == 0) return 1;
-  cNegotTraceManager::writeTraceMsg(4, 3, "The request to get the video descriptions is invalid.");
+  trace::error("The request to get the video descriptions is invalid.");
   return 0;
 }
 
 void cSdpNegotiator::sdpModifyTransportTypes(const char* fromTransport, const char* toTransport) {
-  cNegotTraceManager::writeTraceMsg(
-      1, 1, "sdpModifyTransportTypes():Request to modify transport type for all m-lines");
+  trace::debug("sdpModifyTransportTypes():Request to modify transport type for all m-lines");
   editAndParse(*this, [&](char* text) -> unsigned short {
     const auto names = mediaNames(text);
     return names ? sdpModifications::sdpSetMediaTransportType(text, fromTransport, toTransport, *names) : 1;
   });
   // The text that ends this request names another one.
-  cNegotTraceManager::writeTraceMsg(1, 1, "Exiting sdpRemoveMlinesZeroPort()");
+  trace::debug("Exiting sdpRemoveMlinesZeroPort()");
 }

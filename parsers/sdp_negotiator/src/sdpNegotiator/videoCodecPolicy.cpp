@@ -10,9 +10,9 @@
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
 #include "sdpNegotiatorParser.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/lines.h"
 #include "text/sdpText.h"
+#include "trace.h"
 
 // Which video codecs a body offers.
 
@@ -107,11 +107,11 @@ bool VideoSection::judge(Codecs allowed) {
   }
   const int removed = static_cast<int>(others_.count());
   const std::string_view shown = content(section, lineAt(section, 0));
-  cNegotTraceManager::writeTraceMsg(1, 1,
-                                    "Processing media [%.*s]: contains total of %i codecs, %i are allowed, "
-                                    "%i codecs must be removed and %i are unknown/invalid",
-                                    static_cast<int>(shown.size()), shown.data(), total, allowedCount,
-                                    removed, total - allowedCount - removed);
+  trace::debug(
+      "Processing media [%.*s]: contains total of %i codecs, %i are allowed, "
+      "%i codecs must be removed and %i are unknown/invalid",
+      static_cast<int>(shown.size()), shown.data(), total, allowedCount, removed,
+      total - allowedCount - removed);
   return allowedCount != 0;
 }
 
@@ -132,7 +132,7 @@ void VideoSection::removeOthers() {
   for (int i = 0; i < sdp_MgetNoOfFormats(&mLine_); ++i) {
     if (!others_.test(static_cast<std::size_t>(i))) continue;
     const char* const format = sdp_MgetFormat(&mLine_, i);
-    cNegotTraceManager::writeTraceMsg(1, 1, "Removing format [%s] from video media", format);
+    trace::debug("Removing format [%s] from video media", format);
     remove(format);
   }
 }
@@ -150,8 +150,7 @@ Restriction restrictVideo(SdpText& text, Codecs allowed) {
     VideoSection section(text, at);
     if (!section.decode()) continue;
     if (!section.judge(allowed)) {
-      cNegotTraceManager::writeTraceMsg(
-          1, 1, "No allowed codecs in media: leaving SDP unchanged and returning false");
+      trace::debug("No allowed codecs in media: leaving SDP unchanged and returning false");
       return {false, false};
     }
     result = {true, result.changed || section.hasOthers()};
@@ -163,15 +162,13 @@ Restriction restrictVideo(SdpText& text, Codecs allowed) {
 }  // namespace
 
 unsigned short cSdpNegotiator::sdpRestrictVideoCodecsTo(const unsigned char* allowed, int count) {
-  cNegotTraceManager::writeTraceMsg(
-      1, 1, "Request to restrict video codecs from the SDP. Given %i allowed video codecs", count);
+  trace::debug("Request to restrict video codecs from the SDP. Given %i allowed video codecs", count);
   char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
   if (getSDP(buffer, sizeof buffer) != 0) return 0;
   SdpText text(buffer);
   const Restriction result = restrictVideo(text, allowed != nullptr ? valuesOf(allowed, count) : Codecs());
   if (result.changed && storeOrKeep(*this, buffer) != 0) {
-    cNegotTraceManager::writeTraceMsg(4, 3,
-                                      "sdpRestrictVideoCodecsTo(): The restricted SDP cannot be stored.");
+    trace::error("sdpRestrictVideoCodecsTo(): The restricted SDP cannot be stored.");
     return 0;
   }
   return result.allowed ? 1 : 0;

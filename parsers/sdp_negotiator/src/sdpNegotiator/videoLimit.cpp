@@ -1,9 +1,11 @@
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 
 // Limits of the video that a body asks for.
+
+using namespace sdpneg;
 
 namespace {
 
@@ -20,13 +22,12 @@ const char* refusalOfLevel(eH264_profile_id level, int current) {
 }  // namespace
 
 unsigned short cSdpNegotiator::sdpLimitVideoMediaBandwidth(unsigned int bandwidth, eH264_profile_id profile) {
-  cNegotTraceManager::writeTraceMsg(1, 1, "Request to limit video bandwidth to %u and H264 profile to %d",
-                                    bandwidth, static_cast<int>(profile));
-  cNegotTraceManager::writeTraceMsg(1, 1,
-                                    "Max b-line bandwidth in video media is %u and max H264 profile is %d",
-                                    parsedData.videoBandwidth, parsedData.h264Profile);
+  trace::debug("Request to limit video bandwidth to %u and H264 profile to %d", bandwidth,
+               static_cast<int>(profile));
+  trace::debug("Max b-line bandwidth in video media is %u and max H264 profile is %d",
+               parsedData.videoBandwidth, parsedData.h264Profile);
   int refused = 0;
-  const auto refuse = [&](const char* why) { refused = cNegotTraceManager::writeTraceMsg(4, 3, "%s", why); };
+  const auto refuse = [&](const char* why) { refused = trace::error("%s", why); };
   const bool limitsBandwidth = bandwidth < parsedData.videoBandwidth;
   if (!limitsBandwidth)
     refuse("The given bandwidth is larger than the current value. b-lines will not be modified.");

@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "sdpNegotiatorParser.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/search.h"
+#include "trace.h"
 
 namespace sdpneg {
 namespace {
@@ -14,11 +14,11 @@ namespace {
 constexpr std::string_view separators = " \n";
 
 unsigned short refuse(const char* message) {
-  cNegotTraceManager::writeTraceMsg(4, 3, "%s", message);
+  trace::error("%s", message);
   return 1;
 }
 
-void inform(const char* message) { cNegotTraceManager::writeTraceMsg(2, 2, "%s", message); }
+void inform(const char* message) { trace::info("%s", message); }
 
 std::optional<std::uint8_t> featureStateOf(std::string_view word) {
   if (word == "-") return FEATURE_STATE_NOT_SPECIFIED;

@@ -1,5 +1,7 @@
 #include "sdpNegotiatorParser.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
+
+using namespace sdpneg;
 
 namespace {
 
@@ -8,20 +10,19 @@ constexpr int addressTextSize = 50;
 void dumpAddress(const sSdpParsedData& data) {
   char address[addressTextSize];
   data.address.getIPAddressText(address, addressTextSize);
-  cNegotTraceManager::writeTraceMsg(8, 4, "address:%s,   addressType:%d,   port:%d", address,
-                                    static_cast<int>(data.address.getIPAddressVersion()),
-                                    static_cast<int>(data.port));
+  trace::progress("address:%s,   addressType:%d,   port:%d", address,
+                  static_cast<int>(data.address.getIPAddressVersion()), static_cast<int>(data.port));
 }
 
 void dumpAudioCodecs(const sSdpParsedData& data) {
   if (data.audioCodec[0] == SDP_NO_CODEC) {
-    cNegotTraceManager::writeTraceMsg(8, 4, "No audio codecs found.");
+    trace::progress("No audio codecs found.");
     return;
   }
   for (int i = 0; i < MAX_SDP_NEGOTIATOR_AUDIO_CODECS; ++i) {
     if (data.audioCodec[i] == SDP_NO_CODEC) continue;
-    cNegotTraceManager::writeTraceMsg(8, 4, "audioCodec:[%d],   packetizationPeriod:[%d]", data.audioCodec[i],
-                                      data.packetizationPeriod[i]);
+    trace::progress("audioCodec:[%d],   packetizationPeriod:[%d]", data.audioCodec[i],
+                    data.packetizationPeriod[i]);
   }
 }
 
@@ -30,12 +31,11 @@ void dumpAudioCodecs(const sSdpParsedData& data) {
 void sdpParserMessage::sdpDumpMediaInfo(const sSdpParsedData& data) {
   dumpAddress(data);
   dumpAudioCodecs(data);
-  cNegotTraceManager::writeTraceMsg(8, 4, "sessionMode:%d,   videoMode:%d", data.sessionMode, data.videoMode);
-  cNegotTraceManager::writeTraceMsg(
-      8, 4, "bandwidth:%u,   videoBandwidth:%u,   echoCancellation:%d,   silenceSuppression:%d",
-      data.bandwidth, data.videoBandwidth, data.echoCancellation, data.silenceSuppression);
-  cNegotTraceManager::writeTraceMsg(8, 4, "resourceReserve:%d,   gainControl:%d,   mediaType:%d",
-                                    data.resourceReserve, data.gainControl, static_cast<int>(data.mediaType));
-  cNegotTraceManager::writeTraceMsg(8, 4, "sdpAttributes:0x%x", data.sdpAttributes);
-  cNegotTraceManager::writeTraceMsg(8, 4, "The h264 profile is:[%d]", data.h264Profile);
+  trace::progress("sessionMode:%d,   videoMode:%d", data.sessionMode, data.videoMode);
+  trace::progress("bandwidth:%u,   videoBandwidth:%u,   echoCancellation:%d,   silenceSuppression:%d",
+                  data.bandwidth, data.videoBandwidth, data.echoCancellation, data.silenceSuppression);
+  trace::progress("resourceReserve:%d,   gainControl:%d,   mediaType:%d", data.resourceReserve,
+                  data.gainControl, static_cast<int>(data.mediaType));
+  trace::progress("sdpAttributes:0x%x", data.sdpAttributes);
+  trace::progress("The h264 profile is:[%d]", data.h264Profile);
 }

@@ -3,7 +3,9 @@
 #include "descriptionView.h"
 #include "ipVersions.h"
 #include "sdpNegotiatorParser.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
+
+using namespace sdpneg;
 
 namespace sdpneg {
 namespace {
@@ -78,7 +80,7 @@ unsigned short matchCandidates(sSdpParsedData& data, std::string_view text, std:
     if (lineFeed == npos) return 1;
     const std::size_t last = std::max(nextPort.from(line), nextAddress.from(line));
     if (last == npos) {
-      cNegotTraceManager::writeTraceMsg(2, 2, "Ice mismatch occurred within the SDP");
+      trace::info("Ice mismatch occurred within the SDP");
       setBit(data, SDP_ATTR_ICE_CANDIDATES_MATCH, false);
       return 0;
     }
@@ -123,11 +125,11 @@ unsigned short sdpParserMessage::checkIce(const char* sdp, sSdpParsedData& data)
   const sdpneg::IceNames found = sdpneg::iceNamesIn(sdpneg::viewOf(sdp));
   sdpneg::setBit(data, SDP_ATTR_ICE_LITE, found.lite);
   if (found.lite) {
-    cNegotTraceManager::writeTraceMsg(8, 4, "There is an ice-lite attribute in the SDP.");
+    trace::progress("There is an ice-lite attribute in the SDP.");
     return 0;
   }
   sdpneg::setBit(data, SDP_ATTR_FULL_ICE, found.full);
-  if (found.full) cNegotTraceManager::writeTraceMsg(8, 4, "There is ice attributes in the SDP.");
+  if (found.full) trace::progress("There is ice attributes in the SDP.");
   return 0;
 }
 

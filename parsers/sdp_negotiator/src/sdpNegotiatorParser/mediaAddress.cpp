@@ -4,7 +4,9 @@
 
 #include "descriptionView.h"
 #include "sdpNegotiatorParser.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
+
+using namespace sdpneg;
 
 namespace sdpneg {
 
@@ -23,7 +25,7 @@ bool holdsAudio(const sDescription& description) {
 
 unsigned short checkPort(const char* kind, int port) {
   if (port == 0 || (port >= smallestPort && port <= largestPort)) return 0;
-  cNegotTraceManager::writeTraceMsg(4, 3, "Invalid port number found in m=%s: %d", kind, port);
+  trace::error("Invalid port number found in m=%s: %d", kind, port);
   return 1;
 }
 
@@ -41,8 +43,7 @@ unsigned short addressWithoutAudio(sSdpParsedData& data, const sDescription& des
 unsigned short sdpParserMessage::getIpAddr(sSdpParsedData& data, const c_line& line) {
   const char* address = sdp_CgetAddress(&line, 0);
   if (!cMsgIPAddress::isValid(address)) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "Invalid ip address (%s) found in c-line",
-                                      address != nullptr ? address : "");
+    trace::error("Invalid ip address (%s) found in c-line", address != nullptr ? address : "");
     return 1;
   }
   data.address.setIPAddress(address);

@@ -6,8 +6,8 @@
 #include "ipVersions.h"
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorParser/portField.h"
-#include "sdpNegotiatorTrace.h"
 #include "text/lines.h"
+#include "trace.h"
 
 namespace sdpneg {
 namespace {
@@ -39,7 +39,7 @@ unsigned short sdpParserMessage::setMediaLinePort(char* mLine, char*& lineEnd, u
   if (lineEnd == nullptr) {
     const char* const lineFeed = lineFeedOf(mLine);
     if (lineFeed == nullptr) {
-      cNegotTraceManager::writeTraceMsg(4, 3, "setMediaLinePort(): Bad termination of m-line.");
+      trace::error("setMediaLinePort(): Bad termination of m-line.");
       return 1;
     }
     lineEnd = mLine + (lineFeed - mLine);

@@ -4,8 +4,10 @@
 #include "descriptionView.h"
 #include "direction.h"
 #include "sdpNegotiatorParser.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 #include "videoFormats.h"
+
+using namespace sdpneg;
 
 namespace sdpneg {
 namespace {
@@ -59,7 +61,7 @@ bool isListed(const mDescription& media) {
 template <typename List>
 unsigned short withoutMemory(List& list) {
   list.clear();
-  cNegotTraceManager::writeTraceMsg(4, 3, "There is no memory for a list of media.");
+  trace::error("There is no memory for a list of media.");
   return 1;
 }
 

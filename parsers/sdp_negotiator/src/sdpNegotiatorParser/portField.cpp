@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "sdpNegotiatorTrace.h"
 #include "text/fixedText.h"
+#include "trace.h"
+
+using namespace sdpneg;
 
 namespace sdpneg {
 
@@ -39,7 +41,7 @@ std::optional<unsigned short> portOf(std::string_view line) {
 
 bool refusesPort(unsigned int port) {
   if (port == 0 || port > largestReservedPort) return false;
-  cNegotTraceManager::writeTraceMsg(4, 3, "setMediaLinePort(): illegal connection port %u", port);
+  trace::error("setMediaLinePort(): illegal connection port %u", port);
   return true;
 }
 

@@ -6,8 +6,10 @@
 #include "direction.h"
 #include "ipVersions.h"
 #include "sdpNegotiatorParser.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
 #include "withDescription.h"
+
+using namespace sdpneg;
 
 namespace sdpneg {
 namespace {
@@ -19,9 +21,9 @@ unsigned short decode(sDescription& description, const char* sdp, eSdpType type,
   const unsigned short status =
       sdp_decodeOpt_r(&description, sdp, type, error, false, data.oLineStart, data.oLineEnd);
   if (status != 0) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "%s", error);
+    trace::error("%s", error);
   } else if (!sdp_isComplete(&description)) {
-    cNegotTraceManager::writeTraceMsg(2, 2, "The SDP was not decoded completely: some of it was left out.");
+    trace::info("The SDP was not decoded completely: some of it was left out.");
   }
   return status;
 }
@@ -51,7 +53,7 @@ void takeSession(sSdpParsedData& data, const sDescription& description, const ch
 unsigned short finishWithoutMedia(sSdpParsedData& data, const sDescription& description) {
   if (hasConnection(description.cLine)) sdpParserMessage::getIpAddr(data, description.cLine);
   data.gainControl = gainWithoutMedia;
-  cNegotTraceManager::writeTraceMsg(8, 4, "The gain control value is set to: %d", data.gainControl);
+  trace::progress("The gain control value is set to: %d", data.gainControl);
   return 0;
 }
 
@@ -119,21 +121,19 @@ unsigned short analyse(sSdpParsedData& data, sDescription& description, const ch
   sdpParserMessage::sdpPreProcessDescription(description);
   takeSession(data, description, sdp);
   if (!isOfItsType(description.cLine)) {
-    cNegotTraceManager::writeTraceMsg(
-        4, 3, "The c-line is malformed. There is no correspondance between IP address and IP type.");
+    trace::error("The c-line is malformed. There is no correspondance between IP address and IP type.");
     return 1;
   }
   const int noOfMDs = sdp_getNoOfMDs(&description);
   if (noOfMDs == 0) return finishWithoutMedia(data, description);
   if (noOfMDs > MAX_SDP_NEGOTIATOR_MEDIA_DESCRIPTIONS) {
-    cNegotTraceManager::writeTraceMsg(4, 3, "The noOfMDs > %d; data corrupted!",
-                                      MAX_SDP_NEGOTIATOR_MEDIA_DESCRIPTIONS);
+    trace::error("The noOfMDs > %d; data corrupted!", MAX_SDP_NEGOTIATOR_MEDIA_DESCRIPTIONS);
     return 1;
   }
   if (takeMedia(data, description, sdp, noOfMDs) != 0) return 1;
   const unsigned short status = takeVideoList(data, description);
   takeIPVersion(data, description);
-  cNegotTraceManager::writeTraceMsg(8, 4, "Exiting sdpParse() method");
+  trace::progress("Exiting sdpParse() method");
   return status;
 }
 

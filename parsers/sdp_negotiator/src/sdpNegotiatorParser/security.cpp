@@ -2,7 +2,9 @@
 
 #include "descriptionView.h"
 #include "sdpNegotiatorParser.h"
-#include "sdpNegotiatorTrace.h"
+#include "trace.h"
+
+using namespace sdpneg;
 
 namespace sdpneg {
 namespace {
@@ -26,7 +28,7 @@ bool hasMikeyLine(const a_line& line) {
 
 void noteMikey(sSdpParsedData& data) {
   data.sdpAttributes |= SDP_ATTR_MIKEY;
-  cNegotTraceManager::writeTraceMsg(8, 4, "Mikey attribute is found.");
+  trace::progress("Mikey attribute is found.");
 }
 
 void noteSecureMedia(sSdpParsedData& data, const mDescription& media) {
@@ -34,11 +36,11 @@ void noteSecureMedia(sSdpParsedData& data, const mDescription& media) {
   if (contains(transport, "RTP/SAVP") && portOf(media) != 0) {
     data.sdpAttributes |= SDP_ATTR_SECURE_RTP;
     if (media.mLine.mediaType == MEDIA_VIDEO) data.sdpAttributes |= SDP_ATTR_SECURE_VIDEO;
-    cNegotTraceManager::writeTraceMsg(2, 2, "Setting secure RTP call flag");
+    trace::info("Setting secure RTP call flag");
   }
   if (contains(transport, "RTP/AVP") && hasSecurityLine(media.aLine)) {
     data.sdpAttributes |= SDP_ATTR_SECURE_RTP;
-    cNegotTraceManager::writeTraceMsg(2, 2, "RTP/AVP media with secure line. Setting secure RTP call flag");
+    trace::info("RTP/AVP media with secure line. Setting secure RTP call flag");
   }
 }
 

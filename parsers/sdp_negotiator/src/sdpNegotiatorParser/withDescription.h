@@ -5,8 +5,8 @@
 #include <memory>
 #include <new>
 
-#include "sdpNegotiatorTrace.h"
 #include "sessionDescription.h"
+#include "trace.h"
 
 namespace sdpneg {
 
@@ -24,7 +24,7 @@ unsigned short withDescription(Work work) {
   } else {
     const std::unique_ptr<sDescription> description(new (std::nothrow) sDescription);
     if (description != nullptr) return work(*description);
-    cNegotTraceManager::writeTraceMsg(4, 3, "There is no memory for the description of the SDP.");
+    trace::error("There is no memory for the description of the SDP.");
     return 1;
   }
 }

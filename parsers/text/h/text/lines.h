@@ -1,7 +1,6 @@
 #ifndef SDP_TEXT_LINES_H
 #define SDP_TEXT_LINES_H
 
-#include "text/sdpText.h"
 #include "text/search.h"
 
 // Finding lines and sections. Edits differ in how they search, and the difference is part of what they do:

@@ -31,6 +31,13 @@ class FixedText {
     return add(std::string_view(digits, static_cast<std::size_t>(end.ptr - digits)));
   }
 
+  /// A number in hexadecimal digits, as `%x` writes it.
+  FixedText& addHex(std::unsigned_integral auto number) {
+    char digits[24];
+    const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, number, 16);
+    return add(std::string_view(digits, static_cast<std::size_t>(end.ptr - digits)));
+  }
+
   std::string_view view() const { return {text_, length_}; }
   const char* text() const { return text_; }
   std::size_t size() const { return length_; }

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "text/fixedText.h"
+#include "text/search.h"
 #include "trace.h"
 
 // The one table of refusals: what kind each is, how it is traced, and with which words.

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "codecLookup.h"
-#include "ipVersions.h"
+#include "vocabulary.h"
 
 namespace tool {
 namespace {
@@ -66,8 +66,8 @@ std::string featureName(std::uint8_t state) {
 }
 
 std::string ipVersionName(eIPAddressVersion version) {
-  if (version == sdpneg::ipVersion4) return "4";
-  return version == sdpneg::ipVersion6 ? "6" : "";
+  if (version == sdpneg::kIpVersion4) return "4";
+  return version == sdpneg::kIpVersion6 ? "6" : "";
 }
 
 std::string joined(const std::vector<std::string>& words, const char* separator) {

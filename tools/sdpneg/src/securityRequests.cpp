@@ -2,11 +2,11 @@
 #include <iterator>
 #include <utility>
 
-#include "ipVersions.h"
 #include "removedRecord.h"
 #include "requestArguments.h"
 #include "requestTable.h"
 #include "text/search.h"
+#include "vocabulary.h"
 
 // Requests for security, ICE and alternative addresses.
 
@@ -118,7 +118,7 @@ unsigned short removeAnat(cSdpNegotiator& object, RequestInput& input) {
   if (!object.isAnatPresent()) return beIdle(input, "the body has no ANAT group");
   RemovedRecord record;
   const auto version =
-      indexOf(addressFamilies, input.words[0]) == 0 ? sdpneg::ipVersion4 : sdpneg::ipVersion6;
+      indexOf(addressFamilies, input.words[0]) == 0 ? sdpneg::kIpVersion4 : sdpneg::kIpVersion6;
   object.sdpRemoveANAT(version, record.data(), true);
   input.removed = record.text();
   return 0;

@@ -2,7 +2,6 @@
 #include <optional>
 #include <string_view>
 
-#include "ipVersions.h"
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpModifiers/recordText.h"
@@ -10,6 +9,7 @@
 #include "text/fixedText.h"
 #include "text/lines.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // Alternative network address types (ANAT, RFC 4091): a group of media sections that offer one medium over either
 // IP version.
@@ -160,7 +160,7 @@ unsigned short sdpModifications::sdpRemoveAnat(char* sdp, eIPAddressVersion ipVe
   sdpRemoveAnatAttributes(sdp);
   SdpText text(sdp);
   if (sdp != nullptr && adopted(text, "sdpRemoveAnat")) {
-    const std::string_view connection = ipVersion == ipVersion4 ? "c=IN IP4" : "c=IN IP6";
+    const std::string_view connection = ipVersion == kIpVersion4 ? "c=IN IP4" : "c=IN IP6";
     Removed sections = removeSections(text, connection, removed);
     if (sections.codes > 0 && modifyOLine) {
       sections.firstMLine = rebuildOLine(text, sdp, sections.firstMLine, oLineEnd);

@@ -5,7 +5,6 @@
 #include <optional>
 #include <string_view>
 
-#include "ipVersions.h"
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpModifiers/codecText.h"
@@ -15,6 +14,7 @@
 #include "text/fixedText.h"
 #include "text/lines.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // An answer follows a new offer that differs from the old one in its codecs only (RFC 3264 8).
 
@@ -191,7 +191,7 @@ unsigned short rejectVideo(char* result, const m_line& offered) {
 
 unsigned short answerVideo(char* result, const Answer& answer, const m_line& offered) {
   if (!answer.hasVideo) return rejectVideo(result, offered);
-  return sdpModifications::sdpDisablePort(result, MEDIA_VIDEO, ipVersionUnknown);
+  return sdpModifications::sdpDisablePort(result, MEDIA_VIDEO, kIpVersionUnknown);
 }
 
 /// Applies to an answer's text what differs between two offers.

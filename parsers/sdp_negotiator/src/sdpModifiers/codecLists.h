@@ -10,7 +10,7 @@
 #include "aLine.h"
 #include "sdpDataDefinitions.h"
 #include "sdpNegotiatorParser/audioCodecRules.h"
-#include "sdpNegotiatorParser/codecValues.h"
+#include "vocabulary.h"
 
 namespace sdpneg {
 
@@ -26,7 +26,7 @@ inline bool holds(std::span<const unsigned char> list, std::uint8_t codec) {
 
 /// Telephone events and comfort noise, which no restriction removes.
 inline bool isAlwaysKept(std::uint8_t codec) {
-  return codec == codecTelephoneEvent || codec == codecComfortNoise;
+  return codec == kCodecTelephoneEvent || codec == kCodecComfortNoise;
 }
 
 /// The lines of one audio section, as text.

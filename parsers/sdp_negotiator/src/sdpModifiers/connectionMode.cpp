@@ -4,10 +4,10 @@
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
-#include "sdpNegotiatorParser/direction.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 namespace sdpneg {
 
@@ -20,13 +20,13 @@ constexpr std::string_view kInactive = "inactive";
 
 /// The first eight characters, all that comparisons look at. Direction words all have eight, so that one is
 /// changed for another in place.
-std::string_view word(std::string_view text) { return text.substr(0, directionLength); }
+std::string_view word(std::string_view text) { return text.substr(0, kDirectionLength); }
 
 /// Changes the direction word at `at` if the request asks for it.
 bool changeMode(SdpText& text, std::size_t at, std::string_view requested) {
   const std::optional<std::string_view> mode = commonMode(text.view().substr(at), requested);
   if (!mode) return false;
-  text.replace({at, at + directionLength}, *mode);
+  text.replace({at, at + kDirectionLength}, *mode);
   return true;
 }
 
@@ -177,7 +177,7 @@ unsigned short sdpModifications::changeConnectionMode(const char* currentMode, c
                                                       char* newMode) {
   // Only the words are looked at; what follows them may be a whole body.
   const auto bounded = [](const char* text) {
-    return text != nullptr ? std::string_view(text, strnlen(text, directionLength + 1)) : std::string_view();
+    return text != nullptr ? std::string_view(text, strnlen(text, kDirectionLength + 1)) : std::string_view();
   };
   const std::optional<std::string_view> mode = commonMode(bounded(currentMode), bounded(requestedMode));
   if (!mode || requestedMode == nullptr || newMode == nullptr) return 0;

@@ -2,7 +2,6 @@
 #include <optional>
 #include <string_view>
 
-#include "ipVersions.h"
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpModifiers/codecText.h"
@@ -10,6 +9,7 @@
 #include "sdpNegotiatorParser/withDescription.h"
 #include "text/fixedText.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // ICE candidates (RFC 8839) of the address version that a media section does not use.
 
@@ -24,11 +24,11 @@ std::optional<eIPAddressVersion> versionOf(const c_line& line, const char* level
   const std::string_view type = viewOf(sdp_CgetAddressType(&line, 0));
   if (type != "IP4" && type != "IP6") return std::nullopt;
   trace::progress("%s version %c", level, type.back());
-  return type == "IP4" ? ipVersion4 : ipVersion6;
+  return type == "IP4" ? kIpVersion4 : kIpVersion6;
 }
 
 std::optional<eIPAddressVersion> sessionVersion(const sDescription& description) {
-  if (!hasConnection(description.cLine)) return ipVersionUnknown;
+  if (!hasConnection(description.cLine)) return kIpVersionUnknown;
   const std::optional<eIPAddressVersion> version = versionOf(description.cLine, "Session level IP");
   if (!version) trace::info("Session level invalid address type");
   return version;
@@ -65,8 +65,8 @@ enum class Verdict { keep, drop, dropOtherVersion };
 /// What becomes of a candidate with that address in a section of that version.
 Verdict judge(const Address& address, eIPAddressVersion version) {
   const bool is4 = cMsgIPAddress::isIPv4(address.text());
-  if (version == ipVersionUnknown || (!is4 && !cMsgIPAddress::isIPv6(address.text()))) return Verdict::drop;
-  const int wanted = version == ipVersion4 ? 4 : 6;
+  if (version == kIpVersionUnknown || (!is4 && !cMsgIPAddress::isIPv6(address.text()))) return Verdict::drop;
+  const int wanted = version == kIpVersion4 ? 4 : 6;
   const int found = is4 ? 4 : 6;
   if (found == wanted) {
     trace::debug("Ipv%d adding ipv%d a line", wanted, found);

@@ -1,13 +1,12 @@
 #include <string_view>
 
 #include "cMsgIPAddress.h"
-#include "ipVersions.h"
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpModifiers/sdes.h"
-#include "sdpNegotiatorParser/direction.h"
 #include "text/lines.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // A received body as a dummy body of the library's own.
 
@@ -22,11 +21,11 @@ constexpr int kAudioAndVideo = 64;
 /// Leaves a port only to audio of one address version; to secure audio only when that is wanted.
 unsigned short closePorts(char* sdp, eIPAddressVersion version, bool keepSecure, unsigned short port) {
   using M = sdpModifications;
-  const eIPAddressVersion other = version == ipVersion4 ? ipVersion6 : ipVersion4;
-  unsigned short status = M::sdpSetMediaPort(sdp, kAnyMedia, ipVersionUnknown, M::MEDIA_SECURITY_SECURE, 0);
+  const eIPAddressVersion other = version == kIpVersion4 ? kIpVersion6 : kIpVersion4;
+  unsigned short status = M::sdpSetMediaPort(sdp, kAnyMedia, kIpVersionUnknown, M::MEDIA_SECURITY_SECURE, 0);
   if (status != 0) return status;
   // Neither is a reason to give up: what cannot be closed keeps its port.
-  M::sdpDisablePort(sdp, kAllButAudio, ipVersionUnknown);
+  M::sdpDisablePort(sdp, kAllButAudio, kIpVersionUnknown);
   M::sdpSetMediaPort(sdp, MEDIA_AUDIO, other, M::MEDIA_SECURITY_ANY, 0);
   if (keepSecure) status = M::sdpSetMediaPort(sdp, MEDIA_AUDIO, version, M::MEDIA_SECURITY_SECURE, port);
   return status;
@@ -46,9 +45,9 @@ void overwriteOneWay(char* sdp, std::string_view direction) {
   for (std::size_t line = findLine(text.view(), "a="); line != npos;
        line = findLine(text.view(), "a=", line)) {
     const std::size_t at = line + 2;
-    const eConnectionMode mode = directionOf(text.view().substr(at, directionLength));
+    const eConnectionMode mode = directionOf(text.view().substr(at, kDirectionLength));
     if (mode == CONNECTION_MODE_SENDONLY || mode == CONNECTION_MODE_RECVONLY) {
-      text.replace({at, at + directionLength}, direction);
+      text.replace({at, at + kDirectionLength}, direction);
     }
   }
 }

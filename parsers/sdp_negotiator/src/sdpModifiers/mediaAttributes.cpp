@@ -1,9 +1,9 @@
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
-#include "sdpNegotiatorParser/codecValues.h"
 #include "text/fixedText.h"
 #include "text/lines.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 namespace {
 
@@ -12,9 +12,9 @@ using namespace sdpneg;
 /// The voice-band-data line of the first codec; another codec than the two of G.711 leaves the payload out.
 void addVoiceBandLine(FixedText<512>& lines, unsigned char firstCodec) {
   lines.add("a=gpmd:")
-      .add(firstCodec == codecPcmu   ? "0"
-           : firstCodec == codecPcma ? "8"
-                                     : "")
+      .add(firstCodec == kCodecPcmu   ? "0"
+           : firstCodec == kCodecPcma ? "8"
+                                      : "")
       .add(" vbd=yes\r\n");
 }
 

@@ -36,7 +36,7 @@ void listCodecs(const mDescription& media, unsigned char* codecs, int& h264Profi
   for (int i = 0; i < formats && listed < SDP_VIDEO_CODEC_LIST_SIZE; ++i) {
     const codecDetailStruct detail = detailOf(media, sdp_MgetFormat(&media.mLine, i));
     if (detail.codec == SDP_NO_CODEC) continue;
-    if (detail.codec == codecH264) h264Profile = detail.profile;
+    if (detail.codec == kCodecH264) h264Profile = detail.profile;
     codecs[listed++] = detail.codec;
   }
 }

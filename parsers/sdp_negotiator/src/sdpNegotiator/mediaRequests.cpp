@@ -1,8 +1,8 @@
-#include "ipVersions.h"
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // Requests that edit the media of the text: each traces, runs one edit, and parses what comes of it.
 
@@ -16,7 +16,7 @@ namespace {
 unsigned short disablePorts(cSdpNegotiator& object, M::eMediaSecurityType security) {
   constexpr int kAnyMedia = -1;
   return editAndParse(object, [&](char* text) {
-    return M::sdpSetMediaPort(text, kAnyMedia, sdpneg::ipVersionUnknown, security, 0);
+    return M::sdpSetMediaPort(text, kAnyMedia, sdpneg::kIpVersionUnknown, security, 0);
   });
 }
 
@@ -61,7 +61,7 @@ unsigned short cSdpNegotiator::sdpDisablePort(unsigned int mediaMask) {
   }
   trace::debug("Request to disable the port of media type (0x%x)", mediaMask);
   return editAndParse(*this, [&](char* text) {
-    return M::sdpDisablePort(text, static_cast<int>(mediaMask), sdpneg::ipVersionUnknown);
+    return M::sdpDisablePort(text, static_cast<int>(mediaMask), sdpneg::kIpVersionUnknown);
   });
 }
 

@@ -1,9 +1,9 @@
 #include <string_view>
 
-#include "ipVersions.h"
 #include "sdpNegotiator.h"
 #include "text/search.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 using namespace sdpneg;
 
@@ -22,9 +22,9 @@ bool isAddress(const cMsgIPAddress& address, const char* text) {
 
 bool isUnspecifiedAddress(const cMsgIPAddress& address) {
   switch (address.getIPAddressVersion()) {
-    case sdpneg::ipVersion4:
+    case sdpneg::kIpVersion4:
       return isAddress(address, "0.0.0.0");
-    case sdpneg::ipVersion6:
+    case sdpneg::kIpVersion6:
       return isAddress(address, "0::0");
     default:
       return false;

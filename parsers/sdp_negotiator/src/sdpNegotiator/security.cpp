@@ -1,4 +1,3 @@
-#include "ipVersions.h"
 #include "sdpModifiers.h"
 #include "sdpModifiers/recordText.h"
 #include "sdpModifiers/removedMLines.h"
@@ -6,6 +5,7 @@
 #include "sdpNegotiator/removedRecord.h"
 #include "sdpNegotiator/request.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // How a body secures its media, and removal of what the other side does not support.
 
@@ -84,7 +84,7 @@ unsigned short removeKeyExchange(cSdpNegotiator& object, char* removed, const Ke
 
 /// The address type of a version; null for another value.
 const char* netTypeOf(eIPAddressVersion version) {
-  return version == ipVersion4 ? "IP4" : version == ipVersion6 ? "IP6" : nullptr;
+  return version == kIpVersion4 ? "IP4" : version == kIpVersion6 ? "IP6" : nullptr;
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 #include <iterator>
 
 #include "sdpNegotiator.h"
-#include "sdpNegotiatorParser/codecValues.h"
+#include "vocabulary.h"
 
 // Taking a summary over into an object.
 
@@ -30,7 +30,7 @@ void applySettings(cSdpNegotiator& object, const sSdpParsedData& data) {
 /// With telephone events in the list, silence suppression off is not requested.
 bool requestsSilenceSuppression(const sSdpParsedData& data, unsigned char current) {
   const bool events = std::find(std::begin(data.audioCodec), std::end(data.audioCodec),
-                                sdpneg::codecTelephoneEvent) != std::end(data.audioCodec);
+                                sdpneg::kCodecTelephoneEvent) != std::end(data.audioCodec);
   return data.silenceSuppression != current && !(events && data.silenceSuppression == FEATURE_STATE_OFF);
 }
 

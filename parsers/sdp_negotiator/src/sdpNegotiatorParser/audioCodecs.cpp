@@ -6,9 +6,9 @@
 
 #include "attributeLines.h"
 #include "audioCodecRules.h"
-#include "codecValues.h"
 #include "sdpNegotiatorParser.h"
 #include "text/search.h"
+#include "vocabulary.h"
 
 namespace sdpneg {
 namespace {
@@ -76,7 +76,7 @@ unsigned char sdpParserMessage::convertCodec(const char* format, const a_line* a
     return convertDynamicCodec(payloadType, attributes);
   }
   // By the text: one without a number, and a sign in front of a zero, is no payload type.
-  if (payloadType == 0 && startsWith(text, "0")) return codecPcmu;
+  if (payloadType == 0 && startsWith(text, "0")) return kCodecPcmu;
   for (const StaticAudioRule& rule : staticAudioRules) {
     if (rule.payloadType == payloadType) return rule.codec;
   }
@@ -98,5 +98,5 @@ unsigned char sdpParserMessage::convertDynamicCodec(int payloadType, const a_lin
 
 void sdpParserMessage::setG729AnnexB(sSdpParsedData& data, int noOfFormats, unsigned char codec) {
   const int count = std::clamp(noOfFormats, 0, MAX_SDP_NEGOTIATOR_AUDIO_CODECS);
-  std::replace(data.audioCodec, data.audioCodec + count, sdpneg::codecG729, codec);
+  std::replace(data.audioCodec, data.audioCodec + count, sdpneg::kCodecG729, codec);
 }

@@ -1,8 +1,7 @@
-#include "codecValues.h"
 #include "descriptionView.h"
-#include "direction.h"
 #include "mediaAddress.h"
 #include "sdpNegotiatorParser.h"
+#include "vocabulary.h"
 
 namespace sdpneg {
 namespace {
@@ -74,9 +73,9 @@ class AudioAttributes {
   /// The form with a colon is the one that is known; RFC 4856 writes an equals sign.
   void readAnnexB(const char* value) {
     if (sdpParserMessage::strcmpwospaces(value, "18annexb:no") == 0) {
-      sdpParserMessage::setG729AnnexB(data_, noOfFormats_, codecG729AnnexA);
+      sdpParserMessage::setG729AnnexB(data_, noOfFormats_, kCodecG729AnnexA);
     } else if (sdpParserMessage::strcmpwospaces(value, "18annexb:yes") == 0) {
-      sdpParserMessage::setG729AnnexB(data_, noOfFormats_, codecG729AnnexAWithAnnexB);
+      sdpParserMessage::setG729AnnexB(data_, noOfFormats_, kCodecG729AnnexAWithAnnexB);
     }
   }
 

@@ -1,9 +1,9 @@
 #include <algorithm>
 
 #include "descriptionView.h"
-#include "ipVersions.h"
 #include "sdpNegotiatorParser.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 using namespace sdpneg;
 
@@ -94,8 +94,8 @@ unsigned short matchCandidates(sSdpParsedData& data, std::string_view text, std:
 
 /// The IP version that active media indicate so far.
 struct Indication {
-  eIPAddressVersion candidate = sdpneg::ipVersionUnknown;   ///< of the last candidate, whatever it was
-  eIPAddressVersion connection = sdpneg::ipVersionUnknown;  ///< of the c-lines, where IPv6 outweighs IPv4
+  eIPAddressVersion candidate = sdpneg::kIpVersionUnknown;   ///< of the last candidate, whatever it was
+  eIPAddressVersion connection = sdpneg::kIpVersionUnknown;  ///< of the c-lines, where IPv6 outweighs IPv4
 };
 
 /// @return true when a candidate has an IPv6 address, which decides
@@ -103,18 +103,18 @@ bool takeCandidates(Indication& indication, const a_line& line) {
   for (const a_line::entry& each : entriesOf(&line)) {
     if (lower(each.name[0]) != 'c' || !equalNoCase(each.name, "candidate")) continue;
     indication.candidate = cMsgIPAddress::getIPAddressVersion(each.value);
-    if (indication.candidate == sdpneg::ipVersion6) return true;
+    if (indication.candidate == sdpneg::kIpVersion6) return true;
   }
   return false;
 }
 
 void takeConnection(Indication& indication, const c_line& line) {
   if (!hasConnection(line)) return;
-  const bool isFirst = indication.connection == sdpneg::ipVersionUnknown;
+  const bool isFirst = indication.connection == sdpneg::kIpVersionUnknown;
   if (cMsgIPAddress::isIPv6(sdp_CgetAddress(&line, 0))) {
-    indication.connection = sdpneg::ipVersion6;
+    indication.connection = sdpneg::kIpVersion6;
   } else if (isFirst) {
-    indication.connection = sdpneg::ipVersion4;
+    indication.connection = sdpneg::kIpVersion4;
   }
 }
 
@@ -147,9 +147,9 @@ unsigned int sdpParserMessage::checkMediaStreamsForIPIndication(const sDescripti
   sdpneg::Indication indication;
   for (const mDescription& media : sdpneg::mediaOf(description)) {
     if (sdpneg::portOf(media) == 0) continue;
-    if (sdpneg::takeCandidates(indication, media.aLine)) return sdpneg::ipVersion6;
+    if (sdpneg::takeCandidates(indication, media.aLine)) return sdpneg::kIpVersion6;
     sdpneg::takeConnection(indication, media.cLine);
   }
-  const bool byCandidate = indication.candidate != sdpneg::ipVersionUnknown;
+  const bool byCandidate = indication.candidate != sdpneg::kIpVersionUnknown;
   return static_cast<unsigned int>(byCandidate ? indication.candidate : indication.connection);
 }

@@ -2,12 +2,11 @@
 #include <cstring>
 #include <optional>
 
-#include "direction.h"
-#include "ipVersions.h"
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorParser/portField.h"
 #include "text/lines.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 namespace sdpneg {
 namespace {
@@ -62,10 +61,10 @@ eIPAddressVersion sdpParserMessage::getcLineIPVersion(const char* sdp) {
   const std::string_view text = sdpneg::viewOf(sdp);
   const std::string_view session = text.substr(0, sdpneg::findLine(text, "m="));
   const std::size_t line = sdpneg::findLine(session, "c=");
-  if (line == sdpneg::npos) return sdpneg::ipVersionUnknown;
+  if (line == sdpneg::npos) return sdpneg::kIpVersionUnknown;
   const std::string_view content = sdpneg::content(text, sdpneg::lineAt(text, line));
-  if (sdpneg::contains(content, "IP4")) return sdpneg::ipVersion4;
-  return sdpneg::contains(content, "IP6") ? sdpneg::ipVersion6 : sdpneg::ipVersionUnknown;
+  if (sdpneg::contains(content, "IP4")) return sdpneg::kIpVersion4;
+  return sdpneg::contains(content, "IP6") ? sdpneg::kIpVersion6 : sdpneg::kIpVersionUnknown;
 }
 
 const char* sdpParserMessage::foundMyMline(const char* sdp, const char* prefix) {
@@ -86,5 +85,5 @@ char* sdpParserMessage::foundMyMline(char* sdp, const char* prefix) {
 
 bool sdpParserMessage::isAline4Mode(const char* attribute) {
   if (attribute == nullptr) return false;
-  return sdpneg::startsWithDirection({attribute, strnlen(attribute, sdpneg::directionLength)});
+  return sdpneg::startsWithDirection({attribute, strnlen(attribute, sdpneg::kDirectionLength)});
 }

@@ -2,10 +2,10 @@
 #include <new>
 
 #include "descriptionView.h"
-#include "direction.h"
 #include "sdpNegotiatorParser.h"
 #include "trace.h"
 #include "videoFormats.h"
+#include "vocabulary.h"
 
 using namespace sdpneg;
 

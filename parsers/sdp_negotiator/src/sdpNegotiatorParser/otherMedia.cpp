@@ -1,11 +1,10 @@
 #include <algorithm>
 #include <iterator>
 
-#include "codecValues.h"
 #include "descriptionView.h"
-#include "direction.h"
 #include "mediaAddress.h"
 #include "sdpNegotiatorParser.h"
+#include "vocabulary.h"
 
 namespace sdpneg {
 namespace {
@@ -58,7 +57,7 @@ void takeT38(sSdpParsedData& data, const mDescription& image) {
   if (!hasT38Format(image.mLine)) return;
   std::uint8_t* const end = std::end(data.audioCodec);
   std::uint8_t* const place = std::find(data.audioCodec, end, SDP_NO_CODEC);
-  if (place != end) *place = codecT38Image;
+  if (place != end) *place = kCodecT38Image;
 }
 
 }  // namespace

@@ -1,12 +1,10 @@
 #include <algorithm>
 #include <iterator>
 
-#include "codecValues.h"
 #include "descriptionView.h"
-#include "direction.h"
-#include "ipVersions.h"
 #include "sdpNegotiatorParser.h"
 #include "trace.h"
+#include "vocabulary.h"
 #include "withDescription.h"
 
 using namespace sdpneg;
@@ -60,10 +58,10 @@ unsigned short finishWithoutMedia(sSdpParsedData& data, const sDescription& desc
 /// Telephone events of any media count as an audio codec. In a full list they take the last place.
 void addTelephoneEvent(sSdpParsedData& data, std::string_view sdp, unsigned int& count) {
   std::uint8_t* const end = data.audioCodec + count;
-  if (std::find(data.audioCodec, end, codecTelephoneEvent) != end || !contains(sdp, "telephone-event"))
+  if (std::find(data.audioCodec, end, kCodecTelephoneEvent) != end || !contains(sdp, "telephone-event"))
     return;
   if (count == MAX_SDP_NEGOTIATOR_AUDIO_CODECS) --count;
-  data.audioCodec[count++] = codecTelephoneEvent;
+  data.audioCodec[count++] = kCodecTelephoneEvent;
 }
 
 unsigned short takeOtherMedia(sSdpParsedData& data, sDescription& description, int noOfMDs) {
@@ -95,7 +93,7 @@ void takeVideo(sSdpParsedData& data, const mediaStruct& video) {
   if (video.mode == CONNECTION_MODE_RECVONLY) data.sdpAttributes |= SDP_ATTR_RECVONLY_VIDEO;
   data.videoBandwidth = std::max(data.videoBandwidth, video.bandwidth);
   for (const codecDetailStruct& detail : video.codecs) {
-    if (detail.codec == codecH264) data.h264Profile = std::max(data.h264Profile, detail.profile);
+    if (detail.codec == kCodecH264) data.h264Profile = std::max(data.h264Profile, detail.profile);
   }
 }
 
@@ -111,9 +109,9 @@ unsigned short takeVideoList(sSdpParsedData& data, const sDescription& descripti
 /// Media that indicate no version have the session's.
 void takeIPVersion(sSdpParsedData& data, const sDescription& description) {
   const unsigned int version = sdpParserMessage::checkMediaStreamsForIPIndication(description);
-  const bool isIPv6 = version == sdpneg::ipVersionUnknown
+  const bool isIPv6 = version == sdpneg::kIpVersionUnknown
                           ? cMsgIPAddress::isIPv6(sdp_CgetAddress(&description.cLine, 0))
-                          : version == sdpneg::ipVersion6;
+                          : version == sdpneg::kIpVersion6;
   if (isIPv6) data.sdpAttributes |= SDP_ATTR_IPV6;
 }
 

@@ -1,8 +1,8 @@
 #ifndef SDP_VIDEO_FORMATS_H
 #define SDP_VIDEO_FORMATS_H
 
-#include "codecValues.h"
 #include "sdpNegotiatorParser.h"
+#include "vocabulary.h"
 
 namespace sdpneg {
 
@@ -21,7 +21,8 @@ inline codecDetailStruct detailOf(const mDescription& media, const char* format)
   codecDetailStruct detail;
   detail.kind = media.mLine.mediaType == MEDIA_VIDEO ? CODEC_DETAIL_VIDEO : CODEC_DETAIL_APPLICATION;
   detail.codec = sdpParserMessage::convertVideoCodec(codecNameOf(media, format, buffer), format);
-  if (detail.codec == codecH264) detail.profile = sdpParserMessage::decodeH264ProfileId(&media.aLine, format);
+  if (detail.codec == kCodecH264)
+    detail.profile = sdpParserMessage::decodeH264ProfileId(&media.aLine, format);
   return detail;
 }
 

@@ -7,20 +7,23 @@
 #include <optional>
 #include <string_view>
 
+#include "refusal.h"
 #include "text/sdpText.h"
 #include "text/search.h"
-#include "trace.h"
+
+// What edits refuse before they look at a text: a buffer that holds none, and values that no line can hold.
 
 namespace sdpneg {
 
-inline void traceUnusable(const char* operation) {
-  trace::error("%s(): The SDP buffer is null or holds no end of text. Exiting.", operation);
+/// The refusal of a buffer that holds no text; none when its text can be edited.
+inline Refusal refusalOfBuffer(const SdpText& text, const char* operation) {
+  if (text.usable()) return {};
+  return {.reason = SDP_REFUSED_UNUSABLE_BUFFER, .operation = operation};
 }
 
-/// Whether a caller's buffer holds a text that can be edited; traces when it does not.
+/// Whether a caller's buffer holds a text that can be edited; tells when it does not.
 inline bool adopted(const SdpText& text, const char* operation) {
-  if (!text.usable()) traceUnusable(operation);
-  return text.usable();
+  return statusOf(refusalOfBuffer(text, operation)) == 0;
 }
 
 /// The text of a caller's buffer that is only read; nothing, with a trace, for what could not be edited either.
@@ -29,19 +32,23 @@ inline std::optional<std::string_view> adoptedView(const char* text, const char*
     const std::size_t length = strnlen(text, MAX_SDP_PROTOCOL_DATA_SIZE);
     if (length < MAX_SDP_PROTOCOL_DATA_SIZE) return std::string_view(text, length);
   }
-  traceUnusable(operation);
+  tell({.reason = SDP_REFUSED_UNUSABLE_BUFFER, .operation = operation});
   return std::nullopt;
 }
 
-/// Whether texts of a caller may stand in a line. A control character in one could end the line, and make what follows
-/// it a line of its own; that is traced.
-inline bool areLineTexts(std::initializer_list<std::string_view> texts, const char* operation) {
+/// The refusal of texts of a caller that may not stand in a line. A control character in one could end the line, and
+/// make what follows it a line of its own.
+inline Refusal refusalOfLineTexts(std::initializer_list<std::string_view> texts, const char* operation) {
   for (const std::string_view text : texts) {
     if (std::none_of(text.begin(), text.end(), isControl)) continue;
-    trace::error("%s(): An argument holds a control character. Exiting.", operation);
-    return false;
+    return {.reason = SDP_REFUSED_CONTROL_CHARACTER, .operation = operation};
   }
-  return true;
+  return {};
+}
+
+/// Whether texts of a caller may stand in a line; tells when they may not.
+inline bool areLineTexts(std::initializer_list<std::string_view> texts, const char* operation) {
+  return statusOf(refusalOfLineTexts(texts, operation)) == 0;
 }
 
 }  // namespace sdpneg

@@ -15,12 +15,14 @@
 #include "text/lines.h"
 #include "text/search.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 namespace sdpneg {
 
 namespace {
 
-constexpr std::size_t kLongestText = MAX_SDP_PROTOCOL_DATA_SIZE - 1;
+constexpr std::string_view kOriginLine = "o=";
+constexpr std::string_view kSessionNameLine = "s=";
 
 /// A version's place by the spaces counted from the text's start: it stands behind the second one and ends
 /// before the third, in a text whose lines before the o-line hold none.
@@ -41,10 +43,11 @@ std::optional<VersionField> versionField(std::string_view text) {
 std::optional<std::size_t> replaceVersion(SdpText& text, std::size_t oLine, std::string_view version) {
   const std::optional<VersionField> field = versionField(text.view());
   if (!field) return std::nullopt;
+  const std::size_t longestText = text.size() + text.room();
   const std::size_t begin = field->space + 1;
-  version = version.substr(0, kLongestText - begin);
+  version = version.substr(0, longestText - begin);
   const std::size_t behind = begin + version.size();
-  const std::size_t kept = std::min(text.size() - field->end, kLongestText - behind);
+  const std::size_t kept = std::min(text.size() - field->end, longestText - behind);
   // The o-line's LF is looked for where the o-line stood, in the text as it will be.
   std::size_t lf = text.view().substr(0, begin).find('\n', oLine);
   if (lf == npos) {
@@ -58,24 +61,17 @@ std::optional<std::size_t> replaceVersion(SdpText& text, std::size_t oLine, std:
   return lf;
 }
 
-unsigned short replaceVersionNumber(char* sdp, const char* operation, std::integral auto version,
-                                    unsigned short& oLineEnd) {
+Refusal replaceVersionNumber(SdpText& text, const char* operation, std::integral auto version,
+                             unsigned short& oLineEnd) {
   trace::progress("Entering %s() method.", operation);
-  SdpText text(sdp);
-  if (!adopted(text, operation)) return 1;
-  const std::size_t oLine = findAnywhere(text.view(), "o=");
-  if (oLine == npos) {
-    trace::error("No <oline> found. Exiting.");
-    return 1;
-  }
+  if (const Refusal refusal = refusalOfBuffer(text, operation)) return refusal;
+  const std::size_t oLine = findAnywhere(text.view(), kOriginLine);
+  if (oLine == npos) return {.reason = SDP_REFUSED_NO_O_LINE};
   const std::optional<std::size_t> lf = replaceVersion(text, oLine, FixedText<64>().add(version).view());
-  if (!lf) {
-    trace::error("Bad <oline> termination. Exiting.");
-    return 1;
-  }
+  if (!lf) return {.reason = SDP_REFUSED_UNENDED_O_LINE};
   oLineEnd = static_cast<unsigned short>(*lf + 1);
   trace::progress("The version of o-line has been replaced. Exiting...");
-  return 0;
+  return {};
 }
 
 /// The address type and address of a new o-line.
@@ -87,21 +83,16 @@ struct OriginAddress {
 /// @param between the text from the old o-line to the s-line, asked for its address type when no ip is given
 std::optional<OriginAddress> originAddress(const char* ip, std::string_view between) {
   if (ip == nullptr) {
-    return contains(between, "IP6") ? OriginAddress{"IP6", "::"} : OriginAddress{"IP4", "0.0.0.0"};
+    return contains(between, kIp6) ? OriginAddress{kIp6, "::"} : OriginAddress{kIp4, "0.0.0.0"};
   }
   const int version = cMsgIPAddress::getIPAddressVersion(ip);
-  if (version == 0) return std::nullopt;
-  return OriginAddress{version == 2 ? "IP4" : "IP6", ip};
-}
-
-unsigned short refuse(int flag, int level, const char* reason) {
-  cNegotTraceManager::writeTraceMsg(flag, level, "%s", reason);
-  return 1;
+  if (version == kIpVersionUnknown) return std::nullopt;
+  return OriginAddress{addressTypeOf(version), ip};
 }
 
 /// Puts a new o-line, cut at 336 characters, in the place of all that stands from "o=" to "s=".
-unsigned short rebuildOriginLine(SdpText& text, Span old, std::string_view id, std::string_view version,
-                                 OriginAddress address, unsigned short& oLineEnd) {
+Refusal rebuildOriginLine(SdpText& text, Span old, std::string_view id, std::string_view version,
+                          OriginAddress address, unsigned short& oLineEnd) {
   FixedText<337> composed;
   composed.add("o=ZEV ").add(id).add(" ").add(version).add(" IN ");
   composed.add(address.type).add(" ").add(address.address).add("\r\n");
@@ -109,12 +100,12 @@ unsigned short rebuildOriginLine(SdpText& text, Span old, std::string_view id, s
   const Line line = lineAt(composed.view(), 0);
   if (!line.terminated) old.end = text.size();
   if (text.replace(old, composed.view().substr(0, line.next())) != Edit::done) {
-    return refuse(4, 3, "sdpModifyOLine(): The new o-line does not fit the SDP buffer. Exiting.");
+    return {.reason = SDP_REFUSED_NO_ROOM, .operation = "sdpModifyOLine", .what = "new o-line"};
   }
   oLineEnd = static_cast<unsigned short>(old.begin + line.next());
-  if (!line.terminated) return refuse(2, 2, "Bad termination of s-line. Exiting...");
+  if (!line.terminated) return {.reason = SDP_REFUSED_ORIGIN_CUT};
   trace::info("The o-line has been changed. Exiting...");
-  return 0;
+  return {};
 }
 
 /// The third word of a line's content. Spaces alone separate words, as where a version is replaced.
@@ -145,18 +136,18 @@ std::optional<Raised> successor(std::string_view version) {
 }
 
 /// Raises the version of an o-line; one with fewer than three words stays as it is.
-unsigned short raiseVersion(SdpText& text, std::size_t oLine) {
+Refusal raiseVersion(SdpText& text, std::size_t oLine) {
   const Line line = lineAt(text.view(), oLine);
-  if (!line.terminated) return refuse(4, 3, "Bad <oline> termination. Exiting.");
+  if (!line.terminated) return {.reason = SDP_REFUSED_UNENDED_O_LINE};
   const std::string_view version = thirdWord(content(text.view(), line));
-  if (version.empty()) return 0;
+  if (version.empty()) return {};
   const std::optional<Raised> next = successor(version);
-  if (!next) return refuse(4, 3, "Attempt to increment <oline> version past maximum length. Exiting.");
+  if (!next) return {.reason = SDP_REFUSED_VERSION_TOO_LONG};
   const std::size_t end = static_cast<std::size_t>(version.data() - text.view().data()) + version.size();
   if (text.replace({end - next->replaced, end}, next->digits.view()) != Edit::done) {
-    return refuse(4, 3, "sdpIncVersion(): The raised version does not fit the SDP buffer. Exiting.");
+    return {.reason = SDP_REFUSED_NO_ROOM, .operation = "sdpIncVersion", .what = "raised version"};
   }
-  return 0;
+  return {};
 }
 
 }  // namespace
@@ -170,60 +161,86 @@ void composeSessionId(char* id, long seconds, long microseconds) {
   end[FixedText<24>().add(microseconds).view().copy(end, 3)] = '\0';
 }
 
+namespace {
+
+void composeSessionIdNow(char* id) {
+  timeval now{};
+  gettimeofday(&now, nullptr);
+  composeSessionId(id, now.tv_sec, now.tv_usec);
+}
+
+}  // namespace
+
+Refusal modifyOriginLine(SdpText& text, const char* sessionId, const char* version, const char* ip,
+                         unsigned short& oLineEnd) {
+  constexpr const char* kOperation = "sdpModifyOLine";
+  const auto shown = [](const char* value) { return value != nullptr ? value : "(null)"; };
+  trace::progress("Entering sdpModifyOLine() method. sessionId=[%s] version=[%s] ip=[%s]", shown(sessionId),
+                  shown(version), shown(ip));
+  if (text.isNull()) return {.reason = SDP_REFUSED_NO_ORIGIN_BUFFER};
+  if (const Refusal refusal = refusalOfBuffer(text, kOperation)) return refusal;
+  const std::size_t oLine = findAnywhere(text.view(), kOriginLine);
+  if (oLine == npos) return {.reason = SDP_REFUSED_ORIGIN_WITHOUT_O_LINE};
+  const std::size_t sLine = findAnywhere(text.view(), kSessionNameLine, oLine);
+  if (sLine == npos) return {.reason = SDP_REFUSED_ORIGIN_WITHOUT_S_LINE};
+  const std::optional<OriginAddress> address = originAddress(ip, text.view().substr(oLine, sLine - oLine));
+  if (!address) return {.reason = SDP_REFUSED_ORIGIN_ADDRESS};
+  const std::string_view id = viewOf(sessionId);
+  if (const Refusal refusal = refusalOfLineTexts({id, viewOf(version), viewOf(ip)}, kOperation)) {
+    return refusal;
+  }
+  return rebuildOriginLine(text, {oLine, sLine}, id, viewOf(version), *address, oLineEnd);
+}
+
+Refusal renewOriginLine(SdpText& text, const char* ip, unsigned short& oLineEnd) {
+  char id[16] = "";
+  composeSessionIdNow(id);
+  return modifyOriginLine(text, id, id, ip, oLineEnd);
+}
+
+Refusal raiseOriginVersion(SdpText& text) {
+  trace::progress("Entering sdpIncVersion() method.");
+  if (const Refusal refusal = refusalOfBuffer(text, "sdpIncVersion")) return refusal;
+  const std::size_t oLine = findAnywhere(text.view(), kOriginLine);
+  if (oLine == npos) return {.reason = SDP_REFUSED_NO_O_LINE};
+  if (const Refusal refusal = raiseVersion(text, oLine)) return refusal;
+  trace::progress("The version of o-line has been increased by one. Exiting...");
+  return {};
+}
+
 }  // namespace sdpneg
 
 using namespace sdpneg;
 
 unsigned short sdpModifications::sdpReplaceVersionNumber(char* sdp, unsigned int version,
                                                          unsigned short& oLineEnd) {
-  return replaceVersionNumber(sdp, "sdpReplaceVersionNumber", version, oLineEnd);
+  SdpText text(sdp);
+  return statusOf(replaceVersionNumber(text, "sdpReplaceVersionNumber", version, oLineEnd));
 }
 
 unsigned short sdpModifications::sdpReplaceVersionNumberLong(char* sdp, long long version,
                                                              unsigned short& oLineEnd) {
-  return replaceVersionNumber(sdp, "sdpReplaceVersionNumberLong", version, oLineEnd);
+  SdpText text(sdp);
+  return statusOf(replaceVersionNumber(text, "sdpReplaceVersionNumberLong", version, oLineEnd));
 }
 
 unsigned short sdpModifications::sdpModifyOLine(char* sdp, const char* sessionId, const char* version,
                                                 const char* ip, unsigned short& oLineEnd) {
-  const auto shown = [](const char* text) { return text != nullptr ? text : "(null)"; };
-  trace::progress("Entering sdpModifyOLine() method. sessionId=[%s] version=[%s] ip=[%s]", shown(sessionId),
-                  shown(version), shown(ip));
-  if (sdp == nullptr) return refuse(2, 2, "The raw sdp buffer is empty. Exiting...");
   SdpText text(sdp);
-  if (!adopted(text, "sdpModifyOLine")) return 1;
-  const std::size_t oLine = findAnywhere(text.view(), "o=");
-  if (oLine == npos) return refuse(2, 2, "The o-line is not present within the SDP. Exiting...");
-  const std::size_t sLine = findAnywhere(text.view(), "s=", oLine);
-  if (sLine == npos) return refuse(2, 2, "The s-line is not present within the SDP. Exiting...");
-  const std::optional<OriginAddress> address = originAddress(ip, text.view().substr(oLine, sLine - oLine));
-  if (!address) return refuse(2, 3, "sdpModifyOLine(): The provided IP is not valid, exiting");
-  if (!areLineTexts({viewOf(sessionId), viewOf(version), viewOf(ip)}, "sdpModifyOLine")) return 1;
-  return rebuildOriginLine(text, {oLine, sLine}, viewOf(sessionId), viewOf(version), *address, oLineEnd);
+  return statusOf(modifyOriginLine(text, sessionId, version, ip, oLineEnd));
 }
 
 unsigned short sdpModifications::sdpModifyOLine(char* sdp, const char* ip, unsigned short& oLineEnd) {
-  char id[16] = "";
-  return sdpModifyOLine(sdp, generateOLine(id), id, ip, oLineEnd);
+  SdpText text(sdp);
+  return statusOf(renewOriginLine(text, ip, oLineEnd));
 }
 
 unsigned short sdpModifications::sdpIncVersion(char* sdp) {
-  trace::progress("Entering sdpIncVersion() method.");
   SdpText text(sdp);
-  if (!adopted(text, "sdpIncVersion")) return 1;
-  const std::size_t oLine = findAnywhere(text.view(), "o=");
-  if (oLine == npos) return refuse(4, 3, "No <oline> found. Exiting.");
-  const unsigned short status = raiseVersion(text, oLine);
-  if (status == 0) {
-    trace::progress("The version of o-line has been increased by one. Exiting...");
-  }
-  return status;
+  return statusOf(raiseOriginVersion(text));
 }
 
 char* sdpModifications::generateOLine(char* idOut) {
-  if (idOut == nullptr) return nullptr;
-  timeval now{};
-  gettimeofday(&now, nullptr);
-  composeSessionId(idOut, now.tv_sec, now.tv_usec);
+  if (idOut != nullptr) composeSessionIdNow(idOut);
   return idOut;
 }

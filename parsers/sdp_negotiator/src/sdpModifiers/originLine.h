@@ -1,7 +1,22 @@
 #ifndef SDP_MODIFIERS_ORIGIN_LINE_H
 #define SDP_MODIFIERS_ORIGIN_LINE_H
 
+#include "refusal.h"
+#include "text/sdpText.h"
+
+// The o-line of a text. The operations of `sdpModifications` that these stand for say what each does.
+
 namespace sdpneg {
+
+/// `sdpModifyOLine` with values of the caller.
+Refusal modifyOriginLine(SdpText& text, const char* sessionId, const char* version, const char* ip,
+                         unsigned short& oLineEnd);
+
+/// `sdpModifyOLine` with a session id and version by the clock.
+Refusal renewOriginLine(SdpText& text, const char* ip, unsigned short& oLineEnd);
+
+/// `sdpIncVersion`.
+Refusal raiseOriginVersion(SdpText& text);
 
 /// Composes a session id from a time: the last six digits of the seconds and the first one to three of the
 /// microseconds, which are not padded. With seconds of six digits or fewer the first six characters stay as

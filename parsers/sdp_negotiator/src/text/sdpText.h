@@ -33,6 +33,8 @@ class SdpText {
   /// False for a null buffer and for one without NUL in its capacity: such a text is neither read nor
   /// written.
   bool usable() const { return length_ < capacity_; }
+  /// Whether there is no buffer at all.
+  bool isNull() const { return text_ == nullptr; }
 
   std::string_view view() const { return usable() ? std::string_view(text_, length_) : std::string_view(); }
   std::size_t size() const { return usable() ? length_ : 0; }

@@ -143,7 +143,7 @@ class SDP_NEGOTIATOR_API sdpModifications {
   static unsigned short sdpDelPreconditions(char* sdp);
   /// @}
 
-  /// @name Connection and ports (connection.cpp)
+  /// @name Connection and ports (connection.cpp, ports.cpp, videoDisabling.cpp)
   /// @{
 
   /// The m-lines that `sdpSetMediaPort` sets; secure is what has RTP/SAVP on its line.

@@ -252,6 +252,13 @@ constexpr Row kRows[] = {
      "Invalid eResourceReserve entry ({number})"},
     {SDP_REFUSED_NO_TEXT_TO_COMPARE, SDP_REFUSAL_KIND_ARGUMENT, trace::error, "Empty Buffer! Exiting..."},
     {SDP_REFUSED_NO_BUFFER, SDP_REFUSAL_KIND_ARGUMENT, trace::error, "The SDP buffer is NULL."},
+    {SDP_REFUSED_PORT_NOT_READ, SDP_REFUSAL_KIND_BODY, kNone, "The port of an m-line cannot be read."},
+    {SDP_REFUSED_TRANSPORT_NOT_NAMED, SDP_REFUSAL_KIND_BODY, kNone,
+     "The m-line does not name the transport that is to be replaced."},
+    {SDP_REFUSED_NO_C_LINE_FOR_VIDEO, SDP_REFUSAL_KIND_BODY, kNone,
+     "There is no c-line for the sections of video."},
+    {SDP_REFUSED_DIRECTION_ARGUMENTS, SDP_REFUSAL_KIND_ARGUMENT, kNone,
+     "An argument of a direction is null or lies outside the text."},
 };
 
 constexpr bool standsInOrder() {

@@ -30,6 +30,9 @@ inline constexpr int kAnyMedia = -1;
 inline constexpr int kSmallestPort = 1024;
 inline constexpr int kLargestPort = 65535;
 
+/// Whether a port is reserved: one of 1 to 1023.
+inline bool isReservedPort(long long port) { return port > 0 && port < kSmallestPort; }
+
 /// Whether media may have a port: 0, or one that is not reserved.
 inline bool isMediaPort(long long port) {
   return port == 0 || (port >= kSmallestPort && port <= kLargestPort);

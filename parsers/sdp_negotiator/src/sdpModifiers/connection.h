@@ -2,14 +2,18 @@
 #define SDP_MODIFIERS_CONNECTION_H
 
 #include <cstddef>
+#include <string_view>
 
+#include "refusal.h"
 #include "text/sdpText.h"
 
 namespace sdpneg {
 
+/// What a c-line begins with.
+inline constexpr std::string_view kCLine = "c=";
+
 /// Replaces the first c-line at or behind an offset, see `sdpModifications::sdpReplaceCxIP`.
-/// @return 0, or 1 with a trace
-unsigned short replaceConnection(SdpText& text, std::size_t from, const char* ip);
+Refusal replaceConnection(SdpText& text, std::size_t from, const char* ip);
 
 }  // namespace sdpneg
 

@@ -1,58 +1,69 @@
-#include <string_view>
+#include "sdpModifiers/connectionLines.h"
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpModifiers/connection.h"
-#include "sdpNegotiatorParser.h"
-#include "text/lines.h"
+#include "text/mLineFields.h"
+#include "text/sections.h"
 
-// The address in the connection lines of a session and of its media sections.
+namespace sdpneg {
 
 namespace {
 
-using namespace sdpneg;
-
-/// The first c-line when it stands in front of all m-lines; else npos.
-std::size_t sessionConnection(std::string_view text) {
-  const std::size_t cLine = findLine(text, "c=");
-  return cLine < findLine(text, "m=") ? cLine : npos;
+/// Sets the address of the session's c-line.
+/// @param present receives whether there is one
+Refusal replaceSessionConnection(SdpText& text, const char* ip, bool& present) {
+  const std::size_t cLine = findLine(sessionPart(text.view()), kCLine);
+  present = cLine != npos;
+  return present ? replaceConnection(text, cLine, ip) : Refusal{};
 }
 
 /// Sets the address of a section's c-line when the section has one and its port is not 0.
 /// @param line the section's m-line
-/// @return the status of the reading of the port or of the edit
-unsigned short replaceSectionConnection(SdpText& text, std::size_t line, const char* ip) {
-  unsigned short port = 0;
-  const unsigned short status = sdpParserMessage::getMediaLinePort(text.view().data() + line, port);
-  if (status != 0 || port == 0) return status;
-  const std::string_view section = text.view().substr(0, findLine(text.view(), "m=", line));
-  const std::size_t cLine = findLine(section, "c=", line);
-  return cLine != npos ? replaceConnection(text, cLine, ip) : 0;
+/// @return the refusal of the port or of the edit
+Refusal replaceSectionConnection(SdpText& text, std::size_t line, const char* ip) {
+  const std::optional<unsigned short> port = portAt(text.view(), line);
+  if (!port) return {.reason = SDP_REFUSED_PORT_NOT_READ};
+  if (*port == 0) return {};
+  const std::string_view section = text.view().substr(0, sectionEnd(text.view(), line));
+  const std::size_t cLine = findLine(section, kCLine, line);
+  return cLine != npos ? replaceConnection(text, cLine, ip) : Refusal{};
 }
 
 }  // namespace
 
+Refusal replaceSessionAndAudioConnections(SdpText& text, const char* ip) {
+  Refusal refusal = refusalOfBuffer(text, "sdpModifyCLines");
+  bool hasSessionConnection = false;
+  if (!refusal) refusal = replaceSessionConnection(text, ip, hasSessionConnection);
+  if (refusal) return refusal;
+  forEachMLineOf(text, "audio", [&](std::size_t mLine) {
+    refusal = replaceSectionConnection(text, mLine, ip);
+    return !refusal;
+  });
+  return refusal;
+}
+
+Refusal replaceSessionOrFirstConnection(SdpText& text, const char* ip) {
+  if (const Refusal refusal = refusalOfBuffer(text, "sdpModifyCLinesAllLines")) return refusal;
+  std::size_t mLine = nextMLine(text.view());
+  bool hasSessionConnection = false;
+  if (const Refusal refusal = replaceSessionConnection(text, ip, hasSessionConnection)) return refusal;
+  // The text's second character then stands for the m-line.
+  if (hasSessionConnection) mLine = 1;
+  return mLine != npos ? replaceSectionConnection(text, mLine, ip) : Refusal{};
+}
+
+}  // namespace sdpneg
+
+using namespace sdpneg;
+
 unsigned short sdpModifications::sdpModifyCLines(char* sdp, const char* ip) {
   SdpText text(sdp);
-  if (!adopted(text, "sdpModifyCLines")) return 1;
-  if (const std::size_t cLine = sessionConnection(text.view()); cLine != npos) {
-    if (const unsigned short status = replaceConnection(text, cLine, ip); status != 0) return status;
-  }
-  for (std::size_t line = findLine(text.view(), "m=audio"); line != npos;
-       line = findLine(text.view(), "m=audio", line)) {
-    if (const unsigned short status = replaceSectionConnection(text, line, ip); status != 0) return status;
-  }
-  return 0;
+  return statusOf(replaceSessionAndAudioConnections(text, ip));
 }
 
 unsigned short sdpModifications::sdpModifyCLinesAllLines(char* sdp, const char* ip) {
   SdpText text(sdp);
-  if (!adopted(text, "sdpModifyCLinesAllLines")) return 1;
-  std::size_t line = findLine(text.view(), "m=");
-  if (const std::size_t cLine = sessionConnection(text.view()); cLine != npos) {
-    if (const unsigned short status = replaceConnection(text, cLine, ip); status != 0) return status;
-    // The text's second character then stands for the m-line.
-    line = 1;
-  }
-  return line != npos ? replaceSectionConnection(text, line, ip) : 0;
+  return statusOf(replaceSessionOrFirstConnection(text, ip));
 }

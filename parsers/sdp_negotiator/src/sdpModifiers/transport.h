@@ -3,15 +3,10 @@
 
 #include <string_view>
 
-#include "text/lines.h"
+#include "text/mLineFields.h"
 #include "text/sdpText.h"
 
 namespace sdpneg {
-
-/// Whether an m-line names a secure transport (RFC 3711), wherever on the line.
-inline bool isSecure(std::string_view text, const Line& mLine) {
-  return contains(content(text, mLine), "RTP/SAVP");
-}
 
 /// What of a transport is written to an m-line at most.
 inline constexpr std::size_t longestTransport = 14;

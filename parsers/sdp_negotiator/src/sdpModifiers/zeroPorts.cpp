@@ -4,9 +4,8 @@
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
-#include "sdpModifiers/transport.h"
-#include "sdpNegotiatorParser/portField.h"
-#include "text/lines.h"
+#include "text/mLineFields.h"
+#include "text/sections.h"
 #include "trace.h"
 
 // Removal of m-lines of port 0.

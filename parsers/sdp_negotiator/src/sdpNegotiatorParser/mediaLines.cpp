@@ -2,10 +2,10 @@
 #include <cstring>
 #include <optional>
 
+#include "refusal.h"
 #include "sdpNegotiatorParser.h"
-#include "sdpNegotiatorParser/portField.h"
 #include "text/lines.h"
-#include "trace.h"
+#include "text/mLineFields.h"
 #include "vocabulary.h"
 
 namespace sdpneg {
@@ -34,19 +34,16 @@ unsigned short sdpParserMessage::getMediaLinePort(const char* mLine, unsigned sh
 
 unsigned short sdpParserMessage::setMediaLinePort(char* mLine, char*& lineEnd, unsigned int port) {
   using namespace sdpneg;
-  if (refusesPort(port)) return 1;
+  if (isReservedPort(port)) return refuse({.reason = SDP_REFUSED_ILLEGAL_PORT, .number = port});
   if (lineEnd == nullptr) {
     const char* const lineFeed = lineFeedOf(mLine);
-    if (lineFeed == nullptr) {
-      trace::error("setMediaLinePort(): Bad termination of m-line.");
-      return 1;
-    }
+    if (lineFeed == nullptr) return refuse({.reason = SDP_REFUSED_UNENDED_M_LINE});
     lineEnd = mLine + (lineFeed - mLine);
   }
   if (mLine == nullptr || lineEnd <= mLine) return 0;
   // Whether a longer port fits is the caller's business: the text may grow by what a port can.
   const std::size_t length = std::strlen(mLine);
-  SdpText text(mLine, length + longestPort);
+  SdpText text(mLine, length + kLongestPort);
   // A caller's line end counts as far as the text goes.
   const std::size_t end = std::min(static_cast<std::size_t>(lineEnd - mLine), length);
   replacePort(text, {0, end, true}, port);

@@ -1,3 +1,5 @@
+#include "sdpModifiers/attributeRemoval.h"
+
 #include <span>
 #include <string_view>
 
@@ -5,11 +7,9 @@
 #include "sdpModifiers/adopt.h"
 #include "trace.h"
 
-// Removal of all lines that hold one of some texts.
+namespace sdpneg {
 
 namespace {
-
-using namespace sdpneg;
 
 constexpr std::string_view kIceLines[] = {
     "a=candidate:", "a=remote-candidates:", "a=ice-mismatch:", "a=ice-pwd:",
@@ -18,50 +18,80 @@ constexpr std::string_view kCandidateLines[] = {"a=candidate:", "a=remote-candid
 constexpr std::string_view kAnatGroupLines[] = {"a=group:ANAT"};
 
 /// @return the number of lines removed; 0 for null and, with a trace, for a buffer that holds no text
-std::size_t removeLines(char* sdp, std::span<const std::string_view> prefixes, const char* operation) {
-  if (sdp == nullptr) return 0;
-  SdpText text(sdp);
-  return adopted(text, operation) ? text.removeLines(prefixes) : 0;
+std::size_t removeLines(SdpText& text, std::span<const std::string_view> prefixes, const char* operation) {
+  return !text.isNull() && adopted(text, operation) ? text.removeLines(prefixes) : 0;
 }
 
 }  // namespace
 
-unsigned short sdpModifications::sdpRemoveSecureAttributes(char* sdp, const char* prefix) {
+std::size_t removeSecureAttributes(SdpText& text, const char* prefix) {
   trace::progress("Entering sdpRemoveSecureAttributes() method.");
   const std::string_view prefixes[] = {viewOf(prefix)};
   const bool given = !prefixes[0].empty();
-  if (given && removeLines(sdp, prefixes, "sdpRemoveSecureAttributes") > 0) {
+  const std::size_t removed = given ? removeLines(text, prefixes, "sdpRemoveSecureAttributes") : 0;
+  if (removed > 0) {
     trace::info("The %s attribute has been removed from the SDP. Exiting...", prefix);
   } else {
     trace::info("No %s attribute found. Exiting.", given ? prefix : "");
   }
+  return removed;
+}
+
+void removeDtlsAttributes(SdpText& text) {
+  trace::progress("Entering sdpRemoveDTLSAttributes() method.");
+  removeSecureAttributes(text, "a=setup:");
+  removeSecureAttributes(text, "a=fingerprint:");
+  trace::progress("Exiting sdpRemoveDTLSAttributes() method.");
+}
+
+void removeAnatAttributes(SdpText& text) {
+  trace::progress("Entering sdpRemoveAnatAttributes() method.");
+  removeLines(text, kAnatGroupLines, "sdpRemoveAnatAttributes");
+  trace::progress("The ANAT attributes have been removed from the SDP. Exiting...");
+}
+
+void removeIce(SdpText& text) {
+  trace::progress("Entering sdpRemoveFullICE() method.");
+  removeLines(text, kIceLines, "sdpRemoveICE");
+  // No error: the pair of this line is another than its words suggest.
+  trace::error("The ICE attributes have been removed. Exiting...");
+}
+
+void removeCandidates(SdpText& text) {
+  trace::progress("Entering sdpRemoveCandidates() method.");
+  removeLines(text, kCandidateLines, "sdpRemoveCandidates");
+  trace::progress("The candidates have been removed from the SDP. Exiting...");
+}
+
+}  // namespace sdpneg
+
+using namespace sdpneg;
+
+unsigned short sdpModifications::sdpRemoveSecureAttributes(char* sdp, const char* prefix) {
+  SdpText text(sdp);
+  removeSecureAttributes(text, prefix);
   return 0;
 }
 
 unsigned short sdpModifications::sdpRemoveDTLSAttributes(char* sdp) {
-  trace::progress("Entering sdpRemoveDTLSAttributes() method.");
-  sdpRemoveSecureAttributes(sdp, "a=setup:");
-  sdpRemoveSecureAttributes(sdp, "a=fingerprint:");
-  trace::progress("Exiting sdpRemoveDTLSAttributes() method.");
+  SdpText text(sdp);
+  removeDtlsAttributes(text);
   return 0;
 }
 
 void sdpModifications::sdpRemoveAnatAttributes(char* sdp) {
-  trace::progress("Entering sdpRemoveAnatAttributes() method.");
-  removeLines(sdp, kAnatGroupLines, "sdpRemoveAnatAttributes");
-  trace::progress("The ANAT attributes have been removed from the SDP. Exiting...");
+  SdpText text(sdp);
+  removeAnatAttributes(text);
 }
 
 unsigned short sdpModifications::sdpRemoveICE(char* sdp) {
-  trace::progress("Entering sdpRemoveFullICE() method.");
-  removeLines(sdp, kIceLines, "sdpRemoveICE");
-  trace::error("The ICE attributes have been removed. Exiting...");
+  SdpText text(sdp);
+  removeIce(text);
   return 0;
 }
 
 unsigned short sdpModifications::sdpRemoveCandidates(char* sdp) {
-  trace::progress("Entering sdpRemoveCandidates() method.");
-  removeLines(sdp, kCandidateLines, "sdpRemoveCandidates");
-  trace::progress("The candidates have been removed from the SDP. Exiting...");
+  SdpText text(sdp);
+  removeCandidates(text);
   return 0;
 }

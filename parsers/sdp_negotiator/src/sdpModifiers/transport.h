@@ -6,15 +6,16 @@
 #include "text/mLineFields.h"
 #include "text/sdpText.h"
 
+// The transport of one m-line.
+
 namespace sdpneg {
 
 /// What of a transport is written to an m-line at most.
-inline constexpr std::size_t longestTransport = 14;
+inline constexpr std::size_t kLongestTransport = 14;
 
 enum class TransportEdit { done, notExpected, noRoom };
 
-/// Sets the third field of an m-line to a transport of at most 14 characters. Blanks are counted one by one from the
-/// line's third character on, so two in a row enclose an empty field.
+/// Sets the third field of an m-line (`transportBehindBlanks`) to a transport of at most 14 characters.
 /// @param expected must occur on the line; the field is replaced whatever it holds itself
 /// @return done also when there is no field, or it begins with the new transport already
 TransportEdit replaceTransport(SdpText& text, const Line& mLine, std::string_view expected,

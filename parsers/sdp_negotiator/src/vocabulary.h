@@ -22,7 +22,9 @@ inline constexpr std::uint8_t kCodecTelephoneEvent = 29;
 inline constexpr std::uint8_t kCodecComfortNoise = 37;
 inline constexpr std::uint8_t kCodecH264 = 2;
 
-// Selections of media by those that take a number: 1 is audio and 2 is video alone, any other both.
+// Selections of media by those that take a number: audio or video alone, any other both.
+inline constexpr int kAudioAlone = 1;
+inline constexpr int kVideoAlone = 2;
 inline constexpr int kAudioAndVideo = 64;
 inline constexpr int kAnyMedia = -1;
 
@@ -79,7 +81,7 @@ inline unsigned char firstGiven(unsigned char direction, unsigned char otherwise
   return direction != CONNECTION_MODE_NONE ? direction : otherwise;
 }
 
-/// The name of a direction; empty for one that no line has.
+/// The name of a direction, which ends in NUL; empty for one that no line has.
 inline std::string_view nameOf(eConnectionMode direction) {
   switch (direction) {
     case CONNECTION_MODE_SENDONLY:

@@ -5,7 +5,7 @@
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "text/fixedText.h"
-#include "text/lines.h"
+#include "text/sections.h"
 #include "trace.h"
 #include "vocabulary.h"
 
@@ -13,14 +13,23 @@ namespace sdpneg {
 
 namespace {
 
-constexpr std::string_view kSendOnly = "sendonly";
-constexpr std::string_view kRecvOnly = "recvonly";
-constexpr std::string_view kSendRecv = "sendrecv";
-constexpr std::string_view kInactive = "inactive";
+constexpr std::string_view kAttribute = "a=";
 
 /// The first eight characters, all that comparisons look at. Direction words all have eight, so that one is
 /// changed for another in place.
 std::string_view word(std::string_view text) { return text.substr(0, kDirectionLength); }
+
+/// A line of its own for a direction of at most eight characters.
+FixedText<16> directionLine(std::string_view direction) {
+  return FixedText<16>().add(kAttribute).add(direction).add("\r\n");
+}
+
+/// Whether nothing of a one-way direction is left under a request: for the other way or none.
+bool stops(eConnectionMode oneWay, eConnectionMode requested) {
+  if (requested == CONNECTION_MODE_INACTIVE) return true;
+  return requested != oneWay &&
+         (requested == CONNECTION_MODE_SENDONLY || requested == CONNECTION_MODE_RECVONLY);
+}
 
 /// Changes the direction word at `at` if the request asks for it.
 bool changeMode(SdpText& text, std::size_t at, std::string_view requested) {
@@ -32,31 +41,24 @@ bool changeMode(SdpText& text, std::size_t at, std::string_view requested) {
 
 /// The direction word of the first a-line from `from` on.
 std::size_t findMode(std::string_view text, std::size_t from) {
-  for (std::size_t line = findLine(text, "a=", from); line != npos; line = findLine(text, "a=", line)) {
-    if (startsWithDirection(text.substr(line + 2))) return line + 2;
-  }
-  return npos;
-}
-
-/// The start of the first m-line of a medium whose LF in front stands at or behind `from`.
-std::size_t findMedia(std::string_view text, std::string_view mediaName, std::size_t from) {
-  for (std::size_t line = findLine(text, "m=", from); line != npos; line = findLine(text, "m=", line)) {
-    if (startsWith(text.substr(line + 2), mediaName)) return line;
+  for (std::size_t line = findLine(text, kAttribute, from); line != npos;
+       line = findLine(text, kAttribute, line)) {
+    const std::size_t name = line + kAttribute.size();
+    if (startsWithDirection(text.substr(name))) return name;
   }
   return npos;
 }
 
 /// The one section whose m-line begins at `mLine`.
 void applyModeToSection(SdpText& text, std::size_t mLine, std::string_view mode) {
-  const std::size_t next = findLine(text.view(), "m=", mLine);
-  const std::size_t end = orEnd(next, text.view());
+  const std::size_t end = sectionEnd(text.view(), mLine);
   const std::size_t found = findMode(text.view().substr(0, end), mLine);
   if (found != npos) {
     changeMode(text, found, mode);
     return;
   }
   // A line that does not fit is left out.
-  text.insert(end, FixedText<16>().add("a=").add(word(mode)).add("\r\n").view());
+  text.insert(end, directionLine(word(mode)).view());
 }
 
 }  // namespace
@@ -65,15 +67,12 @@ std::optional<std::string_view> commonMode(std::string_view current, std::string
   trace::progress("Enter changeConnectionMode");
   current = word(current);
   requested = word(requested);
-  std::string_view result;
-  if (current == kSendRecv) {
-    result = requested;
-  } else if ((current == kSendOnly && (requested == kRecvOnly || requested == kInactive)) ||
-             (current == kRecvOnly && (requested == kSendOnly || requested == kInactive))) {
-    result = kInactive;
-  } else {
+  const eConnectionMode direction = directionOf(current);
+  const bool oneWay = direction == CONNECTION_MODE_SENDONLY || direction == CONNECTION_MODE_RECVONLY;
+  if (direction != CONNECTION_MODE_SENDRECV && !(oneWay && stops(direction, directionOf(requested)))) {
     return std::nullopt;
   }
+  const std::string_view result = oneWay ? nameOf(CONNECTION_MODE_INACTIVE) : requested;
   trace::progress("currentMode is %s needs to change to %s, the new mediaMode is %s",
                   FixedText<10>().add(current).text(), FixedText<10>().add(requested).text(),
                   FixedText<10>().add(result).text());
@@ -83,8 +82,8 @@ std::optional<std::string_view> commonMode(std::string_view current, std::string
 void applyModeToMedia(SdpText& text, std::size_t from, std::string_view mediaName, std::string_view mode) {
   trace::progress("Entering setMediaConnectionMode(): request to set the mode to %s for all %s media",
                   FixedText<10>().add(mode).text(), FixedText<64>().add(mediaName).text());
-  for (std::size_t mLine = findMedia(text.view(), mediaName, from); mLine != npos;
-       mLine = findMedia(text.view(), mediaName, mLine)) {
+  for (std::size_t mLine = nextMLineOf(text.view(), mediaName, from); mLine != npos;
+       mLine = nextMLineOf(text.view(), mediaName, mLine)) {
     applyModeToSection(text, mLine, mode);
   }
 }
@@ -99,78 +98,75 @@ struct SessionLines {
 
 /// Changes the first session direction that the request changes; a send-only or inactive request that changes
 /// none adds a line of its own, also beside one that stays.
-bool applyModeToSession(SdpText& text, std::string_view mode, SessionLines& lines) {
-  const std::size_t media = findLine(text.view(), "m=");
+/// @return false when there is no room for the line
+bool applyModeToSession(SdpText& text, eConnectionMode mode, SessionLines& lines) {
+  const std::string_view name = nameOf(mode);
+  const std::size_t media = nextMLine(text.view());
   for (std::size_t at = findMode(text.view().substr(0, media), 0); at != npos;
        at = findMode(text.view().substr(0, media), at)) {
-    if (changeMode(text, at, mode)) {
+    if (changeMode(text, at, name)) {
       lines.modified = 1;
       return true;
     }
   }
-  if (mode == kRecvOnly) return true;
+  if (mode == CONNECTION_MODE_RECVONLY) return true;
   lines.added = 1;
-  return text.insert(media, FixedText<16>().add("a=").add(mode).add("\r\n").view()) == Edit::done;
+  return text.insert(media, directionLine(name).view()) == Edit::done;
 }
 
-unsigned short applyMode(SdpText& text, std::string_view mode, int mediaSelect) {
-  const FixedText<10> shown = FixedText<10>().add(mode);
+Refusal applyMode(SdpText& text, eConnectionMode mode, int mediaSelect) {
+  const std::string_view name = nameOf(mode);
   SessionLines lines;
-  if (!applyModeToSession(text, mode, lines)) {
-    trace::progress("sdpReplaceMode(): Not enough room to add a=%s line at the session level. Exiting.",
-                    shown.text());
-    return 1;
-  }
-  const std::size_t firstMLine = findLine(text.view(), "m=") - 1;
-  if (mediaSelect != 2) applyModeToMedia(text, firstMLine, "audio", mode);
-  if (mediaSelect != 1) applyModeToMedia(text, firstMLine, "video", mode);
+  if (!applyModeToSession(text, mode, lines)) return {.reason = SDP_REFUSED_NO_ROOM_FOR_MODE, .what = name};
+  const std::size_t firstMLine = nextMLine(text.view()) - 1;
+  if (mediaSelect != kVideoAlone) applyModeToMedia(text, firstMLine, "audio", name);
+  if (mediaSelect != kAudioAlone) applyModeToMedia(text, firstMLine, "video", name);
   trace::progress(
       "sdpReplaceMode(): Applied %s mode. Modified %i session-level lines and %i "
       "media-level lines. Added %i session-level lines and %i media-level lines.",
-      shown.text(), lines.modified, 0, lines.added, 0);
-  return 0;
+      name.data(), lines.modified, 0, lines.added, 0);
+  return {};
 }
 
-std::string_view modeWord(unsigned char mode) {
-  switch (mode) {
-    case CONNECTION_MODE_SENDONLY:
-      return kSendOnly;
-    case CONNECTION_MODE_RECVONLY:
-      return kRecvOnly;
-    case CONNECTION_MODE_SENDRECV:
-      return kSendRecv;
-    case CONNECTION_MODE_INACTIVE:
-      return kInactive;
-    default:
-      return {};
+/// `sdpModifications::setMediaConnectionMode`.
+/// @param from the offset of the first m-line's LF
+Refusal setMediaMode(SdpText& text, std::uintptr_t from, const char* mediaName, const char* mode) {
+  constexpr const char* kOperation = "setMediaConnectionMode";
+  if (const Refusal refusal = refusalOfBuffer(text, kOperation)) return refusal;
+  if (from > text.size() || mediaName == nullptr || mode == nullptr) {
+    return {.reason = SDP_REFUSED_DIRECTION_ARGUMENTS};
   }
+  if (const Refusal refusal = refusalOfLineTexts({mode}, kOperation)) return refusal;
+  applyModeToMedia(text, from, mediaName, mode);
+  return {};
 }
 
 }  // namespace
+
+Refusal replaceMode(SdpText& text, unsigned char mode, int mediaSelect) {
+  const auto requested = static_cast<eConnectionMode>(mode);
+  const std::string_view name = nameOf(requested);
+  if (name.empty()) return {.reason = SDP_REFUSED_UNSUPPORTED_MODE, .number = mode};
+  trace::progress("Entering sdpReplaceMode(): request to set mode to %s", name.data());
+  if (requested == CONNECTION_MODE_SENDRECV) {
+    trace::progress("Not valid change to %s", name.data());
+    return {};
+  }
+  if (const Refusal refusal = refusalOfBuffer(text, "sdpReplaceMode")) return refusal;
+  if (nextMLine(text.view()) == npos) {
+    trace::progress("sdpReplaceMode(): No media lines are present to the SDP message. Exiting.");
+    return {};
+  }
+  return applyMode(text, requested, mediaSelect);
+}
 
 }  // namespace sdpneg
 
 using namespace sdpneg;
 
 unsigned short sdpModifications::sdpReplaceMode(char* sdp, unsigned char mode, int mediaSelect) {
-  const std::string_view requested = modeWord(mode);
-  if (requested.empty()) {
-    trace::error("sdpReplaceMode(): Unsupported mode (%d) found. Exiting.", mode);
-    return 1;
-  }
-  const FixedText<10> shown = FixedText<10>().add(requested);
-  trace::progress("Entering sdpReplaceMode(): request to set mode to %s", shown.text());
-  if (requested == kSendRecv) {
-    trace::progress("Not valid change to %s", shown.text());
-    return 0;
-  }
   SdpText text(sdp);
-  if (!adopted(text, "sdpReplaceMode")) return 1;
-  if (findLine(text.view(), "m=") == npos) {
-    trace::progress("sdpReplaceMode(): No media lines are present to the SDP message. Exiting.");
-    return 0;
-  }
-  return applyMode(text, requested, mediaSelect);
+  return statusOf(replaceMode(text, mode, mediaSelect));
 }
 
 unsigned short sdpModifications::changeConnectionMode(const char* currentMode, const char* requestedMode,
@@ -183,7 +179,8 @@ unsigned short sdpModifications::changeConnectionMode(const char* currentMode, c
   if (!mode || requestedMode == nullptr || newMode == nullptr) return 0;
   FixedText<10> result;
   // The requested word is handed on with one character more when it has one.
-  result.add(word(bounded(currentMode)) == kSendRecv ? bounded(requestedMode) : *mode);
+  const bool handedOn = directionOf(word(bounded(currentMode))) == CONNECTION_MODE_SENDRECV;
+  result.add(handedOn ? bounded(requestedMode) : *mode);
   std::memcpy(newMode, result.text(), result.size() + 1);
   return 1;
 }
@@ -191,11 +188,7 @@ unsigned short sdpModifications::changeConnectionMode(const char* currentMode, c
 unsigned short sdpModifications::setMediaConnectionMode(char* sdp, const char* /*savedSdp*/, char* firstMLine,
                                                         const char* mediaName, const char* mode) {
   SdpText text(sdp);
-  if (!adopted(text, "setMediaConnectionMode")) return 1;
   const std::uintptr_t from =
       reinterpret_cast<std::uintptr_t>(firstMLine) - reinterpret_cast<std::uintptr_t>(sdp);
-  if (firstMLine == nullptr || from > text.size() || mediaName == nullptr || mode == nullptr) return 1;
-  if (!areLineTexts({mode}, "setMediaConnectionMode")) return 1;
-  applyModeToMedia(text, from, mediaName, mode);
-  return 0;
+  return statusOf(setMediaMode(text, from, mediaName, mode));
 }

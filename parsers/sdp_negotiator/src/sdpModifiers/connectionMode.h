@@ -4,9 +4,15 @@
 #include <optional>
 #include <string_view>
 
+#include "refusal.h"
 #include "text/sdpText.h"
 
+// The directions of a session and of its media sections.
+
 namespace sdpneg {
+
+/// `sdpModifications::sdpReplaceMode`.
+Refusal replaceMode(SdpText& text, unsigned char mode, int mediaSelect);
 
 /// What a current and a requested direction have in common, by their first eight characters; nothing when the
 /// current one stays.

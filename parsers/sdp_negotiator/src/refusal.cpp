@@ -259,6 +259,7 @@ constexpr Row kRows[] = {
      "There is no c-line for the sections of video."},
     {SDP_REFUSED_DIRECTION_ARGUMENTS, SDP_REFUSAL_KIND_ARGUMENT, kNone,
      "An argument of a direction is null or lies outside the text."},
+    {SDP_REFUSED_NO_M_LINE, SDP_REFUSAL_KIND_BODY, kNone, "There is no m-line behind the first line."},
 };
 
 constexpr bool standsInOrder() {

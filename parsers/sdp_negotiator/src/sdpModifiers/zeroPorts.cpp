@@ -1,3 +1,5 @@
+#include "sdpModifiers/zeroPorts.h"
+
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -10,34 +12,35 @@
 
 // Removal of m-lines of port 0.
 
-namespace {
+namespace sdpneg {
 
-using namespace sdpneg;
+namespace {
 
 /// Finds what goes, one span after the other, so that the text is moved once. Traces show the text as it is after
 /// each removal.
 class ZeroPorts {
  public:
-  explicit ZeroPorts(std::string_view text) : next_(findLine(text, "m=")) {}
+  explicit ZeroPorts(std::string_view text) : next_(nextMLine(text)) {}
 
   /// The next m-line of port 0, from the LF in front of it up to its own, or the crypto line of the last one.
   std::optional<Span> next(std::string_view text) {
     if (crypto_) return std::exchange(crypto_, std::nullopt);
     while (next_ != npos) {
       const Line mLine = lineAt(text, next_);
-      next_ = findLine(text, "m=", next_);
+      next_ = nextMLine(text, next_);
       if (hasZeroPort(text, mLine)) return remove(text, mLine);
     }
     return std::nullopt;
   }
 
-  unsigned short status() const { return status_; }
+  /// Whether the last m-line has a port that can be read, or why none has.
+  const Refusal& refusal() const { return refusal_; }
 
  private:
   bool hasZeroPort(std::string_view text, const Line& mLine) {
     const std::size_t lf = mLine.begin - 1;
-    const auto port = mLine.terminated ? portOf(text.substr(lf, mLine.next() - lf)) : std::nullopt;
-    status_ = port ? 0 : 1;
+    const std::optional<unsigned short> port = portAt(text, lf);
+    refusal_.reason = port ? SDP_REFUSED_NOTHING : SDP_REFUSED_PORT_NOT_READ;
     if (tracing_) {
       trace::debug("sdpRemoveMlinesZeroPort() mLine =[%s]", text.data() + lf);
       trace::debug("sdpRemoveMlinesZeroPort() port =[%d]", port.value_or(0));
@@ -80,18 +83,24 @@ class ZeroPorts {
   bool tracing_ = isTracing();  ///< asked once, for there are several lines for each m-line
   std::size_t next_;            ///< the m-line to look at next, which no removal reaches
   std::optional<Span> crypto_;
-  unsigned short status_ = 1;
+  Refusal refusal_ = {.reason = SDP_REFUSED_NO_M_LINE};
 };
 
 }  // namespace
 
-unsigned short sdpModifications::sdpRemoveMlinesZeroPort(char* sdp) {
+Refusal removeZeroPorts(SdpText& text) {
   trace::debug("sdpRemoveMlinesZeroPort() Modifier");
-  SdpText text(sdp);
-  if (!adopted(text, "sdpRemoveMlinesZeroPort")) return 1;
+  if (const Refusal refusal = refusalOfBuffer(text, "sdpRemoveMlinesZeroPort")) return refusal;
   ZeroPorts ports(text.view());
   text.eraseEach([&](std::string_view view, std::size_t /*from*/) { return ports.next(view); });
   trace::debug("sdpRemoveMlinesZeroPort() sdp_buffer =[%s]", text.view().data());
   trace::debug("Exiting sdpRemoveMlinesZeroPort() Mofifier");
-  return ports.status();
+  return ports.refusal();
+}
+
+}  // namespace sdpneg
+
+unsigned short sdpModifications::sdpRemoveMlinesZeroPort(char* sdp) {
+  sdpneg::SdpText text(sdp);
+  return sdpneg::statusOf(sdpneg::removeZeroPorts(text));
 }

@@ -40,6 +40,14 @@ inline std::size_t nextMAnywhereBehind(std::string_view text, std::size_t mLine)
   return nextMAnywhere(text, mLine + kMLine.size());
 }
 
+/// The next one of a medium, wherever "m=" and the medium's name stand.
+inline std::size_t nextMAnywhereOf(std::string_view text, std::string_view media, std::size_t from = 0) {
+  for (std::size_t at = nextMAnywhere(text, from); at != npos; at = nextMAnywhereBehind(text, at)) {
+    if (startsWith(text.substr(at + kMLine.size()), media)) return at;
+  }
+  return npos;
+}
+
 /// Where the section of an m-line ends: at the next m-line at a line's start, else with the text.
 inline std::size_t sectionEnd(std::string_view text, std::size_t mLine) {
   return orEnd(nextMLine(text, mLine), text);

@@ -1,3 +1,5 @@
+#include "sdpModifiers/videoLimits.h"
+
 #include <cstdlib>
 #include <memory>
 #include <string_view>
@@ -6,28 +8,36 @@
 #include "sdpModifiers/adopt.h"
 #include "sdpNegotiatorParser.h"
 #include "sessionDescription.h"
-#include "text/lines.h"
+#include "text/sections.h"
 #include "trace.h"
+#include "vocabulary.h"
+
+// Levels and bandwidths of video sections.
+
+namespace sdpneg {
 
 namespace {
-
-using namespace sdpneg;
 
 /// The last two digits of a profile-level-id (RFC 6184 8.1), by the level's index; 1b and 1.1 share theirs.
 constexpr const char* kLevelTexts[] = {"0A", "0B", "0B", "0C", "0D", "14", "15", "16",
                                        "1E", "1F", "20", "28", "29", "2A", "32", "33"};
 constexpr int kLevels = static_cast<int>(std::size(kLevelTexts));
-constexpr unsigned char kH264 = 2;
+constexpr std::string_view kVideo = "video";
 constexpr std::size_t kLongestBandwidthLine = 55;
 
 /// An index outside the table is level 1.
 const char* levelText(int id) { return kLevelTexts[id >= 0 && id < kLevels ? id : 0]; }
 
+Refusal refusalOfLevel(eH264_profile_id id) {
+  if (id != H264_PROFILE_NOT_PRESENT && static_cast<int>(id) != -1) return {};
+  return {.reason = SDP_REFUSED_H264_LEVEL, .number = static_cast<int>(id)};
+}
+
 /// Lowers the levels of one video section.
 /// @return how many were changed
 int lowerLevels(SdpText& text, std::size_t mLine, int id) {
   constexpr std::string_view kParameter = "profile-level-id=";
-  const std::size_t end = orEnd(findLine(text.view(), "m=", mLine), text.view());
+  const std::size_t end = sectionEnd(text.view(), mLine);
   int changed = 0;
   for (std::size_t at = findAnywhere(text.view().substr(0, end), kParameter, mLine); at != npos;
        at = findAnywhere(text.view().substr(0, end), kParameter, at)) {
@@ -76,7 +86,7 @@ class LoweredBandwidth {
 
 /// Caps the b-lines of one video section, which ends at the next "m=" wherever that stands.
 void capBandwidths(SdpText& text, std::size_t mLine, unsigned int maxBandwidth, BandwidthCounts& counts) {
-  std::size_t end = orEnd(findAnywhere(text.view(), "m=", mLine + 2), text.view());
+  std::size_t end = sectionEndAnywhere(text.view(), mLine + kMLine.size());
   for (std::size_t at = findLine(text.view().substr(0, end), "b=", mLine); at != npos;
        at = findLine(text.view().substr(0, end), "b=", at)) {
     ++counts.found;
@@ -92,12 +102,35 @@ void capBandwidths(SdpText& text, std::size_t mLine, unsigned int maxBandwidth, 
 
 }  // namespace
 
-bool sdpModifications::decodeProfileIntToString(char* out, eH264_profile_id id) {
-  if (id == H264_PROFILE_NOT_PRESENT || static_cast<int>(id) == -1) {
-    trace::error("Incompatible type of H264 profile (%i)", static_cast<int>(id));
-    return false;
+Refusal lowerH264Levels(SdpText& text, eH264_profile_id id) {
+  trace::progress("Entering sdpModifyProfileId() method. h264ProfileId=%i", static_cast<int>(id));
+  if (const Refusal refusal = refusalOfLevel(id)) return refusal;
+  if (const Refusal refusal = refusalOfBuffer(text, "sdpModifyProfileId")) return refusal;
+  int changed = 0;
+  forEachMLineOf(text, kVideo, [&](std::size_t mLine) { changed += lowerLevels(text, mLine, id); });
+  trace::info("Exiting sdpModifyProfileId() method: modified profile-level-id in %i a-lines", changed);
+  return {};
+}
+
+void lowerBandwidths(SdpText& text, unsigned int maxBandwidth) {
+  trace::progress("Entering sdpApplyBLine method: max bandwidth=%u", maxBandwidth);
+  BandwidthCounts counts;
+  if (adopted(text, "sdpApplyBLine")) {
+    for (std::size_t mLine = nextMAnywhereOf(text.view(), kVideo); mLine != npos;
+         mLine = nextMAnywhereOf(text.view(), kVideo, mLine + kMLine.size())) {
+      capBandwidths(text, mLine, maxBandwidth, counts);
+    }
   }
-  if (out == nullptr) return false;
+  trace::info("Exiting sdpApplyBLine method: Found total %i b-lines, modified %i of them", counts.found,
+              counts.modified);
+}
+
+}  // namespace sdpneg
+
+using namespace sdpneg;
+
+bool sdpModifications::decodeProfileIntToString(char* out, eH264_profile_id id) {
+  if (statusOf(refusalOfLevel(id)) != 0 || out == nullptr) return false;
   const std::string_view text = levelText(id);
   out[text.copy(out, 2)] = '\0';
   return true;
@@ -106,37 +139,18 @@ bool sdpModifications::decodeProfileIntToString(char* out, eH264_profile_id id) 
 bool sdpModifications::decodeProfileIntToString(char* out, const unsigned char* videoCodecs, int count,
                                                 eH264_profile_id id) {
   for (int i = 0; videoCodecs != nullptr && i < count && videoCodecs[i] != 0; ++i) {
-    if (videoCodecs[i] == kH264) return decodeProfileIntToString(out, id);
+    if (videoCodecs[i] == kCodecH264) return decodeProfileIntToString(out, id);
   }
   return true;
 }
 
 unsigned short sdpModifications::sdpModifyProfileId(char* sdp, eH264_profile_id id) {
-  trace::progress("Entering sdpModifyProfileId() method. h264ProfileId=%i", static_cast<int>(id));
-  char level[3];
-  if (!decodeProfileIntToString(level, id)) return 1;
   SdpText text(sdp);
-  if (!adopted(text, "sdpModifyProfileId")) return 1;
-  int changed = 0;
-  for (std::size_t mLine = findLine(text.view(), "m=video"); mLine != npos;
-       mLine = findLine(text.view(), "m=video", mLine)) {
-    changed += lowerLevels(text, mLine, id);
-  }
-  trace::info("Exiting sdpModifyProfileId() method: modified profile-level-id in %i a-lines", changed);
-  return 0;
+  return statusOf(lowerH264Levels(text, id));
 }
 
 unsigned short sdpModifications::sdpApplyBLine(char* sdp, unsigned int maxBandwidth) {
-  trace::progress("Entering sdpApplyBLine method: max bandwidth=%u", maxBandwidth);
   SdpText text(sdp);
-  BandwidthCounts counts;
-  if (adopted(text, "sdpApplyBLine")) {
-    for (std::size_t mLine = findAnywhere(text.view(), "m=video"); mLine != npos;
-         mLine = findAnywhere(text.view(), "m=video", mLine + 2)) {
-      capBandwidths(text, mLine, maxBandwidth, counts);
-    }
-  }
-  trace::info("Exiting sdpApplyBLine method: Found total %i b-lines, modified %i of them", counts.found,
-              counts.modified);
+  lowerBandwidths(text, maxBandwidth);
   return 0;
 }

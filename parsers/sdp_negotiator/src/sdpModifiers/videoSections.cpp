@@ -1,3 +1,5 @@
+#include "sdpModifiers/videoSections.h"
+
 #include <new>
 #include <optional>
 #include <string>
@@ -5,20 +7,21 @@
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
-#include "text/lines.h"
+#include "sdpModifiers/connection.h"
+#include "text/sections.h"
 #include "trace.h"
 
 // The video sections of a text as a text of their own.
 
+namespace sdpneg {
+
 namespace {
 
-using namespace sdpneg;
-
-constexpr std::string_view kVideo = "m=video";
+constexpr std::string_view kVideo = "video";
 
 /// The first c-line up to its LF, so with its CR; nothing without a c-line that ends in LF.
 std::optional<std::string> connectionLine(std::string_view text) {
-  const std::size_t found = findAnywhere(text, "c=");
+  const std::size_t found = findAnywhere(text, kCLine);
   if (found == npos) return std::nullopt;
   const Line line = lineAt(text, found);
   if (!line.terminated) return std::nullopt;
@@ -27,7 +30,7 @@ std::optional<std::string> connectionLine(std::string_view text) {
 
 /// Gives a section without a c-line the session's, in front of its first attribute line.
 void addConnection(std::string& section, const std::string& connection) {
-  if (findLine(section, "c=") != npos) return;
+  if (findLine(section, kCLine) != npos) return;
   const std::size_t attribute = findLine(section, "a=");
   section.insert(attribute != npos ? attribute : 0, connection + "\n");
 }
@@ -39,7 +42,7 @@ struct Section {
 };
 
 Section sectionAt(std::string_view text, std::size_t at) {
-  const std::size_t next = findLine(text, "m=", at);
+  const std::size_t next = nextMLine(text, at);
   if (next == npos) return {{at, text.size()}, true};
   trace::progress("next_mline: %s", text.data() + next - 1);
   return {{at, next - 1}, false};
@@ -66,21 +69,22 @@ bool collect(SdpText& text, std::size_t at, const std::string& connection, bool 
 
 std::string collectVideo(SdpText& text, const std::string& connection, bool remove) {
   std::string collected;
-  std::size_t at = findLine(text.view(), kVideo);
+  std::size_t at = nextMLineOf(text.view(), kVideo);
   while (at != npos) {
     trace::info("mstart: %s", text.view().data() + at);
     if (collect(text, at, connection, remove, collected)) break;
     // Also when the section has gone: the m-line that follows it directly is then behind the search.
-    at = findLine(text.view(), kVideo, at + kVideo.size() + 1);
+    at = nextMLineOf(text.view(), kVideo, at + kMLine.size() + kVideo.size() + 1);
   }
   return collected;
 }
 
+/// Writes the collection into a caller's buffer. One that is too small is told, but no reason to fail.
 void handOut(std::string_view collected, char* out, unsigned int outSize) {
   const bool writable = out != nullptr && outSize > 0;
   if (outSize < collected.size()) {
     if (writable) out[0] = '\0';
-    trace::info("The size of Video part of SDP is bigger than the videoDescription buffer size");
+    tell({.reason = SDP_REFUSED_VIDEO_BUFFER_TOO_SMALL});
     return;
   }
   if (!writable) return;
@@ -89,26 +93,31 @@ void handOut(std::string_view collected, char* out, unsigned int outSize) {
   out[outSize - 1] = '\0';
 }
 
-unsigned short videoDescriptions(SdpText& text, char* out, unsigned int outSize, bool remove) {
+Refusal take(SdpText& text, char* out, unsigned int outSize, bool remove) {
   const std::optional<std::string> connection = connectionLine(text.view());
-  if (!connection) return 1;
+  if (!connection) return {.reason = SDP_REFUSED_NO_C_LINE_FOR_VIDEO};
   trace::progress("c_line: %s", connection->c_str());
   handOut(collectVideo(text, *connection, remove), out, outSize);
-  return 0;
+  return {};
 }
 
 }  // namespace
 
+Refusal takeVideoSections(SdpText& text, char* out, unsigned int outSize, bool remove) {
+  trace::progress("Entering getVideoDescriptions() method.");
+  if (const Refusal refusal = refusalOfBuffer(text, "getVideoDescriptions")) return refusal;
+  trace::progress("original sdp: %s.", text.view().data());
+  try {
+    return take(text, out, outSize, remove);
+  } catch (const std::bad_alloc&) {
+    return {.reason = SDP_REFUSED_NO_MEMORY_FOR_VIDEO};
+  }
+}
+
+}  // namespace sdpneg
+
 unsigned short sdpModifications::getVideoDescriptions(char* sdp, char* out, unsigned int outSize,
                                                       bool removeFromSdp) {
-  trace::progress("Entering getVideoDescriptions() method.");
-  SdpText text(sdp);
-  if (!adopted(text, "getVideoDescriptions")) return 1;
-  trace::progress("original sdp: %s.", sdp);
-  try {
-    return videoDescriptions(text, out, outSize, removeFromSdp);
-  } catch (const std::bad_alloc&) {
-    trace::error("getVideoDescriptions(): There is no memory. Exiting.");
-    return 1;
-  }
+  sdpneg::SdpText text(sdp);
+  return sdpneg::statusOf(sdpneg::takeVideoSections(text, out, outSize, removeFromSdp));
 }

@@ -1,13 +1,21 @@
+#include "sdpModifiers/mediaAttributes.h"
+
+#include <iterator>
+
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "text/fixedText.h"
-#include "text/lines.h"
+#include "text/sections.h"
 #include "trace.h"
 #include "vocabulary.h"
 
+// Silence suppression and echo cancellation (RFC 3108) of audio.
+
+namespace sdpneg {
+
 namespace {
 
-using namespace sdpneg;
+constexpr std::string_view kAudio = "audio";
 
 /// The voice-band-data line of the first codec; another codec than the two of G.711 leaves the payload out.
 void addVoiceBandLine(FixedText<512>& lines, unsigned char firstCodec) {
@@ -32,18 +40,22 @@ bool hasEchoCancellation(std::string_view text, std::size_t from) {
   return false;
 }
 
-/// The line of a side and a state; empty, with a trace, for another value of either.
-FixedText<20> echoCancellationLine(unsigned char state, unsigned char side) {
-  constexpr const char* kSides[] = {"f", "b", "fb"};
-  FixedText<20> line;
-  if (side < 1 || side > std::size(kSides)) {
-    trace::error("Invalid echo cancellation entry. Exiting.");
-  } else if (state != FEATURE_STATE_ON && state != FEATURE_STATE_OFF) {
-    trace::error("Invalid echo cancellation direction entry. Exiting.");
-  } else {
-    line.add("a=ecan:").add(kSides[side - 1]).add(state == FEATURE_STATE_ON ? " on -\r\n" : " off -\r\n");
-  }
-  return line;
+using EchoCancellationLine = FixedText<20>;
+constexpr const char* kEchoSides[] = {"f", "b", "fb"};
+
+bool isOnOrOff(unsigned char state) { return state == FEATURE_STATE_ON || state == FEATURE_STATE_OFF; }
+
+Refusal refusalOfEcho(unsigned char state, unsigned char side) {
+  if (side < 1 || side > std::size(kEchoSides)) return {.reason = SDP_REFUSED_INVALID_ECHO_SIDE};
+  if (!isOnOrOff(state)) return {.reason = SDP_REFUSED_INVALID_ECHO_STATE};
+  return {};
+}
+
+EchoCancellationLine echoCancellationLine(unsigned char state, unsigned char side) {
+  return EchoCancellationLine()
+      .add("a=ecan:")
+      .add(kEchoSides[side - 1])
+      .add(state == FEATURE_STATE_ON ? " on -\r\n" : " off -\r\n");
 }
 
 /// Where the first audio section ends: at the next m-line, or at the text's end.
@@ -53,7 +65,7 @@ struct SectionEnd {
 };
 
 SectionEnd audioSectionEnd(std::string_view text, const Line& mLine) {
-  const std::size_t next = mLine.terminated ? findAnywhere(text, "m=", mLine.next()) : npos;
+  const std::size_t next = mLine.terminated ? nextMAnywhere(text, mLine.next()) : npos;
   if (next != npos) return {next, false};
   const bool ended = text.back() == '\n';  // an audio m-line without LF ends the text
   if (!ended) trace::info("NewLine not found, will attempt to add one");
@@ -62,59 +74,49 @@ SectionEnd audioSectionEnd(std::string_view text, const Line& mLine) {
 
 }  // namespace
 
-unsigned short sdpModifications::sdpInsertSilenceSuppression(char* sdp, unsigned char mode,
-                                                             const sSdpParsedData& data) {
+Refusal insertSilenceSuppression(SdpText& text, unsigned char mode, const sSdpParsedData& data) {
   trace::progress("Entering sdpInsertSilenceSuppression() method.");
-  SdpText text(sdp);
-  if (!adopted(text, "sdpInsertSilenceSuppression")) return 1;
-  if (findAnywhere(text.view(), "m=audio") == npos) {
-    trace::error("No audio <mline> found.");
-    return 1;
-  }
-  if (mode != FEATURE_STATE_ON && mode != FEATURE_STATE_OFF) {
-    trace::error("Invalid silence suppression entry. Exiting.");
-    return 1;
-  }
+  if (const Refusal refusal = refusalOfBuffer(text, "sdpInsertSilenceSuppression")) return refusal;
+  if (nextMAnywhereOf(text.view(), kAudio) == npos) return {.reason = SDP_REFUSED_NO_AUDIO};
+  if (!isOnOrOff(mode)) return {.reason = SDP_REFUSED_INVALID_SILENCE};
   FixedText<512> lines;
   if (findAnywhere(text.view(), "a=silenceSupp") == npos) {
     lines.add("a=silenceSupp:").add(mode == FEATURE_STATE_ON ? "on" : "off").add(" - - - -\r\n");
   }
   if (mode == FEATURE_STATE_OFF) addVoiceBandLine(lines, data.audioCodec[0]);
-  if (text.append(lines.view()) != Edit::done) {
-    trace::info(
-        "The silence suppression attributes have NOT been added. Possibility to overflow "
-        "the buffer size. Exiting.");
-    return 1;
-  }
+  if (text.append(lines.view()) != Edit::done) return {.reason = SDP_REFUSED_NO_ROOM_FOR_SILENCE};
   trace::progress("The silence suppression attributes have been added to the SDP. Exiting.");
-  return 0;
+  return {};
+}
+
+Refusal insertEchoCancellation(SdpText& text, unsigned char state, unsigned char side) {
+  trace::progress("Entering sdpInsertEchoCancellation() method.");
+  if (const Refusal refusal = refusalOfEcho(state, side)) return refusal;
+  if (const Refusal refusal = refusalOfBuffer(text, "sdpInsertEchoCancellation")) return refusal;
+  const std::size_t audio = nextMAnywhereOf(text.view(), kAudio);
+  if (audio == npos) return {.reason = SDP_REFUSED_NO_AUDIO_FOR_ECHO};
+  const Line mLine = lineAt(text.view(), audio);
+  const SectionEnd end = audioSectionEnd(text.view(), mLine);
+  if (hasEchoCancellation(text.view(), mLine.next())) return {.reason = SDP_REFUSED_ECHO_EXISTS};
+  const EchoCancellationLine line = echoCancellationLine(state, side);
+  const FixedText<24> added = FixedText<24>().add(end.needsLineEnd ? "\r\n" : "").add(line.view());
+  if (text.insert(end.at, added.view()) != Edit::done) return {.reason = SDP_REFUSED_NO_ROOM_FOR_ECHO};
+  trace::progress("The echo cancellation attributes have been added succesfully. Exiting...");
+  return {};
+}
+
+}  // namespace sdpneg
+
+using namespace sdpneg;
+
+unsigned short sdpModifications::sdpInsertSilenceSuppression(char* sdp, unsigned char mode,
+                                                             const sSdpParsedData& data) {
+  SdpText text(sdp);
+  return statusOf(insertSilenceSuppression(text, mode, data));
 }
 
 unsigned short sdpModifications::sdpInsertEchoCancellation(char* sdp, unsigned char state,
                                                            unsigned char side) {
-  trace::progress("Entering sdpInsertEchoCancellation() method.");
-  const FixedText<20> line = echoCancellationLine(state, side);
-  if (line.size() == 0) return 1;
   SdpText text(sdp);
-  if (!adopted(text, "sdpInsertEchoCancellation")) return 1;
-  const std::size_t audio = findAnywhere(text.view(), "m=audio");
-  if (audio == npos) {
-    trace::error("No audio <mline> found. Exiting...");
-    return 1;
-  }
-  const Line mLine = lineAt(text.view(), audio);
-  const SectionEnd end = audioSectionEnd(text.view(), mLine);
-  if (hasEchoCancellation(text.view(), mLine.next())) {
-    trace::error("Echo cancellation already exists in SDP. Exiting...");
-    return 1;
-  }
-  const FixedText<24> added = FixedText<24>().add(end.needsLineEnd ? "\r\n" : "").add(line.view());
-  if (text.insert(end.at, added.view()) != Edit::done) {
-    trace::info(
-        "The echo cancellation attributes have NOT been added. Possibility to overflow "
-        "the buffer size. Exiting.");
-    return 1;
-  }
-  trace::progress("The echo cancellation attributes have been added succesfully. Exiting...");
-  return 0;
+  return statusOf(insertEchoCancellation(text, state, side));
 }

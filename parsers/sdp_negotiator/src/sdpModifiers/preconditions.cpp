@@ -1,17 +1,21 @@
-#include <cstddef>
+#include "sdpModifiers/preconditions.h"
+
+#include <span>
 #include <string_view>
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "text/fixedText.h"
-#include "text/lines.h"
+#include "text/sections.h"
 #include "trace.h"
 
 // Quality-of-service preconditions (RFC 3312).
 
+namespace sdpneg {
+
 namespace {
 
-using namespace sdpneg;
+void traceAdded() { trace::progress("Precondition attributes have been added to the SDP."); }
 
 using PreconditionLines = FixedText<256>;
 
@@ -22,43 +26,40 @@ constexpr const char* kStatusTypes[] = {" e2e", " local", " remote"};
 constexpr const char* kDirections[] = {" none", " send", " recv", " sendrecv"};
 constexpr unsigned int kFirstStatus = 1;
 
-/// Adds the text of a field's value.
-/// @return false, with a trace, for a value that the field does not have
-template <std::size_t N>
-bool addField(PreconditionLines& lines, const char* const (&texts)[N], unsigned int value,
-              const char* refusal) {
-  if (value >= N) {
-    trace::error("%s", refusal);
-    return false;
-  }
-  lines.add(texts[value]);
-  return true;
-}
+/// A field of a record: what it is called, and the texts of its values.
+struct Field {
+  const char* name;
+  std::span<const char* const> texts;
+  unsigned int value;
+  bool present = true;
+};
 
-bool addLine(PreconditionLines& lines, const sSdpPrecondions& condition) {
+/// Adds a line; refuses it at the first value that its field does not have.
+Refusal addLine(PreconditionLines& lines, const sSdpPrecondions& condition) {
   const bool desired = condition.status == SDP_PRECONDITION_DESIRED;
-  if (!addField(lines, kStatuses, condition.status - kFirstStatus, "Invalid precondition status."))
-    return false;
-  if (!addField(lines, kTypes, condition.type, "Invalid precondition type.")) return false;
-  if (desired && !addField(lines, kStrengths, condition.strength, "Invalid precondition strength tag."))
-    return false;
-  if (!addField(lines, kStatusTypes, condition.statusType, "Invalid precondition status type.")) return false;
-  if (!addField(lines, kDirections, condition.direction, "Invalid precondition direction tag.")) return false;
+  const Field fields[] = {{"status", kStatuses, condition.status - kFirstStatus},
+                          {"type", kTypes, condition.type},
+                          {"strength tag", kStrengths, condition.strength, desired},
+                          {"status type", kStatusTypes, condition.statusType},
+                          {"direction tag", kDirections, condition.direction}};
+  for (const Field& field : fields) {
+    if (!field.present) continue;
+    if (field.value >= field.texts.size()) {
+      return {.reason = SDP_REFUSED_PRECONDITION_FIELD, .what = field.name};
+    }
+    lines.add(field.texts[field.value]);
+  }
   lines.add("\r\n");
-  return true;
+  return {};
 }
 
-unsigned short refuseSize() {
-  trace::error("The new sdpLength is larger than allowedSdpSize.");
-  return 1;
-}
-
-unsigned short appendLines(SdpText& text, const PreconditionLines& lines, unsigned int allowedSdpSize) {
-  if (lines.cut() || text.size() + lines.size() + 2 >= allowedSdpSize) return refuseSize();
+Refusal appendLines(SdpText& text, const PreconditionLines& lines, unsigned int allowedSize) {
+  constexpr Refusal kNoRoom = {.reason = SDP_REFUSED_NO_ROOM_FOR_PRECONDITIONS};
+  if (lines.cut() || text.size() + lines.size() + 2 >= allowedSize) return kNoRoom;
   const FixedText<258> added = FixedText<258>().add(missingLineEnd(text.view())).add(lines.view());
-  if (text.append(added.view()) != Edit::done) return refuseSize();
-  trace::progress("Precondition attributes have been added to the SDP.");
-  return 0;
+  if (text.append(added.view()) != Edit::done) return kNoRoom;
+  traceAdded();
+  return {};
 }
 
 bool isPrecondition(std::string_view line) {
@@ -78,35 +79,42 @@ std::optional<Span> nextPrecondition(std::string_view text, std::size_t from) {
 
 }  // namespace
 
-unsigned short sdpModifications::sdpInsertPrecondions(char* sdp, unsigned int allowedSdpSize, int enable,
-                                                      int count, const sSdpPrecondions* list) {
+Refusal insertPreconditions(SdpText& text, unsigned int allowedSize, int enable, int count,
+                            const sSdpPrecondions* list) {
   if (enable != 1) {
-    trace::progress("Precondition attributes have been added to the SDP.");
-    return 0;
+    traceAdded();
+    return {};
   }
-  SdpText text(sdp);
-  if (!adopted(text, "sdpInsertPrecondions")) return 1;
-  if (findAnywhere(text.view(), "m=audio") == npos) {
-    trace::error("No audio <mline> found.");
-    return 1;
-  }
-  if (list == nullptr && count > 0) {
-    trace::error("sdpInsertPrecondions(): There is no list of preconditions. Exiting.");
-    return 1;
-  }
+  if (const Refusal refusal = refusalOfBuffer(text, "sdpInsertPrecondions")) return refusal;
+  if (nextMAnywhereOf(text.view(), "audio") == npos) return {.reason = SDP_REFUSED_NO_AUDIO};
+  if (list == nullptr && count > 0) return {.reason = SDP_REFUSED_NO_PRECONDITIONS};
   PreconditionLines lines;
   for (int i = 0; i < count; ++i) {
-    if (!addLine(lines, list[i])) return 1;
+    if (const Refusal refusal = addLine(lines, list[i])) return refusal;
   }
-  return appendLines(text, lines, allowedSdpSize);
+  return appendLines(text, lines, allowedSize);
 }
 
-unsigned short sdpModifications::sdpDelPreconditions(char* sdp) {
+void removePreconditions(SdpText& text) {
   trace::progress("Entering sdpDelPreconditions() method.");
-  SdpText text(sdp);
   std::size_t removed = 0;
   if (adopted(text, "sdpDelPreconditions")) removed = text.eraseEach(nextPrecondition);
   trace::progress("Total precondition attributes removed from the SDP = %d. Exiting...",
                   static_cast<int>(removed));
+}
+
+}  // namespace sdpneg
+
+using namespace sdpneg;
+
+unsigned short sdpModifications::sdpInsertPrecondions(char* sdp, unsigned int allowedSdpSize, int enable,
+                                                      int count, const sSdpPrecondions* list) {
+  SdpText text(sdp);
+  return statusOf(insertPreconditions(text, allowedSdpSize, enable, count, list));
+}
+
+unsigned short sdpModifications::sdpDelPreconditions(char* sdp) {
+  SdpText text(sdp);
+  removePreconditions(text);
   return 0;
 }

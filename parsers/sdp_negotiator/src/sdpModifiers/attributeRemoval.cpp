@@ -7,6 +7,8 @@
 #include "sdpModifiers/adopt.h"
 #include "trace.h"
 
+// Removal of all lines that hold one of some texts.
+
 namespace sdpneg {
 
 namespace {

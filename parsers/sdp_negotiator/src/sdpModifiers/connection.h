@@ -7,6 +7,8 @@
 #include "refusal.h"
 #include "text/sdpText.h"
 
+// The address of one connection line.
+
 namespace sdpneg {
 
 /// What a c-line begins with.

@@ -6,6 +6,8 @@
 #include "text/mLineFields.h"
 #include "text/sections.h"
 
+// The address in the connection lines of a session and of its media sections.
+
 namespace sdpneg {
 
 namespace {

@@ -9,6 +9,8 @@
 #include "trace.h"
 #include "vocabulary.h"
 
+// The directions of a session and of its media sections.
+
 namespace sdpneg {
 
 namespace {

@@ -7,6 +7,8 @@
 #include "text/sections.h"
 #include "trace.h"
 
+// The transport of the m-lines of chosen media.
+
 namespace sdpneg {
 
 namespace {

@@ -17,6 +17,8 @@
 #include "trace.h"
 #include "vocabulary.h"
 
+// The o-line: rebuilt, or its version replaced or raised.
+
 namespace sdpneg {
 
 namespace {

@@ -9,6 +9,8 @@
 #include "trace.h"
 #include "vocabulary.h"
 
+// The ports of m-lines.
+
 namespace sdpneg {
 
 namespace {

@@ -6,6 +6,8 @@
 #include "sdpModifiers/adopt.h"
 #include "trace.h"
 
+// The transport of one m-line.
+
 namespace sdpneg {
 
 TransportEdit replaceTransport(SdpText& text, const Line& mLine, std::string_view expected,

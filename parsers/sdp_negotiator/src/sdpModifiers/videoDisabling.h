@@ -3,6 +3,8 @@
 
 #include "text/sdpText.h"
 
+// Video sections that stay with port 0.
+
 namespace sdpneg {
 
 /// `sdpModifications::sdpRemoveVideoMedia`. Tells what it refuses itself.

@@ -5,6 +5,8 @@
 
 #include "text/fixedText.h"
 
+// The fields of an m-line.
+
 namespace sdpneg {
 
 namespace {

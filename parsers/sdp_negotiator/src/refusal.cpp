@@ -260,6 +260,10 @@ constexpr Row kRows[] = {
     {SDP_REFUSED_DIRECTION_ARGUMENTS, SDP_REFUSAL_KIND_ARGUMENT, kNone,
      "An argument of a direction is null or lies outside the text."},
     {SDP_REFUSED_NO_M_LINE, SDP_REFUSAL_KIND_BODY, kNone, "There is no m-line behind the first line."},
+    {SDP_REFUSED_BODY, SDP_REFUSAL_KIND_BODY, kNone, "{what}"},
+    {SDP_REFUSED_NO_CODEC_LIST, SDP_REFUSAL_KIND_ARGUMENT, kNone, "There is no list of codecs."},
+    {SDP_REFUSED_CRYPTO_NOT_READ, SDP_REFUSAL_KIND_BODY, kNone,
+     "A crypto attribute has no tag, no suite or no line end."},
 };
 
 constexpr bool standsInOrder() {
@@ -307,6 +311,11 @@ void keep(const Refusal& refusal, const Row& row, std::string_view message) {
 }
 
 }  // namespace
+
+std::string_view keptForRefusal(std::string_view text) {
+  static thread_local FixedText<sizeof sSdpRefusal::text> kept;
+  return (kept = FixedText<sizeof sSdpRefusal::text>().add(text)).view();
+}
 
 int tell(const Refusal& refusal) {
   const Row& row = kRows[refusal.reason];

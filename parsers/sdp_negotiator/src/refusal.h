@@ -10,7 +10,7 @@
 
 namespace sdpneg {
 
-/// A reason with what its message names. Views need to live until it is told.
+/// A reason with what its message names. Views need to live until it is told; see `keptForRefusal`.
 struct Refusal {
   eSdpRefusal reason = SDP_REFUSED_NOTHING;
   const char* operation = "";  ///< the operation that a caller knows
@@ -30,7 +30,11 @@ struct Refusal {
 /// @return what the trace call returned; 0 for a reason that is not traced
 int tell(const Refusal& refusal);
 
-/// The same as a status.
+/// A copy of what a refusal names, for texts that are gone when it is told.
+/// @return at most 255 characters, kept until the thread keeps another text
+std::string_view keptForRefusal(std::string_view text);
+
+/// Tells a refusal that is a status.
 /// @return 1
 inline unsigned short refuse(const Refusal& refusal) {
   tell(refusal);

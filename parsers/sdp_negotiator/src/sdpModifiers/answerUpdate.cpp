@@ -33,7 +33,7 @@ using CodecSet = std::bitset<256>;
 /// Formats of an m-line by their index.
 using FormatSet = std::bitset<SDP_FORMAT_CAPACITY>;
 
-unsigned short refuse(const char* reason) {
+unsigned short refuseFor(const char* reason) {
   trace::error("%s", reason);
   return 1;
 }
@@ -43,8 +43,8 @@ unsigned short decodeOrRefuse(sDescription& description, const char* text, const
   unsigned short start = 0;
   unsigned short end = 0;
   if (sdp_decodeOpt_r(&description, text, SDP_TYPE_UNKNOWN, error, false, start, end) == 0) return 0;
-  refuse(refusal);
-  return refuse(error);
+  refuseFor(refusal);
+  return refuseFor(error);
 }
 
 bool isActive(const mDescription& media) { return portOf(media) != 0; }
@@ -168,25 +168,25 @@ void dropFormats(m_line& line, const FormatSet& dropped) {
 /// Writes the answer anew without the dropped formats.
 unsigned short rebuild(char* result, sDescription& answer, mDescription& audio, const FormatSet& dropped) {
   if (!sdp_isComplete(&answer)) {
-    return refuse("sdpUpdateSdp(): The sdpAnswer holds more than can be written anew. Exiting.");
+    return refuseFor("sdpUpdateSdp(): The sdpAnswer holds more than can be written anew. Exiting.");
   }
   dropAttributes(audio, dropped);
   dropFormats(audio.mLine, dropped);
   SdpText text(result);
-  return replaceByEncoded(text, answer, "sdpUpdateSdp", "new sdpAnswer") ? 0 : 1;
+  return statusOf(replaceByEncoded(text, answer, "sdpUpdateSdp", "new sdpAnswer"));
 }
 
 /// Adds a rejected video m-line.
 unsigned short rejectVideo(char* result, const m_line& offered) {
   const char* const format = sdp_MgetFormat(&offered, 0);
   if (format == nullptr) {
-    return refuse("sdpUpdateSdp(): The video m-line of the newSdpOffer has no format. Exiting.");
+    return refuseFor("sdpUpdateSdp(): The video m-line of the newSdpOffer has no format. Exiting.");
   }
   SdpText text(result);
   FixedText<256> line;
   line.add(missingLineEnd(text.view())).add("m=video 0 RTP/AVP ").add(format).add("\r\n");
   if (text.append(line.view()) == Edit::done) return 0;
-  return refuse("sdpUpdateSdp(): The video m-line does not fit the SDP buffer. Exiting.");
+  return refuseFor("sdpUpdateSdp(): The video m-line does not fit the SDP buffer. Exiting.");
 }
 
 unsigned short answerVideo(char* result, const Answer& answer, const m_line& offered) {
@@ -199,22 +199,22 @@ unsigned short answerVideo(char* result, const Answer& answer, const m_line& off
 unsigned short update(char* result, sDescription& answer, const sDescription& oldOffer,
                       const sDescription& newOffer, bool& concerned) {
   if (haveDifferentAddresses(oldOffer, newOffer)) {
-    return refuse("Different IPs between the two Offers. Exiting");
+    return refuseFor("Different IPs between the two Offers. Exiting");
   }
   const Offer offer = lookAtOffer(newOffer);
   if (!equalNoCase(firstAudioPort(oldOffer), offer.port)) {
-    return refuse("Different ports between the two Offers. Exiting.");
+    return refuseFor("Different ports between the two Offers. Exiting.");
   }
   if (offer.activeAudio > 1) {
-    return refuse("More than one active non-secure audio m lines found in new offer. Exiting.");
+    return refuseFor("More than one active non-secure audio m lines found in new offer. Exiting.");
   }
   const std::optional<Answer> own = lookAtAnswer(answer);
-  if (!own) return refuse("The sdpAnswer contains security. Cannot update the SDP.");
+  if (!own) return refuseFor("The sdpAnswer contains security. Cannot update the SDP.");
   if (!offer.codecs.test(own->firstCodec)) {
-    return refuse("The first codec in the sdpAnswer is not present to the SDP Offer.");
+    return refuseFor("The first codec in the sdpAnswer is not present to the SDP Offer.");
   }
   if (own->activeAudio > 1) {
-    return refuse("More than one active non-secure audio m lines found in answer. Exiting.");
+    return refuseFor("More than one active non-secure audio m lines found in answer. Exiting.");
   }
   const FormatSet dropped = formatsBeyond(offer.codecs, *own->audio);
   concerned = dropped.any() || offer.video != nullptr;
@@ -259,7 +259,7 @@ unsigned short sdpModifications::sdpUpdateSdp(char* sdpAnswer, char* oldSdpOffer
   if (updateCopy(result, {sdpAnswer, oldSdpOffer, newSdpOffer}, concerned) != 0) return 1;
   unsigned short newEnd = oLineEnd;
   if (concerned && modifyOLine && sdpModifyOLine(result, nullptr, newEnd) != 0) {
-    return refuse("Failed to update the o-line in the sdpAnswer.");
+    return refuseFor("Failed to update the o-line in the sdpAnswer.");
   }
   answer.replace({0, answer.size()}, result);
   oLineEnd = newEnd;

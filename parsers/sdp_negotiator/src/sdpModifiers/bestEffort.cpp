@@ -94,7 +94,7 @@ bool sdpModifications::isSAVPMline(char* from, char* to) {
 
 unsigned short sdpModifications::getSdpsDescription(char* sdp, sDescription& desc) {
   const auto text = adoptedView(sdp, "getSdpsDescription");
-  return decodeText(desc, text ? text->data() : nullptr);
+  return text ? statusOf(decode(desc, *text)) : decodeText(desc, nullptr);
 }
 
 unsigned short sdpModifications::getMLines(char* sdp, std::vector<mDescription>& mLines) {

@@ -10,7 +10,7 @@
 #include "sdpNegotiatorParser/withDescription.h"
 #include "text/anyLines.h"
 #include "text/fixedText.h"
-#include "text/lines.h"
+#include "text/sections.h"
 #include "trace.h"
 
 // Codec lists are edited line by line in the text of the audio sections, so that every line that nobody asked to
@@ -94,17 +94,17 @@ std::string_view takeSection(AnyLines& lines) {
   const std::string_view text = lines.rest();
   do {
     lines.next();
-  } while (!lines.atEnd() && !startsWith(lines.rest(), "m="));
+  } while (!lines.atEnd() && !startsWith(lines.rest(), kMLine));
   return text.substr(0, text.size() - lines.rest().size());
 }
 
 bool isAudio(std::string_view section) {
-  return startsWith(section, "m=") && Words(section.substr(2), " \t").next() == "audio";
+  return startsWith(section, kMLine) && Words(section.substr(kMLine.size()), " \t").next() == "audio";
 }
 
 /// An m-line taken apart: what stands in front of its formats, and the formats.
 struct MediaLine {
-  explicit MediaLine(std::string_view line) : formats(line.substr(2), " \t") {
+  explicit MediaLine(std::string_view line) : formats(line.substr(kMLine.size()), " \t") {
     formats.next();
     formats.next();
     formats.next();
@@ -202,64 +202,78 @@ void orderCodecs(AudioSection section, std::span<const unsigned char> order, int
       lines, [&](std::string_view line) { return isAttribute(line) && !formatValue(line); }, addAttribute);
 }
 
-/// Puts an edited text in the place of the old one, in the codec's form when it and the old one are complete; or
-/// traces why the old one stays.
-bool keepEdited(SdpText& text, const Composed& edited, sDescription& description, const char* operation) {
+/// Puts an edited text in the place of the old one, in the codec's form when it and the old one are complete.
+Refusal keepEdited(SdpText& text, const Composed& edited, sDescription& description, const char* operation) {
   constexpr const char* kWhat = "edited SDP";
-  if (!edited.cut() && sdp_isComplete(&description)) {
-    if (decodeText(description, edited.text()) == 0)
-      return replaceByEncoded(text, description, operation, kWhat);
-    trace::error("%s(): The codec cannot decode the edited SDP. Exiting.", operation);
-    return false;
+  if (edited.cut()) return refusalOfRoom(operation, kWhat);
+  if (!sdp_isComplete(&description)) {
+    const bool fits = text.replace({0, text.size()}, edited.view()) == Edit::done;
+    return fits ? Refusal() : refusalOfRoom(operation, kWhat);
   }
-  if (!edited.cut() && text.replace({0, text.size()}, edited.view()) == Edit::done) return true;
-  traceNoRoom(operation, kWhat);
-  return false;
+  if (decodeText(description, edited.text()) != 0) {
+    return {.reason = SDP_REFUSED_EDITED_NOT_DECODED, .operation = operation};
+  }
+  return replaceByEncoded(text, description, operation, kWhat);
 }
 
-/// @param edit takes an audio section, the attribute lines that it may have, and where to write it
+/// Composes a text whose audio sections an edit writes.
 template <typename SectionEdit>
-unsigned short editAudioSections(char* sdp, const char* operation, const char* done, SectionEdit edit) {
-  SdpText text(sdp);
-  if (!adopted(text, operation)) return 1;
-  return withDescription([&](sDescription& description) -> unsigned short {
-    const unsigned short status = decodeText(description, sdp);
-    if (status != 0) return status;
-    const int attributeLimit =
-        sdp_isComplete(&description) ? SDP_ATTRIBUTE_CAPACITY : MAX_SDP_PROTOCOL_DATA_SIZE;
-    Composed edited;
-    for (AnyLines lines(text.view()); !lines.atEnd();) {
-      const std::string_view section = takeSection(lines);
-      if (isAudio(section)) {
-        edit(AudioSection(section), attributeLimit, edited);
-      } else {
-        edited.add(section);
-      }
+void composeSections(std::string_view text, SectionEdit edit, Composed& edited) {
+  for (AnyLines lines(text); !lines.atEnd();) {
+    const std::string_view section = takeSection(lines);
+    if (isAudio(section)) {
+      edit(AudioSection(section), edited);
+    } else {
+      edited.add(section);
     }
-    if (!keepEdited(text, edited, description, operation)) return 1;
+  }
+}
+
+/// @param edit takes an audio section, where to write it, and the attribute lines that it may have
+template <typename SectionEdit>
+Refusal editAudioSections(SdpText& text, const char* operation, const char* done, SectionEdit edit) {
+  if (const Refusal refusal = refusalOfBuffer(text, operation)) return refusal;
+  return withDescription([&](sDescription& description) -> Refusal {
+    if (const Refusal refusal = decode(description, text.view())) return refusal;
+    const int limit = sdp_isComplete(&description) ? SDP_ATTRIBUTE_CAPACITY : MAX_SDP_PROTOCOL_DATA_SIZE;
+    Composed edited;
+    composeSections(
+        text.view(), [&](const AudioSection& section, Composed& out) { edit(section, out, limit); }, edited);
+    if (const Refusal refusal = keepEdited(text, edited, description, operation)) return refusal;
     trace::progress("%s", done);
-    return 0;
+    return {};
   });
 }
 
 }  // namespace
+
+Refusal removeCodecs(SdpText& text, const unsigned char* keep) {
+  if (keep == nullptr) return {.reason = SDP_REFUSED_NO_CODEC_LIST};
+  return editAudioSections(text, "sdpRemoveCodecs",
+                           "The selected audio codecs have been removed from the SDP",
+                           [keep](const AudioSection& section, Composed& out, int /*attributeLimit*/) {
+                             keepCodecs(section, listOf(keep), out);
+                           });
+}
+
+Refusal reorderCodecs(SdpText& text, const unsigned char* order) {
+  if (order == nullptr) return {.reason = SDP_REFUSED_NO_CODEC_LIST};
+  return editAudioSections(text, "sdpCodecsReordering", "The audio codecs reordering has been done",
+                           [order](const AudioSection& section, Composed& out, int attributeLimit) {
+                             orderCodecs(section, listOf(order), attributeLimit, out);
+                           });
+}
 
 }  // namespace sdpneg
 
 using namespace sdpneg;
 
 unsigned short sdpModifications::sdpRemoveCodecs(char* sdp, const unsigned char* keep) {
-  if (keep == nullptr) return 1;
-  return editAudioSections(sdp, "sdpRemoveCodecs", "The selected audio codecs have been removed from the SDP",
-                           [keep](const AudioSection& section, int /*attributeLimit*/, Composed& out) {
-                             keepCodecs(section, listOf(keep), out);
-                           });
+  SdpText text(sdp);
+  return statusOf(removeCodecs(text, keep));
 }
 
 unsigned short sdpModifications::sdpCodecsReordering(char* sdp, const unsigned char* order) {
-  if (order == nullptr) return 1;
-  return editAudioSections(sdp, "sdpCodecsReordering", "The audio codecs reordering has been done",
-                           [order](const AudioSection& section, int attributeLimit, Composed& out) {
-                             orderCodecs(section, listOf(order), attributeLimit, out);
-                           });
+  SdpText text(sdp);
+  return statusOf(reorderCodecs(text, order));
 }

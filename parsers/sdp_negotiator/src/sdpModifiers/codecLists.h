@@ -8,8 +8,10 @@
 #include <string_view>
 
 #include "aLine.h"
+#include "refusal.h"
 #include "sdpDataDefinitions.h"
 #include "sdpNegotiatorParser/audioCodecRules.h"
+#include "text/sdpText.h"
 #include "vocabulary.h"
 
 namespace sdpneg {
@@ -65,6 +67,14 @@ class AudioSection {
   std::size_t noOfLines_ = 0;
   std::string_view unread_ = text_;  ///< behind them
 };
+
+/// `sdpModifications::sdpRemoveCodecs`.
+/// @param keep null is refused
+Refusal removeCodecs(SdpText& text, const unsigned char* keep);
+
+/// `sdpModifications::sdpCodecsReordering`.
+/// @param order null is refused
+Refusal reorderCodecs(SdpText& text, const unsigned char* order);
 
 }  // namespace sdpneg
 

@@ -1,3 +1,5 @@
+#include "sdpModifiers/dualStackIce.h"
+
 #include <algorithm>
 #include <optional>
 #include <string_view>
@@ -11,36 +13,47 @@
 #include "trace.h"
 #include "vocabulary.h"
 
-// ICE candidates (RFC 8839) of the address version that a media section does not use.
+namespace sdpneg {
 
 namespace {
 
-using namespace sdpneg;
+constexpr const char* kOperation = "sdpRemoveDualStackIce";
 
 /// The address version of the first connection.
 /// @param level begins the trace
 /// @return nothing for another address type
 std::optional<eIPAddressVersion> versionOf(const c_line& line, const char* level) {
   const std::string_view type = viewOf(sdp_CgetAddressType(&line, 0));
-  if (type != "IP4" && type != "IP6") return std::nullopt;
+  if (type != kIp4 && type != kIp6) return std::nullopt;
   trace::progress("%s version %c", level, type.back());
-  return type == "IP4" ? kIpVersion4 : kIpVersion6;
+  return type == kIp4 ? kIpVersion4 : kIpVersion6;
 }
 
-std::optional<eIPAddressVersion> sessionVersion(const sDescription& description) {
-  if (!hasConnection(description.cLine)) return kIpVersionUnknown;
-  const std::optional<eIPAddressVersion> version = versionOf(description.cLine, "Session level IP");
-  if (!version) trace::info("Session level invalid address type");
-  return version;
-}
-
-std::optional<eIPAddressVersion> mediaVersion(const mDescription& media, eIPAddressVersion ofSession) {
-  if (!hasConnection(media.cLine)) return ofSession;
-  const std::optional<eIPAddressVersion> version = versionOf(media.cLine, "IP");
-  if (!version) {
-    trace::info("Error : invalid first address type in media %s", sdp_CgetAddressType(&media.cLine, 0));
+/// The address version of the session; unknown for one without connection.
+Refusal readSessionVersion(const sDescription& description, eIPAddressVersion& version) {
+  version = kIpVersionUnknown;
+  if (!hasConnection(description.cLine)) return {};
+  const auto own = versionOf(description.cLine, "Session level IP");
+  if (!own) {
+    return {.reason = SDP_REFUSED_ICE_SESSION_ADDRESS_TYPE, .field = SDP_REFUSAL_FIELD_ADDRESS_TYPE};
   }
-  return version;
+  version = *own;
+  return {};
+}
+
+/// The address version of a section: its own, or what `version` holds.
+/// @param media the section's number, from 0
+Refusal readMediaVersion(const mDescription& section, int media, eIPAddressVersion& version) {
+  if (!hasConnection(section.cLine)) return {};
+  const auto own = versionOf(section.cLine, "IP");
+  if (!own) {
+    return {.reason = SDP_REFUSED_ICE_ADDRESS_TYPE,
+            .what = keptForRefusal(viewOf(sdp_CgetAddressType(&section.cLine, 0))),
+            .section = media + 1,
+            .field = SDP_REFUSAL_FIELD_ADDRESS_TYPE};
+  }
+  version = *own;
+  return {};
 }
 
 using Address = FixedText<SDP_ATTRIBUTE_VALUE_SIZE>;
@@ -91,65 +104,66 @@ std::optional<Verdict> judgeAttribute(const a_line::entry& line, int media, int 
 }
 
 /// Drops the candidates that are not of a version.
-/// @param media the section's number, from 0
-/// @return whether there was one of the other version; nothing when a candidate has no address field
-std::optional<bool> filterCandidates(a_line& lines, int media, eIPAddressVersion version) {
+/// @param media   the section's number, from 0
+/// @param removed set when there was one of the other version
+Refusal filterCandidates(a_line& lines, int media, eIPAddressVersion version, bool& removed) {
   trace::progress("Processing Media number %d", media);
   const int count = std::clamp(lines.count, 0, SDP_ATTRIBUTE_CAPACITY);
-  bool removed = false;
   lines.count = 0;
   for (int i = 0; i < count; ++i) {
     const std::optional<Verdict> verdict = judgeAttribute(lines.entries[i], media, i, version);
-    if (!verdict) return std::nullopt;
+    if (!verdict) {
+      return {.reason = SDP_REFUSED_CANDIDATE_WITHOUT_ADDRESS,
+              .section = media + 1,
+              .field = SDP_REFUSAL_FIELD_ADDRESS};
+    }
     removed = removed || *verdict == Verdict::dropOtherVersion;
     if (*verdict != Verdict::keep) continue;
     if (lines.count != i) lines.entries[lines.count] = lines.entries[i];
     ++lines.count;
   }
   trace::debug("Modified index of MD %d", media + 1);
-  return removed;
+  return {};
 }
 
-/// The same for all sections.
-/// @return nothing also when an address type is neither IP4 nor IP6
-std::optional<bool> filterAllCandidates(sDescription& description) {
-  const std::optional<eIPAddressVersion> ofSession = sessionVersion(description);
-  if (!ofSession) return std::nullopt;
-  bool removed = false;
-  int number = 0;
-  for (mDescription& media : mediaOf(description)) {
-    const std::optional<eIPAddressVersion> version = mediaVersion(media, *ofSession);
-    if (!version) return std::nullopt;
-    const std::optional<bool> removedHere = filterCandidates(media.aLine, number, *version);
-    if (!removedHere) return std::nullopt;
-    removed = removed || *removedHere;
-    ++number;
+/// Drops the candidates of every section that are not of its version.
+Refusal filterAllCandidates(sDescription& description, bool& removed) {
+  eIPAddressVersion ofSession = kIpVersionUnknown;
+  if (const Refusal refusal = readSessionVersion(description, ofSession)) return refusal;
+  int media = 0;
+  for (mDescription& section : mediaOf(description)) {
+    eIPAddressVersion version = ofSession;
+    if (const Refusal refusal = readMediaVersion(section, media, version)) return refusal;
+    if (const Refusal refusal = filterCandidates(section.aLine, media, version, removed)) return refusal;
+    ++media;
   }
-  return removed;
+  return {};
 }
 
-unsigned short removeDualStackIce(SdpText& text, sDescription& description) {
+Refusal removeDecoded(SdpText& text, sDescription& description) {
   if (const int status = decodeText(description, text.view().data()); status != 0) {
-    trace::info("Decoding Error %d", status);
-    return 1;
+    return {.reason = SDP_REFUSED_ICE_NOT_DECODED, .number = status};
   }
-  if (!sdp_isComplete(&description)) {
-    trace::error("sdpRemoveDualStackIce(): The SDP holds more than its description can. Exiting.");
-    return 1;
-  }
-  const std::optional<bool> removed = filterAllCandidates(description);
-  if (!removed) return 1;
-  if (!replaceByEncoded(text, description, "sdpRemoveDualStackIce", "encoded SDP")) return 1;
-  if (!*removed) return 1;
+  if (!sdp_isComplete(&description)) return {.reason = SDP_REFUSED_ICE_NOT_HELD};
+  bool removed = false;
+  if (const Refusal refusal = filterAllCandidates(description, removed)) return refusal;
+  if (const Refusal refusal = replaceByEncoded(text, description, kOperation, "encoded SDP")) return refusal;
+  if (!removed) return {.reason = SDP_REFUSED_NO_OTHER_CANDIDATES};
   trace::info("Dual stack ice candidates have been removed from the SDP");
-  return 0;
+  return {};
 }
 
 }  // namespace
 
-unsigned short sdpModifications::sdpRemoveDualStackIce(char* sdp) {
+Refusal removeDualStackIce(SdpText& text) {
   trace::progress("Entering sdpRemoveDualStackIce() method.");
-  SdpText text(sdp);
-  if (!adopted(text, "sdpRemoveDualStackIce")) return 1;
-  return withDescription([&](sDescription& description) { return removeDualStackIce(text, description); });
+  if (const Refusal refusal = refusalOfBuffer(text, kOperation)) return refusal;
+  return withDescription([&](sDescription& description) { return removeDecoded(text, description); });
+}
+
+}  // namespace sdpneg
+
+unsigned short sdpModifications::sdpRemoveDualStackIce(char* sdp) {
+  sdpneg::SdpText text(sdp);
+  return sdpneg::statusOf(sdpneg::removeDualStackIce(text));
 }

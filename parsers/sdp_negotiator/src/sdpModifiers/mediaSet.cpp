@@ -1,5 +1,9 @@
+#include "sdpModifiers/mediaSet.h"
+
 #include <algorithm>
 #include <optional>
+#include <span>
+#include <string_view>
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
@@ -8,24 +12,23 @@
 #include "sdpNegotiatorParser/withDescription.h"
 #include "trace.h"
 
-// The m-lines of a text as a set, compared with those of another.
+namespace sdpneg {
 
 namespace {
 
-using namespace sdpneg;
-
 constexpr std::size_t kCapacity = SDP_MEDIA_CAPACITY;
 
-/// The number of m-lines; nothing when the codec refuses the text.
-std::optional<int> mLineCount(const char* sdp, const char* operation) {
-  std::optional<int> count;
-  if (!adoptedView(sdp, operation)) return count;
-  withDescription([&](sDescription& description) {
-    const unsigned short status = decodeText(description, sdp);
-    if (status == 0) count = sdp_getNoOfMDs(&description);
-    return status;
+/// The number of a text's m-lines; nothing, with a refusal told, when the codec refuses the text.
+/// @param text nothing when it could not be adopted
+std::optional<int> mLineCount(std::optional<std::string_view> text) {
+  if (!text) return std::nullopt;
+  int count = 0;
+  const Refusal refusal = withDescription([&](sDescription& description) {
+    const Refusal ofText = decode(description, *text);
+    count = sdp_getNoOfMDs(&description);
+    return ofText;
   });
-  return count;
+  return statusOf(refusal) == 0 ? std::optional(count) : std::nullopt;
 }
 
 void traceMedia(const char* verb, const mDescription& media) {
@@ -134,31 +137,46 @@ bool holdsMLines(const sDescription& description) {
                       [](const mDescription& one) { return one.mLine.incomplete != 0; });
 }
 
-unsigned short refuse(const char* reason) {
-  trace::error("correctMLines(): %s Exiting.", reason);
-  return 1;
-}
-
-unsigned short correct(SdpText& text, sDescription& oldBody, sDescription& newBody, bool keepOnly,
-                       bool matchTransport) {
-  if (!holdsMLines(oldBody) || !sdp_isComplete(&newBody)) {
-    return refuse("A description does not hold all lines of its SDP.");
-  }
+Refusal correct(SdpText& text, sDescription& oldBody, sDescription& newBody, bool keepOnly,
+                bool matchTransport) {
+  if (!holdsMLines(oldBody) || !sdp_isComplete(&newBody)) return {.reason = SDP_REFUSED_M_LINES_NOT_HELD};
   if (keepOnly && matchTransport) {
     const Keeping keeping = chooseKept(newBody, oldBody);
     if (keeping.total < kCapacity) keepMedia(newBody, keeping);
   } else {
     addMissing(oldBody, newBody, matchTransport);
   }
-  return replaceByEncoded(text, newBody, "correctMLines", "new SDP") ? 0 : 1;
+  return replaceByEncoded(text, newBody, "correctMLines", "new SDP");
 }
 
 }  // namespace
 
-int sdpModifications::compareNumberOfMLines(char* oldSdp, const char* newSdp) {
+bool hasSingleMLine(const SdpText& text) { return mLineCount(text.view()) == 1; }
+
+Refusal correctMLines(const SdpText& oldText, SdpText& newText, bool keepOnly, bool matchTransport) {
+  constexpr const char* kOperation = "correctMLines";
+  // The entry is traced under the name of the other operation, and readers of traces know it so.
   trace::progress("Entering compareNumberOfMLines() method.");
-  const std::optional<int> before = mLineCount(oldSdp, "compareNumberOfMLines");
-  const std::optional<int> after = before ? mLineCount(newSdp, "compareNumberOfMLines") : std::nullopt;
+  if (const Refusal refusal = refusalOfBuffer(oldText, kOperation)) return refusal;
+  if (const Refusal refusal = refusalOfBuffer(newText, kOperation)) return refusal;
+  return withDescription([&](sDescription& oldBody) -> Refusal {
+    if (const Refusal refusal = decode(oldBody, oldText.view())) return refusal;
+    return withDescription([&](sDescription& newBody) -> Refusal {
+      if (const Refusal refusal = decode(newBody, newText.view())) return refusal;
+      return correct(newText, oldBody, newBody, keepOnly, matchTransport);
+    });
+  });
+}
+
+}  // namespace sdpneg
+
+using namespace sdpneg;
+
+int sdpModifications::compareNumberOfMLines(char* oldSdp, const char* newSdp) {
+  constexpr const char* kOperation = "compareNumberOfMLines";
+  trace::progress("Entering compareNumberOfMLines() method.");
+  const std::optional<int> before = mLineCount(adoptedView(oldSdp, kOperation));
+  const std::optional<int> after = before ? mLineCount(adoptedView(newSdp, kOperation)) : std::nullopt;
   if (!after) return -2;
   if (*before > *after) {
     trace::progress("Old SDP has more m-lines from the new SDP.");
@@ -174,16 +192,10 @@ int sdpModifications::compareNumberOfMLines(char* oldSdp, const char* newSdp) {
 
 unsigned short sdpModifications::correctMLines(char* oldSdp, char* newSdp, bool keepOnly,
                                                bool matchTransport) {
-  trace::progress("Entering compareNumberOfMLines() method.");
   SdpText text(newSdp);
-  if (!adopted(SdpText(oldSdp), "correctMLines") || !adopted(text, "correctMLines")) return 1;
-  return withDescription([&](sDescription& oldBody) -> unsigned short {
-    if (decodeText(oldBody, oldSdp) != 0) return 1;
-    return withDescription([&](sDescription& newBody) -> unsigned short {
-      if (decodeText(newBody, newSdp) != 0) return 1;
-      return correct(text, oldBody, newBody, keepOnly, matchTransport);
-    });
-  });
+  return statusOf(sdpneg::correctMLines(SdpText(oldSdp), text, keepOnly, matchTransport));
 }
 
-bool sdpModifications::isSingleMLineSdp(char* sdp) { return mLineCount(sdp, "isSingleMLineSdp") == 1; }
+bool sdpModifications::isSingleMLineSdp(char* sdp) {
+  return mLineCount(adoptedView(sdp, "isSingleMLineSdp")) == 1;
+}

@@ -4,9 +4,10 @@
 #include <cstddef>
 #include <memory>
 #include <new>
+#include <type_traits>
 
+#include "refusal.h"
 #include "sessionDescription.h"
-#include "trace.h"
 
 namespace sdpneg {
 
@@ -15,17 +16,22 @@ inline constexpr std::size_t descriptionStackLimit = 1U << 20U;
 
 /// Calls `work` with a description of its own. The description is not cleared: the decoder sets what is
 /// valid, and clearing several hundred kilobytes would take longer than a whole parse.
-/// @return what `work` returns; 1 with a trace when there is no memory for the description
+/// @param work gives a status or a refusal
+/// @return what `work` returns; without memory for the description that refusal, or 1 when it has been told
 template <typename Work>
-unsigned short withDescription(Work work) {
+auto withDescription(Work work) -> std::invoke_result_t<Work, sDescription&> {
   if constexpr (sizeof(sDescription) <= descriptionStackLimit) {
     sDescription description;
     return work(description);
   } else {
     const std::unique_ptr<sDescription> description(new (std::nothrow) sDescription);
     if (description != nullptr) return work(*description);
-    trace::error("There is no memory for the description of the SDP.");
-    return 1;
+    const Refusal refusal{.reason = SDP_REFUSED_NO_MEMORY_FOR_DESCRIPTION};
+    if constexpr (std::is_same_v<std::invoke_result_t<Work, sDescription&>, Refusal>) {
+      return refusal;
+    } else {
+      return refuse(refusal);
+    }
   }
 }
 

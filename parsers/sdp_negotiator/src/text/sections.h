@@ -61,12 +61,17 @@ inline std::size_t sectionEndAnywhere(std::string_view text, std::size_t from) {
 /// What stands before the first m-line at a line's start; all of a text without one.
 inline std::string_view sessionPart(std::string_view text) { return text.substr(0, nextMLine(text)); }
 
+/// A text as it is now.
+inline std::string_view viewOf(const SdpText& text) { return text.view(); }
+inline std::string_view viewOf(std::string_view text) { return text; }
+
 /// Visits the m-lines at a line's start that a search finds, one after the other. A visitor may edit the text, from its
 /// m-line on; the next search begins there.
+/// @param text  an `SdpText`, or the view of a text that is only read
 /// @param visit takes the m-line's offset; one that returns false ends the walk
-template <typename Find, std::invocable<std::size_t> Visit>
-void forEachFound(const SdpText& text, Find find, Visit visit) {
-  for (std::size_t at = find(text.view(), 0); at != npos; at = find(text.view(), at)) {
+template <typename Text, typename Find, std::invocable<std::size_t> Visit>
+void forEachFound(const Text& text, Find find, Visit visit) {
+  for (std::size_t at = find(viewOf(text), 0); at != npos; at = find(viewOf(text), at)) {
     if constexpr (std::is_same_v<std::invoke_result_t<Visit, std::size_t>, bool>) {
       if (!visit(at)) return;
     } else {
@@ -76,15 +81,15 @@ void forEachFound(const SdpText& text, Find find, Visit visit) {
 }
 
 /// Visits all m-lines at a line's start.
-template <std::invocable<std::size_t> Visit>
-void forEachMLine(const SdpText& text, Visit visit) {
+template <typename Text, std::invocable<std::size_t> Visit>
+void forEachMLine(const Text& text, Visit visit) {
   forEachFound(
       text, [](std::string_view view, std::size_t from) { return nextMLine(view, from); }, visit);
 }
 
 /// Visits those of a medium.
-template <std::invocable<std::size_t> Visit>
-void forEachMLineOf(const SdpText& text, std::string_view media, Visit visit) {
+template <typename Text, std::invocable<std::size_t> Visit>
+void forEachMLineOf(const Text& text, std::string_view media, Visit visit) {
   forEachFound(
       text, [media](std::string_view view, std::size_t from) { return nextMLineOf(view, media, from); },
       visit);

@@ -75,8 +75,7 @@ unsigned short replaceKeys(char* sdp) {
     if (end <= at + 1) end = orEnd(findLine(text.view(), "m=", at + 1), text.view());
     if (crypto < at) crypto = orEnd(findAnywhere(text.view(), "a=crypto:", at), text.view());
     if (crypto < end) {
-      const unsigned short status = addSdesLine(text, at);
-      if (status != 0) return status;
+      if (const Refusal refusal = addSdesLine(text, at)) return refuse(refusal);
       end = 0;
       crypto = 0;
     }

@@ -12,18 +12,15 @@
 #include "base64_encoding.h"
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
-#include "sdpNegotiatorParser.h"
 #include "text/fixedText.h"
-#include "text/lines.h"
+#include "text/mLineFields.h"
+#include "text/sections.h"
 #include "trace.h"
-
-// Crypto attributes of SDES (RFC 4568).
 
 namespace sdpneg {
 
 namespace {
 
-constexpr std::string_view kCrypto = "a=crypto:";
 constexpr std::string_view kKeyManagement = "a=key-mgmt:";
 
 /// The suites that a suite has to sort at or behind one of to get a key.
@@ -93,13 +90,22 @@ bool mayHaveKey(std::string_view suite) {
                      [suite](std::string_view name) { return sortsFrom(suite, name); });
 }
 
+/// @return as `base64_encode`
+int writeKey(char* out, unsigned long outCap) {
+  timeval now{};
+  gettimeofday(&now, nullptr);
+  unsigned char key[kKeyBytes];
+  fillKey(key, static_cast<unsigned int>(now.tv_sec));
+  return base64_encode(key, sizeof key, out, outCap);
+}
+
 /// Puts a new key in the place of all that follows a suite.
 Edit putKey(SdpText& text, const CryptoLine& crypto) {
   trace::info("Creating SDES crypto line with tag [%.*s] and suite [%.*s]",
               static_cast<int>(crypto.tag.size()), crypto.tag.data(), static_cast<int>(crypto.suite.size()),
               crypto.suite.data());
   char key[kKeyTextSize];
-  sdpModifications::generateSDESKey(key, sizeof key);
+  writeKey(key, sizeof key);
   const auto parameters = FixedText<kKeyTextSize + 9>().add("inline:").add(key).add("\r\n");
   return text.replace({crypto.parameters, crypto.line.next()}, parameters.view());
 }
@@ -121,8 +127,8 @@ class CryptoPass {
     const std::size_t at = findAnywhere(text, kCrypto, std::max(rest, from_));
     if (at == npos || at - erased_ >= sectionEnd_) return std::nullopt;
     const std::optional<CryptoLine> crypto = cryptoLineAt(text, at);
-    status_ = crypto ? readPort(text) : 1;
-    if (status_ != 0) return std::nullopt;
+    refusal_ = crypto ? readPort(text) : Refusal{.reason = SDP_REFUSED_CRYPTO_NOT_READ};
+    if (refusal_) return std::nullopt;
     if (!keyed_ && port_ != 0 && mayHaveKey(crypto->suite)) {
       keyAt_ = at - erased_;
       return std::nullopt;
@@ -130,17 +136,19 @@ class CryptoPass {
     return remove(*crypto);
   }
 
-  unsigned short status() const { return status_; }
+  const Refusal& refusal() const { return refusal_; }
   /// Where the attribute stands that gets the key, once the pass is done.
   std::size_t keyAt() const { return keyAt_; }
 
  private:
-  unsigned short readPort(std::string_view text) {
-    if (firstWordEnd_ != npos) return 0;
+  Refusal readPort(std::string_view text) {
+    if (firstWordEnd_ != npos) return {};
     firstWordEnd_ = static_cast<std::size_t>(
         std::find_if(text.begin() + static_cast<std::ptrdiff_t>(mLine_ + 1), text.end(), isSpace) -
         text.begin());
-    return sdpParserMessage::getMediaLinePort(text.data() + mLine_, port_);
+    const std::optional<unsigned short> port = portAt(text, mLine_);
+    port_ = port.value_or(port_);
+    return port ? Refusal() : Refusal{.reason = SDP_REFUSED_PORT_NOT_READ};
   }
 
   Span remove(const CryptoLine& crypto) {
@@ -168,65 +176,63 @@ class CryptoPass {
   std::size_t erased_ = 0;
   std::size_t keyAt_ = npos;
   unsigned short port_ = 0;
-  unsigned short status_ = 0;
+  Refusal refusal_;
 };
 
-bool isActive(const char* mLine) {
-  unsigned short port = 0;
-  return sdpParserMessage::getMediaLinePort(mLine, port) == 0 && port != 0;
+/// What makes a text other than secured by crypto attributes alone, searched for once.
+struct Keys {
+  std::size_t management;  ///< the first key management, which counts for all sections behind it
+  std::size_t lastCrypto;  ///< may stand in any later section than the one that it counts for
+};
+
+/// Whether the m-line of a section is inactive, or secured by crypto attributes alone.
+bool isSdesOnlyAt(std::string_view text, std::size_t mLine, const Keys& keys) {
+  if (portAt(text, mLine).value_or(0) == 0) return true;
+  const std::size_t end = sectionEnd(text, mLine);
+  if (keys.management < end) return false;
+  if (contains(text.substr(mLine, end - mLine), "RTP/AVP")) return false;
+  return keys.lastCrypto != npos && keys.lastCrypto >= mLine;
 }
 
 }  // namespace
 
-unsigned short addSdesLine(SdpText& text, std::size_t mediaStart) {
-  const std::size_t next = findLine(text.view(), "m=", mediaStart + 1);
+Refusal addSdesLine(SdpText& text, std::size_t mediaStart) {
+  const std::size_t next = nextMLine(text.view(), mediaStart + 1);
   const SdesSection section{mediaStart + 1, next != npos ? next - 1 : text.size()};
   std::size_t from = mediaStart;
   bool keyed = false;
   while (true) {
     CryptoPass pass(section, from, keyed);
     text.eraseEach([&](std::string_view view, std::size_t rest) { return pass.next(view, rest); });
-    if (pass.keyAt() == npos) return pass.status();
+    if (pass.keyAt() == npos) return pass.refusal();
     const std::optional<CryptoLine> crypto = cryptoLineAt(text.view(), pass.keyAt());
     if (!crypto || putKey(text, *crypto) != Edit::done) {
-      trace::error("addSDESLine(): The new key does not fit the SDP buffer. Exiting.");
-      return 1;
+      return {.reason = SDP_REFUSED_NO_ROOM, .operation = "addSDESLine", .what = "new key"};
     }
     keyed = true;
     from = pass.keyAt() + 1;
   }
 }
 
+bool isSdesOnly(std::string_view text) {
+  const Keys keys{findAnywhere(text, kKeyManagement), text.rfind(kCrypto)};
+  bool only = true;
+  forEachMLine(text, [&](std::size_t mLine) { return only = isSdesOnlyAt(text, mLine, keys); });
+  return only;
+}
+
 }  // namespace sdpneg
 
 using namespace sdpneg;
 
-int sdpModifications::generateSDESKey(char* out, unsigned long outCap) {
-  timeval now{};
-  gettimeofday(&now, nullptr);
-  unsigned char key[kKeyBytes];
-  fillKey(key, static_cast<unsigned int>(now.tv_sec));
-  return base64_encode(key, sizeof key, out, outCap);
-}
+int sdpModifications::generateSDESKey(char* out, unsigned long outCap) { return writeKey(out, outCap); }
 
 unsigned short sdpModifications::addSDESLine(char* mediaStart) {
   SdpText text(mediaStart);
-  return adopted(text, "addSDESLine") ? addSdesLine(text, 0) : 1;
+  return adopted(text, "addSDESLine") ? statusOf(addSdesLine(text, 0)) : 1;
 }
 
 bool sdpModifications::isSDESonly(const char* sdp) {
   const auto text = adoptedView(sdp, "isSDESonly");
-  if (!text) return false;
-  const std::size_t keyManagement = findAnywhere(*text, kKeyManagement);
-  const std::size_t lastCrypto = text->rfind(kCrypto);
-  for (std::size_t at = findLine(*text, "m="); at != npos; at = findLine(*text, "m=", at)) {
-    if (!isActive(sdp + at)) continue;
-    const std::size_t end = orEnd(findLine(*text, "m=", at), *text);
-    // The first one counts for all sections behind it, as one of the session does.
-    if (keyManagement < end) return false;
-    if (contains(text->substr(at, end - at), "RTP/AVP")) return false;
-    // The crypto attribute may stand in any later section.
-    if (lastCrypto == npos || lastCrypto < at) return false;
-  }
-  return true;
+  return text && isSdesOnly(*text);
 }

@@ -3,15 +3,23 @@
 
 #include <cstddef>
 
+#include "refusal.h"
 #include "text/sdpText.h"
+
+// Crypto attributes of SDES (RFC 4568).
 
 namespace sdpneg {
 
+/// What a crypto attribute begins with.
+inline constexpr std::string_view kCrypto = "a=crypto:";
+
 /// Gives the first usable crypto attribute of a media section a key of its own and removes the others; see
-/// sdpModifications::addSDESLine.
+/// `sdpModifications::addSDESLine`. What was edited before a refusal stays.
 /// @param mediaStart the LF in front of the section's m-line
-/// @return as addSDESLine; the text grows within its capacity
-unsigned short addSdesLine(SdpText& text, std::size_t mediaStart);
+Refusal addSdesLine(SdpText& text, std::size_t mediaStart);
+
+/// `sdpModifications::isSDESonly`.
+bool isSdesOnly(std::string_view text);
 
 }  // namespace sdpneg
 

@@ -178,7 +178,7 @@ unsigned short sdpModifications::sdpReInsertAnat(char* sdp, const char* removed,
   if (modifyOLine) sdpModifyOLine(sdp, nullptr, oLineEnd);
   SdpText text(sdp);
   if (sdp != nullptr && adopted(text, "sdpReInsertAnat")) {
-    putMLinesBack(text, codes, readCode, "sdpReInsertAnat");
+    if (const Refusal refusal = putMLinesBack(text, codes, readCode, "sdpReInsertAnat")) tell(refusal);
   }
   sdpApplyAnatAttributes(sdp);
   return 0;

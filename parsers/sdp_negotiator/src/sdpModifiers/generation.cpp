@@ -3,9 +3,8 @@
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
-#include "sdpModifiers/transport.h"
 #include "text/fixedText.h"
-#include "text/lines.h"
+#include "text/search.h"
 #include "trace.h"
 
 // Writing SDP texts from values.
@@ -100,32 +99,6 @@ void addRequested(CutText& text, std::string_view codecs, std::string_view Reque
   if (!found) text.add(kRequestCodecs[0].*column);
 }
 
-/// Puts a copy of an m-line in front of it and makes the second of the two secure.
-/// @return false, with the text unchanged, when that does not fit
-bool splitIntoPlainAndSecure(SdpText& text, const Line& mLine) {
-  const std::size_t length = mLine.next() - mLine.begin;
-  if (text.insert(mLine.begin, text.view().substr(mLine.begin, length)) != Edit::done) return false;
-  const std::size_t second = findAnywhere(text.view(), "m=", mLine.begin + 2);
-  if (replaceTransport(text, lineAt(text.view(), second), "RTP/AVP", "RTP/SAVP") != TransportEdit::noRoom)
-    return true;
-  text.erase({mLine.begin, mLine.begin + length});
-  return false;
-}
-
-void buildPlainAndSecure(SdpText& text) {
-  std::size_t at = findAnywhere(text.view(), "m=");
-  while (at != npos) {
-    const Line mLine = lineAt(text.view(), at);
-    if (!mLine.terminated) return;
-    if (!splitIntoPlainAndSecure(text, mLine)) {
-      trace::error("sdpBuild2mLineSDP(): The SDP buffer has no room for another m-line. Exiting.");
-      return;
-    }
-    const std::size_t second = findAnywhere(text.view(), "m=", at + 2);
-    at = findAnywhere(text.view(), "m=", second + 2);
-  }
-}
-
 }  // namespace
 
 unsigned short sdpModifications::sdpEncoder(char* out, const sSdpParsedData& data, int version, int& length) {
@@ -133,11 +106,8 @@ unsigned short sdpModifications::sdpEncoder(char* out, const sSdpParsedData& dat
   char address[50];
   data.address.getIPAddressText(address, sizeof address);
   text.add("v=0\r\ns=-\r\nt=0 0\r\no=- ").add(version).add(" ").add(version).add(" IN IP4 ").add(address);
-  text.add("\r\nc=IN IP4 ")
-      .add(address)
-      .add("\r\nm=audio ")
-      .add(static_cast<int>(data.port))
-      .add(" RTP/AVP ");
+  text.add("\r\nc=IN IP4 ").add(address);
+  text.add("\r\nm=audio ").add(static_cast<int>(data.port)).add(" RTP/AVP ");
   FixedText<kAttributeAreaSize> attributes;
   addPayloads(text, attributes, data);
   text.add("\r\n").add(attributes.view());
@@ -153,8 +123,7 @@ unsigned short sdpModifications::sdpEncoder(char* out, const sSdpParsedData& dat
 unsigned short sdpModifications::createSDPUserRequest(char* out, const char* ip, unsigned int port,
                                                       const char* codecs, bool inactive) {
   if (out == nullptr || ip == nullptr || codecs == nullptr) {
-    trace::info("Invalid input arguments. Cannot create SDP message.");
-    return 1;
+    return refuse({.reason = SDP_REFUSED_NO_REQUEST_ARGUMENTS});
   }
   if (!areLineTexts({ip}, "createSDPUserRequest")) return 1;
   CutText text(out);
@@ -164,31 +133,5 @@ unsigned short sdpModifications::createSDPUserRequest(char* out, const char* ip,
   text.add("\r\n");
   addRequested(text, codecs, &RequestCodec::attribute);
   if (inactive) text.add("a=inactive\r\n");
-  return 0;
-}
-
-int sdpModifications::buildDummyMLine(char* out, char mediaCode, bool secure) {
-  if (out == nullptr) return 0;
-  const unsigned int code = static_cast<unsigned char>(mediaCode);
-  const bool audio = code <= 25 || code > 127;  // negative codes included
-  const std::string_view media = audio        ? "audio"
-                                 : code <= 50 ? "video"
-                                 : code <= 75 ? "application"
-                                              : "image";
-  FixedText<30> line;
-  line.add("m=").add(media).add(" 0 RTP/").add(secure ? "SAVP" : "AVP");
-  line.add(media == "video" ? " 31\r\n" : " 0\r\n");
-  line.view().copy(out, line.size());
-  out[line.size()] = '\0';
-  return static_cast<int>(line.size());
-}
-
-unsigned short sdpModifications::sdpBuild2mLineSDP(char* sdp) {
-  trace::info("Entering sdpBuild2mLineSDP() method.");
-  if (sdp != nullptr) {
-    SdpText text(sdp);
-    if (adopted(text, "sdpBuild2mLineSDP")) buildPlainAndSecure(text);
-  }
-  trace::info("Exiting sdpBuild2mLineSDP() method.");
   return 0;
 }

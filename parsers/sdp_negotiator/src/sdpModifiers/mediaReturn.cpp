@@ -26,7 +26,8 @@ unsigned short sdpModifications::sdpReplaceTransProtocol(char* sdp, char* remove
   if (modifyOLine) sdpModifyOLine(sdp, nullptr, oLineEnd);
   SdpText text(sdp);
   if (adopted(text, "sdpReplaceTransProtocol")) {
-    putMLinesBack(text, codes, secureDummy, "sdpReplaceTransProtocol");
+    if (const Refusal refusal = putMLinesBack(text, codes, secureDummy, "sdpReplaceTransProtocol"))
+      tell(refusal);
   }
   trace::progress("Exiting sdpReplaceTransProtocol() method.");
   return 0;

@@ -1,12 +1,11 @@
 #include "sdpModifiers/removedMLines.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "sdpModifiers.h"
-#include "text/fixedText.h"
+#include "text/sections.h"
 #include "trace.h"
-
-using namespace sdpneg;
 
 namespace sdpneg {
 
@@ -36,15 +35,17 @@ class Positions {
   std::size_t find(std::size_t position) {
     if (position == 0) return npos;
     if (position < position_) position_ = 0;
-    if (position_ == 0) moveTo(1, 0);
-    while (at_ != npos && position_ < position) moveTo(position_ + 1, at_ + 2);
+    if (position_ == 0) moveTo(1, nextMAnywhere(text_.view()));
+    while (at_ != npos && position_ < position) {
+      moveTo(position_ + 1, nextMAnywhereBehind(text_.view(), at_));
+    }
     return at_;
   }
 
  private:
-  void moveTo(std::size_t position, std::size_t from) {
+  void moveTo(std::size_t position, std::size_t at) {
     position_ = position;
-    at_ = findAnywhere(text_.view(), "m=", from);
+    at_ = at;
   }
 
   const SdpText& text_;
@@ -52,22 +53,26 @@ class Positions {
   std::size_t at_ = 0;
 };
 
+/// The media kind of a code. Those above the largest, which are negative where characters are signed, are of audio.
+std::string_view mediaOf(std::size_t code) {
+  if (code == 0 || code > largestCode) return kMedia[0];
+  return kMedia[std::min((code - 1) / kRange, allRecordedMedia - 1)];
+}
+
 /// @param at npos to append it
 Edit addDummy(SdpText& text, std::size_t at, DummyMLine dummy) {
-  char line[32];
-  const int length = sdpModifications::buildDummyMLine(line, static_cast<char>(dummy.code), dummy.secure);
-  const std::string_view written(line, static_cast<std::size_t>(length));
-  if (at != npos) return text.insert(at, written);
-  return text.append(FixedText<34>().add(missingLineEnd(text.view())).add(written).view());
+  const DummyMLineText line = textOf(dummy);
+  if (at != npos) return text.insert(at, line.view());
+  return text.append(FixedText<34>().add(missingLineEnd(text.view())).add(line.view()).view());
 }
 
 }  // namespace
 
 std::optional<MediaSection> findSection(std::string_view text, std::size_t from) {
-  const std::size_t at = findAnywhere(text, "m=", from);
+  const std::size_t at = nextMAnywhere(text, from);
   if (at == npos) return std::nullopt;
   const Line mLine = lineAt(text, at);
-  return MediaSection{mLine, orEnd(findAnywhere(text, "m=", mLine.next()), text)};
+  return MediaSection{mLine, sectionEndAnywhere(text, mLine.next())};
 }
 
 std::optional<std::size_t> removedCode(std::string_view mLine, std::size_t position, std::size_t mediaCount) {
@@ -89,17 +94,32 @@ std::string_view codesOf(const char* record) {
   return record != nullptr ? std::string_view(record, strnlen(record, recordCapacity)) : std::string_view();
 }
 
-void putMLinesBack(SdpText& text, std::string_view codes, DummyMLine (*dummyOf)(unsigned char code),
-                   const char* operation) {
+DummyMLineText textOf(DummyMLine dummy) {
+  const std::string_view media = mediaOf(dummy.code);
+  DummyMLineText line;
+  line.add(kMLine).add(media).add(" 0 RTP/").add(dummy.secure ? "SAVP" : "AVP");
+  line.add(media == "video" ? " 31\r\n" : " 0\r\n");
+  return line;
+}
+
+Refusal putMLinesBack(SdpText& text, std::string_view codes, DummyMLine (*dummyOf)(unsigned char code),
+                      const char* operation) {
   Positions positions(text);
   std::size_t at = 0;
   for (const char each : codes) {
     const DummyMLine dummy = dummyOf(static_cast<unsigned char>(each));
     if (at != npos) at = positions.find(positionOf(dummy.code));
     if (addDummy(text, at, dummy) == Edit::done) continue;
-    trace::error("%s(): The SDP buffer has no room for another m-line. Exiting.", operation);
-    return;
+    return {.reason = SDP_REFUSED_NO_ROOM_FOR_M_LINE, .operation = operation};
   }
+  return {};
 }
 
 }  // namespace sdpneg
+
+int sdpModifications::buildDummyMLine(char* out, char mediaCode, bool secure) {
+  if (out == nullptr) return 0;
+  const auto line = sdpneg::textOf({static_cast<unsigned char>(mediaCode), secure});
+  out[line.view().copy(out, line.size())] = '\0';
+  return static_cast<int>(line.size());
+}

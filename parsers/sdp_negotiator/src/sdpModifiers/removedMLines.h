@@ -5,6 +5,8 @@
 #include <optional>
 #include <string_view>
 
+#include "refusal.h"
+#include "text/fixedText.h"
 #include "text/lines.h"
 #include "text/sdpText.h"
 
@@ -53,14 +55,19 @@ struct DummyMLine {
   bool secure;
 };
 
+using DummyMLineText = FixedText<30>;
+
+/// The text of a dummy m-line, see `sdpModifications::buildDummyMLine`.
+DummyMLineText textOf(DummyMLine dummy);
+
 /// Puts a dummy m-line in front of the m-line that stands at a code's position ("m=" wherever it stands), for each
 /// code in the record's order. The first whose position the text does not have is appended, and so are all behind
-/// it. The first that does not fit ends this, with a trace.
+/// it. The first that does not fit ends this.
 /// @param codes     see `codesOf`
 /// @param dummyOf   reads a code
-/// @param operation named in the trace
-void putMLinesBack(SdpText& text, std::string_view codes, DummyMLine (*dummyOf)(unsigned char code),
-                   const char* operation);
+/// @param operation named in the refusal
+Refusal putMLinesBack(SdpText& text, std::string_view codes, DummyMLine (*dummyOf)(unsigned char code),
+                      const char* operation);
 
 }  // namespace sdpneg
 

@@ -1,17 +1,19 @@
+#include "sdpModifiers/mediaRemoval.h"
+
 #include <cstddef>
 #include <optional>
 #include <string_view>
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
+#include "sdpModifiers/attributeRemoval.h"
+#include "sdpModifiers/originLine.h"
 #include "sdpModifiers/removedMLines.h"
 #include "trace.h"
 
-// Removal of the media sections of a transport. Which ones went is recorded.
+namespace sdpneg {
 
 namespace {
-
-using namespace sdpneg;
 
 /// Finds the sections to remove and records their m-lines. A section begins where an "m=" stands and the search
 /// goes on from there, so nothing that a removal joins can make another "m=".
@@ -50,38 +52,58 @@ class SectionRemoval {
   std::size_t position_ = 0;
 };
 
-void removeSections(char* sdp, const char* operation, SectionRemoval removal, unsigned short& oLineEnd,
+void removeSections(SdpText& text, const char* operation, SectionRemoval removal, unsigned short& oLineEnd,
                     bool modifyOLine) {
-  if (sdp == nullptr) return;
-  SdpText text(sdp);
-  if (!adopted(text, operation)) return;
+  if (text.isNull() || !adopted(text, operation)) return;
   text.eraseEach([&](std::string_view view, std::size_t from) { return removal.next(view, from); });
-  if (modifyOLine && removal.hasRecorded()) sdpModifications::sdpModifyOLine(sdp, nullptr, oLineEnd);
+  if (modifyOLine && removal.hasRecorded()) statusOf(renewOriginLine(text, nullptr, oLineEnd));
 }
 
 }  // namespace
 
-void sdpModifications::sdpRemoveMline(char* sdp, char* removed, unsigned short& oLineEnd,
-                                      const char* transport, bool modifyOLine) {
+void removeMLines(SdpText& text, char* removed, unsigned short& oLineEnd, const char* transport,
+                  bool modifyOLine) {
+  constexpr const char* kOperation = "sdpRemoveMline";
   if (transport == nullptr) {
-    trace::error("sdpRemoveMline(): The transport is null. Exiting.");
+    tell({.reason = SDP_REFUSED_NO_TRANSPORT, .operation = kOperation});
     return;
   }
-  const SectionRemoval removal("sdpRemoveMline", transport, recordedMediaWithoutImage, removed);
-  removeSections(sdp, "sdpRemoveMline", removal, oLineEnd, modifyOLine);
+  const SectionRemoval removal(kOperation, transport, recordedMediaWithoutImage, removed);
+  removeSections(text, kOperation, removal, oLineEnd, modifyOLine);
+}
+
+void removeSecureMLines(SdpText& text, char* removed, unsigned short& oLineEnd, bool modifyOLine) {
+  constexpr const char* kOperation = "sdpRemoveSecurity";
+  const SectionRemoval removal(kOperation, "RTP/SAVP", allRecordedMedia, removed);
+  removeSections(text, kOperation, removal, oLineEnd, modifyOLine);
+}
+
+void removeSecureMedia(SdpText& text, char* removed, unsigned short& oLineEnd) {
+  trace::progress("Entering sdpDisableSRTPMediaStreams() method.");
+  removeSecureAttributes(text, "a=key-mgmt:");
+  removeSecureMLines(text, removed, oLineEnd, true);
+  trace::progress("Exiting sdpDisableSRTPMediaStreams() method.");
+}
+
+}  // namespace sdpneg
+
+using namespace sdpneg;
+
+void sdpModifications::sdpRemoveMline(char* sdp, char* removed, unsigned short& oLineEnd,
+                                      const char* transport, bool modifyOLine) {
+  SdpText text(sdp);
+  removeMLines(text, removed, oLineEnd, transport, modifyOLine);
 }
 
 void sdpModifications::sdpRemoveSecurity(char* sdp, char* removed, unsigned short& oLineEnd,
                                          bool modifyOLine) {
-  const SectionRemoval removal("sdpRemoveSecurity", "RTP/SAVP", allRecordedMedia, removed);
-  removeSections(sdp, "sdpRemoveSecurity", removal, oLineEnd, modifyOLine);
+  SdpText text(sdp);
+  removeSecureMLines(text, removed, oLineEnd, modifyOLine);
 }
 
 unsigned short sdpModifications::sdpDisableSRTPMediaStreams(char* sdp, char* removed,
                                                             unsigned short& oLineEnd) {
-  trace::progress("Entering sdpDisableSRTPMediaStreams() method.");
-  sdpRemoveSecureAttributes(sdp, "a=key-mgmt:");
-  sdpRemoveSecurity(sdp, removed, oLineEnd, true);
-  trace::progress("Exiting sdpDisableSRTPMediaStreams() method.");
+  SdpText text(sdp);
+  removeSecureMedia(text, removed, oLineEnd);
   return 0;
 }

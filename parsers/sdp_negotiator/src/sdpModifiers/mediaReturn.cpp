@@ -1,34 +1,39 @@
+#include "sdpModifiers/mediaReturn.h"
+
 #include <string_view>
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
+#include "sdpModifiers/originLine.h"
 #include "sdpModifiers/removedMLines.h"
 #include "trace.h"
 
-// The return of removed m-lines as secure dummy m-lines.
+namespace sdpneg {
 
 namespace {
-
-using namespace sdpneg;
 
 DummyMLine secureDummy(unsigned char code) { return {code, true}; }
 
 }  // namespace
 
-unsigned short sdpModifications::sdpReplaceTransProtocol(char* sdp, char* removed, unsigned short& oLineEnd,
-                                                         bool modifyOLine) {
+void returnMLines(SdpText& text, const char* removed, unsigned short& oLineEnd, bool modifyOLine) {
+  constexpr const char* kOperation = "sdpReplaceTransProtocol";
   trace::progress("Entering sdpReplaceTransProtocol() method.");
   const std::string_view codes = codesOf(removed);
   if (codes.empty()) {
-    trace::info("The m-line indices is empty. Nothing to change.");
-    return 0;
+    tell({.reason = SDP_REFUSED_NOTHING_RECORDED});
+    return;
   }
-  if (modifyOLine) sdpModifyOLine(sdp, nullptr, oLineEnd);
-  SdpText text(sdp);
-  if (adopted(text, "sdpReplaceTransProtocol")) {
-    if (const Refusal refusal = putMLinesBack(text, codes, secureDummy, "sdpReplaceTransProtocol"))
-      tell(refusal);
-  }
+  if (modifyOLine) statusOf(renewOriginLine(text, nullptr, oLineEnd));
+  if (adopted(text, kOperation)) statusOf(putMLinesBack(text, codes, secureDummy, kOperation));
   trace::progress("Exiting sdpReplaceTransProtocol() method.");
+}
+
+}  // namespace sdpneg
+
+unsigned short sdpModifications::sdpReplaceTransProtocol(char* sdp, char* removed, unsigned short& oLineEnd,
+                                                         bool modifyOLine) {
+  sdpneg::SdpText text(sdp);
+  sdpneg::returnMLines(text, removed, oLineEnd, modifyOLine);
   return 0;
 }

@@ -1,22 +1,24 @@
+#include "sdpModifiers/anat.h"
+
 #include <algorithm>
 #include <optional>
 #include <string_view>
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
+#include "sdpModifiers/attributeRemoval.h"
+#include "sdpModifiers/originLine.h"
 #include "sdpModifiers/recordText.h"
 #include "sdpModifiers/removedMLines.h"
 #include "text/fixedText.h"
-#include "text/lines.h"
+#include "text/mLineFields.h"
+#include "text/sections.h"
 #include "trace.h"
 #include "vocabulary.h"
 
-// Alternative network address types (ANAT, RFC 4091): a group of media sections that offer one medium over either
-// IP version.
+namespace sdpneg {
 
 namespace {
-
-using namespace sdpneg;
 
 using Composed = FixedText<MAX_SDP_PROTOCOL_DATA_SIZE>;
 
@@ -24,39 +26,38 @@ using Composed = FixedText<MAX_SDP_PROTOCOL_DATA_SIZE>;
 constexpr unsigned char kSecureBit = 128;
 
 /// Adds the group line that names every m-line by its number but those with port 0.
-void addGroupLine(Composed& out, std::string_view text, std::size_t firstMLine) {
+void addGroupLine(Composed& out, std::string_view text) {
   out.add("a=group:ANAT");
   int number = 1;
-  for (std::size_t at = firstMLine; at != npos; at = findLine(text, "m=", at), ++number) {
-    if (!contains(content(text, lineAt(text, at)), " 0 RTP")) out.add(" ").add(number);
-  }
+  forEachMLine(text, [&](std::size_t at) {
+    if (!hasZeroPortOfRtp(content(text, lineAt(text, at)))) out.add(" ").add(number);
+    ++number;
+  });
   out.add("\r\n");
 }
 
 /// Adds the media sections, each with a mid line at its end unless it has one.
-void addSectionsWithMid(Composed& out, std::string_view text, std::size_t firstMLine) {
+void addSectionsWithMid(Composed& out, std::string_view text) {
   int number = 1;
-  for (std::size_t at = firstMLine; at != npos; ++number) {
-    const std::size_t next = findLine(text, "m=", at);
-    const std::string_view section = text.substr(at, orEnd(next, text) - at);
+  forEachMLine(text, [&](std::size_t at) {
+    const std::string_view section = text.substr(at, sectionEnd(text, at) - at);
     out.add(section);
     if (!contains(section, "a=mid:")) {
       out.add(missingLineEnd(section)).add("a=mid:").add(number).add("\r\n");
     }
-    at = next;
-  }
+    ++number;
+  });
 }
 
-void applyAnat(SdpText& text) {
-  const std::size_t firstMLine = findLine(text.view(), "m=");
-  if (firstMLine == npos) return;
+Refusal addAnat(SdpText& text) {
+  const std::string_view session = sessionPart(text.view());
+  if (session.size() == text.size()) return {};
   Composed edited;
-  edited.add(text.view().substr(0, firstMLine));
-  addGroupLine(edited, text.view(), firstMLine);
-  addSectionsWithMid(edited, text.view(), firstMLine);
-  if (edited.cut() || text.replace({0, text.size()}, edited.view()) != Edit::done) {
-    trace::error("sdpApplyAnatAttributes(): The ANAT attributes do not fit the SDP buffer. Exiting.");
-  }
+  edited.add(session);
+  addGroupLine(edited, text.view());
+  addSectionsWithMid(edited, text.view());
+  const bool fits = !edited.cut() && text.replace({0, text.size()}, edited.view()) == Edit::done;
+  return fits ? Refusal() : Refusal{.reason = SDP_REFUSED_NO_ROOM_FOR_ANAT};
 }
 
 /// Writes the codes of removed m-lines.
@@ -68,11 +69,11 @@ class AnatRecord {
   std::size_t count() const { return count_; }
 
   /// Adds a removed m-line, while there are fewer than 25. One of another medium leaves its secure bit for the next.
-  void add(std::string_view mLine, std::size_t position) {
+  void add(std::string_view text, const Line& mLine, std::size_t position) {
     if (codes_ == nullptr) return;
-    const std::optional<std::size_t> code = removedCode(mLine, position, allRecordedMedia);
+    const auto code = removedCode(content(text, mLine), position, allRecordedMedia);
     if (code && !takesCode(count_, *code, position, "sdpRemoveAnat")) return;
-    if (contains(mLine, "RTP/SAVP")) put(kSecureBit, 0);
+    if (isSecure(text, mLine)) put(kSecureBit, 0);
     if (!code) return;
     put(static_cast<unsigned char>(*code), 0xff);
     ++count_;
@@ -108,7 +109,7 @@ Removed removeSections(SdpText& text, std::string_view connection, char* codes) 
       const Span span{section->mLine.begin, section->end};
       if (++position == 1) firstMLine = span.begin;
       if (contains(view.substr(span.begin, span.end - span.begin), connection)) {
-        record.add(content(view, section->mLine), position);
+        record.add(view, section->mLine, position);
         return span;
       }
       from = span.end;
@@ -120,11 +121,10 @@ Removed removeSections(SdpText& text, std::string_view connection, char* codes) 
 
 /// Rebuilds the o-line, which stands where "o=" first does, also behind the first m-line.
 /// @return where the text that stood at `place` stands then; the o-line's start when it went with the old o-line
-std::size_t rebuildOLine(SdpText& text, char* sdp, std::size_t place, unsigned short& oLineEnd) {
+std::size_t rebuildOLine(SdpText& text, std::size_t place, unsigned short& oLineEnd) {
   const std::size_t oLine = findAnywhere(text.view(), "o=");
   const std::size_t fromPlace = text.size() - place;
-  sdpModifications::sdpModifyOLine(sdp, nullptr, oLineEnd);
-  text = SdpText(sdp);
+  statusOf(renewOriginLine(text, nullptr, oLineEnd));
   return oLine < place ? text.size() - std::min(fromPlace, text.size() - oLine) : place;
 }
 
@@ -148,38 +148,55 @@ void traceRecord(std::string_view codes) {
 
 }  // namespace
 
-void sdpModifications::sdpApplyAnatAttributes(char* sdp) {
-  if (sdp == nullptr) return;
-  SdpText text(sdp);
-  if (adopted(text, "sdpApplyAnatAttributes")) applyAnat(text);
+void applyAnat(SdpText& text) {
+  if (!text.isNull() && adopted(text, "sdpApplyAnatAttributes")) statusOf(addAnat(text));
 }
 
-unsigned short sdpModifications::sdpRemoveAnat(char* sdp, eIPAddressVersion ipVersion, char* removed,
-                                               unsigned short& oLineEnd, bool modifyOLine) {
+void removeAnat(SdpText& text, eIPAddressVersion ipVersion, char* removed, unsigned short& oLineEnd,
+                bool modifyOLine) {
   trace::progress("Entering sdpRemoveAnat() method.");
-  sdpRemoveAnatAttributes(sdp);
-  SdpText text(sdp);
-  if (sdp != nullptr && adopted(text, "sdpRemoveAnat")) {
+  removeAnatAttributes(text);
+  if (!text.isNull() && adopted(text, "sdpRemoveAnat")) {
     const std::string_view connection = ipVersion == kIpVersion4 ? "c=IN IP4" : "c=IN IP6";
     Removed sections = removeSections(text, connection, removed);
     if (sections.codes > 0 && modifyOLine) {
-      sections.firstMLine = rebuildOLine(text, sdp, sections.firstMLine, oLineEnd);
+      sections.firstMLine = rebuildOLine(text, sections.firstMLine, oLineEnd);
     }
     removeSessionConnection(text, connection, sections.firstMLine);
   }
   trace::progress("Exiting sdpRemoveAnat() method.");
+}
+
+void reinsertAnat(SdpText& text, const char* removed, unsigned short& oLineEnd, bool modifyOLine) {
+  constexpr const char* kOperation = "sdpReInsertAnat";
+  const std::string_view codes = codesOf(removed);
+  traceRecord(codes);
+  if (modifyOLine) statusOf(renewOriginLine(text, nullptr, oLineEnd));
+  if (!text.isNull() && adopted(text, kOperation)) {
+    statusOf(putMLinesBack(text, codes, readCode, kOperation));
+  }
+  applyAnat(text);
+}
+
+}  // namespace sdpneg
+
+using namespace sdpneg;
+
+void sdpModifications::sdpApplyAnatAttributes(char* sdp) {
+  SdpText text(sdp);
+  applyAnat(text);
+}
+
+unsigned short sdpModifications::sdpRemoveAnat(char* sdp, eIPAddressVersion ipVersion, char* removed,
+                                               unsigned short& oLineEnd, bool modifyOLine) {
+  SdpText text(sdp);
+  removeAnat(text, ipVersion, removed, oLineEnd, modifyOLine);
   return 0;
 }
 
 unsigned short sdpModifications::sdpReInsertAnat(char* sdp, const char* removed, unsigned short& oLineEnd,
                                                  bool modifyOLine) {
-  const std::string_view codes = codesOf(removed);
-  traceRecord(codes);
-  if (modifyOLine) sdpModifyOLine(sdp, nullptr, oLineEnd);
   SdpText text(sdp);
-  if (sdp != nullptr && adopted(text, "sdpReInsertAnat")) {
-    if (const Refusal refusal = putMLinesBack(text, codes, readCode, "sdpReInsertAnat")) tell(refusal);
-  }
-  sdpApplyAnatAttributes(sdp);
+  reinsertAnat(text, removed, oLineEnd, modifyOLine);
   return 0;
 }

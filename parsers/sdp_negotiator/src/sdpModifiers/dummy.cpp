@@ -1,115 +1,127 @@
+#include "sdpModifiers/dummy.h"
+
 #include <string_view>
 
 #include "cMsgIPAddress.h"
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
+#include "sdpModifiers/attributeRemoval.h"
+#include "sdpModifiers/connectionLines.h"
+#include "sdpModifiers/connectionMode.h"
+#include "sdpModifiers/mediaSet.h"
+#include "sdpModifiers/originLine.h"
+#include "sdpModifiers/ports.h"
 #include "sdpModifiers/sdes.h"
-#include "text/lines.h"
+#include "text/sections.h"
 #include "trace.h"
 #include "vocabulary.h"
 
-// A received body as a dummy body of the library's own.
+namespace sdpneg {
 
 namespace {
 
-using namespace sdpneg;
-
-constexpr int kAnyMedia = -1;
+constexpr const char* kOperation = "sdpCreateDummy";
 constexpr int kAllButAudio = ~static_cast<int>(MEDIA_AUDIO);
-constexpr int kAudioAndVideo = 64;
 
 /// Leaves a port only to audio of one address version; to secure audio only when that is wanted.
-unsigned short closePorts(char* sdp, eIPAddressVersion version, bool keepSecure, unsigned short port) {
+Refusal closePorts(SdpText& text, eIPAddressVersion version, bool keepSecure, unsigned short port) {
   using M = sdpModifications;
   const eIPAddressVersion other = version == kIpVersion4 ? kIpVersion6 : kIpVersion4;
-  unsigned short status = M::sdpSetMediaPort(sdp, kAnyMedia, kIpVersionUnknown, M::MEDIA_SECURITY_SECURE, 0);
-  if (status != 0) return status;
+  const Refusal secure = setMediaPort(text, kAnyMedia, kIpVersionUnknown, M::MEDIA_SECURITY_SECURE, 0);
+  if (secure) return secure;
   // Neither is a reason to give up: what cannot be closed keeps its port.
-  M::sdpDisablePort(sdp, kAllButAudio, kIpVersionUnknown);
-  M::sdpSetMediaPort(sdp, MEDIA_AUDIO, other, M::MEDIA_SECURITY_ANY, 0);
-  if (keepSecure) status = M::sdpSetMediaPort(sdp, MEDIA_AUDIO, version, M::MEDIA_SECURITY_SECURE, port);
-  return status;
+  disablePorts(text, kAllButAudio, kIpVersionUnknown);
+  statusOf(setMediaPort(text, MEDIA_AUDIO, other, M::MEDIA_SECURITY_ANY, 0));
+  return keepSecure ? setMediaPort(text, MEDIA_AUDIO, version, M::MEDIA_SECURITY_SECURE, port) : Refusal();
 }
 
-unsigned short replaceAddresses(char* sdp, const char* ip, unsigned short& oLineEnd, bool modifyOLine) {
+Refusal replaceAddresses(SdpText& text, const char* ip, unsigned short& oLineEnd, bool modifyOLine) {
   if (modifyOLine) {
-    const unsigned short status = sdpModifications::sdpModifyOLine(sdp, ip, oLineEnd);
-    if (status != 0) return status;
+    if (const Refusal refusal = renewOriginLine(text, ip, oLineEnd)) return refusal;
   }
-  return sdpModifications::sdpModifyCLines(sdp, ip);
+  return replaceSessionAndAudioConnections(text, ip);
 }
 
 /// Overwrites every one-way direction, whether of the session or of a section.
-void overwriteOneWay(char* sdp, std::string_view direction) {
-  SdpText text(sdp);
-  for (std::size_t line = findLine(text.view(), "a="); line != npos;
-       line = findLine(text.view(), "a=", line)) {
-    const std::size_t at = line + 2;
+void overwriteOneWay(SdpText& text, eConnectionMode direction) {
+  constexpr std::string_view kAttribute = "a=";
+  for (std::size_t line = findLine(text.view(), kAttribute); line != npos;
+       line = findLine(text.view(), kAttribute, line)) {
+    const std::size_t at = line + kAttribute.size();
     const eConnectionMode mode = directionOf(text.view().substr(at, kDirectionLength));
     if (mode == CONNECTION_MODE_SENDONLY || mode == CONNECTION_MODE_RECVONLY) {
-      text.replace({at, at + kDirectionLength}, direction);
+      text.replace({at, at + kDirectionLength}, nameOf(direction));
     }
   }
 }
 
-unsigned short setDirections(char* sdp, bool answer, bool hold, bool third) {
-  constexpr unsigned char kReceiveOnly = 2;
-  constexpr unsigned char kInactive = 4;
-  if (hold && (answer || !third)) {
-    return sdpModifications::sdpReplaceMode(sdp, answer ? kInactive : kReceiveOnly, kAudioAndVideo);
+Refusal setDirections(SdpText& text, const DummyKind& kind) {
+  if (kind.hold && (kind.answer || !kind.third)) {
+    const auto mode = kind.answer ? CONNECTION_MODE_INACTIVE : CONNECTION_MODE_RECVONLY;
+    return replaceMode(text, mode, kAudioAndVideo);
   }
-  overwriteOneWay(sdp, hold ? "recvonly" : "inactive");
-  return 0;
+  overwriteOneWay(text, kind.hold ? CONNECTION_MODE_RECVONLY : CONNECTION_MODE_INACTIVE);
+  return {};
 }
 
 /// Gives the crypto attributes of every section keys of its own. A line of another kind that begins with "m" begins
 /// a section too, which ends at the next m-line like the others.
-unsigned short replaceKeys(char* sdp) {
-  constexpr std::string_view kMLine = "\nm";
-  SdpText text(sdp);
+Refusal replaceKeys(SdpText& text) {
+  constexpr std::string_view kAnyM = "\nm";
   // Searched for anew only once passed or edited, so that sections without crypto attributes cost next to nothing.
   std::size_t end = 0;
   std::size_t crypto = 0;
-  std::size_t at = findAnywhere(text.view(), kMLine);
+  std::size_t at = findAnywhere(text.view(), kAnyM);
   while (at != npos) {
-    if (end <= at + 1) end = orEnd(findLine(text.view(), "m=", at + 1), text.view());
-    if (crypto < at) crypto = orEnd(findAnywhere(text.view(), "a=crypto:", at), text.view());
+    if (end <= at + 1) end = sectionEnd(text.view(), at + 1);
+    if (crypto < at) crypto = orEnd(findAnywhere(text.view(), kCrypto, at), text.view());
     if (crypto < end) {
-      if (const Refusal refusal = addSdesLine(text, at)) return refuse(refusal);
+      if (const Refusal refusal = addSdesLine(text, at)) return refusal;
       end = 0;
       crypto = 0;
     }
-    at = findAnywhere(text.view(), kMLine, at + kMLine.size() + 1);
+    at = findAnywhere(text.view(), kAnyM, at + kAnyM.size() + 1);
   }
-  return 0;
+  return {};
+}
+
+Refusal refusalOfArguments(const SdpText& text, const char* ip) {
+  if (ip == nullptr) return {.reason = SDP_REFUSED_NO_DUMMY_ADDRESS};
+  const Refusal refusal = refusalOfBuffer(text, kOperation);
+  return refusal ? refusal : refusalOfLineTexts({ip}, kOperation);
 }
 
 }  // namespace
 
+unsigned short createDummy(SdpText& text, const DummyKind& kind, const char* ip, unsigned short port,
+                           int& length, unsigned short& oLineEnd, bool modifyOLine) {
+  if (const Refusal refusal = refusalOfArguments(text, ip)) return refuse(refusal);
+  const bool sdesOnly = isSdesOnly(text.view());
+  // No refusal: readers of traces know this line by the pair of one.
+  if (sdesOnly) trace::invalidArgument("FRN4034: SRTP-only scenario with SDES only.");
+  const bool single = hasSingleMLine(text);
+  removeSecureAttributes(text, "a=key-mgmt:");
+  const eIPAddressVersion version = cMsgIPAddress::getIPAddressVersion(ip);
+  if (const Refusal refusal = closePorts(text, version, single || sdesOnly, port)) return refuse(refusal);
+  if (const Refusal refusal = replaceAddresses(text, ip, oLineEnd, modifyOLine)) return refuse(refusal);
+  removeIce(text);
+  // Keys are replaced, and the length is given, in spite of a refusal of directions.
+  const unsigned short status = statusOf(setDirections(text, kind));
+  if (sdesOnly) {
+    if (const Refusal refusal = replaceKeys(text)) return refuse(refusal);
+  }
+  length = static_cast<int>(text.size());
+  if (status == 0) trace::progress("A dummy SDP message has been succesfully created.");
+  return status;
+}
+
+}  // namespace sdpneg
+
 unsigned short sdpModifications::sdpCreateDummy(char* sdp, bool answer, bool holdFlag, bool third,
                                                 const char* ip, unsigned short port, int& length,
                                                 unsigned short& oLineEnd, bool modifyOLine) {
-  if (ip == nullptr) {
-    trace::invalidArgument("sdpCreateDummy(): NULL IP provided. Cannot create dummy SDP.");
-    return 1;
-  }
-  if (!adopted(SdpText(sdp), "sdpCreateDummy") || !areLineTexts({ip}, "sdpCreateDummy")) return 1;
-  const bool sdesOnly = isSDESonly(sdp);
-  if (sdesOnly) trace::invalidArgument("FRN4034: SRTP-only scenario with SDES only.");
-  const bool single = isSingleMLineSdp(sdp);
-  sdpRemoveSecureAttributes(sdp, "a=key-mgmt:");
-  const eIPAddressVersion version = cMsgIPAddress::getIPAddressVersion(ip);
-  if (const unsigned short status = closePorts(sdp, version, single || sdesOnly, port)) return status;
-  if (const unsigned short status = replaceAddresses(sdp, ip, oLineEnd, modifyOLine)) return status;
-  sdpRemoveICE(sdp);
-  const unsigned short result = setDirections(sdp, answer, holdFlag, third);
-  if (sdesOnly) {
-    if (const unsigned short status = replaceKeys(sdp)) return status;
-  }
-  length = static_cast<int>(SdpText(sdp).size());
-  if (result != 0) return result;
-  trace::progress("A dummy SDP message has been succesfully created.");
-  return 0;
+  sdpneg::SdpText text(sdp);
+  return sdpneg::createDummy(text, {answer, holdFlag, third}, ip, port, length, oLineEnd, modifyOLine);
 }
 
 unsigned short sdpModifications::sdpCreateDummy(char* sdp, bool answer, bool holdFlag, const char* ip,

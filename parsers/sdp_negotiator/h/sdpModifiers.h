@@ -368,8 +368,7 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// @param newSdpType BE_SRTP_1m_LINE or SECURITY_SRTP_ONLY; for another nothing is changed
   /// @param removed    record of removed m-lines, see `sdpRemoveMline`; or null
   /// @param oLineEnd   not changed, nor is the o-line
-  /// @return 0 when a medium became RTP/AVP; 1 when there is no memory for the m-lines or the text is refused;
-  ///         otherwise the codec's status for the text as it was
+  /// @return 0; 1 when the codec refuses the text or there is no memory for its description
   static unsigned short sdpChangeSdpType(char* sdp, eSecurityType oldSdpType, eSecurityType newSdpType,
                                          char* removed, unsigned short oLineEnd);
   /// @}
@@ -486,7 +485,7 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// rtpmap and fmtp lines; the text then gets the codec's form and its audio m-line 20 formats at most. Of payload
   /// types in these lines only the leading characters are compared: where 96 goes, so do the lines of 9. A video
   /// m-line of the new offer is answered with port 0, and added where the answer has none.
-  /// Takes the stack of three `sDescription`, some 1.7 MB; where one is larger than 1 MB they are allocated.
+  /// Takes the stack of two `sDescription`, some 1.1 MB; where one is larger than 1 MB they are allocated.
   /// @param sdpAnswer   edited in place; unchanged on failure
   /// @param oldSdpOffer a text of the same capacity, only read
   /// @param newSdpOffer a text of the same capacity, only read

@@ -1,25 +1,27 @@
+#include "sdpModifiers/bestEffortChange.h"
+
 #include <cstddef>
 #include <iterator>
-#include <new>
-#include <string>
+#include <span>
 #include <string_view>
-#include <vector>
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
+#include "sdpModifiers/codecText.h"
+#include "sdpModifiers/mediaRemoval.h"
+#include "sdpModifiers/mediaTransport.h"
 #include "sdpModifiers/removedMLines.h"
-#include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorParser/descriptionView.h"
 #include "sdpNegotiatorParser/withDescription.h"
 #include "trace.h"
 
-// From a best-effort offer with two m-lines per medium to one with one m-line, or to a secure-only one.
+namespace sdpneg {
 
 namespace {
 
-using namespace sdpneg;
-
-constexpr const char* kMedia[] = {"audio", "video", "application"};
+constexpr const char* kPlain = "RTP/AVP";
+constexpr const char* kSecure = "RTP/SAVP";
+constexpr std::string_view kMedia[] = {"audio", "video", "application"};
 
 /// The media whose plain and secure m-line have the same port.
 struct SamePorts {
@@ -31,12 +33,13 @@ struct SamePorts {
   bool any() const { return of[0] || of[1] || of[2]; }
 };
 
-SamePorts comparePorts(const std::vector<mDescription>& mLines) {
+SamePorts comparePorts(const sDescription& description) {
   SamePorts same;
-  for (std::size_t i = 0; i + 1 < mLines.size(); i += 2) {
-    const m_line& line = mLines[i].mLine;
+  const auto media = mediaOf(description);
+  for (std::size_t i = 0; i + 1 < media.size(); i += 2) {
+    const m_line& line = media[i].mLine;
     const char* const first = sdp_MgetPort(&line);
-    const char* const second = sdp_MgetPort(&mLines[i + 1].mLine);
+    const char* const second = sdp_MgetPort(&media[i + 1].mLine);
     if (viewOf(first) != viewOf(second) || viewOf(first) == "0") continue;
     trace::info("sdpChangeSrtpType() compare ports for media = %s port_1=%s,  port_2=%s", line.media, first,
                 second);
@@ -45,36 +48,32 @@ SamePorts comparePorts(const std::vector<mDescription>& mLines) {
   return same;
 }
 
-void traceText(const char* sdp) { trace::info("sdpChangeSrtpType() sdp_buffer = [%s] ", sdp); }
+void traceText(const SdpText& text) {
+  trace::info("sdpChangeSrtpType() sdp_buffer = [%s] ", text.view().data());
+}
 
 /// Makes the m-lines of the marked media plain; their crypto attributes stay.
-unsigned short makePlain(char* sdp, const SamePorts& same) {
-  std::vector<std::string> media;
-  try {
-    for (std::size_t i = 0; i < std::size(kMedia); ++i) {
-      if (same.of[i]) media.emplace_back(kMedia[i]);
-    }
-  } catch (const std::bad_alloc&) {
-    trace::error("sdpChangeSdpType(): There is no memory for a list of media.");
-    return 1;
+void makePlain(SdpText& text, const SamePorts& same) {
+  std::string_view media[std::size(kMedia)];
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < std::size(kMedia); ++i) {
+    if (same.of[i]) media[count++] = kMedia[i];
   }
-  return sdpModifications::sdpSetMediaTransportType(sdp, "RTP/SAVP", "RTP/AVP", media);
+  setMediaTransport(text, kSecure, kPlain, std::span(media).first(count));
 }
 
-unsigned short toOneMLine(char* sdp, char* removed, unsigned short oLineEnd,
-                          const std::vector<mDescription>& mLines, unsigned short decoded) {
-  const SamePorts same = comparePorts(mLines);
-  sdpModifications::sdpRemoveMline(sdp, removed, oLineEnd, "RTP/AVP", false);
+void toOneMLine(SdpText& text, char* removed, unsigned short oLineEnd, const SamePorts& same) {
+  removeMLines(text, removed, oLineEnd, kPlain, false);
   trace::info("sdpChangeSrtpType() sameAudioPorts =%d, sameVideoPorts=%d, sameApplicationPorts=%d ",
               same.of[0] ? 1 : 0, same.of[1] ? 1 : 0, same.of[2] ? 1 : 0);
-  if (!same.any()) return decoded;
-  traceText(sdp);
-  return makePlain(sdp, same);
+  if (!same.any()) return;
+  traceText(text);
+  makePlain(text, same);
 }
 
-void toSecureOnly(char* sdp, char* removed, unsigned short oLineEnd) {
-  sdpModifications::sdpRemoveMline(sdp, removed, oLineEnd, "RTP/AVP", false);
-  traceText(sdp);
+void toSecureOnly(SdpText& text, char* removed, unsigned short oLineEnd) {
+  removeMLines(text, removed, oLineEnd, kPlain, false);
+  traceText(text);
   const std::string_view codes = codesOf(removed);
   trace::info("sdpChangeSrtpType() mline = [%.*s] ", static_cast<int>(codes.size()),
               codes.empty() ? "" : codes.data());
@@ -82,23 +81,25 @@ void toSecureOnly(char* sdp, char* removed, unsigned short oLineEnd) {
 
 }  // namespace
 
+Refusal changeSrtpType(SdpText& text, eSecurityType oldType, eSecurityType newType, char* removed,
+                       unsigned short oLineEnd) {
+  trace::info("Entering sdpChangeSrtpType() method. oldSdpType=[%d] newSdpType=[%d]",
+              static_cast<int>(oldType), static_cast<int>(newType));
+  if (const Refusal refusal = refusalOfBuffer(text, "sdpChangeSdpType")) return refusal;
+  return withDescription([&](sDescription& description) {
+    const Refusal refusal = decode(description, text.view());
+    if (oldType != BE_SRTP_2m_LINE) return refusal;
+    if (newType == BE_SRTP_1m_LINE) toOneMLine(text, removed, oLineEnd, comparePorts(description));
+    if (newType == SECURITY_SRTP_ONLY) toSecureOnly(text, removed, oLineEnd);
+    return refusal;
+  });
+}
+
+}  // namespace sdpneg
+
 unsigned short sdpModifications::sdpChangeSdpType(char* sdp, eSecurityType oldSdpType,
                                                   eSecurityType newSdpType, char* removed,
                                                   unsigned short oLineEnd) {
-  trace::info("Entering sdpChangeSrtpType() method. oldSdpType=[%d] newSdpType=[%d]",
-              static_cast<int>(oldSdpType), static_cast<int>(newSdpType));
-  const SdpText text(sdp);
-  if (!adopted(text, "sdpChangeSdpType")) return 1;
-  return withDescription([&](sDescription& description) -> unsigned short {
-    const unsigned short decoded = getSdpsDescription(sdp, description);
-    std::vector<mDescription> mLines;
-    if (sdpParserMessage::getMLines(description, mLines) == 1) {
-      trace::error("Cannot retrieve the m-lines.");
-      return 1;
-    }
-    if (oldSdpType != BE_SRTP_2m_LINE) return decoded;
-    if (newSdpType == BE_SRTP_1m_LINE) return toOneMLine(sdp, removed, oLineEnd, mLines, decoded);
-    if (newSdpType == SECURITY_SRTP_ONLY) toSecureOnly(sdp, removed, oLineEnd);
-    return decoded;
-  });
+  sdpneg::SdpText text(sdp);
+  return sdpneg::statusOf(sdpneg::changeSrtpType(text, oldSdpType, newSdpType, removed, oLineEnd));
 }

@@ -1,13 +1,18 @@
+#include "sdpModifiers/answerUpdate.h"
+
 #include <algorithm>
 #include <bitset>
 #include <cstdint>
 #include <cstring>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpModifiers/codecText.h"
+#include "sdpModifiers/originLine.h"
+#include "sdpModifiers/ports.h"
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorParser/descriptionView.h"
 #include "sdpNegotiatorParser/withDescription.h"
@@ -16,11 +21,11 @@
 #include "trace.h"
 #include "vocabulary.h"
 
-// An answer follows a new offer that differs from the old one in its codecs only (RFC 3264 8).
+namespace sdpneg {
 
 namespace {
 
-using namespace sdpneg;
+constexpr const char* kOperation = "sdpUpdateSdp";
 
 /// Formats of an m-line that is rebuilt.
 constexpr int kFormatLimit = 20;
@@ -33,18 +38,13 @@ using CodecSet = std::bitset<256>;
 /// Formats of an m-line by their index.
 using FormatSet = std::bitset<SDP_FORMAT_CAPACITY>;
 
-unsigned short refuseFor(const char* reason) {
-  trace::error("%s", reason);
-  return 1;
-}
-
-unsigned short decodeOrRefuse(sDescription& description, const char* text, const char* refusal) {
-  char error[SDP_ERROR_TEXT_SIZE] = "";
-  unsigned short start = 0;
-  unsigned short end = 0;
-  if (sdp_decodeOpt_r(&description, text, SDP_TYPE_UNKNOWN, error, false, start, end) == 0) return 0;
-  refuseFor(refusal);
-  return refuseFor(error);
+/// @param which names the text in the trace
+Refusal decodeNamed(sDescription& description, const SdpText& text, const char* which) {
+  Refusal refusal = decode(description, text.view());
+  if (!refusal) return {};
+  tell({.reason = SDP_REFUSED_MALFORMED_ANSWER, .what = which});
+  refusal.reason = SDP_REFUSED_NOT_DECODED;
+  return refusal;
 }
 
 bool isActive(const mDescription& media) { return portOf(media) != 0; }
@@ -57,14 +57,14 @@ std::uint8_t codecOf(const mDescription& media, int format) {
   return sdpParserMessage::convertCodec(sdp_MgetFormat(&media.mLine, format), &media.aLine);
 }
 
-bool haveDifferentAddresses(const sDescription& a, const sDescription& b) {
-  const char* const first = sdp_CgetAddress(&a.cLine, 0);
-  const char* const second = sdp_CgetAddress(&b.cLine, 0);
-  return first != nullptr && second != nullptr && !equalNoCase(first, second);
-}
-
 std::string_view comparedPort(const mDescription& media) {
   return std::string_view(sdp_MgetPort(&media.mLine)).substr(0, kPortLength);
+}
+
+/// The address of the session; nothing without one.
+std::optional<std::string_view> sessionAddress(const sDescription& offer) {
+  const char* const address = sdp_CgetAddress(&offer.cLine, 0);
+  return address != nullptr ? std::optional<std::string_view>(address) : std::nullopt;
 }
 
 /// The port of the first active audio m-line; empty when there is none.
@@ -73,6 +73,27 @@ std::string_view firstAudioPort(const sDescription& offer) {
     if (isActiveAudio(media)) return comparedPort(media);
   }
   return {};
+}
+
+/// What counts of an old offer, whose description gives way to that of the new one.
+struct OldOffer {
+  bool hasAddress = false;
+  FixedText<SDP_ADDRESS_SIZE> address;
+  FixedText<kPortLength + 1> port;  ///< of the first active audio m-line
+};
+
+OldOffer lookAtOldOffer(const sDescription& description) {
+  OldOffer offer;
+  const auto address = sessionAddress(description);
+  offer.hasAddress = address.has_value();
+  offer.address.add(address.value_or(std::string_view()));
+  offer.port.add(firstAudioPort(description));
+  return offer;
+}
+
+bool haveDifferentAddresses(const OldOffer& oldOffer, const sDescription& newOffer) {
+  const auto address = sessionAddress(newOffer);
+  return oldOffer.hasAddress && address && !equalNoCase(oldOffer.address.view(), *address);
 }
 
 /// What counts of a new offer.
@@ -166,104 +187,110 @@ void dropFormats(m_line& line, const FormatSet& dropped) {
 }
 
 /// Writes the answer anew without the dropped formats.
-unsigned short rebuild(char* result, sDescription& answer, mDescription& audio, const FormatSet& dropped) {
-  if (!sdp_isComplete(&answer)) {
-    return refuseFor("sdpUpdateSdp(): The sdpAnswer holds more than can be written anew. Exiting.");
-  }
+Refusal rebuild(SdpText& text, sDescription& answer, mDescription& audio, const FormatSet& dropped) {
+  if (!sdp_isComplete(&answer)) return {.reason = SDP_REFUSED_ANSWER_NOT_HELD};
   dropAttributes(audio, dropped);
   dropFormats(audio.mLine, dropped);
-  SdpText text(result);
-  return statusOf(replaceByEncoded(text, answer, "sdpUpdateSdp", "new sdpAnswer"));
+  return replaceByEncoded(text, answer, kOperation, "new sdpAnswer");
 }
 
 /// Adds a rejected video m-line.
-unsigned short rejectVideo(char* result, const m_line& offered) {
+Refusal rejectVideo(SdpText& text, const m_line& offered) {
   const char* const format = sdp_MgetFormat(&offered, 0);
-  if (format == nullptr) {
-    return refuseFor("sdpUpdateSdp(): The video m-line of the newSdpOffer has no format. Exiting.");
-  }
-  SdpText text(result);
+  if (format == nullptr) return {.reason = SDP_REFUSED_VIDEO_WITHOUT_FORMAT};
   FixedText<256> line;
   line.add(missingLineEnd(text.view())).add("m=video 0 RTP/AVP ").add(format).add("\r\n");
-  if (text.append(line.view()) == Edit::done) return 0;
-  return refuseFor("sdpUpdateSdp(): The video m-line does not fit the SDP buffer. Exiting.");
+  return text.append(line.view()) == Edit::done ? Refusal() : refusalOfRoom(kOperation, "video m-line");
 }
 
-unsigned short answerVideo(char* result, const Answer& answer, const m_line& offered) {
-  if (!answer.hasVideo) return rejectVideo(result, offered);
-  return sdpModifications::sdpDisablePort(result, MEDIA_VIDEO, kIpVersionUnknown);
+Refusal answerVideo(SdpText& text, const Answer& answer, const m_line& offered) {
+  if (!answer.hasVideo) return rejectVideo(text, offered);
+  return setMediaPort(text, MEDIA_VIDEO, kIpVersionUnknown, sdpModifications::MEDIA_SECURITY_ANY, 0);
+}
+
+/// Why an answer cannot follow an offer.
+Refusal refusalOfAnswer(const std::optional<Answer>& answer, const Offer& offer) {
+  if (!answer) return {.reason = SDP_REFUSED_ANSWER_IS_SECURE};
+  if (!offer.codecs.test(answer->firstCodec)) return {.reason = SDP_REFUSED_ANSWER_CODEC_NOT_OFFERED};
+  if (answer->activeAudio > 1) return {.reason = SDP_REFUSED_ANSWER_WITH_MANY_AUDIO};
+  return {};
 }
 
 /// Applies to an answer's text what differs between two offers.
 /// @param concerned whether the new offer dropped a codec or has video
-unsigned short update(char* result, sDescription& answer, const sDescription& oldOffer,
-                      const sDescription& newOffer, bool& concerned) {
+Refusal update(SdpText& text, sDescription& answer, const OldOffer& oldOffer, const sDescription& newOffer,
+               bool& concerned) {
   if (haveDifferentAddresses(oldOffer, newOffer)) {
-    return refuseFor("Different IPs between the two Offers. Exiting");
+    return {.reason = SDP_REFUSED_OFFERS_DIFFER_IN_ADDRESS, .field = SDP_REFUSAL_FIELD_ADDRESS};
   }
   const Offer offer = lookAtOffer(newOffer);
-  if (!equalNoCase(firstAudioPort(oldOffer), offer.port)) {
-    return refuseFor("Different ports between the two Offers. Exiting.");
+  if (!equalNoCase(oldOffer.port.view(), offer.port)) {
+    return {.reason = SDP_REFUSED_OFFERS_DIFFER_IN_PORT, .field = SDP_REFUSAL_FIELD_PORT};
   }
-  if (offer.activeAudio > 1) {
-    return refuseFor("More than one active non-secure audio m lines found in new offer. Exiting.");
-  }
+  if (offer.activeAudio > 1) return {.reason = SDP_REFUSED_OFFER_WITH_MANY_AUDIO};
   const std::optional<Answer> own = lookAtAnswer(answer);
-  if (!own) return refuseFor("The sdpAnswer contains security. Cannot update the SDP.");
-  if (!offer.codecs.test(own->firstCodec)) {
-    return refuseFor("The first codec in the sdpAnswer is not present to the SDP Offer.");
-  }
-  if (own->activeAudio > 1) {
-    return refuseFor("More than one active non-secure audio m lines found in answer. Exiting.");
-  }
+  if (const Refusal refusal = refusalOfAnswer(own, offer)) return refusal;
   const FormatSet dropped = formatsBeyond(offer.codecs, *own->audio);
   concerned = dropped.any() || offer.video != nullptr;
-  if (dropped.any() && rebuild(result, answer, *own->audio, dropped) != 0) return 1;
-  return offer.video != nullptr ? answerVideo(result, *own, *offer.video) : 0;
+  if (dropped.any()) {
+    if (const Refusal refusal = rebuild(text, answer, *own->audio, dropped)) return refusal;
+  }
+  return offer.video != nullptr ? answerVideo(text, *own, *offer.video) : Refusal();
 }
 
-/// The texts of an update.
-struct Texts {
-  const char* answer;
-  const char* oldOffer;
-  const char* newOffer;
-};
-
-/// Decodes the texts and updates a copy of the answer.
-unsigned short updateCopy(char* result, const Texts& texts, bool& concerned) {
+/// Decodes the texts and updates the answer's. The offers are decoded one after the other into one description.
+Refusal decodeAndUpdate(SdpText& text, const SdpText& oldOffer, const SdpText& newOffer, bool& concerned) {
   return withDescription([&](sDescription& answer) {
-    return withDescription([&](sDescription& oldOffer) {
-      return withDescription([&](sDescription& newOffer) -> unsigned short {
-        if (decodeOrRefuse(answer, texts.answer, "The sdpAnswer is malformed, exiting.") != 0) return 1;
-        if (decodeOrRefuse(oldOffer, texts.oldOffer, "The oldSdpOffer is malformed, exiting.") != 0) return 1;
-        if (decodeOrRefuse(newOffer, texts.newOffer, "The newSdpOffer is malformed, exiting.") != 0) return 1;
-        return update(result, answer, oldOffer, newOffer, concerned);
-      });
+    return withDescription([&](sDescription& offer) -> Refusal {
+      if (const Refusal refusal = decodeNamed(answer, text, "sdpAnswer")) return refusal;
+      if (const Refusal refusal = decodeNamed(offer, oldOffer, "oldSdpOffer")) return refusal;
+      const OldOffer old = lookAtOldOffer(offer);
+      if (const Refusal refusal = decodeNamed(offer, newOffer, "newSdpOffer")) return refusal;
+      return update(text, answer, old, offer, concerned);
     });
   });
 }
 
+/// Updates an answer in place; what it is after a refusal does not count.
+Refusal updateInPlace(SdpText& text, const SdpText& oldOffer, const SdpText& newOffer,
+                      unsigned short& oLineEnd, bool modifyOLine) {
+  bool concerned = false;
+  if (const Refusal refusal = decodeAndUpdate(text, oldOffer, newOffer, concerned)) return refusal;
+  if (!concerned || !modifyOLine) return {};
+  const Refusal ofOrigin = renewOriginLine(text, nullptr, oLineEnd);
+  if (!ofOrigin) return {};
+  tell(ofOrigin);
+  return {.reason = SDP_REFUSED_ANSWER_O_LINE};
+}
+
 }  // namespace
+
+Refusal updateAnswer(SdpText& answer, const SdpText& oldOffer, const SdpText& newOffer,
+                     unsigned short& oLineEnd, bool modifyOLine) {
+  for (const SdpText* const text : {&std::as_const(answer), &oldOffer, &newOffer}) {
+    if (const Refusal refusal = refusalOfBuffer(*text, kOperation)) return refusal;
+  }
+  // The answer stays as it is until everything has been done.
+  char copy[MAX_SDP_PROTOCOL_DATA_SIZE];
+  copy[answer.view().copy(copy, sizeof copy - 1)] = '\0';
+  SdpText result(copy, std::min(sizeof copy, answer.size() + answer.room() + 1));
+  unsigned short newEnd = oLineEnd;
+  const Refusal refusal = updateInPlace(result, oldOffer, newOffer, newEnd, modifyOLine);
+  if (refusal) return refusal;
+  answer.replace({0, answer.size()}, result.view());
+  oLineEnd = newEnd;
+  trace::progress("Exiting sdpUpdateAnswer()");
+  return {};
+}
+
+}  // namespace sdpneg
 
 unsigned short sdpModifications::sdpUpdateSdp(char* sdpAnswer, char* oldSdpOffer, char* newSdpOffer,
                                               int& length, unsigned short& oLineEnd, bool modifyOLine) {
+  using namespace sdpneg;
   SdpText answer(sdpAnswer);
+  const unsigned short status =
+      statusOf(updateAnswer(answer, SdpText(oldSdpOffer), SdpText(newSdpOffer), oLineEnd, modifyOLine));
   length = static_cast<int>(answer.size());
-  for (const SdpText& text : {answer, SdpText(oldSdpOffer), SdpText(newSdpOffer)}) {
-    if (!adopted(text, "sdpUpdateSdp")) return 1;
-  }
-  // The answer stays as it is until everything has been done.
-  char result[MAX_SDP_PROTOCOL_DATA_SIZE];
-  result[answer.view().copy(result, sizeof result - 1)] = '\0';
-  bool concerned = false;
-  if (updateCopy(result, {sdpAnswer, oldSdpOffer, newSdpOffer}, concerned) != 0) return 1;
-  unsigned short newEnd = oLineEnd;
-  if (concerned && modifyOLine && sdpModifyOLine(result, nullptr, newEnd) != 0) {
-    return refuseFor("Failed to update the o-line in the sdpAnswer.");
-  }
-  answer.replace({0, answer.size()}, result);
-  oLineEnd = newEnd;
-  length = static_cast<int>(answer.size());
-  trace::progress("Exiting sdpUpdateAnswer()");
-  return 0;
+  return status;
 }

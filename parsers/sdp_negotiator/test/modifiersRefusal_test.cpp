@@ -1,10 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <ostream>
 #include <string>
 
-#include "modifiersTestSupport.h"
+#include "refusalTestSupport.h"
 #include "sdpModifiers.h"
 #include "sdpNegotiatorParser.h"
 #include "sdpRefusal.h"
@@ -14,31 +12,6 @@
 namespace {
 
 using M = sdpModifications;
-
-/// How a refusal shows in the trace: not at all, or as a line of that flag and level.
-struct Traced {
-  int flag = 0;
-  int level = 0;
-};
-
-constexpr Traced kNotTraced = {};
-constexpr Traced kError = {4, 3};
-constexpr Traced kInfo = {2, 2};
-constexpr Traced kProgress = {8, 4};
-constexpr Traced kInvalidArgument = {2, 3};
-
-struct Refused {
-  const char* name;
-  std::string before;
-  TextEdit edit;
-  eSdpRefusal reason;
-  eSdpRefusalKind kind;
-  Traced traced;
-  std::string text;
-  unsigned short status = 1;
-};
-
-void PrintTo(const Refused& refused, std::ostream* out) { *out << refused.name; }
 
 const std::string full = filledTo(kLongestBody, session + audio);
 const std::string noPort = "v=0\r\nm=audio\r\n";
@@ -115,36 +88,9 @@ TextEdit takeVideo(unsigned int size) {
 
 class RefusedEdit : public testing::TestWithParam<Refused> {};
 
-TEST_P(RefusedEdit, KeepsItsReasonAsItIsTraced) {
-  const Refused& refused = GetParam();
-  SdpBuffer buffer(refused.before);
-  const unsigned int earlier = sdpLastRefusal().number;
-  TraceCapture trace;
-  EXPECT_EQ(refused.edit(buffer.data()), refused.status);
-  const sSdpRefusal& last = sdpLastRefusal();
-  EXPECT_GT(last.number, earlier);
-  EXPECT_EQ(last.reason, refused.reason);
-  EXPECT_EQ(last.kind, refused.kind);
-  EXPECT_EQ(std::string(last.text), refused.text);
-  const auto shown = std::count_if(trace.lines().begin(), trace.lines().end(),
-                                   [&](const TraceLine& line) { return line.text == refused.text; });
-  EXPECT_EQ(shown, refused.traced.flag != 0 ? 1 : 0);
-  EXPECT_EQ(trace.count(refused.traced.flag, refused.traced.level, refused.text), shown);
-}
+TEST_P(RefusedEdit, KeepsItsReasonAsItIsTraced) { expectTracedReason(GetParam()); }
 
-TEST_P(RefusedEdit, KeepsItsReasonWithoutTracing) {
-  const Refused& refused = GetParam();
-  SdpBuffer buffer(refused.before);
-  const unsigned int earlier = sdpLastRefusal().number;
-  EXPECT_EQ(refused.edit(buffer.data()), refused.status);
-  EXPECT_GT(sdpLastRefusal().number, earlier);
-  EXPECT_EQ(sdpLastRefusal().reason, refused.reason);
-  EXPECT_EQ(std::string(sdpLastRefusal().text), refused.text);
-}
-
-const auto nameOfCase = [](const testing::TestParamInfo<Refused>& info) {
-  return std::string(info.param.name);
-};
+TEST_P(RefusedEdit, KeepsItsReasonWithoutTracing) { expectReason(GetParam()); }
 
 INSTANTIATE_TEST_SUITE_P(
     OfOriginLines, RefusedEdit,

@@ -264,6 +264,17 @@ constexpr Row kRows[] = {
     {SDP_REFUSED_NO_CODEC_LIST, SDP_REFUSAL_KIND_ARGUMENT, kNone, "There is no list of codecs."},
     {SDP_REFUSED_CRYPTO_NOT_READ, SDP_REFUSAL_KIND_BODY, kNone,
      "A crypto attribute has no tag, no suite or no line end."},
+    {SDP_REFUSED_NULL, SDP_REFUSAL_KIND_ARGUMENT, kNone,
+     "{operation}(): An argument is null or has no size."},
+    {SDP_REFUSED_NO_MEMORY_TO_STORE, SDP_REFUSAL_KIND_MEMORY, kNone,
+     "There is no memory to deflate the text."},
+    {SDP_REFUSED_NO_MEMORY_FOR_ARRAY, SDP_REFUSAL_KIND_MEMORY, kNone,
+     "There is no memory for an array to hand out."},
+    {SDP_REFUSED_STORED_NOT_DECODED, SDP_REFUSAL_KIND_BODY, kNone, "The codec cannot decode the stored SDP."},
+    {SDP_REFUSED_FEWER_M_LINES, SDP_REFUSAL_KIND_BODY, kNone, "The earlier SDP has fewer m-lines."},
+    {SDP_REFUSED_NO_VIDEO, SDP_REFUSAL_KIND_BODY, kNone, "No video m-line found that can be decoded."},
+    {SDP_REFUSED_NO_ALLOWED_VIDEO_CODEC, SDP_REFUSAL_KIND_BODY, trace::debug,
+     "No allowed codecs in media: leaving SDP unchanged and returning false"},
 };
 
 constexpr bool standsInOrder() {
@@ -322,6 +333,11 @@ int tell(const Refusal& refusal) {
   const Message message = messageOf(refusal);
   keep(refusal, row, message.view());
   return row.verb != kNone ? row.verb("%s", message.text()) : 0;
+}
+
+int mention(const Refusal& refusal) {
+  const Row& row = kRows[refusal.reason];
+  return row.verb != kNone ? row.verb("%s", messageOf(refusal).text()) : 0;
 }
 
 }  // namespace sdpneg

@@ -30,6 +30,20 @@ struct Refusal {
 /// @return what the trace call returned; 0 for a reason that is not traced
 int tell(const Refusal& refusal);
 
+/// Traces a refusal and leaves the thread's last one as it is: the work goes on, or another one was its reason.
+/// @return as `tell`
+int mention(const Refusal& refusal);
+
+/// How many refusals the thread has been told.
+inline unsigned int toldSoFar() { return sdpLastRefusal().number; }
+
+/// Tells a refusal that may follow from another: one that was told since says more, and stays the thread's last.
+/// @param before what `toldSoFar` was when the work began
+/// @return as `tell`
+inline int tellUnlessTold(const Refusal& refusal, unsigned int before) {
+  return toldSoFar() != before ? mention(refusal) : tell(refusal);
+}
+
 /// A copy of what a refusal names, for texts that are gone when it is told.
 /// @return at most 255 characters, kept until the thread keeps another text
 std::string_view keptForRefusal(std::string_view text);

@@ -13,7 +13,9 @@ namespace {
 /// What separates the words of these values.
 constexpr std::string_view separators = " \n";
 
-unsigned short refuse(const char* message) {
+/// Leaves a value that cannot be taken. The body is not refused for it, so this is an error line and no refusal.
+/// @return 1
+unsigned short leave(const char* message) {
   trace::error("%s", message);
   return 1;
 }
@@ -49,7 +51,7 @@ unsigned short sdpParserMessage::setCodecPtime(sSdpParsedData& data, const char*
   using namespace sdpneg;
   if (value == nullptr) return 0;
   const std::string_view text = value;
-  if (!isPtime(text)) return refuse("Invalid a=ptime:<attribute>");
+  if (!isPtime(text)) return leave("Invalid a=ptime:<attribute>");
   const std::size_t hyphen = text.find('-');
   data.packetizationPeriod[0] = numberOrZero<std::uint8_t>(text.substr(0, hyphen));
   if (hyphen != npos) data.packetizationPeriod[1] = numberOrZero<std::uint8_t>(text.substr(hyphen + 1));
@@ -65,21 +67,21 @@ unsigned short sdpParserMessage::setCodecMptime(unsigned char* periods, int noOf
   for (std::string_view word = words.next(); !word.empty(); word = words.next(), ++count) {
     if (word != "-") {
       period = mptimeOf(word);
-      if (!period) return refuse("a=mptime:<...> contains invalid values.");
+      if (!period) return leave("a=mptime:<...> contains invalid values.");
     } else if (!period) {
-      return refuse("a=mptime:<...> cannnot start with '-'.");
+      return leave("a=mptime:<...> cannnot start with '-'.");
     }
     if (periods != nullptr && count < MAX_SDP_NEGOTIATOR_AUDIO_CODECS) periods[count] = *period;
   }
   if (count == noOfFormats) return 0;
-  return refuse("a=mptime:<...> must have same no. of packetizations as m=<...> codecs");
+  return leave("a=mptime:<...> must have same no. of packetizations as m=<...> codecs");
 }
 
 unsigned short sdpParserMessage::setSilenceSuppression(sSdpParsedData& data, const char* value) {
   using namespace sdpneg;
   if (value == nullptr) return 0;
   const std::optional<std::uint8_t> state = featureStateOf(Words(value, separators).next());
-  if (!state) return refuse("Invalid a=silenceSupp:<attribute>...");
+  if (!state) return leave("Invalid a=silenceSupp:<attribute>...");
   data.silenceSuppression = *state;
   return 0;
 }

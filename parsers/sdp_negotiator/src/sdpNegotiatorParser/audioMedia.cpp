@@ -1,5 +1,5 @@
-#include "descriptionView.h"
 #include "mediaAddress.h"
+#include "refusal.h"
 #include "sdpNegotiatorParser.h"
 #include "vocabulary.h"
 
@@ -8,20 +8,19 @@ namespace {
 
 /// The first audio m-line in use. One that is not in use is taken when no other m-line follows it.
 /// @param chosen receives it, or null
-/// @return 0, or 1 for an invalid port up to it
-unsigned short chooseAudio(sDescription& description, int noOfMDs, mDescription*& chosen) {
+/// @return a refusal of a port up to it
+Refusal chooseAudio(sDescription& description, int noOfMDs, mDescription*& chosen) {
   chosen = nullptr;
   const auto media = mediaOf(description, noOfMDs);
   for (mDescription& each : media) {
     if (each.mLine.mediaType != MEDIA_AUDIO) continue;
     description.mediaKinds |= MEDIA_AUDIO;
-    const int port = portOf(each);
-    if (checkPort("audio", port) != 0) return 1;
-    if (port == 0 && &each != &media.back()) continue;
+    if (const Refusal refusal = checkPort("audio", description, each)) return refusal;
+    if (portOf(each) == 0 && &each != &media.back()) continue;
     chosen = &each;
-    return 0;
+    break;
   }
-  return 0;
+  return {};
 }
 
 void takeCodecs(sSdpParsedData& data, const mDescription& audio, unsigned int& count) {
@@ -92,9 +91,14 @@ class AudioAttributes {
 unsigned short sdpParserMessage::findFirstAudio(sSdpParsedData& data, sDescription& description,
                                                 unsigned int& count, int noOfMDs, unsigned char* periods) {
   mDescription* audio = nullptr;
-  if (sdpneg::chooseAudio(description, noOfMDs, audio) != 0) return 1;
+  if (const sdpneg::Refusal refusal = sdpneg::chooseAudio(description, noOfMDs, audio)) {
+    return sdpneg::refuse(refusal);
+  }
   if (audio == nullptr) return 0;
-  if (sdpneg::hasConnection(audio->cLine) && getIpAddr(data, audio->cLine) != 0) return 1;
+  if (sdpneg::hasConnection(audio->cLine)) {
+    const sdpneg::Refusal refusal = sdpneg::takeAddressOf(data, description, *audio);
+    if (refusal) return sdpneg::refuse(refusal);
+  }
   data.mediaType |= MEDIA_AUDIO;
   data.port = static_cast<std::uint32_t>(sdpneg::portOf(*audio));
   sdpneg::takeCodecs(data, *audio, count);

@@ -2,18 +2,14 @@
 
 #include <algorithm>
 
-#include "descriptionView.h"
 #include "sdpNegotiatorParser.h"
-#include "trace.h"
+#include "vocabulary.h"
 
-using namespace sdpneg;
+// Ports and addresses of chosen media.
 
 namespace sdpneg {
 
 namespace {
-
-constexpr int smallestPort = 1024;
-constexpr int largestPort = 65535;
 
 bool holdsAudio(const sDescription& description) {
   const auto media = mediaOf(description);
@@ -21,31 +17,49 @@ bool holdsAudio(const sDescription& description) {
                      [](const mDescription& each) { return each.mLine.mediaType == MEDIA_AUDIO; });
 }
 
-}  // namespace
-
-unsigned short checkPort(const char* kind, int port) {
-  if (port == 0 || (port >= smallestPort && port <= largestPort)) return 0;
-  trace::error("Invalid port number found in m=%s: %d", kind, port);
-  return 1;
+/// The section whose c-line gives a media description its address; 0 for the session.
+int sectionOfAddress(const sDescription& description, const mDescription& media) {
+  return (media.linePresence & SDP_HAS_C_LINE) != 0 ? sectionOf(description, media) : 0;
 }
 
-unsigned short addressWithoutAudio(sSdpParsedData& data, const sDescription& description,
-                                   const mDescription& media, const char* kind) {
-  if (holdsAudio(description) || !hasConnection(media.cLine)) return 0;
+}  // namespace
+
+Refusal checkPort(const char* kind, const sDescription& description, const mDescription& media) {
   const int port = portOf(media);
-  if (checkPort(kind, port) != 0) return 1;
-  data.port = static_cast<std::uint32_t>(port);
-  return sdpParserMessage::getIpAddr(data, media.cLine);
+  if (isMediaPort(port)) return {};
+  return {.reason = SDP_REFUSED_INVALID_PORT,
+          .what = kind,
+          .number = port,
+          .section = sectionOf(description, media),
+          .field = SDP_REFUSAL_FIELD_PORT};
+}
+
+Refusal takeAddress(sSdpParsedData& data, const c_line& line, int section) {
+  const char* const address = sdp_CgetAddress(&line, 0);
+  if (!cMsgIPAddress::isValid(address)) {
+    return {.reason = SDP_REFUSED_INVALID_ADDRESS,
+            .what = viewOf(address),
+            .section = section,
+            .field = SDP_REFUSAL_FIELD_ADDRESS};
+  }
+  data.address.setIPAddress(address);
+  return {};
+}
+
+Refusal takeAddressOf(sSdpParsedData& data, const sDescription& description, const mDescription& media) {
+  return takeAddress(data, media.cLine, sectionOfAddress(description, media));
+}
+
+Refusal addressWithoutAudio(sSdpParsedData& data, const sDescription& description, const mDescription& media,
+                            const char* kind) {
+  if (holdsAudio(description) || !hasConnection(media.cLine)) return {};
+  if (const Refusal refusal = checkPort(kind, description, media)) return refusal;
+  data.port = static_cast<std::uint32_t>(portOf(media));
+  return takeAddressOf(data, description, media);
 }
 
 }  // namespace sdpneg
 
 unsigned short sdpParserMessage::getIpAddr(sSdpParsedData& data, const c_line& line) {
-  const char* address = sdp_CgetAddress(&line, 0);
-  if (!cMsgIPAddress::isValid(address)) {
-    trace::error("Invalid ip address (%s) found in c-line", address != nullptr ? address : "");
-    return 1;
-  }
-  data.address.setIPAddress(address);
-  return 0;
+  return sdpneg::statusOf(sdpneg::takeAddress(data, line, 0));
 }

@@ -1,23 +1,36 @@
 #ifndef SDP_MEDIA_ADDRESS_H
 #define SDP_MEDIA_ADDRESS_H
 
+#include "descriptionView.h"
+#include "refusal.h"
 #include "sdpDataDefinitions.h"
-#include "sessionDescription.h"
 
 // Ports and addresses of chosen media.
 
 namespace sdpneg {
 
-/// Traces a port that a chosen m-line may not have: one other than 0 outside 1024 to 65535.
+/// The section of a media description, from 1.
+inline int sectionOf(const sDescription& description, const mDescription& media) {
+  return static_cast<int>(&media - description.media) + 1;
+}
+
+/// Refuses a port that a chosen m-line may not have: one other than 0 outside 1024 to 65535.
 /// @param kind the media kind's name in the m-line
-/// @return 0, or 1 for such a port
-unsigned short checkPort(const char* kind, int port);
+Refusal checkPort(const char* kind, const sDescription& description, const mDescription& media);
+
+/// Takes the first address of a c-line into a summary.
+/// @param section that the line stands in, 0 for the session
+/// @return a refusal when it is no valid address
+Refusal takeAddress(sSdpParsedData& data, const c_line& line, int section);
+
+/// The same of a chosen m-line, whose c-line may have been inherited.
+Refusal takeAddressOf(sSdpParsedData& data, const sDescription& description, const mDescription& media);
 
 /// Takes the port and address of a video or image m-line, when it has a c-line of its own or inherited and
 /// the body has no audio, which would keep both.
-/// @return 0, or 1 for an invalid port or address
-unsigned short addressWithoutAudio(sSdpParsedData& data, const sDescription& description,
-                                   const mDescription& media, const char* kind);
+/// @return a refusal of the port or address
+Refusal addressWithoutAudio(sSdpParsedData& data, const sDescription& description, const mDescription& media,
+                            const char* kind);
 
 }  // namespace sdpneg
 

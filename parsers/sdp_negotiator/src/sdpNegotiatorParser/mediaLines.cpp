@@ -60,8 +60,8 @@ eIPAddressVersion sdpParserMessage::getcLineIPVersion(const char* sdp) {
   const std::size_t line = sdpneg::findLine(session, "c=");
   if (line == sdpneg::npos) return sdpneg::kIpVersionUnknown;
   const std::string_view content = sdpneg::content(text, sdpneg::lineAt(text, line));
-  if (sdpneg::contains(content, "IP4")) return sdpneg::kIpVersion4;
-  return sdpneg::contains(content, "IP6") ? sdpneg::kIpVersion6 : sdpneg::kIpVersionUnknown;
+  if (sdpneg::contains(content, sdpneg::kIp4)) return sdpneg::kIpVersion4;
+  return sdpneg::contains(content, sdpneg::kIp6) ? sdpneg::kIpVersion6 : sdpneg::kIpVersionUnknown;
 }
 
 const char* sdpParserMessage::foundMyMline(const char* sdp, const char* prefix) {

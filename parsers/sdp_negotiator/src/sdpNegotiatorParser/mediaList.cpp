@@ -2,12 +2,13 @@
 #include <new>
 
 #include "descriptionView.h"
+#include "mediaList.h"
+#include "refusal.h"
 #include "sdpNegotiatorParser.h"
-#include "trace.h"
 #include "videoFormats.h"
 #include "vocabulary.h"
 
-using namespace sdpneg;
+// Lists of media, and what of the video goes into a summary.
 
 namespace sdpneg {
 namespace {
@@ -26,7 +27,7 @@ std::uint32_t flagsOf(const sDescription& description, const mDescription& media
   const char* type = sdp_CgetAddressType(&media.cLine, 0);
   if (type == nullptr) type = sdp_CgetAddressType(&description.cLine, 0);
   if (type == nullptr) return flags;
-  return flags | (viewOf(type) == "IP4" ? MEDIA_FLAG_ADDRESS_IP4 : MEDIA_FLAG_ADDRESS_OTHER);
+  return flags | (viewOf(type) == kIp4 ? MEDIA_FLAG_ADDRESS_IP4 : MEDIA_FLAG_ADDRESS_OTHER);
 }
 
 /// The entry of that label; null when there is none or the label is empty.
@@ -36,9 +37,22 @@ mediaStruct* labelled(std::vector<mediaStruct>& list, std::string_view label) {
   return label.empty() || entry == list.end() ? nullptr : &*entry;
 }
 
+std::string_view labelOf(const mDescription& media) {
+  return viewOf(sdp_AfindAttribute(&media.aLine, "label"));
+}
+
+/// The direction of the session's media that have none of their own.
+unsigned char sessionModeOf(const sDescription& description) {
+  return firstGiven(sdpParserMessage::getConnectionMode(&description.aLine), CONNECTION_MODE_SENDRECV);
+}
+
+unsigned char modeOf(const mDescription& media, unsigned char sessionMode) {
+  return firstGiven(sdpParserMessage::getConnectionMode(&media.aLine), sessionMode);
+}
+
 void addMedia(std::vector<mediaStruct>& list, const sDescription& description, const mDescription& media,
               unsigned char sessionMode) {
-  const std::string_view label = viewOf(sdp_AfindAttribute(&media.aLine, "label"));
+  const std::string_view label = labelOf(media);
   if (mediaStruct* known = labelled(list, label)) {
     known->flags |= flagsOf(description, media);
     return;
@@ -47,7 +61,7 @@ void addMedia(std::vector<mediaStruct>& list, const sDescription& description, c
   entry.mediaType = media.mLine.mediaType;
   entry.label = label;
   entry.flags = flagsOf(description, media);
-  entry.mode = firstGiven(sdpParserMessage::getConnectionMode(&media.aLine), sessionMode);
+  entry.mode = modeOf(media, sessionMode);
   entry.bandwidth = sdp_BgetBandwidthValue(&media.bLine);
   takeCodecs(entry, media);
 }
@@ -57,15 +71,41 @@ bool isListed(const mDescription& media) {
   return (kind == MEDIA_VIDEO || kind == MEDIA_APPLICATION) && portOf(media) != 0;
 }
 
+/// Whether a medium of the list shares the entry of one in front of it.
+bool sharesEntry(std::span<const mDescription> before, const mDescription& media) {
+  const std::string_view label = labelOf(media);
+  return !label.empty() && std::any_of(before.begin(), before.end(), [label](const mDescription& each) {
+    return isListed(each) && labelOf(each) == label;
+  });
+}
+
+void takeVideo(sSdpParsedData& data, const mDescription& video, unsigned char sessionMode) {
+  if (modeOf(video, sessionMode) == CONNECTION_MODE_RECVONLY) data.sdpAttributes |= SDP_ATTR_RECVONLY_VIDEO;
+  data.videoBandwidth = std::max(data.videoBandwidth, sdp_BgetBandwidthValue(&video.bLine));
+  for (int i = 0; i < sdp_MgetNoOfFormats(&video.mLine); ++i) {
+    const codecDetailStruct detail = detailOf(video, sdp_MgetFormat(&video.mLine, i));
+    if (detail.codec == kCodecH264) data.h264Profile = std::max(data.h264Profile, detail.profile);
+  }
+}
+
 /// Empties a list that there is no memory for.
 template <typename List>
 unsigned short withoutMemory(List& list) {
   list.clear();
-  trace::error("There is no memory for a list of media.");
-  return 1;
+  return refuse({.reason = SDP_REFUSED_NO_MEMORY_FOR_MEDIA});
 }
 
 }  // namespace
+
+void takeVideoList(sSdpParsedData& data, const sDescription& description) {
+  const auto media = mediaOf(description);
+  const unsigned char sessionMode = sessionModeOf(description);
+  for (std::size_t i = 0; i < media.size(); ++i) {
+    if (media[i].mLine.mediaType != MEDIA_VIDEO || !isListed(media[i])) continue;
+    if (!sharesEntry(media.first(i), media[i])) takeVideo(data, media[i], sessionMode);
+  }
+}
+
 }  // namespace sdpneg
 
 unsigned char sdpParserMessage::getConnectionMode(const a_line* attributes) {
@@ -78,8 +118,7 @@ unsigned char sdpParserMessage::getConnectionMode(const a_line* attributes) {
 }
 
 unsigned short sdpParserMessage::getMedia(const sDescription& description, std::vector<mediaStruct>& media) {
-  const unsigned char sessionMode =
-      sdpneg::firstGiven(getConnectionMode(&description.aLine), CONNECTION_MODE_SENDRECV);
+  const unsigned char sessionMode = sdpneg::sessionModeOf(description);
   media.clear();
   try {
     for (const mDescription& each : sdpneg::mediaOf(description)) {

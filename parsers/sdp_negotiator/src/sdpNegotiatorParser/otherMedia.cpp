@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "descriptionView.h"
 #include "mediaAddress.h"
+#include "refusal.h"
 #include "sdpNegotiatorParser.h"
 #include "vocabulary.h"
 
@@ -70,7 +70,7 @@ unsigned short sdpParserMessage::findFirstVideo(sSdpParsedData& data, sDescripti
   data.mediaType |= MEDIA_VIDEO;
   if (data.port == 0) data.mediaType &= ~static_cast<std::uint32_t>(MEDIA_AUDIO);
   if (data.videoMode == CONNECTION_MODE_RECVONLY) data.sdpAttributes |= SDP_ATTR_RECVONLY_VIDEO;
-  return sdpneg::addressWithoutAudio(data, description, *video, "video");
+  return sdpneg::statusOf(sdpneg::addressWithoutAudio(data, description, *video, "video"));
 }
 
 unsigned short sdpParserMessage::findFirstMsg(sSdpParsedData& data, sDescription& description, int noOfMDs) {
@@ -88,7 +88,7 @@ unsigned short sdpParserMessage::findFirstImage(sSdpParsedData& data, sDescripti
   description.mediaKinds |= MEDIA_IMAGE;
   data.mediaType |= MEDIA_IMAGE;
   sdpneg::takeT38(data, *image);
-  return sdpneg::addressWithoutAudio(data, description, *image, "image");
+  return sdpneg::statusOf(sdpneg::addressWithoutAudio(data, description, *image, "image"));
 }
 
 unsigned short sdpParserMessage::findApplication(sSdpParsedData& data, sDescription& description,

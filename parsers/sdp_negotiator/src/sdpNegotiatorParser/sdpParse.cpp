@@ -1,38 +1,52 @@
 #include <algorithm>
 #include <iterator>
 
-#include "descriptionView.h"
+#include "mediaAddress.h"
+#include "mediaList.h"
+#include "refusal.h"
 #include "sdpNegotiatorParser.h"
 #include "trace.h"
 #include "vocabulary.h"
 #include "withDescription.h"
 
-using namespace sdpneg;
+// The parse: from a text to its description, and from that to a summary, step by step.
 
 namespace sdpneg {
 namespace {
 
 constexpr std::int16_t gainWithoutMedia = 4;
 
+/// The number that stands behind a word of a codec's message; 0 where it is worded otherwise.
+int numberBehind(std::string_view message, std::string_view word) {
+  const std::size_t at = message.find(word);
+  return at == npos ? 0 : numberOrZero<int>(message.substr(at + word.size()));
+}
+
+/// @return the codec's status
 unsigned short decode(sDescription& description, const char* sdp, eSdpType type, sSdpParsedData& data) {
   char error[SDP_ERROR_TEXT_SIZE];
   const unsigned short status =
       sdp_decodeOpt_r(&description, sdp, type, error, false, data.oLineStart, data.oLineEnd);
   if (status != 0) {
-    trace::error("%s", error);
+    const std::string_view message = error;
+    const std::string_view place = message.substr(0, message.find(':'));
+    tell({.reason = SDP_REFUSED_NOT_DECODED,
+          .what = message,
+          .line = numberBehind(place, "line "),
+          .column = numberBehind(place, "column ")});
   } else if (!sdp_isComplete(&description)) {
     trace::info("The SDP was not decoded completely: some of it was left out.");
   }
   return status;
 }
 
-/// Whether an address is of the type that stands before it; types other than "IP4" and "IP6" have any.
+/// Whether an address is of the type that stands before it; types other than these two have any.
 bool isOfItsType(const c_line& line) {
   const char* type = sdp_CgetAddressType(&line, 0);
   const char* address = sdp_CgetAddress(&line, 0);
   if (type == nullptr || address == nullptr) return true;
-  if (equalNoCase(type, "IP4")) return cMsgIPAddress::isIPv4(address);
-  return !equalNoCase(type, "IP6") || cMsgIPAddress::isIPv6(address);
+  if (equalNoCase(type, kIp4)) return cMsgIPAddress::isIPv4(address);
+  return !equalNoCase(type, kIp6) || cMsgIPAddress::isIPv6(address);
 }
 
 void takeSession(sSdpParsedData& data, const sDescription& description, const char* sdp) {
@@ -48,11 +62,13 @@ void takeSession(sSdpParsedData& data, const sDescription& description, const ch
 }
 
 /// A body without m-lines names at most the address of its session; one that is invalid is traced only.
-unsigned short finishWithoutMedia(sSdpParsedData& data, const sDescription& description) {
-  if (hasConnection(description.cLine)) sdpParserMessage::getIpAddr(data, description.cLine);
+void finishWithoutMedia(sSdpParsedData& data, const sDescription& description) {
+  if (hasConnection(description.cLine)) {
+    const Refusal refusal = takeAddress(data, description.cLine, 0);
+    if (refusal) mention(refusal);
+  }
   data.gainControl = gainWithoutMedia;
   trace::progress("The gain control value is set to: %d", data.gainControl);
-  return 0;
 }
 
 /// Telephone events of any media count as an audio codec. In a full list they take the last place.
@@ -76,6 +92,7 @@ unsigned short takeOtherMedia(sSdpParsedData& data, sDescription& description, i
 }
 
 /// The audio codecs and the media that follow them, in the order in which they overwrite each other.
+/// @return 1 for a port or address that is refused
 unsigned short takeMedia(sSdpParsedData& data, sDescription& description, const char* sdp, int noOfMDs) {
   sdpParserMessage::containsSecureMedia(data, description, noOfMDs);
   unsigned int count = 0;
@@ -89,23 +106,6 @@ unsigned short takeMedia(sSdpParsedData& data, sDescription& description, const 
   return 0;
 }
 
-void takeVideo(sSdpParsedData& data, const mediaStruct& video) {
-  if (video.mode == CONNECTION_MODE_RECVONLY) data.sdpAttributes |= SDP_ATTR_RECVONLY_VIDEO;
-  data.videoBandwidth = std::max(data.videoBandwidth, video.bandwidth);
-  for (const codecDetailStruct& detail : video.codecs) {
-    if (detail.codec == kCodecH264) data.h264Profile = std::max(data.h264Profile, detail.profile);
-  }
-}
-
-unsigned short takeVideoList(sSdpParsedData& data, const sDescription& description) {
-  std::vector<mediaStruct> media;
-  const unsigned short status = sdpParserMessage::getMedia(description, media);
-  for (const mediaStruct& each : media) {
-    if (each.mediaType == MEDIA_VIDEO) takeVideo(data, each);
-  }
-  return status;
-}
-
 /// Media that indicate no version have the session's.
 void takeIPVersion(sSdpParsedData& data, const sDescription& description) {
   const unsigned int version = sdpParserMessage::checkMediaStreamsForIPIndication(description);
@@ -115,24 +115,30 @@ void takeIPVersion(sSdpParsedData& data, const sDescription& description) {
   if (isIPv6) data.sdpAttributes |= SDP_ATTR_IPV6;
 }
 
+/// Whether the session's address and the number of m-lines let a body be analysed.
+Refusal checkDescription(const sDescription& description) {
+  if (!isOfItsType(description.cLine)) {
+    return {.reason = SDP_REFUSED_SESSION_ADDRESS_TYPE, .field = SDP_REFUSAL_FIELD_ADDRESS_TYPE};
+  }
+  constexpr int kMost = MAX_SDP_NEGOTIATOR_MEDIA_DESCRIPTIONS;
+  if (sdp_getNoOfMDs(&description) <= kMost) return {};
+  return {.reason = SDP_REFUSED_TOO_MANY_M_LINES, .limit = kMost, .section = kMost + 1};
+}
+
 unsigned short analyse(sSdpParsedData& data, sDescription& description, const char* sdp) {
   sdpParserMessage::sdpPreProcessDescription(description);
   takeSession(data, description, sdp);
-  if (!isOfItsType(description.cLine)) {
-    trace::error("The c-line is malformed. There is no correspondance between IP address and IP type.");
-    return 1;
-  }
+  if (const Refusal refusal = checkDescription(description)) return refuse(refusal);
   const int noOfMDs = sdp_getNoOfMDs(&description);
-  if (noOfMDs == 0) return finishWithoutMedia(data, description);
-  if (noOfMDs > MAX_SDP_NEGOTIATOR_MEDIA_DESCRIPTIONS) {
-    trace::error("The noOfMDs > %d; data corrupted!", MAX_SDP_NEGOTIATOR_MEDIA_DESCRIPTIONS);
-    return 1;
+  if (noOfMDs == 0) {
+    finishWithoutMedia(data, description);
+    return 0;
   }
   if (takeMedia(data, description, sdp, noOfMDs) != 0) return 1;
-  const unsigned short status = takeVideoList(data, description);
+  takeVideoList(data, description);
   takeIPVersion(data, description);
   trace::progress("Exiting sdpParse() method");
-  return status;
+  return 0;
 }
 
 }  // namespace

@@ -26,7 +26,8 @@ inline constexpr unsigned short SDP_M_LINES_NOT_ADDED = 3;
 ///
 /// Status results are 0 for success and 1 for failure unless an operation says otherwise. Texts end in NUL;
 /// a null text counts as an empty one unless an operation says otherwise. Operations report through
-/// `cNegotTraceManager`, and none throws.
+/// `cNegotTraceManager`, and none throws. Why a request was refused is told by `sdpLastRefusal` (sdpRefusal.h) as well,
+/// also of those that are not traced.
 ///
 /// Threads: distinct objects may be used on different threads at once; calls on one object are serialised by
 /// the caller. Operations that need the text want 20480 characters of stack, and those that decode it the
@@ -267,7 +268,7 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   static const char* getVideoCodecText(unsigned char value);
   /// @}
 
-  /// @name Texts from values (sdpNegotiator/creation.cpp)
+  /// @name Texts from values (sdpNegotiator/generation.cpp)
   /// @{
 
   /// Writes a body from the object's own summary, as `sdpModifications::sdpEncoder`.
@@ -352,7 +353,7 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short sdpIncVersion();
   /// @}
 
-  /// @name Audio codec policy (sdpNegotiator/codecPolicy.cpp)
+  /// @name Audio codec policy (sdpNegotiator/codecLists.cpp)
   ///
   /// Codec lists end at their first 0, or with their count. A restriction parses the new text; the others leave the
   /// summary but for the slots as the last parse had it, the o-line's place too.
@@ -372,10 +373,10 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short sdpReorderAudioCodecPreference(const unsigned char* codecs, int count);
   /// @}
 
-  /// @name Video (sdpNegotiator/video.cpp, videoCodecPolicy.cpp)
+  /// @name Video (sdpNegotiator/videoSections.cpp, videoCodecs.cpp)
   ///
-  /// The object is unchanged after a failure, also when the new text cannot be stored. All but `sdpModifyTransportTypes`
-  /// store the text and leave the summary as it is.
+  /// The object is unchanged after a failure, also when the new text cannot be stored. They store the text
+  /// and leave the summary as it is.
   /// @{
 
   /// Puts media sections in the place of the video section: each in turn, so that the last one remains. That is exact
@@ -398,9 +399,6 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @return 1 when every video section has an allowed codec; 0 with the object unchanged when one has none, there is no
   ///         video section, or the new text cannot be stored
   unsigned short sdpRestrictVideoCodecsTo(const unsigned char* allowed, int count);
-  /// `sdpModifications::sdpSetMediaTransportType` on the text, for all media that it has; then it is parsed again. A
-  /// text that does not parse or cannot be stored leaves the object empty (`sdpParse`).
-  void sdpModifyTransportTypes(const char* fromTransport, const char* toTransport);
   /// @}
 
   /// @name Security (sdpNegotiator/security.cpp)
@@ -415,8 +413,6 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   eSecurityType getSdpSecurityType() const;
   /// @return whether the text contains "a=setup" or "a=fingerprint" (RFC 5763)
   bool isDTLSPresent() const;
-  /// @return whether the text contains "a=curr:", "a=des:" or "a=conf:" (RFC 3312)
-  bool sdpPreconditionsExist() const;
   /// Removes media or their keys, by what the other side does not support: plain RTP media; or, of MIKEY (RFC 4567)
   /// and SDES (RFC 4568), the attributes when the body has both, and else all secure media; or all secure media for
   /// another value. Of MIKEY the summary tells (`isMikeyPresent`), of SDES the text.
@@ -432,20 +428,12 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// Removes the lines of SDES, "a=crypto" (RFC 4568).
   /// @return as `sdpRemoveMikeyAttribute`
   unsigned short sdpDisableSDESCryptoMedia();
-  /// `sdpModifications::sdpRemoveAnat` on a text with an ANAT group (RFC 4091): removes the media of an address
-  /// version.
-  /// @param version 2 IPv4, 10 IPv6
-  /// @param removed receives the record of the removed m-lines; its first 26 bytes are cleared first. Nothing is
-  ///                recorded in null.
-  /// @param flag    changes the o-line when m-lines were recorded
-  /// @return the result of a trace call, which says nothing of the request: 0 while tracing is off
-  unsigned short sdpRemoveANAT(eIPAddressVersion version, char* removed, bool flag);
   /// `sdpModifications::sdpRemoveDTLSAttributes` on the text.
   /// @return 0, whatever the parse says; 1 without such attributes or when the text cannot be expanded
   unsigned short sdpRemoveDTLSAttributes();
   /// @}
 
-  /// @name Best-effort SRTP (sdpNegotiator/bestEffort.cpp)
+  /// @name Best-effort SRTP (sdpNegotiator/bestEffort.cpp, plainAndSecure.cpp)
   /// @{
 
   /// Tells the form in which the body offers secure media without insisting on them: one m-line per medium with
@@ -464,9 +452,11 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short sdpChangeSdpType(eSecurityType from, eSecurityType to, char* removed);
   /// @return whether the body has exactly one m-line, by `sdpModifications::isSingleMLineSdp`
   bool isSingleLineSDP() const;
-  /// `sdpModifications::sdpRemoveMlinesZeroPort` on the text. The object is unchanged when that fails; a text that
-  /// does not parse then leaves it empty.
-  void sdpRemoveMlinesZeroPort();
+  /// `sdpModifications::sdpBuild2mLineSDP` on the text. The edit's status does not count: a text that it refuses is
+  /// parsed as it is.
+  /// @return 0; 1 for an empty object or a text that cannot be expanded, the object unchanged; or the status of the
+  ///         parse, the object empty
+  unsigned short sdpBuild2mLineSDP();
   /// @}
 
   /// @name Offer versions (sdpNegotiator/offerVersion.cpp)
@@ -491,7 +481,8 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short sdpModifyVersionAndMlines(cSdpNegotiator* earlier, bool keepOnly);
   /// @}
 
-  /// @name Media requests (sdpNegotiator/mediaRequests.cpp)
+  /// @name Media requests (sdpNegotiator/connectionMode.cpp, mediaAttributes.cpp, connectionLines.cpp, ports.cpp,
+  ///       videoDisabling.cpp)
   ///
   /// Each changes the text and parses it again. The result is the first status that is not 0, unless an operation
   /// says otherwise: 1 for an empty object or a text that cannot be expanded, the edit's own (`sdpModifications`),
@@ -521,19 +512,16 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short sdpRemoveAllVideoMedia();
   /// `sdpModifications::sdpRemoveVideoMedia` on the text: port 0 for video.
   unsigned short sdpRemoveVideoMedia();
-  /// `sdpModifications::sdpBuild2mLineSDP` on the text. The edit's status does not count: a text that it refuses is
-  /// parsed as it is.
-  unsigned short sdpBuild2mLineSDP();
   /// @}
 
-  /// @name Requests for sets of m-lines (sdpNegotiator/mediaSetRequests.cpp)
+  /// @name Transports (sdpNegotiator/transports.cpp)
   ///
-  /// Each changes the text and parses it again; a text that does not parse leaves the object empty.
+  /// The text is changed and parsed again; one that does not parse or cannot be stored leaves the object empty
+  /// (`sdpParse`).
   /// @{
 
-  /// `sdpModifications::sdpRemoveDualStackIce` on the text.
-  /// @return 0, also when nothing was removed, the object unchanged; or the status of the parse
-  unsigned short sdpRemoveDualStackIce();
+  /// `sdpModifications::sdpSetMediaTransportType` on the text, for all media that it has.
+  void sdpModifyTransportTypes(const char* fromTransport, const char* toTransport);
   /// `sdpModifications::sdpReplaceTransProtocol` on the text: puts dummy m-lines back for the secure ones that were
   /// removed.
   /// @param removed the record of the removed m-lines, at most 25 codes
@@ -541,6 +529,21 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @return 0; 1 when the text cannot be expanded; the status of the parse; for null the result of a trace call: 0
   ///         while tracing is off, and nothing is changed
   unsigned short sdpReplaceTransportProtocol(char* removed, bool flag);
+  /// @}
+
+  /// @name ANAT (sdpNegotiator/anat.cpp)
+  ///
+  /// The text is changed and parsed again; one that does not parse or cannot be stored leaves the object empty.
+  /// @{
+
+  /// `sdpModifications::sdpRemoveAnat` on a text with an ANAT group (RFC 4091): removes the media of an address
+  /// version.
+  /// @param version 2 IPv4, 10 IPv6
+  /// @param removed receives the record of the removed m-lines; its first 26 bytes are cleared first. Nothing is
+  ///                recorded in null.
+  /// @param flag    changes the o-line when m-lines were recorded
+  /// @return the result of a trace call, which says nothing of the request: 0 while tracing is off
+  unsigned short sdpRemoveANAT(eIPAddressVersion version, char* removed, bool flag);
   /// `sdpModifications::sdpReInsertAnat` on the text: puts dummy m-lines back for those that `sdpRemoveANAT` removed,
   /// and groups all (RFC 4091).
   /// @param removed the record of the removed m-lines, at most 25 codes
@@ -549,27 +552,26 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short sdpReInsertANAT(char* removed, bool flag);
   /// @}
 
-  /// @name Answer update (sdpNegotiator/answerUpdateRequest.cpp)
+  /// @name ICE (sdpNegotiator/ice.cpp)
   /// @{
 
-  /// `sdpModifications::sdpUpdateSdp` on the text, which is an answer: brings it up to date with a new offer.
-  /// Takes the stack of three texts besides that of the edit.
-  /// @param offer  the offer that was answered
-  /// @param answer the new offer
-  /// @return 0; 1 for null, an empty object, a text that cannot be expanded, or when the edit refuses, the object
-  ///         unchanged; or the status of the parse, the object empty
-  unsigned short sdpUpdateAnswer(const cSdpNegotiator* offer, const cSdpNegotiator* answer);
-  /// @}
-
-  /// @name Attribute requests (sdpNegotiator/attributeRequests.cpp)
-  ///
-  /// They store the text and leave the summary but for what is said. The object is unchanged when the text cannot be
-  /// stored.
-  /// @{
-
-  /// `sdpModifications::sdpRemoveICE` on the text; clears SDP_ATTR_ICE_LITE and SDP_ATTR_FULL_ICE.
+  /// `sdpModifications::sdpRemoveICE` on the text, which is stored; of the summary SDP_ATTR_ICE_LITE and
+  /// SDP_ATTR_FULL_ICE are cleared. The object is unchanged when the text cannot be stored.
   /// @return 1 when neither is set, else 0, also when the text could not be read or stored
   unsigned short sdpRemoveIce();
+  /// `sdpModifications::sdpRemoveDualStackIce` on the text, which is parsed again; one that does not parse leaves the
+  /// object empty.
+  /// @return 0, also when nothing was removed, the object unchanged; or the status of the parse
+  unsigned short sdpRemoveDualStackIce();
+  /// @}
+
+  /// @name Preconditions (sdpNegotiator/preconditions.cpp)
+  ///
+  /// The requests store the text and leave the summary. The object is unchanged when the text cannot be stored.
+  /// @{
+
+  /// @return whether the text contains "a=curr:", "a=des:" or "a=conf:" (RFC 3312)
+  bool sdpPreconditionsExist() const;
   /// `sdpModifications::sdpDelPreconditions` on the text.
   /// @return 0; 1 for an empty object or a text that cannot be expanded; 2 when the text cannot be stored
   unsigned short sdpDelPrecondions();
@@ -581,7 +583,27 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short sdpInsertPrecondions(int a, int b, const sSdpPrecondions* preconditions);
   /// @}
 
-  /// @name Dummy bodies (sdpNegotiator/dummyRequests.cpp)
+  /// @name M-lines of port 0 (sdpNegotiator/zeroPorts.cpp)
+  /// @{
+
+  /// `sdpModifications::sdpRemoveMlinesZeroPort` on the text. The object is unchanged when that fails; a text that
+  /// does not parse then leaves it empty.
+  void sdpRemoveMlinesZeroPort();
+  /// @}
+
+  /// @name Answer update (sdpNegotiator/answerUpdate.cpp)
+  /// @{
+
+  /// `sdpModifications::sdpUpdateSdp` on the text, which is an answer: brings it up to date with a new offer.
+  /// Takes the stack of three texts besides that of the edit.
+  /// @param offer  the offer that was answered
+  /// @param answer the new offer
+  /// @return 0; 1 for null, an empty object, a text that cannot be expanded, or when the edit refuses, the object
+  ///         unchanged; or the status of the parse, the object empty
+  unsigned short sdpUpdateAnswer(const cSdpNegotiator* offer, const cSdpNegotiator* answer);
+  /// @}
+
+  /// @name Dummy bodies (sdpNegotiator/dummy.cpp)
   /// @{
 
   /// Replaces the body by an offer that stands for one to come: a secure audio m-line on the loopback address. A body
@@ -616,7 +638,7 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   unsigned short createDummyAck(bool holdFlag, const char* ip, unsigned short port, const char* codecNames);
   /// @}
 
-  /// @name Video limit (sdpNegotiator/videoLimit.cpp)
+  /// @name Video limit (sdpNegotiator/videoLimits.cpp)
   /// @{
 
   /// Lowers the bandwidth of video b-lines and the level of H.264 formats, each when it is below what the summary
@@ -629,11 +651,6 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @}
 
  private:
-  void reset();
-  void replaceAudioCodecs(const unsigned char* codecs, int count);
-  void applyCodecOrder(const unsigned char* order, int count);
-  unsigned short replaceOriginLine(const char* line);
-
   // Two members and nothing between them: these bytes are also what travels when an object is transferred.
   sSdpParsedData parsedData;  ///< its `storedSdpLength` tells the form of `rawSdp`
   char rawSdp[SDP_STORED_TEXT_SIZE];

@@ -100,4 +100,11 @@ inline std::string incompressibleBody(std::size_t length) {
   return body;
 }
 
+/// An object whose deflated text is damaged.
+inline cSdpNegotiator damagedObject() {
+  Record damaged(parsedObject(paddedTo(3000)));
+  damaged.raw[20] = static_cast<char>(damaged.raw[20] ^ 0x55);
+  return damaged.object();
+}
+
 #endif

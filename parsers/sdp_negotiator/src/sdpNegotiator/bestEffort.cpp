@@ -3,7 +3,6 @@
 
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
-#include "sdpNegotiator/removedRecord.h"
 #include "sdpNegotiator/request.h"
 #include "trace.h"
 
@@ -24,7 +23,11 @@ eSecurityType cSdpNegotiator::getSdpBestEffortSrtpType() const {
   const eSecurityType security = getSdpSecurityType();
   std::vector<mDescription> mLines;
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
-  if (getSDP(text, sizeof text) == 0 && M::getMLines(text, mLines) == 1) return SRTP_UKNOWN;
+  const unsigned int before = toldSoFar();
+  if (getSDP(text, sizeof text) == 0 && M::getMLines(text, mLines) == 1) {
+    tellUnlessTold({.reason = SDP_REFUSED_STORED_NOT_DECODED}, before);
+    return SRTP_UKNOWN;
+  }
   switch (security) {
     case SECURITY_RTP_ONLY:
       return M::is1mLineBeSrtp(std::move(mLines)) == BE_SRTP_1m_LINE ? BE_SRTP_1m_LINE : SECURITY_RTP_ONLY;
@@ -39,22 +42,16 @@ eSecurityType cSdpNegotiator::getSdpBestEffortSrtpType() const {
 
 unsigned short cSdpNegotiator::sdpChangeSdpType(eSecurityType from, eSecurityType to, char* removed) {
   trace::info("Entering sdpChangeSrtpType()");
-  sdpneg::clearRecord(removed, kTypeChangeRecordSize);
+  clearRecord(removed, kTypeChangeRecordSize);
   unsigned short status = 1;
-  sdpneg::editWithOLineAndParse(*this, [&](char* text, unsigned short& oLineEnd) {
+  editWithOLineAndParse(*this, [&](char* text, unsigned short& oLineEnd) {
     status = M::sdpChangeSdpType(text, from, to, removed, oLineEnd);
   });
   return status;
 }
 
 bool cSdpNegotiator::isSingleLineSDP() const {
-  trace::error("Entering isSingleLineSDP.");
+  trace::error("Entering isSingleLineSDP.");  // an error by its pair of numbers alone
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
   return getSDP(text, sizeof text) == 0 && M::isSingleMLineSdp(text);
-}
-
-void cSdpNegotiator::sdpRemoveMlinesZeroPort() {
-  trace::debug("sdpRemoveMlinesZeroPort():Request to remove zero port m-lines");
-  sdpneg::editAndParse(*this, M::sdpRemoveMlinesZeroPort);
-  trace::debug("Exiting sdpRemoveMlinesZeroPort()");
 }

@@ -1,6 +1,8 @@
 #include "codecLookup.h"
 #include "sdpNegotiator.h"
 
+// Codec values and their names.
+
 using sdpneg::codecName;
 using sdpneg::codecValue;
 

@@ -1,8 +1,11 @@
 #include <string_view>
 
+#include "refusal.h"
 #include "sdpNegotiator.h"
 #include "text/search.h"
 #include "trace.h"
+
+// Whether two bodies are the same but for their o-lines.
 
 using namespace sdpneg;
 
@@ -20,13 +23,12 @@ std::string_view bodyOf(std::string_view text) {
 
 unsigned short cSdpNegotiator::compareSdpByBody(const char* sdp) const {
   if (sdp == nullptr || !isSdpPresent()) {
-    trace::error("Empty Buffer! Exiting...");
-    return 1;
+    return refuse({.reason = SDP_REFUSED_NO_TEXT_TO_COMPARE});
   }
   char text[MAX_SDP_PROTOCOL_DATA_SIZE + 1];
   getSDP(text, sizeof text);
-  const std::string_view own = sdpneg::bodyOf(text);
-  const std::string_view given = sdpneg::bodyOf(sdp);
+  const std::string_view own = bodyOf(text);
+  const std::string_view given = bodyOf(sdp);
   if (own.empty() || given.empty()) return 1;
   if (own == given) {
     trace::progress("The SDP messages are same.");
@@ -37,10 +39,7 @@ unsigned short cSdpNegotiator::compareSdpByBody(const char* sdp) const {
 }
 
 unsigned short cSdpNegotiator::compareSdpByBody(const cSdpNegotiator* other) const {
-  if (other == nullptr) {
-    trace::error("The SDP buffer is NULL.");
-    return 1;
-  }
+  if (other == nullptr) return refuse({.reason = SDP_REFUSED_NO_BUFFER});
   char text[MAX_SDP_PROTOCOL_DATA_SIZE + 1];
   text[0] = '\0';  // an empty object writes nothing
   other->getSDP(text, sizeof text);

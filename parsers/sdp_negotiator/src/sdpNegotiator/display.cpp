@@ -2,6 +2,8 @@
 #include "sdpNegotiatorParser.h"
 #include "trace.h"
 
+// Text and summary as trace lines.
+
 using namespace sdpneg;
 
 void cSdpNegotiator::displaySDPRawData() const {

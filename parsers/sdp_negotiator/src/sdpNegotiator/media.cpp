@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "refusal.h"
 #include "sdpModifiers/codecText.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiatorParser.h"
@@ -7,16 +8,20 @@
 #include "sdpNegotiatorParser/videoFormats.h"
 #include "sdpNegotiatorParser/withDescription.h"
 
+// The media of a body and their video codecs.
+
 namespace sdpneg {
 namespace {
 
 /// Decodes a text and calls `work` with its description.
-/// @return what `work` returns, or the codec's status when it refuses the text
+/// @return what `work` returns, or the codec's status when it refuses the text, which is told
 template <typename Work>
 unsigned short withDecoded(const char* text, Work work) {
   return withDescription([&](sDescription& description) {
     const unsigned short status = decodeText(description, text);
-    return status != 0 ? status : work(description);
+    if (status == 0) return work(description);
+    tell({.reason = SDP_REFUSED_STORED_NOT_DECODED});
+    return status;
   });
 }
 
@@ -54,7 +59,9 @@ unsigned short cSdpNegotiator::getMedia(std::vector<mediaStruct>& media) const {
 
 unsigned short cSdpNegotiator::getVideoCodecs(unsigned char* codecs, unsigned int& attributes,
                                               int& h264Profile) const {
-  if (codecs == nullptr) return 1;
+  if (codecs == nullptr) {
+    return sdpneg::refuse({.reason = SDP_REFUSED_NULL, .operation = "getVideoCodecs"});
+  }
   std::fill_n(codecs, SDP_VIDEO_CODEC_LIST_SIZE, SDP_NO_CODEC);
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
   const unsigned short status = getRawSDP(text, sizeof text);

@@ -1,6 +1,7 @@
 #include <limits>
 #include <string_view>
 
+#include "refusal.h"
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
 #include "text/search.h"
@@ -57,12 +58,20 @@ unsigned short addMLines(cSdpNegotiator& object, const cSdpNegotiator& earlier, 
   if (const unsigned short status = earlier.getSDP(earlierText, sizeof earlierText); status != 0)
     return status;
   if (const unsigned short status = object.getSDP(text, sizeof text); status != 0) return status;
+  const unsigned int before = toldSoFar();
+  constexpr unsigned short kEarlierHasFewer = 1;
   // Of the negative results, only -1 says that there are m-lines to add.
   constexpr unsigned short kEarlierHasMore = 65535;
   const auto compared =
       static_cast<unsigned short>(sdpModifications::compareNumberOfMLines(earlierText, text));
+  if (compared == 0) return 0;
+  if (compared == kEarlierHasFewer) tell({.reason = SDP_REFUSED_FEWER_M_LINES});
+  const bool added =
+      compared == kEarlierHasMore && sdpModifications::correctMLines(earlierText, text, keepOnly, false) == 0;
+  // What refuses a text without a reason of its own cannot decode it.
+  if (!added) tellUnlessTold({.reason = SDP_REFUSED_STORED_NOT_DECODED}, before);
   if (compared != kEarlierHasMore) return compared;
-  if (sdpModifications::correctMLines(earlierText, text, keepOnly, false) != 0) return SDP_M_LINES_NOT_ADDED;
+  if (!added) return SDP_M_LINES_NOT_ADDED;
   return object.sdpParse(text, SDP_TYPE_UNKNOWN);
 }
 
@@ -72,8 +81,7 @@ unsigned short cSdpNegotiator::isSdpVersionIncreased(const cSdpNegotiator* earli
   trace::debug("Entered isSdpVersionIncrease()");
   if (earlier == nullptr) {
     // Without an earlier offer any is a new one.
-    trace::error("Invalid input object. Cannot check the required elements of the SDP. Exiting.");
-    return 1;
+    return refuse({.reason = SDP_REFUSED_NO_EARLIER_OFFER});
   }
   if (compareSdpOLine(earlier) != 1) return 0;
   o_line before;
@@ -87,15 +95,11 @@ unsigned short cSdpNegotiator::isSdpVersionIncreased(const cSdpNegotiator* earli
 }
 
 unsigned short cSdpNegotiator::sdpModifyVersionAndMlines(cSdpNegotiator* earlier, bool keepOnly) {
-  if (earlier == nullptr) {
-    trace::error("Invalid input object. Cannot continue. Exiting.");
-    return 1;
-  }
+  if (earlier == nullptr) return refuse({.reason = SDP_REFUSED_NO_EARLIER_OBJECT});
   o_line origin;
   earlier->getOLine(origin);
   if (versionOf(origin) == std::numeric_limits<long long>::max()) {
-    trace::error("sdpModifyVersionAndMlines(): The session version cannot be raised. Exiting.");
-    return 1;
+    return refuse({.reason = SDP_REFUSED_VERSION_CANNOT_BE_RAISED});
   }
   const cSdpNegotiator before = *this;
   const cSdpNegotiator earlierBefore = *earlier;

@@ -5,9 +5,9 @@
 #include <string_view>
 
 #include "sdpModifiers.h"
+#include "sdpModifiers/originLineCopy.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
-#include "text/sdpText.h"
 #include "trace.h"
 
 // The origin line (RFC 4566 5.2). What changes it stores the text without parsing it again: of the summary
@@ -64,7 +64,7 @@ class OriginLineOf {
   explicit OriginLineOf(const cSdpNegotiator& object) {
     text_[0] = '\0';
     if (!object.isSdpPresent()) {
-      trace::error("The object is empty. Returning an empty o-line.");
+      trace::error("The object is empty. Returning an empty o-line.");  // an answer like another
       return;
     }
     object.getRawSDP(text_, sizeof text_);
@@ -77,24 +77,24 @@ class OriginLineOf {
   std::string_view line_;
 };
 
-/// Stores a text whose o-line has a new end. The recorded end moves with it, unless the text stays as it was.
-unsigned short storeWithEnd(cSdpNegotiator& object, const char* text, std::uint16_t end,
-                            std::uint16_t& oLineEnd) {
-  constexpr unsigned short kUnchanged = 1;
-  const unsigned short status = object.setRawSDP(text);
-  if (status != kUnchanged) oLineEnd = end;
-  return status;
-}
-
-/// The request's pattern for an edit that moves the end of the o-line.
-/// @param edit     takes the text and the end, and gives its status
-/// @param oLineEnd the end that the object has recorded
-template <typename Edit>
-unsigned short editOriginLine(cSdpNegotiator& object, std::uint16_t& oLineEnd, Edit edit) {
-  unsigned short end = oLineEnd;
-  return editText(
-      object, [&](char* text) { return edit(text, end); },
-      [&](const char* text) { return storeWithEnd(object, text, end, oLineEnd); });
+/// Puts a line with CR LF in the place of an object's o-line and stores the text.
+/// @param start,oLineEnd where the object has recorded its o-line
+unsigned short takeOriginLine(cSdpNegotiator& object, std::size_t start, std::uint16_t& oLineEnd,
+                              const char* line) {
+  const std::size_t length = std::strlen(line);
+  const Span old = {start, oLineEnd};
+  const std::size_t end = old.begin + length + 2;
+  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE] = "";
+  // An empty object starts from an empty text; a text that cannot be expanded stays as it is.
+  const unsigned short expanded = object.getSDP(buffer, sizeof buffer);
+  if (expanded != 0 && object.isSdpPresent()) return expanded;
+  trace::progress("copyOLine(): request to replace existing o-line with [%s] len=[%i]", line,
+                  static_cast<int>(length));
+  trace::progress("copyOLine(): SDP length change is %i characters",
+                  static_cast<int>(end) - static_cast<int>(old.end));
+  SdpText text(buffer);
+  if (const Refusal refusal = replaceOriginLine(text, old, line)) return refuse(refusal);
+  return storeWithEnd(object, buffer, static_cast<std::uint16_t>(end), oLineEnd);
 }
 
 /// A fresh array with a text and its NUL; null when there is no memory.
@@ -120,10 +120,7 @@ void cSdpNegotiator::getOLine(o_line& record) const {
 }
 
 unsigned short cSdpNegotiator::compareSdpOLine(const char* line) const {
-  if (line == nullptr) {
-    trace::error("The o-line buffer is empty.");
-    return 1;
-  }
+  if (line == nullptr) return refuse({.reason = SDP_REFUSED_NO_O_LINE_GIVEN});
   const OriginLineOf own(*this);
   if (own.view() == line) {
     trace::progress("The o-line is the same as the given one.");
@@ -134,10 +131,7 @@ unsigned short cSdpNegotiator::compareSdpOLine(const char* line) const {
 }
 
 unsigned short cSdpNegotiator::compareSdpOLine(const cSdpNegotiator* other) const {
-  if (other == nullptr) {
-    trace::error("The sdpNegotiator class is NULL.");
-    return 1;
-  }
+  if (other == nullptr) return refuse({.reason = SDP_REFUSED_NO_OBJECT_TO_COMPARE});
   char* line = nullptr;
   int length = 0;
   other->getOLine(line, length);
@@ -162,30 +156,6 @@ bool cSdpNegotiator::compareSdpOLineUpdate(const cSdpNegotiator* other) const {
          same(sdp_OgetNetworkType) && same(sdp_OgetAddressType) && same(sdp_OgetAddress);
 }
 
-/// Puts a line with CR LF in the place of the own o-line and stores the text.
-unsigned short cSdpNegotiator::replaceOriginLine(const char* line) {
-  const std::size_t length = std::strlen(line);
-  const Span old = {parsedData.oLineStart, parsedData.oLineEnd};
-  const std::size_t end = old.begin + length + 2;
-  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE] = "";
-  // An empty object starts from an empty text; a text that cannot be expanded stays as it is.
-  const unsigned short expanded = getSDP(buffer, sizeof buffer);
-  if (expanded != 0 && isSdpPresent()) return expanded;
-  trace::progress("copyOLine(): request to replace existing o-line with [%s] len=[%i]", line,
-                  static_cast<int>(length));
-  trace::progress("copyOLine(): SDP length change is %i characters",
-                  static_cast<int>(end) - static_cast<int>(old.end));
-  SdpText text(buffer);
-  const bool inside = old.begin <= old.end && old.end <= text.size();
-  if (!inside || length + 2 > text.room() + (old.end - old.begin)) {
-    trace::error("copyOLine(): The o-line does not fit the SDP buffer.");
-    return 1;
-  }
-  text.replace(old, line);
-  text.insert(old.begin + length, "\r\n");
-  return storeWithEnd(*this, buffer, static_cast<std::uint16_t>(end), parsedData.oLineEnd);
-}
-
 unsigned short cSdpNegotiator::copyOLine(const cSdpNegotiator* other) {
   unsigned short status = 1;
   if (other != nullptr) {
@@ -193,11 +163,15 @@ unsigned short cSdpNegotiator::copyOLine(const cSdpNegotiator* other) {
     int length = 0;
     other->getOLine(line, length);
     const std::unique_ptr<char[]> owned(line);
-    if (line != nullptr) {
+    if (line == nullptr) {
+      tell({.reason = SDP_REFUSED_NO_MEMORY_FOR_ARRAY});
+    } else {
       const std::size_t first = firstLineOf(line).size();
       line[first] = '\0';
-      status = first > 1 ? replaceOriginLine(line) : 0;
+      status = first > 1 ? takeOriginLine(*this, parsedData.oLineStart, parsedData.oLineEnd, line) : 0;
     }
+  } else {
+    tell({.reason = SDP_REFUSED_NULL, .operation = "copyOLine"});
   }
   trace::progress("copyOLine(): returning %s", status == 0 ? "SUCCESS" : "FAILURE");
   return status;
@@ -222,7 +196,7 @@ unsigned short cSdpNegotiator::sdpModifyOLine(const char* sessionId, const char*
     return text != nullptr && strnlen(text, kLongestId + 1) <= kLongestId;
   };
   if (!isId(sessionId) || !isId(version)) {
-    return asStatus(trace::error("The input values of session id or the session version are invalid."));
+    return asStatus(tell({.reason = SDP_REFUSED_ORIGIN_IDS}));
   }
   trace::progress("Request to set the session-id to:(%s) and the version to:(%s).", sessionId, version);
   return editOriginLine(*this, parsedData.oLineEnd, [&](char* text, unsigned short& end) {
@@ -244,5 +218,5 @@ unsigned short cSdpNegotiator::sdpModifyOLine() {
 unsigned short cSdpNegotiator::sdpIncVersion() {
   trace::progress("Request to increase the version of o-line by 1.");
   // The o-line's recorded end stays where it is, also where the version gains a digit.
-  return editAndStore(*this, sdpModifications::sdpIncVersion);
+  return editAndKeep(*this, kStored, sdpModifications::sdpIncVersion);
 }

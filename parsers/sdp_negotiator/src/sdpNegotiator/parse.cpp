@@ -2,11 +2,24 @@
 #include <cstring>
 #include <iterator>
 
+#include "refusal.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiatorParser.h"
 #include "trace.h"
 
+// The parse of a body into an object, and parts of a summary in their initial state.
+
 using namespace sdpneg;
+
+namespace {
+
+/// Empties an object, all of its text store included.
+void clear(sSdpParsedData& data, char (&text)[SDP_STORED_TEXT_SIZE]) {
+  data.init();
+  std::memset(text, 0, sizeof text);
+}
+
+}  // namespace
 
 cSdpNegotiator cSdpNegotiator::empty() noexcept {
   cSdpNegotiator object{};
@@ -14,31 +27,24 @@ cSdpNegotiator cSdpNegotiator::empty() noexcept {
   return object;
 }
 
-void cSdpNegotiator::reset() {
-  parsedData.init();
-  std::memset(rawSdp, 0, sizeof rawSdp);
-}
-
 unsigned short cSdpNegotiator::sdpParse(const char* sdp, eSdpType type) {
-  reset();
-  if (sdp == nullptr || *sdp == '\0') {
-    trace::error("Empty buffer. Nothing to be parsed.");
-    return 1;
-  }
+  clear(parsedData, rawSdp);
+  if (sdp == nullptr || *sdp == '\0') return refuse({.reason = SDP_REFUSED_EMPTY_TEXT});
   constexpr unsigned long limit = MAX_SDP_PROTOCOL_DATA_SIZE;
   const unsigned long length = std::strlen(sdp);
   if (length > limit) {
-    trace::error("The SDP size=%lu exceeds MAX_SDP_PROTOCOL_DATA_SIZE=%lu", length, limit);
-    return 1;
+    return refuse({.reason = SDP_REFUSED_TEXT_TOO_LONG,
+                   .number = static_cast<long long>(length),
+                   .limit = static_cast<long long>(limit)});
   }
   trace::progress("Entering sdpParse() method: SDP length is %lu", length);
   if (sdpParserMessage::sdpParse(sdp, type, parsedData) != 0) {
-    trace::error("Exiting sdpParse() method. Exiting...");
-    reset();
+    trace::error("Exiting sdpParse() method. Exiting...");  // behind the refusal that says why
+    clear(parsedData, rawSdp);
     return 1;
   }
   const unsigned short status = setRawSDP(sdp);
-  if (status != 0) reset();
+  if (status != 0) clear(parsedData, rawSdp);
   return status;
 }
 

@@ -5,6 +5,8 @@
 #include "trace.h"
 #include "vocabulary.h"
 
+// What the summary tells, and searches in the text.
+
 using namespace sdpneg;
 
 namespace sdpneg {

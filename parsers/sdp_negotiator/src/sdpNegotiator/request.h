@@ -1,80 +1,113 @@
 #ifndef SDP_NEGOTIATOR_REQUEST_H
 #define SDP_NEGOTIATOR_REQUEST_H
 
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+#include "refusal.h"
 #include "sdpDataDefinitions.h"
 #include "sdpNegotiator.h"
-#include "trace.h"
+
+// The pattern that requests follow: the stored text goes into a buffer, an edit changes it, and the result is kept.
 
 namespace sdpneg {
+
+/// How a request keeps an edited text.
+struct Keep {
+  enum class Way : std::uint8_t {
+    parse,  ///< parsed and stored; a text that does not parse or cannot be stored leaves the object empty
+    store,  ///< stored, and the summary stays; for what a text that cannot be stored leaves see `setRawSDP`
+    storeOrStay  ///< the same, but an object that cannot store the text stays as it was
+  };
+
+  Way way;
+  bool counts = true;                           ///< whether the status of keeping it is the request's
+  eSdpRefusal notStored = SDP_REFUSED_NOTHING;  ///< what is traced of an object that stays as it was
+};
+
+// All ways that there are.
+inline constexpr Keep kParsed = {.way = Keep::Way::parse};
+inline constexpr Keep kParsedWhateverComes = {.way = Keep::Way::parse, .counts = false};
+inline constexpr Keep kStored = {.way = Keep::Way::store};
+inline constexpr Keep kStoredOrAsBefore = {.way = Keep::Way::storeOrStay,
+                                           .notStored = SDP_REFUSED_EDITED_NOT_STORED};
+inline constexpr Keep kWithoutVideo = {.way = Keep::Way::storeOrStay};
+inline constexpr Keep kWithAddedVideo = {.way = Keep::Way::storeOrStay,
+                                         .notStored = SDP_REFUSED_VIDEO_NOT_STORED};
+inline constexpr Keep kWithRestrictedVideo = {.way = Keep::Way::storeOrStay,
+                                              .notStored = SDP_REFUSED_RESTRICTED_NOT_STORED};
+
+/// Keeps a text.
+/// @return the status of parsing or storing it, 0 where that does not count
+unsigned short keepText(cSdpNegotiator& object, const char* text, const Keep& keep);
+
+/// Stores a text whose o-line has a new end. The recorded end moves with it, unless the text stays as it was.
+/// @param oLineEnd the end that the object has recorded
+/// @return the status of storing
+unsigned short storeWithEnd(cSdpNegotiator& object, const char* text, unsigned short end,
+                            std::uint16_t& oLineEnd);
+
+/// The result of an edit as a status. What gives none always succeeds.
+template <typename Edit, typename... Arguments>
+unsigned short statusOfEdit(Edit& edit, Arguments&... arguments) {
+  if constexpr (std::is_void_v<std::invoke_result_t<Edit&, Arguments&...>>) {
+    edit(arguments...);
+    return 0;
+  } else {
+    return edit(arguments...);
+  }
+}
+
+/// Takes an object's text and has it edited and kept.
+/// @param edit takes the text
+/// @param keep takes the edited text and gives a status
+/// @return the first status that is not 0; the object is unchanged when it is not that of `keep`
+template <typename Edit, typename KeepText>
+unsigned short editText(const cSdpNegotiator& object, Edit edit, KeepText keep) {
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
+  if (const unsigned short expanded = object.getSDP(text, sizeof text); expanded != 0) return expanded;
+  char* const first = text;
+  const unsigned short edited = statusOfEdit(edit, first);
+  return edited != 0 ? edited : keep(text);
+}
+
+/// Runs a request.
+/// @param edit takes the text
+/// @return as `editText`
+template <typename Edit>
+unsigned short editAndKeep(cSdpNegotiator& object, const Keep& keep, Edit edit) {
+  return editText(object, edit, [&](const char* text) { return keepText(object, text, keep); });
+}
+
+/// Runs a request whose edit also moves the end of the o-line. It gets a copy of what the summary has, which the parse
+/// then tells anew.
+/// @param edit takes the text and the end; its status does not count
+/// @return as `editText`
+template <typename Edit>
+unsigned short editWithOLineAndParse(cSdpNegotiator& object, Edit edit) {
+  unsigned short end = object.getParsedData().oLineEnd;
+  return editAndKeep(object, kParsed, [&](char* text) { edit(text, end); });
+}
+
+/// Runs a request for the o-line: the text is stored and the end that the object has recorded moves.
+/// @param oLineEnd that end
+/// @param edit     takes the text and the end
+/// @return as `editText`
+template <typename Edit>
+unsigned short editOriginLine(cSdpNegotiator& object, std::uint16_t& oLineEnd, Edit edit) {
+  unsigned short end = oLineEnd;
+  return editText(
+      object, [&](char* text) { return edit(text, end); },
+      [&](const char* text) { return storeWithEnd(object, text, end, oLineEnd); });
+}
 
 /// The result of a trace call where it is a request's status.
 inline unsigned short asStatus(int traceResult) { return static_cast<unsigned short>(traceResult); }
 
-/// The pattern that requests follow: the stored text goes into a buffer, an edit changes it, and the result
-/// is kept.
-/// @param edit takes the text and gives its status
-/// @param keep takes the edited text and gives its status
-/// @return the first status that is not 0; the stored text is unchanged when it is not that of `keep`
-template <typename Edit, typename Keep>
-unsigned short editText(const cSdpNegotiator& object, Edit edit, Keep keep) {
-  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
-  const unsigned short expanded = object.getSDP(text, sizeof text);
-  if (expanded != 0) return expanded;
-  const unsigned short edited = edit(text);
-  return edited != 0 ? edited : keep(text);
-}
-
-/// The edited text is parsed and stored; a text that does not parse leaves the object empty.
-template <typename Edit>
-unsigned short editAndParse(cSdpNegotiator& object, Edit edit) {
-  return editText(object, edit, [&](const char* text) { return object.sdpParse(text, SDP_TYPE_UNKNOWN); });
-}
-
-/// The same for an edit whose status does not count.
-template <typename Edit>
-unsigned short editAnywayAndParse(cSdpNegotiator& object, Edit edit) {
-  return editAndParse(object, [&](char* text) -> unsigned short {
-    edit(text);
-    return 0;
-  });
-}
-
-/// The same for an edit that also moves the end of the o-line. It gets a copy of what the summary has, which the
-/// parse then tells anew.
-template <typename Edit>
-unsigned short editWithOLineAndParse(cSdpNegotiator& object, Edit edit) {
-  unsigned short oLineEnd = object.getParsedData().oLineEnd;
-  return editAnywayAndParse(object, [&](char* text) { edit(text, oLineEnd); });
-}
-
-/// The edited text is stored, and the summary stays as it is.
-template <typename Edit>
-unsigned short editAndStore(cSdpNegotiator& object, Edit edit) {
-  return editText(object, edit, [&](const char* text) { return object.setRawSDP(text); });
-}
-
-/// Stores a text; an object that cannot store it stays as it was.
-/// @return the status of storing
-inline unsigned short storeOrKeep(cSdpNegotiator& object, const char* text) {
-  const cSdpNegotiator before = object;
-  const unsigned short status = object.setRawSDP(text);
-  if (status != 0) object = before;
-  return status;
-}
-
-/// The same with a trace of a failure.
-inline unsigned short storeOrStay(cSdpNegotiator& object, const char* text) {
-  const unsigned short status = storeOrKeep(object, text);
-  if (status != 0) {
-    trace::error("The edited SDP cannot be stored. The SDP is left as it was.");
-  }
-  return status;
-}
-
-/// The edited text is stored, and the summary stays as it is; so does the text when the edited one finds no room.
-template <typename Edit>
-unsigned short editAndStoreOrStay(cSdpNegotiator& object, Edit edit) {
-  return editText(object, edit, [&](const char* text) { return storeOrStay(object, text); });
+/// Empties a caller's record of removed m-lines, which may be null, before a request fills it.
+inline void clearRecord(char* removed, std::size_t size) {
+  if (removed != nullptr) std::memset(removed, 0, size);
 }
 
 }  // namespace sdpneg

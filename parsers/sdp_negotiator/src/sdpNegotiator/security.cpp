@@ -1,11 +1,7 @@
 #include "sdpModifiers.h"
-#include "sdpModifiers/recordText.h"
-#include "sdpModifiers/removedMLines.h"
 #include "sdpNegotiator.h"
-#include "sdpNegotiator/removedRecord.h"
 #include "sdpNegotiator/request.h"
 #include "trace.h"
-#include "vocabulary.h"
 
 // How a body secures its media, and removal of what the other side does not support.
 
@@ -15,12 +11,11 @@ using namespace sdpneg;
 using M = sdpModifications;
 
 constexpr std::size_t kSecureRecordSize = 28;
-constexpr std::size_t kAnatRecordSize = 26;
 
 int traceDetail(const char* text) { return trace::progress("%s", text); }
 
 unsigned short removeLinesAndParse(cSdpNegotiator& object, const char* prefix) {
-  return editAndParse(object, [&](char* text) { return M::sdpRemoveSecureAttributes(text, prefix); });
+  return editAndKeep(object, kParsed, [&](char* text) { return M::sdpRemoveSecureAttributes(text, prefix); });
 }
 
 unsigned short removeSecureMedia(cSdpNegotiator& object, char* removed) {
@@ -45,8 +40,8 @@ struct KeyExchange {
   bool (cSdpNegotiator::*isPresent)() const;
   bool (cSdpNegotiator::*isOtherPresent)() const;
   unsigned short (*removeAttributes)(cSdpNegotiator& object);
+  const char* name;
   const char* request;
-  const char* absent;
   const char* besideOther;
   const char* alone;
 };
@@ -55,8 +50,8 @@ constexpr KeyExchange kMikey = {
     &cSdpNegotiator::isMikeyPresent,
     &cSdpNegotiator::isSDESPresent,
     [](cSdpNegotiator& object) { return object.sdpRemoveMikeyAttribute(); },
+    "MIKEY",
     "Request to remove MIKEY secure media streams.",
-    "No MIKEY security in SDP. There is nothing to remove.",
     "Only the MIKEY attributes will be removed. SDP has also SDES secure media",
     "SDP does not have SDES security. Will remove all secure MIKEY media",
 };
@@ -65,26 +60,23 @@ constexpr KeyExchange kSdes = {
     &cSdpNegotiator::isSDESPresent,
     &cSdpNegotiator::isMikeyPresent,
     [](cSdpNegotiator& object) { return removeLinesAndParse(object, "a=crypto"); },
+    "SDES",
     "Request to remove SDES secure media streams.",
-    "No SDES security in SDP. There is nothing to remove.",
     "Only the SDES attributes will be removed. SDP has also MIKEY secure media",
     "SDP does not have MIKEY security. Will remove all secure SDES media",
 };
 
 unsigned short removeKeyExchange(cSdpNegotiator& object, char* removed, const KeyExchange& keys) {
   traceDetail(keys.request);
-  if (!(object.*keys.isPresent)()) return asStatus(traceDetail(keys.absent));
+  if (!(object.*keys.isPresent)()) {
+    return asStatus(tell({.reason = SDP_REFUSED_NO_SUCH_KEYS, .what = keys.name}));
+  }
   if ((object.*keys.isOtherPresent)()) {
     traceDetail(keys.besideOther);
     return keys.removeAttributes(object);
   }
   traceDetail(keys.alone);
   return removeSecureMedia(object, removed);
-}
-
-/// The address type of a version; null for another value.
-const char* netTypeOf(eIPAddressVersion version) {
-  return version == kIpVersion4 ? "IP4" : version == kIpVersion6 ? "IP6" : nullptr;
 }
 
 }  // namespace
@@ -98,10 +90,6 @@ eSecurityType cSdpNegotiator::getSdpSecurityType() const {
 }
 
 bool cSdpNegotiator::isDTLSPresent() const { return contains("a=setup") || contains("a=fingerprint"); }
-
-bool cSdpNegotiator::sdpPreconditionsExist() const {
-  return contains("a=curr:") || contains("a=des:") || contains("a=conf:");
-}
 
 unsigned short cSdpNegotiator::sdpDisableSRTPMedia(char* removed, eNonSupportedSecurity kind) {
   clearRecord(removed, kSecureRecordSize);
@@ -129,33 +117,9 @@ unsigned short cSdpNegotiator::sdpDisableSDESCryptoMedia() {
   return removeLinesAndParse(*this, "a=crypto");
 }
 
-unsigned short cSdpNegotiator::sdpRemoveANAT(eIPAddressVersion version, char* removed, bool flag) {
-  const char* const netType = netTypeOf(version);
-  trace::progress("Request to remove ANAT media net_type=%s.", netType != nullptr ? netType : "INVALID");
-  clearRecord(removed, kAnatRecordSize);
-  if (netType == nullptr) {
-    return asStatus(trace::progress("removeAddrVersion(=%i) is not IP4 or IP6. exiting sdpRemoveANAT.",
-                                    static_cast<int>(version)));
-  }
-  if (!isAnatPresent()) {
-    return asStatus(traceDetail("group ANAT attribute is not present, nothing to remove."));
-  }
-  editWithOLineAndParse(*this, [&](char* text, unsigned short& oLineEnd) {
-    M::sdpRemoveAnat(text, version, removed, oLineEnd, flag);
-  });
-  return asStatus(trace::progress("sdpRemoveANAT output is [%s]", recordText<76>(codesOf(removed)).text()));
-}
-
 unsigned short cSdpNegotiator::sdpRemoveDTLSAttributes() {
   trace::debug("Request to remove DTLS secure attributes.");
-  if (!isDTLSPresent()) {
-    traceDetail("No DTLS security in SDP. There is nothing to remove.");
-    return 1;
-  }
+  if (!isDTLSPresent()) return refuse({.reason = SDP_REFUSED_NO_SUCH_KEYS, .what = "DTLS"});
   traceDetail("DTLS media attributes are present and will be removed from the SDP.");
-  const auto parse = [&](const char* text) -> unsigned short {
-    sdpParse(text, SDP_TYPE_UNKNOWN);
-    return 0;
-  };
-  return editText(*this, M::sdpRemoveDTLSAttributes, parse) == 0 ? 0 : 1;
+  return editAndKeep(*this, kParsedWhateverComes, M::sdpRemoveDTLSAttributes) == 0 ? 0 : 1;
 }

@@ -1,8 +1,11 @@
 #include <algorithm>
 #include <iterator>
 
+#include "refusal.h"
 #include "sdpNegotiator.h"
-#include "trace.h"
+#include "vocabulary.h"
+
+// Values that are set in the summary alone.
 
 using namespace sdpneg;
 
@@ -17,14 +20,14 @@ int slotsFor(int count) { return std::clamp(count, 0, MAX_SDP_NEGOTIATOR_AUDIO_C
 
 bool isAudioCodec(unsigned char codec) {
   if (codec <= kLargestAudioCodec) return true;
-  trace::error("Invalid audio codec (%d) entry", codec);
+  tell({.reason = SDP_REFUSED_INVALID_CODEC, .number = codec});
   return false;
 }
 
 /// -1 stands for the first free slot.
 bool isSlot(int slot) {
   if (slot >= -1 && slot < MAX_SDP_NEGOTIATOR_AUDIO_CODECS) return true;
-  trace::error("Invalid slot (%d) entry. MUST not exceed to MAX_SDP_NEGOTIATOR_AUDIO_CODECS", slot);
+  tell({.reason = SDP_REFUSED_INVALID_SLOT, .number = slot});
   return false;
 }
 
@@ -41,8 +44,7 @@ void putInSlot(unsigned char (&slots)[MAX_SDP_NEGOTIATOR_AUDIO_CODECS], int slot
 unsigned short cSdpNegotiator::setAudioCodecs(const unsigned char* codecs, int count) {
   if (codecs == nullptr) {
     initAudioCodecs();
-    trace::error("Empty audio codecs input. Exiting...");
-    return 1;
+    return refuse({.reason = SDP_REFUSED_NO_CODECS_GIVEN});
   }
   // The list may be the object's own.
   unsigned char list[MAX_SDP_NEGOTIATOR_AUDIO_CODECS];
@@ -60,10 +62,7 @@ bool cSdpNegotiator::addAudioCodec(unsigned char codec, int slot) {
 }
 
 unsigned short cSdpNegotiator::setPacketizationPeriod(const unsigned char* periods, int count) {
-  if (periods == nullptr) {
-    trace::error("Empty packetization time input. Exiting...");
-    return 1;
-  }
+  if (periods == nullptr) return refuse({.reason = SDP_REFUSED_NO_PERIODS_GIVEN});
   if (periods != parsedData.packetizationPeriod) {
     std::copy_n(periods, slotsFor(count), parsedData.packetizationPeriod);
   }
@@ -77,9 +76,10 @@ bool cSdpNegotiator::setPacketizationPeriod(unsigned char period, int slot) {
 }
 
 unsigned short cSdpNegotiator::setMediaPort(unsigned int port) {
-  if (port != 0 && (port < 1024 || port > 65535)) {
-    trace::error("Invalid port number (%d) entry.", static_cast<int>(port));
-    return 1;
+  if (!isMediaPort(port)) {
+    return refuse({.reason = SDP_REFUSED_MESSAGE_PORT,
+                   .number = static_cast<int>(port),
+                   .field = SDP_REFUSAL_FIELD_PORT});
   }
   parsedData.port = port;
   return 0;
@@ -87,8 +87,7 @@ unsigned short cSdpNegotiator::setMediaPort(unsigned int port) {
 
 unsigned short cSdpNegotiator::setMediaType(unsigned int mediaType) {
   if (mediaType > kAllMediaTypes) {
-    trace::error("Invalid mediaType entry (%d)", static_cast<int>(mediaType));
-    return 1;
+    return refuse({.reason = SDP_REFUSED_INVALID_MEDIA_TYPE, .number = static_cast<int>(mediaType)});
   }
   parsedData.mediaType = mediaType;
   return 0;
@@ -96,8 +95,7 @@ unsigned short cSdpNegotiator::setMediaType(unsigned int mediaType) {
 
 unsigned short cSdpNegotiator::setResourceReserve(unsigned char value) {
   if (value > kLargestResourceReserve) {
-    trace::error("Invalid eResourceReserve entry (%d)", value);
-    return 1;
+    return refuse({.reason = SDP_REFUSED_INVALID_RESERVATION, .number = value});
   }
   parsedData.resourceReserve = value;
   return 0;

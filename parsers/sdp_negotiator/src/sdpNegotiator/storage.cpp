@@ -3,9 +3,12 @@
 #include <string_view>
 #include <type_traits>
 
+#include "refusal.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/deflate.h"
 #include "trace.h"
+
+// The stored text, as it is or deflated.
 
 using namespace sdpneg;
 
@@ -28,7 +31,7 @@ bool expand(std::string_view bytes, char* dst, std::size_t len) {
 }  // namespace sdpneg
 
 unsigned short cSdpNegotiator::setRawSDP(const char* sdp) {
-  if (sdp == nullptr) return 1;
+  if (sdp == nullptr) return refuse({.reason = SDP_REFUSED_NULL, .operation = "setRawSDP"});
   const std::string_view text(sdp);
   if (text.size() < sizeof rawSdp) {
     const std::size_t length = text.copy(rawSdp, sizeof rawSdp);
@@ -39,14 +42,18 @@ unsigned short cSdpNegotiator::setRawSDP(const char* sdp) {
   using sdpneg::Deflated;
   // The NUL is deflated too, so expanding the text ends it.
   const Deflated result = sdpneg::deflateText({text.data(), text.size() + 1}, rawSdp, sizeof rawSdp);
-  if (result.status == Deflated::Status::noStream) return 1;
-  if (result.status == Deflated::Status::noRoom) return 2;
+  if (result.status == Deflated::Status::noStream) return refuse({.reason = SDP_REFUSED_NO_MEMORY_TO_STORE});
+  if (result.status == Deflated::Status::noRoom) {
+    constexpr unsigned short kTooLong = 2;
+    tell({.reason = SDP_REFUSED_NOT_STORED});
+    return kTooLong;
+  }
   parsedData.storedSdpLength = static_cast<std::uint16_t>(result.length);
   return 0;
 }
 
 unsigned short cSdpNegotiator::getRawSDP(char* dst, unsigned int len) const {
-  if (dst == nullptr || len == 0) return 1;
+  if (dst == nullptr || len == 0) return refuse({.reason = SDP_REFUSED_NULL, .operation = "getRawSDP"});
   dst[0] = '\0';
   if (parsedData.storedSdpLength == 0) {
     const std::size_t length = std::min<std::size_t>(strnlen(rawSdp, sizeof rawSdp), len - 1);
@@ -54,16 +61,14 @@ unsigned short cSdpNegotiator::getRawSDP(char* dst, unsigned int len) const {
     dst[length] = dst[len - 1] = '\0';
     return 0;
   }
-  if (parsedData.storedSdpLength > sizeof rawSdp) return 1;
-  return sdpneg::expand({rawSdp, parsedData.storedSdpLength}, dst, len) ? 0 : 1;
+  const bool expanded = parsedData.storedSdpLength <= sizeof rawSdp &&
+                        sdpneg::expand({rawSdp, parsedData.storedSdpLength}, dst, len);
+  return expanded ? 0 : refuse({.reason = SDP_REFUSED_NOT_EXPANDED});
 }
 
 unsigned short cSdpNegotiator::getSDP(char* dst, unsigned int len) const {
   trace::progress("Building raw SDP buffer.");
-  if (!isSdpPresent()) {
-    trace::error("The raw SDP buffer is empty.");
-    return 1;
-  }
+  if (!isSdpPresent()) return refuse({.reason = SDP_REFUSED_NO_TEXT});
   return getRawSDP(dst, len);
 }
 

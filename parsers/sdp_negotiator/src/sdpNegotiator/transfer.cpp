@@ -1,8 +1,8 @@
 #include <cstring>
 #include <new>
 
+#include "refusal.h"
 #include "sdpNegotiator.h"
-#include "trace.h"
 
 // The transfer form: the object's own leading bytes, without the part of `rawSdp` that is not in use.
 
@@ -34,11 +34,11 @@ unsigned int cSdpNegotiator::getObjectSize() const {
 }
 
 unsigned short cSdpNegotiator::compressObject(unsigned char** out, unsigned int& size) const {
-  if (out == nullptr) return 1;
+  if (out == nullptr) return refuse({.reason = SDP_REFUSED_NULL, .operation = "compressObject"});
   size = getObjectSize();
   auto* const bytes = new (std::nothrow) unsigned char[size + 1];
   *out = bytes;
-  if (bytes == nullptr) return 1;
+  if (bytes == nullptr) return refuse({.reason = SDP_REFUSED_NO_MEMORY_FOR_ARRAY});
   std::memcpy(bytes, this, size);
   bytes[size] = 0;
   return 0;
@@ -46,8 +46,7 @@ unsigned short cSdpNegotiator::compressObject(unsigned char** out, unsigned int&
 
 unsigned short cSdpNegotiator::uncompressObject(const unsigned char* in, unsigned int size) {
   if (!isConsistent(in, size)) {
-    trace::error("The packed object of %u bytes is invalid. Exiting.", size);
-    return 1;
+    return refuse({.reason = SDP_REFUSED_INVALID_PACKED_OBJECT, .number = size});
   }
   std::memmove(static_cast<void*>(this), in, size);
   return 0;

@@ -1,6 +1,6 @@
 #include "requestTestSupport.h"
 
-// Requests that remove alternatives of a body, and those that put m-lines back in their places.
+// Requests that remove the media of an address version, and those that put removed m-lines back in their places.
 
 namespace {
 
@@ -193,17 +193,6 @@ RequestCase restoreTransport(const std::string& name, const std::string& codes, 
 const std::string dummyAudio = "m=audio 0 RTP/SAVP 0\r\n";
 const std::string dummyVideo = "m=video 0 RTP/SAVP 31\r\n";
 
-const RequestCase removeDualStack = {
-    "RemoveCandidates",
-    [](cSdpNegotiator& o) { return o.sdpRemoveDualStackIce(); },
-    M::sdpRemoveDualStackIce,
-    session + "m=audio 5004 RTP/AVP 0\r\na=candidate:1 1 UDP 2130706431 192.0.2.1 5004 typ host\r\n" +
-        "a=candidate:2 1 UDP 2130706430 2001:db8::1 5004 typ host\r\na=ptime:20\r\n",
-    session + "m=audio 5004 RTP/AVP 0\r\na=candidate:1 1 UDP 2130706431 192.0.2.1 5004 typ host\r\n" +
-        "a=ptime:20\r\n",
-    {{8, 4, "Request to remove Invalid Candidates."}},
-};
-
 std::vector<RequestCase> requests() {
   const std::string record = {2, secureVideoCode()};
   return {
@@ -262,28 +251,6 @@ TEST(ReturnOfMLines, OfATextThatDoesNotParseLeavesTheObjectEmpty) {
     cSdpNegotiator object = objectWithText("no body\r\n");
     EXPECT_EQ(each.request(object), 1) << each.name;
     EXPECT_TRUE(sameBytes(object, emptyObject())) << each.name;
-  }
-}
-
-TEST(CandidateRemoval, EditsTheTextAndParsesItAgain) { expectEditedAndParsed(removeDualStack); }
-
-// Deliberate: no failure but the parse's is told.
-TEST(CandidateRemoval, SucceedsWithoutATextThatCanBeRead) { expectFailsWithoutText(removeDualStack, 0); }
-
-TEST(CandidateRemoval, OfABodyThatDoesNotParseLeavesTheObjectEmpty) {
-  std::string text = removeDualStack.before;
-  text.replace(text.find("5004 RTP"), 4, "80");  // a port that is refused
-  cSdpNegotiator object = objectWithText(text);
-  EXPECT_EQ(object.sdpRemoveDualStackIce(), 1);
-  EXPECT_TRUE(sameBytes(object, emptyObject()));
-}
-
-TEST(CandidateRemoval, WithNothingToRemoveLeavesTheObject) {
-  RequestCase nothing = removeDualStack;
-  for (const std::string& text : {removeDualStack.after, session, std::string("no body\r\n"),
-                                  session + "m=audio 5004 RTP/AVP 0\r\na=candidate:1 1 UDP\r\n"}) {
-    nothing.before = text;
-    expectFailedEdit(nothing, 0);
   }
 }
 

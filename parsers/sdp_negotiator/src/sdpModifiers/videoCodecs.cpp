@@ -1,28 +1,26 @@
+#include "sdpModifiers/videoCodecs.h"
+
 #include <algorithm>
 #include <bitset>
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string_view>
 
 #include "mLine.h"
 #include "sdpModifiers/codecLists.h"
-#include "sdpNegotiator.h"
-#include "sdpNegotiator/request.h"
 #include "sdpNegotiatorParser.h"
-#include "text/lines.h"
-#include "text/sdpText.h"
+#include "text/sections.h"
 #include "trace.h"
 
-// Which video codecs a body offers.
+// The formats of video sections: those of allowed codecs stay.
+
+namespace sdpneg {
 
 namespace {
 
-using namespace sdpneg;
-
 using Codecs = std::span<const unsigned char>;
 
-constexpr std::string_view kVideoMLine = "m=video";
+constexpr std::string_view kVideo = "video";
 
 /// Whether a text begins with a format as a whole word.
 bool beginsWithFormat(std::string_view text, std::string_view format) {
@@ -63,7 +61,7 @@ std::optional<Span> nextDescription(std::string_view section, std::size_t from, 
 class VideoSection {
  public:
   VideoSection(SdpText& text, std::size_t mLine)
-      : text_(text), begin_(mLine), end_(orEnd(findLine(text.view(), "m=", mLine), text.view())) {
+      : text_(text), begin_(mLine), end_(sectionEnd(text.view(), mLine)) {
     mLine_.mediaType = 0;
     mLine_.formatCount = 0;
     mLine_.incomplete = 0;
@@ -137,39 +135,22 @@ void VideoSection::removeOthers() {
   }
 }
 
-/// What became of a text.
-struct Restriction {
-  bool allowed;  ///< at least one video section was looked at, and each of them has an allowed codec
-  bool changed;
-};
-
-Restriction restrictVideo(SdpText& text, Codecs allowed) {
-  Restriction result{false, false};
-  for (std::size_t at = findLine(text.view(), kVideoMLine); at != npos;
-       at = findLine(text.view(), kVideoMLine, at + kVideoMLine.size())) {
-    VideoSection section(text, at);
-    if (!section.decode()) continue;
-    if (!section.judge(allowed)) {
-      trace::debug("No allowed codecs in media: leaving SDP unchanged and returning false");
-      return {false, false};
-    }
-    result = {true, result.changed || section.hasOthers()};
-    section.removeOthers();
-  }
-  return result;
-}
-
 }  // namespace
 
-unsigned short cSdpNegotiator::sdpRestrictVideoCodecsTo(const unsigned char* allowed, int count) {
-  trace::debug("Request to restrict video codecs from the SDP. Given %i allowed video codecs", count);
-  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
-  if (getSDP(buffer, sizeof buffer) != 0) return 0;
-  SdpText text(buffer);
-  const Restriction result = restrictVideo(text, allowed != nullptr ? valuesOf(allowed, count) : Codecs());
-  if (result.changed && storeOrKeep(*this, buffer) != 0) {
-    trace::error("sdpRestrictVideoCodecsTo(): The restricted SDP cannot be stored.");
-    return 0;
-  }
-  return result.allowed ? 1 : 0;
+Refusal restrictVideo(SdpText& text, Codecs allowed, bool& changed) {
+  Refusal refusal{.reason = SDP_REFUSED_NO_VIDEO};
+  changed = false;
+  forEachMLineOf(text, kVideo, [&](std::size_t at) {
+    VideoSection section(text, at);
+    if (!section.decode()) return true;
+    const bool hasAllowed = section.judge(allowed);
+    refusal.reason = hasAllowed ? SDP_REFUSED_NOTHING : SDP_REFUSED_NO_ALLOWED_VIDEO_CODEC;
+    if (!hasAllowed) return false;
+    changed = changed || section.hasOthers();
+    section.removeOthers();
+    return true;
+  });
+  return refusal;
 }
+
+}  // namespace sdpneg

@@ -1,6 +1,6 @@
 #include "requestTestSupport.h"
 
-// Requests that add or remove attributes. Those for ICE and preconditions store the text without parsing it.
+// Requests about ICE and preconditions. Most of them store the text without parsing it.
 
 namespace {
 
@@ -15,44 +15,6 @@ const std::string video = "m=video 5006 RTP/AVP 31\r\n";
 /// The conditions that `preconditions` says.
 const sSdpPrecondions conditions[] = {{SDP_PRECONDITION_CURRENT, 0, 0, 1, 0},
                                       {SDP_PRECONDITION_DESIRED, 0, 0, 1, 3}};
-
-RequestCase echoCancellation(unsigned char state, unsigned char side, const std::string& line) {
-  const std::string states = std::to_string(state);
-  const std::string sides = std::to_string(side);
-  return {
-      "EchoCancellation" + states + "And" + sides,
-      [=](cSdpNegotiator& o) { return o.sdpInsertEchoCancellation(state, side); },
-      [=](char* text) { return M::sdpInsertEchoCancellation(text, state, side); },
-      audioBody() + video,
-      audioBody() + line + video,
-      {{1, 1, "Request to insert  echo cancellation: echo_cancellation=" + states + ", direction=" + sides}}};
-}
-
-class EchoRequest : public testing::TestWithParam<RequestCase> {};
-
-TEST_P(EchoRequest, EditsTheTextAndParsesItAgain) { expectEditedAndParsed(GetParam()); }
-TEST_P(EchoRequest, FailsWithoutATextThatCanBeRead) { expectFailsWithoutText(GetParam()); }
-TEST_P(EchoRequest, LeavesTheObjectEmptyWhenTheTextCannotBeStored) { expectEmptiedWhenNotStored(GetParam()); }
-
-INSTANTIATE_TEST_SUITE_P(Requests, EchoRequest,
-                         testing::Values(echoCancellation(1, 1, "a=ecan:f on -\r\n"),
-                                         echoCancellation(2, 2, "a=ecan:b off -\r\n"),
-                                         echoCancellation(1, 3, "a=ecan:fb on -\r\n")),
-                         caseName);
-
-TEST(EchoRequest, IsRefusedForOtherValuesASecondLineAndWithoutAudioOrRoom) {
-  expectFailedEdit(echoCancellation(1, 0, ""));
-  expectFailedEdit(echoCancellation(1, 4, ""));
-  expectFailedEdit(echoCancellation(0, 1, ""));
-  expectFailedEdit(echoCancellation(255, 255, ""));
-  RequestCase fine = echoCancellation(1, 1, "");
-  fine.before = audioBody() + "a=ecan:f off -\r\n";
-  expectFailedEdit(fine);
-  fine.before = sessionLines() + video;
-  expectFailedEdit(fine);
-  fine.before = paddedTo(20479);
-  expectFailedEdit(fine);
-}
 
 const RequestCase removeIce = {
     "RemoveIce",
@@ -233,6 +195,39 @@ TEST(PreconditionRequest, LeavesAnObjectThatCannotStoreTheTextAsItWas) {
   const Traces traces = tracesOf([&] { EXPECT_EQ(object.sdpInsertPrecondions(1, 2, conditions), 2); });
   EXPECT_EQ(traces.back(), staysUnstored);
   EXPECT_TRUE(sameBytes(object, before));
+}
+
+const RequestCase removeDualStack = {
+    "RemoveCandidates",
+    [](cSdpNegotiator& o) { return o.sdpRemoveDualStackIce(); },
+    M::sdpRemoveDualStackIce,
+    session + "m=audio 5004 RTP/AVP 0\r\na=candidate:1 1 UDP 2130706431 192.0.2.1 5004 typ host\r\n" +
+        "a=candidate:2 1 UDP 2130706430 2001:db8::1 5004 typ host\r\na=ptime:20\r\n",
+    session + "m=audio 5004 RTP/AVP 0\r\na=candidate:1 1 UDP 2130706431 192.0.2.1 5004 typ host\r\n" +
+        "a=ptime:20\r\n",
+    {{8, 4, "Request to remove Invalid Candidates."}},
+};
+
+TEST(CandidateRemoval, EditsTheTextAndParsesItAgain) { expectEditedAndParsed(removeDualStack); }
+
+// Deliberate: no failure but the parse's is told.
+TEST(CandidateRemoval, SucceedsWithoutATextThatCanBeRead) { expectFailsWithoutText(removeDualStack, 0); }
+
+TEST(CandidateRemoval, OfABodyThatDoesNotParseLeavesTheObjectEmpty) {
+  std::string text = removeDualStack.before;
+  text.replace(text.find("5004 RTP"), 4, "80");  // a port that is refused
+  cSdpNegotiator object = objectWithText(text);
+  EXPECT_EQ(object.sdpRemoveDualStackIce(), 1);
+  EXPECT_TRUE(sameBytes(object, emptyObject()));
+}
+
+TEST(CandidateRemoval, WithNothingToRemoveLeavesTheObject) {
+  RequestCase nothing = removeDualStack;
+  for (const std::string& text : {removeDualStack.after, session, std::string("no body\r\n"),
+                                  session + "m=audio 5004 RTP/AVP 0\r\na=candidate:1 1 UDP\r\n"}) {
+    nothing.before = text;
+    expectFailedEdit(nothing, 0);
+  }
 }
 
 }  // namespace

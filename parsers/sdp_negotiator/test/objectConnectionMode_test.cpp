@@ -1,6 +1,6 @@
 #include "requestTestSupport.h"
 
-// Requests that change directions and silence suppression in the text of an object.
+// Requests that change directions in the text of an object.
 
 namespace {
 
@@ -118,49 +118,6 @@ TEST(DirectionRequest, OfATextThatCannotBeReadOrStoredFails) {
     EXPECT_EQ(request(object), 2);
     EXPECT_TRUE(sameBytes(object, emptyObject()));
   }
-}
-
-TEST(SuppressionRequest, ChangesTheTextAndParsesItAgain) {
-  cSdpNegotiator object = parsedObject(audioBody());
-  TraceCapture trace;
-  EXPECT_EQ(object.sdpInsertSilenceSuppression(FEATURE_STATE_ON), 0);
-  EXPECT_EQ(textOf(object), audioBody() + "a=silenceSupp:on - - - -\r\n");
-  EXPECT_EQ(object.getParsedData().silenceSuppression, FEATURE_STATE_ON);
-  ASSERT_GE(trace.lines().size(), 3U);
-  EXPECT_EQ(trace.lines()[0],
-            (TraceLine{1, 1, "Request to insert  silence suppression: silence_suppression=1"}));
-  EXPECT_EQ(trace.lines()[1], building);
-  EXPECT_EQ(trace.lines()[2], (TraceLine{8, 4, "Entering sdpInsertSilenceSuppression() method."}));
-}
-
-TEST(SuppressionRequest, IsMadeWithTheObjectsOwnSummary) {
-  cSdpNegotiator object = parsedObject(audioBody());
-  object.addAudioCodec(1, 0);  // PCMA, set and not parsed
-  EXPECT_EQ(object.sdpInsertSilenceSuppression(FEATURE_STATE_OFF), 0);
-  EXPECT_EQ(textOf(object), audioBody() + "a=silenceSupp:off - - - -\r\na=gpmd:8 vbd=yes\r\n");
-  EXPECT_EQ(object.getParsedData().gainControl, 44);
-}
-
-// Deliberate: the line goes to the end of the text, whosever section that is.
-TEST(SuppressionRequest, BehindAVideoSectionIsNotFoundByTheParse) {
-  cSdpNegotiator object = parsedObject(twoMedia);
-  EXPECT_EQ(object.sdpInsertSilenceSuppression(FEATURE_STATE_ON), 0);
-  EXPECT_EQ(textOf(object), twoMedia + "a=silenceSupp:on - - - -\r\n");
-  EXPECT_EQ(object.getParsedData().silenceSuppression, FEATURE_STATE_NOT_SPECIFIED);
-}
-
-TEST(SuppressionRequest, FailsWithoutTextOrWithAnotherValue) {
-  TraceCapture trace;
-  cSdpNegotiator none = emptyObject();
-  EXPECT_EQ(none.sdpInsertSilenceSuppression(7), 1);
-  EXPECT_EQ(
-      trace.takeLines(),
-      (Lines{{1, 1, "Request to insert  silence suppression: silence_suppression=7"}, building, empty}));
-  cSdpNegotiator object = parsedObject(audioBody());
-  const cSdpNegotiator before = object;
-  EXPECT_EQ(object.sdpInsertSilenceSuppression(7), 1);
-  EXPECT_EQ(trace.lines().back(), (TraceLine{4, 3, "Invalid silence suppression entry. Exiting."}));
-  EXPECT_TRUE(sameBytes(object, before));
 }
 
 }  // namespace

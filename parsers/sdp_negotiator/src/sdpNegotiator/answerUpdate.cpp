@@ -1,6 +1,9 @@
+#include "refusal.h"
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
 #include "trace.h"
+
+// An answer, brought up to date with a new offer.
 
 using namespace sdpneg;
 
@@ -16,10 +19,7 @@ void expandWhole(const cSdpNegotiator& object, char* text) {
 
 unsigned short cSdpNegotiator::sdpUpdateAnswer(const cSdpNegotiator* offer, const cSdpNegotiator* answer) {
   trace::debug("Entered sdpUpdateAnswer()");
-  if (offer == nullptr || answer == nullptr) {
-    trace::error("Invalid input objects. Cannot create the update SDP. Exiting.");
-    return 1;
-  }
+  if (offer == nullptr || answer == nullptr) return refuse({.reason = SDP_REFUSED_NO_OBJECTS_TO_UPDATE});
   char own[MAX_SDP_PROTOCOL_DATA_SIZE];
   char offered[MAX_SDP_PROTOCOL_DATA_SIZE];
   char answered[MAX_SDP_PROTOCOL_DATA_SIZE];

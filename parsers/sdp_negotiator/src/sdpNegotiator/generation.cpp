@@ -1,11 +1,12 @@
 #include <string_view>
 
 #include "cMsgIPAddress.h"
+#include "refusal.h"
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpNegotiator.h"
-#include "text/sdpText.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // Texts written from values.
 
@@ -36,23 +37,23 @@ unsigned short cSdpNegotiator::sdpEncode(char* out, int version, int& length) co
 unsigned short cSdpNegotiator::sdpCreateMessage(char* out, const char* ip, unsigned int port,
                                                 const char* codecs, bool inactive) {
   if (ip == nullptr || !cMsgIPAddress::isValid(ip)) {
-    trace::error("Invalid IP address. Cannot create SDP message. Exiting.");
-    return 1;
+    return refuse({.reason = SDP_REFUSED_MESSAGE_ADDRESS, .field = SDP_REFUSAL_FIELD_ADDRESS});
   }
-  if (port != 0 && (port < 1024 || port > 65535)) {
-    trace::error("Invalid port number (%d) entry.", static_cast<int>(port));
-    return 1;
+  if (!isMediaPort(port)) {
+    return refuse({.reason = SDP_REFUSED_MESSAGE_PORT,
+                   .number = static_cast<int>(port),
+                   .field = SDP_REFUSAL_FIELD_PORT});
   }
-  if (!sdpneg::areLineTexts({ip}, "sdpCreateMessage")) return 1;
+  if (!areLineTexts({ip}, "sdpCreateMessage")) return 1;
   sdpModifications::createSDPUserRequest(out, ip, port, codecs, inactive);
   return 0;
 }
 
 unsigned short cSdpNegotiator::generateDummyAnswer(char* out, bool sessionOnly, int& length,
                                                    eIPAddressVersion version) {
-  const std::string_view address = static_cast<int>(version) == 10 ? "IP6 ::" : "IP4 0.0.0.0";
+  const std::string_view address = version == kIpVersion6 ? "IP6 ::" : "IP4 0.0.0.0";
   if (out != nullptr) out[0] = '\0';
-  sdpneg::SdpText text(out);
+  SdpText text(out);
   for (const std::string_view piece :
        {std::string_view("v=0\r\no=QnSIP 0 1 IN "), address, std::string_view("\r\ns=SIP Call\r\nc=IN "),
         address, std::string_view("\r\nt=0 0\r\n")}) {

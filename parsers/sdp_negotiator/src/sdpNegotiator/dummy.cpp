@@ -1,9 +1,11 @@
 #include <array>
 #include <string_view>
 
+#include "refusal.h"
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
 #include "text/fixedText.h"
+#include "text/search.h"
 #include "trace.h"
 
 // Bodies that stand in for the real one.
@@ -31,7 +33,7 @@ CodecValues codecValuesOf(std::string_view names) {
     const std::string_view name = names.substr(0, comma);
     if (!name.empty()) value = codecValueOf(name);
     if (value != SDP_NO_CODEC) values[count++] = value;
-    more = comma != std::string_view::npos;
+    more = comma != npos;
     if (more) names.remove_prefix(comma + 1);
   }
   return values;
@@ -54,6 +56,7 @@ unsigned short cSdpNegotiator::createDummy(bool answer, bool holdFlag, bool thir
   const char* const kind = answer ? "Answer" : "Ack";
   trace::debug("Request to create a dummy %s, holdFlag=%s", kind, holdFlag ? "true" : "false");
   const cSdpNegotiator before = *this;
+  const unsigned int told = toldSoFar();
   unsigned short status = 1;
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
   int length = 0;
@@ -64,7 +67,7 @@ unsigned short cSdpNegotiator::createDummy(bool answer, bool holdFlag, bool thir
   }
   if (status == 0) return 0;
   *this = before;
-  trace::error("Failed to create a dummy SDP %s", kind);
+  tellUnlessTold({.reason = SDP_REFUSED_NO_DUMMY, .what = kind}, told);
   return status;
 }
 

@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <span>
 
+#include "refusal.h"
 #include "sdpModifiers.h"
 #include "sdpModifiers/codecLists.h"
 #include "sdpNegotiator.h"
-#include "sdpNegotiator/request.h"
 #include "trace.h"
 
 // Which audio codecs a body offers, and in which order. The codec slots of the summary and the text change together.
@@ -71,33 +71,57 @@ CodecList withFirst(std::span<const unsigned char> slots, unsigned char codec) {
   return result;
 }
 
-}  // namespace
-
-void cSdpNegotiator::replaceAudioCodecs(const unsigned char* codecs, int count) {
-  initAudioCodecs();
-  std::copy_n(codecs, count, parsedData.audioCodec);
-  std::fill(parsedData.packetizationPeriod + count, std::end(parsedData.packetizationPeriod),
-            SDP_PACKETIZATION_NOT_SET);
+/// Puts codecs into the slots of a summary and drops the periods behind them.
+void replaceAudioCodecs(sSdpParsedData& data, const unsigned char* codecs, int count) {
+  std::fill(std::begin(data.audioCodec), std::end(data.audioCodec), SDP_NO_CODEC);
+  std::copy_n(codecs, count, data.audioCodec);
+  std::fill(data.packetizationPeriod + count, std::end(data.packetizationPeriod), SDP_PACKETIZATION_NOT_SET);
 }
+
+/// Puts a codec order into the text, which is not parsed again.
+/// @return false when there is a text that cannot follow
+bool orderText(cSdpNegotiator& object, const unsigned char* order, int count) {
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
+  if (object.getSDP(text, sizeof text) != 0) return !object.isSdpPresent();
+  bool followed = sdpModifications::sdpCodecsReordering(text, order) == 0;
+  if (count != 0) {
+    followed = followed && object.setRawSDP(text) == 0;
+  } else {
+    // An order without codecs leaves none to the m-line: the text stays that it was tried on.
+    object.getRawSDP(text, sizeof text);
+  }
+  trace::debug("Updated SDP: %s", text);
+  return followed;
+}
+
+/// Puts a codec order into slots and text. The object stays as it was when its text cannot follow.
+/// @param data the object's own
+void applyCodecOrder(cSdpNegotiator& object, sSdpParsedData& data, const unsigned char* order, int count) {
+  const cSdpNegotiator before = object;
+  replaceAudioCodecs(data, order, count);
+  if (!orderText(object, order, count)) object = before;
+}
+
+}  // namespace
 
 unsigned short cSdpNegotiator::sdpRestrictAudioCodecsTo(const unsigned char* codecs, int count,
                                                         bool reorder) {
   trace::progress("Request to restrict audio codecs from the SDP.");
   if (codecs == nullptr) {
-    trace::error("Empty audio codecs array. Exiting from sdpRestrictAudioCodecsTo");
+    tell({.reason = SDP_REFUSED_NO_CODECS});
     return 0;
   }
   const auto slots = valuesOf(parsedData.audioCodec, MAX_SDP_NEGOTIATOR_AUDIO_CODECS);
   const auto given = valuesOf(codecs, count);
   const CodecList result = reorder ? inGivenOrder(slots, given) : inOwnOrder(slots, given);
   if (result.count() == 0) {
-    trace::info("No common codecs found. Don't restrict any codec.");
+    tell({.reason = SDP_REFUSED_NO_COMMON_CODEC});
     return 0;
   }
   char text[MAX_SDP_PROTOCOL_DATA_SIZE] = "";
   // An empty object has an empty text. A part of one would be taken for all of it.
   if (getSDP(text, sizeof text) != 0 && isSdpPresent()) return 0;
-  replaceAudioCodecs(result.data(), result.count());
+  replaceAudioCodecs(parsedData, result.data(), result.count());
   if (reorder) {
     sdpModifications::sdpCodecsReordering(text, result.data());
   } else {
@@ -110,25 +134,25 @@ unsigned short cSdpNegotiator::sdpRestrictAudioCodecsTo(const unsigned char* cod
 unsigned short cSdpNegotiator::sdpChangeAudioCodecPreference(unsigned char codec) {
   const char* const name = getAudioCodecText(codec);
   if (codec == SDP_NO_CODEC || isAlwaysKept(codec)) {
-    trace::error("Invalid audio codec %s entry", name);
+    tell({.reason = SDP_REFUSED_CODEC_NOT_TO_PREFER, .what = name});
     return 0;
   }
   if (parsedData.audioCodec[0] == codec) return 0;
   trace::debug("Request to change AudioCodec %s preference", name);
   const auto slots = valuesOf(parsedData.audioCodec, MAX_SDP_NEGOTIATOR_AUDIO_CODECS);
   if (!holds(slots, codec)) {
-    trace::debug("The preferable Audio Codec %s not found in the SDP", name);
+    tell({.reason = SDP_REFUSED_CODEC_NOT_IN_BODY, .what = name});
     return 0;
   }
   const CodecList order = withFirst(slots, codec);
   trace::debug("Num Of Final Codecs= %d", order.count());
-  applyCodecOrder(order.data(), order.count());
+  applyCodecOrder(*this, parsedData, order.data(), order.count());
   return 0;
 }
 
 unsigned short cSdpNegotiator::sdpReorderAudioCodecPreference(const unsigned char* codecs, int count) {
   if (codecs == nullptr || codecs[0] == SDP_NO_CODEC) {
-    trace::error("sdpReorderAudioCodecPreference exit - Invalid audio codec entry");
+    tell({.reason = SDP_REFUSED_INVALID_ORDER});
     return 0;
   }
   trace::debug("Request to change AudioCodec preference");
@@ -137,27 +161,6 @@ unsigned short cSdpNegotiator::sdpReorderAudioCodecPreference(const unsigned cha
   unsigned char order[MAX_SDP_NEGOTIATOR_AUDIO_CODECS] = {};
   const int taken = std::clamp(count, 0, MAX_SDP_NEGOTIATOR_AUDIO_CODECS);
   std::copy_n(codecs, taken, order);
-  applyCodecOrder(order, taken);
+  applyCodecOrder(*this, parsedData, order, taken);
   return 0;
-}
-
-/// Puts a codec order into the slots and the text, which is not parsed again. The object stays as it was when it has a
-/// text that cannot follow.
-void cSdpNegotiator::applyCodecOrder(const unsigned char* order, int count) {
-  const cSdpNegotiator before = *this;
-  replaceAudioCodecs(order, count);
-  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
-  if (getSDP(text, sizeof text) != 0) {
-    if (isSdpPresent()) *this = before;
-    return;
-  }
-  bool followed = sdpModifications::sdpCodecsReordering(text, order) == 0;
-  if (count != 0) {
-    followed = followed && setRawSDP(text) == 0;
-  } else {
-    // An order without codecs leaves none to the m-line: the text stays that it was tried on.
-    getRawSDP(text, sizeof text);
-  }
-  if (!followed) *this = before;
-  trace::debug("Updated SDP: %s", text);
 }

@@ -1,0 +1,13 @@
+#include "sdpModifiers.h"
+#include "sdpNegotiator.h"
+#include "sdpNegotiator/request.h"
+#include "trace.h"
+
+// The address of session and audio.
+
+using namespace sdpneg;
+
+unsigned short cSdpNegotiator::sdpReplaceCxIP(const char* ip) {
+  trace::progress("Request to replace the IP to:%s.", ip != nullptr ? ip : "");
+  return editAndKeep(*this, kParsed, [&](char* text) { return sdpModifications::sdpReplaceCxIP(text, ip); });
+}

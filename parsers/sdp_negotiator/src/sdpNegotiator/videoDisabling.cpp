@@ -1,0 +1,20 @@
+#include "sdpModifiers.h"
+#include "sdpNegotiator.h"
+#include "sdpNegotiator/request.h"
+#include "trace.h"
+
+// Port 0 for video.
+
+using namespace sdpneg;
+
+unsigned short cSdpNegotiator::sdpRemoveAllVideoMedia() {
+  trace::debug("Request to remove ALL video media.");
+  return editAndKeep(*this, kParsed,
+                     [](char* text) { return sdpModifications::sdpRemoveVideoMedia(text, true); });
+}
+
+unsigned short cSdpNegotiator::sdpRemoveVideoMedia() {
+  trace::debug("Request to remove video media.");
+  return editAndKeep(*this, kParsed,
+                     [](char* text) { return sdpModifications::sdpRemoveVideoMedia(text, false); });
+}

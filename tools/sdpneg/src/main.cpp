@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "commandLine.h"
-#include "exitStatus.h"
-#include "streams.h"
+#include "commands/commandLine.h"
+#include "commands/exitStatus.h"
+#include "output/streams.h"
 
 namespace {
 

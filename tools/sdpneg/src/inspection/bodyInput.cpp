@@ -1,0 +1,44 @@
+#include "inspection/bodyInput.h"
+
+#include <utility>
+
+namespace tool {
+
+BodyInput readBody(const Input& input) {
+  InputBytes read = readInput(input);
+  Inspection inspection = read.problem ? unreadable(std::move(*read.problem)) : inspect(read.bytes);
+  return {input.name, std::move(read.bytes), std::move(inspection)};
+}
+
+void writeProblems(Output& err, const std::string& name, const Inspection& inspection) {
+  for (const Problem& note : inspection.notes) writeProblem(err, name, {note.place, "note: " + note.reason});
+  if (inspection.problem) writeProblem(err, name, *inspection.problem);
+}
+
+BodyInput readBodyFor(const std::string& operand, Streams streams) {
+  BodyInput input = readBody(inputOf(operand));
+  writeProblems(streams.err, input.name, input.inspection);
+  return input;
+}
+
+std::optional<std::string> requestObstacle(const cSdpNegotiator& object) {
+  if (object.getRawSdpSize() != 0) return std::nullopt;
+  return "the body is longer than the " + std::to_string(MAX_SDP_PROTOCOL_DATA_SIZE - 1) +
+         " characters that requests take";
+}
+
+std::optional<std::string> unreadableResult(const Inspection& result) {
+  if (!result.problem) return std::nullopt;
+  const Place& place = result.problem->place;
+  const std::string where = place.line == 0 ? std::string()
+                                            : "line " + std::to_string(place.line) + ", column " +
+                                                  std::to_string(place.column) + ": ";
+  return "what comes of it cannot be read: " + where + result.problem->reason;
+}
+
+std::string bodyText(const cSdpNegotiator& object) {
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE + 1];
+  return object.getRawSDP(text, sizeof text) == 0 ? std::string(text) : std::string();
+}
+
+}  // namespace tool

@@ -1,0 +1,54 @@
+#ifndef SDPNEG_INSPECTION_H
+#define SDPNEG_INSPECTION_H
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "input/place.h"
+#include "inspection/bestEffort.h"
+#include "inspection/bodyLines.h"
+#include "inspection/traceLines.h"
+#include "sdpNegotiator.h"
+#include "sessionDescription.h"
+
+namespace tool {
+
+enum class Result {
+  parsed,       ///< a summary
+  refused,      ///< SDP, but the analysis refuses it
+  undecodable,  ///< no SDP
+  unreadable    ///< nothing to decode
+};
+
+/// A decoded description is several hundred kilobytes.
+using DescriptionPointer = std::unique_ptr<sDescription>;
+
+/// What there is to say about one input.
+struct Inspection {
+  Result result = Result::unreadable;
+  std::optional<Problem> problem;
+  std::vector<Problem> notes;
+  std::vector<TraceLine> trace;
+  std::optional<cSdpNegotiator> object;    ///< of a parsed body
+  std::vector<mediaStruct> media;          ///< of a parsed body: its active video and application media
+  std::vector<unsigned char> videoCodecs;  ///< of a parsed body
+  std::optional<BestEffort> bestEffort;    ///< of a parsed body, whose traces are left out
+  DescriptionPointer description;          ///< of a parsed or refused body
+  std::vector<std::size_t> mediaLines;     ///< the lines of the input with the m-lines of the description
+};
+
+/// Inspects the bytes of an input: an SDP body or a SIP message with one.
+Inspection inspect(std::string_view bytes);
+
+/// An input that cannot be read.
+Inspection unreadable(Problem problem);
+
+/// The name of a result in the JSON output.
+const char* resultName(Result result);
+
+}  // namespace tool
+
+#endif

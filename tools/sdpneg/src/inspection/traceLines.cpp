@@ -1,0 +1,34 @@
+#include "inspection/traceLines.h"
+
+#include <string_view>
+
+#include "kvRttLocal.h"
+#include "output/printable.h"
+
+namespace tool {
+namespace {
+
+constexpr const char* component = "SDP_NEGOTIATOR";
+
+}  // namespace
+
+TraceLines::TraceLines() {
+  KvRttSetSink(&TraceLines::take, this);
+  KvRttSwitchFlag(component, "INFO", true);
+}
+
+TraceLines::~TraceLines() {
+  KvRttSwitchFlag(component, "INFO", false);
+  KvRttSetSink(nullptr, nullptr);
+}
+
+void TraceLines::take(void* context, const KvRttLine* line) {
+  if (std::string_view(line->component) != component) return;
+  static_cast<TraceLines*>(context)->lines_.push_back({line->flag, std::string(line->text, line->length)});
+}
+
+void writeTraceLines(Output& err, const std::vector<TraceLine>& lines) {
+  for (const TraceLine& line : lines) err.write(printable(line.text) + "\n");
+}
+
+}  // namespace tool

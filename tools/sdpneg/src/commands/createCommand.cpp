@@ -5,6 +5,7 @@
 
 #include "cMsgIPAddress.h"
 #include "commands/exitStatus.h"
+#include "inspection/names.h"
 #include "inspection/refusal.h"
 #include "inspection/traceLines.h"
 #include "requests/wholeNumber.h"
@@ -46,7 +47,7 @@ int createAnswer(const Arguments& arguments, Streams streams) {
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
   int length = 0;
   cSdpNegotiator::generateDummyAnswer(text, arguments.has("--session-only"), length,
-                                      arguments.has("--ipv6") ? IP_VERSION_6 : IP_VERSION_4);
+                                      arguments.has("--ipv6") ? ipVersion6 : ipVersion4);
   streams.out.write(text);
   return exitSuccess;
 }

@@ -9,12 +9,6 @@
 
 namespace tool {
 
-/// A request with the words of its arguments.
-struct RequestCall {
-  const RequestRow* row;
-  RequestInput input;
-};
-
 /// What the operands of `sdpneg rewrite` say.
 struct RequestLine {
   std::vector<RequestCall> calls;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "commands/exitStatus.h"
+#include "commands/requestLine.h"
 #include "inspection/bodyInput.h"
 #include "output/fileReplacement.h"
 #include "output/lineDiff.h"

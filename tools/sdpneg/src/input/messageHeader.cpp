@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "text/search.h"
+#include "text/anyLines.h"
 
 namespace tool {
 namespace {
@@ -52,9 +52,9 @@ void takeParameter(std::string_view& rest, std::string& name, std::string& value
 }  // namespace
 
 HeaderLine headerLineAt(std::string_view text, std::size_t begin, std::size_t end) {
-  const std::size_t lf = std::min(text.find('\n', begin), end);
-  const bool cr = lf < end && lf > begin && text[lf - 1] == '\r';
-  return {text.substr(begin, lf - begin - (cr ? 1 : 0)), lf < end ? lf + 1 : end};
+  const sdpneg::AnyLine line = sdpneg::AnyLines(text.substr(begin, end - begin)).next();
+  const bool isEnded = line.whole.ends_with('\n');  // a CR alone is no end
+  return {isEnded ? line.content : line.whole, begin + line.whole.size()};
 }
 
 Header readHeader(std::string_view text, Range range) {

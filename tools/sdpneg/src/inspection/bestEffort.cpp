@@ -5,8 +5,8 @@
 #include <span>
 #include <string_view>
 
+#include "inspection/heldMedia.h"
 #include "inspection/traceLines.h"
-#include "sdpNegotiatorParser/descriptionView.h"
 #include "text/search.h"
 
 namespace tool {
@@ -57,9 +57,9 @@ bool isPlain(std::string_view transport) {
 bool hasKeysOnPlainMedia(const sDescription& description) {
   const bool ofSession = hasKeys(description.aLine);
   bool found = false;
-  for (const mDescription& media : sdpneg::mediaOf(description)) {
-    if (sdpneg::portOf(media) == 0) continue;
-    const std::string_view transport = sdpneg::transportOf(media);
+  for (const mDescription& media : heldMedia(description)) {
+    if (portOf(media) == 0) continue;
+    const std::string_view transport = transportOf(media);
     if (sdpneg::findNoCase(transport, "SAVP") != sdpneg::npos) return false;
     found = found || (isPlain(transport) && (ofSession || hasKeys(media.aLine)));
   }

@@ -2,16 +2,16 @@
 
 #include <algorithm>
 
-#include "lineReader.h"
-#include "text/search.h"
+#include "text/anyLines.h"
 
 namespace tool {
 
 BodyLines::BodyLines(std::string_view body, std::size_t firstLine) : body_(body), firstLine_(firstLine) {
-  sdp::LineReader reader(body);
-  while (reader.next()) {
-    if (sdpneg::startsWith(reader.line(), "m=")) media_.push_back(lines_.size());
-    lines_.push_back({firstLine + reader.number() - 1, reader.line()});
+  sdpneg::AnyLines rest(body);
+  while (!rest.atEnd()) {
+    const std::string_view line = rest.next().content;
+    if (sdpneg::startsWith(line, "m=")) media_.push_back(lines_.size());
+    lines_.push_back({firstLine + lines_.size(), line});
   }
 }
 

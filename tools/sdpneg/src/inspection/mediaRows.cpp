@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 
+#include "inspection/heldMedia.h"
 #include "inspection/names.h"
 #include "output/printable.h"
 #include "sdpNegotiatorParser.h"
-#include "sdpNegotiatorParser/descriptionView.h"
 
 namespace tool {
 namespace {
@@ -26,11 +26,11 @@ MediaRow rowOf(const mDescription& media) {
   MediaRow row{};
   row.media = media.mLine.media;
   row.port = std::string(media.mLine.port) + media.mLine.portSuffix;
-  row.active = sdpneg::portOf(media) != 0;
-  row.transport = sdpneg::transportOf(media);
+  row.active = portOf(media) != 0;
+  row.transport = transportOf(media);
   row.direction = directionName(sdpParserMessage::getConnectionMode(&media.aLine));
   row.label = sdpneg::viewOf(sdp_AfindAttribute(&media.aLine, "label"));
-  if (sdpneg::hasConnection(media.cLine)) {
+  if (hasConnection(media.cLine)) {
     row.connection = {sdp_CgetAddressType(&media.cLine, 0), sdp_CgetAddress(&media.cLine, 0)};
   }
   if (media.bLine.count > 0) row.bandwidth = sdp_BgetBandwidthValue(&media.bLine);
@@ -106,7 +106,7 @@ std::string layOut(const std::vector<Cells>& rows) {
 
 std::vector<MediaRow> mediaRowsOf(const Inspection& inspection) {
   std::vector<MediaRow> rows;
-  for (const mDescription& media : sdpneg::mediaOf(*inspection.description)) {
+  for (const mDescription& media : heldMedia(*inspection.description)) {
     MediaRow row = rowOf(media);
     row.line = rows.size() < inspection.mediaLines.size() ? inspection.mediaLines[rows.size()] : 0;
     rows.push_back(std::move(row));

@@ -1,10 +1,10 @@
 #include "inspection/names.h"
 
+#include <algorithm>
 #include <iterator>
 #include <string_view>
 
-#include "codecLookup.h"
-#include "vocabulary.h"
+#include "sdpNegotiator.h"
 
 namespace tool {
 namespace {
@@ -44,16 +44,18 @@ std::vector<std::string> mediaKindNames(std::uint32_t kinds) {
 }
 
 std::string audioCodecName(std::uint8_t codec) {
-  const std::string_view name = sdpneg::codecName(audioCodecTable, &audioCodecRow::encodingName, codec);
+  const auto* const row = std::find_if(std::begin(audioCodecTable), std::end(audioCodecTable),
+                                       [codec](const audioCodecRow& each) { return each.value == codec; });
+  const std::string_view name = row != std::end(audioCodecTable) ? row->encodingName : std::string_view();
   return name == "NOT_SPECIFIED" ? audioCodecTextName(codec) : orNumber(name, codec);
 }
 
 std::string audioCodecTextName(std::uint8_t codec) {
-  return orNumber(sdpneg::codecName(audioCodecTable, &audioCodecRow::textName, codec), codec);
+  return orNumber(cSdpNegotiator::getAudioCodecText(codec), codec);
 }
 
 std::string videoCodecName(std::uint8_t codec) {
-  return orNumber(sdpneg::codecName(videoCodecTable, &videoCodecRow::encodingName, codec), codec);
+  return orNumber(cSdpNegotiator::getVideoCodecText(codec), codec);
 }
 
 std::string h264LevelName(std::int32_t level) {
@@ -66,8 +68,8 @@ std::string featureName(std::uint8_t state) {
 }
 
 std::string ipVersionName(eIPAddressVersion version) {
-  if (version == sdpneg::kIpVersion4) return "4";
-  return version == sdpneg::kIpVersion6 ? "6" : "";
+  if (version == ipVersion4) return "4";
+  return version == ipVersion6 ? "6" : "";
 }
 
 std::string joined(const std::vector<std::string>& words, const char* separator) {

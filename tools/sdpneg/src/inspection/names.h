@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "cMsgIPAddress.h"
 #include "sdpDataDefinitions.h"
 
 // The words for the numbers of a summary.
@@ -35,6 +36,10 @@ std::string h264LevelName(std::int32_t level);
 
 /// "on", "off" or an empty text.
 std::string featureName(std::uint8_t state);
+
+// Address versions. A host's own address class may name these otherwise; the values are fixed.
+inline constexpr auto ipVersion4 = static_cast<eIPAddressVersion>(2);
+inline constexpr auto ipVersion6 = static_cast<eIPAddressVersion>(10);
 
 /// "4", "6" or an empty text.
 std::string ipVersionName(eIPAddressVersion version);

@@ -6,9 +6,9 @@
 #include <optional>
 #include <string>
 
+#include "inspection/heldMedia.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiatorParser.h"
-#include "sdpNegotiatorParser/descriptionView.h"
 
 namespace tool {
 namespace {
@@ -50,9 +50,9 @@ unsigned short stepImage(sDescription& description, int noOfMDs) {
 
 /// An audio m-line that is not in use is chosen where it is the last, which it is not for the whole body.
 bool isLastByCount(const sDescription& description, int index) {
-  const auto media = sdpneg::mediaOf(description);
+  const auto media = heldMedia(description);
   const mDescription& each = media[static_cast<std::size_t>(index)];
-  return static_cast<std::size_t>(index) + 1 < media.size() && sdpneg::portOf(each) == 0;
+  return static_cast<std::size_t>(index) + 1 < media.size() && portOf(each) == 0;
 }
 
 /// The m-line that the parse refuses, in the order of its steps: the first one with which a step fails.
@@ -98,7 +98,7 @@ Problem explainPort(const Refused& body, std::string_view trace) {
   const mDescription& media = body.description.media[index];
   return {body.lines.mediaField(static_cast<std::size_t>(index), portField),
           "the port of " + mediaName(body.description, index) + ", " + sdp_MgetPort(&media.mLine) + ", is " +
-              (sdpneg::portOf(media) < 1024 ? "below 1024" : "above 65535")};
+              (portOf(media) < 1024 ? "below 1024" : "above 65535")};
 }
 
 Problem explainAddress(const Refused& body, std::string_view trace) {
@@ -106,7 +106,7 @@ Problem explainAddress(const Refused& body, std::string_view trace) {
   if (index < 0) return {{}, std::string(trace)};
   const auto media = static_cast<std::size_t>(index);
   const c_line& own = body.description.media[index].cLine;
-  const bool inherited = !sdpneg::hasConnection(own);
+  const bool inherited = !hasConnection(own);
   const std::string address = quoted(sdp_CgetAddress(inherited ? &body.description.cLine : &own, 0));
   const std::string name = mediaName(body.description, index);
   return {inherited ? body.lines.sessionConnectionField(addressField)

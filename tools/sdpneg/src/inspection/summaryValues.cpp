@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "text/anyLines.h"
+
 namespace tool {
 namespace {
 
@@ -52,7 +54,7 @@ std::string originLineOf(const cSdpNegotiator& object) {
   const std::string text = textOf(object);
   if (data.oLineStart >= data.oLineEnd || data.oLineEnd > text.size()) return {};
   const std::string line = text.substr(data.oLineStart, data.oLineEnd - data.oLineStart);
-  return line.substr(0, line.find_first_of("\r\n"));
+  return std::string(sdpneg::AnyLines(line).next().content);
 }
 
 bool hasDtlsFingerprint(const cSdpNegotiator& object) { return object.contains("a=fingerprint"); }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "output/printable.h"
+#include "text/anyLines.h"
 
 namespace tool {
 namespace {
@@ -19,12 +20,8 @@ constexpr std::size_t mostPairs = std::size_t{64} * 1024 * 1024;
 /// The lines of a text with their ends.
 std::vector<std::string_view> linesOf(std::string_view text) {
   std::vector<std::string_view> lines;
-  while (!text.empty()) {
-    const std::size_t lf = text.find('\n');
-    const std::size_t length = lf == std::string_view::npos ? text.size() : lf + 1;
-    lines.push_back(text.substr(0, length));
-    text.remove_prefix(length);
-  }
+  sdpneg::AnyLines rest(text);
+  while (!rest.atEnd()) lines.push_back(rest.next().whole);
   return lines;
 }
 

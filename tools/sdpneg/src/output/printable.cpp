@@ -1,5 +1,7 @@
 #include "output/printable.h"
 
+#include "text/anyLines.h"
+
 namespace tool {
 namespace {
 
@@ -84,13 +86,11 @@ std::string printable(std::string_view text) {
 std::string printableLines(std::string_view text) {
   std::string out;
   out.reserve(text.size());
-  while (!text.empty()) {
-    const std::size_t lf = text.find('\n');
-    std::string_view line = text.substr(0, lf);
-    text.remove_prefix(lf == std::string_view::npos ? text.size() : lf + 1);
-    if (lf == std::string_view::npos) return out += printable(line);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    out.append(printable(line)).append("\n");
+  sdpneg::AnyLines rest(text);
+  while (!rest.atEnd()) {
+    const sdpneg::AnyLine line = rest.next();
+    if (!line.whole.ends_with('\n')) return out += printable(line.whole);
+    out.append(printable(line.content)).append("\n");
   }
   return out;
 }

@@ -57,6 +57,12 @@ struct RequestRow {
   std::string (*failure)(std::span<const TraceLine> trace) = nullptr;
 };
 
+/// A request with the words of its arguments.
+struct RequestCall {
+  const RequestRow* row;
+  RequestInput input;
+};
+
 /// A row's function for a request without arguments.
 template <unsigned short (cSdpNegotiator::*operation)()>
 unsigned short plainRequest(cSdpNegotiator& object, RequestInput& /*input*/) {

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "commands/requestLine.h"
 #include "inspection/traceLines.h"
+#include "requests/requestTable.h"
 
 namespace tool {
 

@@ -2,11 +2,11 @@
 #include <iterator>
 #include <utility>
 
+#include "inspection/names.h"
 #include "requests/removedRecord.h"
 #include "requests/requestArguments.h"
 #include "requests/requestTable.h"
 #include "text/search.h"
-#include "vocabulary.h"
 
 // Requests for security, ICE and alternative addresses.
 
@@ -117,8 +117,7 @@ constexpr RequestArgument removeAnatArguments[] = {
 unsigned short removeAnat(cSdpNegotiator& object, RequestInput& input) {
   if (!object.isAnatPresent()) return beIdle(input, "the body has no ANAT group");
   RemovedRecord record;
-  const auto version =
-      indexOf(addressFamilies, input.words[0]) == 0 ? sdpneg::kIpVersion4 : sdpneg::kIpVersion6;
+  const auto version = indexOf(addressFamilies, input.words[0]) == 0 ? ipVersion4 : ipVersion6;
   object.sdpRemoveANAT(version, record.data(), true);
   input.removed = record.text();
   return 0;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "text/lines.h"
+#include "text/anyLines.h"
 
 namespace tool {
 namespace {
@@ -54,11 +54,8 @@ void readLine(std::string_view line, Body& body) {
 
 Body read(std::string_view text) {
   Body body;
-  for (std::size_t at = 0; at < text.size();) {
-    const sdpneg::Line line = sdpneg::lineAt(text, at);
-    readLine(sdpneg::content(text, line), body);
-    at = line.next();
-  }
+  sdpneg::AnyLines rest(text);
+  while (!rest.atEnd()) readLine(rest.next().content, body);
   return body;
 }
 

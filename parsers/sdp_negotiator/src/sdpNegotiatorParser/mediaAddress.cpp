@@ -17,11 +17,6 @@ bool holdsAudio(const sDescription& description) {
                      [](const mDescription& each) { return each.mLine.mediaType == MEDIA_AUDIO; });
 }
 
-/// The section whose c-line gives a media description its address; 0 for the session.
-int sectionOfAddress(const sDescription& description, const mDescription& media) {
-  return (media.linePresence & SDP_HAS_C_LINE) != 0 ? sectionOf(description, media) : 0;
-}
-
 }  // namespace
 
 Refusal checkPort(const char* kind, const sDescription& description, const mDescription& media) {
@@ -47,7 +42,7 @@ Refusal takeAddress(sSdpParsedData& data, const c_line& line, int section) {
 }
 
 Refusal takeAddressOf(sSdpParsedData& data, const sDescription& description, const mDescription& media) {
-  return takeAddress(data, media.cLine, sectionOfAddress(description, media));
+  return takeAddress(data, media.cLine, sectionOf(description, media));
 }
 
 Refusal addressWithoutAudio(sSdpParsedData& data, const sDescription& description, const mDescription& media,

@@ -7,7 +7,6 @@
 #include "commands/exitStatus.h"
 #include "inspection/names.h"
 #include "inspection/refusal.h"
-#include "inspection/traceLines.h"
 #include "requests/wholeNumber.h"
 #include "sdpNegotiator.h"
 #include "text/search.h"
@@ -64,12 +63,12 @@ std::string withAddressType(std::string text, const std::string& address) {
 
 int createBody(const std::string& address, unsigned int port, const std::string& codecs, bool inactive,
                Streams streams) {
-  const TraceLines trace;
+  const RefusalWatch watch;
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
   const unsigned short status =
       cSdpNegotiator::sdpCreateMessage(text, address.c_str(), port, codecs.c_str(), inactive);
   if (status != 0) {
-    writeProblem(streams.err, "", {{}, "create is refused: " + explainRefusedRequest(trace.lines(), status)});
+    writeProblem(streams.err, "", {{}, "create is refused: " + explainRefusedRequest(watch, status)});
     return exitRefused;
   }
   streams.out.write(withAddressType(text, address));

@@ -69,7 +69,7 @@ class Run {
     streams_.out.write(report_.begin());
     for (const Input& input : list.inputs) {
       if (!streams_.out.good()) return counts;
-      const Inspection inspection = readBody(input).inspection;
+      const Inspection inspection = readBody(input, Detail::all).inspection;
       if (inspection.problem || !inspection.notes.empty() || traced_ || streams_.out.isTerminal())
         progress.hide();
       if (traced_) writeTrace(streams_.err, input.name, inspection, list.several);

@@ -29,7 +29,6 @@ class Offers {
   bool usable() const { return usable_; }
   cSdpNegotiator& operator[](std::size_t index) { return *inputs_[index].inspection.object; }
   const std::string& name(std::size_t index) const { return inputs_[index].name; }
-  std::size_t mediaCount(std::size_t index) const { return inputs_[index].inspection.mediaLines.size(); }
 
  private:
   void noteObstacle(const BodyInput& input, Streams streams) {
@@ -49,12 +48,12 @@ struct Done {
 };
 
 /// Writes the body that a request left in one of the offers, or why the request was refused.
-int finish(Offers& offers, std::size_t own, Done result, const TraceLines& trace, Streams streams) {
+int finish(Offers& offers, std::size_t own, Done result, const RefusalWatch& watch, Streams streams) {
   if (result.done) {
     writeText(streams.out, bodyText(offers[own]));
     return exitSuccess;
   }
-  writeProblem(streams.err, offers.name(own), {{}, explainRefusedRequest(trace.lines(), result.status)});
+  writeProblem(streams.err, offers.name(own), {{}, explainRefusedRequest(watch, result.status)});
   return exitRefused;
 }
 
@@ -68,9 +67,10 @@ int runUpdateAnswer(const Arguments& arguments, Streams streams) {
   Offers offers(arguments, streams);
   if (!offers.usable()) return exitBadInput;
   const TraceLines trace;
+  const RefusalWatch watch;
   const unsigned short status = offers[0].sdpUpdateAnswer(&offers[1], &offers[2]);
   showTrace(arguments, trace, streams);
-  return finish(offers, 0, {status == 0, status}, trace, streams);
+  return finish(offers, 0, {status == 0, status}, watch, streams);
 }
 
 int runVersionIncreased(const Arguments& arguments, Streams streams) {
@@ -84,7 +84,6 @@ int runVersionIncreased(const Arguments& arguments, Streams streams) {
 }
 
 int runAlign(const Arguments& arguments, Streams streams) {
-  constexpr unsigned short kFewerBefore = 1;  // which leaves the m-lines as they are
   Offers offers(arguments, streams);
   if (!offers.usable()) return exitBadInput;
   if (const auto obstacle = setObstacle(offers[0])) {
@@ -92,11 +91,12 @@ int runAlign(const Arguments& arguments, Streams streams) {
     return exitRefused;
   }
   const TraceLines trace;
+  const RefusalWatch watch;
   const unsigned short status = offers[1].sdpModifyVersionAndMlines(&offers[0], false);
   showTrace(arguments, trace, streams);
-  const bool fewerBefore = offers.mediaCount(0) < offers.mediaCount(1);
-  const bool done = status == 0 || (status == kFewerBefore && fewerBefore && !hasError(trace.lines()));
-  return finish(offers, 1, {done, status}, trace, streams);
+  // Fewer m-lines before leave those of the new body as they are.
+  const bool done = status == 0 || watch.saw(SDP_REFUSED_FEWER_M_LINES);
+  return finish(offers, 1, {done, status}, watch, streams);
 }
 
 }  // namespace tool

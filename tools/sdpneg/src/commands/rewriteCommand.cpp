@@ -102,7 +102,7 @@ std::string operationList() {
 int runRewrite(const Arguments& arguments, Streams streams) {
   RequestLine line = readRequestLine(arguments.operands());
   checkStandardInput(line, arguments.has("--in-place"));
-  const BodyInput input = readBody(inputOf(line.file));
+  const BodyInput input = readBody(inputOf(line.file), Detail::object);
   if (arguments.has("--trace")) writeTraceLines(streams.err, input.inspection.trace);
   writeProblems(streams.err, input.name, input.inspection);
   const bool othersUsable = readOthers(line, streams);

@@ -49,11 +49,11 @@ Unpacked unpack(const std::string& bytes) {
   if (bytes.size() > sizeof(cSdpNegotiator)) {
     return {{}, damaged("it is longer than " + std::to_string(sizeof(cSdpNegotiator)) + " bytes")};
   }
-  const TraceLines trace;
+  const RefusalWatch watch;
   cSdpNegotiator object{};
   const unsigned short status = object.uncompressObject(reinterpret_cast<const unsigned char*>(bytes.data()),
                                                         static_cast<unsigned int>(bytes.size()));
-  if (status != 0) return {{}, damaged(explainRefusedRequest(trace.lines(), status))};
+  if (status != 0) return {{}, damaged(explainRefusedRequest(watch, status))};
   if (!object.isSdpPresent()) return {{}, damaged("it holds no body")};
   std::string text = bodyText(object);
   if (text.empty()) return {{}, damaged("its deflated text is damaged")};
@@ -62,8 +62,8 @@ Unpacked unpack(const std::string& bytes) {
 
 /// Whether a text came out that is SDP; what is no transfer form may look like one to the library.
 std::optional<Problem> contentProblem(const std::string& text) {
-  const Inspection inspection = inspect(text);
-  if (inspection.description) return std::nullopt;
+  const Inspection inspection = inspect(text, Detail::object);
+  if (inspection.isSdp()) return std::nullopt;
   return damaged("its text is no SDP: " + inspection.problem.value_or(Problem{}).reason);
 }
 

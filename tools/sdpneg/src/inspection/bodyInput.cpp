@@ -4,9 +4,9 @@
 
 namespace tool {
 
-BodyInput readBody(const Input& input) {
+BodyInput readBody(const Input& input, Detail detail) {
   InputBytes read = readInput(input);
-  Inspection inspection = read.problem ? unreadable(std::move(*read.problem)) : inspect(read.bytes);
+  Inspection inspection = read.problem ? unreadable(std::move(*read.problem)) : inspect(read.bytes, detail);
   return {input.name, std::move(read.bytes), std::move(inspection)};
 }
 
@@ -16,7 +16,7 @@ void writeProblems(Output& err, const std::string& name, const Inspection& inspe
 }
 
 BodyInput readBodyFor(const std::string& operand, Streams streams) {
-  BodyInput input = readBody(inputOf(operand));
+  BodyInput input = readBody(inputOf(operand), Detail::object);
   writeProblems(streams.err, input.name, input.inspection);
   return input;
 }

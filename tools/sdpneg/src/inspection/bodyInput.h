@@ -19,7 +19,7 @@ struct BodyInput {
   bool usable() const { return inspection.object && !inspection.problem; }
 };
 
-BodyInput readBody(const Input& input);
+BodyInput readBody(const Input& input, Detail detail);
 
 /// Writes the notes and the problem of an input, a line each.
 void writeProblems(Output& err, const std::string& name, const Inspection& inspection);

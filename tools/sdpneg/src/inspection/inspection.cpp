@@ -7,81 +7,72 @@
 #include "input/captureFile.h"
 #include "input/sipMessage.h"
 #include "inspection/refusal.h"
-#include "text/search.h"
+#include "sdpNegotiatorParser.h"
 
 namespace tool {
 namespace {
 
-/// The codec's words with what it quotes as it stands in the text. The codec puts "?" for every byte that is no
-/// printable ASCII character.
-std::string withQuotation(std::string words, std::string_view text) {
-  constexpr std::string_view kFound = ", found \"";
-  const std::size_t found = words.find(kFound);
-  const std::size_t end = words.rfind('"');
-  if (found == std::string::npos || end < found + kFound.size()) return words;
-  const std::size_t begin = found + kFound.size();
-  for (std::size_t i = begin; i < end && i - begin < text.size(); ++i) {
-    const char c = text[i - begin];
-    const bool hidden = words[i] == '?' && (c < ' ' || c > '~');
-    if (!hidden && words[i] != c) return words;  // it quotes something else
-    words[i] = c;
-  }
-  return words;
-}
-
-/// The codec's message "line N, column M: what", as a place of the input.
-Problem decodingProblem(std::string_view message, const BodyLines& lines) {
-  const auto number = [&message](std::string_view word) -> std::size_t {
-    if (!sdpneg::startsWith(message, word)) return 0;
-    const auto leading = sdpneg::leadingNumber<std::size_t>(message.substr(word.size()));
-    if (!leading) return 0;
-    message.remove_prefix(word.size() + leading->length);
-    return leading->value;
-  };
-  const std::size_t line = number("line ");
-  const std::size_t column = number(", column ");
-  if (column != 0 && sdpneg::startsWith(message, ": ")) message.remove_prefix(2);
-  if (line == 0) return {{}, std::string(message)};
-  return {lines.bodyPlace(line, std::max<std::size_t>(column, 1)),
-          withQuotation(std::string(message), lines.textFrom(line, column))};
-}
-
-/// Decodes a text ended by NUL.
-/// @return the problem of a text that is no SDP
-std::optional<Problem> decode(const char* text, const BodyLines& lines, sDescription& description) {
-  char error[SDP_ERROR_TEXT_SIZE] = "";
+/// Decodes a text that the library has decoded before.
+DescriptionPointer decode(const char* text) {
+  auto description = std::make_unique_for_overwrite<sDescription>();
   unsigned short oLineStart = 0;
   unsigned short oLineEnd = 0;
-  if (sdp_decodeOpt_r(&description, text, SDP_TYPE_UNKNOWN, error, false, oLineStart, oLineEnd) == 0) {
-    return std::nullopt;
-  }
-  return decodingProblem(error, lines);
+  sdp_decodeOpt_r(description.get(), text, SDP_TYPE_UNKNOWN, nullptr, false, oLineStart, oLineEnd);
+  return description;
 }
 
-/// Parses and asks what the object does not keep, with the traces of all of it.
-unsigned short parse(const char* text, Inspection& inspection) {
+/// Asks what an object does not keep. A text that requests do not take has no list of media.
+void askFurther(const cSdpNegotiator& object, Inspection& inspection) {
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
+  if (object.getSDP(text, sizeof text) == 0) {
+    sdpParserMessage::getMedia(*inspection.description, inspection.media);
+  }
+  unsigned char codecs[SDP_VIDEO_CODEC_LIST_SIZE];
+  unsigned int attributes = 0;
+  object.getVideoCodecs(codecs, attributes);
+  const auto end = std::find(std::begin(codecs), std::end(codecs), SDP_NO_CODEC);
+  inspection.videoCodecs.assign(std::begin(codecs), end);
+}
+
+/// Parses, and asks further where all is wanted, with the traces of that.
+/// @return why the body is refused
+std::optional<sSdpRefusal> parse(const char* text, Detail detail, Inspection& inspection) {
   const TraceLines trace;
   cSdpNegotiator object;
-  const unsigned short status = object.sdpParse(text, SDP_TYPE_UNKNOWN);
-  if (status == 0) {
-    unsigned char codecs[SDP_VIDEO_CODEC_LIST_SIZE];
-    unsigned int attributes = 0;
-    object.getMedia(inspection.media);
-    object.getVideoCodecs(codecs, attributes);
-    const auto end = std::find(std::begin(codecs), std::end(codecs), SDP_NO_CODEC);
-    inspection.videoCodecs.assign(std::begin(codecs), end);
+  std::optional<sSdpRefusal> refusal;
+  if (object.sdpParse(text, SDP_TYPE_UNKNOWN) != 0) {
+    refusal = sdpLastRefusal();
+  } else {
     inspection.object = object;
+    if (detail == Detail::all) {
+      inspection.description = decode(text);
+      askFurther(object, inspection);
+    }
   }
   inspection.trace = trace.lines();
-  return status;
+  return refusal;
 }
 
-void inspectDecoded(const char* text, const BodyLines& lines, Inspection& inspection) {
-  for (std::size_t i = 0; i < lines.mediaCount(); ++i) inspection.mediaLines.push_back(lines.mediaLine(i));
-  const unsigned short status = parse(text, inspection);
-  inspection.result = status == 0 ? Result::parsed : Result::refused;
-  if (inspection.object) inspection.bestEffort = bestEffortOf(*inspection.object, *inspection.description);
-  if (status != 0) inspection.problem = explainRefusal(inspection.trace, *inspection.description, lines);
+/// That a text is no SDP says more than that it is refused unread.
+sSdpRefusal whyRefused(const char* text, const sSdpRefusal& refusal) {
+  if (refusal.reason != SDP_REFUSED_EMPTY_TEXT && refusal.reason != SDP_REFUSED_TEXT_TOO_LONG) return refusal;
+  const RefusalWatch watch;
+  sSdpParsedData data;
+  data.init();
+  sdpParserMessage::sdpParse(text, SDP_TYPE_UNKNOWN, data);
+  return watch.saw(SDP_REFUSED_NOT_DECODED) ? sdpLastRefusal() : refusal;
+}
+
+void inspectRefused(const char* text, const BodyLines& lines, const sSdpRefusal& refusal,
+                    Inspection& inspection) {
+  if (refusal.reason == SDP_REFUSED_NOT_DECODED) {
+    inspection.result = Result::undecodable;
+    inspection.problem = explainDecoding(refusal, lines);
+    return;
+  }
+  inspection.result = Result::refused;
+  inspection.description = decode(text);
+  inspection.problem = explainRefusal(refusal, *inspection.description, lines);
 }
 
 /// The library reads up to a NUL. That there is one is what is wrong with an input that is fine otherwise.
@@ -97,32 +88,34 @@ void noteNul(std::size_t length, std::size_t nul, const BodyLines& lines, Inspec
       "; " + what + " at line " + std::to_string(place.line) + ", column " + std::to_string(place.column);
 }
 
-void inspectBody(std::string_view bytes, std::size_t firstLine, Inspection& inspection) {
+void inspectBody(std::string_view bytes, std::size_t firstLine, Detail detail, Inspection& inspection) {
   const std::size_t nul = bytes.find('\0');
   const std::string text(bytes.substr(0, nul));
   const BodyLines lines(text, firstLine);
-  inspection.description = std::make_unique_for_overwrite<sDescription>();
-  inspection.problem = decode(text.c_str(), lines, *inspection.description);
-  if (inspection.problem) {
-    inspection.result = Result::undecodable;
-    parse(text.c_str(), inspection);  // for its traces
-    inspection.description.reset();
+  if (const auto refusal = parse(text.c_str(), detail, inspection)) {
+    inspectRefused(text.c_str(), lines, whyRefused(text.c_str(), *refusal), inspection);
   } else {
-    inspectDecoded(text.c_str(), lines, inspection);
+    inspection.result = Result::parsed;
+  }
+  if (inspection.isSdp()) {
+    for (std::size_t i = 0; i < lines.mediaCount(); ++i) inspection.mediaLines.push_back(lines.mediaLine(i));
+  }
+  if (inspection.description && inspection.object) {
+    inspection.bestEffort = bestEffortOf(*inspection.object, *inspection.description);
   }
   if (nul != std::string_view::npos) noteNul(bytes.size(), nul, lines, inspection);
 }
 
 }  // namespace
 
-Inspection inspect(std::string_view bytes) {
+Inspection inspect(std::string_view bytes, Detail detail) {
   if (auto capture = captureProblem(bytes)) return unreadable(std::move(*capture));
   BodyRange body = findSdpBody(bytes);
   if (body.problem) return unreadable(std::move(*body.problem));
   if (body.range.begin == body.range.end) return unreadable({{1, 1}, "there is no text"});
   Inspection inspection;
   inspection.notes = std::move(body.notes);
-  inspectBody(body.range.of(bytes), placeOf(bytes, body.range.begin).line, inspection);
+  inspectBody(body.range.of(bytes), placeOf(bytes, body.range.begin).line, detail, inspection);
   return inspection;
 }
 

@@ -38,10 +38,19 @@ struct Inspection {
   std::optional<BestEffort> bestEffort;    ///< of a parsed body, whose traces are left out
   DescriptionPointer description;          ///< of a parsed or refused body
   std::vector<std::size_t> mediaLines;     ///< the lines of the input with the m-lines of the description
+
+  /// Whether there is a body that the codec reads.
+  bool isSdp() const { return result == Result::parsed || result == Result::refused; }
+};
+
+/// What is to be found out.
+enum class Detail {
+  object,  ///< the object of a parsed body, or what is wrong
+  all      ///< all that there is to say of a parsed body too, for which it is decoded again
 };
 
 /// Inspects the bytes of an input: an SDP body or a SIP message with one.
-Inspection inspect(std::string_view bytes);
+Inspection inspect(std::string_view bytes, Detail detail);
 
 /// An input that cannot be read.
 Inspection unreadable(Problem problem);

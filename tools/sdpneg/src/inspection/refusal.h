@@ -1,39 +1,41 @@
 #ifndef SDPNEG_REFUSAL_H
 #define SDPNEG_REFUSAL_H
 
-#include <span>
 #include <string>
-#include <string_view>
-#include <vector>
 
 #include "inspection/bodyLines.h"
-#include "inspection/traceLines.h"
+#include "sdpRefusal.h"
 #include "sessionDescription.h"
+
+// Why the library refuses bodies and requests, in words for their reader.
 
 namespace tool {
 
-/// Says in plain words why the analysis refuses a body that is SDP, and which line it is.
-/// @param trace       the lines of the refused parse, the last error among which says why
+/// Tells what the library has refused since it was made.
+class RefusalWatch {
+ public:
+  /// Whether it has refused something.
+  bool sawOne() const { return sdpLastRefusal().number != before_; }
+  /// Whether the last refusal is one with that reason.
+  bool saw(eSdpRefusal reason) const { return sawOne() && sdpLastRefusal().reason == reason; }
+  /// Whether it has refused something that was to be done.
+  bool sawFailure() const { return sawOne() && sdpLastRefusal().kind != SDP_REFUSAL_KIND_NOTHING; }
+
+ private:
+  unsigned int before_ = sdpLastRefusal().number;
+};
+
+/// What is wrong with a text that is no SDP, as the codec tells it.
+Problem explainDecoding(const sSdpRefusal& refusal, const BodyLines& lines);
+
+/// What is wrong with a body that is SDP and that the analysis or the storing refuses.
 /// @param description the decoded body
-Problem explainRefusal(const std::vector<TraceLine>& trace, const sDescription& description,
-                       const BodyLines& lines);
+Problem explainRefusal(const sSdpRefusal& refusal, const sDescription& description, const BodyLines& lines);
 
-/// Says why the library refused a request.
-/// @param trace  the lines of the request
-/// @param status what it returned
-std::string explainRefusedRequest(std::span<const TraceLine> trace, unsigned short status);
-
-/// Says why the library refused a text that a request had made.
-std::string explainRefusedText(std::span<const TraceLine> trace);
-
-/// Whether a line of a trace is an error.
-bool hasError(std::span<const TraceLine> trace);
-
-/// The lines of a request up to where it parses the text that it made.
-std::span<const TraceLine> beforeParse(std::span<const TraceLine> trace);
-
-/// A trace line without the library's prefix.
-std::string_view withoutPrefix(std::string_view line);
+/// Why a request was refused, or a text that it had made.
+/// @param watch  made before the request
+/// @param status what the request returned
+std::string explainRefusedRequest(const RefusalWatch& watch, unsigned short status);
 
 }  // namespace tool
 

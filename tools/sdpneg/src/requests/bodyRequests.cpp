@@ -11,7 +11,11 @@
 namespace tool {
 namespace {
 
-unsigned short removeZeroPorts(cSdpNegotiator& object, RequestInput& /*input*/) {
+unsigned short removeZeroPorts(cSdpNegotiator& object, RequestInput& input) {
+  if (!object.contains("\nm=")) {
+    input.idle = "the body has no m-line";
+    return 0;
+  }
   object.sdpRemoveMlinesZeroPort();
   return 0;
 }

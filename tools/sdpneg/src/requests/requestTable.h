@@ -7,7 +7,6 @@
 #include <string_view>
 #include <vector>
 
-#include "inspection/traceLines.h"
 #include "requests/sideEffects.h"
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
@@ -31,8 +30,9 @@ struct RequestArgument {
 struct RequestInput {
   std::vector<std::string> words;
   std::optional<cSdpNegotiator> other = std::nullopt;  ///< the body of its file
-  std::string refusal = {};  ///< why it is refused, where the trace does not tell it
+  std::string refusal = {};  ///< why it is refused, where the library does not tell it
   std::string idle = {};     ///< why there was nothing to do, where the body stays as it was
+  std::string failure = {};  ///< why it could not do what there was to do, where the body stays as it was
   std::string removed = {};  ///< the record of m-lines that it removed
 
   /// An argument; null when it was left out.
@@ -48,13 +48,10 @@ struct RequestRow {
   /// The operations of the library that it reaches, of `cSdpNegotiator` where no class is named; blanks between them.
   std::string_view operations;
   /// Whether the status does not tell every refusal: it is the result of a trace call, there is none, or an edit
-  /// that ran out of room counts as done. Then an error that was traced before the new text is parsed tells it.
-  bool refusalIsTraced = false;
+  /// that ran out of room counts as done. Then the thread's last refusal tells it.
+  bool refusalIsKept = false;
   /// What it is meant to take out of the body.
   Takes takes = Takes::nothing;
-  /// Why a request that left the body as it was could not do what there was to do; an empty text where there was
-  /// nothing. Null where that is always so.
-  std::string (*failure)(std::span<const TraceLine> trace) = nullptr;
 };
 
 /// A request with the words of its arguments.

@@ -8,14 +8,11 @@
 namespace tool {
 namespace {
 
-using Trace = std::span<const TraceLine>;
-
 /// Why a request was refused; nothing when it was carried out.
-std::optional<std::string> refusalOf(const RequestRow& row, unsigned short status, Trace trace) {
-  if (status != 0) return explainRefusedRequest(trace, status);
-  const Trace ofEdit = beforeParse(trace);
-  if (row.refusalIsTraced && hasError(ofEdit)) return explainRefusedRequest(ofEdit, status);
-  return std::nullopt;
+std::optional<std::string> refusalOf(const RequestRow& row, unsigned short status,
+                                     const RefusalWatch& watch) {
+  const bool isRefused = status != 0 || (row.refusalIsKept && watch.sawFailure());
+  return isRefused ? std::optional(explainRefusedRequest(watch, status)) : std::nullopt;
 }
 
 /// "request mode", with the request's number where there are several.
@@ -33,20 +30,21 @@ void noteEffects(const RequestRow& row, const std::string& before, Rewritten& re
 
 /// Runs one request and takes what comes of it.
 std::optional<std::string> run(cSdpNegotiator& object, std::span<const RequestCall> calls, std::size_t index,
-                               const TraceLines& trace, Rewritten& result) {
+                               Rewritten& result) {
   if (auto obstacle = requestObstacle(object)) return obstacle;
   const RequestRow& row = *calls[index].row;
   const std::string before = bodyText(object);
   RequestInput input = calls[index].input;
+  const RefusalWatch watch;
   const unsigned short status = row.run(object, input);
   if (!input.refusal.empty()) return input.refusal;
-  const Trace own = trace.lines();
-  if (auto refusal = refusalOf(row, status, own)) return refusal;
   result.text = bodyText(object);
-  if (result.text.empty()) return "what comes of it is no body: " + explainRefusedText(own);
+  if (status == 0 && result.text.empty()) {
+    return "what comes of it is no body: " + explainRefusedRequest(watch, status);
+  }
+  if (auto refusal = refusalOf(row, status, watch)) return refusal;
   if (result.text == before) {
-    const std::string failure = row.failure != nullptr ? row.failure(own) : std::string();
-    if (!failure.empty()) return failure;
+    if (!input.failure.empty()) return input.failure;
     result.idle.push_back({requestName(calls, index), std::move(input.idle)});
   }
   if (!input.removed.empty()) result.removed.push_back({row.name, std::move(input.removed)});
@@ -58,7 +56,7 @@ std::optional<std::string> run(cSdpNegotiator& object, std::span<const RequestCa
 std::optional<std::string> runTraced(cSdpNegotiator& object, std::span<const RequestCall> calls,
                                      std::size_t index, Rewritten& result) {
   const TraceLines trace;
-  auto refusal = run(object, calls, index, trace, result);
+  auto refusal = run(object, calls, index, result);
   result.trace.insert(result.trace.end(), trace.lines().begin(), trace.lines().end());
   return refusal;
 }
@@ -66,7 +64,7 @@ std::optional<std::string> runTraced(cSdpNegotiator& object, std::span<const Req
 /// Reads what a request left, as a reader of the body would.
 /// @return why it cannot be read
 std::optional<std::string> readAgain(const std::string& text, cSdpNegotiator& object) {
-  const Inspection read = inspect(text);
+  const Inspection read = inspect(text, Detail::object);
   if (auto refusal = unreadableResult(read)) return refusal;
   object = *read.object;
   return std::nullopt;

@@ -3,10 +3,10 @@
 #include <utility>
 
 #include "inspection/names.h"
+#include "inspection/refusal.h"
 #include "requests/removedRecord.h"
 #include "requests/requestArguments.h"
 #include "requests/requestTable.h"
-#include "text/search.h"
 
 // Requests for security, ICE and alternative addresses.
 
@@ -19,33 +19,27 @@ unsigned short beIdle(RequestInput& input, std::string why) {
   return 0;
 }
 
-unsigned short removeIce(cSdpNegotiator& object, RequestInput& input) {
-  return object.sdpRemoveIce() == 0 ? 0 : beIdle(input, "the body has no ICE");
-}
-
-std::size_t countOf(std::span<const TraceLine> trace, std::string_view what) {
-  return static_cast<std::size_t>(std::count_if(trace.begin(), trace.end(), [what](const TraceLine& line) {
-    return sdpneg::contains(line.text, what);
-  }));
-}
-
 /// The library edits only where it sees ICE, and it sees more than it removes.
-std::string iceFailure(std::span<const TraceLine> trace) {
-  return countOf(trace, "Entering sdpRemoveFullICE()") != 0 ? "no attribute of ICE could be removed" : "";
+unsigned short removeIce(cSdpNegotiator& object, RequestInput& input) {
+  if (object.sdpRemoveIce() != 0) return beIdle(input, "the body has no ICE");
+  input.failure = "no attribute of ICE could be removed";
+  return 0;
 }
 
-/// The library goes through the sections and ends early where it cannot tell the address family.
-std::string dualStackIceFailure(std::span<const TraceLine> trace) {
-  const bool typeKnown =
-      countOf(trace, "invalid address type") + countOf(trace, "invalid first address type") == 0;
-  if (!typeKnown) return "an address type is neither IP4 nor IP6";
-  const bool finished = countOf(trace, "Processing Media number") == countOf(trace, "Modified index of MD");
-  return finished ? "" : "a candidate has no address";
-}
-
+/// The library goes through the sections and ends early where it cannot tell the address family. What it has
+/// removed until then stays so.
 unsigned short removeDualStackIce(cSdpNegotiator& object, RequestInput& input) {
   input.idle = "all candidates are of their media's address family";
-  return object.sdpRemoveDualStackIce();
+  const RefusalWatch watch;
+  const unsigned short status = object.sdpRemoveDualStackIce();
+  if (watch.saw(SDP_REFUSED_CANDIDATE_WITHOUT_ADDRESS)) {
+    input.failure = "a candidate has no address";
+  } else if (watch.saw(SDP_REFUSED_ICE_SESSION_ADDRESS_TYPE) || watch.saw(SDP_REFUSED_ICE_ADDRESS_TYPE)) {
+    input.failure = "an address type is neither IP4 nor IP6";
+  } else if (watch.sawFailure()) {
+    return 1;
+  }
+  return status;
 }
 
 unsigned short removeDtls(cSdpNegotiator& object, RequestInput& input) {
@@ -129,14 +123,7 @@ unsigned short reinsertAnat(cSdpNegotiator& object, RequestInput& input) {
 }
 
 constexpr RequestRow rows[] = {
-    {"remove-ice",
-     {},
-     "Remove the attributes of ICE.",
-     removeIce,
-     "sdpRemoveIce",
-     false,
-     Takes::nothing,
-     iceFailure},
+    {"remove-ice", {}, "Remove the attributes of ICE.", removeIce, "sdpRemoveIce"},
     {"remove-candidates",
      {},
      "Remove the candidates of ICE, and keep its other attributes.",
@@ -146,10 +133,7 @@ constexpr RequestRow rows[] = {
      {},
      "Remove the candidates of ICE that are not of their media's address family.",
      removeDualStackIce,
-     "sdpRemoveDualStackIce",
-     true,
-     Takes::nothing,
-     dualStackIceFailure},
+     "sdpRemoveDualStackIce"},
     {"remove-dtls",
      {},
      "Remove the attributes of DTLS-SRTP: setup and fingerprint.",

@@ -60,7 +60,7 @@ std::string Engine::takeBody(Call& call, Side from, const std::string& body, boo
   Body& sent = exchange.sent[otherOf(from)];
   if (body.find('\0') != std::string::npos) return "NUL in the body";
   if (received.sdpParse(body.c_str(), SDP_TYPE_UNKNOWN) != 0) {
-    return withoutSecrets(log_.reasonOf([&] { received.sdpParse(body.c_str(), SDP_TYPE_UNKNOWN); }), body);
+    return withoutSecrets(lastReason(), body);
   }
   sent = received;
   std::string reason = isAnswer ? applyToAnswer(options_.policy, sent, exchange.changes)

@@ -1,12 +1,10 @@
 #include "log.h"
 
 #include <kvRttLocal.h>
-#include <sdpNegotiatorTrace.h>
 
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstring>
 #include <ctime>
 #include <sstream>
 #include <stdexcept>
@@ -15,9 +13,6 @@
 namespace b2bua {
 
 namespace {
-
-constexpr int kErrorFlag = 4;
-constexpr std::size_t kLongestReason = 120;
 
 int leaveOpen(std::FILE*) { return 0; }
 
@@ -51,11 +46,11 @@ void show(char mark, const std::string& line) {
 
 }  // namespace
 
-Log::Log(const std::string& file, bool trace) : name_(file), file_(stderr, leaveOpen), trace_(trace) {
+Log::Log(const std::string& file, bool trace) : name_(file), file_(stderr, leaveOpen) {
   if (!file.empty()) file_ = {std::fopen(file.c_str(), "ae"), std::fclose};
   if (!file_) throw std::runtime_error(file + ": cannot be written");
   KvRttSetSink(takeLine, this);
-  switchTrace(trace_);
+  switchTrace(trace);
 }
 
 Log::~Log() {
@@ -81,25 +76,7 @@ void Log::reopen() {
   file_ = {file, std::fclose};
 }
 
-void Log::takeLine(void* context, const KvRttLine* line) {
-  auto* const log = static_cast<Log*>(context);
-  if (log->trace_) log->write(line->text);
-  if (!log->asking_ || line->flag != kErrorFlag || !log->reason_.empty()) return;
-  log->reason_ = line->text + std::min(line->length, std::strlen(SDP_NEGOTIATOR_RTT_STR[kErrorFlag / 2]));
-}
-
-std::string Log::reasonOf(const std::function<void()>& refused) {
-  reason_.clear();
-  asking_ = true;
-  switchTrace(true);
-  refused();
-  switchTrace(trace_);
-  asking_ = false;
-  std::string reason = printable(reason_.substr(0, kLongestReason));
-  std::ranges::replace_if(
-      reason, [](char c) { return c == '"' || c == '\\'; }, '\'');
-  return reason.empty() ? "the body is too large to be kept" : reason;
-}
+void Log::takeLine(void* context, const KvRttLine* line) { static_cast<Log*>(context)->write(line->text); }
 
 /// Walks through both bodies: a line that does not come any more in the other one went or came.
 void showBodies(const std::string& title, const std::string& before, const std::string& after) {

@@ -2,7 +2,6 @@
 #define B2BUA_LOG_H
 
 #include <cstdio>
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -24,18 +23,11 @@ class Log {
   /// Opens the file anew, which may have been moved away; keeps the old one when it cannot.
   void reopen();
 
-  /// Does again what the library refused, traced this time.
-  /// @return its first error line, without what could break a line or a quoted text
-  std::string reasonOf(const std::function<void()>& refused);
-
  private:
   static void takeLine(void* context, const KvRttLine* line);
 
   std::string name_;
   std::unique_ptr<std::FILE, int (*)(std::FILE*)> file_;
-  bool trace_;
-  bool asking_ = false;
-  std::string reason_;
 };
 
 /// Writes how a body changed on its way to standard output: lines that went with "-", that came with "+".

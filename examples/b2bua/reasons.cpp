@@ -1,5 +1,8 @@
 #include "reasons.h"
 
+#include <sdpRefusal.h>
+
+#include <algorithm>
 #include <charconv>
 #include <vector>
 
@@ -33,6 +36,18 @@ std::string_view lineAt(std::string_view text, std::size_t number, std::string_v
 }
 
 }  // namespace
+
+std::string lastReason() {
+  constexpr std::size_t kLongest = 120;
+  const sSdpRefusal& refusal = sdpLastRefusal();
+  if (refusal.kind == SDP_REFUSAL_KIND_STORAGE) return "the body is too large to be kept";
+  std::string reason(std::string_view(refusal.text).substr(0, kLongest));
+  for (char& c : reason) {
+    if (c < ' ' || c > '~') c = '?';
+    if (c == '"' || c == '\\') c = '\'';
+  }
+  return reason;
+}
 
 std::string withoutSecrets(const std::string& reason, std::string_view body) {
   const std::size_t found = reason.find(kFound);

@@ -6,6 +6,9 @@
 
 namespace b2bua {
 
+/// @return why the library refused a body just now, without what could break a line or a quoted text
+std::string lastReason();
+
 /// @param reason  why the library refuses a body: what it found in a line may be part of a key
 /// @return the same, with no more of a line about keys or passwords than its attribute's name
 std::string withoutSecrets(const std::string& reason, std::string_view body);

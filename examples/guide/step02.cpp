@@ -1,6 +1,6 @@
 // Takes a good offer and refuses bad ones with the reason.
 
-#include <kvRttLocal.h>
+#include <sdpRefusal.h>
 
 #include <string>
 
@@ -8,40 +8,27 @@
 
 namespace {
 
-// A sink runs on the thread that traces, so every thread finds its own reason here.
-thread_local std::string reason;
-
-void keepFirstError(void*, const KvRttLine* line) {
-  constexpr int kError = 4;
-  if (line->flag != kError || !reason.empty()) return;
-  const std::string_view text(line->text, line->length);
-  reason = text.substr(text.find(':') + 1);  // behind "SDP_NEGOTIATOR_ERROR:"
+std::string lastReason() {
+  std::string reason = sdpLastRefusal().text;
   for (char& c : reason) {
     // It quotes the body. Nothing of that may break out of a header or a log line.
     if (c < ' ' || c > '~' || c == '"' || c == '\\') c = '?';
   }
+  return reason;
 }
 
 bool accept(cSdpNegotiator& offer, const char* body) {
-  reason.clear();
-  const unsigned short status = offer.sdpParse(body, SDP_TYPE_OFFER);
-  if (status == 0) {
+  if (offer.sdpParse(body, SDP_TYPE_OFFER) == 0) {
     std::printf("taken, audio at port %u\n", offer.getParsedData().port);
     return true;
   }
-  // Two refusals have no trace line: a body that is too long even when it is deflated, and one for which there is
-  // no memory.
-  if (reason.empty()) reason = status == 2 ? "The body is too long" : "Out of memory";
-  std::printf("488, Warning: 399 engine \"%s\"\n", reason.c_str());
+  std::printf("488, Warning: 399 engine \"%s\"\n", lastReason().c_str());
   return false;
 }
 
 }  // namespace
 
 int main() {
-  KvRttSetSink(keepFirstError, nullptr);
-  KvRttSwitchFlag("SDP_NEGOTIATOR", "INFO", true);
-
   cSdpNegotiator offer;
   accept(offer, OFFER);
   accept(offer, "");

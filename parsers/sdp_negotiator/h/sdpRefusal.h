@@ -195,7 +195,7 @@ struct sSdpRefusal {
   unsigned int number;  ///< how many refusals the thread has had, this one included; 0 before the first
   eSdpRefusal reason;
   eSdpRefusalKind kind;
-  int section;  ///< the media section that it is about, from 1; 0 for the session or when there is none to name
+  int section;  ///< the media section that it is about, from 1, also where that has its address from the session; else 0
   eSdpRefusalField field;
   int line;        ///< the line of the body, from 1, where the codec refused it; else 0
   int column;      ///< the same, from 1

@@ -85,7 +85,7 @@ std::vector<RefusedBody> bodies() {
        addressReason("host.example", 2)},
       {"ownAddressOfVideo", head + "m=video 5006 RTP/AVP 31\r\nc=IN IP4 \xc3\xa9\r\n",
        addressReason("\xc3\xa9", 1)},
-      {"sessionsAddress", head + "c=IN HOST host.example\r\n" + audio, addressReason("host.example", 0)},
+      {"sessionsAddress", head + "c=IN HOST host.example\r\n" + audio, addressReason("host.example", 1)},
       {"unstorable",
        incompressibleBody(8000),
        {SDP_REFUSED_NOT_STORED, SDP_REFUSAL_KIND_STORAGE,

@@ -128,8 +128,12 @@ std::vector<RefusedRequest> edits() {
        [](cSdpNegotiator& o) { EXPECT_EQ(o.sdpGetVideoDescriptions(nullptr, 0, false), 0); }, noText},
       {"addedVideoNotStored", objectHardToStore(audioBody()),
        [](cSdpNegotiator& o) { o.sdpAddVideoDescriptions(video.c_str()); }, notStored},
-      {"codecsOfATextThatIsNoBody", objectWithText("no body\r\n"),
-       [](cSdpNegotiator& o) { o.sdpModifyTransportTypes("RTP/AVP", "RTP/SAVP"); }, notDecoded},
+      {"codecsOfATextThatIsNoBody",
+       objectWithText("no body\r\n"),
+       [](cSdpNegotiator& o) { o.sdpModifyTransportTypes("RTP/AVP", "RTP/SAVP"); },
+       {SDP_REFUSED_BODY, kBody,
+        "line 1, column 2: expected an equals sign behind the letter, found \"o body\"", false, 0,
+        SDP_REFUSAL_FIELD_NONE, 1, 2}},
   };
 }
 

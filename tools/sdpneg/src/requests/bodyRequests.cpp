@@ -11,11 +11,7 @@
 namespace tool {
 namespace {
 
-unsigned short removeZeroPorts(cSdpNegotiator& object, RequestInput& input) {
-  if (!object.contains("\nm=")) {
-    input.idle = "the body has no m-line";
-    return 0;
-  }
+unsigned short removeZeroPorts(cSdpNegotiator& object, RequestInput& /*input*/) {
   object.sdpRemoveMlinesZeroPort();
   return 0;
 }
@@ -157,7 +153,7 @@ constexpr RequestRow rows[] = {
      "Remove the m-lines with port 0; the lines that follow them stay.",
      removeZeroPorts,
      "sdpRemoveMlinesZeroPort",
-     true,
+     false,
      Takes::any},
     {"set-transport", setTransportArguments,
      "Give the m-lines that have the transport FROM the transport TO.", setTransport,

@@ -172,12 +172,12 @@ TEST(RefusedRequest, isToldTheReasonOfItsOwn) {
        1,
        "restore-secure is refused: what comes of it has more than the 25 m-lines that are read\n"},
       {"dummy", {"dummy", "answer", "192.0.2.10", "0"}, full(own), 1, "dummy is refused: " + room + "\n"},
-      // No step tells what it fails for; that the o-line was changed is none of the reasons.
+      // That the o-line was changed before is none of the reasons.
       {"dummyOfSeveralPorts",
        {"dummy", "answer", "192.0.2.10", "0"},
        head + "m=audio 5004/2 RTP/AVP 0\n",
        1,
-       "dummy is refused: Failed to create a dummy SDP Answer\n"},
+       "dummy is refused: The port of an m-line cannot be read.\n"},
       // A key was made before the line that cannot be used; that is not why.
       {"dummyOfUnreadableKeys",
        {"dummy", "answer", "192.0.2.10", "5000"},
@@ -185,7 +185,7 @@ TEST(RefusedRequest, isToldTheReasonOfItsOwn) {
            "c=IN IP4 192.0.2.1\nt=0 0\nm=audio 5004 RTP/SAVP 0\na=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:" +
            "PS1uQCVeeCFCanVmcjkpPywjNWhcYD0mXXtxaVBR\na=crypto:\n",
        1,
-       "dummy is refused: Failed to create a dummy SDP Answer\n"},
+       "dummy is refused: A crypto attribute has no tag, no suite or no line end.\n"},
       // The c-line is copied over 20 of the next m-line's characters: what is left of that is no line of the given body.
       {"unreadableText",
        {"remove-video"},

@@ -16,6 +16,8 @@
 #include "trace.h"
 #include "vocabulary.h"
 
+// Alternative network address types (ANAT, RFC 4091).
+
 namespace sdpneg {
 
 namespace {

@@ -21,6 +21,8 @@
 #include "trace.h"
 #include "vocabulary.h"
 
+// An answer follows a new offer that differs from the old one in its codecs only (RFC 3264 8).
+
 namespace sdpneg {
 
 namespace {

@@ -15,6 +15,8 @@
 #include "sdpNegotiatorParser/withDescription.h"
 #include "trace.h"
 
+// From a best-effort offer with two m-lines per medium to one with one m-line, or to a secure-only one.
+
 namespace sdpneg {
 
 namespace {

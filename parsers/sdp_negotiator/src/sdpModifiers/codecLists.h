@@ -14,6 +14,8 @@
 #include "text/sdpText.h"
 #include "vocabulary.h"
 
+// Codec lists, and audio sections as edits of them see these.
+
 namespace sdpneg {
 
 /// The values of a codec list up to its first 0.

@@ -5,6 +5,8 @@
 
 #include "sessionDescription.h"
 
+// Between a text and its description.
+
 namespace sdpneg {
 
 namespace {

@@ -13,6 +13,8 @@
 #include "trace.h"
 #include "vocabulary.h"
 
+// ICE candidates (RFC 8839) of the address version that a media section does not use.
+
 namespace sdpneg {
 
 namespace {

@@ -16,6 +16,8 @@
 #include "trace.h"
 #include "vocabulary.h"
 
+// A received body as a dummy body of the library's own.
+
 namespace sdpneg {
 
 namespace {
@@ -57,7 +59,7 @@ void overwriteOneWay(SdpText& text, eConnectionMode direction) {
 
 Refusal setDirections(SdpText& text, const DummyKind& kind) {
   if (kind.hold && (kind.answer || !kind.third)) {
-    const auto mode = kind.answer ? CONNECTION_MODE_INACTIVE : CONNECTION_MODE_RECVONLY;
+    const unsigned char mode = kind.answer ? CONNECTION_MODE_INACTIVE : CONNECTION_MODE_RECVONLY;
     return replaceMode(text, mode, kAudioAndVideo);
   }
   overwriteOneWay(text, kind.hold ? CONNECTION_MODE_RECVONLY : CONNECTION_MODE_INACTIVE);

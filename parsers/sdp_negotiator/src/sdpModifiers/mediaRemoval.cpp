@@ -11,6 +11,8 @@
 #include "sdpModifiers/removedMLines.h"
 #include "trace.h"
 
+// Removal of the media sections of a transport.
+
 namespace sdpneg {
 
 namespace {

@@ -8,6 +8,8 @@
 #include "sdpModifiers/removedMLines.h"
 #include "trace.h"
 
+// The return of removed m-lines as secure dummy m-lines.
+
 namespace sdpneg {
 
 namespace {

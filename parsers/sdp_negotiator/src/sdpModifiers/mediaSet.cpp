@@ -12,6 +12,8 @@
 #include "sdpNegotiatorParser/withDescription.h"
 #include "trace.h"
 
+// The m-lines of a text as a set, compared with those of another.
+
 namespace sdpneg {
 
 namespace {

@@ -7,6 +7,8 @@
 #include "text/sections.h"
 #include "trace.h"
 
+// From one m-line per medium to two, a plain and a secure one.
+
 namespace sdpneg {
 
 namespace {

@@ -5,6 +5,8 @@
 
 #include "text/fixedText.h"
 
+// Records of removed m-lines as traces show them.
+
 namespace sdpneg {
 
 /// The codes of a record of removed m-lines, see `codesOf`, as unsigned decimals with commas between them, cut to

@@ -7,6 +7,8 @@
 #include "text/sections.h"
 #include "trace.h"
 
+// Records of removed m-lines, and the dummy m-lines that take their places.
+
 namespace sdpneg {
 
 namespace {

@@ -17,6 +17,8 @@
 #include "text/sections.h"
 #include "trace.h"
 
+// Crypto attributes of SDES (RFC 4568): keys for them, and whether they alone secure a text.
+
 namespace sdpneg {
 
 namespace {

@@ -131,9 +131,8 @@ std::vector<RefusedRequest> edits() {
       {"codecsOfATextThatIsNoBody",
        objectWithText("no body\r\n"),
        [](cSdpNegotiator& o) { o.sdpModifyTransportTypes("RTP/AVP", "RTP/SAVP"); },
-       {SDP_REFUSED_BODY, kBody,
-        "line 1, column 2: expected an equals sign behind the letter, found \"o body\"", false, 0,
-        SDP_REFUSAL_FIELD_NONE, 1, 2}},
+       {SDP_REFUSED_BODY, kBody, "line 1, column 1: expected a first line \"v=\", found \"no body\"", false,
+        0, SDP_REFUSAL_FIELD_NONE, 1, 1}},
   };
 }
 

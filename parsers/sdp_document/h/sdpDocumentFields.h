@@ -1,0 +1,71 @@
+#ifndef SDP_DOCUMENT_FIELDS_H
+#define SDP_DOCUMENT_FIELDS_H
+
+#include <cstddef>
+#include <iterator>
+#include <string_view>
+
+namespace sdp {
+
+/// The fields of a text, which runs of blanks and tabs separate; blanks in front of the first and behind the last
+/// belong to none. A range of std::string_view.
+class Fields {
+ public:
+  class Iterator {
+   public:
+    using value_type = std::string_view;
+    using difference_type = std::ptrdiff_t;
+
+    Iterator() noexcept = default;
+    explicit Iterator(std::string_view text) noexcept : rest_(text) { ++*this; }
+    /// The field; empty behind the last.
+    std::string_view operator*() const noexcept { return field_; }
+    /// What stands behind the field, with the blanks there.
+    std::string_view rest() const noexcept { return rest_; }
+    Iterator& operator++() noexcept {
+      take(true);
+      field_ = take(false);
+      return *this;
+    }
+    Iterator operator++(int) noexcept {
+      const Iterator before = *this;
+      ++*this;
+      return before;
+    }
+    bool operator==(std::default_sentinel_t) const noexcept { return field_.empty(); }
+    bool operator==(const Iterator& other) const noexcept {
+      return field_.data() == other.field_.data() && field_.size() == other.field_.size();
+    }
+
+   private:
+    /// Takes away what the rest begins with: blanks, or anything else.
+    std::string_view take(bool blanks) noexcept {
+      std::size_t length = 0;
+      while (length < rest_.size() && (rest_[length] == ' ' || rest_[length] == '\t') == blanks) ++length;
+      const std::string_view taken = rest_.substr(0, length);
+      rest_.remove_prefix(length);
+      return taken;
+    }
+
+    std::string_view rest_;
+    std::string_view field_;
+  };
+
+  Fields() noexcept = default;
+  explicit Fields(std::string_view text) noexcept : text_(text) {}
+  Iterator begin() const noexcept { return Iterator(text_); }
+  static std::default_sentinel_t end() noexcept { return {}; }
+  /// The nth field, from 0; empty when there are fewer. They are counted from the first.
+  std::string_view operator[](std::size_t n) const noexcept {
+    Iterator field = begin();
+    for (; n != 0 && field != end(); --n) ++field;
+    return *field;
+  }
+
+ private:
+  std::string_view text_;
+};
+
+}  // namespace sdp
+
+#endif

@@ -1,0 +1,356 @@
+#ifndef SDP_DOCUMENT_VIEWS_H
+#define SDP_DOCUMENT_VIEWS_H
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <optional>
+#include <string_view>
+
+#include "sdpDocumentExport.h"
+#include "sdpDocumentFields.h"
+
+namespace sdp {
+
+namespace core {
+struct Model;
+struct Part;
+}  // namespace core
+
+/// Who sends media (RFC 3264, section 5.1).
+enum class Direction : std::uint8_t { sendrecv, sendonly, recvonly, inactive };
+
+/// The word of a direction, as it stands in an attribute.
+SDP_DOCUMENT_API std::string_view textOf(Direction direction) noexcept;
+/// The direction of a word; nothing when it is none.
+SDP_DOCUMENT_API std::optional<Direction> directionOf(std::string_view word) noexcept;
+
+/// How media are protected.
+enum class Security : std::uint8_t {
+  plain,    ///< not at all
+  keyless,  ///< a secure profile, but no keys
+  sdes,     ///< keys in `a=crypto` (RFC 4568)
+  mikey,    ///< keys in `a=key-mgmt` (RFC 4567)
+  dtls,     ///< DTLS, with SRTP or without (RFC 5763)
+  osrtp     ///< keys beside a profile that is not secure (RFC 8643)
+};
+
+/// "plain", "keyless", "sdes", "mikey", "dtls", "osrtp".
+SDP_DOCUMENT_API std::string_view textOf(Security security) noexcept;
+
+/// A line of the text.
+struct Line {
+  std::string_view content;  ///< without its end
+  std::string_view end;      ///< CR LF, LF, a CR at the text's end, or nothing
+};
+
+/// An attribute line (RFC 4566, section 5.13).
+struct Attribute {
+  std::string_view name;                  ///< up to the first colon
+  std::optional<std::string_view> value;  ///< behind it; nothing where there is none
+
+  /// The fields of the value.
+  Fields fields() const noexcept { return Fields(value.value_or(std::string_view())); }
+};
+
+/// A bandwidth line (RFC 4566, section 5.8).
+struct Bandwidth {
+  std::string_view type;  ///< "AS", "TIAS"
+  std::optional<std::uint64_t>
+      value;  ///< as the type has it, kilobits a second for AS; nothing when it is no number
+};
+
+/// What a c-line says (RFC 4566, section 5.7). A field that is not there is empty.
+struct Connection {
+  std::string_view addressType;  ///< "IP4" or "IP6"
+  std::string_view address;      ///< a literal or a name, with `/ttl` where that stands
+};
+
+/// Where RTCP goes (RFC 3605).
+struct Rtcp {
+  std::optional<std::uint64_t> port;
+  std::string_view address;  ///< empty without one
+};
+
+/// The keys of a crypto attribute (RFC 4568).
+struct Crypto {
+  std::optional<std::uint64_t> tag;
+  std::string_view suite;
+};
+
+/// What a payload type stands for. Numbers beyond their type are told as its largest.
+struct Encoding {
+  std::string_view name;
+  std::uint32_t clockRate;
+  std::uint32_t channels;  ///< 1 where none are told
+};
+
+/// A range that is asked of the document, without an allocation. Its elements stay valid until the next edit.
+/// @tparam Cursor finds one element after the other
+template <typename Cursor>
+class Range {
+ public:
+  class Iterator {
+   public:
+    using value_type = typename Cursor::Element;
+    using difference_type = std::ptrdiff_t;
+
+    Iterator() noexcept = default;
+    explicit Iterator(Cursor cursor) noexcept : cursor_(cursor) { ++*this; }
+    const value_type& operator*() const noexcept { return element_; }
+    const value_type* operator->() const noexcept { return &element_; }
+    Iterator& operator++() noexcept {
+      left_ = cursor_.next(element_);
+      return *this;
+    }
+    Iterator operator++(int) noexcept {
+      const Iterator before = *this;
+      ++*this;
+      return before;
+    }
+    bool operator==(std::default_sentinel_t) const noexcept { return !left_; }
+
+   private:
+    Cursor cursor_;
+    value_type element_{};
+    bool left_ = false;
+  };
+
+  explicit Range(Cursor cursor) noexcept : cursor_(cursor) {}
+  Iterator begin() const noexcept { return Iterator(cursor_); }
+  static std::default_sentinel_t end() noexcept { return {}; }
+  bool empty() const noexcept { return begin() == end(); }
+  /// How many elements it has; they are counted.
+  std::size_t size() const noexcept {
+    std::size_t count = 0;
+    for (Iterator element = begin(); element != end(); ++element) ++count;
+    return count;
+  }
+
+ private:
+  Cursor cursor_;
+};
+
+/// Finds lines of the session or of a section.
+class SDP_DOCUMENT_API LineCursor {
+ public:
+  using Element = Line;
+  LineCursor() noexcept = default;
+  LineCursor(const core::Model& model, const core::Part& part) noexcept;
+  bool next(Line& line) noexcept;
+
+ private:
+  const core::Model* model_ = nullptr;
+  std::uint32_t at_ = 0;
+  std::uint32_t end_ = 0;
+};
+
+/// Finds attributes, all or those of a name.
+class SDP_DOCUMENT_API AttributeCursor {
+ public:
+  using Element = Attribute;
+  AttributeCursor() noexcept = default;
+  AttributeCursor(const core::Model& model, const core::Part& part,
+                  std::optional<std::string_view> name) noexcept;
+  bool next(Attribute& attribute) noexcept;
+
+ private:
+  const core::Model* model_ = nullptr;
+  std::uint32_t at_ = 0;
+  std::uint32_t end_ = 0;
+  std::uint64_t kinds_ = 0;
+  bool isOther_ = false;  ///< the name is none that the library knows
+  std::string_view name_;
+};
+
+/// Finds bandwidth lines.
+class SDP_DOCUMENT_API BandwidthCursor {
+ public:
+  using Element = Bandwidth;
+  BandwidthCursor() noexcept = default;
+  explicit BandwidthCursor(LineCursor lines) noexcept : lines_(lines) {}
+  bool next(Bandwidth& bandwidth) noexcept;
+
+ private:
+  LineCursor lines_;
+};
+
+/// Finds crypto attributes.
+class SDP_DOCUMENT_API CryptoCursor {
+ public:
+  using Element = Crypto;
+  CryptoCursor() noexcept = default;
+  explicit CryptoCursor(AttributeCursor attributes) noexcept : attributes_(attributes) {}
+  bool next(Crypto& crypto) noexcept;
+
+ private:
+  AttributeCursor attributes_;
+};
+
+/// Finds the feedback that a format may have (RFC 4585): of its own and of all formats, in the order of lines.
+class SDP_DOCUMENT_API FeedbackCursor {
+ public:
+  using Element = std::string_view;
+  FeedbackCursor() noexcept = default;
+  FeedbackCursor(const core::Model& model, std::uint32_t own, std::uint32_t ofAll) noexcept
+      : model_(&model), own_(own), ofAll_(ofAll) {}
+  bool next(std::string_view& value) noexcept;
+
+ private:
+  const core::Model* model_ = nullptr;
+  std::uint32_t own_ = 0;
+  std::uint32_t ofAll_ = 0;
+};
+
+/// A format of an m-line; in an RTP section a payload type, with what the section's attributes say of it.
+struct Format {
+  std::string_view format;           ///< as it stands in the m-line
+  std::optional<Encoding> encoding;  ///< of its rtpmap, else of RFC 3551's table; nothing when it is unknown
+  std::optional<std::string_view> fmtp;  ///< what stands behind the payload type in its first fmtp
+  std::optional<std::uint64_t> apt;      ///< the payload type that it repairs or carries (`apt` of its fmtp)
+  bool isCompanion = false;  ///< it serves other formats (rtx, red, CN, telephone-event and the like)
+  FeedbackCursor feedbackCursor;
+
+  /// The values of its rtcp-fb attributes, those for `*` included.
+  Range<FeedbackCursor> feedback() const noexcept { return Range<FeedbackCursor>(feedbackCursor); }
+};
+
+/// Finds the formats of a section.
+class SDP_DOCUMENT_API FormatCursor {
+ public:
+  using Element = Format;
+  FormatCursor() noexcept = default;
+  FormatCursor(const core::Model& model, const core::Part& section) noexcept;
+  bool next(Format& format) noexcept;
+
+ private:
+  const core::Model* model_ = nullptr;
+  const core::Part* section_ = nullptr;
+  std::string_view rest_;       ///< of the formats of a section without RTP
+  std::size_t occurrence_ = 0;  ///< in an RTP section
+};
+
+/// A group of sections (RFC 5888).
+struct Group {
+  std::string_view semantics;  ///< "BUNDLE", "LS"; empty where it is missing
+  Fields mids;                 ///< of its members
+};
+
+/// Finds the groups of the session.
+class SDP_DOCUMENT_API GroupCursor {
+ public:
+  using Element = Group;
+  GroupCursor() noexcept = default;
+  explicit GroupCursor(AttributeCursor attributes) noexcept : attributes_(attributes) {}
+  bool next(Group& group) noexcept;
+
+ private:
+  AttributeCursor attributes_;
+};
+
+/// What stands before the first section. A view: it and all that it gives stay valid until the next edit or reading of
+/// the document.
+class SDP_DOCUMENT_API Session {
+ public:
+  explicit Session(const core::Model& model) noexcept : model_(&model) {}
+
+  Range<LineCursor> lines() const noexcept;
+  Range<AttributeCursor> attributes() const noexcept;
+  /// The attributes of a name, which is compared exactly. The name must outlive the range.
+  Range<AttributeCursor> attributes(std::string_view name) const noexcept;
+  /// The first attribute of a name.
+  std::optional<Attribute> attribute(std::string_view name) const noexcept;
+  bool has(std::string_view name) const noexcept;
+  Range<BandwidthCursor> bandwidths() const noexcept;
+
+  std::optional<Connection> connection() const noexcept;
+  std::optional<Direction> direction() const noexcept;
+  Range<GroupCursor> groups() const noexcept;
+
+ private:
+  const core::Model* model_;
+};
+
+/// A section: an m-line and what follows it up to the next one. A view: it and all that it gives stay valid until the
+/// next edit or reading of the document. Of an unreadable section index(), line(), lines and attributes count, the
+/// rest is empty.
+class SDP_DOCUMENT_API Section {
+ public:
+  /// An unreadable section of no document.
+  Section() noexcept;
+  Section(const core::Model& model, const core::Part& section) noexcept : model_(&model), part_(&section) {}
+
+  Range<LineCursor> lines() const noexcept;
+  Range<AttributeCursor> attributes() const noexcept;
+  /// The attributes of a name, which is compared exactly. The name must outlive the range.
+  Range<AttributeCursor> attributes(std::string_view name) const noexcept;
+  /// The first attribute of a name.
+  std::optional<Attribute> attribute(std::string_view name) const noexcept;
+  bool has(std::string_view name) const noexcept;
+  Range<BandwidthCursor> bandwidths() const noexcept;
+
+  /// Its number in the document, from 1.
+  std::uint32_t index() const noexcept;
+  /// The number of its m-line, from 1, as the text was read.
+  std::size_t line() const noexcept;
+  /// False when its m-line lacks a field, its port is no number from 0 to 65535 or its count none from 1. No request
+  /// changes such a section.
+  bool readable() const noexcept;
+
+  std::string_view media() const noexcept;
+  std::uint16_t port() const noexcept;
+  std::uint64_t portCount() const noexcept;  ///< 1 without a count
+  std::string_view transport() const noexcept;
+  bool isRtp() const noexcept;
+  /// Port 0 without `a=bundle-only`.
+  bool disabled() const noexcept;
+
+  /// Its first c-line's, else the session's.
+  std::optional<Connection> connection() const noexcept;
+  /// Its first direction attribute's, else the session's, else sendrecv.
+  Direction direction() const noexcept;
+  Security security() const noexcept;
+
+  Range<FormatCursor> formats() const noexcept;
+  /// The format of a payload type.
+  std::optional<Format> format(std::string_view payloadType) const noexcept;
+
+  std::string_view mid() const noexcept;    ///< RFC 5888; empty without one
+  std::string_view label() const noexcept;  ///< RFC 4574; empty without one
+  bool bundleOnly() const noexcept;         ///< RFC 8843
+  /// The number, from 0 among all groups of the session, of the first BUNDLE group that names its mid.
+  std::optional<std::uint32_t> bundle() const noexcept;
+  std::optional<Rtcp> rtcp() const noexcept;
+  bool rtcpMux() const noexcept;  ///< RFC 5761
+  Range<CryptoCursor> crypto() const noexcept;
+  /// The name of the hash of its fingerprint or the session's (RFC 8122); empty without one.
+  std::string_view fingerprintHash() const noexcept;
+  /// Its DTLS role or the session's (RFC 5763: active, passive, actpass, holdconn); empty without one.
+  std::string_view setup() const noexcept;
+  /// An ice-ufrag stands in it or in the session (RFC 8839).
+  bool hasIce() const noexcept;
+  std::size_t candidateCount() const noexcept;
+  /// An ice-options attribute of it or of the session has the word "trickle" (RFC 8840).
+  bool trickles() const noexcept;
+
+ private:
+  const core::Model* model_;
+  const core::Part* part_;
+};
+
+/// Finds the sections of a document.
+class SDP_DOCUMENT_API SectionCursor {
+ public:
+  using Element = Section;
+  SectionCursor() noexcept = default;
+  explicit SectionCursor(const core::Model& model) noexcept : model_(&model) {}
+  bool next(Section& section) noexcept;
+
+ private:
+  const core::Model* model_ = nullptr;
+  std::uint32_t index_ = 0;
+};
+
+}  // namespace sdp
+
+#endif

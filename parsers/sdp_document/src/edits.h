@@ -1,0 +1,85 @@
+#ifndef SDP_DOCUMENT_EDITS_H
+#define SDP_DOCUMENT_EDITS_H
+
+// The few things that every edit is made of, and how a request keeps or takes back what it did.
+
+#include <initializer_list>
+#include <new>
+#include <stdexcept>
+#include <string_view>
+
+#include "model.h"
+#include "sdpDocumentRefusal.h"
+
+namespace sdp::core {
+
+inline constexpr std::size_t kLargestText = std::size_t{64} * 1024 * 1024;
+
+using Pieces = std::initializer_list<std::string_view>;
+
+/// Gives a line another content. It keeps its end.
+void replaceLine(Model& model, Index line, Pieces content);
+void removeLine(Model& model, Index line);
+/// Takes away the lines of a part that are of one of the kinds.
+void removeLines(Model& model, const Part& part, Kinds kinds);
+/// Puts a line behind another, with the line end of that. Additions are made in the order of lines, and take effect
+/// when the request is done.
+void addBehind(Model& model, Index line, Pieces content);
+/// Gives a line another end.
+void endLine(Model& model, Index line, std::string_view end);
+
+void setPort(Model& model, Part& section, Pieces port);
+void setTransport(Model& model, Part& section, std::string_view transport);
+
+/// Writes a line piece by piece where their number is not known.
+class LineWriter {
+ public:
+  /// @param room what the content takes at most
+  LineWriter(Model& model, Index line, std::size_t room);
+  LineWriter& add(std::string_view piece);
+  std::string_view view() const { return {begin_, static_cast<std::size_t>(end_ - begin_)}; }
+  /// Puts it in the line's place.
+  void finish();
+  /// Gives it up.
+  void drop() { model_.arena.giveBack(room_); }
+
+ private:
+  Model& model_;
+  Index line_;
+  std::size_t room_;
+  char* begin_;
+  char* end_;
+};
+
+// --- requests --------------------------------------------------------------------------------------------
+
+void beginRequest(Model& model);
+/// Keeps what the request did.
+void keepEdits(Model& model);
+void takeBackEdits(Model& model);
+
+/// Does a request as a whole or not at all.
+/// @param request called without arguments; returns a Refusal, or none when it is done
+template <typename Request>
+Refusal perform(Model& model, Request request) noexcept {
+  Refusal refusal;
+  try {
+    beginRequest(model);
+    refusal = request();
+    if (!refusal && model.length > kLargestText) refusal.reason = Reason::textTooLong;
+    if (!refusal) {
+      keepEdits(model);
+      return {};
+    }
+  } catch (const std::bad_alloc&) {
+    refusal = {.reason = Reason::noMemory};
+  } catch (const std::length_error&) {
+    refusal = {.reason = Reason::noMemory};
+  }
+  takeBackEdits(model);
+  return refusal;
+}
+
+}  // namespace sdp::core
+
+#endif

@@ -1,0 +1,92 @@
+#ifndef SDP_DOCUMENT_GROUP_TABLE_H
+#define SDP_DOCUMENT_GROUP_TABLE_H
+
+// The groups of the session (RFC 5888), and which sections are their members.
+
+#include <string_view>
+#include <vector>
+
+#include "lines.h"
+#include "textSlots.h"
+
+namespace sdp::core {
+
+struct Model;
+struct Part;
+
+/// A mid that some group names.
+struct MidEntry {
+  std::string_view mid;
+  Index firstMember = kNone;  ///< where groups name it
+  Index lastMember = kNone;
+  Index firstSection = kNone;  ///< the readable sections that bear it
+  Index lastSection = kNone;
+  Index bundle = kNone;          ///< the first BUNDLE group that names it
+  Index live = 0;                ///< how many of its sections have another port than 0
+  Index transport = kNone;       ///< the first of its RTP sections
+  Index otherTransport = kNone;  ///< the first of these with another transport
+  bool left = false;             ///< it was taken out of all groups
+};
+
+/// A mid where a group names it.
+struct Member {
+  Index mid;
+  Index group;
+  Index nextOfMid;
+  bool again;  ///< the group has named it before
+};
+
+struct Group {
+  Index line;
+  std::string_view semantics;
+  Index firstMember;
+  Index endMember;
+  // For putting sections away.
+  Index live = 0;     ///< how many of its sections have another port than 0
+  Index heapEnd = 0;  ///< of those that wait for a port, from firstMember on
+  bool hasHeap = false;
+  bool changed = false;
+
+  bool isBundle() const { return semantics == "BUNDLE"; }
+};
+
+/// The first RTP section of a group, and the first with another transport.
+struct GroupTransport {
+  Index first = kNone;
+  Index other = kNone;
+};
+
+/// A section that waits for its group's port, and its mid.
+struct Candidate {
+  Index section;
+  Index mid;
+};
+
+class GroupTable {
+ public:
+  void reserve(std::size_t members, std::size_t sections);
+  void forget() { isRead_ = false; }
+  /// Reads the groups of the session, unless that was done.
+  void read(const Model& model);
+
+  /// The entry of a section's mid; kNone when no group names it.
+  Index midOf(const Model& model, const Part& section) const;
+
+  std::vector<Group> groups;
+  std::vector<Member> members;
+  std::vector<MidEntry> mids;
+  std::vector<Candidate> candidates;     ///< room for one a member
+  std::vector<Index> sectionMids;        ///< by section
+  std::vector<Index> nextSectionsOfMid;  ///< by section
+
+ private:
+  void readGroup(const Model& model, Index line);
+  void readSections(const Model& model);
+
+  bool isRead_ = false;
+  TextSlots slots_;
+};
+
+}  // namespace sdp::core
+
+#endif

@@ -1,0 +1,144 @@
+#ifndef SDP_DOCUMENT_MODEL_H
+#define SDP_DOCUMENT_MODEL_H
+
+// What a document consists of: the text, the index of its lines and sections, and what requests need on the way.
+// Nothing here is given back between bodies, so that a document in use allocates nothing.
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "arena.h"
+#include "formatTable.h"
+#include "groupTable.h"
+#include "lines.h"
+#include "requests/codecList.h"
+#include "requests/leaderTable.h"
+
+namespace sdp::core {
+
+/// The fields of an m-line.
+struct MLine {
+  std::string_view media;
+  std::string_view port;  ///< with its count
+  std::string_view transport;
+  std::string_view formats;  ///< from the first on, with what separates them and stands behind the last
+  std::uint64_t portCount = 1;
+  std::uint16_t portNumber = 0;
+  bool readable = false;
+};
+
+/// The session, or a section: its lines, and of a section its m-line, which is its first line.
+struct Part {
+  Index first = 0;
+  Index end = 0;     ///< behind its last line
+  Index number = 0;  ///< of a section's m-line, from 1, as the text was read
+  Kinds kinds = 0;   ///< of its lines; those of lines that are gone may be among them
+  MLine m;
+};
+
+/// A line as it was before an edit.
+struct Before {
+  Index index;
+  Line line;
+};
+
+/// A line that is to stand behind another.
+struct Addition {
+  Index behind;
+  Line line;
+};
+
+struct Model {
+  std::string text;                                ///< as it was read
+  Arena arena;                                     ///< the lines that edits made
+  mutable std::vector<Line> lines;                 ///< in the document's order; asking makes chains of them
+  std::vector<Part> parts = std::vector<Part>(1);  ///< the session, and section n as parts[n]
+  std::size_t length = 0;                          ///< of the text as edited
+  std::size_t linesRead = 0;
+
+  mutable std::array<Index, kKinds> sessionFirst{};  ///< where a kind may first stand in the session
+  mutable std::optional<bool> sessionTrickles;
+  mutable FormatTable formats;
+  mutable GroupTable groups;
+  mutable std::string rendered;
+  mutable bool isRendered = true;
+
+  // The request in hand.
+  std::vector<Before> before;  ///< its edits, to take them back
+  std::vector<Addition> additions;
+  std::vector<Index> chosen;  ///< the sections that it is about
+  std::vector<Index> ports;   ///< by section: the one that it gets, or kNone
+  LeaderTable leaders;
+  std::vector<Index> leading;  ///< by group
+  std::vector<GroupTransport> transports;
+  std::vector<GroupTransport> transportsNow;
+  std::vector<Index> heirs;  ///< those that take the port of one that is put away
+  std::vector<CodecListEntry> list;
+  std::vector<Occurrence> ordered;
+  std::vector<std::uint32_t> clocks;  ///< of the codecs that stay
+  std::string explanation;
+
+  const Part& session() const { return parts[0]; }
+  std::size_t sectionCount() const { return parts.size() - 1; }
+  Index indexOf(const Part& part) const { return static_cast<Index>(&part - parts.data()); }
+};
+
+/// Takes a text of at most Document::kMaximumLength characters.
+void read(Model& model, std::string_view text);
+
+/// Makes room for what may be asked of a model, so that asking allocates nothing.
+void reserveForQuestions(Model& model);
+
+/// The text with all edits.
+std::string_view render(const Model& model);
+
+/// Reads the m-line of a section anew.
+void readMLine(const Model& model, Part& section);
+
+// --- finding ---------------------------------------------------------------------------------------------
+
+/// The first line of a part that is of one of the kinds.
+Index firstOf(const Model& model, const Part& part, Kinds kinds);
+inline bool has(const Model& model, const Part& part, Kind kind) {
+  return firstOf(model, part, one(kind)) != kNone;
+}
+
+/// Calls `visit(Index)` for each line of a part that is of one of the kinds, in their order.
+template <typename Visit>
+void forEach(const Model& model, const Part& part, Kinds kinds, Visit visit) {
+  if ((part.kinds & kinds) == 0) return;
+  for (Index i = part.first; i < part.end; ++i) {
+    const Line& line = model.lines[i];
+    if (line.gone == 0 && sdp::core::has(kinds, line.kind)) visit(i);
+  }
+}
+
+/// The name of an attribute line.
+std::string_view nameOf(const Line& line);
+/// What stands behind its colon; nothing where there is none.
+std::optional<std::string_view> valueOf(const Line& line);
+/// The first field of that; empty where there is none.
+std::string_view firstFieldOf(const Line& line);
+
+/// To be called when lines of the session are about something else than before.
+void findSessionKinds(const Model& model);
+
+// --- what a section is -----------------------------------------------------------------------------------
+
+inline bool isRtp(const Part& section) { return section.m.transport.find("RTP/") != std::string_view::npos; }
+inline bool isTcp(const Part& section) { return section.m.transport.starts_with("TCP"); }
+inline bool isBundleOnly(const Model& model, const Part& section) {
+  return has(model, section, Kind::bundleOnly);
+}
+inline bool isDisabled(const Model& model, const Part& section) {
+  return section.m.portNumber == 0 && !isBundleOnly(model, section);
+}
+/// The first field of the first mid; empty without one.
+std::string_view midOf(const Model& model, const Part& section);
+
+}  // namespace sdp::core
+
+#endif

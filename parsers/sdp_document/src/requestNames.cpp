@@ -1,0 +1,167 @@
+// Requests by their names, as policies and command lines have them.
+
+#include <algorithm>
+#include <iterator>
+
+#include "access.h"
+#include "fieldReader.h"
+#include "refusals.h"
+#include "requests/codecList.h"
+#include "requests/media.h"
+#include "sdpDocumentRequests.h"
+#include "spellings.h"
+
+namespace sdp {
+namespace {
+
+using Words = std::span<const std::string_view>;
+
+/// What stands in front of MEDIA.
+enum class First : std::uint8_t { nothing, codecList, address, profile, names, direction };
+/// Whether MEDIA is taken.
+enum class Media : std::uint8_t { no, may, must };
+
+struct Request {
+  First first;
+  Media media;
+  Refusal (*perform)(Document&, Words arguments) noexcept;
+};
+
+std::string_view wordOr(Words words, std::size_t n) {
+  return n < words.size() ? words[n] : std::string_view();
+}
+
+std::uint16_t portOf(std::string_view text) {
+  const std::optional<std::uint64_t> port = core::numberOf(text);
+  return port && *port <= core::kHighestPort ? static_cast<std::uint16_t>(*port) : std::uint16_t{0};
+}
+
+/// In the order of the descriptions.
+constexpr Request kRequests[] = {
+    {First::codecList, Media::may,
+     [](Document& document, Words words) noexcept {
+       return keepCodecs(document, words[0], wordOr(words, 1));
+     }},
+    {First::codecList, Media::may,
+     [](Document& document, Words words) noexcept {
+       return dropCodecs(document, words[0], wordOr(words, 1));
+     }},
+    {First::codecList, Media::may,
+     [](Document& document, Words words) noexcept {
+       return orderCodecs(document, words[0], wordOr(words, 1));
+     }},
+    {First::address, Media::no,
+     [](Document& document, Words words) noexcept { return anchor(document, words[0], portOf(words[1])); }},
+    {First::profile, Media::may,
+     [](Document& document, Words words) noexcept {
+       return setProfile(document, words[0], wordOr(words, 1));
+     }},
+    {First::nothing, Media::may,
+     [](Document& document, Words words) noexcept { return makeOpportunistic(document, wordOr(words, 0)); }},
+    {First::nothing, Media::may,
+     [](Document& document, Words words) noexcept { return makeSecureOnly(document, wordOr(words, 0)); }},
+    {First::nothing, Media::no, [](Document& document, Words) noexcept { return unbundle(document); }},
+    {First::names, Media::may,
+     [](Document& document, Words words) noexcept {
+       return stripAttributes(document, words[0], wordOr(words, 1));
+     }},
+    {First::direction, Media::may,
+     [](Document& document, Words words) noexcept {
+       return setDirection(document, *directionOf(words[0]), wordOr(words, 1));
+     }},
+    {First::nothing, Media::must,
+     [](Document& document, Words words) noexcept { return disable(document, words[0]); }},
+    {First::nothing, Media::no, [](Document& document, Words) noexcept { return canonicalise(document); }},
+};
+
+constexpr RequestDescription kDescriptions[] = {
+    {"keep-codecs", "LIST [MEDIA]"},
+    {"drop-codecs", "LIST [MEDIA]"},
+    {"order-codecs", "LIST [MEDIA]"},
+    {"anchor", "ADDRESS PORT"},
+    {"set-profile", "PROFILE [MEDIA]"},
+    {"opportunistic", "[MEDIA]"},
+    {"secure-only", "[MEDIA]"},
+    {"unbundle", ""},
+    {"strip-attributes", "NAMES [MEDIA]"},
+    {"direction", "DIRECTION [MEDIA]"},
+    {"disable", "MEDIA"},
+    {"canonical", ""},
+};
+static_assert(std::size(kRequests) == std::size(kDescriptions));
+
+const Request* requestOf(std::string_view name) {
+  const auto* const found =
+      std::find_if(std::begin(kDescriptions), std::end(kDescriptions),
+                   [name](const RequestDescription& description) { return description.name == name; });
+  return found == std::end(kDescriptions) ? nullptr : kRequests + (found - std::begin(kDescriptions));
+}
+
+std::size_t fewest(const Request& request) {
+  if (request.first == First::address) return 2;
+  return (request.first == First::nothing ? 0U : 1U) + (request.media == Media::must ? 1U : 0U);
+}
+
+std::size_t most(const Request& request) { return fewest(request) + (request.media == Media::may ? 1U : 0U); }
+
+/// An argument that fits no document.
+struct Fault {
+  Reason reason = Reason::none;
+  std::string_view argument;
+};
+
+Fault faultOfFirst(const Request& request, Words words) {
+  const auto unless = [](bool right, Reason reason, std::string_view argument) {
+    return right ? Fault{} : Fault{reason, argument};
+  };
+  switch (request.first) {
+    case First::nothing:
+      return {};
+    case First::codecList:
+      return unless(core::isCodecList(words[0]), Reason::wrongCodecList, words[0]);
+    case First::address:
+      if (!core::addressLiteralOf(words[0])) return {Reason::wrongAddress, words[0]};
+      return unless(core::isAnchorPort(portOf(words[1])), Reason::wrongPort, words[1]);
+    case First::profile:
+      return unless(core::isProfile(words[0]), Reason::wrongProfile, words[0]);
+    case First::names:
+      return unless(core::areAttributeNames(words[0]), Reason::wrongNames, words[0]);
+    case First::direction:
+      return unless(directionOf(words[0]).has_value(), Reason::wrongDirection, words[0]);
+  }
+  return {};
+}
+
+Fault faultOf(Words words) {
+  if (words.empty()) return {Reason::unknownRequest, {}};
+  const Request* const request = requestOf(words[0]);
+  if (request == nullptr) return {Reason::unknownRequest, words[0]};
+  const Words arguments = words.subspan(1);
+  if (arguments.size() < fewest(*request) || arguments.size() > most(*request)) {
+    return {Reason::argumentCount, words[0]};
+  }
+  if (const Fault fault = faultOfFirst(*request, arguments); fault.reason != Reason::none) return fault;
+  const bool hasMedia = request->media == Media::must || arguments.size() > fewest(*request);
+  // An empty word is no selection, though for the functions it stands for what they take by themselves.
+  if (hasMedia && !core::selectionOf(arguments.back(), core::Default::nothing))
+    return {Reason::wrongMedia, arguments.back()};
+  return {};
+}
+
+}  // namespace
+
+Refusal checkArguments(std::span<const std::string_view> words) noexcept {
+  return {.reason = faultOf(words).reason};
+}
+
+Refusal perform(Document& document, std::span<const std::string_view> words) noexcept {
+  const Fault fault = faultOf(words);
+  if (fault.reason == Reason::none) return requestOf(words[0])->perform(document, words.subspan(1));
+  return DocumentAccess::perform(document, [&fault](core::Model& model) {
+    return core::refuseArgument(model, fault.reason, fault.argument);
+  });
+}
+
+std::span<const RequestDescription> requestDescriptions() noexcept { return kDescriptions; }
+
+}  // namespace sdp

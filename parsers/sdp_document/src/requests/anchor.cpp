@@ -1,0 +1,193 @@
+// Leading media by way of one address.
+
+#include <algorithm>
+#include <charconv>
+
+#include "edits.h"
+#include "fieldReader.h"
+#include "keys.h"
+#include "refusals.h"
+#include "requests/media.h"
+
+namespace sdp::core {
+namespace {
+
+constexpr std::uint16_t kDiscardPort = 9;
+
+/// A section belongs to one BUNDLE group (RFC 8843, section 7.1). Of more that name its mid so many are followed.
+constexpr Index kMostGroups = 16;
+
+/// A number as text.
+class Digits {
+ public:
+  explicit Digits(std::uint64_t number)
+      : end_(std::to_chars(digits_, digits_ + sizeof digits_, number).ptr) {}
+  std::string_view view() const { return {digits_, static_cast<std::size_t>(end_ - digits_)}; }
+
+ private:
+  char digits_[20];
+  char* end_;
+};
+
+/// One request to lead media elsewhere.
+class Anchoring {
+ public:
+  Anchoring(Model& model, const AddressLiteral& address, std::uint16_t port)
+      : model_(model), address_(address), next_(port) {}
+
+  Refusal run();
+
+ private:
+  bool keepsPort(const Part& section) const;
+  Refusal choosePorts();
+  Index leaderOf(const Part& section);
+  bool holdsLiveMedia(const Part& section) const;
+  void setConnections();
+  void setConnection(Index line, bool mayStay);
+  void addConnection(const Part& section);
+  void setPorts();
+  void setRtcp(Part& section, Index line, std::uint32_t port);
+
+  Model& model_;
+  AddressLiteral address_;
+  std::uint32_t next_;
+};
+
+/// Sections that take no port of the row: disabled ones, those that have the port of their group, and TCP ones that
+/// connect from wherever they are (RFC 4145).
+bool Anchoring::keepsPort(const Part& section) const {
+  return section.m.portNumber == 0 || (isTcp(section) && section.m.portNumber == kDiscardPort);
+}
+
+/// The first section of a BUNDLE group with this one that has its port field.
+Index Anchoring::leaderOf(const Part& section) {
+  GroupTable& table = model_.groups;
+  const Index mid = table.midOf(model_, section);
+  if (mid == kNone) return kNone;
+  Index leader = kNone;
+  Index followed = 0;
+  for (Index m = table.mids[mid].firstMember; m != kNone && followed < kMostGroups;
+       m = table.members[m].nextOfMid) {
+    const Index group = table.members[m].group;
+    if (!table.groups[group].isBundle() || table.members[m].again) continue;
+    ++followed;
+    Index& first = model_.leaders.slotOf(group, section.m.port);
+    if (first == kNone) first = model_.indexOf(section);
+    leader = std::min(leader, first);
+  }
+  return leader;
+}
+
+Refusal Anchoring::choosePorts() {
+  model_.groups.read(model_);
+  const std::size_t memberships = std::min(model_.groups.members.size(), std::size_t{kMostGroups});
+  model_.leaders.reset(memberships * model_.sectionCount());
+  model_.ports.assign(model_.parts.size(), kNone);
+  for (Index n = 1; n < model_.parts.size(); ++n) {
+    const Part& section = model_.parts[n];
+    if (keepsPort(section)) continue;
+    const Index leader = leaderOf(section);
+    if (leader < n) {
+      model_.ports[n] = model_.ports[leader];
+      continue;
+    }
+    const std::uint64_t most = next_ > kHighestPort ? 0 : (kHighestPort - next_) / 2 + 1;
+    if (section.m.portCount > most) return refusalIn(model_, section, Reason::noPortLeft);
+    model_.ports[n] = next_;
+    next_ += static_cast<std::uint32_t>(2 * section.m.portCount);
+  }
+  return {};
+}
+
+/// It sends or receives though its address may be unspecified: ICE tells the address later.
+bool Anchoring::holdsLiveMedia(const Part& section) const {
+  return !isDisabled(model_, section) &&
+         (section.m.portNumber == kDiscardPort || hasKey(model_, section, Kind::iceUfrag));
+}
+
+void Anchoring::setConnection(Index line, bool mayStay) {
+  const std::string_view address = connectionIn(model_.lines[line]).address;
+  if (mayStay && (address == "0.0.0.0" || address == "::")) return;
+  replaceLine(model_, line, {"c=IN ", address_.type, " ", address_.text});
+}
+
+void Anchoring::addConnection(const Part& section) {
+  addBehind(model_, lineBeforeConnection(model_, section), {"c=IN ", address_.type, " ", address_.text});
+}
+
+void Anchoring::setConnections() {
+  const bool sessionHas = has(model_, model_.session(), Kind::connection);
+  bool sessionHoldsLive = false;
+  for (std::size_t n = 1; n < model_.parts.size(); ++n) {
+    const Part& section = model_.parts[n];
+    const bool live = holdsLiveMedia(section);
+    if (has(model_, section, Kind::connection)) {
+      forEach(model_, section, one(Kind::connection), [&](Index i) { setConnection(i, !live); });
+    } else {
+      sessionHoldsLive = sessionHoldsLive || live;
+      if (!sessionHas) addConnection(section);
+    }
+  }
+  forEach(model_, model_.session(), one(Kind::connection),
+          [&](Index i) { setConnection(i, !sessionHoldsLive); });
+}
+
+/// `a=rtcp` of a section that has got a port (RFC 3605).
+void Anchoring::setRtcp(Part& section, Index line, std::uint32_t port) {
+  const Digits digits(has(model_, section, Kind::rtcpMux) ? port : port + 1);
+  const bool hadAddress = !Fields(*valueOf(model_.lines[line]))[3].empty();
+  if (hadAddress) {
+    replaceLine(model_, line, {"a=rtcp:", digits.view(), " IN ", address_.type, " ", address_.text});
+  } else {
+    replaceLine(model_, line, {"a=rtcp:", digits.view()});
+  }
+}
+
+void Anchoring::setPorts() {
+  for (std::size_t n = 0; n < model_.parts.size(); ++n) {
+    Part& part = model_.parts[n];
+    const Index port = model_.ports[n];
+    if (port != kNone) {
+      const std::size_t slash = std::min(part.m.port.find('/'), part.m.port.size());
+      setPort(model_, part, {Digits(port).view(), part.m.port.substr(slash)});
+    }
+    forEach(model_, part, one(Kind::rtcp), [&](Index i) {
+      if (!valueOf(model_.lines[i])) return;
+      if (port == kNone) return removeLine(model_, i);
+      setRtcp(part, i, port);
+    });
+    removeLines(model_, part, kOfAddresses);
+  }
+}
+
+Refusal Anchoring::run() {
+  for (std::size_t n = 1; n < model_.parts.size(); ++n) {
+    const Part& section = model_.parts[n];
+    if (!section.m.readable) return refusalIn(model_, section, Reason::unreadableSection);
+    if (!isDisabled(model_, section) && has(model_, section, Kind::path)) {
+      return refusalIn(model_, section, Reason::pathAttribute);
+    }
+  }
+  if (const Refusal refusal = choosePorts()) return refusal;
+  setConnections();
+  setPorts();
+  return {};
+}
+
+}  // namespace
+
+Index lineBeforeConnection(const Model& model, const Part& section) {
+  Index behind = section.first;
+  for (Index i = section.first + 1; i < section.end; ++i) {
+    if (model.lines[i].gone != 0) continue;
+    if (model.lines[i].kind != Kind::information) break;
+    behind = i;
+  }
+  return behind;
+}
+
+Refusal anchor(Model& model, const AddressLiteral& address, std::uint16_t port) {
+  return Anchoring(model, address, port).run();
+}
+
+}  // namespace sdp::core

@@ -1,0 +1,69 @@
+// Dissolving BUNDLE groups (RFC 8843), and putting sections away on request.
+
+#include "edits.h"
+#include "requests/media.h"
+#include "requests/putAway.h"
+
+namespace sdp::core {
+namespace {
+
+/// The first section of each group that has a port.
+void findLeaders(Model& model) {
+  GroupTable& table = model.groups;
+  model.leading.assign(table.groups.size(), kNone);
+  // Of several sections that bear a mid the first with a port counts.
+  for (MidEntry& entry : table.mids) {
+    while (entry.firstSection != kNone && model.parts[entry.firstSection].m.portNumber == 0) {
+      entry.firstSection = table.nextSectionsOfMid[entry.firstSection];
+    }
+  }
+  for (const Member& member : table.members) {
+    Index& leader = model.leading[member.group];
+    leader = std::min(leader, table.mids[member.mid].firstSection);
+  }
+}
+
+/// The port field that a section's group has; empty when it has none.
+std::string_view portOfGroup(const Model& model, const Part& section) {
+  const GroupTable& table = model.groups;
+  const Index mid = table.midOf(model, section);
+  if (mid == kNone) return {};
+  for (Index m = table.mids[mid].firstMember; m != kNone; m = table.members[m].nextOfMid) {
+    const Index group = table.members[m].group;
+    if (table.groups[group].isBundle() && model.leading[group] != kNone) {
+      return model.parts[model.leading[group]].m.port;
+    }
+  }
+  return {};
+}
+
+}  // namespace
+
+Refusal unbundle(Model& model) {
+  model.groups.forget();
+  model.groups.read(model);
+  findLeaders(model);
+  for (std::size_t n = 1; n < model.parts.size(); ++n) {
+    Part& section = model.parts[n];
+    if (!section.m.readable || !isBundleOnly(model, section)) continue;
+    if (section.m.portNumber == 0) {
+      const std::string_view port = portOfGroup(model, section);
+      if (!port.empty()) setPort(model, section, {port});
+    }
+    removeLines(model, section, one(Kind::bundleOnly));
+  }
+  for (const Group& group : model.groups.groups) {
+    if (group.isBundle()) removeLine(model, group.line);
+  }
+  return {};
+}
+
+Refusal disable(Model& model, const Selection& selection) {
+  choose(model, selection);
+  PuttingAway putting(model);
+  for (const Index n : model.chosen) putting.putAway(model.parts[n]);
+  putting.finish();
+  return {};
+}
+
+}  // namespace sdp::core

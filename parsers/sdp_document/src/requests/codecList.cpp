@@ -1,0 +1,66 @@
+// Reading lists of codecs, and what they name.
+
+#include "requests/codecList.h"
+
+#include <algorithm>
+
+#include "fieldReader.h"
+
+namespace sdp::core {
+namespace {
+
+bool isBlankOrControl(char c) { return c == ' ' || sdpneg::isControl(c); }
+
+std::optional<CodecListEntry> entryOf(std::string_view text) {
+  if (text.empty() || std::any_of(text.begin(), text.end(), isBlankOrControl)) return std::nullopt;
+  CodecListEntry entry;
+  entry.name = text;
+  entry.isPayload = isDigits(text);
+  if (entry.isPayload || !sdpneg::contains(text, "/")) return entry;
+  const std::optional<EncodingParts> encoding = readEncodingText(text);
+  if (!encoding) return std::nullopt;
+  entry.name = encoding->name;
+  entry.clock = encoding->clock;
+  if (std::count(text.begin(), text.end(), '/') == 2) entry.channels = encoding->channels;
+  return entry;
+}
+
+/// Calls `visit(const CodecListEntry&)` for each entry; ends at one that has another form.
+/// @return whether all were entries
+template <typename Visit>
+bool forEachEntry(std::string_view list, Visit visit) {
+  for (;;) {
+    const std::size_t comma = list.find(',');
+    const std::optional<CodecListEntry> entry = entryOf(list.substr(0, comma));
+    if (!entry) return false;
+    visit(*entry);
+    if (comma == std::string_view::npos) return true;
+    list.remove_prefix(comma + 1);
+  }
+}
+
+}  // namespace
+
+bool CodecListEntry::names(const FormatEntry& format) const {
+  if (isPayload) return format.payload == name;
+  return !format.name.empty() && sdpneg::equalNoCase(format.name, name) &&
+         clock.value_or(format.clock) == format.clock &&
+         channels.value_or(format.channels) == format.channels;
+}
+
+bool readCodecList(std::string_view list, std::vector<CodecListEntry>& entries) {
+  entries.clear();
+  return forEachEntry(list, [&entries](const CodecListEntry& entry) { entries.push_back(entry); });
+}
+
+bool isCodecList(std::string_view list) {
+  return forEachEntry(list, [](const CodecListEntry&) {});
+}
+
+std::size_t placeIn(const std::vector<CodecListEntry>& entries, const FormatEntry& format) {
+  const auto found = std::find_if(entries.begin(), entries.end(),
+                                  [&format](const CodecListEntry& entry) { return entry.names(format); });
+  return static_cast<std::size_t>(found - entries.begin());
+}
+
+}  // namespace sdp::core

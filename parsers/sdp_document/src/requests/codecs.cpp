@@ -1,0 +1,138 @@
+// Keeping, dropping and ordering codecs.
+
+#include "requests/codecs.h"
+
+#include <algorithm>
+
+#include "edits.h"
+#include "fieldReader.h"
+#include "refusals.h"
+#include "requests/codecChoice.h"
+#include "requests/putAway.h"
+
+namespace sdp::core {
+namespace {
+
+/// How many codecs an explanation names.
+constexpr std::size_t kMostNamed = 12;
+
+/// Writes the m-line of the section that the table has read anew, with what `addFormats` adds in place of its formats.
+template <typename AddFormats>
+void writeFormats(Model& model, Part& section, AddFormats addFormats) {
+  const std::vector<Occurrence>& formats = model.formats.occurrences;
+  const std::string_view content = model.lines[section.first].content();
+  const auto offsetOf = [&content](const char* place) {
+    return static_cast<std::size_t>(place - content.data());
+  };
+  const std::string_view last = formats.back().format;
+  LineWriter line(model, section.first, content.size());
+  line.add(content.substr(0, offsetOf(formats.front().separator.data())));
+  addFormats(line);
+  line.add(content.substr(offsetOf(last.data() + last.size()))).finish();
+}
+
+/// Removes the formats that were not chosen, with what speaks of them.
+void takeFormatsOut(Model& model, Part& section) {
+  FormatTable& table = model.formats;
+  const bool all = std::all_of(table.entries.begin(), table.entries.end(),
+                               [](const FormatEntry& entry) { return entry.chosen; });
+  if (all) return;
+  forEach(model, section, kOfFormats, [&](Index i) {
+    const Index format = table.find(firstFieldOf(model.lines[i]));
+    if (format != kNone && !table.entries[format].chosen) removeLine(model, i);
+  });
+  writeFormats(model, section, [&table](LineWriter& line) {
+    for (const Occurrence& occurrence : table.occurrences) {
+      if (table.entries[occurrence.entry].chosen) line.add(occurrence.separator).add(occurrence.format);
+    }
+  });
+}
+
+/// Puts the formats that the list names in front. Each takes the place of another, between the separators there.
+void orderFormats(Model& model, Part& section) {
+  FormatTable& table = model.formats;
+  table.read(model, section);
+  for (FormatEntry& entry : table.entries) entry.place = static_cast<Index>(placeIn(model.list, entry));
+  std::vector<Occurrence>& ordered = model.ordered;
+  ordered = table.occurrences;
+  std::sort(ordered.begin(), ordered.end(), [&table](const Occurrence& a, const Occurrence& b) {
+    const Index first = table.entries[a.entry].place;
+    const Index second = table.entries[b.entry].place;
+    return first != second ? first < second : a.format.data() < b.format.data();
+  });
+  const bool isAsBefore =
+      std::equal(ordered.begin(), ordered.end(), table.occurrences.begin(),
+                 [](const Occurrence& a, const Occurrence& b) { return a.entry == b.entry; });
+  if (isAsBefore) return;
+  writeFormats(model, section, [&](LineWriter& line) {
+    for (std::size_t i = 0; i < ordered.size(); ++i)
+      line.add(table.occurrences[i].separator).add(ordered[i].format);
+  });
+}
+
+/// "it has opus, G722, PCMU"
+std::string codecsOf(const FormatTable& table) {
+  std::string text;
+  std::size_t named = 0;
+  for (const FormatEntry& entry : table.entries) {
+    if (entry.role != Role::codec) continue;
+    if (named++ == kMostNamed) return text.append(", ...");
+    if (named != 1) text.append(", ");
+    addForPeople(text, entry.name.empty() ? entry.payload : entry.name);
+  }
+  return named == 0 ? "no codec" : text;
+}
+
+Refusal refuseNoCodec(Model& model, const Part& section, std::string_view verb, std::string_view list) {
+  const Refusal refusal = refusalIn(model, section, Reason::noCommonCodec);
+  model.formats.forget();
+  model.formats.read(model, section);
+  std::string given;
+  addForPeople(given, list);
+  explain(model, refusal, {"it has ", codecsOf(model.formats), "; ", verb, " would be ", given});
+  return refusal;
+}
+
+Refusal restrictCodecs(Model& model, const Selection& selection, void (*chooseFormats)(Model&),
+                       std::string_view verb, std::string_view list) {
+  choose(model, selection);
+  std::size_t away = 0;
+  for (const Index n : model.chosen) {
+    Part& section = model.parts[n];
+    if (!isRtp(section)) continue;
+    model.formats.read(model, section);
+    chooseFormats(model);
+    if (isWithoutCodec(model.formats)) {
+      model.chosen[away++] = n;
+    } else {
+      takeFormatsOut(model, section);
+    }
+  }
+  if (away == 0) return {};
+  model.chosen.resize(away);
+  PuttingAway putting(model);
+  for (const Index n : model.chosen) putting.putAway(model.parts[n]);
+  if (hasNoPort(model)) return refuseNoCodec(model, model.parts[model.chosen.front()], verb, list);
+  putting.finish();
+  return {};
+}
+
+}  // namespace
+
+Refusal keepCodecs(Model& model, std::string_view list, const Selection& selection) {
+  return restrictCodecs(model, selection, chooseKept, "kept", list);
+}
+
+Refusal dropCodecs(Model& model, std::string_view list, const Selection& selection) {
+  return restrictCodecs(model, selection, chooseUndropped, "dropped", list);
+}
+
+Refusal orderCodecs(Model& model, const Selection& selection) {
+  choose(model, selection);
+  for (const Index n : model.chosen) {
+    if (isRtp(model.parts[n])) orderFormats(model, model.parts[n]);
+  }
+  return {};
+}
+
+}  // namespace sdp::core

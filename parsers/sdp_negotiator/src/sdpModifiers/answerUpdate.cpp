@@ -130,7 +130,7 @@ std::uint8_t firstCodecOf(const mDescription& media) {
 std::optional<Answer> lookAtAnswer(sDescription& description) {
   Answer answer;
   for (mDescription& media : mediaOf(description)) {
-    if (contains(transportOf(media), "RTP/SAVP") && isActive(media)) return std::nullopt;
+    if (contains(transportOf(media), kSecureTransport) && isActive(media)) return std::nullopt;
     answer.hasVideo = answer.hasVideo || media.mLine.mediaType == MEDIA_VIDEO;
     if (!isActiveAudio(media)) continue;
     ++answer.activeAudio;

@@ -126,7 +126,7 @@ Removed removeSections(SdpText& text, std::string_view connection, char* codes) 
 std::size_t rebuildOLine(SdpText& text, std::size_t place, unsigned short& oLineEnd) {
   const std::size_t oLine = findAnywhere(text.view(), kOriginLine);
   const std::size_t fromPlace = text.size() - place;
-  statusOf(renewOriginLine(text, nullptr, oLineEnd));
+  renewOriginLineIfThere(text, oLineEnd);
   return oLine < place ? text.size() - std::min(fromPlace, text.size() - oLine) : place;
 }
 
@@ -173,7 +173,7 @@ void reinsertAnat(SdpText& text, const char* removed, unsigned short& oLineEnd, 
   constexpr const char* kOperation = "sdpReInsertAnat";
   const std::string_view codes = codesOf(removed);
   traceRecord(codes);
-  if (modifyOLine) statusOf(renewOriginLine(text, nullptr, oLineEnd));
+  if (modifyOLine) renewOriginLineIfThere(text, oLineEnd);
   if (!text.isNull() && adopted(text, kOperation)) {
     statusOf(putMLinesBack(text, codes, readCode, kOperation));
   }

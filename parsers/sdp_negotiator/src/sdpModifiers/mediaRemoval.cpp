@@ -59,7 +59,7 @@ void removeSections(SdpText& text, const char* operation, SectionRemoval removal
                     bool modifyOLine) {
   if (text.isNull() || !adopted(text, operation)) return;
   text.eraseEach([&](std::string_view view, std::size_t from) { return removal.next(view, from); });
-  if (modifyOLine && removal.hasRecorded()) statusOf(renewOriginLine(text, nullptr, oLineEnd));
+  if (modifyOLine && removal.hasRecorded()) renewOriginLineIfThere(text, oLineEnd);
 }
 
 }  // namespace

@@ -197,6 +197,18 @@ Refusal renewOriginLine(SdpText& text, const char* ip, unsigned short& oLineEnd)
   return modifyOriginLine(text, id, id, ip, oLineEnd);
 }
 
+void renewOriginLineIfThere(SdpText& text, unsigned short& oLineEnd) {
+  const Refusal refusal = renewOriginLine(text, nullptr, oLineEnd);
+  switch (refusal.reason) {
+    case SDP_REFUSED_ORIGIN_WITHOUT_O_LINE:
+    case SDP_REFUSED_ORIGIN_WITHOUT_S_LINE:
+      mention(refusal);
+      break;
+    default:
+      statusOf(refusal);
+  }
+}
+
 Refusal setOriginVersion(SdpText& text, unsigned int version, unsigned short& oLineEnd) {
   return replaceVersionNumber(text, "sdpReplaceVersionNumber", version, oLineEnd);
 }

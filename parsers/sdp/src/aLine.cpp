@@ -35,26 +35,17 @@ void writeAttributes(TextWriter& out, const a_line& line) {
 
 }  // namespace sdp
 
-namespace {
-
-const a_line::entry* entryAt(const a_line* line, int index) {
-  if (line == nullptr || !sdp::inList(index, line->count, SDP_ATTRIBUTE_CAPACITY)) return nullptr;
-  return &line->entries[index];
-}
-
-}  // namespace
-
 int sdp_AgetNoOfAs(const a_line* line) {
   return line != nullptr ? sdp::usable(line->count, SDP_ATTRIBUTE_CAPACITY) : 0;
 }
 
 const char* sdp_AgetAttributeField(const a_line* line, int index) {
-  const a_line::entry* entry = entryAt(line, index);
+  const a_line::entry* entry = sdp::entryAt(line, index);
   return entry != nullptr ? entry->name : nullptr;
 }
 
 const char* sdp_AgetAttributeValue(const a_line* line, int index) {
-  const a_line::entry* entry = entryAt(line, index);
+  const a_line::entry* entry = sdp::entryAt(line, index);
   return entry != nullptr && (entry->hasColon != 0 || entry->value[0] != '\0') ? entry->value : nullptr;
 }
 

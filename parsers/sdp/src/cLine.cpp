@@ -38,25 +38,16 @@ void writeConnections(TextWriter& out, const c_line& line) {
 
 }  // namespace sdp
 
-namespace {
-
-const c_line::entry* entryAt(const c_line* line, int index) {
-  if (line == nullptr || !sdp::inList(index, line->count, SDP_CONNECTION_CAPACITY)) return nullptr;
-  return &line->entries[index];
-}
-
-}  // namespace
-
 int sdp_CgetNoOfCs(const c_line* line) {
   return line != nullptr ? sdp::usable(line->count, SDP_CONNECTION_CAPACITY) : 0;
 }
 
 const char* sdp_CgetAddress(const c_line* line, int index) {
-  const c_line::entry* entry = entryAt(line, index);
+  const c_line::entry* entry = sdp::entryAt(line, index);
   return entry != nullptr ? entry->address : nullptr;
 }
 
 const char* sdp_CgetAddressType(const c_line* line, int index) {
-  const c_line::entry* entry = entryAt(line, index);
+  const c_line::entry* entry = sdp::entryAt(line, index);
   return entry != nullptr ? entry->addressType : nullptr;
 }

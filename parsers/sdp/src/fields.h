@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <string_view>
 
 namespace sdp {
@@ -95,6 +96,14 @@ inline bool inList(int index, int count, int capacity) {
 
 /// The entries of a list that may be read, whatever its count claims.
 inline int usable(int count, int capacity) { return count < 0 ? 0 : (count < capacity ? count : capacity); }
+
+/// An entry of a line's list; null when the line is null or has none there.
+template <typename Line>
+auto entryAt(const Line* line, int index) -> decltype(&line->entries[0]) {
+  if (line == nullptr || !inList(index, line->count, static_cast<int>(std::size(line->entries))))
+    return nullptr;
+  return &line->entries[index];
+}
 
 }  // namespace sdp
 

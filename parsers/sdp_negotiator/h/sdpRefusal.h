@@ -22,7 +22,8 @@ enum eSdpRefusalField {
   SDP_REFUSAL_FIELD_ADDRESS_TYPE = 3
 };
 
-/// Why something was refused. The values are kept from version to version; new ones are added at the end.
+/// Why something was refused. The values are kept from version to version; new ones are added at the end. No
+/// reason has 96 or 97.
 enum eSdpRefusal {
   SDP_REFUSED_NOTHING = 0,
 
@@ -138,8 +139,6 @@ enum eSdpRefusal {
   SDP_REFUSED_ICE_NOT_HELD = 93,
   SDP_REFUSED_NO_OTHER_CANDIDATES = 94,
   SDP_REFUSED_CANDIDATE_WITHOUT_ADDRESS = 95,
-  SDP_REFUSED_M_LINES_NOT_READ = 96,
-  SDP_REFUSED_NO_MEMORY_TO_CHANGE = 97,
 
   // Answers, dummies and sets of m-lines
   SDP_REFUSED_NO_OBJECTS_TO_UPDATE = 98,

@@ -1,6 +1,7 @@
 #include "refusal.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 
 #include "text/fixedText.h"
@@ -203,9 +204,6 @@ constexpr Row kRows[] = {
     {SDP_REFUSED_NO_OTHER_CANDIDATES, SDP_REFUSAL_KIND_NOTHING, kNone,
      "There is no ICE candidate of the other address version."},
     {SDP_REFUSED_CANDIDATE_WITHOUT_ADDRESS, SDP_REFUSAL_KIND_BODY, kNone, "An ICE candidate has no address."},
-    {SDP_REFUSED_M_LINES_NOT_READ, SDP_REFUSAL_KIND_BODY, trace::error, "Cannot retrieve the m-lines."},
-    {SDP_REFUSED_NO_MEMORY_TO_CHANGE, SDP_REFUSAL_KIND_MEMORY, trace::error,
-     "sdpChangeSdpType(): There is no memory for a list of media."},
     {SDP_REFUSED_NO_OBJECTS_TO_UPDATE, SDP_REFUSAL_KIND_ARGUMENT, trace::error,
      "Invalid input objects. Cannot create the update SDP. Exiting."},
     {SDP_REFUSED_MALFORMED_ANSWER, SDP_REFUSAL_KIND_BODY, trace::error, "The {what} is malformed, exiting."},
@@ -277,13 +275,12 @@ constexpr Row kRows[] = {
      "No allowed codecs in media: leaving SDP unchanged and returning false"},
 };
 
-constexpr bool standsInOrder() {
-  for (std::size_t i = 0; i < std::size(kRows); ++i) {
-    if (kRows[i].reason != static_cast<eSdpRefusal>(i)) return false;
-  }
-  return true;
+constexpr bool isInOrder() {
+  return std::ranges::adjacent_find(kRows, std::ranges::greater_equal(), &Row::reason) == std::end(kRows);
 }
-static_assert(standsInOrder(), "a reason is the index of its row");
+static_assert(isInOrder(), "a row is found by its reason");
+
+const Row& rowOf(eSdpRefusal reason) { return *std::ranges::lower_bound(kRows, reason, {}, &Row::reason); }
 
 using Message = FixedText<1024>;
 
@@ -297,7 +294,7 @@ void addField(Message& message, std::string_view name, const Refusal& refusal) {
 
 Message messageOf(const Refusal& refusal) {
   Message message;
-  std::string_view rest = kRows[refusal.reason].message;
+  std::string_view rest = rowOf(refusal.reason).message;
   for (std::size_t brace = rest.find('{'); brace != npos; brace = rest.find('{')) {
     const std::size_t end = rest.find('}', brace);
     message.add(rest.substr(0, brace));
@@ -329,14 +326,14 @@ std::string_view keptForRefusal(std::string_view text) {
 }
 
 int tell(const Refusal& refusal) {
-  const Row& row = kRows[refusal.reason];
+  const Row& row = rowOf(refusal.reason);
   const Message message = messageOf(refusal);
   keep(refusal, row, message.view());
   return row.verb != kNone ? row.verb("%s", message.text()) : 0;
 }
 
 int mention(const Refusal& refusal) {
-  const Row& row = kRows[refusal.reason];
+  const Row& row = rowOf(refusal.reason);
   return row.verb != kNone ? row.verb("%s", messageOf(refusal).text()) : 0;
 }
 

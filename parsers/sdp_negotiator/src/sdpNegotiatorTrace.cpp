@@ -45,35 +45,40 @@ std::size_t lengthOfWholeConversions(std::string_view format) {
   return format.size();
 }
 
-/// How much of a format is used when `room` characters are left for it.
-std::size_t usableLength(const char* format, std::size_t room) {
-  const std::size_t length = strnlen(format, room);
-  const bool isCut = length == room && format[length] != '\0';
-  return isCut ? lengthOfWholeConversions({format, length}) : length;
-}
-
-void composeFormat(char (&line)[lineSize], std::string_view prefix, const char* format) {
-  std::size_t length = prefix.copy(line, lineSize - 1);
-  if (format != nullptr) {
-    const std::size_t added = usableLength(format, lineSize - 1 - length);
-    std::memcpy(line + length, format, added);
-    length += added;
-  }
-  line[length] = '\0';
-}
-
-/// Never inlined, so that its buffers take no stack while tracing is off.
-[[gnu::noinline]] int writeLine(int handle, int flag, int level, const char* format, va_list arguments) {
-  // Neither is cleared: each is written up to its NUL, and every line would pay for the rest.
-  char line[lineSize];
-  char result[lineSize];
-  const char* prefix = prefixOf(flag);
-  composeFormat(line, prefix, format);
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
-  const int length = std::vsnprintf(result, sizeof result, line, arguments);
+// The analyzer loses sight of the va_start that all arguments here come from.
+// NOLINTBEGIN(clang-analyzer-valist.Uninitialized)
+
+/// Formats what `size` characters hold of a format that is longer. Never inlined, so that the copy takes no stack for
+/// other lines.
+[[gnu::noinline]] int formatCut(char* text, std::size_t size, const char* format, va_list arguments) {
+  char cut[lineSize];
+  const std::size_t length = lengthOfWholeConversions({format, size - 1});
+  std::memcpy(cut, format, length);
+  cut[length] = '\0';
+  return std::vsnprintf(text, size, cut, arguments);
+}
+
+/// @param size at most `lineSize`
+int formatInto(char* text, std::size_t size, const char* format, va_list arguments) {
+  text[0] = '\0';
+  if (format == nullptr) return 0;
+  const bool fits = strnlen(format, size) < size;
+  return fits ? std::vsnprintf(text, size, format, arguments) : formatCut(text, size, format, arguments);
+}
+
+// NOLINTEND(clang-analyzer-valist.Uninitialized)
 #pragma GCC diagnostic pop
-  return pvxTraceRtt(handle, flag, lineType, level, length < 0 ? prefix : result);
+
+/// Never inlined, so that its buffer takes no stack while tracing is off.
+[[gnu::noinline]] int writeLine(int handle, int flag, int level, const char* format, va_list arguments) {
+  // Not cleared: it is written up to its NUL, and every line would pay for the rest.
+  char line[lineSize];
+  const std::string_view prefix = prefixOf(flag);
+  char* const message = line + prefix.copy(line, lineSize - 1);
+  if (formatInto(message, lineSize - prefix.size(), format, arguments) < 0) *message = '\0';
+  return pvxTraceRtt(handle, flag, lineType, level, line);
 }
 
 }  // namespace

@@ -45,6 +45,24 @@ inline constexpr auto kIpVersionUnknown = static_cast<eIPAddressVersion>(0);
 inline constexpr auto kIpVersion4 = static_cast<eIPAddressVersion>(2);
 inline constexpr auto kIpVersion6 = static_cast<eIPAddressVersion>(10);
 
+// What lines begin with; for m-lines see text/sections.h.
+inline constexpr std::string_view kOriginLine = "o=";
+inline constexpr std::string_view kSessionNameLine = "s=";
+inline constexpr std::string_view kCLine = "c=";
+inline constexpr std::string_view kAttribute = "a=";
+
+// Attributes that several look for. Texts for callers that take one which ends in NUL, too.
+inline constexpr const char* kAnat = "a=group:ANAT";
+inline constexpr const char* kKeyManagement = "a=key-mgmt:";
+inline constexpr std::string_view kCrypto = "a=crypto:";
+/// Also of attributes with a longer name.
+inline constexpr const char* kAnyCrypto = "a=crypto";
+inline constexpr const char* kPreconditions[] = {"a=curr:", "a=des:", "a=conf:"};
+
+// Transports (RFC 3551, RFC 3711).
+inline constexpr const char* kPlainTransport = "RTP/AVP";
+inline constexpr const char* kSecureTransport = "RTP/SAVP";
+
 // Address types of o- and c-lines (RFC 4566 5.2, 5.7).
 inline constexpr const char* kIp4 = "IP4";
 inline constexpr const char* kIp6 = "IP6";

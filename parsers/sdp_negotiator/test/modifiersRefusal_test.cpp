@@ -294,6 +294,17 @@ TEST(LastRefusal, CountsWhatLedToAnotherOne) {
   EXPECT_TRUE(trace.has(4, 3, "setMediaLinePort(): illegal connection port 80"));
 }
 
+TEST(LastRefusal, IsNotThatOfAnOLineThatARemovalOfMLinesGoesOnWithout) {
+  SdpBuffer buffer("v=0\r\ns=-\r\nt=0 0\r\n" + audio);
+  const unsigned int earlier = sdpLastRefusal().number;
+  char removed[32] = "";
+  TraceCapture trace;
+  M::sdpRemoveMline(buffer.data(), removed, oLineEnd, "RTP/AVP", true);
+  EXPECT_STREQ(buffer.data(), "v=0\r\ns=-\r\nt=0 0\r\n");
+  EXPECT_EQ(sdpLastRefusal().number, earlier);
+  EXPECT_TRUE(trace.has(2, 2, "The o-line is not present within the SDP. Exiting..."));
+}
+
 TEST(LastRefusal, IsThatOfAPortThatAnMLineIsNotGiven) {
   char line[] = "m=audio 5004 RTP/AVP 0";
   char* end = nullptr;

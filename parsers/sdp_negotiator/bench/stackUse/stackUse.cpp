@@ -142,13 +142,9 @@ std::size_t promised(const Request& request) {
   constexpr std::string_view kWithoutDescription[] = {
       "Stored text", "Search in the text", "Comparison", "Display",     "Settings",
       "Codec names", "Texts from values",  "Transfer",   "Origin line", "Attribute requests"};
-  constexpr std::string_view kWithSeveral[] = {"sdpUpdateAnswer", "sdpUpdateSdp", "sdpModifyVersionAndMlines",
-                                               "correctMLines"};
-  const auto isIn = [](const auto& list, std::string_view text) {
-    return std::find(std::begin(list), std::end(list), text) != std::end(list);
-  };
-  if (isIn(kWithSeveral, request.name)) return 2U << 20U;
-  return isIn(kWithoutDescription, request.topic) ? 128U << 10U : 1U << 20U;
+  const bool decodes = std::find(std::begin(kWithoutDescription), std::end(kWithoutDescription),
+                                 std::string_view(request.topic)) == std::end(kWithoutDescription);
+  return decodes ? 1U << 20U : 128U << 10U;
 }
 
 /// What else there is on a thread's stack: the thread's own data, and the engine's functions.

@@ -15,6 +15,12 @@
 
 namespace sdpneg {
 
+/// A buffer, which may be null, as an empty text, whatever it holds.
+inline SdpText emptied(char* buffer) {
+  if (buffer != nullptr) buffer[0] = '\0';
+  return SdpText(buffer);
+}
+
 /// The refusal of a buffer that holds no text; none when its text can be edited.
 inline Refusal refusalOfBuffer(const SdpText& text, const char* operation) {
   if (text.usable()) return {};

@@ -29,7 +29,7 @@ constexpr unsigned char kSecureBit = 128;
 
 /// Adds the group line that names every m-line by its number but those with port 0.
 void addGroupLine(Composed& out, std::string_view text) {
-  out.add("a=group:ANAT");
+  out.add(kAnat);
   int number = 1;
   forEachMLine(text, [&](std::size_t at) {
     if (!hasZeroPortOfRtp(content(text, lineAt(text, at)))) out.add(" ").add(number);
@@ -124,9 +124,9 @@ Removed removeSections(SdpText& text, std::string_view connection, char* codes) 
 /// Rebuilds the o-line, which stands where "o=" first does, also behind the first m-line.
 /// @return where the text that stood at `place` stands then; the o-line's start when it went with the old o-line
 std::size_t rebuildOLine(SdpText& text, std::size_t place, unsigned short& oLineEnd) {
-  const std::size_t oLine = findAnywhere(text.view(), "o=");
+  const std::size_t oLine = findAnywhere(text.view(), kOriginLine);
   const std::size_t fromPlace = text.size() - place;
-  statusOf(renewOriginLine(text, nullptr, oLineEnd));
+  renewOriginLineIfThere(text, oLineEnd);
   return oLine < place ? text.size() - std::min(fromPlace, text.size() - oLine) : place;
 }
 
@@ -173,7 +173,7 @@ void reinsertAnat(SdpText& text, const char* removed, unsigned short& oLineEnd, 
   constexpr const char* kOperation = "sdpReInsertAnat";
   const std::string_view codes = codesOf(removed);
   traceRecord(codes);
-  if (modifyOLine) statusOf(renewOriginLine(text, nullptr, oLineEnd));
+  if (modifyOLine) renewOriginLineIfThere(text, oLineEnd);
   if (!text.isNull() && adopted(text, kOperation)) {
     statusOf(putMLinesBack(text, codes, readCode, kOperation));
   }

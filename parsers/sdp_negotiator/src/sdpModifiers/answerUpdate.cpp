@@ -40,15 +40,6 @@ using CodecSet = std::bitset<256>;
 /// Formats of an m-line by their index.
 using FormatSet = std::bitset<SDP_FORMAT_CAPACITY>;
 
-/// @param which names the text in the trace
-Refusal decodeNamed(sDescription& description, const SdpText& text, const char* which) {
-  Refusal refusal = decode(description, text.view());
-  if (!refusal) return {};
-  tell({.reason = SDP_REFUSED_MALFORMED_ANSWER, .what = which});
-  refusal.reason = SDP_REFUSED_NOT_DECODED;
-  return refusal;
-}
-
 bool isActive(const mDescription& media) { return portOf(media) != 0; }
 
 bool isActiveAudio(const mDescription& media) {
@@ -63,56 +54,57 @@ std::string_view comparedPort(const mDescription& media) {
   return std::string_view(sdp_MgetPort(&media.mLine)).substr(0, kPortLength);
 }
 
-/// The address of the session; nothing without one.
-std::optional<std::string_view> sessionAddress(const sDescription& offer) {
+/// The address of a session; nothing without one.
+using Address = std::optional<FixedText<SDP_ADDRESS_SIZE>>;
+/// As much of a port as is compared.
+using Port = FixedText<kPortLength + 1>;
+
+Address sessionAddress(const sDescription& offer) {
   const char* const address = sdp_CgetAddress(&offer.cLine, 0);
-  return address != nullptr ? std::optional<std::string_view>(address) : std::nullopt;
+  return address != nullptr ? Address(FixedText<SDP_ADDRESS_SIZE>().add(address)) : std::nullopt;
 }
 
-/// The port of the first active audio m-line; empty when there is none.
-std::string_view firstAudioPort(const sDescription& offer) {
-  for (const mDescription& media : mediaOf(offer)) {
-    if (isActiveAudio(media)) return comparedPort(media);
-  }
-  return {};
-}
+bool areDifferent(const Address& a, const Address& b) { return a && b && !equalNoCase(a->view(), b->view()); }
 
-/// What counts of an old offer, whose description gives way to that of the new one.
+/// What counts of an old offer.
 struct OldOffer {
-  bool hasAddress = false;
-  FixedText<SDP_ADDRESS_SIZE> address;
-  FixedText<kPortLength + 1> port;  ///< of the first active audio m-line
+  Address address;
+  Port port;  ///< of the first active audio m-line; empty when there is none
 };
 
 OldOffer lookAtOldOffer(const sDescription& description) {
   OldOffer offer;
-  const auto address = sessionAddress(description);
-  offer.hasAddress = address.has_value();
-  offer.address.add(address.value_or(std::string_view()));
-  offer.port.add(firstAudioPort(description));
+  offer.address = sessionAddress(description);
+  for (const mDescription& media : mediaOf(description)) {
+    if (!isActiveAudio(media)) continue;
+    offer.port.add(comparedPort(media));
+    break;
+  }
   return offer;
-}
-
-bool haveDifferentAddresses(const OldOffer& oldOffer, const sDescription& newOffer) {
-  const auto address = sessionAddress(newOffer);
-  return oldOffer.hasAddress && address && !equalNoCase(oldOffer.address.view(), *address);
 }
 
 /// What counts of a new offer.
 struct Offer {
+  Address address;
   int activeAudio = 0;
-  std::string_view port;          ///< of the last active audio m-line
-  CodecSet codecs;                ///< of all active audio m-lines
-  const m_line* video = nullptr;  ///< the first one, active or not
+  Port port;              ///< of the last active audio m-line
+  CodecSet codecs;        ///< of all active audio m-lines
+  bool hasVideo = false;  ///< active or not
+  FixedText<SDP_FORMAT_SIZE>
+      videoFormat;  ///< the first one of the first video m-line; empty when it has none
 };
 
 Offer lookAtOffer(const sDescription& description) {
   Offer offer;
+  offer.address = sessionAddress(description);
   for (const mDescription& media : mediaOf(description)) {
-    if (media.mLine.mediaType == MEDIA_VIDEO && offer.video == nullptr) offer.video = &media.mLine;
+    if (media.mLine.mediaType == MEDIA_VIDEO && !offer.hasVideo) {
+      offer.hasVideo = true;
+      offer.videoFormat.add(viewOf(sdp_MgetFormat(&media.mLine, 0)));
+    }
     if (!isActiveAudio(media)) continue;
     ++offer.activeAudio;
-    offer.port = comparedPort(media);
+    offer.port = Port().add(comparedPort(media));
     for (int i = 0; i < sdp_MgetNoOfFormats(&media.mLine); ++i) offer.codecs.set(codecOf(media, i));
   }
   offer.codecs.reset(SDP_NO_CODEC);
@@ -138,7 +130,7 @@ std::uint8_t firstCodecOf(const mDescription& media) {
 std::optional<Answer> lookAtAnswer(sDescription& description) {
   Answer answer;
   for (mDescription& media : mediaOf(description)) {
-    if (contains(transportOf(media), "RTP/SAVP") && isActive(media)) return std::nullopt;
+    if (contains(transportOf(media), kSecureTransport) && isActive(media)) return std::nullopt;
     answer.hasVideo = answer.hasVideo || media.mLine.mediaType == MEDIA_VIDEO;
     if (!isActiveAudio(media)) continue;
     ++answer.activeAudio;
@@ -197,16 +189,15 @@ Refusal rebuild(SdpText& text, sDescription& answer, mDescription& audio, const 
 }
 
 /// Adds a rejected video m-line.
-Refusal rejectVideo(SdpText& text, const m_line& offered) {
-  const char* const format = sdp_MgetFormat(&offered, 0);
-  if (format == nullptr) return {.reason = SDP_REFUSED_VIDEO_WITHOUT_FORMAT};
+Refusal rejectVideo(SdpText& text, std::string_view format) {
+  if (format.empty()) return {.reason = SDP_REFUSED_VIDEO_WITHOUT_FORMAT};
   FixedText<256> line;
   line.add(missingLineEnd(text.view())).add("m=video 0 RTP/AVP ").add(format).add("\r\n");
   return text.append(line.view()) == Edit::done ? Refusal() : refusalOfRoom(kOperation, "video m-line");
 }
 
-Refusal answerVideo(SdpText& text, const Answer& answer, const m_line& offered) {
-  if (!answer.hasVideo) return rejectVideo(text, offered);
+Refusal answerVideo(SdpText& text, const Answer& answer, const Offer& offer) {
+  if (!answer.hasVideo) return rejectVideo(text, offer.videoFormat.view());
   return setMediaPort(text, MEDIA_VIDEO, kIpVersionUnknown, sdpModifications::MEDIA_SECURITY_ANY, 0);
 }
 
@@ -220,37 +211,72 @@ Refusal refusalOfAnswer(const std::optional<Answer>& answer, const Offer& offer)
 
 /// Applies to an answer's text what differs between two offers.
 /// @param concerned whether the new offer dropped a codec or has video
-Refusal update(SdpText& text, sDescription& answer, const OldOffer& oldOffer, const sDescription& newOffer,
+Refusal update(SdpText& text, sDescription& answer, const OldOffer& oldOffer, const Offer& offer,
                bool& concerned) {
-  if (haveDifferentAddresses(oldOffer, newOffer)) {
+  if (areDifferent(oldOffer.address, offer.address)) {
     return {.reason = SDP_REFUSED_OFFERS_DIFFER_IN_ADDRESS, .field = SDP_REFUSAL_FIELD_ADDRESS};
   }
-  const Offer offer = lookAtOffer(newOffer);
-  if (!equalNoCase(oldOffer.port.view(), offer.port)) {
+  if (!equalNoCase(oldOffer.port.view(), offer.port.view())) {
     return {.reason = SDP_REFUSED_OFFERS_DIFFER_IN_PORT, .field = SDP_REFUSAL_FIELD_PORT};
   }
   if (offer.activeAudio > 1) return {.reason = SDP_REFUSED_OFFER_WITH_MANY_AUDIO};
   const std::optional<Answer> own = lookAtAnswer(answer);
   if (const Refusal refusal = refusalOfAnswer(own, offer)) return refusal;
   const FormatSet dropped = formatsBeyond(offer.codecs, *own->audio);
-  concerned = dropped.any() || offer.video != nullptr;
+  concerned = dropped.any() || offer.hasVideo;
   if (dropped.any()) {
     if (const Refusal refusal = rebuild(text, answer, *own->audio, dropped)) return refusal;
   }
-  return offer.video != nullptr ? answerVideo(text, *own, *offer.video) : Refusal();
+  return offer.hasVideo ? answerVideo(text, *own, offer) : Refusal();
 }
 
-/// Decodes the texts and updates the answer's. The offers are decoded one after the other into one description.
-Refusal decodeAndUpdate(SdpText& text, const SdpText& oldOffer, const SdpText& newOffer, bool& concerned) {
-  return withDescription([&](sDescription& answer) {
-    return withDescription([&](sDescription& offer) -> Refusal {
-      if (const Refusal refusal = decodeNamed(answer, text, "sdpAnswer")) return refusal;
-      if (const Refusal refusal = decodeNamed(offer, oldOffer, "oldSdpOffer")) return refusal;
-      const OldOffer old = lookAtOldOffer(offer);
-      if (const Refusal refusal = decodeNamed(offer, newOffer, "newSdpOffer")) return refusal;
-      return update(text, answer, old, offer, concerned);
-    });
+/// Decodes a text and calls `work` with its description. Never inlined: the descriptions of two texts would stand on
+/// the stack together.
+/// @return the codec's refusal, or what `work` returns
+template <typename Work>
+[[gnu::noinline]] Refusal withDecoded(const SdpText& text, Work work) {
+  return withDescription([&](sDescription& description) -> Refusal {
+    const Refusal refusal = decode(description, text.view());
+    return refusal ? refusal : work(description);
   });
+}
+
+/// @return the refusal of a text that cannot be decoded
+template <typename Result>
+Refusal lookAt(const SdpText& text, Result (*look)(const sDescription&), Result& result) {
+  return withDecoded(text, [&](const sDescription& description) -> Refusal {
+    result = look(description);
+    return {};
+  });
+}
+
+/// The refusal of one of the texts. One of the codec is told first, with the text's name, and gives way to another.
+Refusal named(Refusal refusal, const char* which) {
+  if (refusal.reason != SDP_REFUSED_BODY) return refusal;
+  tell({.reason = SDP_REFUSED_MALFORMED_ANSWER, .what = which});
+  refusal.reason = SDP_REFUSED_NOT_DECODED;
+  return refusal;
+}
+
+/// The same of an offer. A malformed answer is told in its place, although it is decoded behind the offers.
+Refusal namedOffer(const SdpText& answer, const Refusal& refusal, const char* which) {
+  const Refusal ofAnswer = withDecoded(answer, [](const sDescription&) { return Refusal(); });
+  return ofAnswer ? named(ofAnswer, "sdpAnswer") : named(refusal, which);
+}
+
+/// Decodes the texts, one after the other, and updates the answer's.
+Refusal decodeAndUpdate(SdpText& text, const SdpText& oldText, const SdpText& newText, bool& concerned) {
+  OldOffer oldOffer;
+  Offer offer;
+  if (const Refusal refusal = lookAt(oldText, lookAtOldOffer, oldOffer)) {
+    return namedOffer(text, refusal, "oldSdpOffer");
+  }
+  if (const Refusal refusal = lookAt(newText, lookAtOffer, offer)) {
+    return namedOffer(text, refusal, "newSdpOffer");
+  }
+  const Refusal refusal = withDecoded(
+      text, [&](sDescription& answer) { return update(text, answer, oldOffer, offer, concerned); });
+  return named(refusal, "sdpAnswer");
 }
 
 /// Updates an answer in place; what it is after a refusal does not count.

@@ -6,6 +6,7 @@
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // Removal of all lines that hold one of some texts.
 
@@ -17,7 +18,7 @@ constexpr std::string_view kIceLines[] = {
     "a=candidate:", "a=remote-candidates:", "a=ice-mismatch:", "a=ice-pwd:",
     "a=ice-ufrag:", "a=ice-options:",       "a=ice-lite"};
 constexpr std::string_view kCandidateLines[] = {"a=candidate:", "a=remote-candidates:"};
-constexpr std::string_view kAnatGroupLines[] = {"a=group:ANAT"};
+constexpr std::string_view kAnatGroupLines[] = {kAnat};
 
 /// @return the number of lines removed; 0 for null and, with a trace, for a buffer that holds no text
 std::size_t removeLines(SdpText& text, std::span<const std::string_view> prefixes, const char* operation) {

@@ -1,8 +1,9 @@
+#include "sdpModifiers/bestEffort.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
-#include <vector>
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
@@ -11,6 +12,7 @@
 #include "sdpNegotiatorParser/descriptionView.h"
 #include "sdpNegotiatorParser/withDescription.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // Best-effort SRTP: an offer that leaves the choice between plain and secure media to the other side, by one
 // m-line per medium that has crypto attributes (RFC 4568) on a plain transport, or by a plain and a secure one.
@@ -24,12 +26,12 @@ constexpr const char* kDifferentMedia =
 
 bool isPlain(const mDescription& media) {
   const std::string_view transport = transportOf(media);
-  return transport == "RTP/AVP" || transport == "RTP/AVPF";
+  return transport == kPlainTransport || transport == "RTP/AVPF";
 }
 
 bool isSecure(const mDescription& media) {
   const std::string_view transport = transportOf(media);
-  return transport == "RTP/SAVP" || transport == "RTP/SAVPF";
+  return transport == kSecureTransport || transport == "RTP/SAVPF";
 }
 
 bool isCrypto(const a_line::entry& line) { return equalNoCase(line.name, "crypto"); }
@@ -79,7 +81,23 @@ bool endsWithCrypto(const mDescription& media, bool before) {
   return crypto;
 }
 
+/// Decodes a text by `decodeInto` and takes its media descriptions.
+/// @return the status of either
+template <typename Decode>
+unsigned short takeMLines(std::vector<mDescription>& mLines, Decode decodeInto) {
+  mLines.clear();
+  return withDescription([&](sDescription& description) {
+    const unsigned short status = decodeInto(description);
+    return status != 0 ? status : sdpParserMessage::getMLines(description, mLines);
+  });
+}
+
 }  // namespace
+
+unsigned short sdpneg::readMLines(const SdpText& text, std::vector<mDescription>& mLines) {
+  return takeMLines(mLines,
+                    [&](sDescription& description) { return statusOf(decode(description, text.view())); });
+}
 
 bool sdpModifications::isSAVPMline(char* from, char* to) {
   if (from == nullptr || to == nullptr) return false;
@@ -87,7 +105,7 @@ bool sdpModifications::isSAVPMline(char* from, char* to) {
   const auto begin = reinterpret_cast<std::uintptr_t>(from);
   const auto end = reinterpret_cast<std::uintptr_t>(to);
   if (!text || end <= begin) return false;
-  constexpr std::string_view kSecure = "RTP/SAVP";
+  constexpr std::string_view kSecure = kSecureTransport;
   const std::size_t range = std::min<std::size_t>(end - begin, text->size());
   return contains(text->substr(0, range + kSecure.size() - 1), kSecure);
 }
@@ -98,11 +116,7 @@ unsigned short sdpModifications::getSdpsDescription(char* sdp, sDescription& des
 }
 
 unsigned short sdpModifications::getMLines(char* sdp, std::vector<mDescription>& mLines) {
-  mLines.clear();
-  return withDescription([&](sDescription& description) {
-    const unsigned short status = getSdpsDescription(sdp, description);
-    return status != 0 ? status : sdpParserMessage::getMLines(description, mLines);
-  });
+  return takeMLines(mLines, [&](sDescription& description) { return getSdpsDescription(sdp, description); });
 }
 
 // The vectors are given by value: that is the signature that callers are built with.

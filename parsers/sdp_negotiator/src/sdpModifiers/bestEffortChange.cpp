@@ -14,6 +14,7 @@
 #include "sdpNegotiatorParser/descriptionView.h"
 #include "sdpNegotiatorParser/withDescription.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // From a best-effort offer with two m-lines per medium to one with one m-line, or to a secure-only one.
 
@@ -21,8 +22,6 @@ namespace sdpneg {
 
 namespace {
 
-constexpr const char* kPlain = "RTP/AVP";
-constexpr const char* kSecure = "RTP/SAVP";
 constexpr std::string_view kMedia[] = {"audio", "video", "application"};
 
 /// The media whose plain and secure m-line have the same port.
@@ -61,11 +60,11 @@ void makePlain(SdpText& text, const SamePorts& same) {
   for (std::size_t i = 0; i < std::size(kMedia); ++i) {
     if (same.of[i]) media[count++] = kMedia[i];
   }
-  setMediaTransport(text, kSecure, kPlain, std::span(media).first(count));
+  setMediaTransport(text, kSecureTransport, kPlainTransport, std::span(media).first(count));
 }
 
 void toOneMLine(SdpText& text, char* removed, unsigned short oLineEnd, const SamePorts& same) {
-  removeMLines(text, removed, oLineEnd, kPlain, false);
+  removeMLines(text, removed, oLineEnd, kPlainTransport, false);
   trace::info("sdpChangeSrtpType() sameAudioPorts =%d, sameVideoPorts=%d, sameApplicationPorts=%d ",
               same.of[0] ? 1 : 0, same.of[1] ? 1 : 0, same.of[2] ? 1 : 0);
   if (!same.any()) return;
@@ -74,7 +73,7 @@ void toOneMLine(SdpText& text, char* removed, unsigned short oLineEnd, const Sam
 }
 
 void toSecureOnly(SdpText& text, char* removed, unsigned short oLineEnd) {
-  removeMLines(text, removed, oLineEnd, kPlain, false);
+  removeMLines(text, removed, oLineEnd, kPlainTransport, false);
   traceText(text);
   const std::string_view codes = codesOf(removed);
   trace::info("sdpChangeSrtpType() mline = [%.*s] ", static_cast<int>(codes.size()),

@@ -12,6 +12,7 @@
 #include "text/fixedText.h"
 #include "text/sections.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // Codec lists are edited line by line in the text of the audio sections, so that every line that nobody asked to
 // change survives. A description that held the text whole is then decoded and written again by the codec, which
@@ -186,7 +187,7 @@ void orderCodecs(AudioSection section, std::span<const unsigned char> order, int
     if (!format.empty()) out.add(" ").add(format);
   }
   out.add(first.endForMore());
-  const auto isAttribute = [](std::string_view line) { return startsWith(line, "a="); };
+  const auto isAttribute = [](std::string_view line) { return startsWith(line, kAttribute); };
   const auto add = [&](const AnyLine& line) { moved.add(line); };
   const auto addAttribute = [&](const AnyLine& line) { moved.addAttribute(line); };
   forEachLine(

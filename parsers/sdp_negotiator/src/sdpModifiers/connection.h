@@ -11,9 +11,6 @@
 
 namespace sdpneg {
 
-/// What a c-line begins with.
-inline constexpr std::string_view kCLine = "c=";
-
 /// Replaces the first c-line at or behind an offset, see `sdpModifications::sdpReplaceCxIP`.
 Refusal replaceConnection(SdpText& text, std::size_t from, const char* ip);
 

@@ -5,6 +5,7 @@
 #include "sdpModifiers/connection.h"
 #include "text/mLineFields.h"
 #include "text/sections.h"
+#include "vocabulary.h"
 
 // The address in the connection lines of a session and of its media sections.
 

@@ -15,8 +15,6 @@ namespace sdpneg {
 
 namespace {
 
-constexpr std::string_view kAttribute = "a=";
-
 /// The first eight characters, all that comparisons look at. Direction words all have eight, so that one is
 /// changed for another in place.
 std::string_view word(std::string_view text) { return text.substr(0, kDirectionLength); }

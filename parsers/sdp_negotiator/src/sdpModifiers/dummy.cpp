@@ -46,7 +46,6 @@ Refusal replaceAddresses(SdpText& text, const char* ip, unsigned short& oLineEnd
 
 /// Overwrites every one-way direction, whether of the session or of a section.
 void overwriteOneWay(SdpText& text, eConnectionMode direction) {
-  constexpr std::string_view kAttribute = "a=";
   for (std::size_t line = findLine(text.view(), kAttribute); line != npos;
        line = findLine(text.view(), kAttribute, line)) {
     const std::size_t at = line + kAttribute.size();
@@ -102,7 +101,7 @@ unsigned short createDummy(SdpText& text, const DummyKind& kind, const char* ip,
   // No refusal: readers of traces know this line by the pair of one.
   if (sdesOnly) trace::invalidArgument("FRN4034: SRTP-only scenario with SDES only.");
   const bool single = hasSingleMLine(text);
-  removeSecureAttributes(text, "a=key-mgmt:");
+  removeSecureAttributes(text, kKeyManagement);
   const eIPAddressVersion version = cMsgIPAddress::getIPAddressVersion(ip);
   if (const Refusal refusal = closePorts(text, version, single || sdesOnly, port)) return refuse(refusal);
   if (const Refusal refusal = replaceAddresses(text, ip, oLineEnd, modifyOLine)) return refuse(refusal);

@@ -13,10 +13,10 @@ namespace {
 
 using namespace sdpneg;
 
-/// Writes a text into a caller's buffer from its start; what does not fit is cut.
+/// Appends to a text; what does not fit is cut.
 class CutText {
  public:
-  explicit CutText(char* out) : text_(emptied(out)) {}
+  explicit CutText(SdpText& text) : text_(text) {}
 
   CutText& add(std::string_view piece) {
     text_.append(piece.substr(0, text_.room()));
@@ -26,12 +26,7 @@ class CutText {
   std::size_t size() const { return text_.size(); }
 
  private:
-  static char* emptied(char* out) {
-    if (out != nullptr) out[0] = '\0';
-    return out;
-  }
-
-  SdpText text_;
+  SdpText& text_;
 };
 
 /// The static payload types of an encoded summary. Telephone events have no blank behind their number, unlike
@@ -102,7 +97,8 @@ void addRequested(CutText& text, std::string_view codecs, std::string_view Reque
 }  // namespace
 
 unsigned short sdpModifications::sdpEncoder(char* out, const sSdpParsedData& data, int version, int& length) {
-  CutText text(out);
+  SdpText written = emptied(out);
+  CutText text(written);
   char address[50];
   data.address.getIPAddressText(address, sizeof address);
   text.add("v=0\r\ns=-\r\nt=0 0\r\no=- ").add(version).add(" ").add(version).add(" IN IP4 ").add(address);
@@ -126,7 +122,8 @@ unsigned short sdpModifications::createSDPUserRequest(char* out, const char* ip,
     return refuse({.reason = SDP_REFUSED_NO_REQUEST_ARGUMENTS});
   }
   if (!areLineTexts({ip}, "createSDPUserRequest")) return 1;
-  CutText text(out);
+  SdpText written = emptied(out);
+  CutText text(written);
   text.add("v=0\r\no=- 0 0 IN IP4 ").add(ip).add("\r\ns=-\r\nc=IN IP4 ").add(ip).add("\r\nt=0 0\r\nm=audio ");
   text.add(port).add(" RTP/AVP");
   addRequested(text, codecs, &RequestCodec::format);

@@ -28,14 +28,14 @@ void addVoiceBandLine(FixedText<512>& lines, unsigned char firstCodec) {
 
 /// Whether an a-line with echo cancellation stands behind an offset. The search ends at an a-line without LF.
 bool hasEchoCancellation(std::string_view text, std::size_t from) {
-  for (std::size_t at = findAnywhere(text, "a=", from); at != npos;) {
-    if (startsWithNoCase(text.substr(at + 2), "ecan")) return true;
+  for (std::size_t at = findAnywhere(text, kAttribute, from); at != npos;) {
+    if (startsWithNoCase(text.substr(at + kAttribute.size()), "ecan")) return true;
     const Line line = lineAt(text, at);
     if (!line.terminated) {
       trace::info("NewLine not found, breaking from loop");
       return false;
     }
-    at = findAnywhere(text, "a=", line.next());
+    at = findAnywhere(text, kAttribute, line.next());
   }
   return false;
 }

@@ -10,6 +10,7 @@
 #include "sdpModifiers/originLine.h"
 #include "sdpModifiers/removedMLines.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // Removal of the media sections of a transport.
 
@@ -58,7 +59,7 @@ void removeSections(SdpText& text, const char* operation, SectionRemoval removal
                     bool modifyOLine) {
   if (text.isNull() || !adopted(text, operation)) return;
   text.eraseEach([&](std::string_view view, std::size_t from) { return removal.next(view, from); });
-  if (modifyOLine && removal.hasRecorded()) statusOf(renewOriginLine(text, nullptr, oLineEnd));
+  if (modifyOLine && removal.hasRecorded()) renewOriginLineIfThere(text, oLineEnd);
 }
 
 }  // namespace
@@ -76,13 +77,13 @@ void removeMLines(SdpText& text, char* removed, unsigned short& oLineEnd, const 
 
 void removeSecureMLines(SdpText& text, char* removed, unsigned short& oLineEnd, bool modifyOLine) {
   constexpr const char* kOperation = "sdpRemoveSecurity";
-  const SectionRemoval removal(kOperation, "RTP/SAVP", allRecordedMedia, removed);
+  const SectionRemoval removal(kOperation, kSecureTransport, allRecordedMedia, removed);
   removeSections(text, kOperation, removal, oLineEnd, modifyOLine);
 }
 
 void removeSecureMedia(SdpText& text, char* removed, unsigned short& oLineEnd) {
   trace::progress("Entering sdpDisableSRTPMediaStreams() method.");
-  removeSecureAttributes(text, "a=key-mgmt:");
+  removeSecureAttributes(text, kKeyManagement);
   removeSecureMLines(text, removed, oLineEnd, true);
   trace::progress("Exiting sdpDisableSRTPMediaStreams() method.");
 }

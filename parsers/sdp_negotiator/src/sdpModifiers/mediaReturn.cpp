@@ -26,7 +26,7 @@ void returnMLines(SdpText& text, const char* removed, unsigned short& oLineEnd, 
     tell({.reason = SDP_REFUSED_NOTHING_RECORDED});
     return;
   }
-  if (modifyOLine) statusOf(renewOriginLine(text, nullptr, oLineEnd));
+  if (modifyOLine) renewOriginLineIfThere(text, oLineEnd);
   if (adopted(text, kOperation)) statusOf(putMLinesBack(text, codes, secureDummy, kOperation));
   trace::progress("Exiting sdpReplaceTransProtocol() method.");
 }

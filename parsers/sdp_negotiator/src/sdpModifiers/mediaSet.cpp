@@ -33,17 +33,44 @@ std::optional<int> mLineCount(std::optional<std::string_view> text) {
   return statusOf(refusal) == 0 ? std::optional(count) : std::nullopt;
 }
 
-void traceMedia(const char* verb, const mDescription& media) {
-  trace::info("Media to %s [Type=%d,Port=%s,Transport=%s]", verb, static_cast<int>(media.mLine.mediaType),
-              sdp_MgetPort(&media.mLine), sdp_MgetTransport(&media.mLine));
+/// The m-lines of a body.
+struct MLines {
+  m_line lines[kCapacity];
+  std::size_t count = 0;
+  bool held = false;  ///< whether these are all, and whole; the body's other lines do not matter
+
+  std::span<m_line> all() { return std::span(lines).first(count); }
+};
+
+/// Whether a description holds all m-lines of its text whole.
+bool holdsMLines(const sDescription& description) {
+  if (sdp_isComplete(&description)) return true;
+  const auto media = mediaOf(description);
+  return sdp_getNoOfMDs(&description) <= SDP_MEDIA_CAPACITY &&
+         std::none_of(media.begin(), media.end(),
+                      [](const mDescription& one) { return one.mLine.incomplete != 0; });
 }
 
-bool isSameMedium(const mDescription& a, const mDescription& b) {
-  return a.mLine.mediaType == b.mLine.mediaType;
+/// Takes the m-lines of a text. Never inlined: its description would stand on the stack beside that of the other body.
+/// @return the codec's refusal
+[[gnu::noinline]] Refusal takeMLines(const SdpText& text, MLines& taken) {
+  return withDescription([&](sDescription& description) -> Refusal {
+    if (const Refusal refusal = decode(description, text.view())) return refusal;
+    for (const mDescription& media : mediaOf(description)) taken.lines[taken.count++] = media.mLine;
+    taken.held = holdsMLines(description);
+    return {};
+  });
 }
 
-bool matches(const mDescription& a, const mDescription& b) {
-  return isSameMedium(a, b) && transportOf(a) == transportOf(b);
+void traceMedia(const char* verb, const m_line& line) {
+  trace::info("Media to %s [Type=%d,Port=%s,Transport=%s]", verb, static_cast<int>(line.mediaType),
+              sdp_MgetPort(&line), sdp_MgetTransport(&line));
+}
+
+bool isSameMedium(const m_line& a, const m_line& b) { return a.mediaType == b.mediaType; }
+
+bool matches(const m_line& a, const m_line& b) {
+  return isSameMedium(a, b) && viewOf(sdp_MgetTransport(&a)) == viewOf(sdp_MgetTransport(&b));
 }
 
 /// How many times each media description is kept.
@@ -53,15 +80,15 @@ struct Keeping {
 };
 
 /// A media description is kept once for each one of the other body that it matches, up to the capacity.
-Keeping chooseKept(const sDescription& of, const sDescription& other) {
+Keeping chooseKept(const sDescription& of, std::span<const m_line> other) {
   Keeping keeping;
   std::size_t* times = keeping.times;
   for (const mDescription& media : mediaOf(of)) {
-    for (const mDescription& candidate : mediaOf(other)) {
-      if (keeping.total == kCapacity || !matches(media, candidate)) continue;
+    for (const m_line& candidate : other) {
+      if (keeping.total == kCapacity || !matches(media.mLine, candidate)) continue;
       ++*times;
       ++keeping.total;
-      traceMedia("Keep", media);
+      traceMedia("Keep", media.mLine);
     }
     ++times;
   }
@@ -90,63 +117,51 @@ void keepMedia(sDescription& description, Keeping keeping) {
 /// How the m-lines of a body answer to one of another body.
 enum class Presence { none, otherTransport, present };
 
-Presence presenceIn(const sDescription& description, const mDescription& wanted, bool matchTransport) {
+Presence presenceIn(const sDescription& description, const m_line& wanted, bool matchTransport) {
   Presence presence = Presence::none;
   for (const mDescription& media : mediaOf(description)) {
-    if (!isSameMedium(media, wanted)) continue;
-    if (!matchTransport || matches(media, wanted)) return Presence::present;
+    if (!isSameMedium(media.mLine, wanted)) continue;
+    if (!matchTransport || matches(media.mLine, wanted)) return Presence::present;
     presence = Presence::otherTransport;
   }
   return presence;
 }
 
-/// Leaves the m-line alone, without the lines that follow it.
-void stripToMLine(mDescription& media) {
+/// Adds an m-line without the lines that follow one.
+void addMLine(sDescription& description, const m_line& line) {
+  if (mediaOf(description).size() == kCapacity) return;
+  trace::info("compareNumberOfMLines() method, adding new m-line.");
+  mDescription& media = description.media[description.noOfMDs++];
+  media.mLine = line;
   media.linePresence = 0;
   media.cLine.count = 0;
   media.bLine.count = 0;
+  media.bLine.incomplete = 0;
   media.aLine.count = 0;
 }
 
-void addMedia(sDescription& description, const mDescription& media) {
-  if (mediaOf(description).size() == kCapacity) return;
-  trace::info("compareNumberOfMLines() method, adding new m-line.");
-  sdp_copyMedia(&description.media[description.noOfMDs++], &media);
-}
-
-/// Adds the m-lines of the old body that the new one lacks, without their other lines.
-void addMissing(sDescription& oldBody, sDescription& newBody, bool matchTransport) {
-  const mDescription* missing[kCapacity];
+/// Adds the m-lines of the old body that the new one lacks.
+void addMissing(std::span<m_line> oldLines, sDescription& newBody, bool matchTransport) {
+  const m_line* missing[kCapacity];
   std::size_t count = 0;
-  for (mDescription& media : mediaOf(oldBody)) {
-    const Presence presence = presenceIn(newBody, media, matchTransport);
+  for (m_line& line : oldLines) {
+    const Presence presence = presenceIn(newBody, line, matchTransport);
     if (presence == Presence::present) continue;
-    stripToMLine(media);
     // Only the first digit: what a new transport replaces is to be no active medium.
-    if (presence == Presence::otherTransport) media.mLine.port[0] = '0';
-    traceMedia("Add", media);
-    missing[count++] = &media;
+    if (presence == Presence::otherTransport) line.port[0] = '0';
+    traceMedia("Add", line);
+    missing[count++] = &line;
   }
-  for (const mDescription* media : std::span(missing).first(count)) addMedia(newBody, *media);
+  for (const m_line* line : std::span(missing).first(count)) addMLine(newBody, *line);
 }
 
-/// Whether a description holds all m-lines of its text whole; its other lines do not matter.
-bool holdsMLines(const sDescription& description) {
-  if (sdp_isComplete(&description)) return true;
-  const auto media = mediaOf(description);
-  return sdp_getNoOfMDs(&description) <= SDP_MEDIA_CAPACITY &&
-         std::none_of(media.begin(), media.end(),
-                      [](const mDescription& one) { return one.mLine.incomplete != 0; });
-}
-
-Refusal correct(SdpText& text, sDescription& oldBody, sDescription& newBody, bool keepOnly,
-                bool matchTransport) {
-  if (!holdsMLines(oldBody) || !sdp_isComplete(&newBody)) return {.reason = SDP_REFUSED_M_LINES_NOT_HELD};
+Refusal correct(SdpText& text, MLines& oldLines, sDescription& newBody, bool keepOnly, bool matchTransport) {
+  if (!oldLines.held || !sdp_isComplete(&newBody)) return {.reason = SDP_REFUSED_M_LINES_NOT_HELD};
   if (keepOnly && matchTransport) {
-    const Keeping keeping = chooseKept(newBody, oldBody);
+    const Keeping keeping = chooseKept(newBody, oldLines.all());
     if (keeping.total < kCapacity) keepMedia(newBody, keeping);
   } else {
-    addMissing(oldBody, newBody, matchTransport);
+    addMissing(oldLines.all(), newBody, matchTransport);
   }
   return replaceByEncoded(text, newBody, "correctMLines", "new SDP");
 }
@@ -161,12 +176,11 @@ Refusal correctMLines(const SdpText& oldText, SdpText& newText, bool keepOnly, b
   trace::progress("Entering compareNumberOfMLines() method.");
   if (const Refusal refusal = refusalOfBuffer(oldText, kOperation)) return refusal;
   if (const Refusal refusal = refusalOfBuffer(newText, kOperation)) return refusal;
-  return withDescription([&](sDescription& oldBody) -> Refusal {
-    if (const Refusal refusal = decode(oldBody, oldText.view())) return refusal;
-    return withDescription([&](sDescription& newBody) -> Refusal {
-      if (const Refusal refusal = decode(newBody, newText.view())) return refusal;
-      return correct(newText, oldBody, newBody, keepOnly, matchTransport);
-    });
+  MLines oldLines;
+  if (const Refusal refusal = takeMLines(oldText, oldLines)) return refusal;
+  return withDescription([&](sDescription& newBody) -> Refusal {
+    if (const Refusal refusal = decode(newBody, newText.view())) return refusal;
+    return correct(newText, oldLines, newBody, keepOnly, matchTransport);
   });
 }
 

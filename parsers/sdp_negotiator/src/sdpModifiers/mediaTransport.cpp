@@ -108,12 +108,17 @@ Refusal setMediaTransport(SdpText& text, const char* from, const char* to,
   return setTransports(text, from, to, names);
 }
 
+Refusal setMediaTransport(SdpText& text, const char* from, const char* to,
+                          std::span<const std::string> names) {
+  return setTransports(text, from, to, names);
+}
+
 }  // namespace sdpneg
 
 unsigned short sdpModifications::sdpSetMediaTransportType(char* sdp, const char* fromTransport,
                                                           const char* toTransport,
                                                           const std::vector<std::string>& mediaNames) {
   sdpneg::SdpText text(sdp);
-  sdpneg::setTransports(text, fromTransport, toTransport, mediaNames);
+  sdpneg::setMediaTransport(text, fromTransport, toTransport, mediaNames);
   return 0;
 }

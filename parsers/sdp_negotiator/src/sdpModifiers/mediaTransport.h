@@ -2,6 +2,7 @@
 #define SDP_MODIFIERS_MEDIA_TRANSPORT_H
 
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "refusal.h"
@@ -15,6 +16,8 @@ namespace sdpneg {
 /// @return the last refusal; all have been told
 Refusal setMediaTransport(SdpText& text, const char* from, const char* to,
                           std::span<const std::string_view> names);
+Refusal setMediaTransport(SdpText& text, const char* from, const char* to,
+                          std::span<const std::string> names);
 
 }  // namespace sdpneg
 

@@ -23,9 +23,6 @@ namespace sdpneg {
 
 namespace {
 
-constexpr std::string_view kOriginLine = "o=";
-constexpr std::string_view kSessionNameLine = "s=";
-
 /// A version's place by the spaces counted from the text's start: it stands behind the second one and ends
 /// before the third, in a text whose lines before the o-line hold none.
 struct VersionField {
@@ -200,6 +197,26 @@ Refusal renewOriginLine(SdpText& text, const char* ip, unsigned short& oLineEnd)
   return modifyOriginLine(text, id, id, ip, oLineEnd);
 }
 
+void renewOriginLineIfThere(SdpText& text, unsigned short& oLineEnd) {
+  const Refusal refusal = renewOriginLine(text, nullptr, oLineEnd);
+  switch (refusal.reason) {
+    case SDP_REFUSED_ORIGIN_WITHOUT_O_LINE:
+    case SDP_REFUSED_ORIGIN_WITHOUT_S_LINE:
+      mention(refusal);
+      break;
+    default:
+      statusOf(refusal);
+  }
+}
+
+Refusal setOriginVersion(SdpText& text, unsigned int version, unsigned short& oLineEnd) {
+  return replaceVersionNumber(text, "sdpReplaceVersionNumber", version, oLineEnd);
+}
+
+Refusal setOriginVersion(SdpText& text, long long version, unsigned short& oLineEnd) {
+  return replaceVersionNumber(text, "sdpReplaceVersionNumberLong", version, oLineEnd);
+}
+
 Refusal raiseOriginVersion(SdpText& text) {
   trace::progress("Entering sdpIncVersion() method.");
   if (const Refusal refusal = refusalOfBuffer(text, "sdpIncVersion")) return refusal;
@@ -217,13 +234,13 @@ using namespace sdpneg;
 unsigned short sdpModifications::sdpReplaceVersionNumber(char* sdp, unsigned int version,
                                                          unsigned short& oLineEnd) {
   SdpText text(sdp);
-  return statusOf(replaceVersionNumber(text, "sdpReplaceVersionNumber", version, oLineEnd));
+  return statusOf(setOriginVersion(text, version, oLineEnd));
 }
 
 unsigned short sdpModifications::sdpReplaceVersionNumberLong(char* sdp, long long version,
                                                              unsigned short& oLineEnd) {
   SdpText text(sdp);
-  return statusOf(replaceVersionNumber(text, "sdpReplaceVersionNumberLong", version, oLineEnd));
+  return statusOf(setOriginVersion(text, version, oLineEnd));
 }
 
 unsigned short sdpModifications::sdpModifyOLine(char* sdp, const char* sessionId, const char* version,

@@ -6,6 +6,7 @@
 #include "sdpModifiers/transport.h"
 #include "text/sections.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // From one m-line per medium to two, a plain and a secure one.
 
@@ -21,7 +22,8 @@ bool splitMLine(SdpText& text, const Line& mLine) {
   const std::size_t length = mLine.next() - mLine.begin;
   if (text.insert(mLine.begin, text.view().substr(mLine.begin, length)) != Edit::done) return false;
   const std::size_t second = nextMAnywhereBehind(text.view(), mLine.begin);
-  if (replaceTransport(text, lineAt(text.view(), second), "RTP/AVP", "RTP/SAVP") != TransportEdit::noRoom)
+  if (replaceTransport(text, lineAt(text.view(), second), kPlainTransport, kSecureTransport) !=
+      TransportEdit::noRoom)
     return true;
   text.erase({mLine.begin, mLine.begin + length});
   return false;

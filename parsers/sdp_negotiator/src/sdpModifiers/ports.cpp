@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "sdpModifiers/adopt.h"
-#include "sdpNegotiatorParser.h"
+#include "sdpNegotiatorParser/connectionVersion.h"
 #include "text/mLineFields.h"
 #include "text/sections.h"
 #include "trace.h"
@@ -47,7 +47,7 @@ bool passes(const SdpText& text, const Line& mLine, const PortFilter& filter) {
   const std::string_view view = text.view();
   if (filter.ipVersion != kIpVersionUnknown) {
     // From an m-line on, the first c-line in front of the next one is its own.
-    const eIPAddressVersion own = sdpParserMessage::getcLineIPVersion(view.data() + mLine.begin);
+    const eIPAddressVersion own = connectionVersion(view.substr(mLine.begin));
     if (filter.ipVersion != (own != kIpVersionUnknown ? own : filter.sessionVersion)) return false;
   }
   if (filter.security == sdpModifications::MEDIA_SECURITY_ANY) return true;
@@ -101,9 +101,8 @@ Refusal setMediaPort(SdpText& text, int mediaType, eIPAddressVersion ipVersion,
       "Entering sdpSetMediaPort(): set port=%u on all m=%s lines with address type=%s, which are %s", port,
       name[0] != '\0' ? name : "<any>", shown(ipVersion), shown(security));
   if (const Refusal refusal = refusalOfBuffer(text, "sdpSetMediaPort")) return refusal;
-  const eIPAddressVersion sessionVersion = ipVersion != kIpVersionUnknown
-                                               ? sdpParserMessage::getcLineIPVersion(text.view().data())
-                                               : kIpVersionUnknown;
+  const eIPAddressVersion sessionVersion =
+      ipVersion != kIpVersionUnknown ? connectionVersion(text.view()) : kIpVersionUnknown;
   const PortsSet set = setPorts(text, {name, ipVersion, security, sessionVersion}, port);
   if (set.failed) return {.reason = SDP_REFUSED_PORT_NOT_SET, .number = port};
   trace::progress("Exiting sdpSetMediaPort() : set port=%u on %i m= line(s)", port, set.count);

@@ -1,5 +1,6 @@
 #include "sdpModifiers/preconditions.h"
 
+#include <algorithm>
 #include <span>
 #include <string_view>
 
@@ -8,6 +9,7 @@
 #include "text/fixedText.h"
 #include "text/sections.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // Quality-of-service preconditions (RFC 3312).
 
@@ -19,7 +21,6 @@ void traceAdded() { trace::progress("Precondition attributes have been added to 
 
 using PreconditionLines = FixedText<256>;
 
-constexpr const char* kStatuses[] = {"a=curr:", "a=des:", "a=conf:"};
 constexpr const char* kTypes[] = {"qos", "token"};
 constexpr const char* kStrengths[] = {" mandatory", " optional", " none", " failure", " unknown"};
 constexpr const char* kStatusTypes[] = {" e2e", " local", " remote"};
@@ -37,7 +38,7 @@ struct Field {
 /// Adds a line; refuses it at the first value that its field does not have.
 Refusal addLine(PreconditionLines& lines, const sSdpPrecondions& condition) {
   const bool desired = condition.status == SDP_PRECONDITION_DESIRED;
-  const Field fields[] = {{"status", kStatuses, condition.status - kFirstStatus},
+  const Field fields[] = {{"status", kPreconditions, condition.status - kFirstStatus},
                           {"type", kTypes, condition.type},
                           {"strength tag", kStrengths, condition.strength, desired},
                           {"status type", kStatusTypes, condition.statusType},
@@ -63,12 +64,13 @@ Refusal appendLines(SdpText& text, const PreconditionLines& lines, unsigned int 
 }
 
 bool isPrecondition(std::string_view line) {
-  return startsWith(line, "a=curr:") || startsWith(line, "a=des:") || startsWith(line, "a=conf:");
+  return std::ranges::any_of(kPreconditions, [line](const char* name) { return startsWith(line, name); });
 }
 
 /// The next precondition line, from the LF in front of it up to the LF that ends it.
 std::optional<Span> nextPrecondition(std::string_view text, std::size_t from) {
-  for (std::size_t line = findLine(text, "a=", from); line != npos; line = findLine(text, "a=", line)) {
+  for (std::size_t line = findLine(text, kAttribute, from); line != npos;
+       line = findLine(text, kAttribute, line)) {
     if (!isPrecondition(text.substr(line))) continue;
     const Line found = lineAt(text, line);
     if (!found.terminated) return std::nullopt;

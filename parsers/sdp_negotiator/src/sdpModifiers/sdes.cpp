@@ -16,14 +16,13 @@
 #include "text/mLineFields.h"
 #include "text/sections.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // Crypto attributes of SDES (RFC 4568): keys for them, and whether they alone secure a text.
 
 namespace sdpneg {
 
 namespace {
-
-constexpr std::string_view kKeyManagement = "a=key-mgmt:";
 
 /// The suites that a suite has to sort at or behind one of to get a key.
 constexpr std::string_view kLeastSuites[] = {"AES_CM_128_HMAC_SHA1", "AES_CM_256_HMAC_SHA1"};
@@ -192,7 +191,7 @@ bool isSdesOnlyAt(std::string_view text, std::size_t mLine, const Keys& keys) {
   if (portAt(text, mLine).value_or(0) == 0) return true;
   const std::size_t end = sectionEnd(text, mLine);
   if (keys.management < end) return false;
-  if (contains(text.substr(mLine, end - mLine), "RTP/AVP")) return false;
+  if (contains(text.substr(mLine, end - mLine), kPlainTransport)) return false;
   return keys.lastCrypto != npos && keys.lastCrypto >= mLine;
 }
 

@@ -10,9 +10,6 @@
 
 namespace sdpneg {
 
-/// What a crypto attribute begins with.
-inline constexpr std::string_view kCrypto = "a=crypto:";
-
 /// Gives the first usable crypto attribute of a media section a key of its own and removes the others; see
 /// `sdpModifications::addSDESLine`. What was edited before a refusal stays.
 /// @param mediaStart the LF in front of the section's m-line

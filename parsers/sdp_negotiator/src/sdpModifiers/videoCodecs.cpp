@@ -11,6 +11,7 @@
 #include "sdpNegotiatorParser.h"
 #include "text/sections.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // The formats of video sections: those of allowed codecs stay.
 
@@ -48,7 +49,8 @@ bool describesFormat(std::string_view line, std::string_view format) {
 
 /// The next whole line that describes a format, behind the LF at or behind `from`.
 std::optional<Span> nextDescription(std::string_view section, std::size_t from, std::string_view format) {
-  for (std::size_t at = findLine(section, "a=", from); at != npos; at = findLine(section, "a=", at)) {
+  for (std::size_t at = findLine(section, kAttribute, from); at != npos;
+       at = findLine(section, kAttribute, at)) {
     if (!describesFormat(section.substr(at), format)) continue;
     // From LF to LF, so that the one in front of the next line is still there to be found.
     const Line line = lineAt(section, at);

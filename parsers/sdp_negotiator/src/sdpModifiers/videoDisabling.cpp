@@ -8,6 +8,7 @@
 #include "text/mLineFields.h"
 #include "text/sections.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // Video sections that stay with port 0.
 

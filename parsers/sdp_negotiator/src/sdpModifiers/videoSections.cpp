@@ -10,6 +10,7 @@
 #include "sdpModifiers/connection.h"
 #include "text/sections.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // The video sections of a text as a text of their own.
 
@@ -31,7 +32,7 @@ std::optional<std::string> connectionLine(std::string_view text) {
 /// Gives a section without a c-line the session's, in front of its first attribute line.
 void addConnection(std::string& section, const std::string& connection) {
   if (findLine(section, kCLine) != npos) return;
-  const std::size_t attribute = findLine(section, "a=");
+  const std::size_t attribute = findLine(section, kAttribute);
   section.insert(attribute != npos ? attribute : 0, connection + "\n");
 }
 

@@ -9,6 +9,7 @@
 #include "text/mLineFields.h"
 #include "text/sections.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // Removal of m-lines of port 0.
 
@@ -67,7 +68,7 @@ class ZeroPorts {
   /// The first crypto line from an m-line on, from where its text stands through its LF. One that stands on the
   /// m-line goes with it.
   static std::optional<Span> cryptoLine(std::string_view section, const Line& mLine) {
-    const std::size_t found = findAnywhere(section, "a=crypto", mLine.begin);
+    const std::size_t found = findAnywhere(section, kAnyCrypto, mLine.begin);
     if (found == npos || found < mLine.lf) return std::nullopt;
     const Line line = lineAt(section, found);
     return line.terminated ? std::optional(Span{found, line.next()}) : std::nullopt;

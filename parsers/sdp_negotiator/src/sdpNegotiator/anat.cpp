@@ -1,4 +1,4 @@
-#include "sdpModifiers.h"
+#include "sdpModifiers/anat.h"
 #include "sdpModifiers/recordText.h"
 #include "sdpModifiers/removedMLines.h"
 #include "sdpNegotiator.h"
@@ -11,7 +11,6 @@
 namespace {
 
 using namespace sdpneg;
-using M = sdpModifications;
 
 constexpr std::size_t kRecordSize = 26;
 
@@ -30,8 +29,8 @@ unsigned short cSdpNegotiator::sdpRemoveANAT(eIPAddressVersion version, char* re
     return asStatus(tell({.reason = SDP_REFUSED_NO_IP_VERSION, .number = static_cast<int>(version)}));
   }
   if (!isAnatPresent()) return asStatus(tell({.reason = SDP_REFUSED_NO_ANAT}));
-  editWithOLineAndParse(*this, [&](char* text, unsigned short& oLineEnd) {
-    M::sdpRemoveAnat(text, version, removed, oLineEnd, flag);
+  editWithOLineAndParse(*this, [&](SdpText& text, unsigned short& oLineEnd) {
+    removeAnat(text, version, removed, oLineEnd, flag);
   });
   return asStatus(trace::progress("sdpRemoveANAT output is [%s]", recordText<76>(codesOf(removed)).text()));
 }
@@ -39,7 +38,6 @@ unsigned short cSdpNegotiator::sdpRemoveANAT(eIPAddressVersion version, char* re
 unsigned short cSdpNegotiator::sdpReInsertANAT(char* removed, bool flag) {
   trace::progress("Request to re-insert the ANAT media.");
   if (removed == nullptr) return asStatus(tell({.reason = SDP_REFUSED_NO_ANAT_RECORD}));
-  return editWithOLineAndParse(*this, [&](char* text, unsigned short& oLineEnd) {
-    M::sdpReInsertAnat(text, removed, oLineEnd, flag);
-  });
+  return editWithOLineAndParse(
+      *this, [&](SdpText& text, unsigned short& oLineEnd) { reinsertAnat(text, removed, oLineEnd, flag); });
 }

@@ -1,5 +1,5 @@
+#include "sdpModifiers/answerUpdate.h"
 #include "refusal.h"
-#include "sdpModifiers.h"
 #include "sdpNegotiator.h"
 #include "trace.h"
 
@@ -26,8 +26,8 @@ unsigned short cSdpNegotiator::sdpUpdateAnswer(const cSdpNegotiator* offer, cons
   expandWhole(*this, own);
   expandWhole(*offer, offered);
   expandWhole(*answer, answered);
-  int length = 0;
   unsigned short oLineEnd = parsedData.oLineEnd;
-  if (sdpModifications::sdpUpdateSdp(own, offered, answered, length, oLineEnd, true) == 1) return 1;
+  SdpText text(own);
+  if (statusOf(updateAnswer(text, SdpText(offered), SdpText(answered), oLineEnd, true)) != 0) return 1;
   return sdpParse(own, SDP_TYPE_UNKNOWN);
 }

@@ -2,6 +2,9 @@
 #include <vector>
 
 #include "sdpModifiers.h"
+#include "sdpModifiers/bestEffort.h"
+#include "sdpModifiers/bestEffortChange.h"
+#include "sdpModifiers/mediaSet.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
 #include "trace.h"
@@ -24,7 +27,7 @@ eSecurityType cSdpNegotiator::getSdpBestEffortSrtpType() const {
   std::vector<mDescription> mLines;
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
   const unsigned int before = toldSoFar();
-  if (getSDP(text, sizeof text) == 0 && M::getMLines(text, mLines) == 1) {
+  if (getSDP(text, sizeof text) == 0 && readMLines(SdpText(text), mLines) == 1) {
     tellUnlessTold({.reason = SDP_REFUSED_STORED_NOT_DECODED}, before);
     return SRTP_UKNOWN;
   }
@@ -44,8 +47,8 @@ unsigned short cSdpNegotiator::sdpChangeSdpType(eSecurityType from, eSecurityTyp
   trace::info("Entering sdpChangeSrtpType()");
   clearRecord(removed, kTypeChangeRecordSize);
   unsigned short status = 1;
-  editWithOLineAndParse(*this, [&](char* text, unsigned short& oLineEnd) {
-    status = M::sdpChangeSdpType(text, from, to, removed, oLineEnd);
+  editWithOLineAndParse(*this, [&](SdpText& text, unsigned short& oLineEnd) {
+    status = statusOf(changeSrtpType(text, from, to, removed, oLineEnd));
   });
   return status;
 }
@@ -53,5 +56,5 @@ unsigned short cSdpNegotiator::sdpChangeSdpType(eSecurityType from, eSecurityTyp
 bool cSdpNegotiator::isSingleLineSDP() const {
   trace::error("Entering isSingleLineSDP.");  // an error by its pair of numbers alone
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
-  return getSDP(text, sizeof text) == 0 && M::isSingleMLineSdp(text);
+  return getSDP(text, sizeof text) == 0 && hasSingleMLine(SdpText(text));
 }

@@ -2,7 +2,6 @@
 #include <span>
 
 #include "refusal.h"
-#include "sdpModifiers.h"
 #include "sdpModifiers/codecLists.h"
 #include "sdpNegotiator.h"
 #include "trace.h"
@@ -81,16 +80,17 @@ void replaceAudioCodecs(sSdpParsedData& data, const unsigned char* codecs, int c
 /// Puts a codec order into the text, which is not parsed again.
 /// @return false when there is a text that cannot follow
 bool orderText(cSdpNegotiator& object, const unsigned char* order, int count) {
-  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
-  if (object.getSDP(text, sizeof text) != 0) return !object.isSdpPresent();
-  bool followed = sdpModifications::sdpCodecsReordering(text, order) == 0;
+  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
+  if (object.getSDP(buffer, sizeof buffer) != 0) return !object.isSdpPresent();
+  SdpText text(buffer);
+  bool followed = statusOf(reorderCodecs(text, order)) == 0;
   if (count != 0) {
-    followed = followed && object.setRawSDP(text) == 0;
+    followed = followed && object.setRawSDP(buffer) == 0;
   } else {
     // An order without codecs leaves none to the m-line: the text stays that it was tried on.
-    object.getRawSDP(text, sizeof text);
+    object.getRawSDP(buffer, sizeof buffer);
   }
-  trace::debug("Updated SDP: %s", text);
+  trace::debug("Updated SDP: %s", buffer);
   return followed;
 }
 
@@ -118,16 +118,13 @@ unsigned short cSdpNegotiator::sdpRestrictAudioCodecsTo(const unsigned char* cod
     tell({.reason = SDP_REFUSED_NO_COMMON_CODEC});
     return 0;
   }
-  char text[MAX_SDP_PROTOCOL_DATA_SIZE] = "";
+  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE] = "";
   // An empty object has an empty text. A part of one would be taken for all of it.
-  if (getSDP(text, sizeof text) != 0 && isSdpPresent()) return 0;
+  if (getSDP(buffer, sizeof buffer) != 0 && isSdpPresent()) return 0;
   replaceAudioCodecs(parsedData, result.data(), result.count());
-  if (reorder) {
-    sdpModifications::sdpCodecsReordering(text, result.data());
-  } else {
-    sdpModifications::sdpRemoveCodecs(text, result.data());
-  }
-  sdpParse(text, SDP_TYPE_UNKNOWN);
+  SdpText text(buffer);
+  statusOf(reorder ? reorderCodecs(text, result.data()) : removeCodecs(text, result.data()));
+  sdpParse(buffer, SDP_TYPE_UNKNOWN);
   return 1;
 }
 

@@ -4,6 +4,7 @@
 #include "sdpNegotiator.h"
 #include "text/search.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // Whether two bodies are the same but for their o-lines.
 
@@ -14,7 +15,7 @@ namespace {
 
 /// What follows the v- and o-lines: the text from its first "s=" on, empty when it has none.
 std::string_view bodyOf(std::string_view text) {
-  const std::size_t at = text.find("s=");
+  const std::size_t at = text.find(kSessionNameLine);
   return at != npos ? text.substr(at) : std::string_view();
 }
 

@@ -1,4 +1,4 @@
-#include "sdpModifiers.h"
+#include "sdpModifiers/connection.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
 #include "trace.h"
@@ -9,5 +9,5 @@ using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpReplaceCxIP(const char* ip) {
   trace::progress("Request to replace the IP to:%s.", ip != nullptr ? ip : "");
-  return editAndKeep(*this, kParsed, [&](char* text) { return sdpModifications::sdpReplaceCxIP(text, ip); });
+  return editAndKeep(*this, kParsed, [&](SdpText& text) { return replaceConnection(text, 0, ip); });
 }

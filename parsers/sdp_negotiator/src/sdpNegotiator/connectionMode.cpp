@@ -1,4 +1,4 @@
-#include "sdpModifiers.h"
+#include "sdpModifiers/connectionMode.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
 #include "trace.h"
@@ -10,8 +10,7 @@ using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpReplaceMode(unsigned char mode, int mediaMask) {
   trace::progress("Request to set the connection mode to:%d.", mode);
-  return editAndKeep(*this, kParsed,
-                     [&](char* text) { return sdpModifications::sdpReplaceMode(text, mode, mediaMask); });
+  return editAndKeep(*this, kParsed, [&](SdpText& text) { return replaceMode(text, mode, mediaMask); });
 }
 
 unsigned short cSdpNegotiator::sdpReplaceMode(unsigned char mode) {

@@ -2,7 +2,7 @@
 #include <string_view>
 
 #include "refusal.h"
-#include "sdpModifiers.h"
+#include "sdpModifiers/dummy.h"
 #include "sdpNegotiator.h"
 #include "text/fixedText.h"
 #include "text/search.h"
@@ -58,12 +58,14 @@ unsigned short cSdpNegotiator::createDummy(bool answer, bool holdFlag, bool thir
   const cSdpNegotiator before = *this;
   const unsigned int told = toldSoFar();
   unsigned short status = 1;
-  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
-  int length = 0;
-  if (getRawSDP(text, sizeof text) == 0 &&
-      sdpModifications::sdpCreateDummy(text, answer, holdFlag, third, ip, port, length, parsedData.oLineEnd,
-                                       modifyOLine) == 0) {
-    status = sdpParse(text, SDP_TYPE_UNKNOWN);
+  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
+  if (getRawSDP(buffer, sizeof buffer) == 0) {
+    SdpText text(buffer);
+    int length = 0;
+    const DummyKind wanted = {answer, holdFlag, third};
+    if (sdpneg::createDummy(text, wanted, ip, port, length, parsedData.oLineEnd, modifyOLine) == 0) {
+      status = sdpParse(buffer, SDP_TYPE_UNKNOWN);
+    }
   }
   if (status == 0) return 0;
   *this = before;

@@ -52,8 +52,7 @@ unsigned short cSdpNegotiator::sdpCreateMessage(char* out, const char* ip, unsig
 unsigned short cSdpNegotiator::generateDummyAnswer(char* out, bool sessionOnly, int& length,
                                                    eIPAddressVersion version) {
   const std::string_view address = version == kIpVersion6 ? "IP6 ::" : "IP4 0.0.0.0";
-  if (out != nullptr) out[0] = '\0';
-  SdpText text(out);
+  SdpText text = emptied(out);
   for (const std::string_view piece :
        {std::string_view("v=0\r\no=QnSIP 0 1 IN "), address, std::string_view("\r\ns=SIP Call\r\nc=IN "),
         address, std::string_view("\r\nt=0 0\r\n")}) {

@@ -1,4 +1,5 @@
-#include "sdpModifiers.h"
+#include "sdpModifiers/attributeRemoval.h"
+#include "sdpModifiers/dualStackIce.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
 #include "trace.h"
@@ -11,7 +12,7 @@ unsigned short cSdpNegotiator::sdpRemoveIce() {
   constexpr unsigned int kIce = SDP_ATTR_ICE_LITE | SDP_ATTR_FULL_ICE;
   trace::progress("Request to remove the FICE attributes.");
   if ((parsedData.sdpAttributes & kIce) == 0) return refuse({.reason = SDP_REFUSED_NO_ICE});
-  const unsigned short status = editAndKeep(*this, kStoredOrAsBefore, sdpModifications::sdpRemoveICE);
+  const unsigned short status = editAndKeep(*this, kStoredOrAsBefore, removeIce);
   if (status == 0) parsedData.sdpAttributes &= ~kIce;
   return 0;
 }
@@ -20,10 +21,10 @@ unsigned short cSdpNegotiator::sdpRemoveDualStackIce() {
   trace::progress("Request to remove Invalid Candidates.");
   // Nothing to remove is no failure, and is not told from an edit that failed.
   bool edited = false;
-  const unsigned short status = editAndKeep(*this, kParsed, [&](char* text) {
-    const unsigned short removed = sdpModifications::sdpRemoveDualStackIce(text);
-    edited = removed == 0;
-    return removed;
+  const unsigned short status = editAndKeep(*this, kParsed, [&](SdpText& text) {
+    const Refusal refusal = removeDualStackIce(text);
+    edited = !refusal;
+    return refusal;
   });
   return edited ? status : 0;
 }

@@ -1,4 +1,4 @@
-#include "sdpModifiers.h"
+#include "sdpModifiers/mediaAttributes.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
 #include "trace.h"
@@ -7,19 +7,17 @@
 
 using namespace sdpneg;
 
-using M = sdpModifications;
-
 unsigned short cSdpNegotiator::sdpInsertSilenceSuppression(unsigned char value) {
   trace::debug("Request to insert  silence suppression: silence_suppression=%d", value);
   return editAndKeep(*this, kParsed,
-                     [&](char* text) { return M::sdpInsertSilenceSuppression(text, value, parsedData); });
+                     [&](SdpText& text) { return insertSilenceSuppression(text, value, parsedData); });
 }
 
 unsigned short cSdpNegotiator::sdpInsertEchoCancellation(unsigned char echoCancellation,
                                                          unsigned char direction) {
   trace::debug("Request to insert  echo cancellation: echo_cancellation=%d, direction=%d", echoCancellation,
                direction);
-  return editAndKeep(*this, kParsed, [&](char* text) {
-    return M::sdpInsertEchoCancellation(text, echoCancellation, direction);
+  return editAndKeep(*this, kParsed, [&](SdpText& text) {
+    return insertEchoCancellation(text, echoCancellation, direction);
   });
 }

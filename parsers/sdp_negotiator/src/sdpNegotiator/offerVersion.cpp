@@ -3,6 +3,7 @@
 
 #include "refusal.h"
 #include "sdpModifiers.h"
+#include "sdpModifiers/mediaSet.h"
 #include "sdpNegotiator.h"
 #include "text/search.h"
 #include "trace.h"
@@ -54,25 +55,26 @@ unsigned short takeOverOrigin(cSdpNegotiator& object, cSdpNegotiator& earlier, c
 /// @return as `cSdpNegotiator::sdpModifyVersionAndMlines`
 unsigned short addMLines(cSdpNegotiator& object, const cSdpNegotiator& earlier, bool keepOnly) {
   char earlierText[MAX_SDP_PROTOCOL_DATA_SIZE];
-  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
+  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
   if (const unsigned short status = earlier.getSDP(earlierText, sizeof earlierText); status != 0)
     return status;
-  if (const unsigned short status = object.getSDP(text, sizeof text); status != 0) return status;
+  if (const unsigned short status = object.getSDP(buffer, sizeof buffer); status != 0) return status;
   const unsigned int before = toldSoFar();
   constexpr unsigned short kEarlierHasFewer = 1;
   // Of the negative results, only -1 says that there are m-lines to add.
   constexpr unsigned short kEarlierHasMore = 65535;
   const auto compared =
-      static_cast<unsigned short>(sdpModifications::compareNumberOfMLines(earlierText, text));
+      static_cast<unsigned short>(sdpModifications::compareNumberOfMLines(earlierText, buffer));
   if (compared == 0) return 0;
   if (compared == kEarlierHasFewer) tell({.reason = SDP_REFUSED_FEWER_M_LINES});
-  const bool added =
-      compared == kEarlierHasMore && sdpModifications::correctMLines(earlierText, text, keepOnly, false) == 0;
+  SdpText text(buffer);
+  const bool added = compared == kEarlierHasMore &&
+                     statusOf(correctMLines(SdpText(earlierText), text, keepOnly, false)) == 0;
   // What refuses a text without a reason of its own cannot decode it.
   if (!added) tellUnlessTold({.reason = SDP_REFUSED_STORED_NOT_DECODED}, before);
   if (compared != kEarlierHasMore) return compared;
   if (!added) return SDP_M_LINES_NOT_ADDED;
-  return object.sdpParse(text, SDP_TYPE_UNKNOWN);
+  return object.sdpParse(buffer, SDP_TYPE_UNKNOWN);
 }
 
 }  // namespace

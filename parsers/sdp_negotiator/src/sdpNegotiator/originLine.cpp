@@ -4,7 +4,7 @@
 #include <new>
 #include <string_view>
 
-#include "sdpModifiers.h"
+#include "sdpModifiers/originLine.h"
 #include "sdpModifiers/originLineCopy.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
@@ -179,15 +179,15 @@ unsigned short cSdpNegotiator::copyOLine(const cSdpNegotiator* other) {
 
 unsigned short cSdpNegotiator::sdpSetVersionNumber(unsigned int version) {
   trace::progress("Request to set the version of o-line to:%u.", version);
-  return editOriginLine(*this, parsedData.oLineEnd, [&](char* text, unsigned short& end) {
-    return sdpModifications::sdpReplaceVersionNumber(text, version, end);
+  return editOriginLine(*this, parsedData.oLineEnd, [&](SdpText& text, unsigned short& end) {
+    return setOriginVersion(text, version, end);
   });
 }
 
 unsigned short cSdpNegotiator::sdpSetVersionNumberLong(long long version) {
   trace::progress("Request to set the version of o-line to:%lld.", version);
-  return editOriginLine(*this, parsedData.oLineEnd, [&](char* text, unsigned short& end) {
-    return sdpModifications::sdpReplaceVersionNumberLong(text, version, end);
+  return editOriginLine(*this, parsedData.oLineEnd, [&](SdpText& text, unsigned short& end) {
+    return setOriginVersion(text, version, end);
   });
 }
 
@@ -199,8 +199,8 @@ unsigned short cSdpNegotiator::sdpModifyOLine(const char* sessionId, const char*
     return asStatus(tell({.reason = SDP_REFUSED_ORIGIN_IDS}));
   }
   trace::progress("Request to set the session-id to:(%s) and the version to:(%s).", sessionId, version);
-  return editOriginLine(*this, parsedData.oLineEnd, [&](char* text, unsigned short& end) {
-    return sdpModifications::sdpModifyOLine(text, sessionId, version, ip, end);
+  return editOriginLine(*this, parsedData.oLineEnd, [&](SdpText& text, unsigned short& end) {
+    return modifyOriginLine(text, sessionId, version, ip, end);
   });
 }
 
@@ -210,13 +210,13 @@ unsigned short cSdpNegotiator::sdpModifyOLine(const char* sessionId, const char*
 
 unsigned short cSdpNegotiator::sdpModifyOLine() {
   trace::progress("Request to modify the o-line based on the timestamp.");
-  return editOriginLine(*this, parsedData.oLineEnd, [&](char* text, unsigned short& end) {
-    return sdpModifications::sdpModifyOLine(text, nullptr, end);
+  return editOriginLine(*this, parsedData.oLineEnd, [&](SdpText& text, unsigned short& end) {
+    return renewOriginLine(text, nullptr, end);
   });
 }
 
 unsigned short cSdpNegotiator::sdpIncVersion() {
   trace::progress("Request to increase the version of o-line by 1.");
   // The o-line's recorded end stays where it is, also where the version gains a digit.
-  return editAndKeep(*this, kStored, sdpModifications::sdpIncVersion);
+  return editAndKeep(*this, kStored, raiseOriginVersion);
 }

@@ -1,4 +1,4 @@
-#include "sdpModifiers.h"
+#include "sdpModifiers/plainAndSecure.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
 #include "trace.h"
@@ -9,5 +9,5 @@ using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpBuild2mLineSDP() {
   trace::debug("Request to build 2mLine SDP.");
-  return editAndKeep(*this, kParsed, [](char* text) { sdpModifications::sdpBuild2mLineSDP(text); });
+  return editAndKeep(*this, kParsed, buildPlainAndSecure);
 }

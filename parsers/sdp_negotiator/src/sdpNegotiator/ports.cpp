@@ -1,3 +1,4 @@
+#include "sdpModifiers/ports.h"
 #include "sdpModifiers.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
@@ -11,9 +12,9 @@ namespace {
 using namespace sdpneg;
 using M = sdpModifications;
 
-unsigned short disablePorts(cSdpNegotiator& object, M::eMediaSecurityType security) {
-  return editAndKeep(object, kParsed, [&](char* text) {
-    return M::sdpSetMediaPort(text, kAnyMedia, kIpVersionUnknown, security, 0);
+unsigned short disablePortsOf(cSdpNegotiator& object, M::eMediaSecurityType security) {
+  return editAndKeep(object, kParsed, [&](SdpText& text) {
+    return setMediaPort(text, kAnyMedia, kIpVersionUnknown, security, 0);
   });
 }
 
@@ -26,17 +27,17 @@ unsigned short cSdpNegotiator::sdpDisablePort(unsigned int mediaMask) {
     trace::debug("Request to disable video media: application media will also be disabled");
   }
   trace::debug("Request to disable the port of media type (0x%x)", mediaMask);
-  return editAndKeep(*this, kParsed, [&](char* text) {
-    return M::sdpDisablePort(text, static_cast<int>(mediaMask), kIpVersionUnknown);
+  return editAndKeep(*this, kParsed, [&](SdpText& text) -> unsigned short {
+    return sdpneg::disablePorts(text, static_cast<int>(mediaMask), kIpVersionUnknown) ? 1 : 0;
   });
 }
 
 unsigned short cSdpNegotiator::sdpDisableSAVPPorts() {
   trace::progress("Request to disable the secure media ports.");
-  return disablePorts(*this, M::MEDIA_SECURITY_SECURE);
+  return disablePortsOf(*this, M::MEDIA_SECURITY_SECURE);
 }
 
 unsigned short cSdpNegotiator::sdpDisableAVPPorts() {
   trace::progress("Request to disable the non-secure media ports.");
-  return disablePorts(*this, M::MEDIA_SECURITY_NON_SECURE);
+  return disablePortsOf(*this, M::MEDIA_SECURITY_NON_SECURE);
 }

@@ -82,8 +82,8 @@ bool cSdpNegotiator::contains(const char* text) const {
   return sdpneg::contains(expanded, text);
 }
 
-bool cSdpNegotiator::isSDESPresent() const { return contains("a=crypto"); }
+bool cSdpNegotiator::isSDESPresent() const { return contains(kAnyCrypto); }
 
-bool cSdpNegotiator::isAnatPresent() const { return contains("a=group:ANAT"); }
+bool cSdpNegotiator::isAnatPresent() const { return contains(kAnat); }
 
 bool cSdpNegotiator::isRmDummySdp() const { return contains("o=IRM "); }

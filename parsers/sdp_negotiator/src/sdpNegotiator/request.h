@@ -8,6 +8,7 @@
 #include "refusal.h"
 #include "sdpDataDefinitions.h"
 #include "sdpNegotiator.h"
+#include "text/sdpText.h"
 
 // The pattern that requests follow: the stored text goes into a buffer, an edit changes it, and the result is kept.
 
@@ -48,28 +49,31 @@ unsigned short keepText(cSdpNegotiator& object, const char* text, const Keep& ke
 unsigned short storeWithEnd(cSdpNegotiator& object, const char* text, unsigned short end,
                             std::uint16_t& oLineEnd);
 
-/// The result of an edit as a status. What gives none always succeeds.
+/// The result of an edit as a status: tells a refusal. What gives none always succeeds.
 template <typename Edit, typename... Arguments>
 unsigned short statusOfEdit(Edit& edit, Arguments&... arguments) {
-  if constexpr (std::is_void_v<std::invoke_result_t<Edit&, Arguments&...>>) {
+  using Result = std::invoke_result_t<Edit&, Arguments&...>;
+  if constexpr (std::is_void_v<Result>) {
     edit(arguments...);
     return 0;
+  } else if constexpr (std::is_same_v<Result, Refusal>) {
+    return statusOf(edit(arguments...));
   } else {
     return edit(arguments...);
   }
 }
 
 /// Takes an object's text and has it edited and kept.
-/// @param edit takes the text
+/// @param edit takes the text as an `SdpText`, the one time that its buffer is adopted
 /// @param keep takes the edited text and gives a status
 /// @return the first status that is not 0; the object is unchanged when it is not that of `keep`
 template <typename Edit, typename KeepText>
 unsigned short editText(const cSdpNegotiator& object, Edit edit, KeepText keep) {
-  char text[MAX_SDP_PROTOCOL_DATA_SIZE];
-  if (const unsigned short expanded = object.getSDP(text, sizeof text); expanded != 0) return expanded;
-  char* const first = text;
-  const unsigned short edited = statusOfEdit(edit, first);
-  return edited != 0 ? edited : keep(text);
+  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
+  if (const unsigned short expanded = object.getSDP(buffer, sizeof buffer); expanded != 0) return expanded;
+  SdpText text(buffer);
+  const unsigned short edited = statusOfEdit(edit, text);
+  return edited != 0 ? edited : keep(buffer);
 }
 
 /// Runs a request.
@@ -87,7 +91,7 @@ unsigned short editAndKeep(cSdpNegotiator& object, const Keep& keep, Edit edit) 
 template <typename Edit>
 unsigned short editWithOLineAndParse(cSdpNegotiator& object, Edit edit) {
   unsigned short end = object.getParsedData().oLineEnd;
-  return editAndKeep(object, kParsed, [&](char* text) { edit(text, end); });
+  return editAndKeep(object, kParsed, [&](SdpText& text) { edit(text, end); });
 }
 
 /// Runs a request for the o-line: the text is stored and the end that the object has recorded moves.
@@ -98,7 +102,7 @@ template <typename Edit>
 unsigned short editOriginLine(cSdpNegotiator& object, std::uint16_t& oLineEnd, Edit edit) {
   unsigned short end = oLineEnd;
   return editText(
-      object, [&](char* text) { return edit(text, end); },
+      object, [&](SdpText& text) { return edit(text, end); },
       [&](const char* text) { return storeWithEnd(object, text, end, oLineEnd); });
 }
 

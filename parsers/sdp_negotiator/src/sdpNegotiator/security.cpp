@@ -1,34 +1,35 @@
-#include "sdpModifiers.h"
+#include "sdpModifiers/attributeRemoval.h"
+#include "sdpModifiers/mediaRemoval.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 // How a body secures its media, and removal of what the other side does not support.
 
 namespace {
 
 using namespace sdpneg;
-using M = sdpModifications;
 
 constexpr std::size_t kSecureRecordSize = 28;
 
 int traceDetail(const char* text) { return trace::progress("%s", text); }
 
 unsigned short removeLinesAndParse(cSdpNegotiator& object, const char* prefix) {
-  return editAndKeep(object, kParsed, [&](char* text) { return M::sdpRemoveSecureAttributes(text, prefix); });
+  return editAndKeep(object, kParsed, [&](SdpText& text) { removeSecureAttributes(text, prefix); });
 }
 
 unsigned short removeSecureMedia(cSdpNegotiator& object, char* removed) {
-  return editWithOLineAndParse(object, [&](char* text, unsigned short& oLineEnd) {
-    M::sdpDisableSRTPMediaStreams(text, removed, oLineEnd);
+  return editWithOLineAndParse(object, [&](SdpText& text, unsigned short& oLineEnd) {
+    sdpneg::removeSecureMedia(text, removed, oLineEnd);
   });
 }
 
 unsigned short removePlainMedia(cSdpNegotiator& object, char* removed) {
   bool expanded = false;
-  const unsigned short status = editWithOLineAndParse(object, [&](char* text, unsigned short& oLineEnd) {
+  const unsigned short status = editWithOLineAndParse(object, [&](SdpText& text, unsigned short& oLineEnd) {
     expanded = true;
-    M::sdpRemoveMline(text, removed, oLineEnd, "RTP/AVP", true);
+    removeMLines(text, removed, oLineEnd, kPlainTransport, true);
   });
   // A text that cannot be expanded is tried again, for the secure media: it fails there as well.
   return expanded ? status : removeSecureMedia(object, removed);
@@ -59,7 +60,7 @@ constexpr KeyExchange kMikey = {
 constexpr KeyExchange kSdes = {
     &cSdpNegotiator::isSDESPresent,
     &cSdpNegotiator::isMikeyPresent,
-    [](cSdpNegotiator& object) { return removeLinesAndParse(object, "a=crypto"); },
+    [](cSdpNegotiator& object) { return removeLinesAndParse(object, kAnyCrypto); },
     "SDES",
     "Request to remove SDES secure media streams.",
     "Only the SDES attributes will be removed. SDP has also MIKEY secure media",
@@ -83,8 +84,8 @@ unsigned short removeKeyExchange(cSdpNegotiator& object, char* removed, const Ke
 
 eSecurityType cSdpNegotiator::getSdpSecurityType() const {
   if (!isSdpPresent()) return SECURITY_NONE;
-  const bool secure = contains("RTP/SAVP");
-  if (!contains("RTP/AVP")) return secure ? SECURITY_SRTP_ONLY : SECURITY_NONE;
+  const bool secure = contains(kSecureTransport);
+  if (!contains(kPlainTransport)) return secure ? SECURITY_SRTP_ONLY : SECURITY_NONE;
   const bool both = secure || isDTLSPresent() || contains("a=key-mgmt") || isSDESPresent();
   return both ? SECURITY_BOTH : SECURITY_RTP_ONLY;
 }
@@ -109,17 +110,17 @@ unsigned short cSdpNegotiator::sdpDisableSRTPMedia(char* removed, eNonSupportedS
 
 unsigned short cSdpNegotiator::sdpRemoveMikeyAttribute() {
   trace::debug("Request to remove the mi-key attributes.");
-  return removeLinesAndParse(*this, "a=key-mgmt:");
+  return removeLinesAndParse(*this, kKeyManagement);
 }
 
 unsigned short cSdpNegotiator::sdpDisableSDESCryptoMedia() {
   traceDetail("Request to remove crypto media streams.");
-  return removeLinesAndParse(*this, "a=crypto");
+  return removeLinesAndParse(*this, kAnyCrypto);
 }
 
 unsigned short cSdpNegotiator::sdpRemoveDTLSAttributes() {
   trace::debug("Request to remove DTLS secure attributes.");
   if (!isDTLSPresent()) return refuse({.reason = SDP_REFUSED_NO_SUCH_KEYS, .what = "DTLS"});
   traceDetail("DTLS media attributes are present and will be removed from the SDP.");
-  return editAndKeep(*this, kParsedWhateverComes, M::sdpRemoveDTLSAttributes) == 0 ? 0 : 1;
+  return editAndKeep(*this, kParsedWhateverComes, removeDtlsAttributes) == 0 ? 0 : 1;
 }

@@ -3,7 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "sdpModifiers.h"
+#include "sdpModifiers/bestEffort.h"
+#include "sdpModifiers/mediaReturn.h"
+#include "sdpModifiers/mediaTransport.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
 #include "trace.h"
@@ -13,15 +15,14 @@
 namespace {
 
 using namespace sdpneg;
-using M = sdpModifications;
 
 /// The media names of a text's m-lines.
 /// @return nothing when they cannot be told
-std::optional<std::vector<std::string>> mediaNames(char* text) {
+std::optional<std::vector<std::string>> mediaNames(const SdpText& text) {
   try {
     std::vector<mDescription> mLines;
     const unsigned int before = toldSoFar();
-    if (M::getMLines(text, mLines) != 0) {
+    if (readMLines(text, mLines) != 0) {
       tellUnlessTold({.reason = SDP_REFUSED_STORED_NOT_DECODED}, before);
       return std::nullopt;
     }
@@ -42,9 +43,11 @@ std::optional<std::vector<std::string>> mediaNames(char* text) {
 
 void cSdpNegotiator::sdpModifyTransportTypes(const char* fromTransport, const char* toTransport) {
   trace::debug("sdpModifyTransportTypes():Request to modify transport type for all m-lines");
-  editAndKeep(*this, kParsed, [&](char* text) -> unsigned short {
+  editAndKeep(*this, kParsed, [&](SdpText& text) -> unsigned short {
     const auto names = mediaNames(text);
-    return names ? M::sdpSetMediaTransportType(text, fromTransport, toTransport, *names) : 1;
+    if (!names) return 1;
+    setMediaTransport(text, fromTransport, toTransport, *names);
+    return 0;
   });
   // The text that ends this request names another one.
   trace::debug("Exiting sdpRemoveMlinesZeroPort()");
@@ -53,7 +56,6 @@ void cSdpNegotiator::sdpModifyTransportTypes(const char* fromTransport, const ch
 unsigned short cSdpNegotiator::sdpReplaceTransportProtocol(char* removed, bool flag) {
   trace::progress("Request to restore the RTP/SAVP.");
   if (removed == nullptr) return asStatus(tell({.reason = SDP_REFUSED_NO_SECURE_RECORD}));
-  return editWithOLineAndParse(*this, [&](char* text, unsigned short& oLineEnd) {
-    M::sdpReplaceTransProtocol(text, removed, oLineEnd, flag);
-  });
+  return editWithOLineAndParse(
+      *this, [&](SdpText& text, unsigned short& oLineEnd) { returnMLines(text, removed, oLineEnd, flag); });
 }

@@ -1,4 +1,4 @@
-#include "sdpModifiers.h"
+#include "sdpModifiers/videoDisabling.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
 #include "trace.h"
@@ -9,12 +9,10 @@ using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpRemoveAllVideoMedia() {
   trace::debug("Request to remove ALL video media.");
-  return editAndKeep(*this, kParsed,
-                     [](char* text) { return sdpModifications::sdpRemoveVideoMedia(text, true); });
+  return editAndKeep(*this, kParsed, [](SdpText& text) { disableVideo(text, true); });
 }
 
 unsigned short cSdpNegotiator::sdpRemoveVideoMedia() {
   trace::debug("Request to remove video media.");
-  return editAndKeep(*this, kParsed,
-                     [](char* text) { return sdpModifications::sdpRemoveVideoMedia(text, false); });
+  return editAndKeep(*this, kParsed, [](SdpText& text) { disableVideo(text, false); });
 }

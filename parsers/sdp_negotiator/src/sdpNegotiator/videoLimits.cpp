@@ -1,4 +1,4 @@
-#include "sdpModifiers.h"
+#include "sdpModifiers/videoLimits.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
 #include "trace.h"
@@ -38,9 +38,9 @@ unsigned short cSdpNegotiator::sdpLimitVideoMediaBandwidth(unsigned int bandwidt
   const int traced = ofLevel ? say(ofLevel) : 0;
   if (ofBandwidth && ofLevel) return asStatus(traced);
 
-  const auto limit = [&](char* text) {
-    if (!ofBandwidth) sdpModifications::sdpApplyBLine(text, bandwidth);
-    if (!ofLevel) sdpModifications::sdpModifyProfileId(text, profile);
+  const auto limit = [&](SdpText& text) {
+    if (!ofBandwidth) lowerBandwidths(text, bandwidth);
+    if (!ofLevel) statusOf(lowerH264Levels(text, profile));
   };
   const unsigned short status = editAndKeep(*this, kStoredOrAsBefore, limit);
   if (status != 0) return status;

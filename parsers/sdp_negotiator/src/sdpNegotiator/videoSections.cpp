@@ -1,4 +1,4 @@
-#include "sdpModifiers.h"
+#include "sdpModifiers/videoSections.h"
 #include "sdpModifiers/addedVideo.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
@@ -24,9 +24,8 @@ void cSdpNegotiator::sdpAddVideoDescriptions(const char* sections) {
 unsigned short cSdpNegotiator::sdpGetVideoDescriptions(char* out, unsigned int size, bool flag) {
   trace::debug("Request to get the video descriptions");
   const unsigned int before = toldSoFar();
-  const unsigned short status = editAndKeep(*this, kWithoutVideo, [&](char* text) {
-    return sdpModifications::getVideoDescriptions(text, out, size, flag);
-  });
+  const unsigned short status = editAndKeep(
+      *this, kWithoutVideo, [&](SdpText& text) { return takeVideoSections(text, out, size, flag); });
   if (status == 0) return 1;
   tellUnlessTold({.reason = SDP_REFUSED_VIDEO_NOT_TAKEN}, before);
   return 0;

@@ -1,4 +1,4 @@
-#include "sdpModifiers.h"
+#include "sdpModifiers/zeroPorts.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/request.h"
 #include "trace.h"
@@ -9,6 +9,6 @@ using namespace sdpneg;
 
 void cSdpNegotiator::sdpRemoveMlinesZeroPort() {
   trace::debug("sdpRemoveMlinesZeroPort():Request to remove zero port m-lines");
-  editAndKeep(*this, kParsed, sdpModifications::sdpRemoveMlinesZeroPort);
+  editAndKeep(*this, kParsed, removeZeroPorts);
   trace::debug("Exiting sdpRemoveMlinesZeroPort()");
 }

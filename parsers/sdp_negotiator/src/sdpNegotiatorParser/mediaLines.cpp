@@ -4,8 +4,9 @@
 
 #include "refusal.h"
 #include "sdpNegotiatorParser.h"
-#include "text/lines.h"
+#include "sdpNegotiatorParser/connectionVersion.h"
 #include "text/mLineFields.h"
+#include "text/sections.h"
 #include "vocabulary.h"
 
 namespace sdpneg {
@@ -21,6 +22,16 @@ std::string_view between(const char* begin, const char* end) {
 }
 
 }  // namespace
+
+eIPAddressVersion connectionVersion(std::string_view text) {
+  const std::string_view first = sessionPart(text);
+  const std::size_t line = findLine(first, kCLine);
+  if (line == npos) return kIpVersionUnknown;
+  const std::string_view connection = content(text, lineAt(text, line));
+  if (contains(connection, kIp4)) return kIpVersion4;
+  return contains(connection, kIp6) ? kIpVersion6 : kIpVersionUnknown;
+}
+
 }  // namespace sdpneg
 
 unsigned short sdpParserMessage::getMediaLinePort(const char* mLine, unsigned short& port) {
@@ -55,24 +66,13 @@ unsigned short sdpParserMessage::setMediaLinePort(char* mLine, char*& lineEnd, u
 }
 
 eIPAddressVersion sdpParserMessage::getcLineIPVersion(const char* sdp) {
-  const std::string_view text = sdpneg::viewOf(sdp);
-  const std::string_view session = text.substr(0, sdpneg::findLine(text, "m="));
-  const std::size_t line = sdpneg::findLine(session, "c=");
-  if (line == sdpneg::npos) return sdpneg::kIpVersionUnknown;
-  const std::string_view content = sdpneg::content(text, sdpneg::lineAt(text, line));
-  if (sdpneg::contains(content, sdpneg::kIp4)) return sdpneg::kIpVersion4;
-  return sdpneg::contains(content, sdpneg::kIp6) ? sdpneg::kIpVersion6 : sdpneg::kIpVersionUnknown;
+  return sdpneg::connectionVersion(sdpneg::viewOf(sdp));
 }
 
 const char* sdpParserMessage::foundMyMline(const char* sdp, const char* prefix) {
   if (sdp == nullptr || prefix == nullptr) return nullptr;
-  const std::string_view text(sdp);
-  const std::string_view wanted(prefix);
-  for (std::size_t at = sdpneg::findLine(text, "m="); at != sdpneg::npos;
-       at = sdpneg::findLine(text, "m=", at)) {
-    if (sdpneg::startsWith(text.substr(at + 2), wanted)) return sdp + at;
-  }
-  return nullptr;
+  const std::size_t at = sdpneg::nextMLineOf(sdp, prefix);
+  return at != sdpneg::npos ? sdp + at : nullptr;
 }
 
 char* sdpParserMessage::foundMyMline(char* sdp, const char* prefix) {

@@ -3,6 +3,7 @@
 #include "descriptionView.h"
 #include "sdpNegotiatorParser.h"
 #include "trace.h"
+#include "vocabulary.h"
 
 using namespace sdpneg;
 
@@ -33,12 +34,12 @@ void noteMikey(sSdpParsedData& data) {
 
 void noteSecureMedia(sSdpParsedData& data, const mDescription& media) {
   const std::string_view transport = transportOf(media);
-  if (contains(transport, "RTP/SAVP") && portOf(media) != 0) {
+  if (contains(transport, kSecureTransport) && portOf(media) != 0) {
     data.sdpAttributes |= SDP_ATTR_SECURE_RTP;
     if (media.mLine.mediaType == MEDIA_VIDEO) data.sdpAttributes |= SDP_ATTR_SECURE_VIDEO;
     trace::info("Setting secure RTP call flag");
   }
-  if (contains(transport, "RTP/AVP") && hasSecurityLine(media.aLine)) {
+  if (contains(transport, kPlainTransport) && hasSecurityLine(media.aLine)) {
     data.sdpAttributes |= SDP_ATTR_SECURE_RTP;
     trace::info("RTP/AVP media with secure line. Setting secure RTP call flag");
   }

@@ -8,18 +8,10 @@
 namespace tool {
 namespace {
 
-/// Whether an o-line could not be renewed because it does not stand where the library looks for it. A request that
-/// renews it on its way is carried out all the same.
-bool isOfMissingOrigin(eSdpRefusal reason) {
-  return reason == SDP_REFUSED_ORIGIN_WITHOUT_O_LINE || reason == SDP_REFUSED_ORIGIN_WITHOUT_S_LINE ||
-         reason == SDP_REFUSED_ORIGIN_CUT;
-}
-
 /// Why a request was refused; nothing when it was carried out.
 std::optional<std::string> refusalOf(const RequestRow& row, unsigned short status,
                                      const RefusalWatch& watch) {
-  const bool isRefused =
-      status != 0 || (row.refusalIsKept && watch.sawFailure() && !isOfMissingOrigin(sdpLastRefusal().reason));
+  const bool isRefused = status != 0 || (row.refusalIsKept && watch.sawFailure());
   return isRefused ? std::optional(explainRefusedRequest(watch, status)) : std::nullopt;
 }
 

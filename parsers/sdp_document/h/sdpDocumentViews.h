@@ -192,14 +192,15 @@ class SDP_DOCUMENT_API FeedbackCursor {
  public:
   using Element = std::string_view;
   FeedbackCursor() noexcept = default;
-  FeedbackCursor(const core::Model& model, std::uint32_t own, std::uint32_t ofAll) noexcept
-      : model_(&model), own_(own), ofAll_(ofAll) {}
+  FeedbackCursor(const core::Model& model, std::uint32_t own, std::uint32_t ofAll) noexcept;
   bool next(std::string_view& value) noexcept;
 
  private:
+  void skipOthers() noexcept;
+
   const core::Model* model_ = nullptr;
-  std::uint32_t own_ = 0;
-  std::uint32_t ofAll_ = 0;
+  std::uint32_t own_ = ~std::uint32_t{0};
+  std::uint32_t ofAll_ = ~std::uint32_t{0};
 };
 
 /// A format of an m-line; in an RTP section a payload type, with what the section's attributes say of it.

@@ -75,14 +75,23 @@ bool CryptoCursor::next(Crypto& crypto) noexcept {
   return true;
 }
 
+FeedbackCursor::FeedbackCursor(const core::Model& model, std::uint32_t own, std::uint32_t ofAll) noexcept
+    : model_(&model), own_(own), ofAll_(ofAll) {
+  skipOthers();
+}
+
+/// The lines that speak of a format are chained, and feedback is among them.
+void FeedbackCursor::skipOthers() noexcept {
+  while (own_ != kNone && model_->lines[own_].kind != Kind::rtcpFb) own_ = model_->lines[own_].next;
+}
+
 bool FeedbackCursor::next(std::string_view& value) noexcept {
   if (own_ == kNone && ofAll_ == kNone) return false;
   std::uint32_t& first = own_ < ofAll_ ? own_ : ofAll_;
   const core::Line& line = model_->lines[first];
   first = line.next;
-  core::FieldReader fields(core::valueOf(line).value_or(std::string_view()));
-  fields.next();
-  value = fields.rest();
+  skipOthers();
+  value = core::behindPayload(line);
   return true;
 }
 
@@ -106,14 +115,11 @@ bool FormatCursor::next(Format& format) noexcept {
   const core::FormatEntry& entry = table.entries[table.occurrences[occurrence_++].entry];
   format.format = entry.payload;
   if (!entry.name.empty()) format.encoding = Encoding{entry.name, entry.clock, entry.channels};
-  if (entry.fmtp != kNone) {
-    core::FieldReader fields(*core::valueOf(model_->lines[entry.fmtp]));
-    fields.next();
-    format.fmtp = fields.rest();
-  }
-  format.apt = core::numberOf(entry.apt);
+  const core::Index fmtp = core::fmtpOf(*model_, entry);
+  if (fmtp != kNone) format.fmtp = core::behindPayload(model_->lines[fmtp]);
+  format.apt = core::numberOf(core::aptOf(*model_, entry));
   format.isCompanion = entry.role != core::Role::codec;
-  format.feedbackCursor = FeedbackCursor(*model_, entry.feedback, table.feedbackOfAll);
+  format.feedbackCursor = FeedbackCursor(*model_, entry.firstLine, table.feedbackOfAll);
   return true;
 }
 

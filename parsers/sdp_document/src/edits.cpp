@@ -69,6 +69,7 @@ void store(Model& model, Index index, Line line) {
 void settle(Model& model) {
   render(model);
   model.text.swap(model.rendered);
+  model.text.append(kReadRoom, '\0');
   model.isRendered = false;
   model.arena.forgetAll();
   model.formats.forget();
@@ -87,7 +88,7 @@ void insertAdditions(Model& model) {
   std::size_t left = model.additions.size();
   if (left == 0) return;
   std::size_t from = model.lines.size();
-  model.lines.resize(from + left);
+  model.lines.grow(left);
   std::size_t to = model.lines.size();
   for (std::size_t n = model.parts.size(); n-- > 0;) {
     Part& part = model.parts[n];

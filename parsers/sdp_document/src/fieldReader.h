@@ -3,7 +3,6 @@
 
 // Fields of a value, which runs of blanks and tabs separate, and the numbers in them.
 
-#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -50,15 +49,22 @@ class FieldReader {
 };
 
 inline std::string_view firstField(std::string_view value) { return *Fields(value).begin(); }
-inline bool isDigits(std::string_view text) {
-  return !text.empty() && std::all_of(text.begin(), text.end(), sdpneg::isDigit);
-}
+inline bool isBlank(char c) { return c == ' ' || c == '\t'; }
 
 /// A number of digits alone; one beyond the type is told as its largest.
-inline std::optional<std::uint64_t> numberOf(std::string_view text) {
-  if (!isDigits(text)) return std::nullopt;
-  return sdpneg::numberOrZero<std::uint64_t>(text);
+template <typename Number = std::uint64_t>
+std::optional<Number> numberOf(std::string_view text) {
+  constexpr Number kMost = std::numeric_limits<Number>::max();
+  if (text.empty()) return std::nullopt;
+  Number number = 0;
+  for (const char c : text) {
+    if (!sdpneg::isDigit(c)) return std::nullopt;
+    const auto digit = static_cast<Number>(c - '0');
+    number = number > (kMost - digit) / 10 ? kMost : static_cast<Number>(number * 10 + digit);
+  }
+  return number;
 }
+inline bool isDigits(std::string_view text) { return numberOf(text).has_value(); }
 
 }  // namespace sdp::core
 

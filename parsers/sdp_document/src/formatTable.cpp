@@ -49,11 +49,6 @@ constexpr RoleName kCompanions[] = {
     {"tone", Role::otherCompanion},
 };
 
-std::optional<std::uint32_t> clockOf(std::string_view digits) {
-  if (!isDigits(digits)) return std::nullopt;
-  return sdpneg::numberOrZero<std::uint32_t>(digits);
-}
-
 /// The payload type that `apt=` of a fmtp names (RFC 4588, section 8.1); empty when none does.
 std::string_view aptIn(std::string_view fmtp) {
   while (!fmtp.empty()) {
@@ -85,11 +80,11 @@ std::optional<EncodingParts> readEncodingText(std::string_view text) {
   encoding.name = text.substr(0, slash);
   text.remove_prefix(slash + 1);
   const std::size_t second = text.find('/');
-  const std::optional<std::uint32_t> clock = clockOf(text.substr(0, second));
+  const std::optional<std::uint32_t> clock = numberOf<std::uint32_t>(text.substr(0, second));
   if (!clock) return std::nullopt;
   encoding.clock = *clock;
   if (second == std::string_view::npos) return encoding;
-  const std::optional<std::uint32_t> channels = clockOf(text.substr(second + 1));
+  const std::optional<std::uint32_t> channels = numberOf<std::uint32_t>(text.substr(second + 1));
   if (!channels) return std::nullopt;
   encoding.channels = *channels;
   return encoding;
@@ -113,25 +108,41 @@ Role roleOf(std::string_view encodingName) {
 void FormatTable::reserve(std::size_t formats) {
   entries.reserve(formats);
   occurrences.reserve(formats);
-  slots_.reserve(formats);
+  if (formats > kShortTexts) slots_.reserve(formats);
+}
+
+std::size_t FormatTable::shortIndexOf(std::string_view payload) {
+  if (payload.empty() || payload.size() > 3) return kShortTexts;
+  std::size_t value = 0;
+  for (const char c : payload) {
+    if (!sdpneg::isDigit(c)) return kShortTexts;
+    value = value * 10 + static_cast<std::size_t>(c - '0');
+  }
+  constexpr std::size_t kBegins[] = {0, 10, 110};
+  return kBegins[payload.size() - 1] + value;
+}
+
+Index& FormatTable::slotOf(std::string_view payload) {
+  const std::size_t index = shortIndexOf(payload);
+  if (index != kShortTexts) return short_[index];
+  usesSlots_ = true;
+  return slots_.slotOf(payload, [&](Index entry) { return entries[entry].payload == payload; });
 }
 
 Index FormatTable::find(std::string_view payload) {
+  const std::size_t index = shortIndexOf(payload);
+  if (index != kShortTexts) return short_[index];
+  if (!usesSlots_) return kNone;
   return slots_.slotOf(payload, [&](Index entry) { return entries[entry].payload == payload; });
 }
 
 void FormatTable::read(const Model& model, const Part& section) {
   if (part_ == model.indexOf(section)) return;
-  part_ = model.indexOf(section);
   readFormats(section);
+  part_ = model.indexOf(section);
   feedbackOfAll = kNone;
   Index lastOfAll = kNone;
-  forEach(model, section, kindsOf(Kind::rtpmap, Kind::fmtp, Kind::rtcpFb), [&](Index i) {
-    const Line& line = model.lines[i];
-    if (line.kind == Kind::rtpmap) return readEncoding(line);
-    if (line.kind == Kind::fmtp) return readFmtp(line, i);
-    readFeedback(model, i, lastOfAll);
-  });
+  forEach(model, section, kOfFormats, [&](Index i) { readLine(model, i, lastOfAll); });
   for (FormatEntry& entry : entries) {
     if (entry.name.empty()) give(entry, staticEncodingOf(entry.payload));
     entry.role = entry.name.empty() ? Role::codec : roleOf(entry.name);
@@ -139,18 +150,24 @@ void FormatTable::read(const Model& model, const Part& section) {
 }
 
 void FormatTable::readFormats(const Part& section) {
+  // What the entries say may be of a text that is gone, but not where they stand.
+  for (const FormatEntry& entry : entries) {
+    if (entry.shortIndex != kShortTexts) short_[entry.shortIndex] = kNone;
+  }
   entries.clear();
   occurrences.clear();
-  const std::string_view formats = section.m.formats;
+  usesSlots_ = false;
   // What separates the first format stands in front of them.
   const char* behind = section.m.transport.data() + section.m.transport.size();
-  slots_.reset(formats.size() / 2 < entries.capacity() ? formats.size() / 2 + 1 : formatCount(formats));
-  FieldReader fields(formats);
+  FieldReader fields(section.m.formats);
   for (std::string_view format = fields.next(); !format.empty(); format = fields.next()) {
-    Index& slot = slots_.slotOf(format, [&](Index entry) { return entries[entry].payload == format; });
+    if (!usesSlots_ && shortIndexOf(format) == kShortTexts) slots_.reset(formatCount(section.m.formats));
+    Index& slot = slotOf(format);
     if (slot == kNone) {
       slot = static_cast<Index>(entries.size());
-      entries.emplace_back().payload = format;
+      FormatEntry& entry = entries.emplace_back();
+      entry.payload = format;
+      entry.shortIndex = static_cast<std::uint16_t>(shortIndexOf(format));
     }
     occurrences.push_back({{behind, static_cast<std::size_t>(format.data() - behind)}, format, slot});
     behind = format.data() + format.size();
@@ -164,40 +181,46 @@ void FormatTable::give(FormatEntry& entry, const std::optional<EncodingParts>& e
   entry.channels = encoding->channels;
 }
 
-void FormatTable::readEncoding(const Line& line) {
-  const std::optional<std::string_view> value = valueOf(line);
-  if (!value) return;
-  FieldReader fields(*value);
-  const Index found = find(fields.next());
-  if (found == kNone || !entries[found].name.empty()) return;
-  give(entries[found], readEncodingText(fields.next()));
-}
-
-void FormatTable::readFmtp(const Line& line, Index index) {
-  const std::optional<std::string_view> value = valueOf(line);
-  if (!value) return;
-  FieldReader fields(*value);
-  const Index found = find(fields.next());
-  if (found == kNone) return;
-  FormatEntry& entry = entries[found];
-  if (entry.fmtp == kNone) entry.fmtp = index;
-  if (entry.apt.empty()) entry.apt = aptIn(fields.rest());
-}
-
-void FormatTable::readFeedback(const Model& model, Index index, Index& lastOfAll) {
-  std::vector<Line>& lines = model.lines;
-  lines[index].next = kNone;
-  const std::string_view payload = firstFieldOf(lines[index]);
+/// Chains a line behind the others that speak of its format, and takes the encoding from an rtpmap.
+void FormatTable::readLine(const Model& model, Index index, Index& lastOfAll) {
+  LineList& lines = model.lines;
+  Line& line = lines[index];
+  line.next = kNone;
+  FieldReader fields(valueOf(line).value_or(std::string_view()));
+  const std::string_view payload = fields.next();
   Index* first = &feedbackOfAll;
   Index* last = &lastOfAll;
-  if (payload != "*") {
+  if (line.kind != Kind::rtcpFb || payload != "*") {
     const Index found = find(payload);
     if (found == kNone) return;
-    first = &entries[found].feedback;
-    last = &entries[found].lastFeedback;
+    FormatEntry& entry = entries[found];
+    if (line.kind == Kind::rtpmap && entry.name.empty()) give(entry, readEncodingText(fields.next()));
+    first = &entry.firstLine;
+    last = &entry.lastLine;
   }
   (*last == kNone ? *first : lines[*last].next) = index;
   *last = index;
+}
+
+Index fmtpOf(const Model& model, const FormatEntry& entry) {
+  Index line = entry.firstLine;
+  while (line != kNone && model.lines[line].kind != Kind::fmtp) line = model.lines[line].next;
+  return line;
+}
+
+std::string_view behindPayload(const Line& line) {
+  FieldReader fields(valueOf(line).value_or(std::string_view()));
+  fields.next();
+  return fields.rest();
+}
+
+std::string_view aptOf(const Model& model, const FormatEntry& entry) {
+  for (Index line = entry.firstLine; line != kNone; line = model.lines[line].next) {
+    if (model.lines[line].kind != Kind::fmtp) continue;
+    const std::string_view apt = aptIn(behindPayload(model.lines[line]));
+    if (!apt.empty()) return apt;
+  }
+  return {};
 }
 
 }  // namespace sdp::core

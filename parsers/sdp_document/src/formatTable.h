@@ -3,6 +3,7 @@
 
 // The formats of one RTP section, with what its attributes say of each, read in one pass.
 
+#include <array>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -29,14 +30,13 @@ struct EncodingParts {
 struct FormatEntry {
   std::string_view payload;
   std::string_view name;  ///< of the encoding; empty when that is unknown
-  std::string_view apt;   ///< the payload type that a format of its fmtp is for; empty without one
   std::uint32_t clock = 0;
   std::uint32_t channels = 1;
-  Index fmtp = kNone;      ///< its first fmtp line
-  Index feedback = kNone;  ///< its first rtcp-fb line, from which `next` leads on
-  Index lastFeedback = kNone;
+  Index firstLine = kNone;  ///< that speaks of it, from which `next` leads on to the others
+  Index lastLine = kNone;
   Index waiting = kNone;       ///< for a choice of codecs: who waits for it
   std::uint32_t waitsFor = 0;  ///< for a choice of codecs: how many it waits for
+  std::uint16_t shortIndex = 0;  ///< FormatTable::shortIndexOf of its payload type
   Role role = Role::codec;
   Index place = 0;        ///< for an order of codecs: in the list
   bool isListed = false;  ///< for a choice of codecs: the list names it
@@ -59,6 +59,8 @@ struct Waiting {
 class FormatTable {
  public:
   void reserve(std::size_t formats);
+  /// How many formats it holds without an allocation.
+  std::size_t room() const { return occurrences.capacity(); }
   void forget() { part_ = kNone; }
   /// Reads a readable section, unless it is the one that was read last.
   void read(const Model& model, const Part& section);
@@ -70,18 +72,37 @@ class FormatTable {
   std::vector<Occurrence> occurrences;
   std::vector<Waiting> waiting;
   std::vector<Index> news;
-  Index feedbackOfAll = kNone;  ///< the first `a=rtcp-fb:*` line
+  Index feedbackOfAll = kNone;  ///< the first `a=rtcp-fb:*` line, from which `next` leads on
 
  private:
+  /// Payload types as they nearly always are: up to three digits.
+  static constexpr std::size_t kShortTexts = 10 + 100 + 1000;
+  /// @return kShortTexts for other texts
+  static std::size_t shortIndexOf(std::string_view payload);
+
   void readFormats(const Part& section);
+  Index& slotOf(std::string_view payload);
+  void readLine(const Model& model, Index line, Index& lastOfAll);
   static void give(FormatEntry& entry, const std::optional<EncodingParts>& encoding);
-  void readEncoding(const Line& line);
-  void readFmtp(const Line& line, Index index);
-  void readFeedback(const Model& model, Index index, Index& lastOfAll);
 
   Index part_ = kNone;  ///< the section that was read
+  std::array<Index, kShortTexts> short_ = noEntries();
   TextSlots slots_;
+  bool usesSlots_ = false;
+
+  static constexpr std::array<Index, kShortTexts> noEntries() {
+    std::array<Index, kShortTexts> none{};
+    none.fill(kNone);
+    return none;
+  }
 };
+
+/// The first fmtp line of a format; kNone without one.
+Index fmtpOf(const Model& model, const FormatEntry& entry);
+/// What stands behind the payload type in a line that speaks of a format.
+std::string_view behindPayload(const Line& line);
+/// The payload type that `apt` of a format's fmtp names (RFC 4588, section 8.1); empty without one.
+std::string_view aptOf(const Model& model, const FormatEntry& entry);
 
 /// The number of formats that a text of an m-line has.
 std::size_t formatCount(std::string_view formats);

@@ -103,6 +103,19 @@ struct Line {
 };
 inline constexpr std::uint16_t kLongName = std::numeric_limits<std::uint16_t>::max();
 
+/// The kind of lines of a type, the letter in front of "="; Kind::attribute for all attributes.
+constexpr Kind kindOfType(char type) {
+  switch (type) {
+    case 'a': return Kind::attribute;
+    case 'b': return Kind::bandwidth;
+    case 'c': return Kind::connection;
+    case 'i': return Kind::information;
+    case 'm': return Kind::media;
+    case 'v': return Kind::version;
+    default: return Kind::other;
+  }
+}
+
 /// The known attribute of a name, Kind::attribute for others.
 Kind attributeKind(std::string_view name);
 /// The same without regard to the case of its letters.

@@ -13,6 +13,7 @@
 #include "arena.h"
 #include "formatTable.h"
 #include "groupTable.h"
+#include "lineList.h"
 #include "lines.h"
 #include "requests/codecList.h"
 #include "requests/leaderTable.h"
@@ -51,10 +52,13 @@ struct Addition {
   Line line;
 };
 
+/// What reading looks at behind a text's end.
+inline constexpr std::size_t kReadRoom = 32;
+
 struct Model {
   std::string text;                                ///< as it was read
   Arena arena;                                     ///< the lines that edits made
-  mutable std::vector<Line> lines;                 ///< in the document's order; asking makes chains of them
+  mutable LineList lines;                 ///< in the document's order; asking makes chains of them
   std::vector<Part> parts = std::vector<Part>(1);  ///< the session, and section n as parts[n]
   std::size_t length = 0;                          ///< of the text as edited
   std::size_t linesRead = 0;

@@ -1,25 +1,72 @@
 // Reading a text: its lines, its sections, and the fields of their m-lines.
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+#include <algorithm>
+#include <array>
+#include <bit>
 #include <cstring>
 
+#include "attributeNames.h"
 #include "fieldReader.h"
 #include "model.h"
 
 namespace sdp::core {
 namespace {
 
-/// The line that begins at `begin`, and where the next one does.
+/// How many characters in front of the first colon there are, of at most kNameRoom; more when there is none.
+std::size_t beforeColon(const char* text) {
+#ifdef __SSE2__
+  const __m128i characters = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
+  const int colons = _mm_movemask_epi8(_mm_cmpeq_epi8(characters, _mm_set1_epi8(':')));
+  return static_cast<std::size_t>(std::countr_zero(static_cast<unsigned>(colons) | (2U << kNameRoom)));
+#else
+  return static_cast<std::size_t>(std::find(text, text + kNameRoom, ':') - text);
+#endif
+}
+
+/// Reads the name of an attribute.
+/// @param length of the line's content, in front of which stands "a="
+void readName(Line& line) {
+  const char* const name = line.begin + 2;
+  const std::size_t behind = line.length - 2;
+  std::size_t length = beforeColon(name);
+  if (length >= kNameRoom && behind > kNameRoom) {
+    const std::size_t more = line.content().find(':', 2 + kNameRoom);
+    length = (more == std::string_view::npos ? line.length : more) - 2;
+  }
+  length = std::min(length, behind);
+  line.nameLength = static_cast<std::uint16_t>(std::min<std::size_t>(length, kLongName));
+  line.kind = knownAttribute(name, length);
+}
+
+constexpr std::array<Kind, 256> makeTypes() {
+  std::array<Kind, 256> types{};
+  for (std::size_t type = 0; type < types.size(); ++type) types[type] = kindOfType(static_cast<char>(type));
+  return types;
+}
+constexpr std::array<Kind, 256> kTypes = makeTypes();
+
+/// Reads the line that begins at `begin`.
+/// @return where the next one begins
 const char* readLine(const char* begin, const char* textEnd, Line& line) {
   const auto left = static_cast<std::size_t>(textEnd - begin);
   const auto* const lf = static_cast<const char*>(std::memchr(begin, '\n', left));
   const char* const stop = lf != nullptr ? lf : textEnd;
-  const bool cr = stop != begin && stop[-1] == '\r';
+  const unsigned cr = stop != begin && stop[-1] == '\r' ? 1 : 0;
   line.begin = begin;
-  line.length = static_cast<Index>(stop - begin - (cr ? 1 : 0));
-  line.endLength = static_cast<std::uint8_t>((cr ? 1 : 0) + (lf != nullptr ? 1 : 0)) & 3U;
+  line.length = static_cast<Index>(stop - begin) - cr;
+  line.endLength = (cr + (lf != nullptr ? 1U : 0U)) & 3U;
   line.gone = 0;
   line.added = 0;
-  classify(line.content(), line);
+  line.nameLength = 0;
+  line.kind = line.length == 0 ? Kind::empty : Kind::other;
+  if (line.length >= 2 && begin[1] == '=') {
+    line.kind = kTypes[static_cast<unsigned char>(*begin)];
+    if (line.kind == Kind::attribute) readName(line);
+  }
   return lf != nullptr ? lf + 1 : textEnd;
 }
 
@@ -52,15 +99,16 @@ void readMLine(const Model& model, Part& section) {
 
 void read(Model& model, std::string_view text) {
   model.text.assign(text);
+  model.text.append(kReadRoom, '\0');
   model.arena.forgetAll();
   model.lines.clear();
   model.parts.resize(1);
-  model.parts[0] = {};
-  const char* at = model.text.data();
-  const char* const end = at + model.text.size();
   Part* part = model.parts.data();
+  *part = {};
+  const char* at = model.text.data();
+  const char* const end = at + text.size();
   while (at != end) {
-    Line& line = model.lines.emplace_back();
+    Line& line = model.lines.add();
     at = readLine(at, end, line);
     if (line.kind == Kind::media) {
       const auto index = static_cast<Index>(model.lines.size() - 1);
@@ -86,7 +134,7 @@ void reserveForQuestions(Model& model) {
   std::size_t formats = 0;
   for (std::size_t n = 1; n < model.parts.size(); ++n) {
     const std::string_view text = model.parts[n].m.formats;
-    if (text.size() / 2 >= formats) formats = std::max(formats, formatCount(text));
+    if (text.size() / 2 >= model.formats.room()) formats = std::max(formats, formatCount(text));
   }
   model.formats.reserve(formats);
   std::size_t mids = 0;

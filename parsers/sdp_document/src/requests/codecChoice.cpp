@@ -45,11 +45,13 @@ class Choice {
 
 template <typename Visit>
 void Choice::forEachServed(const FormatEntry& entry, Visit visit) {
-  if (entry.role == Role::rtx) return visit(entry.apt.empty() ? kNone : table_.find(entry.apt));
-  if (entry.fmtp == kNone) return;
-  FieldReader fields(*valueOf(model_.lines[entry.fmtp]));
-  fields.next();
-  std::string_view carried = fields.rest();
+  if (entry.role == Role::rtx) {
+    const std::string_view apt = aptOf(model_, entry);
+    return visit(apt.empty() ? kNone : table_.find(apt));
+  }
+  const Index fmtp = fmtpOf(model_, entry);
+  if (fmtp == kNone) return;
+  std::string_view carried = behindPayload(model_.lines[fmtp]);
   carried = firstField(carried.substr(0, carried.find(';')));
   while (!carried.empty()) {
     const std::size_t slash = std::min(carried.find('/'), carried.size());

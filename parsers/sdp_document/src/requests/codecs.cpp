@@ -37,10 +37,9 @@ void takeFormatsOut(Model& model, Part& section) {
   const bool all = std::all_of(table.entries.begin(), table.entries.end(),
                                [](const FormatEntry& entry) { return entry.chosen; });
   if (all) return;
-  forEach(model, section, kOfFormats, [&](Index i) {
-    const Index format = table.find(firstFieldOf(model.lines[i]));
-    if (format != kNone && !table.entries[format].chosen) removeLine(model, i);
-  });
+  for (const FormatEntry& entry : table.entries) {
+    for (Index i = entry.chosen ? kNone : entry.firstLine; i != kNone; i = model.lines[i].next) removeLine(model, i);
+  }
   writeFormats(model, section, [&table](LineWriter& line) {
     for (const Occurrence& occurrence : table.occurrences) {
       if (table.entries[occurrence.entry].chosen) line.add(occurrence.separator).add(occurrence.format);

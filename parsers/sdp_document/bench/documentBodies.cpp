@@ -18,12 +18,11 @@ std::string filled(std::string text, std::size_t size, Make make) {
 
 std::string emptyLines(std::size_t size) { return std::string(size, '\n'); }
 
-std::string oneLine(std::size_t size) {
-  return kSession + std::string("a=") + std::string(size, 'x');
-}
+std::string oneLine(std::size_t size) { return kSession + std::string("a=") + std::string(size, 'x'); }
 
 std::string manyGroups(std::size_t size) {
-  std::string text = filled(kSession, size / 2, [](std::size_t n) { return "a=group:BUNDLE 0 " + number(n) + "\r\n"; });
+  std::string text =
+      filled(kSession, size / 2, [](std::size_t n) { return "a=group:BUNDLE 0 " + number(n) + "\r\n"; });
   return filled(text, size, [](std::size_t n) {
     return "m=audio 9 RTP/AVP 0\r\na=mid:" + number(n) + "\r\na=bundle-only\r\n";
   });
@@ -49,7 +48,8 @@ std::string rtxInARow(std::size_t size) {
 }
 
 std::string formatsWithoutEnd(std::size_t size) {
-  return filled(std::string(kSession) + "m=audio 9 RTP/AVP", size, [](std::size_t n) { return " " + number(n); });
+  return filled(std::string(kSession) + "m=audio 9 RTP/AVP", size,
+                [](std::size_t n) { return " " + number(n); });
 }
 
 std::string feedbackForAll(std::size_t size) {
@@ -58,14 +58,16 @@ std::string feedbackForAll(std::size_t size) {
 }
 
 std::string keysOfTheSession(std::size_t size) {
-  std::string text = filled(kSession, size / 2, [](std::size_t) { return std::string("a=ice-options:x y z\r\n"); });
+  std::string text =
+      filled(kSession, size / 2, [](std::size_t) { return std::string("a=ice-options:x y z\r\n"); });
   return filled(text, size, [](std::size_t) { return std::string("m=audio 9 RTP/SAVP 0\r\n"); });
 }
 
 }  // namespace
 
 std::string browserOffer() {
-  std::string text = std::string(kSession) + "a=group:BUNDLE 0 1 2\r\na=extmap-allow-mixed\r\na=msid-semantic: WMS s\r\n";
+  std::string text =
+      std::string(kSession) + "a=group:BUNDLE 0 1 2\r\na=extmap-allow-mixed\r\na=msid-semantic: WMS s\r\n";
   const std::string transport =
       "c=IN IP4 0.0.0.0\r\na=rtcp:9 IN IP4 0.0.0.0\r\n"
       "a=candidate:1 1 udp 2122260223 192.0.2.4 46243 typ host generation 0\r\n"
@@ -74,13 +76,14 @@ std::string browserOffer() {
       "a=fingerprint:sha-256 "
       "19:E2:1C:3B:4B:9F:81:E6:B8:5C:F4:A5:A8:D8:73:04:BB:05:2F:70:9F:04:A9:0E:05:E9:26:33:E8:70:88:A2\r\n"
       "a=setup:actpass\r\n";
-  text += "m=audio 9 UDP/TLS/RTP/SAVPF 111 63 9 0 8 13 110 126\r\n" + transport +
-          "a=mid:0\r\na=extmap:1 urn:ietf:params:rtp-hdrext:ssrc-audio-level\r\n"
-          "a=extmap:2 urn:ietf:params:rtp-hdrext:sdes:mid\r\na=sendrecv\r\na=rtcp-mux\r\na=rtcp-rsize\r\n"
-          "a=rtpmap:111 opus/48000/2\r\na=rtcp-fb:111 transport-cc\r\na=fmtp:111 minptime=10;useinbandfec=1\r\n"
-          "a=rtpmap:63 red/48000/2\r\na=fmtp:63 111/111\r\na=rtpmap:9 G722/8000\r\na=rtpmap:0 PCMU/8000\r\n"
-          "a=rtpmap:8 PCMA/8000\r\na=rtpmap:13 CN/8000\r\na=rtpmap:110 telephone-event/48000\r\n"
-          "a=rtpmap:126 telephone-event/8000\r\na=ssrc:1032948124 cname:mUu6bYkZ0fYt0YgQ\r\n";
+  text +=
+      "m=audio 9 UDP/TLS/RTP/SAVPF 111 63 9 0 8 13 110 126\r\n" + transport +
+      "a=mid:0\r\na=extmap:1 urn:ietf:params:rtp-hdrext:ssrc-audio-level\r\n"
+      "a=extmap:2 urn:ietf:params:rtp-hdrext:sdes:mid\r\na=sendrecv\r\na=rtcp-mux\r\na=rtcp-rsize\r\n"
+      "a=rtpmap:111 opus/48000/2\r\na=rtcp-fb:111 transport-cc\r\na=fmtp:111 minptime=10;useinbandfec=1\r\n"
+      "a=rtpmap:63 red/48000/2\r\na=fmtp:63 111/111\r\na=rtpmap:9 G722/8000\r\na=rtpmap:0 PCMU/8000\r\n"
+      "a=rtpmap:8 PCMA/8000\r\na=rtpmap:13 CN/8000\r\na=rtpmap:110 telephone-event/48000\r\n"
+      "a=rtpmap:126 telephone-event/8000\r\na=ssrc:1032948124 cname:mUu6bYkZ0fYt0YgQ\r\n";
   text += "m=video 9 UDP/TLS/RTP/SAVPF 96 97 98 99 100 101 102 103\r\n" + transport +
           "a=mid:1\r\na=extmap:3 urn:3gpp:video-orientation\r\na=sendrecv\r\na=rtcp-mux\r\na=rtcp-rsize\r\n";
   for (std::size_t payload = 96; payload < 104; payload += 2) {
@@ -88,13 +91,16 @@ std::string browserOffer() {
     for (const char* feedback : {"goog-remb", "transport-cc", "ccm fir", "nack", "nack pli"}) {
       text += "a=rtcp-fb:" + number(payload) + " " + feedback + "\r\n";
     }
-    if (payload >= 98) text += "a=fmtp:" + number(payload) + " packetization-mode=1;profile-level-id=42e01f\r\n";
+    if (payload >= 98)
+      text += "a=fmtp:" + number(payload) + " packetization-mode=1;profile-level-id=42e01f\r\n";
     text += "a=rtpmap:" + number(payload + 1) + " rtx/90000\r\na=fmtp:" + number(payload + 1) +
             " apt=" + number(payload) + "\r\n";
   }
-  text += "a=ssrc-group:FID 2231627014 632943048\r\na=ssrc:2231627014 cname:mUu6bYkZ0fYt0YgQ\r\n"
-          "a=ssrc:632943048 cname:mUu6bYkZ0fYt0YgQ\r\n";
-  text += "m=application 9 UDP/DTLS/SCTP webrtc-datachannel\r\n" + transport + "a=mid:2\r\na=sctp-port:5000\r\n";
+  text +=
+      "a=ssrc-group:FID 2231627014 632943048\r\na=ssrc:2231627014 cname:mUu6bYkZ0fYt0YgQ\r\n"
+      "a=ssrc:632943048 cname:mUu6bYkZ0fYt0YgQ\r\n";
+  text +=
+      "m=application 9 UDP/DTLS/SCTP webrtc-datachannel\r\n" + transport + "a=mid:2\r\na=sctp-port:5000\r\n";
   return text;
 }
 
@@ -108,14 +114,10 @@ std::string manySections(std::size_t sections) {
 
 const std::vector<Hostile>& hostileTexts() {
   static const std::vector<Hostile> texts = {
-      {"empty lines", emptyLines},
-      {"one line", oneLine},
-      {"groups", manyGroups},
-      {"one mid, many groups", oneMid},
-      {"rtx in a row", rtxInARow},
-      {"formats without end", formatsWithoutEnd},
-      {"feedback", feedbackForAll},
-      {"ice-options of the session", keysOfTheSession},
+      {"empty lines", emptyLines},  {"one line", oneLine},
+      {"groups", manyGroups},       {"one mid, many groups", oneMid},
+      {"rtx in a row", rtxInARow},  {"formats without end", formatsWithoutEnd},
+      {"feedback", feedbackForAll}, {"ice-options of the session", keysOfTheSession},
   };
   return texts;
 }

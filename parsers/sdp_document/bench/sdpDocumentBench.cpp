@@ -38,7 +38,8 @@ std::size_t indexLines(const std::string& body) {
   const char* const begin = body.data();
   const char* const end = begin + body.size();
   for (const char* at = begin; at != end;) {
-    const auto* const lf = static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)));
+    const auto* const lf =
+        static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)));
     const char* const stop = lf != nullptr ? lf : end;
     const auto* const colon =
         static_cast<const char*>(std::memchr(at, ':', static_cast<std::size_t>(stop - at)));
@@ -50,8 +51,9 @@ std::size_t indexLines(const std::string& body) {
 }
 
 using Words = std::vector<std::string_view>;
-const std::vector<Words> kChain = {
-    {"keep-codecs", "opus,PCMA,telephone-event,VP8"}, {"anchor", "192.0.2.9", "20000"}, {"set-profile", "RTP/AVP"}};
+const std::vector<Words> kChain = {{"keep-codecs", "opus,PCMA,telephone-event,VP8"},
+                                   {"anchor", "192.0.2.9", "20000"},
+                                   {"set-profile", "RTP/AVP"}};
 
 sdp::Document document;
 
@@ -70,8 +72,9 @@ std::size_t readAndAsk(const std::string& body) {
   if (!read(body)) return 0;
   std::size_t sum = 0;
   for (const sdp::Section& section : document.sections()) {
-    sum += section.port() + static_cast<std::size_t>(section.security()) + static_cast<std::size_t>(section.direction()) +
-           section.mid().size() + section.candidateCount() + section.bundle().value_or(0) + section.trickles();
+    sum += section.port() + static_cast<std::size_t>(section.security()) +
+           static_cast<std::size_t>(section.direction()) + section.mid().size() + section.candidateCount() +
+           section.bundle().value_or(0) + section.trickles();
     if (const auto connection = section.connection()) sum += connection->address.size();
     for (const sdp::Format& format : section.formats()) {
       sum += format.encoding ? format.encoding->clockRate : 0;
@@ -125,8 +128,8 @@ void printRatios() {
   if (offers.texts.empty()) return;
   const double offerReading = overAll(offers, read);
   const double chain = overAll(offers, readAndChange);
-  std::printf("reading, three requests and text / reading, of %zu offers of browsers: %.2f\n", offers.texts.size(),
-              chain / offerReading);
+  std::printf("reading, three requests and text / reading, of %zu offers of browsers: %.2f\n",
+              offers.texts.size(), chain / offerReading);
 }
 
 /// Costs of texts that grow, as nanoseconds a character: they stay the same where the cost is linear.
@@ -135,16 +138,23 @@ void printGrowth() {
   std::vector<std::pair<std::string, std::function<std::string(std::size_t)>>> texts = {
       {"sections", [](std::size_t size) { return manySections(size / 52); }}};
   for (const Hostile& hostile : hostileTexts()) texts.emplace_back(hostile.name, hostile.make);
-  const std::vector<Words> requests = {{"keep-codecs", "VP8,PCMU"},      {"drop-codecs", "VP8"},
-                                       {"order-codecs", "PCMA"},         {"anchor", "192.0.2.9", "1024"},
-                                       {"set-profile", "RTP/AVP"},       {"opportunistic"},
-                                       {"secure-only"},                  {"unbundle"},
-                                       {"strip-attributes", "ice-*,ssrc"}, {"direction", "inactive"},
-                                       {"disable", "all"},               {"canonical"}};
+  const std::vector<Words> requests = {{"keep-codecs", "VP8,PCMU"},
+                                       {"drop-codecs", "VP8"},
+                                       {"order-codecs", "PCMA"},
+                                       {"anchor", "192.0.2.9", "1024"},
+                                       {"set-profile", "RTP/AVP"},
+                                       {"opportunistic"},
+                                       {"secure-only"},
+                                       {"unbundle"},
+                                       {"strip-attributes", "ice-*,ssrc"},
+                                       {"direction", "inactive"},
+                                       {"disable", "all"},
+                                       {"canonical"}};
   for (const auto& [name, make] : texts) {
     std::array<std::string, 3> grown = {make(std::size_t{16} << 10U), make(std::size_t{128} << 10U),
                                         make(std::size_t{1} << 20U)};
-    const auto print = [&grown](const char* what, const std::function<std::size_t(const std::string&)>& step) {
+    const auto print = [&grown](const char* what,
+                                const std::function<std::size_t(const std::string&)>& step) {
       std::printf("  %-18s", what);
       for (const std::string& text : grown) {
         std::printf(" %8.2f", nanosecondsOf([&] { return step(text); }) / static_cast<double>(text.size()));
@@ -165,7 +175,8 @@ void printGrowth() {
 
 void registerAll() {
   const auto add = [](const char* name, const Bodies& texts, auto step) {
-    benchmark::RegisterBenchmark(name, [&texts, step](benchmark::State& state) { overBodies(state, texts, step); });
+    benchmark::RegisterBenchmark(name,
+                                 [&texts, step](benchmark::State& state) { overBodies(state, texts, step); });
   };
   add("index: lines and colons", bodies, indexLines);
   add("read", bodies, read);
@@ -175,9 +186,10 @@ void registerAll() {
     add("offers of browsers: read, three requests, text", offers, readAndChange);
   }
   forEachPeer([](const Peer& peer) {
-    benchmark::RegisterBenchmark((std::string(peer.name) + ": decode").c_str(), [peer](benchmark::State& state) {
-      overBodies(state, bodies, [&](const std::string& body) { return peer.run(body, false); });
-    });
+    benchmark::RegisterBenchmark(
+        (std::string(peer.name) + ": decode").c_str(), [peer](benchmark::State& state) {
+          overBodies(state, bodies, [&](const std::string& body) { return peer.run(body, false); });
+        });
   });
 }
 

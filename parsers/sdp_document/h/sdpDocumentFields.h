@@ -23,8 +23,7 @@ class Fields {
     /// What stands behind the field, with the blanks there.
     std::string_view rest() const noexcept { return rest_; }
     Iterator& operator++() noexcept {
-      take(true);
-      field_ = take(false);
+      field_ = takeField(rest_);
       return *this;
     }
     Iterator operator++(int) noexcept {
@@ -38,18 +37,22 @@ class Fields {
     }
 
    private:
-    /// Takes away what the rest begins with: blanks, or anything else.
-    std::string_view take(bool blanks) noexcept {
-      std::size_t length = 0;
-      while (length < rest_.size() && (rest_[length] == ' ' || rest_[length] == '\t') == blanks) ++length;
-      const std::string_view taken = rest_.substr(0, length);
-      rest_.remove_prefix(length);
-      return taken;
-    }
-
     std::string_view rest_;
     std::string_view field_;
   };
+
+  /// Takes the first field of a text away from it, with the blanks in front.
+  /// @return the field; empty when there is none
+  static std::string_view takeField(std::string_view& text) noexcept {
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    while (at != end && isBlank(*at)) ++at;
+    const char* const begin = at;
+    while (at != end && !isBlank(*at)) ++at;
+    text.remove_prefix(static_cast<std::size_t>(at - text.data()));
+    return {begin, static_cast<std::size_t>(at - begin)};
+  }
+  static bool isBlank(char c) noexcept { return c == ' ' || c == '\t'; }
 
   Fields() noexcept = default;
   explicit Fields(std::string_view text) noexcept : text_(text) {}

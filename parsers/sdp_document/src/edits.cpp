@@ -57,6 +57,7 @@ void store(Model& model, Index index, Line line) {
   Line& place = model.lines[index];
   model.before.push_back({index, place});
   if (line.kind != place.kind) changeKind(model, index, line.kind);
+  if (isOfGroups(line.kind) || isOfGroups(place.kind)) model.groups.forget();
   model.length += line.whole().size();
   model.length -= place.whole().size();
   line.added = place.added;
@@ -86,7 +87,6 @@ void settle(Model& model) {
 /// Puts the additions into the index, from its end to its beginning.
 void insertAdditions(Model& model) {
   std::size_t left = model.additions.size();
-  if (left == 0) return;
   std::size_t from = model.lines.size();
   model.lines.grow(left);
   std::size_t to = model.lines.size();
@@ -113,12 +113,6 @@ void replaceLine(Model& model, Index line, Pieces content) {
 
 void endLine(Model& model, Index line, std::string_view end) {
   store(model, line, makeLine(model, {model.lines[line].content()}, end));
-}
-
-void removeLine(Model& model, Index line) {
-  model.before.push_back({line, model.lines[line]});
-  model.lines[line].gone = 1;
-  model.length -= model.lines[line].whole().size();
 }
 
 void removeLines(Model& model, const Part& part, Kinds kinds) {
@@ -172,31 +166,35 @@ void LineWriter::finish() {
 
 void beginRequest(Model& model) {
   model.before.clear();
+  model.removed.clear();
   model.additions.clear();
   model.explanation.clear();
+  model.lengthBefore = model.length;
   if (model.arena.taken() > model.length + kLargestText / 1024) settle(model);
 }
 
 void keepEdits(Model& model) {
-  if (model.before.empty() && model.additions.empty()) return;
+  if (model.before.empty() && model.removed.empty() && model.additions.empty()) return;
   model.rendered.reserve(model.length);
   model.lines.reserve(model.lines.size() + model.additions.size());
-  insertAdditions(model);
+  if (!model.additions.empty()) {
+    model.groups.forget();
+    insertAdditions(model);
+  }
   model.isRendered = false;
   model.sessionTrickles.reset();
   model.formats.forget();
-  model.groups.forget();
 }
 
 void takeBackEdits(Model& model) {
+  for (const Index line : model.removed) model.lines[line].gone = 0;
   for (auto edit = model.before.rbegin(); edit != model.before.rend(); ++edit) {
-    model.length += edit->line.whole().size();
-    model.length -= model.lines[edit->index].gone != 0 ? 0 : model.lines[edit->index].whole().size();
     model.lines[edit->index] = edit->line;
     if (edit->line.kind == Kind::media) readMLine(model, partOf(model, edit->index));
   }
-  for (const Addition& addition : model.additions) model.length -= addition.line.whole().size();
+  model.length = model.lengthBefore;
   model.before.clear();
+  model.removed.clear();
   model.additions.clear();
   findSessionKinds(model);
   model.formats.forget();

@@ -15,11 +15,20 @@ namespace sdp::core {
 
 inline constexpr std::size_t kLargestText = std::size_t{64} * 1024 * 1024;
 
+/// What the table of groups is made of.
+inline bool isOfGroups(Kind kind) { return kind == Kind::group || kind == Kind::mid; }
+
 using Pieces = std::initializer_list<std::string_view>;
 
 /// Gives a line another content. It keeps its end.
 void replaceLine(Model& model, Index line, Pieces content);
-void removeLine(Model& model, Index line);
+inline void removeLine(Model& model, Index line) {
+  model.removed.push_back(line);
+  Line& gone = model.lines[line];
+  gone.gone = 1;
+  model.length -= gone.whole().size();
+  if (isOfGroups(gone.kind)) model.groups.forget();
+}
 /// Takes away the lines of a part that are of one of the kinds.
 void removeLines(Model& model, const Part& part, Kinds kinds);
 /// Puts a line behind another, with the line end of that. Additions are made in the order of lines, and take effect

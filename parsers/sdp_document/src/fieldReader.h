@@ -14,29 +14,24 @@
 namespace sdp::core {
 
 inline std::string_view withoutBlanksBehind(std::string_view text) {
-  while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.remove_suffix(1);
+  while (!text.empty() && Fields::isBlank(text.back())) text.remove_suffix(1);
   return text;
 }
 
 /// Takes a text apart field by field.
 class FieldReader {
  public:
-  explicit FieldReader(std::string_view text) : field_(text) {}
+  explicit FieldReader(std::string_view text) : rest_(text) {}
 
   /// The next field; empty when there is none left.
-  std::string_view next() {
-    rest_ = field_.rest();
-    const std::string_view field = *field_;
-    ++field_;
-    return field;
-  }
+  std::string_view next() { return Fields::takeField(rest_); }
   /// What stands behind the field that was taken last.
   std::string_view behind() const { return rest_; }
   /// What stands behind the field that was taken last, without the blanks around it.
   std::string_view rest() const {
-    const std::string_view next = *field_;
-    if (next.empty()) return {};
-    return withoutBlanksBehind(from(next));
+    std::string_view behind = rest_;
+    const std::string_view next = Fields::takeField(behind);
+    return next.empty() ? std::string_view() : withoutBlanksBehind(from(next));
   }
   /// The text from a field on that was taken, to its end.
   std::string_view from(std::string_view field) const {
@@ -44,13 +39,10 @@ class FieldReader {
   }
 
  private:
-  Fields::Iterator field_;
   std::string_view rest_;
 };
 
-inline std::string_view firstField(std::string_view value) { return *Fields(value).begin(); }
-inline bool isBlank(char c) { return c == ' ' || c == '\t'; }
-
+inline std::string_view firstField(std::string_view value) { return Fields::takeField(value); }
 /// A number of digits alone; one beyond the type is told as its largest.
 template <typename Number = std::uint64_t>
 std::optional<Number> numberOf(std::string_view text) {

@@ -49,6 +49,16 @@ constexpr RoleName kCompanions[] = {
     {"tone", Role::otherCompanion},
 };
 
+/// A letter, or any other character, as one of 32 bits.
+constexpr std::uint32_t letterOf(char c) { return std::uint32_t{1} << (static_cast<unsigned char>(c) % 32U); }
+
+/// What companions begin with. Most codecs begin with something else.
+constexpr std::uint32_t kFirstLetters = [] {
+  std::uint32_t letters = 0;
+  for (const RoleName& companion : kCompanions) letters |= letterOf(companion.name.front());
+  return letters;
+}();
+
 /// The payload type that `apt=` of a fmtp names (RFC 4588, section 8.1); empty when none does.
 std::string_view aptIn(std::string_view fmtp) {
   while (!fmtp.empty()) {
@@ -99,6 +109,7 @@ std::optional<EncodingParts> staticEncodingOf(std::string_view payload) {
 }
 
 Role roleOf(std::string_view encodingName) {
+  if (encodingName.empty() || (kFirstLetters & letterOf(encodingName[0])) == 0) return Role::codec;
   for (const RoleName& companion : kCompanions) {
     if (sdpneg::equalNoCase(companion.name, encodingName)) return companion.role;
   }
@@ -111,30 +122,32 @@ void FormatTable::reserve(std::size_t formats) {
   if (formats > kShortTexts) slots_.reserve(formats);
 }
 
-std::size_t FormatTable::shortIndexOf(std::string_view payload) {
-  if (payload.empty() || payload.size() > 3) return kShortTexts;
+FormatTable::Payload FormatTable::takePayload(std::string_view& text) {
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  while (at != end && Fields::isBlank(*at)) ++at;
+  const char* const begin = at;
   std::size_t value = 0;
-  for (const char c : payload) {
-    if (!sdpneg::isDigit(c)) return kShortTexts;
-    value = value * 10 + static_cast<std::size_t>(c - '0');
-  }
-  constexpr std::size_t kBegins[] = {0, 10, 110};
-  return kBegins[payload.size() - 1] + value;
+  while (at != end && sdpneg::isDigit(*at) && at - begin < 3)
+    value = value * 10 + static_cast<std::size_t>(*at++ - '0');
+  const bool isShort = at != begin && (at == end || Fields::isBlank(*at));
+  while (at != end && !Fields::isBlank(*at)) ++at;
+  const auto length = static_cast<std::size_t>(at - begin);
+  text.remove_prefix(static_cast<std::size_t>(at - text.data()));
+  constexpr std::size_t kBegins[] = {0, 0, 10, 110};
+  return {{begin, length}, static_cast<std::uint16_t>(isShort ? kBegins[length] + value : kShortTexts)};
 }
 
-Index& FormatTable::slotOf(std::string_view payload) {
-  const std::size_t index = shortIndexOf(payload);
-  if (index != kShortTexts) return short_[index];
-  usesSlots_ = true;
-  return slots_.slotOf(payload, [&](Index entry) { return entries[entry].payload == payload; });
+Index& FormatTable::slotOf(const Payload& payload) {
+  if (payload.shortIndex != kShortTexts) return short_[payload.shortIndex];
+  return slots_.slotOf(payload.text, [&](Index entry) { return entries[entry].payload == payload.text; });
 }
 
-Index FormatTable::find(std::string_view payload) {
-  const std::size_t index = shortIndexOf(payload);
-  if (index != kShortTexts) return short_[index];
-  if (!usesSlots_) return kNone;
-  return slots_.slotOf(payload, [&](Index entry) { return entries[entry].payload == payload; });
+Index FormatTable::find(const Payload& payload) {
+  return payload.shortIndex != kShortTexts || usesSlots_ ? slotOf(payload) : kNone;
 }
+
+Index FormatTable::find(std::string_view payload) { return find(takePayload(payload)); }
 
 void FormatTable::read(const Model& model, const Part& section) {
   if (part_ == model.indexOf(section)) return;
@@ -159,16 +172,20 @@ void FormatTable::readFormats(const Part& section) {
   usesSlots_ = false;
   // What separates the first format stands in front of them.
   const char* behind = section.m.transport.data() + section.m.transport.size();
-  FieldReader fields(section.m.formats);
-  for (std::string_view format = fields.next(); !format.empty(); format = fields.next()) {
-    if (!usesSlots_ && shortIndexOf(format) == kShortTexts) slots_.reset(formatCount(section.m.formats));
-    Index& slot = slotOf(format);
+  std::string_view rest = section.m.formats;
+  for (Payload payload = takePayload(rest); !payload.text.empty(); payload = takePayload(rest)) {
+    if (!usesSlots_ && payload.shortIndex == kShortTexts) {
+      usesSlots_ = true;
+      slots_.reset(formatCount(section.m.formats));
+    }
+    Index& slot = slotOf(payload);
     if (slot == kNone) {
       slot = static_cast<Index>(entries.size());
       FormatEntry& entry = entries.emplace_back();
-      entry.payload = format;
-      entry.shortIndex = static_cast<std::uint16_t>(shortIndexOf(format));
+      entry.payload = payload.text;
+      entry.shortIndex = payload.shortIndex;
     }
+    const std::string_view format = payload.text;
     occurrences.push_back({{behind, static_cast<std::size_t>(format.data() - behind)}, format, slot});
     behind = format.data() + format.size();
   }
@@ -186,15 +203,16 @@ void FormatTable::readLine(const Model& model, Index index, Index& lastOfAll) {
   LineList& lines = model.lines;
   Line& line = lines[index];
   line.next = kNone;
-  FieldReader fields(valueOf(line).value_or(std::string_view()));
-  const std::string_view payload = fields.next();
+  std::string_view text = textBehindColon(line);
+  const Payload payload = takePayload(text);
   Index* first = &feedbackOfAll;
   Index* last = &lastOfAll;
-  if (line.kind != Kind::rtcpFb || payload != "*") {
+  if (line.kind != Kind::rtcpFb || payload.text != "*") {
     const Index found = find(payload);
     if (found == kNone) return;
     FormatEntry& entry = entries[found];
-    if (line.kind == Kind::rtpmap && entry.name.empty()) give(entry, readEncodingText(fields.next()));
+    if (line.kind == Kind::rtpmap && entry.name.empty())
+      give(entry, readEncodingText(Fields::takeField(text)));
     first = &entry.firstLine;
     last = &entry.lastLine;
   }
@@ -209,7 +227,7 @@ Index fmtpOf(const Model& model, const FormatEntry& entry) {
 }
 
 std::string_view behindPayload(const Line& line) {
-  FieldReader fields(valueOf(line).value_or(std::string_view()));
+  FieldReader fields(textBehindColon(line));
   fields.next();
   return fields.rest();
 }

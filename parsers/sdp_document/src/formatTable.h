@@ -34,9 +34,9 @@ struct FormatEntry {
   std::uint32_t channels = 1;
   Index firstLine = kNone;  ///< that speaks of it, from which `next` leads on to the others
   Index lastLine = kNone;
-  Index waiting = kNone;       ///< for a choice of codecs: who waits for it
-  std::uint32_t waitsFor = 0;  ///< for a choice of codecs: how many it waits for
-  std::uint16_t shortIndex = 0;  ///< FormatTable::shortIndexOf of its payload type
+  Index waiting = kNone;         ///< for a choice of codecs: who waits for it
+  std::uint32_t waitsFor = 0;    ///< for a choice of codecs: how many it waits for
+  std::uint16_t shortIndex = 0;  ///< its place among the short payload types
   Role role = Role::codec;
   Index place = 0;        ///< for an order of codecs: in the list
   bool isListed = false;  ///< for a choice of codecs: the list names it
@@ -75,13 +75,18 @@ class FormatTable {
   Index feedbackOfAll = kNone;  ///< the first `a=rtcp-fb:*` line, from which `next` leads on
 
  private:
-  /// Payload types as they nearly always are: up to three digits.
-  static constexpr std::size_t kShortTexts = 10 + 100 + 1000;
-  /// @return kShortTexts for other texts
-  static std::size_t shortIndexOf(std::string_view payload);
+  /// Payload types as they nearly always are, up to three digits, have places of their own.
+  static constexpr std::uint16_t kShortTexts = 10 + 100 + 1000;
+  struct Payload {
+    std::string_view text;
+    std::uint16_t shortIndex;  ///< kShortTexts for other texts
+  };
+  /// Takes the first field of a text.
+  static Payload takePayload(std::string_view& text);
 
   void readFormats(const Part& section);
-  Index& slotOf(std::string_view payload);
+  Index& slotOf(const Payload& payload);
+  Index find(const Payload& payload);
   void readLine(const Model& model, Index line, Index& lastOfAll);
   static void give(FormatEntry& entry, const std::optional<EncodingParts>& encoding);
 

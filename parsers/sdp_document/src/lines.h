@@ -103,16 +103,29 @@ struct Line {
 };
 inline constexpr std::uint16_t kLongName = std::numeric_limits<std::uint16_t>::max();
 
+/// What stands behind the colon of an attribute of a known name; empty where there is none.
+inline std::string_view textBehindColon(const Line& line) {
+  const std::size_t colon = std::size_t{2} + line.nameLength;
+  return colon < line.length ? line.content().substr(colon + 1) : std::string_view();
+}
+
 /// The kind of lines of a type, the letter in front of "="; Kind::attribute for all attributes.
 constexpr Kind kindOfType(char type) {
   switch (type) {
-    case 'a': return Kind::attribute;
-    case 'b': return Kind::bandwidth;
-    case 'c': return Kind::connection;
-    case 'i': return Kind::information;
-    case 'm': return Kind::media;
-    case 'v': return Kind::version;
-    default: return Kind::other;
+    case 'a':
+      return Kind::attribute;
+    case 'b':
+      return Kind::bandwidth;
+    case 'c':
+      return Kind::connection;
+    case 'i':
+      return Kind::information;
+    case 'm':
+      return Kind::media;
+    case 'v':
+      return Kind::version;
+    default:
+      return Kind::other;
   }
 }
 

@@ -60,10 +60,7 @@ std::optional<std::string_view> valueOf(const Line& line) {
   return line.content().substr(colon + 1);
 }
 
-std::string_view firstFieldOf(const Line& line) {
-  const std::optional<std::string_view> value = valueOf(line);
-  return value ? firstField(*value) : std::string_view();
-}
+std::string_view firstFieldOf(const Line& line) { return firstField(textBehindColon(line)); }
 
 std::string_view midOf(const Model& model, const Part& section) {
   const Index line = firstOf(model, section, one(Kind::mid));

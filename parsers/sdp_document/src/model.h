@@ -58,7 +58,7 @@ inline constexpr std::size_t kReadRoom = 32;
 struct Model {
   std::string text;                                ///< as it was read
   Arena arena;                                     ///< the lines that edits made
-  mutable LineList lines;                 ///< in the document's order; asking makes chains of them
+  mutable LineList lines;                          ///< in the document's order; asking makes chains of them
   std::vector<Part> parts = std::vector<Part>(1);  ///< the session, and section n as parts[n]
   std::size_t length = 0;                          ///< of the text as edited
   std::size_t linesRead = 0;
@@ -71,7 +71,9 @@ struct Model {
   mutable bool isRendered = true;
 
   // The request in hand.
-  std::vector<Before> before;  ///< its edits, to take them back
+  std::vector<Before> before;  ///< the lines that it replaced
+  std::vector<Index> removed;  ///< the lines that it took away
+  std::size_t lengthBefore = 0;
   std::vector<Addition> additions;
   std::vector<Index> chosen;  ///< the sections that it is about
   std::vector<Index> ports;   ///< by section: the one that it gets, or kNone
@@ -124,7 +126,7 @@ void forEach(const Model& model, const Part& part, Kinds kinds, Visit visit) {
 std::string_view nameOf(const Line& line);
 /// What stands behind its colon; nothing where there is none.
 std::optional<std::string_view> valueOf(const Line& line);
-/// The first field of that; empty where there is none.
+/// The first field of an attribute of a known name; empty where there is none.
 std::string_view firstFieldOf(const Line& line);
 
 /// To be called when lines of the session are about something else than before.

@@ -16,6 +16,8 @@
 namespace sdp::core {
 namespace {
 
+constexpr std::uint32_t kHighestPort = 65535;
+
 /// How many characters in front of the first colon there are, of at most kNameRoom; more when there is none.
 std::size_t beforeColon(const char* text) {
 #ifdef __SSE2__
@@ -70,14 +72,29 @@ const char* readLine(const char* begin, const char* textEnd, Line& line) {
   return lf != nullptr ? lf + 1 : textEnd;
 }
 
+/// A number up to 65535 that a text begins with.
+/// @return where it ends; its beginning where there is none
+const char* readPort(const char* at, const char* end, std::uint32_t& number) {
+  number = 0;
+  const char* const begin = at;
+  for (; at != end && sdpneg::isDigit(*at); ++at) {
+    number = number * 10 + static_cast<std::uint32_t>(*at - '0');
+    if (number > kHighestPort) return begin;
+  }
+  return at;
+}
+
 void readPortField(MLine& m) {
-  const std::size_t slash = m.port.find('/');
-  const std::optional<std::uint64_t> port = numberOf(m.port.substr(0, slash));
-  const std::optional<std::uint64_t> count =
-      slash == std::string_view::npos ? std::optional<std::uint64_t>(1) : numberOf(m.port.substr(slash + 1));
-  m.readable = port.has_value() && *port <= 65535 && count.has_value() && *count >= 1;
+  const char* const begin = m.port.data();
+  const char* const end = begin + m.port.size();
+  std::uint32_t number = 0;
+  const char* const at = readPort(begin, end, number);
+  if (at == begin || (at != end && *at != '/')) return;
+  std::optional<std::uint64_t> count = 1;
+  if (at != end) count = numberOf({at + 1, static_cast<std::size_t>(end - at - 1)});
+  m.readable = count.has_value() && *count >= 1;
   if (!m.readable) return;
-  m.portNumber = static_cast<std::uint16_t>(*port);
+  m.portNumber = static_cast<std::uint16_t>(number);
   m.portCount = *count;
 }
 

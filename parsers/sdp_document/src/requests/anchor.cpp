@@ -151,12 +151,12 @@ void Anchoring::setPorts() {
       const std::size_t slash = std::min(part.m.port.find('/'), part.m.port.size());
       setPort(model_, part, {Digits(port).view(), part.m.port.substr(slash)});
     }
-    forEach(model_, part, one(Kind::rtcp), [&](Index i) {
+    forEach(model_, part, kOfAddresses | one(Kind::rtcp), [&](Index i) {
+      if (model_.lines[i].kind != Kind::rtcp) return removeLine(model_, i);
       if (!valueOf(model_.lines[i])) return;
       if (port == kNone) return removeLine(model_, i);
       setRtcp(part, i, port);
     });
-    removeLines(model_, part, kOfAddresses);
   }
 }
 

@@ -38,7 +38,8 @@ void takeFormatsOut(Model& model, Part& section) {
                                [](const FormatEntry& entry) { return entry.chosen; });
   if (all) return;
   for (const FormatEntry& entry : table.entries) {
-    for (Index i = entry.chosen ? kNone : entry.firstLine; i != kNone; i = model.lines[i].next) removeLine(model, i);
+    for (Index i = entry.chosen ? kNone : entry.firstLine; i != kNone; i = model.lines[i].next)
+      removeLine(model, i);
   }
   writeFormats(model, section, [&table](LineWriter& line) {
     for (const Occurrence& occurrence : table.occurrences) {

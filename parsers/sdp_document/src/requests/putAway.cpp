@@ -123,6 +123,7 @@ void PuttingAway::finish() {
   for (const Group& group : table_.groups) {
     if (group.changed) writeGroup(group);
   }
+  table_.forget();
 }
 
 void PuttingAway::writeGroup(const Group& group) {

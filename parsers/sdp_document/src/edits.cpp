@@ -65,10 +65,15 @@ void store(Model& model, Index index, Line line) {
   if (line.kind == Kind::media) readMLine(model, partOf(model, index));
 }
 
-/// Where an edited text has outgrown the one that was read, it becomes the text.
-void settle(Model& model) {
+/// The lines that edits made take so much more than the text that it is to be put together anew.
+bool isOutgrown(const Model& model) { return model.arena.taken() > model.length + kLargestText / 1024; }
+
+/// The edited text becomes the text. Allocates nothing.
+/// @param spare has room for the text where the former one has not
+void settle(Model& model, std::string& spare) {
   render(model);
   model.text.swap(model.rendered);
+  if (model.rendered.capacity() < model.length) model.rendered.swap(spare);
   model.isRendered = false;
   model.arena.forgetAll();
   model.formats.forget();
@@ -173,11 +178,14 @@ void beginRequest(Model& model) {
   model.before.clear();
   model.additions.clear();
   model.explanation.clear();
-  if (model.arena.taken() > model.length + kLargestText / 1024) settle(model);
+  model.arenaBefore = model.arena.place();
 }
 
 void keepEdits(Model& model) {
-  if (model.before.empty() && model.additions.empty()) return;
+  if (model.before.empty() && model.additions.empty()) return model.arena.forgetSince(model.arenaBefore);
+  const bool outgrown = isOutgrown(model);
+  std::string spare;
+  if (outgrown && model.text.capacity() < model.length) spare.reserve(model.length);
   model.rendered.reserve(model.length);
   model.lines.reserve(model.lines.size() + model.additions.size());
   insertAdditions(model);
@@ -185,6 +193,8 @@ void keepEdits(Model& model) {
   model.sessionTrickles.reset();
   model.formats.forget();
   model.groups.forget();
+  // Not before the request: its arguments may be views into what is forgotten here.
+  if (outgrown) settle(model, spare);
 }
 
 void takeBackEdits(Model& model) {
@@ -197,6 +207,7 @@ void takeBackEdits(Model& model) {
   for (const Addition& addition : model.additions) model.length -= addition.line.whole().size();
   model.before.clear();
   model.additions.clear();
+  model.arena.forgetSince(model.arenaBefore);
   findSessionKinds(model);
   model.formats.forget();
   model.groups.forget();

@@ -84,12 +84,13 @@ class SDP_DOCUMENT_API Document {
   /// there is none.
   /// @param value nothing for an attribute without one
   /// @param name compared exactly
-  /// @return wrongText when name or value would not stay within the line, or the name has a blank or a colon
+  /// @return wrongText when name or value would not stay within the line, or the name has a blank or a colon; noSuchSection as
+  /// addAttribute
   Refusal setAttribute(std::uint32_t section, std::string_view name,
                        std::optional<std::string_view> value = std::nullopt) noexcept;
   /// Adds an attribute at the end of the section, or of the session as section 0: behind the last line that is not
   /// empty, with its line end.
-  /// @return wrongText as setAttribute
+  /// @return wrongText as setAttribute; noSuchSection also for a session without a line that is not empty
   Refusal addAttribute(std::uint32_t section, std::string_view name,
                        std::optional<std::string_view> value = std::nullopt) noexcept;
   /// Removes all attributes of a name from the section, or from the session as section 0. Without one nothing changes,

@@ -69,8 +69,8 @@ core::Index firstNamed(const Model& model, const Part& part, std::string_view na
 
 Reason add(Model& model, const Part& part, std::string_view name, std::optional<std::string_view> value) {
   if (!isAttributeName(name) || !staysInLine(value.value_or(""))) return Reason::wrongText;
-  core::addAtEnd(model, part, {"a=", name, value ? ":" : "", value.value_or("")});
-  return Reason::none;
+  const bool added = core::addAtEnd(model, part, {"a=", name, value ? ":" : "", value.value_or("")});
+  return added ? Reason::none : Reason::noSuchSection;
 }
 
 }  // namespace

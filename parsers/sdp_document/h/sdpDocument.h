@@ -9,15 +9,15 @@
 
 namespace sdp {
 
-/// An SDP body of any kind (RFC 4566), each line of which it keeps as it came. It is asked by views, and changed by
-/// the edits here and the requests of sdpDocumentRequests.h, which change the least bytes.
+/// An SDP body of any kind (RFC 4566), each line of which it keeps as it came. It is asked by views, and changed by the
+/// edits here and the requests of sdpDocumentRequests.h, which change the least bytes.
 ///
-/// A document is valid from its construction on, as an empty text. One that is used again allocates nothing once it
-/// has held a body of that size. Asking it uses tables of its own, so that a document is used by one thread at a time,
-/// also where it is const. Documents are independent: each thread may have its own.
+/// A document is valid from its construction on, as an empty text. One that is used again allocates nothing once it has
+/// held a body of that size. Asking it uses tables of its own, so that a document is used by one thread at a time, also
+/// where it is const. Documents are independent: each thread may have its own.
 ///
-/// Views (Session, Section and what these give) point into the document: they stay valid until the next edit, request or
-/// reading, also one that is refused, and until it is moved, assigned to or destroyed.
+/// Views (Session, Section and what these give) point into the document: they stay valid until the next edit, request
+/// or reading, also one that is refused, and until it is moved, assigned to or destroyed.
 class SDP_DOCUMENT_API Document {
  public:
   /// The most characters that a text may have.
@@ -55,9 +55,9 @@ class SDP_DOCUMENT_API Document {
   /// All sections in their order, unreadable ones included.
   Range<SectionCursor> sections() const noexcept;
 
-  /// What was last refused, for people: "section 1 (audio): no common codec: it has opus; kept would be PCMA". One line;
-  /// control characters of the body or of arguments are shown as `\x0a`. Never has keys. Empty when the last edit,
-  /// request or reading was not refused, and when memory ran out. Valid until the next.
+  /// What was last refused, for people: "section 1 (audio): no common codec: it has opus; kept would be PCMA". One
+  /// line; control characters of the body or of arguments are shown as `\x0a`. Never has keys. Empty when the last
+  /// edit, request or reading was not refused, and when memory ran out. Valid until the next.
   std::string_view explanation() const noexcept;
 
   // Edits of one section, counted from 1. What is refused changes nothing; all may return noMemory and textTooLong. An
@@ -72,8 +72,8 @@ class SDP_DOCUMENT_API Document {
   /// Takes formats as fields with a blank between, at least one. Attributes of formats stay.
   /// @return wrongText when there is none, or an end of a line among them
   Refusal setFormats(std::uint32_t section, std::string_view formats) noexcept;
-  /// Sets the c-line of a section, or of the session as section 0: the first is replaced, and where there is none one is
-  /// added behind the m-line and its i-lines, in the session in front of what stands behind a c-line there.
+  /// Sets the c-line of a section, or of the session as section 0: the first is replaced, and where there is none one
+  /// is added behind the m-line and its i-lines, in the session in front of what stands behind a c-line there.
   /// @param address a literal of either family (RFC 4566, section 5.7)
   /// @return wrongAddress when it is none; noSuchSection also for a session without a line
   Refusal setConnection(std::uint32_t section, std::string_view address) noexcept;
@@ -82,10 +82,10 @@ class SDP_DOCUMENT_API Document {
   Refusal setDirection(std::uint32_t section, Direction direction) noexcept;
   /// Sets the first attribute of a name, and adds one at the end of the section, or of the session as section 0, when
   /// there is none.
-  /// @param value nothing for an attribute without one
   /// @param name compared exactly
-  /// @return wrongText when name or value would not stay within the line, or the name has a blank or a colon; noSuchSection as
-  /// addAttribute
+  /// @param value nothing for an attribute without one
+  /// @return wrongText when name or value would not stay within the line, or the name has a blank or a colon;
+  /// noSuchSection as addAttribute
   Refusal setAttribute(std::uint32_t section, std::string_view name,
                        std::optional<std::string_view> value = std::nullopt) noexcept;
   /// Adds an attribute at the end of the section, or of the session as section 0: behind the last line that is not

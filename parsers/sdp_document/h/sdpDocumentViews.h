@@ -355,8 +355,8 @@ class SDP_DOCUMENT_API Section {
   std::optional<Connection> connection() const noexcept;
   /// Its first direction attribute's, else the session's, else sendrecv.
   Direction direction() const noexcept;
-  /// How its media are protected, by its transport and the keys that are there. Keys in SDES count in the section alone,
-  /// those of MIKEY and DTLS also in the session.
+  /// How its media are protected, by its transport and the keys that are there. Keys in SDES count in the section
+  /// alone, those of MIKEY and DTLS also in the session.
   Security security() const noexcept;
 
   /// Its formats, in the m-line's order; one that stands there twice is told twice.

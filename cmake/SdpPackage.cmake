@@ -1,5 +1,5 @@
-# What an installed library needs to be found: the exported targets, find_package(sdp_negotiator CONFIG) and
-# sdp_negotiator.pc. Works for relative and absolute CMAKE_INSTALL_LIBDIR and CMAKE_INSTALL_INCLUDEDIR.
+# What an installed library needs to be found: the exported targets, find_package(sdp_negotiator CONFIG),
+# sdp_negotiator.pc and sdp_document.pc. Works for relative and absolute CMAKE_INSTALL_LIBDIR and CMAKE_INSTALL_INCLUDEDIR.
 
 include(CMakePackageConfigHelpers)
 
@@ -87,8 +87,10 @@ foreach(part CODEC IP_ADDRESS TRACE) # users before what they use, for static li
 endforeach()
 # The prefix is known only at installation (cmake --install --prefix), so the last value is set then.
 set(SDP_PC_PREFIX "@CMAKE_INSTALL_PREFIX@")
-configure_file(${PROJECT_SOURCE_DIR}/cmake/sdp_negotiator.pc.in ${PROJECT_BINARY_DIR}/sdp_negotiator.pc.in @ONLY)
-install(CODE "configure_file(\"${PROJECT_BINARY_DIR}/sdp_negotiator.pc.in\"
-                             \"${PROJECT_BINARY_DIR}/sdp_negotiator.pc\" @ONLY)" COMPONENT development)
-install(FILES ${PROJECT_BINARY_DIR}/sdp_negotiator.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
-        COMPONENT development)
+foreach(package sdp_negotiator sdp_document)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/${package}.pc.in ${PROJECT_BINARY_DIR}/${package}.pc.in @ONLY)
+  install(CODE "configure_file(\"${PROJECT_BINARY_DIR}/${package}.pc.in\"
+                               \"${PROJECT_BINARY_DIR}/${package}.pc\" @ONLY)" COMPONENT development)
+  install(FILES ${PROJECT_BINARY_DIR}/${package}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+          COMPONENT development)
+endforeach()

@@ -1,4 +1,4 @@
-// An engine of a few lines: what a user of the installed libraries writes. It uses all four of them.
+// An engine of a few lines: what a user of the installed libraries writes. It uses all four behind `sdp_negotiator`.
 
 #include <sdpDataDefinitions.h>
 #include <sdpNegotiatorTrace.h>

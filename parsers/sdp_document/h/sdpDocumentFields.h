@@ -8,20 +8,26 @@
 namespace sdp {
 
 /// The fields of a text, which runs of blanks and tabs separate; blanks in front of the first and behind the last
-/// belong to none. A range of std::string_view.
+/// belong to none. A range of std::string_view, which are views into that text and live as long as it does.
 class Fields {
  public:
+  /// Goes from field to field.
   class Iterator {
    public:
+    /// @cond What every iterator has.
     using value_type = std::string_view;
     using difference_type = std::ptrdiff_t;
 
     Iterator() noexcept = default;
     explicit Iterator(std::string_view text) noexcept : rest_(text) { ++*this; }
+    /// @endcond
+
     /// The field; empty behind the last.
     std::string_view operator*() const noexcept { return field_; }
     /// What stands behind the field, with the blanks there.
     std::string_view rest() const noexcept { return rest_; }
+
+    /// @cond What every iterator has.
     Iterator& operator++() noexcept {
       field_ = takeField(rest_);
       return *this;
@@ -35,6 +41,7 @@ class Fields {
     bool operator==(const Iterator& other) const noexcept {
       return field_.data() == other.field_.data() && field_.size() == other.field_.size();
     }
+    /// @endcond
 
    private:
     std::string_view rest_;
@@ -55,10 +62,14 @@ class Fields {
   static bool isBlank(char c) noexcept { return c == ' ' || c == '\t'; }
 
   Fields() noexcept = default;
+  /// Of any text, for example of a value that an attribute has.
   explicit Fields(std::string_view text) noexcept : text_(text) {}
+  /// The first field; equal to end() where there is none.
   Iterator begin() const noexcept { return Iterator(text_); }
+  /// Behind the last field.
   static std::default_sentinel_t end() noexcept { return {}; }
-  /// The nth field, from 0; empty when there are fewer. They are counted from the first.
+  /// The nth field, from 0; empty when there are fewer. It is searched from the first on each time, so who wants many
+  /// goes through them.
   std::string_view operator[](std::size_t n) const noexcept {
     Iterator field = begin();
     for (; n != 0 && field != end(); --n) ++field;

@@ -6,23 +6,26 @@
 
 #include "sdpDocument.h"
 
-// Requests: what an engine does to a body, section by section. Each is done whole or changes nothing, and then tells why;
-// Document::explanation() has it in words.
-//
-// `media` selects the sections: audio, video, text, application, message or image, all, a number from 1, or mid=VALUE.
-// Empty is audio and video for what is about codecs, and all for the rest. What selects no section is no failure.
-// Disabled sections (port 0 without `a=bundle-only`) are left alone by all but setDirection, anchor and canonicalise;
-// unreadable ones by all.
-//
-// `list` names codecs, with commas between: NAME, NAME/CLOCK, NAME/CLOCK/CHANNELS, or a payload type.
-//
-// Arguments that fit no document are refused as wrongMedia, wrongCodecList and so on (Refusal::isOfArguments).
+/// @file
+/// Requests: what an engine does to a body, section by section. Each is done whole or changes nothing, and then tells
+/// why; Document::explanation() has it in words. Views of the document end with each.
+///
+/// `media` selects the sections: audio, video, text, application, message or image, all, a number from 1, or mid=VALUE.
+/// Empty is audio and video for what is about codecs, and all for the rest; `disable` wants one. What selects no
+/// section is no failure. Disabled sections (port 0 without `a=bundle-only`) are left alone by all but setDirection,
+/// anchor and canonicalise; unreadable ones by all.
+///
+/// `list` names codecs, with commas between: NAME, NAME/CLOCK, NAME/CLOCK/CHANNELS, or a payload type. Names compare
+/// without regard to case; clocks are in Hz.
+///
+/// Arguments that fit no document are refused as wrongMedia, wrongCodecList and so on (Refusal::isOfArguments). All may
+/// return noMemory and textTooLong.
 
 namespace sdp {
 
-/// Keeps the codecs that a list names, and what serves them: rtx with its payload, red with those that it carries, CN and
-/// telephone-event of a clock rate that is left. What goes takes its attributes along; a section without a codec is put
-/// away.
+/// Keeps the codecs that a list names, and what serves them: rtx with its payload, red with those that it carries, CN
+/// and telephone-event of a clock rate that is left. What goes takes its attributes along; a section without a codec is
+/// put away.
 /// @return noCommonCodec when no section with a port is left
 SDP_DOCUMENT_API Refusal keepCodecs(Document& document, std::string_view list,
                                     std::string_view media = {}) noexcept;
@@ -34,10 +37,10 @@ SDP_DOCUMENT_API Refusal dropCodecs(Document& document, std::string_view list,
 SDP_DOCUMENT_API Refusal orderCodecs(Document& document, std::string_view list,
                                      std::string_view media = {}) noexcept;
 
-/// Leads the media by way of one address, from a port on: c-lines, ports, `a=rtcp`; ICE and its candidates go. Members of
-/// one BUNDLE group with one port share one. The o-line stays.
-/// @param address a literal of either family
-/// @param port even, from 1024
+/// Leads the media by way of one address, from a port on: c-lines, ports, `a=rtcp`; ICE and its candidates go. Members
+/// of one BUNDLE group with one port share one. The o-line stays.
+/// @param address a literal of either family, without brackets or scope
+/// @param port even, from 1024; each section takes two, and two for each of its `/count`
 /// @return noPortLeft, unreadableSection or pathAttribute
 SDP_DOCUMENT_API Refusal anchor(Document& document, std::string_view address, std::uint16_t port) noexcept;
 
@@ -53,11 +56,11 @@ SDP_DOCUMENT_API Refusal makeOpportunistic(Document& document, std::string_view 
 /// @return differentTransports
 SDP_DOCUMENT_API Refusal makeSecureOnly(Document& document, std::string_view media = {}) noexcept;
 
-/// Dissolves BUNDLE groups (RFC 8843). Sections that were bundled only get the port of their group, so that two may then
-/// have one port: `anchor` is meant to follow.
+/// Dissolves BUNDLE groups (RFC 8843). Sections that were bundled only get the port of their group, so that two may
+/// then have one port: `anchor` is meant to follow.
 SDP_DOCUMENT_API Refusal unbundle(Document& document) noexcept;
 /// Removes attributes, from the session as well when all sections are selected. group, mid and bundle-only stay.
-/// @param names with commas between; one may end in `*`
+/// @param names with commas between; each may end in `*`, which stands for any characters
 SDP_DOCUMENT_API Refusal stripAttributes(Document& document, std::string_view names,
                                          std::string_view media = {}) noexcept;
 /// Gives sections a direction.
@@ -65,14 +68,15 @@ SDP_DOCUMENT_API Refusal setDirection(Document& document, Direction direction,
                                       std::string_view media = {}) noexcept;
 /// Puts sections away: port 0, out of their groups. In a BUNDLE group another member takes the port over.
 SDP_DOCUMENT_API Refusal disable(Document& document, std::string_view media) noexcept;
-/// Brings the text into the form on which all readers agree: CR LF, no empty lines, single blanks in m-lines, known words
-/// in their spelling. For texts from outside, before anything decides about them.
+/// Brings the text into the form on which all readers agree: CR LF, no empty lines, single blanks in m-lines, known
+/// words in their spelling. For texts from outside, before anything decides about them.
 /// @return nulCharacter, loneCarriageReturn, noLine, noVersionLine or unreadableSection
 SDP_DOCUMENT_API Refusal canonicalise(Document& document) noexcept;
 
-/// Does a request by its name and arguments, as policies and command lines have them: keep-codecs LIST [MEDIA], drop-codecs
-/// LIST [MEDIA], order-codecs LIST [MEDIA], anchor ADDRESS PORT, set-profile PROFILE [MEDIA], opportunistic [MEDIA],
-/// secure-only [MEDIA], unbundle, strip-attributes NAMES [MEDIA], direction DIRECTION [MEDIA], disable MEDIA, canonical.
+/// Does a request by its name and arguments, as policies and command lines have them: keep-codecs LIST [MEDIA],
+/// drop-codecs LIST [MEDIA], order-codecs LIST [MEDIA], anchor ADDRESS PORT, set-profile PROFILE [MEDIA], opportunistic
+/// [MEDIA], secure-only [MEDIA], unbundle, strip-attributes NAMES [MEDIA], direction DIRECTION [MEDIA], disable MEDIA,
+/// canonical.
 /// @param words the name, and the arguments behind it
 /// @return unknownRequest, argumentCount, or what the request returns
 SDP_DOCUMENT_API Refusal perform(Document& document, std::span<const std::string_view> words) noexcept;

@@ -17,8 +17,13 @@ struct Model;
 struct Part;
 }  // namespace core
 
-/// Who sends media (RFC 3264, section 5.1).
-enum class Direction : std::uint8_t { sendrecv, sendonly, recvonly, inactive };
+/// Who sends media, as seen by who wrote the body (RFC 3264, section 5.1).
+enum class Direction : std::uint8_t {
+  sendrecv,  ///< both; also what holds where nothing is said
+  sendonly,  ///< the writer only
+  recvonly,  ///< the reader only
+  inactive   ///< nobody
+};
 
 /// The word of a direction, as it stands in an attribute.
 SDP_DOCUMENT_API std::string_view textOf(Direction direction) noexcept;
@@ -55,9 +60,10 @@ struct Attribute {
 
 /// A bandwidth line (RFC 4566, section 5.8).
 struct Bandwidth {
-  std::string_view type;  ///< "AS", "TIAS"
-  std::optional<std::uint64_t>
-      value;  ///< as the type has it, kilobits a second for AS; nothing when it is no number
+  std::string_view type;  ///< "AS", "TIAS", "CT", ...
+  /// In the unit of the type: kilobits a second for AS and CT, bits a second for TIAS, RS and RR. Nothing when it is no
+  /// number.
+  std::optional<std::uint64_t> value;
 };
 
 /// What a c-line says (RFC 4566, section 5.7). A field that is not there is empty.
@@ -68,30 +74,33 @@ struct Connection {
 
 /// Where RTCP goes (RFC 3605).
 struct Rtcp {
-  std::optional<std::uint64_t> port;
-  std::string_view address;  ///< empty without one
+  std::optional<std::uint64_t> port;  ///< nothing when it is no number
+  std::string_view address;           ///< empty without one
 };
 
-/// The keys of a crypto attribute (RFC 4568).
+/// A crypto attribute (RFC 4568), without its keys, so that it may be logged. Section::attributes("crypto") has them.
 struct Crypto {
-  std::optional<std::uint64_t> tag;
-  std::string_view suite;
+  std::optional<std::uint64_t> tag;  ///< nothing when it is no number
+  std::string_view suite;            ///< "AES_CM_128_HMAC_SHA1_80"
 };
 
-/// What a payload type stands for. Numbers beyond their type are told as its largest.
+/// What a payload type stands for (RFC 4566, section 6). Numbers beyond their type are told as its largest.
 struct Encoding {
-  std::string_view name;
-  std::uint32_t clockRate;
-  std::uint32_t channels;  ///< 1 where none are told
+  std::string_view name;    ///< as it is written; names compare without regard to case
+  std::uint32_t clockRate;  ///< in Hz
+  std::uint32_t channels;   ///< 1 where none are told
 };
 
-/// A range that is asked of the document, without an allocation. Its elements stay valid until the next edit.
+/// A range that is asked of the document, without an allocation. It finds its elements while one goes through it, so
+/// each pass searches anew. They stay valid until the next edit, request or reading.
 /// @tparam Cursor finds one element after the other
 template <typename Cursor>
 class Range {
  public:
+  /// Goes from element to element. An input iterator: what it refers to is its own, and is replaced as it goes on.
   class Iterator {
    public:
+    /// @cond What every iterator has.
     using value_type = typename Cursor::Element;
     using difference_type = std::ptrdiff_t;
 
@@ -109,6 +118,7 @@ class Range {
       return before;
     }
     bool operator==(std::default_sentinel_t) const noexcept { return !left_; }
+    /// @endcond
 
    private:
     Cursor cursor_;
@@ -116,11 +126,17 @@ class Range {
     bool left_ = false;
   };
 
+  /// @cond Ranges are given by the document.
   explicit Range(Cursor cursor) noexcept : cursor_(cursor) {}
+  /// @endcond
+
+  /// The first element; equal to end() where there is none.
   Iterator begin() const noexcept { return Iterator(cursor_); }
+  /// Behind the last element.
   static std::default_sentinel_t end() noexcept { return {}; }
+  /// Whether it has no element.
   bool empty() const noexcept { return begin() == end(); }
-  /// How many elements it has; they are counted.
+  /// How many elements it has; they are counted each time.
   std::size_t size() const noexcept {
     std::size_t count = 0;
     for (Iterator element = begin(); element != end(); ++element) ++count;
@@ -134,10 +150,12 @@ class Range {
 /// Finds lines of the session or of a section.
 class SDP_DOCUMENT_API LineCursor {
  public:
+  /// @cond How a Range goes on; not for callers.
   using Element = Line;
   LineCursor() noexcept = default;
   LineCursor(const core::Model& model, const core::Part& part) noexcept;
   bool next(Line& line) noexcept;
+  /// @endcond
 
  private:
   const core::Model* model_ = nullptr;
@@ -148,11 +166,13 @@ class SDP_DOCUMENT_API LineCursor {
 /// Finds attributes, all or those of a name.
 class SDP_DOCUMENT_API AttributeCursor {
  public:
+  /// @cond How a Range goes on; not for callers.
   using Element = Attribute;
   AttributeCursor() noexcept = default;
   AttributeCursor(const core::Model& model, const core::Part& part,
                   std::optional<std::string_view> name) noexcept;
   bool next(Attribute& attribute) noexcept;
+  /// @endcond
 
  private:
   const core::Model* model_ = nullptr;
@@ -166,10 +186,12 @@ class SDP_DOCUMENT_API AttributeCursor {
 /// Finds bandwidth lines.
 class SDP_DOCUMENT_API BandwidthCursor {
  public:
+  /// @cond How a Range goes on; not for callers.
   using Element = Bandwidth;
   BandwidthCursor() noexcept = default;
   explicit BandwidthCursor(LineCursor lines) noexcept : lines_(lines) {}
   bool next(Bandwidth& bandwidth) noexcept;
+  /// @endcond
 
  private:
   LineCursor lines_;
@@ -178,10 +200,12 @@ class SDP_DOCUMENT_API BandwidthCursor {
 /// Finds crypto attributes.
 class SDP_DOCUMENT_API CryptoCursor {
  public:
+  /// @cond How a Range goes on; not for callers.
   using Element = Crypto;
   CryptoCursor() noexcept = default;
   explicit CryptoCursor(AttributeCursor attributes) noexcept : attributes_(attributes) {}
   bool next(Crypto& crypto) noexcept;
+  /// @endcond
 
  private:
   AttributeCursor attributes_;
@@ -190,10 +214,12 @@ class SDP_DOCUMENT_API CryptoCursor {
 /// Finds the feedback that a format may have (RFC 4585): of its own and of all formats, in the order of lines.
 class SDP_DOCUMENT_API FeedbackCursor {
  public:
+  /// @cond How a Range goes on; not for callers.
   using Element = std::string_view;
   FeedbackCursor() noexcept = default;
   FeedbackCursor(const core::Model& model, std::uint32_t own, std::uint32_t ofAll) noexcept;
   bool next(std::string_view& value) noexcept;
+  /// @endcond
 
  private:
   void skipOthers() noexcept;
@@ -203,26 +229,29 @@ class SDP_DOCUMENT_API FeedbackCursor {
   std::uint32_t ofAll_ = ~std::uint32_t{0};
 };
 
-/// A format of an m-line; in an RTP section a payload type, with what the section's attributes say of it.
+/// A format of an m-line; in an RTP section a payload type, with what the section's attributes say of it. In other
+/// sections only `format` is told.
 struct Format {
   std::string_view format;           ///< as it stands in the m-line
   std::optional<Encoding> encoding;  ///< of its rtpmap, else of RFC 3551's table; nothing when it is unknown
   std::optional<std::string_view> fmtp;  ///< what stands behind the payload type in its first fmtp
   std::optional<std::uint64_t> apt;      ///< the payload type that it repairs or carries (`apt` of its fmtp)
-  bool isCompanion = false;  ///< it serves other formats (rtx, red, CN, telephone-event and the like)
-  FeedbackCursor feedbackCursor;
+  bool isCompanion = false;       ///< it serves other formats (rtx, red, CN, telephone-event and the like)
+  FeedbackCursor feedbackCursor;  ///< what feedback() goes by
 
-  /// The values of its rtcp-fb attributes, those for `*` included.
+  /// The values of its rtcp-fb attributes ("nack pli"), those for `*` included.
   Range<FeedbackCursor> feedback() const noexcept { return Range<FeedbackCursor>(feedbackCursor); }
 };
 
 /// Finds the formats of a section.
 class SDP_DOCUMENT_API FormatCursor {
  public:
+  /// @cond How a Range goes on; not for callers.
   using Element = Format;
   FormatCursor() noexcept = default;
   FormatCursor(const core::Model& model, const core::Part& section) noexcept;
   bool next(Format& format) noexcept;
+  /// @endcond
 
  private:
   const core::Model* model_ = nullptr;
@@ -240,10 +269,12 @@ struct Group {
 /// Finds the groups of the session.
 class SDP_DOCUMENT_API GroupCursor {
  public:
+  /// @cond How a Range goes on; not for callers.
   using Element = Group;
   GroupCursor() noexcept = default;
   explicit GroupCursor(AttributeCursor attributes) noexcept : attributes_(attributes) {}
   bool next(Group& group) noexcept;
+  /// @endcond
 
  private:
   AttributeCursor attributes_;
@@ -253,19 +284,28 @@ class SDP_DOCUMENT_API GroupCursor {
 /// the document.
 class SDP_DOCUMENT_API Session {
  public:
+  /// @cond Views are given by the document.
   explicit Session(const core::Model& model) noexcept : model_(&model) {}
+  /// @endcond
 
+  /// All its lines, in their order and with their ends.
   Range<LineCursor> lines() const noexcept;
+  /// All its attributes, in their order.
   Range<AttributeCursor> attributes() const noexcept;
   /// The attributes of a name, which is compared exactly. The name must outlive the range.
   Range<AttributeCursor> attributes(std::string_view name) const noexcept;
-  /// The first attribute of a name.
+  /// The first attribute of a name; nothing where there is none.
   std::optional<Attribute> attribute(std::string_view name) const noexcept;
+  /// Whether an attribute of a name is there.
   bool has(std::string_view name) const noexcept;
+  /// Its b-lines, in their order; of two of one type the first counts.
   Range<BandwidthCursor> bandwidths() const noexcept;
 
+  /// Its first c-line.
   std::optional<Connection> connection() const noexcept;
+  /// Its first direction attribute.
   std::optional<Direction> direction() const noexcept;
+  /// Its groups (RFC 5888), in their order.
   Range<GroupCursor> groups() const noexcept;
 
  private:
@@ -279,15 +319,21 @@ class SDP_DOCUMENT_API Section {
  public:
   /// An unreadable section of no document.
   Section() noexcept;
+  /// @cond Views are given by the document.
   Section(const core::Model& model, const core::Part& section) noexcept : model_(&model), part_(&section) {}
+  /// @endcond
 
+  /// All its lines, the m-line first, in their order and with their ends.
   Range<LineCursor> lines() const noexcept;
+  /// All its attributes, in their order, and none of the session's.
   Range<AttributeCursor> attributes() const noexcept;
   /// The attributes of a name, which is compared exactly. The name must outlive the range.
   Range<AttributeCursor> attributes(std::string_view name) const noexcept;
-  /// The first attribute of a name.
+  /// The first attribute of a name; nothing where there is none.
   std::optional<Attribute> attribute(std::string_view name) const noexcept;
+  /// Whether an attribute of a name is there.
   bool has(std::string_view name) const noexcept;
+  /// Its b-lines, in their order; of two of one type the first counts.
   Range<BandwidthCursor> bandwidths() const noexcept;
 
   /// Its number in the document, from 1.
@@ -298,11 +344,11 @@ class SDP_DOCUMENT_API Section {
   /// changes such a section.
   bool readable() const noexcept;
 
-  std::string_view media() const noexcept;
-  std::uint16_t port() const noexcept;
-  std::uint64_t portCount() const noexcept;  ///< 1 without a count
-  std::string_view transport() const noexcept;
-  bool isRtp() const noexcept;
+  std::string_view media() const noexcept;      ///< "audio", as it is written
+  std::uint16_t port() const noexcept;          ///< from 0 to 65535
+  std::uint64_t portCount() const noexcept;     ///< 1 without a count
+  std::string_view transport() const noexcept;  ///< "UDP/TLS/RTP/SAVPF", as it is written
+  bool isRtp() const noexcept;                  ///< `RTP/` stands in its transport
   /// Port 0 without `a=bundle-only`.
   bool disabled() const noexcept;
 
@@ -310,10 +356,13 @@ class SDP_DOCUMENT_API Section {
   std::optional<Connection> connection() const noexcept;
   /// Its first direction attribute's, else the session's, else sendrecv.
   Direction direction() const noexcept;
+  /// How its media are protected, by its transport and the keys that are there. Keys in SDES count in the section
+  /// alone, those of MIKEY and DTLS also in the session.
   Security security() const noexcept;
 
+  /// Its formats, in the m-line's order; one that stands there twice is told twice.
   Range<FormatCursor> formats() const noexcept;
-  /// The format of a payload type.
+  /// The first format that is this text ("111"); payload types compare as texts, so "08" is not "8".
   std::optional<Format> format(std::string_view payloadType) const noexcept;
 
   std::string_view mid() const noexcept;    ///< RFC 5888; empty without one
@@ -321,8 +370,10 @@ class SDP_DOCUMENT_API Section {
   bool bundleOnly() const noexcept;         ///< RFC 8843
   /// The number, from 0 among all groups of the session, of the first BUNDLE group that names its mid.
   std::optional<std::uint32_t> bundle() const noexcept;
+  /// Its `a=rtcp`; nothing without one.
   std::optional<Rtcp> rtcp() const noexcept;
   bool rtcpMux() const noexcept;  ///< RFC 5761
+  /// Its crypto attributes: tags and suites, no keys.
   Range<CryptoCursor> crypto() const noexcept;
   /// The name of the hash of its fingerprint or the session's (RFC 8122); empty without one.
   std::string_view fingerprintHash() const noexcept;
@@ -330,6 +381,7 @@ class SDP_DOCUMENT_API Section {
   std::string_view setup() const noexcept;
   /// An ice-ufrag stands in it or in the session (RFC 8839).
   bool hasIce() const noexcept;
+  /// How many candidate attributes it has (RFC 8839); the session has none.
   std::size_t candidateCount() const noexcept;
   /// An ice-options attribute of it or of the session has the word "trickle" (RFC 8840).
   bool trickles() const noexcept;
@@ -342,10 +394,12 @@ class SDP_DOCUMENT_API Section {
 /// Finds the sections of a document.
 class SDP_DOCUMENT_API SectionCursor {
  public:
+  /// @cond How a Range goes on; not for callers.
   using Element = Section;
   SectionCursor() noexcept = default;
   explicit SectionCursor(const core::Model& model) noexcept : model_(&model) {}
   bool next(Section& section) noexcept;
+  /// @endcond
 
  private:
   const core::Model* model_ = nullptr;

@@ -14,29 +14,39 @@ class Arena {
  public:
   /// Room for a text of that many characters.
   char* room(std::size_t size) {
-    while (chunk_ < chunks_.size() && chunks_[chunk_].size - used_ < size) {
-      ++chunk_;
-      used_ = 0;
+    while (place_.chunk < chunks_.size() && chunks_[place_.chunk].size - place_.used < size) {
+      ++place_.chunk;
+      place_.used = 0;
     }
-    if (chunk_ == chunks_.size()) {
-      const std::size_t fresh = std::max(size, kSmallest << std::min<std::size_t>(chunk_, kDoublings));
+    if (place_.chunk == chunks_.size()) {
+      const std::size_t fresh = std::max(size, kSmallest << std::min<std::size_t>(place_.chunk, kDoublings));
       // One more, so that no text ends where another memory's first begins.
       chunks_.push_back({std::make_unique_for_overwrite<char[]>(fresh + 1), fresh});
-      used_ = 0;
+      place_.used = 0;
     }
-    char* const place = chunks_[chunk_].memory.get() + used_;
-    used_ += size;
-    taken_ += size;
+    char* const place = chunks_[place_.chunk].memory.get() + place_.used;
+    place_.used += size;
+    place_.taken += size;
     return place;
   }
   /// What the last text does not need of its room.
   void giveBack(std::size_t size) {
-    used_ -= size;
-    taken_ -= size;
+    place_.used -= size;
+    place_.taken -= size;
   }
   /// How much all texts take.
-  std::size_t taken() const { return taken_; }
-  void forgetAll() { chunk_ = used_ = taken_ = 0; }
+  std::size_t taken() const { return place_.taken; }
+  void forgetAll() { place_ = {}; }
+
+  /// How far the room is taken.
+  struct Place {
+    std::size_t chunk = 0;  ///< the one in use
+    std::size_t used = 0;   ///< of it
+    std::size_t taken = 0;  ///< by all texts
+  };
+  Place place() const { return place_; }
+  /// Forgets the texts that were made since.
+  void forgetSince(const Place& place) { place_ = place; }
 
  private:
   static constexpr std::size_t kSmallest = 4096;
@@ -47,9 +57,7 @@ class Arena {
     std::size_t size;
   };
   std::vector<Chunk> chunks_;
-  std::size_t chunk_ = 0;  ///< the one in use
-  std::size_t used_ = 0;   ///< of it
-  std::size_t taken_ = 0;
+  Place place_;
 };
 
 }  // namespace sdp::core

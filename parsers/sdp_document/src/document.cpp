@@ -21,7 +21,9 @@ const core::Model& emptyModel() noexcept {
 static_assert(Document::kMaximumLength == core::kLargestText);
 
 const core::Model& DocumentAccess::model(const Document& document) noexcept {
-  return document.model_ != nullptr ? *document.model_ : emptyModel();
+  if (document.model_ == nullptr) return emptyModel();
+  core::insertAdditions(*document.model_);
+  return *document.model_;
 }
 
 core::Model* DocumentAccess::changeable(Document& document) noexcept {

@@ -63,14 +63,23 @@ void store(Model& model, Index index, Line line) {
   line.added = place.added;
   place = line;
   // The fields of an m-line are views into it.
-  if (line.kind == Kind::media) readMLine(model, partOf(model, index));
+  if (line.kind == Kind::media) {
+    readMLine(model, partOf(model, index));
+    reserveForFormats(model, partOf(model, index));
+  }
+  if (line.kind == Kind::group) reserveForGroup(model, line);
 }
 
-/// Where an edited text has outgrown the one that was read, it becomes the text.
-void settle(Model& model) {
+/// The lines that edits made take so much more than the text that it is to be put together anew.
+bool isOutgrown(const Model& model) { return model.arena.taken() > model.length + kLargestText / 1024; }
+
+/// The edited text becomes the text. Allocates nothing.
+/// @param spare has room for the text where the former one has not
+void settle(Model& model, std::string& spare) {
   render(model);
   model.text.swap(model.rendered);
   model.text.append(kReadRoom, '\0');
+  if (model.rendered.capacity() < model.length + kReadRoom) model.rendered.swap(spare);
   model.isRendered = false;
   model.arena.forgetAll();
   model.formats.forget();
@@ -84,15 +93,29 @@ void settle(Model& model) {
   for (std::size_t n = 1; n < model.parts.size(); ++n) readMLine(model, model.parts[n]);
 }
 
-/// Puts the additions into the index, from its end to its beginning.
+/// Room for a text that grows bit by bit.
+void reserve(std::string& text, std::size_t size) {
+  if (size > text.capacity()) text.reserve(std::max(size, text.capacity() + text.capacity() / 2));
+}
+
+}  // namespace
+
 void insertAdditions(Model& model) {
   std::size_t left = model.additions.size();
+  if (left == 0) return;
+  std::sort(model.additions.begin(), model.additions.end(), [](const Addition& a, const Addition& b) {
+    return a.behind != b.behind ? a.behind < b.behind : a.order < b.order;
+  });
+  model.groups.forget();
+  model.formats.forget();
+  // From the end to the beginning, so that each line moves once.
   std::size_t from = model.lines.size();
   model.lines.grow(left);
   std::size_t to = model.lines.size();
-  for (std::size_t n = model.parts.size(); n-- > 0;) {
+  for (std::size_t n = model.parts.size(); n-- > 0 && left != 0;) {
     Part& part = model.parts[n];
-    const auto first = part.first;
+    const Index first = part.first;
+    part.hasAdditions = false;
     part.end += static_cast<Index>(left);
     while (from > first) {
       while (left != 0 && model.additions[left - 1].behind == from - 1) {
@@ -103,9 +126,9 @@ void insertAdditions(Model& model) {
     }
     part.first += static_cast<Index>(left);
   }
+  model.additions.clear();
+  findSessionKinds(model);
 }
-
-}  // namespace
 
 void replaceLine(Model& model, Index line, Pieces content) {
   store(model, line, makeLine(model, content, model.lines[line].end()));
@@ -122,9 +145,11 @@ void removeLines(Model& model, const Part& part, Kinds kinds) {
 void addBehind(Model& model, Index line, Pieces content) {
   if (!model.lines[line].endsInLf()) endLine(model, line, kCrLf);
   Line added = makeLine(model, content, model.lines[line].end());
+  if (added.kind == Kind::group) reserveForGroup(model, added);
   added.added = 1;
   model.length += added.whole().size();
-  model.additions.push_back({line, added});
+  model.additions.push_back({line, static_cast<Index>(model.additions.size()), added});
+  partOf(model, line).hasAdditions = true;
 }
 
 void setPort(Model& model, Part& section, Pieces port) {
@@ -164,26 +189,32 @@ void LineWriter::finish() {
   store(model_, line_, lineOf(begin_, length, end.size()));
 }
 
-void beginRequest(Model& model) {
+void beginEdit(Model& model) {
   model.before.clear();
   model.removed.clear();
-  model.additions.clear();
   model.explanation.clear();
   model.lengthBefore = model.length;
-  if (model.arena.taken() > model.length + kLargestText / 1024) settle(model);
+  model.additionsBefore = model.additions.size();
+  model.arenaBefore = model.arena.place();
 }
 
 void keepEdits(Model& model) {
-  if (model.before.empty() && model.removed.empty() && model.additions.empty()) return;
-  model.rendered.reserve(model.length);
-  model.lines.reserve(model.lines.size() + model.additions.size());
-  if (!model.additions.empty()) {
-    model.groups.forget();
-    insertAdditions(model);
+  if (model.before.empty() && model.removed.empty() && model.additions.size() == model.additionsBefore) {
+    return model.arena.forgetSince(model.arenaBefore);
   }
+  const bool outgrown = isOutgrown(model);
+  std::string spare;
+  if (outgrown && model.text.capacity() < model.length + kReadRoom) spare.reserve(model.length + kReadRoom);
+  reserve(model.rendered, model.length + kReadRoom);
+  model.lines.reserve(model.lines.size() + model.additions.size());
   model.isRendered = false;
   model.sessionTrickles.reset();
   model.formats.forget();
+  // Not before the request: its arguments may be views into what is forgotten here.
+  if (outgrown) {
+    insertAdditions(model);
+    settle(model, spare);
+  }
 }
 
 void takeBackEdits(Model& model) {
@@ -195,7 +226,8 @@ void takeBackEdits(Model& model) {
   model.length = model.lengthBefore;
   model.before.clear();
   model.removed.clear();
-  model.additions.clear();
+  model.additions.resize(model.additionsBefore);
+  model.arena.forgetSince(model.arenaBefore);
   findSessionKinds(model);
   model.formats.forget();
   model.groups.forget();

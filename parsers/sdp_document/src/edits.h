@@ -31,8 +31,7 @@ inline void removeLine(Model& model, Index line) {
 }
 /// Takes away the lines of a part that are of one of the kinds.
 void removeLines(Model& model, const Part& part, Kinds kinds);
-/// Puts a line behind another, with the line end of that. Additions are made in the order of lines, and take effect
-/// when the request is done.
+/// Puts a line behind another, with the line end of that. It takes its place in the index when insertAdditions is called.
 void addBehind(Model& model, Index line, Pieces content);
 /// Gives a line another end.
 void endLine(Model& model, Index line, std::string_view end);
@@ -62,7 +61,10 @@ class LineWriter {
 
 // --- requests --------------------------------------------------------------------------------------------
 
-void beginRequest(Model& model);
+/// Puts the lines that edits added into the index. Allocates nothing.
+void insertAdditions(Model& model);
+
+void beginEdit(Model& model);
 /// Keeps what the request did.
 void keepEdits(Model& model);
 void takeBackEdits(Model& model);
@@ -73,7 +75,7 @@ template <typename Request>
 Refusal perform(Model& model, Request request) noexcept {
   Refusal refusal;
   try {
-    beginRequest(model);
+    beginEdit(model);
     refusal = request();
     if (!refusal && model.length > kLargestText) refusal.reason = Reason::textTooLong;
     if (!refusal) {

@@ -118,8 +118,8 @@ Role roleOf(std::string_view encodingName) {
 
 void FormatTable::reserve(std::size_t formats) {
   entries.reserve(formats);
+  slots_.reserve(formats);
   occurrences.reserve(formats);
-  if (formats > kShortTexts) slots_.reserve(formats);
 }
 
 FormatTable::Payload FormatTable::takePayload(std::string_view& text) {

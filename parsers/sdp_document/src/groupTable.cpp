@@ -2,18 +2,22 @@
 
 #include "groupTable.h"
 
+#include <algorithm>
+
 #include "fieldReader.h"
 #include "model.h"
 
 namespace sdp::core {
 
 void GroupTable::reserve(std::size_t memberCount, std::size_t sections) {
-  members.reserve(memberCount);
-  mids.reserve(memberCount);
-  groups.reserve(memberCount);
-  slots_.reserve(memberCount);
   sectionMids.reserve(sections + 1);
   nextSectionsOfMid.reserve(sections + 1);
+  if (memberCount <= groups.capacity()) return;
+  const std::size_t most = std::max(memberCount, 2 * groups.capacity());
+  members.reserve(most);
+  mids.reserve(most);
+  slots_.reserve(most);
+  groups.reserve(most);
 }
 
 Index GroupTable::midOf(const Model& model, const Part& section) const {

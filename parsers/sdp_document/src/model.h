@@ -37,6 +37,7 @@ struct Part {
   Index end = 0;     ///< behind its last line
   Index number = 0;  ///< of a section's m-line, from 1, as the text was read
   Kinds kinds = 0;   ///< of its lines; those of lines that are gone may be among them
+  bool hasAdditions = false;
   MLine m;
 };
 
@@ -49,6 +50,7 @@ struct Before {
 /// A line that is to stand behind another.
 struct Addition {
   Index behind;
+  Index order;  ///< of those behind one line
   Line line;
 };
 
@@ -62,6 +64,7 @@ struct Model {
   std::vector<Part> parts = std::vector<Part>(1);  ///< the session, and section n as parts[n]
   std::size_t length = 0;                          ///< of the text as edited
   std::size_t linesRead = 0;
+  std::size_t mostMids = 0;  ///< that the lines of groups can name
 
   mutable std::array<Index, kKinds> sessionFirst{};  ///< where a kind may first stand in the session
   mutable std::optional<bool> sessionTrickles;
@@ -74,7 +77,9 @@ struct Model {
   std::vector<Before> before;  ///< the lines that it replaced
   std::vector<Index> removed;  ///< the lines that it took away
   std::size_t lengthBefore = 0;
-  std::vector<Addition> additions;
+  std::size_t additionsBefore = 0;
+  Arena::Place arenaBefore;
+  std::vector<Addition> additions;  ///< they stay until somebody wants to see the lines in their order
   std::vector<Index> chosen;  ///< the sections that it is about
   std::vector<Index> ports;   ///< by section: the one that it gets, or kNone
   LeaderTable leaders;
@@ -97,6 +102,8 @@ void read(Model& model, std::string_view text);
 
 /// Makes room for what may be asked of a model, so that asking allocates nothing.
 void reserveForQuestions(Model& model);
+void reserveForFormats(Model& model, const Part& section);
+void reserveForGroup(Model& model, const Line& line);
 
 /// The text with all edits.
 std::string_view render(const Model& model);

@@ -145,19 +145,23 @@ void read(Model& model, std::string_view text) {
   reserveForQuestions(model);
 }
 
+void reserveForFormats(Model& model, const Part& section) {
+  const std::string_view formats = section.m.formats;
+  if (formats.size() / 2 >= model.formats.room()) model.formats.reserve(formatCount(formats));
+}
+
+void reserveForGroup(Model& model, const Line& line) {
+  model.mostMids += line.length / 2;
+  model.groups.reserve(model.mostMids, model.sectionCount());
+}
+
 void reserveForQuestions(Model& model) {
   model.formats.forget();
   model.groups.forget();
-  std::size_t formats = 0;
-  for (std::size_t n = 1; n < model.parts.size(); ++n) {
-    const std::string_view text = model.parts[n].m.formats;
-    if (text.size() / 2 >= model.formats.room()) formats = std::max(formats, formatCount(text));
-  }
-  model.formats.reserve(formats);
-  std::size_t mids = 0;
-  forEach(model, model.session(), one(Kind::group), [&](Index i) { mids += model.lines[i].length / 2; });
-  model.groups.reserve(mids, mids == 0 ? 0 : model.sectionCount());
-  model.rendered.reserve(model.length);
+  for (std::size_t n = 1; n < model.parts.size(); ++n) reserveForFormats(model, model.parts[n]);
+  model.mostMids = 0;
+  forEach(model, model.session(), one(Kind::group), [&](Index i) { reserveForGroup(model, model.lines[i]); });
+  model.rendered.reserve(model.length + kReadRoom);
 }
 
 }  // namespace sdp::core

@@ -26,13 +26,27 @@ bool isAttributeName(std::string_view name) {
   return isField(name) && name.find(':') == std::string_view::npos;
 }
 
-/// Does an edit of a readable section, or of the session as section 0 where that is allowed.
+/// What an edit is about.
+enum class Of : std::uint8_t {
+  section,
+  sectionOrSession,  ///< the session is section 0
+  endOfEither        ///< lines that were added there are still to take their places
+};
+
+/// Does an edit of a readable section or of the session. Lines that edits of other sections added stay where they are,
+/// so that a chain of edits moves each line once.
 /// @param edit called with the model and the part; returns why it cannot be done
 template <typename Edit>
-Refusal performOn(Document& document, std::uint32_t section, bool sessionToo, Edit edit) noexcept {
-  return DocumentAccess::perform(document, [&](Model& model) {
+Refusal performOn(Document& document, std::uint32_t section, Of of, Edit edit) noexcept {
+  Model* const changed = DocumentAccess::changeable(document);
+  if (changed == nullptr) return {.reason = Reason::noMemory};
+  if (of != Of::endOfEither && section <= changed->sectionCount() && changed->parts[section].hasAdditions) {
+    core::insertAdditions(*changed);
+  }
+  return core::perform(*changed, [&] {
+    Model& model = *changed;
     Refusal refusal;
-    if (section > model.sectionCount() || (section == 0 && !sessionToo)) {
+    if (section > model.sectionCount() || (section == 0 && of == Of::section)) {
       refusal.reason = Reason::noSuchSection;
     } else {
       Part& part = model.parts[section];
@@ -69,14 +83,14 @@ core::Index firstNamed(const Model& model, const Part& part, std::string_view na
 
 Reason add(Model& model, const Part& part, std::string_view name, std::optional<std::string_view> value) {
   if (!isAttributeName(name) || !staysInLine(value.value_or(""))) return Reason::wrongText;
-  core::addAtEnd(model, part, {"a=", name, value ? ":" : "", value.value_or("")});
-  return Reason::none;
+  const bool added = core::addAtEnd(model, part, {"a=", name, value ? ":" : "", value.value_or("")});
+  return added ? Reason::none : Reason::noSuchSection;
 }
 
 }  // namespace
 
 Refusal Document::setPort(std::uint32_t section, std::uint16_t port) noexcept {
-  return performOn(*this, section, false, [port](Model& model, Part& part) {
+  return performOn(*this, section, Of::section, [port](Model& model, Part& part) {
     char digits[8];
     const auto end = std::to_chars(digits, digits + sizeof digits, port);
     const std::size_t slash = std::min(part.m.port.find('/'), part.m.port.size());
@@ -87,7 +101,7 @@ Refusal Document::setPort(std::uint32_t section, std::uint16_t port) noexcept {
 }
 
 Refusal Document::setTransport(std::uint32_t section, std::string_view transport) noexcept {
-  return performOn(*this, section, false, [transport](Model& model, Part& part) {
+  return performOn(*this, section, Of::section, [transport](Model& model, Part& part) {
     if (!isField(transport)) return Reason::wrongText;
     core::setTransport(model, part, transport);
     return Reason::none;
@@ -95,7 +109,7 @@ Refusal Document::setTransport(std::uint32_t section, std::string_view transport
 }
 
 Refusal Document::setFormats(std::uint32_t section, std::string_view formats) noexcept {
-  return performOn(*this, section, false, [formats](Model& model, Part& part) {
+  return performOn(*this, section, Of::section, [formats](Model& model, Part& part) {
     if (core::firstField(formats).empty() || !staysInLine(formats)) return Reason::wrongText;
     const std::string_view content = model.lines[part.first].content();
     const auto begin = static_cast<std::size_t>(part.m.formats.data() - content.data());
@@ -112,7 +126,7 @@ Refusal Document::setFormats(std::uint32_t section, std::string_view formats) no
 }
 
 Refusal Document::setConnection(std::uint32_t section, std::string_view address) noexcept {
-  return performOn(*this, section, true, [address](Model& model, Part& part) {
+  return performOn(*this, section, Of::sectionOrSession, [address](Model& model, Part& part) {
     const std::optional<core::AddressLiteral> literal = core::addressLiteralOf(address);
     if (!literal) return Reason::wrongAddress;
     const core::Pieces content = {"c=IN ", literal->type, " ", literal->text};
@@ -131,7 +145,7 @@ Refusal Document::setConnection(std::uint32_t section, std::string_view address)
 }
 
 Refusal Document::setDirection(std::uint32_t section, Direction direction) noexcept {
-  return performOn(*this, section, false, [direction](Model& model, Part& part) {
+  return performOn(*this, section, Of::section, [direction](Model& model, Part& part) {
     core::setDirectionOf(model, part, direction);
     return Reason::none;
   });
@@ -139,7 +153,7 @@ Refusal Document::setDirection(std::uint32_t section, Direction direction) noexc
 
 Refusal Document::setAttribute(std::uint32_t section, std::string_view name,
                                std::optional<std::string_view> value) noexcept {
-  return performOn(*this, section, true, [&](Model& model, Part& part) {
+  return performOn(*this, section, Of::sectionOrSession, [&](Model& model, Part& part) {
     const core::Index first = firstNamed(model, part, name);
     if (first == kNone) return add(model, part, name, value);
     if (!staysInLine(value.value_or(""))) return Reason::wrongText;
@@ -150,12 +164,12 @@ Refusal Document::setAttribute(std::uint32_t section, std::string_view name,
 
 Refusal Document::addAttribute(std::uint32_t section, std::string_view name,
                                std::optional<std::string_view> value) noexcept {
-  return performOn(*this, section, true,
+  return performOn(*this, section, Of::endOfEither,
                    [&](Model& model, Part& part) { return add(model, part, name, value); });
 }
 
 Refusal Document::removeAttributes(std::uint32_t section, std::string_view name) noexcept {
-  return performOn(*this, section, true, [&](Model& model, Part& part) {
+  return performOn(*this, section, Of::sectionOrSession, [&](Model& model, Part& part) {
     core::forEach(model, part, ~(core::one(Kind::attribute) - 1), [&](core::Index i) {
       if (core::nameOf(model.lines[i]) == name) core::removeLine(model, i);
     });

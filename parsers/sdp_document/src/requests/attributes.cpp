@@ -74,11 +74,13 @@ void setDirectionOf(Model& model, const Part& section, Direction direction) {
   if (model.lines[first].content().substr(2) != word) replaceLine(model, first, {"a=", word});
 }
 
-void addAtEnd(Model& model, const Part& part, std::initializer_list<std::string_view> content) {
+bool addAtEnd(Model& model, const Part& part, std::initializer_list<std::string_view> content) {
   Index last = part.end;
   while (last > part.first && (model.lines[last - 1].gone != 0 || model.lines[last - 1].kind == Kind::empty))
     --last;
-  if (last > part.first) addBehind(model, last - 1, content);
+  if (last == part.first) return false;
+  addBehind(model, last - 1, content);
+  return true;
 }
 
 }  // namespace sdp::core

@@ -42,7 +42,7 @@ Refusal disable(Model& model, const Selection& selection);
 Refusal canonicalise(Model& model);
 
 /// Adds a line behind the last of a part that is not empty.
-void addAtEnd(Model& model, const Part& part, std::initializer_list<std::string_view> content);
+bool addAtEnd(Model& model, const Part& part, std::initializer_list<std::string_view> content);
 
 }  // namespace sdp::core
 

@@ -62,12 +62,42 @@ void store(Model& model, Index index, Line line) {
   model.length -= place.whole().size();
   line.added = place.added;
   place = line;
-  // The fields of an m-line are views into it.
-  if (line.kind == Kind::media) {
-    readMLine(model, partOf(model, index));
-    reserveForFormats(model, partOf(model, index));
-  }
   if (line.kind == Kind::group) reserveForGroup(model, line);
+}
+
+/// Stores a line whose fields may be others than before: those of an m-line are views into it.
+void storeAnew(Model& model, Index index, const Line& line) {
+  store(model, index, line);
+  if (line.kind != Kind::media) return;
+  Part& section = partOf(model, index);
+  readMLine(model, section);
+  reserveForFormats(model, section);
+}
+
+/// Gives one field of an m-line another text. The other fields are where they were, before it or behind it.
+void replaceField(Model& model, Part& section, std::string_view& field, Pieces text) {
+  const std::string_view content = model.lines[section.first].content();
+  const auto begin = static_cast<std::size_t>(field.data() - content.data());
+  const std::string_view end = model.lines[section.first].end();
+  const std::size_t size = sizeOf(text);
+  const std::size_t length = content.size() - field.size() + size;
+  char* const line = model.arena.room(length + end.size());
+  char* at = put(line, content.substr(0, begin));
+  for (const std::string_view piece : text) at = put(at, piece);
+  put(put(at, content.substr(begin + field.size())), end);
+  const char* const behind = field.data();
+  const std::size_t fieldSize = field.size();
+  MLine& m = section.m;
+  for (std::string_view* view : {&m.media, &m.port, &m.transport, &m.formats}) {
+    const auto offset = static_cast<std::size_t>(view->data() - content.data());
+    const bool isBehind = view->data() > behind;
+    const std::size_t now = isBehind ? offset - fieldSize + size : offset;
+    *view = {line + now, view == &field ? size : view->size()};
+  }
+  Line made = model.lines[section.first];
+  made.begin = line;
+  made.length = static_cast<Index>(length);
+  store(model, section.first, made);
 }
 
 /// The lines that edits made take so much more than the text that it is to be put together anew.
@@ -131,11 +161,11 @@ void insertAdditions(Model& model) {
 }
 
 void replaceLine(Model& model, Index line, Pieces content) {
-  store(model, line, makeLine(model, content, model.lines[line].end()));
+  storeAnew(model, line, makeLine(model, content, model.lines[line].end()));
 }
 
 void endLine(Model& model, Index line, std::string_view end) {
-  store(model, line, makeLine(model, {model.lines[line].content()}, end));
+  storeAnew(model, line, makeLine(model, {model.lines[line].content()}, end));
 }
 
 void removeLines(Model& model, const Part& part, Kinds kinds) {
@@ -153,20 +183,12 @@ void addBehind(Model& model, Index line, Pieces content) {
 }
 
 void setPort(Model& model, Part& section, Pieces port) {
-  const std::string_view content = model.lines[section.first].content();
-  const auto begin = static_cast<std::size_t>(section.m.port.data() - content.data());
-  LineWriter line(model, section.first, content.size() + sizeOf(port));
-  line.add(content.substr(0, begin));
-  for (const std::string_view piece : port) line.add(piece);
-  line.add(content.substr(begin + section.m.port.size())).finish();
+  replaceField(model, section, section.m.port, port);
+  readPortField(section.m);
 }
 
 void setTransport(Model& model, Part& section, std::string_view transport) {
-  if (section.m.transport == transport) return;
-  const std::string_view content = model.lines[section.first].content();
-  const auto begin = static_cast<std::size_t>(section.m.transport.data() - content.data());
-  replaceLine(model, section.first,
-              {content.substr(0, begin), transport, content.substr(begin + section.m.transport.size())});
+  if (section.m.transport != transport) replaceField(model, section, section.m.transport, {transport});
 }
 
 LineWriter::LineWriter(Model& model, Index line, std::size_t room)
@@ -186,7 +208,7 @@ void LineWriter::finish() {
   const auto length = static_cast<std::size_t>(end_ - begin_);
   add(end);
   model_.arena.giveBack(room_ - length - end.size());
-  store(model_, line_, lineOf(begin_, length, end.size()));
+  storeAnew(model_, line_, lineOf(begin_, length, end.size()));
 }
 
 void beginEdit(Model& model) {

@@ -80,8 +80,8 @@ struct Model {
   std::size_t additionsBefore = 0;
   Arena::Place arenaBefore;
   std::vector<Addition> additions;  ///< they stay until somebody wants to see the lines in their order
-  std::vector<Index> chosen;  ///< the sections that it is about
-  std::vector<Index> ports;   ///< by section: the one that it gets, or kNone
+  std::vector<Index> chosen;        ///< the sections that it is about
+  std::vector<Index> ports;         ///< by section: the one that it gets, or kNone
   LeaderTable leaders;
   std::vector<Index> leading;  ///< by group
   std::vector<GroupTransport> transports;
@@ -108,6 +108,8 @@ void reserveForGroup(Model& model, const Line& line);
 /// The text with all edits.
 std::string_view render(const Model& model);
 
+/// Reads port and count from the port field of an m-line that has all its fields.
+void readPortField(MLine& m);
 /// Reads the m-line of a section anew.
 void readMLine(const Model& model, Part& section);
 

@@ -84,11 +84,14 @@ const char* readPort(const char* at, const char* end, std::uint32_t& number) {
   return at;
 }
 
+}  // namespace
+
 void readPortField(MLine& m) {
   const char* const begin = m.port.data();
   const char* const end = begin + m.port.size();
   std::uint32_t number = 0;
   const char* const at = readPort(begin, end, number);
+  m.readable = false;
   if (at == begin || (at != end && *at != '/')) return;
   std::optional<std::uint64_t> count = 1;
   if (at != end) count = numberOf({at + 1, static_cast<std::size_t>(end - at - 1)});
@@ -97,8 +100,6 @@ void readPortField(MLine& m) {
   m.portNumber = static_cast<std::uint16_t>(number);
   m.portCount = *count;
 }
-
-}  // namespace
 
 void readMLine(const Model& model, Part& section) {
   const std::string_view value = model.lines[section.first].content().substr(2);

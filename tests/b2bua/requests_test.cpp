@@ -11,15 +11,12 @@ constexpr milliseconds kLongestWait{5'000};
 constexpr milliseconds kSilence{300};  ///< after which nothing comes any more
 
 const std::string kOffer =
-    "v=0\r\no=alice 21 4 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio 49170 RTP/AVP 0 "
-    "8\r\n";
+    "v=0\r\no=alice 21 4 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio 49170 RTP/AVP 0 8\r\n";
 const std::string kHold =
-    "v=0\r\no=alice 21 5 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio 49170 RTP/AVP 0 "
-    "8\r\n"
+    "v=0\r\no=alice 21 5 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio 49170 RTP/AVP 0 8\r\n"
     "a=sendonly\r\n";
 const std::string kAnswer =
-    "v=0\r\no=bob 33 9 IN IP4 192.0.2.20\r\ns=-\r\nc=IN IP4 192.0.2.20\r\nt=0 0\r\nm=audio 30000 RTP/AVP "
-    "8\r\n";
+    "v=0\r\no=bob 33 9 IN IP4 192.0.2.20\r\ns=-\r\nc=IN IP4 192.0.2.20\r\nt=0 0\r\nm=audio 30000 RTP/AVP 8\r\n";
 
 /// An engine between two parties that do what the test says.
 class Requests : public Calls {

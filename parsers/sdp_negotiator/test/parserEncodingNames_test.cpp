@@ -57,8 +57,7 @@ Name nameInMedia(const std::vector<std::string>& attributes, const std::string& 
 }
 
 const std::string section =
-    "m=video 5006 RTP/AVP 97 98\r\na=rtpmap:97 H264/90000\r\na=rtpmap:98 VP8/90000\r\nm=audio 5004 RTP/AVP "
-    "99\r\n"
+    "m=video 5006 RTP/AVP 97 98\r\na=rtpmap:97 H264/90000\r\na=rtpmap:98 VP8/90000\r\nm=audio 5004 RTP/AVP 99\r\n"
     "a=rtpmap:99 iLBC/8000\r\n";
 
 }  // namespace

@@ -30,8 +30,7 @@ constexpr std::string_view kAudio =
     "m=audio 49170 RTP/AVP 8 0 101\r\na=rtpmap:8 PCMA/8000\r\na=rtpmap:0 PCMU/8000\r\n"
     "a=rtpmap:101 telephone-event/8000\r\na=ptime:20\r\n";
 constexpr std::string_view kVideo =
-    "m=video 49180 RTP/AVP 97\r\nb=AS:1500\r\na=rtpmap:97 H264/90000\r\na=fmtp:97 "
-    "profile-level-id=42e01f\r\n";
+    "m=video 49180 RTP/AVP 97\r\nb=AS:1500\r\na=rtpmap:97 H264/90000\r\na=fmtp:97 profile-level-id=42e01f\r\n";
 constexpr std::string_view kCrypto =
     "a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:MDEyMzQ1Njc4OWFiY2RlZjAxMjM0NTY3ODlhYmNk\r\n";
 

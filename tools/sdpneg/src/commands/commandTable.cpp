@@ -86,13 +86,10 @@ constexpr CommandRow commands[] = {
     {"rewrite", "Apply requests to a body",
      "Applies requests to a body in their order and writes the new body to standard output, byte for byte. "
      "Between requests stands --. The last word is FILE when it is no argument of the last request: an "
-     "argument "
-     "that may be left out is taken where the word can be one. Without FILE, standard input is read. Options "
-     "may "
-     "stand anywhere. Of a SIP message everything else stays, but Content-Length is corrected. When a "
-     "request is "
-     "refused, one line on standard error says which and why, the exit status is 1, and nothing is written. "
-     "To have nothing to do is no refusal.",
+     "argument that may be left out is taken where the word can be one. Without FILE, standard input is "
+     "read. Options may stand anywhere. Of a SIP message everything else stays, but Content-Length is "
+     "corrected. When a request is refused, one line on standard error says which and why, the exit status "
+     "is 1, and nothing is written. To have nothing to do is no refusal.",
      rewriteOptions, rewriteOperands, runRewrite,
      "REQUEST [ARGUMENT...] [-- REQUEST [ARGUMENT...]]... [FILE]"},
     {"requests",
@@ -108,40 +105,29 @@ constexpr CommandRow commands[] = {
      createOptions, createOperands, runCreate},
     {"compare", "Say how two bodies differ",
      "Says whether two bodies are the same from their s-lines on, whether their o-lines are equal, and "
-     "whether "
-     "the o-line of B updates that of A: all but the session version is the same, and that is not lower. "
-     "Then "
-     "the lines that differ follow as a unified diff. The exit status is 0 when the bodies are the same, "
-     "whatever "
-     "their o-lines, 1 when they differ, and 2 when something is wrong with an input.",
+     "whether the o-line of B updates that of A: all but the session version is the same, and that is not "
+     "lower. Then the lines that differ follow as a unified diff. The exit status is 0 when the bodies are "
+     "the same, whatever their o-lines, 1 when they differ, and 2 when something is wrong with an input.",
      compareOptions, compareOperands, runCompare},
     {"update-answer", "Bring an answer up to date with a new offer",
      "Writes OWN without the audio codecs that NEW no longer has, with port 0 for video of NEW, and where "
-     "one "
-     "of these applies with a new o-line. Both offers must have the same session address and audio port, and "
-     "OWN no secure media in use; else one line on standard error says why, and the exit status is 1.",
+     "one of these applies with a new o-line. Both offers must have the same session address and audio port, "
+     "and OWN no secure media in use; else one line on standard error says why, and the exit status is 1.",
      offerOptions, updateOperands, runUpdateAnswer},
     {"version-increased", "Say whether a body is the next version of another",
      "Says yes when the o-lines differ in the session version alone and that of NEW is higher by one, else "
-     "no. "
-     "The exit status is 0 for yes, 1 for no, and 2 when something is wrong with an input.",
+     "no. The exit status is 0 for yes, 1 for no, and 2 when something is wrong with an input.",
      offerOptions, versionOperands, runVersionIncreased},
     {"align", "Align a body with an earlier one",
      "Writes NEW with the o-line of OLD, its version raised by one. Where OLD has more m-lines, those of "
-     "media "
-     "types that NEW lacks are added at its end, without the lines that follow them. When the library "
-     "refuses "
-     "that, one line on standard error says why, and the exit status is 1.",
+     "media types that NEW lacks are added at its end, without the lines that follow them. When the library "
+     "refuses that, one line on standard error says why, and the exit status is 1.",
      offerOptions, versionOperands, runAlign},
     {"pack", "Write the transfer form of a body",
-     "Writes a body with its summary in the form in which the library hands objects on. It has the byte "
-     "order of "
-     "the machine.",
+     "Writes a body with its summary in the form in which the library hands objects on. It has the byte order of the machine.",
      transferOptions, packOperands, runPack},
     {"unpack", "Write the body of a transfer form",
-     "Writes the body that a transfer form holds. A damaged form is refused with one line on standard error, "
-     "and "
-     "the exit status is 2.",
+     "Writes the body that a transfer form holds. A damaged form is refused with one line on standard error, and the exit status is 2.",
      transferOptions, unpackOperands, runUnpack}};
 
 }  // namespace

@@ -74,8 +74,7 @@ unsigned short removePlain(cSdpNegotiator& object, RequestInput& input) {
 
 constexpr RequestArgument recordArguments[] = {
     {.name = "RECORD",
-     .expects = "what a removal said that it removed: 1 to 25 numbers of 1 to "
-                "255 between commas",
+     .expects = "what a removal said that it removed: 1 to 25 numbers of 1 to 255 between commas",
      .accepts = isRemovedRecord}};
 
 unsigned short restoreSecure(cSdpNegotiator& object, RequestInput& input) {

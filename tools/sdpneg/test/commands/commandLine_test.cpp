@@ -95,9 +95,9 @@ TEST(CommandLine, takesOddNamesForFiles) {
 }
 
 TEST(Completion, followsTheCommandTable) {
-  EXPECT_EQ(runSdpneg({"--complete"}).out,
-            "inspect\nrewrite\nrequests\ncreate\ncompare\nupdate-answer\nversion-"
-            "increased\nalign\npack\nunpack\n--help\n--version\n");
+  EXPECT_EQ(
+      runSdpneg({"--complete"}).out,
+      "inspect\nrewrite\nrequests\ncreate\ncompare\nupdate-answer\nversion-increased\nalign\npack\nunpack\n--help\n--version\n");
   EXPECT_EQ(runSdpneg({"--complete", "pack"}).out, "--output\n--help\n<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "pack", "-o"}).out, "<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect"}).out, "--json\n--trace\n--color\n--help\n<file>\n");
@@ -179,9 +179,9 @@ TEST(ManualPage, holdsTheCommandTable) {
   EXPECT_TRUE(has(
       page, "WHEN is \\fBauto\\fR, \\fBalways\\fR or \\fBnever\\fR; without the option, \\fBauto\\fR.\n"));
   EXPECT_TRUE(has(page, ".B 64\n"));
-  EXPECT_TRUE(has(page,
-                  ".SS \"sdpneg rewrite [OPTION...] REQUEST [ARGUMENT...] [\\-\\- REQUEST [ARGUMENT...]]... "
-                  "[FILE]\"\n"));
+  EXPECT_TRUE(has(
+      page,
+      ".SS \"sdpneg rewrite [OPTION...] REQUEST [ARGUMENT...] [\\-\\- REQUEST [ARGUMENT...]]... [FILE]\"\n"));
   EXPECT_TRUE(has(page,
                   ".TP\n\\fBset\\-version N\\fR\nSet the session version of the o\\-line.\n"
                   "\\fIN\\fR is a whole number from 0 to 9223372036854775807.\n"));

@@ -129,9 +129,7 @@ const Run runs[] = {
      {replaced(offer, "o=ann ", "o=Ann Lee "), offer},
      1,
      "",
-     "sdpneg: 1.sdp: by the library's count \"IN\" of the o-line is field 5 and not 4, so another field "
-     "would be "
-     "taken for the version\n"},
+     "sdpneg: 1.sdp: by the library's count \"IN\" of the o-line is field 5 and not 4, so another field would be taken for the version\n"},
     {"alignOfABodyThatCannotBeWrittenAnew",
      "align",
      {offer + video, offer + manyAttributes()},

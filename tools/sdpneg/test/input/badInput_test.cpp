@@ -81,9 +81,7 @@ const Case cases[] = {
     {"inheritedAddress",
      replaced(head, "c=IN IP4 192.0.2.1", "c=IN X call.example") +
          "m=audio 0 RTP/AVP 0\nm=audio 5004 RTP/AVP 0\n",
-     "4:8: the session's c-line, which m-line 2 (audio) has its address from, names \"call.example\", which "
-     "is no IP "
-     "address"},
+     "4:8: the session's c-line, which m-line 2 (audio) has its address from, names \"call.example\", which is no IP address"},
     {"tooManyMedia", head + repeated("m=audio 5004 RTP/AVP 0\n", 27),
      "31:3: the body has 27 m-lines, and at most 25 are read"},
     {"tooLong", head + "a=x:" + std::string(20480 - head.size() - 5, 'x') + "\ny=1\n",
@@ -94,8 +92,7 @@ const Case cases[] = {
     {"doesNotDeflateAfterAnError", head + "m=audio 5004 RTP/AVP 0\na=ptime:abc\na=x:" + noise(5000) + "\n",
      "1:1: the text cannot be stored: it does not deflate into 2560 bytes"},
     {"carriageReturnsOnly", replaced(head, "\n", "\r") + "m=audio 9 RTP/AVP 0\r",
-     "1:4: expected CR LF or LF at the line's end, found \"\\x0Do=- 1 1 IN IP4 192.0.2.1\\x0Ds=-\\x0Dc=IN "
-     "IP4 1\"..."},
+     "1:4: expected CR LF or LF at the line's end, found \"\\x0Do=- 1 1 IN IP4 192.0.2.1\\x0Ds=-\\x0Dc=IN IP4 1\"..."},
     {"aLineBehindACarriageReturn", head + "i=x\ra=crypto:1 AES\nm=audio 5004 RTP/AVP 0\n",
      "6:4: expected CR LF or LF at the line's end, found \"\\x0Da=crypto:1 AES\""},
     {"tooLarge", std::string(1024 * 1024 + 1, 'v'), " is longer than 1048576 bytes"},
@@ -108,16 +105,15 @@ TEST(RefusedBody, isShownAsATableOfItsMedia) {
   const Outcome outcome = runSdpneg({"inspect"}, {.input = std::string(bodies::browserOffer)});
   EXPECT_EQ(outcome.status, 2);
   EXPECT_EQ(outcome.err, "sdpneg: (standard input):5:9: the port of m-line 1 (audio), 9, is below 1024\n");
-  EXPECT_EQ(outcome.out,
-            "(standard input)\n"
-            "  result            refused\n"
-            "  problem           the port of m-line 1 (audio), 9, is below 1024\n"
-            "  description       complete\n"
-            "\n"
-            "  m-line  line  media  port  transport          direction  address  bandwidth  label  formats\n"
-            "  1       5     audio  9     UDP/TLS/RTP/SAVPF  sendrecv   0.0.0.0  -          -      111 "
-            "opus/48000/2, "
-            "0\n");
+  EXPECT_EQ(
+      outcome.out,
+      "(standard input)\n"
+      "  result            refused\n"
+      "  problem           the port of m-line 1 (audio), 9, is below 1024\n"
+      "  description       complete\n"
+      "\n"
+      "  m-line  line  media  port  transport          direction  address  bandwidth  label  formats\n"
+      "  1       5     audio  9     UDP/TLS/RTP/SAVPF  sendrecv   0.0.0.0  -          -      111 opus/48000/2, 0\n");
 }
 
 TEST(RefusedBody, tellsHowManyMediaAreNotShown) {

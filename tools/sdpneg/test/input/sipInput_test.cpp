@@ -55,10 +55,9 @@ TEST(SipMessage, mayHaveCompactAndFoldedFields) {
 
 TEST(SipMessage, isCutAtItsContentLength) {
   expectBody(invite("l: 168\n", body + "\n\n"), 5);
-  expectBody(invite("l: 168\n", body + "SIP/2.0 100 Trying\n"), 5,
-             "sdpneg: (standard input):3:1: note: Content-Length is 168, but 187 bytes follow the header; "
-             "those behind "
-             "it are not read\n");
+  expectBody(
+      invite("l: 168\n", body + "SIP/2.0 100 Trying\n"), 5,
+      "sdpneg: (standard input):3:1: note: Content-Length is 168, but 187 bytes follow the header; those behind it are not read\n");
 }
 
 TEST(SipMessage, shorterThanItsContentLengthIsNoted) {

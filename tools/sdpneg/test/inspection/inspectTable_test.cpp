@@ -39,8 +39,7 @@ const Case cases[] = {
      "  description       complete\n"
      "\n"
      "  m-line  line  media  port   transport  direction  address  bandwidth  label  formats\n"
-     "  1       7     audio  49170  RTP/AVP    -          -        -          -      8 PCMA/8000, 0, 101 "
-     "telephone-event/8000\n"},
+     "  1       7     audio  49170  RTP/AVP    -          -        -          -      8 PCMA/8000, 0, 101 telephone-event/8000\n"},
     {"secureCallOnHold", bodies::secureCall,
      "  origin            o=- 1 1 IN IP6 2001:db8::17\n"
      "  address           2001:db8::17 (IPv6)\n"
@@ -102,8 +101,7 @@ TEST(InspectTableRows, tellIceAndFeatures) {
   const std::string body =
       "v=0\no=- 1 1 IN IP4 192.0.2.1\ns=-\nc=IN IP4 192.0.2.1\nt=0 0\n"
       "m=audio 5004 RTP/AVP 0\n"
-      "a=ice-ufrag:x\na=fingerprint:sha-1 AB\na=key-mgmt:mikey AQAF\na=silenceSupp:off - - - -\na=ecan:on "
-      "-\n"
+      "a=ice-ufrag:x\na=fingerprint:sha-1 AB\na=key-mgmt:mikey AQAF\na=silenceSupp:off - - - -\na=ecan:on -\n"
       "a=candidate:1 1 UDP 1 192.0.2.1 5004 typ host\n";
   const Outcome outcome = runSdpneg({"inspect"}, {.input = body});
   EXPECT_NE(outcome.out.find("  ICE               full, a candidate matches address and port\n"),
@@ -121,10 +119,8 @@ TEST(InspectTableRows, continueLongLists) {
   const Outcome outcome = runSdpneg({"inspect"}, {.input = body});
   EXPECT_TRUE(outcome.out.ends_with(
       "  m-line  line  media  port  transport  direction  address  bandwidth  label  formats\n"
-      "  1       6     audio  5004  RTP/AVP    -          -        -          -      0, 8, 96 "
-      "telephone-event/8000,\n"
-      "                                                                              97 "
-      "telephone-event/16000, 98 G722/8000\n"))
+      "  1       6     audio  5004  RTP/AVP    -          -        -          -      0, 8, 96 telephone-event/8000,\n"
+      "                                                                              97 telephone-event/16000, 98 G722/8000\n"))
       << outcome.out;
 }
 

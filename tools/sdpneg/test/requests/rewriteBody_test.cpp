@@ -207,8 +207,7 @@ const Refusal refusals[] = {
      {"add-video", other},
      full(audio),
      1,
-     "add-video is refused: sdpAddVideoDescriptions(): The SDP with the videoDescriptions does not fit its "
-     "buffer.",
+     "add-video is refused: sdpAddVideoDescriptions(): The SDP with the videoDescriptions does not fit its buffer.",
      call},
     {"cutVideoWithoutConnection",
      {"cut-video"},

@@ -35,9 +35,9 @@ TEST(RewriteMessage, mayEndItsLinesInCrLf) {
 
 TEST(RewriteMessage, withoutContentLengthGetsNone) {
   expectRewritten(invite("", body), invite("", body + added));
-  expectRewritten(invite("l: many\n", body), invite("l: many\n", body + added),
-                  "sdpneg: (standard input):3:1: note: Content-Length is \"many\", which is no length, and "
-                  "does not matter\n");
+  expectRewritten(
+      invite("l: many\n", body), invite("l: many\n", body + added),
+      "sdpneg: (standard input):3:1: note: Content-Length is \"many\", which is no length, and does not matter\n");
 }
 
 TEST(RewriteMessage, keepsWhatFollowsItsBody) {
@@ -45,8 +45,7 @@ TEST(RewriteMessage, keepsWhatFollowsItsBody) {
   expectRewritten(
       invite("l: 168\n", body + "SIP/2.0 100 Trying\n"),
       invite("l: 180\n", body + added + "SIP/2.0 100 Trying\n"),
-      "sdpneg: (standard input):3:1: note: Content-Length is 168, but 187 bytes follow the header; "
-      "those behind it are not read\n");
+      "sdpneg: (standard input):3:1: note: Content-Length is 168, but 187 bytes follow the header; those behind it are not read\n");
 }
 
 TEST(RewriteMessage, whoseContentLengthWasWrongGetsTheRightOne) {
@@ -92,8 +91,7 @@ std::string multipart(const std::string& content) {
 }
 
 std::string parts(const std::string& fields, const std::string& sdp, const std::string& between) {
-  return "preamble\n--b\nContent-Type: text/plain\nContent-Length: 4\n\nv=9\n\n--b\nContent-Type: "
-         "application/sdp\n" +
+  return "preamble\n--b\nContent-Type: text/plain\nContent-Length: 4\n\nv=9\n\n--b\nContent-Type: application/sdp\n" +
          fields + "\n" + sdp + between + "--b--\nend\n";
 }
 

@@ -62,8 +62,7 @@ INSTANTIATE_TEST_SUITE_P(Requests, RewriteNotes, testing::ValuesIn(cases),
 // What the session's 69 characters do not cover of what follows the video stays: "3456789" and CR LF.
 const std::string longText = text + "a=label:01234567890123456789\r\n";
 const std::string unreadable =
-    "what comes of it cannot be read: line 7, column 1: expected a line of a letter, an equals sign and a "
-    "value, found \"3456789\"\n";
+    "what comes of it cannot be read: line 7, column 1: expected a line of a letter, an equals sign and a value, found \"3456789\"\n";
 const std::string otherVideo = session + "m=video 49172 RTP/AVP 31\r\n";
 
 TEST(RewriteResult, thatCannotBeReadIsRefused) {

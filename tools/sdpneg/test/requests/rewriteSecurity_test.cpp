@@ -140,9 +140,9 @@ TEST(RewriteRecord, isTakenBackByReinsertAnat) {
 
 TEST(RewriteRecord, isNotWrittenWhenALaterRequestIsRefused) {
   const Outcome outcome = runRewrite({"remove-plain", "--", "restrict-audio", "G722"}, bestEffort);
-  EXPECT_EQ(outcome.err,
-            "sdpneg: (standard input): request 2, restrict-audio, is refused: No common codecs found. Don't "
-            "restrict any codec.\n");
+  EXPECT_EQ(
+      outcome.err,
+      "sdpneg: (standard input): request 2, restrict-audio, is refused: No common codecs found. Don't restrict any codec.\n");
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.status, 1);
 }

@@ -194,9 +194,7 @@ std::string sized(std::size_t size) {
 const std::string tooLarge = "Attempt to increment <oline> version past maximum length. Exiting.";
 
 const std::string anotherField =
-    "by the library's count \"IN\" of the o-line is field 5 and not 4, so another field would be taken for "
-    "the "
-    "version";
+    "by the library's count \"IN\" of the o-line is field 5 and not 4, so another field would be taken for the version";
 
 const Refusal refusals[] = {
     {"setVersionBehindABlankInTheUserName",
@@ -223,9 +221,7 @@ const Refusal refusals[] = {
     {"fromADetailTrace",
      {"mode", "sendonly"},
      sized(20470),
-     "request mode is refused: sdpReplaceMode(): Not enough room to add a=sendonly line at the session "
-     "level. "
-     "Exiting."},
+     "request mode is refused: sdpReplaceMode(): Not enough room to add a=sendonly line at the session level. Exiting."},
     {"thatHasNoRoom",
      {"silence", "on"},
      sized(20460),

@@ -15,7 +15,7 @@ std::ostream& operator<<(std::ostream& out, const Case& each) { return out << ea
 
 class InspectTable : public testing::TestWithParam<Case> {};
 
-TEST_P(InspectTable, showsTheWholeBody) {
+TEST_P(InspectTable, ShowsTheWholeBody) {
   const Outcome outcome = runSdpneg({"inspect"}, {.input = std::string(GetParam().body)});
   EXPECT_EQ(outcome.out, "(standard input)\n" + std::string(GetParam().table));
   EXPECT_EQ(outcome.err, "");
@@ -97,7 +97,7 @@ const Case cases[] = {
 INSTANTIATE_TEST_SUITE_P(Bodies, InspectTable, testing::ValuesIn(cases),
                          [](const auto& each) { return std::string(each.param.name); });
 
-TEST(InspectTableRows, tellIceAndFeatures) {
+TEST(InspectTableRows, TellIceAndFeatures) {
   const std::string body =
       "v=0\no=- 1 1 IN IP4 192.0.2.1\ns=-\nc=IN IP4 192.0.2.1\nt=0 0\n"
       "m=audio 5004 RTP/AVP 0\n"
@@ -111,7 +111,7 @@ TEST(InspectTableRows, tellIceAndFeatures) {
   EXPECT_NE(outcome.out.find("  echo cancellation on\n"), std::string::npos);
 }
 
-TEST(InspectTableRows, continueLongLists) {
+TEST(InspectTableRows, ContinueLongLists) {
   const std::string body =
       "v=0\no=- 1 1 IN IP4 192.0.2.1\ns=-\nc=IN IP4 192.0.2.1\nt=0 0\n"
       "m=audio 5004 RTP/AVP 0 8 96 97 98\n"
@@ -124,7 +124,7 @@ TEST(InspectTableRows, continueLongLists) {
       << outcome.out;
 }
 
-TEST(InspectTableRows, tellADeflatedText) {
+TEST(InspectTableRows, TellADeflatedText) {
   std::string body(bodies::audioCall);
   while (body.size() < 2560) body += "a=note:more of the same\n";
   const Outcome outcome = runSdpneg({"inspect"}, {.input = body});
@@ -134,7 +134,7 @@ TEST(InspectTableRows, tellADeflatedText) {
   EXPECT_NE(outcome.out.find(expected), std::string::npos);
 }
 
-TEST(InspectTableRows, tellWhetherADescriptionHoldsAllAttributes) {
+TEST(InspectTableRows, TellWhetherADescriptionHoldsAllAttributes) {
   constexpr int capacity = 192;
   const std::string complete = "  description       complete\n";
   const std::string incomplete = "  description       incomplete: some of the text is left out\n";
@@ -149,7 +149,7 @@ TEST(InspectTableRows, tellWhetherADescriptionHoldsAllAttributes) {
   }
 }
 
-TEST(InspectTableRows, nameTheCodecBehindManyAttributes) {
+TEST(InspectTableRows, NameTheCodecBehindManyAttributes) {
   std::string body(bodies::audioCall);
   for (int i = 0; i < 100; ++i) body += "a=x\n";
   body += "m=video 49172 RTP/AVP 97\n";
@@ -159,7 +159,7 @@ TEST(InspectTableRows, nameTheCodecBehindManyAttributes) {
   EXPECT_NE(outcome.out.find(" 97 H264/90000\n"), std::string::npos) << outcome.out;
 }
 
-TEST(InspectTableRows, escapeWhatControlsATerminal) {
+TEST(InspectTableRows, EscapeWhatControlsATerminal) {
   const std::string body =
       "v=0\no=\x1b[31m\xc2\x9b 1 2 IN IP4 192.0.2.1\ns=-\nc=IN IP4 192.0.2.1\nt=0 0\n"
       "m=audio 5004 RTP/AVP \x1b]0;x\x07 \xe2\x80\xae \xff 0\na=label:\x9b\x08gr\xc3\xbc\xc3\x9f\n";

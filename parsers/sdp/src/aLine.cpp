@@ -2,6 +2,8 @@
 
 #include "lineFormats.h"
 
+// Attribute lines (RFC 4566 5.13).
+
 namespace sdp {
 
 void readAttribute(std::string_view value, a_line& line, bool& cut) {

@@ -5,6 +5,8 @@
 #include "lineFormats.h"
 #include "singleLine.h"
 
+// Bandwidth lines (RFC 4566 5.8).
+
 namespace sdp {
 
 namespace {

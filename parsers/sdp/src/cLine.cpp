@@ -2,6 +2,8 @@
 
 #include "lineFormats.h"
 
+// Connection lines (RFC 4566 5.7).
+
 namespace sdp {
 
 Problem readConnection(std::string_view value, c_line& line, bool& cut) {

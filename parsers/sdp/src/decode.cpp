@@ -6,6 +6,8 @@
 #include "lineReader.h"
 #include "sessionDescription.h"
 
+// From a text to its description, line by line.
+
 namespace sdp {
 
 namespace {

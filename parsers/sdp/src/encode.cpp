@@ -2,6 +2,8 @@
 #include "sessionDescription.h"
 #include "textWriter.h"
 
+// From a description to its text, its lines in the order of RFC 4566 5.
+
 namespace sdp {
 
 namespace {

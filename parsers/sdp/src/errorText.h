@@ -5,6 +5,8 @@
 
 #include "fields.h"
 
+// What is wrong with a text, in one sentence with its line and column.
+
 namespace sdp {
 
 /// Where in a text a problem stands, both from 1.

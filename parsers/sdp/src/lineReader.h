@@ -4,6 +4,8 @@
 #include <cstring>
 #include <string_view>
 
+// Taking a text apart into lines.
+
 namespace sdp {
 
 /// What every line must end in where a CR stands that ends none.

@@ -3,6 +3,8 @@
 #include "lineFormats.h"
 #include "singleLine.h"
 
+// Media lines (RFC 4566 5.14).
+
 namespace sdp {
 
 namespace {

@@ -2,6 +2,8 @@
 
 #include "lineFormats.h"
 
+// The origin line (RFC 4566 5.2).
+
 namespace sdp {
 
 Problem readOrigin(std::string_view value, o_line& line, bool& cut) {

@@ -5,6 +5,8 @@
 
 #include "fields.h"
 
+// Questions to a description, and copies of it that leave out what is not in use.
+
 namespace {
 
 // Copies a list with its count, of its entries those in use.

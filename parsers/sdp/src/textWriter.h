@@ -6,6 +6,8 @@
 
 #include "fields.h"
 
+// The text that an encoder writes.
+
 namespace sdp {
 
 /// Appends to a text that grows with realloc. Each line first reserves the most that it can need; running out

@@ -8,6 +8,8 @@
 #include "sdpDataDefinitions.h"
 #include "sdpNegotiatorExport.h"
 
+// The object: one SDP body with its summary, and the requests of a call-control engine.
+
 /// Characters of a body that an object stores as they are, a NUL included; a longer body is stored deflated
 /// and must fit the same number of bytes.
 inline constexpr int SDP_STORED_TEXT_SIZE = 2560;

@@ -3,6 +3,8 @@
 
 #include "sdpNegotiatorExport.h"
 
+// Why a request is refused: the reasons, and the thread's last one.
+
 /// What kind of reason a refusal has.
 enum eSdpRefusalKind {
   SDP_REFUSAL_KIND_NONE = 0,      ///< nothing has been refused

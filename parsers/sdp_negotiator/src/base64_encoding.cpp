@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+// Base64 (RFC 4648 4).
+
 const char base64_alphabet[65] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
 namespace sdpneg {

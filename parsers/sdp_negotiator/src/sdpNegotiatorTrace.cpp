@@ -9,6 +9,8 @@
 
 #include "kvRtt.h"
 
+// Trace lines: their composition, and the way to the platform's facility.
+
 const char SDP_NEGOTIATOR_RTT_STR[4][25] = {
     "SDP_NEGOTIATOR_DEBUG:",
     "SDP_NEGOTIATOR_INFO:",

@@ -8,6 +8,8 @@
 #include <cstring>
 #include <string_view>
 
+// IP addresses: from text to bytes, back, and compared.
+
 static_assert(IP_VERSION_UNKNOWN == AF_UNSPEC && IP_VERSION_4 == AF_INET && IP_VERSION_6 == AF_INET6);
 
 namespace {

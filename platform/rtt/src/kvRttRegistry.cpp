@@ -4,6 +4,8 @@
 #include <bit>
 #include <cstring>
 
+// The components that trace, their flags, and which of these are on.
+
 namespace kvrtt {
 namespace {
 

@@ -12,6 +12,8 @@
 #include <span>
 #include <string_view>
 
+// Trace lines on standard error, with what is in them made safe to show.
+
 namespace kvrtt {
 namespace {
 

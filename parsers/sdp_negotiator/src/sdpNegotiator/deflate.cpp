@@ -3,6 +3,8 @@
 #include <limits>
 #include <type_traits>
 
+// Deflating and inflating the text of an object (RFC 1950).
+
 namespace sdpneg {
 namespace {
 

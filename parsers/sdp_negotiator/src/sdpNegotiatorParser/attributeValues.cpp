@@ -7,6 +7,8 @@
 #include "text/search.h"
 #include "trace.h"
 
+// Values of attribute lines: periods, silence suppression, echo cancellation, voice-band data.
+
 namespace sdpneg {
 namespace {
 

@@ -10,6 +10,8 @@
 #include "text/search.h"
 #include "vocabulary.h"
 
+// Which codec an audio format stands for.
+
 namespace sdpneg {
 namespace {
 

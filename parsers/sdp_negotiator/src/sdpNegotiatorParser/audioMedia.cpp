@@ -3,6 +3,8 @@
 #include "sdpNegotiatorParser.h"
 #include "vocabulary.h"
 
+// The audio of a description: which m-line counts, its codecs and its attributes.
+
 namespace sdpneg {
 namespace {
 

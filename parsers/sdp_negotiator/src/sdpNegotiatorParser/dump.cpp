@@ -1,6 +1,8 @@
 #include "sdpNegotiatorParser.h"
 #include "trace.h"
 
+// A summary as trace lines.
+
 using namespace sdpneg;
 
 namespace {

@@ -10,6 +10,8 @@
 #include "sdpNegotiatorParser.h"
 #include "text/search.h"
 
+// The encoding names of formats, from the rtpmap lines of a description or of a text.
+
 namespace sdpneg {
 namespace {
 

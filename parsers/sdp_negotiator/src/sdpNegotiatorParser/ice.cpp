@@ -5,6 +5,8 @@
 #include "trace.h"
 #include "vocabulary.h"
 
+// ICE (RFC 8839): whether a text has it, full or lite, and whether a candidate matches the summary.
+
 using namespace sdpneg;
 
 namespace sdpneg {

@@ -1,6 +1,8 @@
 #include "descriptionView.h"
 #include "sdpNegotiatorParser.h"
 
+// Media without a connection line have that of the session.
+
 namespace {
 
 // Records are never cleared: nothing but the entry in use is copied.

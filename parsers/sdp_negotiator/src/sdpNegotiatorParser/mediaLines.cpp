@@ -8,6 +8,8 @@
 #include "text/mLineFields.h"
 #include "vocabulary.h"
 
+// M-lines and c-lines in a text: finding them, their ports and address versions.
+
 namespace sdpneg {
 namespace {
 

@@ -6,6 +6,8 @@
 #include "sdpNegotiatorParser.h"
 #include "vocabulary.h"
 
+// Media other than audio: video, fax, messages, text.
+
 namespace sdpneg {
 namespace {
 

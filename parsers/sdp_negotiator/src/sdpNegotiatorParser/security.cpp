@@ -4,6 +4,8 @@
 #include "sdpNegotiatorParser.h"
 #include "trace.h"
 
+// How the media of a description are secured.
+
 using namespace sdpneg;
 
 namespace sdpneg {

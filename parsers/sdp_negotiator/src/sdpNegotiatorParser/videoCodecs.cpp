@@ -9,6 +9,8 @@
 #include "text/search.h"
 #include "videoCodecRules.h"
 
+// Which codec a video format stands for, and its H.264 level.
+
 namespace sdpneg {
 namespace {
 

@@ -9,6 +9,8 @@
 #include "refusal.h"
 #include "sessionDescription.h"
 
+// A place for a description, which is large.
+
 namespace sdpneg {
 
 /// The largest description that is put on the stack; with the smallest attribute capacity it has 570 kB.

@@ -46,7 +46,7 @@ inline void show(std::string_view body, std::string_view beginning) {
   }
 }
 
-/// The same for the body of an object.
+/// Shows those lines of the body of an object that begin so.
 inline void show(const cSdpNegotiator& object, std::string_view beginning) {
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
   if (object.getSDP(text, sizeof text) == 0) show(std::string_view(text), beginning);

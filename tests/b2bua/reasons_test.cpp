@@ -129,7 +129,7 @@ TEST_F(Reasons, AreNotGivenForAMultipartInvite) {
   const std::string invited = target_.receive("INVITE ", "", kLongestWait);
   EXPECT_EQ(headerOf(invited, "Content-Type"), "application/sdp");
   EXPECT_TRUE(invited.ends_with("\r\n\r\n" + kSession + kAudio)) << invited;
-  // So may an answer come.
+  // An answer may come in this form too.
   const std::string answer = kOtherPart + kSdpPart + kEnd;
   target_.send(
       engine_.address(),

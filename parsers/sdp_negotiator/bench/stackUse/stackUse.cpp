@@ -2,7 +2,7 @@
 // painted afterwards was used.
 //   sdpStackUse                      a table with the most demanding request of each topic
 //   sdpStackUse --all                every request
-//   sdpStackUse --check              the same as the first, and fails when a request takes more than docs/guide.md says
+//   sdpStackUse --check              as without arguments, and fails when a request takes more than docs/guide.md says
 
 #include "stackUse.h"
 

@@ -23,16 +23,16 @@ cNegotTraceManager negotTrcManager;
 namespace sdpneg {
 namespace {
 
-constexpr const char* component = "SDP_NEGOTIATOR";
-constexpr std::size_t lineSize = 20480;
-constexpr int lineType = 7200;
-constexpr int infoFlag = 2;
-constexpr int detailRow = 3;
+constexpr const char* kComponent = "SDP_NEGOTIATOR";
+constexpr std::size_t kLineSize = 20480;
+constexpr int kLineType = 7200;
+constexpr int kInfoFlag = 2;
+constexpr int kDetailRow = 3;
 
 /// Flag 8 and others point behind the table; the row for detail stands in for those.
 const char* prefixOf(int flag) {
   const int row = flag / 2;
-  return SDP_NEGOTIATOR_RTT_STR[row >= 0 && row < detailRow ? row : detailRow];
+  return SDP_NEGOTIATOR_RTT_STR[row >= 0 && row < kDetailRow ? row : kDetailRow];
 }
 
 /// How much of a format that was cut can be formatted: all of it, or what stands before a conversion
@@ -54,10 +54,10 @@ std::size_t usableLength(const char* format, std::size_t room) {
   return isCut ? lengthOfWholeConversions({format, length}) : length;
 }
 
-void composeFormat(char (&line)[lineSize], std::string_view prefix, const char* format) {
-  std::size_t length = prefix.copy(line, lineSize - 1);
+void composeFormat(char (&line)[kLineSize], std::string_view prefix, const char* format) {
+  std::size_t length = prefix.copy(line, kLineSize - 1);
   if (format != nullptr) {
-    const std::size_t added = usableLength(format, lineSize - 1 - length);
+    const std::size_t added = usableLength(format, kLineSize - 1 - length);
     std::memcpy(line + length, format, added);
     length += added;
   }
@@ -67,30 +67,30 @@ void composeFormat(char (&line)[lineSize], std::string_view prefix, const char* 
 /// Never inlined, so that its buffers take no stack while tracing is off.
 [[gnu::noinline]] int writeLine(int handle, int flag, int level, const char* format, va_list arguments) {
   // Neither is cleared: each is written up to its NUL, and every line would pay for the rest.
-  char line[lineSize];
-  char result[lineSize];
+  char line[kLineSize];
+  char result[kLineSize];
   const char* prefix = prefixOf(flag);
   composeFormat(line, prefix, format);
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
   const int length = std::vsnprintf(result, sizeof result, line, arguments);
 #pragma GCC diagnostic pop
-  return pvxTraceRtt(handle, flag, lineType, level, length < 0 ? prefix : result);
+  return pvxTraceRtt(handle, flag, kLineType, level, length < 0 ? prefix : result);
 }
 
 }  // namespace
 }  // namespace sdpneg
 
-bool sdpneg::isTracing() { return KvRttTstFlag(negotTrcManager.handle, infoFlag) != 0; }
+bool sdpneg::isTracing() { return KvRttTstFlag(negotTrcManager.handle, kInfoFlag) != 0; }
 
 cNegotTraceManager::cNegotTraceManager() : handle(-1) {
-  using sdpneg::component;
+  using sdpneg::kComponent;
   if (pvxTraceRttInit(&handle) != 0) return;
-  const int status = KvRttRegFacility(&handle, component);
+  const int status = KvRttRegFacility(&handle, kComponent);
   if (status == 0) {
-    KvRttRegFlag(component, 1, "DEBUG");
-    KvRttRegFlag(component, sdpneg::infoFlag, "INFO");
-    KvRttRegFlag(component, 4, "ERROR");
+    KvRttRegFlag(kComponent, 1, "DEBUG");
+    KvRttRegFlag(kComponent, sdpneg::kInfoFlag, "INFO");
+    KvRttRegFlag(kComponent, 4, "ERROR");
     return;
   }
   handle = -1;

@@ -108,7 +108,7 @@ TEST(DynamicAudioPayload, AllNamedEncodings) {
       {"iLBC", 26, "ILBC"},
       {"opus", 38, "OPUS"},
   };
-  EXPECT_EQ(std::size(rows), std::size(sdpneg::dynamicAudioRules));
+  EXPECT_EQ(std::size(rows), std::size(sdpneg::kDynamicAudioRules));
   for (const auto& row : rows) {
     const std::string name = row.encoding;
     for (const std::string& encoding : {name, name + "/8000", name + "/48000/2", name + "X"}) {
@@ -133,7 +133,7 @@ TEST(DynamicAudioPayload, AllEncodingsWithARate) {
       {"G7221/16000", "32000", 35, "G7221_32"},
       {"G7221/32000", "48000", 36, "G7221_48"},
   };
-  EXPECT_EQ(std::size(rows), std::size(sdpneg::rateAudioRules));
+  EXPECT_EQ(std::size(rows), std::size(sdpneg::kRateAudioRules));
   for (const auto& row : rows) {
     const std::string rtpmap = "rtpmap:97 " + std::string(row.encoding);
     const std::string rate = row.rate;

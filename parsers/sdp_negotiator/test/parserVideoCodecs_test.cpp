@@ -74,7 +74,7 @@ TEST(VideoCodec, NamesOfTheCodecTable) {
     EXPECT_EQ(codecOf(row.encodingName), row.value) << row.encodingName;
     known.insert(row.value);
   }
-  for (const sdpneg::VideoRule& rule : sdpneg::videoRules)
+  for (const sdpneg::VideoRule& rule : sdpneg::kVideoRules)
     EXPECT_TRUE(known.contains(rule.codec)) << rule.text;
 }
 

@@ -7,11 +7,11 @@ using namespace sdpneg;
 
 namespace {
 
-constexpr int addressTextSize = 50;
+constexpr int kAddressTextSize = 50;
 
 void dumpAddress(const sSdpParsedData& data) {
-  char address[addressTextSize];
-  data.address.getIPAddressText(address, addressTextSize);
+  char address[kAddressTextSize];
+  data.address.getIPAddressText(address, kAddressTextSize);
   trace::progress("address:%s,   addressType:%d,   port:%d", address,
                   static_cast<int>(data.address.getIPAddressVersion()), static_cast<int>(data.port));
 }

@@ -16,8 +16,8 @@ namespace sdpneg {
 namespace {
 
 /// Characters of an rtpmap value that are looked at, and of strcmpwospaces' pattern and runs of spaces.
-constexpr std::size_t rtpmapLimit = 512;
-constexpr std::size_t compareLimit = 100;
+constexpr std::size_t kRtpmapLimit = 512;
+constexpr std::size_t kCompareLimit = 100;
 
 bool isLineEnd(char c) { return c == '\r' || c == '\n'; }
 
@@ -28,7 +28,7 @@ std::string_view encodingNameOf(const char* value, std::string_view format) {
   // Most lines that are tried belong to another format.
   const bool beginsWithBlank = *value == ' ' || *value == '\t';
   if (!beginsWithBlank && !textStartsWith(value, format)) return {};
-  Words words({value, strnlen(value, rtpmapLimit)}, blanks);
+  Words words({value, strnlen(value, kRtpmapLimit)}, blanks);
   if (words.next() != format) return {};
   std::string_view name = words.rest();
   name.remove_prefix(std::min(name.find_first_not_of(blanks), name.size()));
@@ -85,13 +85,13 @@ bool sdpParserMessage::isEncodingDefinedInAline(const char* value, const char* f
 }
 
 int sdpParserMessage::strcmpwospaces(const char* text, const char* pattern) {
-  using sdpneg::compareLimit;
+  using sdpneg::kCompareLimit;
   if (text == nullptr || pattern == nullptr) return -1;
   for (std::size_t matched = 0; pattern[matched] != '\0'; ++matched, ++text) {
-    if (matched == compareLimit) return -1;
+    if (matched == kCompareLimit) return -1;
     const char* run = text;
     while (*text == ' ') {
-      if (static_cast<std::size_t>(++text - run) == compareLimit) return -1;
+      if (static_cast<std::size_t>(++text - run) == kCompareLimit) return -1;
     }
     if (*text != pattern[matched]) return -1;
   }

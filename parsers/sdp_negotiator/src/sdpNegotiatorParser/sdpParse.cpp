@@ -14,7 +14,7 @@
 namespace sdpneg {
 namespace {
 
-constexpr std::int16_t gainWithoutMedia = 4;
+constexpr std::int16_t kGainWithoutMedia = 4;
 
 /// The number that stands behind a word of a codec's message; 0 where it is worded otherwise.
 int numberBehind(std::string_view message, std::string_view word) {
@@ -67,7 +67,7 @@ void finishWithoutMedia(sSdpParsedData& data, const sDescription& description) {
     const Refusal refusal = takeAddress(data, description.cLine, 0);
     if (refusal) mention(refusal);
   }
-  data.gainControl = gainWithoutMedia;
+  data.gainControl = kGainWithoutMedia;
   trace::progress("The gain control value is set to: %d", data.gainControl);
 }
 

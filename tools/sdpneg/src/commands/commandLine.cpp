@@ -14,13 +14,13 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t helpWidth = 80;
+constexpr std::size_t kHelpWidth = 80;
 
 /// A text broken into lines.
 std::string wrapped(std::string_view text) {
   std::string out;
-  while (text.size() > helpWidth) {
-    const std::size_t blank = text.rfind(' ', helpWidth);
+  while (text.size() > kHelpWidth) {
+    const std::size_t blank = text.rfind(' ', kHelpWidth);
     if (blank == std::string_view::npos) break;
     out.append(text.substr(0, blank)).append("\n");
     text.remove_prefix(blank + 1);

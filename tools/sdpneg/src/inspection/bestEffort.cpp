@@ -18,7 +18,7 @@ struct Reason {
 };
 
 /// The first pair that does not fit ends the library's look at m-lines two by two.
-constexpr Reason reasons[] = {
+constexpr Reason kReasons[] = {
     {"due to different media types", "two m-lines of a pair are of different media types"},
     {"due to non odd number of m-lines", "odd number of m-lines"},
     {"due to different codecs", "two m-lines of a pair have different codecs"},
@@ -30,7 +30,7 @@ std::string reasonOf(eSecurityType security, std::span<const TraceLine> trace) {
   if (security == SECURITY_NONE) return "neither RTP/AVP nor RTP/SAVP";
   if (security == SECURITY_SRTP_ONLY) return "secure without SDES";
   for (const TraceLine& line : trace) {
-    for (const Reason& each : reasons) {
+    for (const Reason& each : kReasons) {
       if (sdpneg::contains(line.text, each.trace)) return each.words;
     }
   }

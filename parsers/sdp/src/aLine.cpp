@@ -35,19 +35,20 @@ void writeAttributes(TextWriter& out, const a_line& line) {
   }
 }
 
-}  // namespace sdp
-
 namespace {
 
 const a_line::entry* entryAt(const a_line* line, int index) {
-  if (line == nullptr || !sdp::inList(index, line->count, SDP_ATTRIBUTE_CAPACITY)) return nullptr;
+  if (line == nullptr || !inList(index, line->count, SDP_ATTRIBUTE_CAPACITY)) return nullptr;
   return &line->entries[index];
 }
 
 }  // namespace
+}  // namespace sdp
+
+using namespace sdp;
 
 int sdp_AgetNoOfAs(const a_line* line) {
-  return line != nullptr ? sdp::usable(line->count, SDP_ATTRIBUTE_CAPACITY) : 0;
+  return line != nullptr ? usable(line->count, SDP_ATTRIBUTE_CAPACITY) : 0;
 }
 
 const char* sdp_AgetAttributeField(const a_line* line, int index) {

@@ -38,19 +38,20 @@ void writeConnections(TextWriter& out, const c_line& line) {
   }
 }
 
-}  // namespace sdp
-
 namespace {
 
 const c_line::entry* entryAt(const c_line* line, int index) {
-  if (line == nullptr || !sdp::inList(index, line->count, SDP_CONNECTION_CAPACITY)) return nullptr;
+  if (line == nullptr || !inList(index, line->count, SDP_CONNECTION_CAPACITY)) return nullptr;
   return &line->entries[index];
 }
 
 }  // namespace
+}  // namespace sdp
+
+using namespace sdp;
 
 int sdp_CgetNoOfCs(const c_line* line) {
-  return line != nullptr ? sdp::usable(line->count, SDP_CONNECTION_CAPACITY) : 0;
+  return line != nullptr ? usable(line->count, SDP_CONNECTION_CAPACITY) : 0;
 }
 
 const char* sdp_CgetAddress(const c_line* line, int index) {

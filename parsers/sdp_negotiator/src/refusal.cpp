@@ -340,4 +340,6 @@ int mention(const Refusal& refusal) {
 
 }  // namespace sdpneg
 
-const sSdpRefusal& sdpLastRefusal() noexcept { return sdpneg::lastRefusal; }
+using namespace sdpneg;
+
+const sSdpRefusal& sdpLastRefusal() noexcept { return lastRefusal; }

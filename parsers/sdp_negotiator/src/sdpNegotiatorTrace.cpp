@@ -79,17 +79,23 @@ void composeFormat(char (&line)[kLineSize], std::string_view prefix, const char*
 }
 
 }  // namespace
+
+bool isTracing() { return KvRttTstFlag(negotTrcManager.handle, kInfoFlag) != 0; }
+
+int trace::write(int flag, int level, const char* format, va_list arguments) {
+  return isTracing() ? writeLine(negotTrcManager.handle, flag, level, format, arguments) : 0;
+}
+
 }  // namespace sdpneg
 
-bool sdpneg::isTracing() { return KvRttTstFlag(negotTrcManager.handle, kInfoFlag) != 0; }
+using namespace sdpneg;
 
 cNegotTraceManager::cNegotTraceManager() : handle(-1) {
-  using sdpneg::kComponent;
   if (pvxTraceRttInit(&handle) != 0) return;
   const int status = KvRttRegFacility(&handle, kComponent);
   if (status == 0) {
     KvRttRegFlag(kComponent, 1, "DEBUG");
-    KvRttRegFlag(kComponent, sdpneg::kInfoFlag, "INFO");
+    KvRttRegFlag(kComponent, kInfoFlag, "INFO");
     KvRttRegFlag(kComponent, 4, "ERROR");
     return;
   }
@@ -100,14 +106,10 @@ cNegotTraceManager::cNegotTraceManager() : handle(-1) {
 
 cNegotTraceManager::~cNegotTraceManager() = default;
 
-int sdpneg::trace::write(int flag, int level, const char* format, va_list arguments) {
-  return isTracing() ? writeLine(negotTrcManager.handle, flag, level, format, arguments) : 0;
-}
-
 int cNegotTraceManager::writeTraceMsg(int flag, int level, const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  const int result = sdpneg::trace::write(flag, level, format, arguments);
+  const int result = trace::write(flag, level, format, arguments);
   va_end(arguments);
   return result;
 }

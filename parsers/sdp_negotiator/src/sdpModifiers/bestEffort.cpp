@@ -15,9 +15,8 @@
 // Best-effort SRTP: an offer that leaves the choice between plain and secure media to the other side, by one
 // m-line per medium that has crypto attributes (RFC 4568) on a plain transport, or by a plain and a secure one.
 
+namespace sdpneg {
 namespace {
-
-using namespace sdpneg;
 
 constexpr const char* kDifferentMedia =
     "The Best Effort SRTP type is SRTP_UKNOWN due to different media types";
@@ -80,6 +79,9 @@ bool endsWithCrypto(const mDescription& media, bool before) {
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 bool sdpModifications::isSAVPMline(char* from, char* to) {
   if (from == nullptr || to == nullptr) return false;

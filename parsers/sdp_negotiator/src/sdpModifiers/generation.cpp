@@ -9,9 +9,8 @@
 
 // Writing SDP texts from values.
 
+namespace sdpneg {
 namespace {
-
-using namespace sdpneg;
 
 /// Writes a text into a caller's buffer from its start; what does not fit is cut.
 class CutText {
@@ -100,6 +99,9 @@ void addRequested(CutText& text, std::string_view codecs, std::string_view Reque
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 unsigned short sdpModifications::sdpEncoder(char* out, const sSdpParsedData& data, int version, int& length) {
   CutText text(out);

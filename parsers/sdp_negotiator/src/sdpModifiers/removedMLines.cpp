@@ -119,9 +119,11 @@ Refusal putMLinesBack(SdpText& text, std::string_view codes, DummyMLine (*dummyO
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 int sdpModifications::buildDummyMLine(char* out, char mediaCode, bool secure) {
   if (out == nullptr) return 0;
-  const auto line = sdpneg::textOf({static_cast<unsigned char>(mediaCode), secure});
+  const auto line = textOf({static_cast<unsigned char>(mediaCode), secure});
   out[line.view().copy(out, line.size())] = '\0';
   return static_cast<int>(line.size());
 }

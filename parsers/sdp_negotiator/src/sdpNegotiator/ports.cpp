@@ -6,9 +6,9 @@
 
 // Port 0 for media: by their kind, or by whether they are secure.
 
+namespace sdpneg {
 namespace {
 
-using namespace sdpneg;
 using M = sdpModifications;
 
 unsigned short disablePorts(cSdpNegotiator& object, M::eMediaSecurityType security) {
@@ -18,6 +18,9 @@ unsigned short disablePorts(cSdpNegotiator& object, M::eMediaSecurityType securi
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpDisablePort(unsigned int mediaMask) {
   trace::debug("Request to disable the port of (%d) media type.", static_cast<int>(mediaMask));

@@ -10,9 +10,9 @@
 
 // The transports of m-lines: another one for all media, and the secure one for m-lines that were removed.
 
+namespace sdpneg {
 namespace {
 
-using namespace sdpneg;
 using M = sdpModifications;
 
 /// The media names of a text's m-lines.
@@ -39,6 +39,9 @@ std::optional<std::vector<std::string>> mediaNames(char* text) {
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 void cSdpNegotiator::sdpModifyTransportTypes(const char* fromTransport, const char* toTransport) {
   trace::debug("sdpModifyTransportTypes():Request to modify transport type for all m-lines");

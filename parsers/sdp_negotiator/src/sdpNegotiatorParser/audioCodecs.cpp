@@ -70,6 +70,8 @@ std::uint8_t codecOfFmtp(std::string_view encoding, int payloadType,
 }  // namespace
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned char sdpParserMessage::convertCodec(const char* format, const a_line* attributes) {
   using namespace sdpneg;
   const std::string_view text = viewOf(format);
@@ -100,5 +102,5 @@ unsigned char sdpParserMessage::convertDynamicCodec(int payloadType, const a_lin
 
 void sdpParserMessage::setG729AnnexB(sSdpParsedData& data, int noOfFormats, unsigned char codec) {
   const int count = std::clamp(noOfFormats, 0, MAX_SDP_NEGOTIATOR_AUDIO_CODECS);
-  std::replace(data.audioCodec, data.audioCodec + count, sdpneg::kCodecG729, codec);
+  std::replace(data.audioCodec, data.audioCodec + count, kCodecG729, codec);
 }

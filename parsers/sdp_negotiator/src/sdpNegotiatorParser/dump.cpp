@@ -3,8 +3,7 @@
 
 // A summary as trace lines.
 
-using namespace sdpneg;
-
+namespace sdpneg {
 namespace {
 
 constexpr int kAddressTextSize = 50;
@@ -29,6 +28,9 @@ void dumpAudioCodecs(const sSdpParsedData& data) {
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 void sdpParserMessage::sdpDumpMediaInfo(const sSdpParsedData& data) {
   dumpAddress(data);

@@ -62,11 +62,13 @@ std::string_view findEncodingName(const char* begin, const char* end, const char
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 bool sdpParserMessage::getEncodingName(const mDescription* media, const char* format, char* name,
                                        unsigned int size) {
   if (media == nullptr) return false;
-  for (const a_line::entry& line : sdpneg::entriesOf(&media->aLine)) {
-    if (sdpneg::isNamed(line, "rtpmap") && isEncodingDefinedInAline(line.value, format, name, size)) {
+  for (const a_line::entry& line : entriesOf(&media->aLine)) {
+    if (isNamed(line, "rtpmap") && isEncodingDefinedInAline(line.value, format, name, size)) {
       return true;
     }
   }
@@ -75,17 +77,16 @@ bool sdpParserMessage::getEncodingName(const mDescription* media, const char* fo
 
 bool sdpParserMessage::getEncodingName(const char* begin, const char* end, const char* format, char* name,
                                        unsigned int size) {
-  return sdpneg::deliver(sdpneg::findEncodingName(begin, end, format), name, size);
+  return deliver(findEncodingName(begin, end, format), name, size);
 }
 
 bool sdpParserMessage::isEncodingDefinedInAline(const char* value, const char* format, char* name,
                                                 unsigned int size) {
   if (value == nullptr || format == nullptr) return false;
-  return sdpneg::deliver(sdpneg::encodingNameOf(value, format), name, size);
+  return deliver(encodingNameOf(value, format), name, size);
 }
 
 int sdpParserMessage::strcmpwospaces(const char* text, const char* pattern) {
-  using sdpneg::kCompareLimit;
   if (text == nullptr || pattern == nullptr) return -1;
   for (std::size_t matched = 0; pattern[matched] != '\0'; ++matched, ++text) {
     if (matched == kCompareLimit) return -1;

@@ -25,10 +25,12 @@ std::string_view between(const char* begin, const char* end) {
 }  // namespace
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpParserMessage::getMediaLinePort(const char* mLine, unsigned short& port) {
-  const char* const lineFeed = sdpneg::lineFeedOf(mLine);
+  const char* const lineFeed = lineFeedOf(mLine);
   if (lineFeed == nullptr) return 1;
-  const std::optional<unsigned short> read = sdpneg::portOf(sdpneg::between(mLine, lineFeed + 1));
+  const std::optional<unsigned short> read = portOf(between(mLine, lineFeed + 1));
   if (!read) return 1;
   port = *read;
   return 0;
@@ -57,22 +59,21 @@ unsigned short sdpParserMessage::setMediaLinePort(char* mLine, char*& lineEnd, u
 }
 
 eIPAddressVersion sdpParserMessage::getcLineIPVersion(const char* sdp) {
-  const std::string_view text = sdpneg::viewOf(sdp);
-  const std::string_view session = text.substr(0, sdpneg::findLine(text, "m="));
-  const std::size_t line = sdpneg::findLine(session, "c=");
-  if (line == sdpneg::npos) return sdpneg::kIpVersionUnknown;
-  const std::string_view content = sdpneg::content(text, sdpneg::lineAt(text, line));
-  if (sdpneg::contains(content, sdpneg::kIp4)) return sdpneg::kIpVersion4;
-  return sdpneg::contains(content, sdpneg::kIp6) ? sdpneg::kIpVersion6 : sdpneg::kIpVersionUnknown;
+  const std::string_view text = viewOf(sdp);
+  const std::string_view session = text.substr(0, findLine(text, "m="));
+  const std::size_t line = findLine(session, "c=");
+  if (line == npos) return kIpVersionUnknown;
+  const std::string_view content = sdpneg::content(text, lineAt(text, line));
+  if (contains(content, kIp4)) return kIpVersion4;
+  return contains(content, kIp6) ? kIpVersion6 : kIpVersionUnknown;
 }
 
 const char* sdpParserMessage::foundMyMline(const char* sdp, const char* prefix) {
   if (sdp == nullptr || prefix == nullptr) return nullptr;
   const std::string_view text(sdp);
   const std::string_view wanted(prefix);
-  for (std::size_t at = sdpneg::findLine(text, "m="); at != sdpneg::npos;
-       at = sdpneg::findLine(text, "m=", at)) {
-    if (sdpneg::startsWith(text.substr(at + 2), wanted)) return sdp + at;
+  for (std::size_t at = findLine(text, "m="); at != npos; at = findLine(text, "m=", at)) {
+    if (startsWith(text.substr(at + 2), wanted)) return sdp + at;
   }
   return nullptr;
 }
@@ -84,5 +85,5 @@ char* sdpParserMessage::foundMyMline(char* sdp, const char* prefix) {
 
 bool sdpParserMessage::isAline4Mode(const char* attribute) {
   if (attribute == nullptr) return false;
-  return sdpneg::startsWithDirection({attribute, strnlen(attribute, sdpneg::kDirectionLength)});
+  return startsWithDirection({attribute, strnlen(attribute, kDirectionLength)});
 }

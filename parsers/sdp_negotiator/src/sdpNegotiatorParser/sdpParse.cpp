@@ -109,9 +109,9 @@ unsigned short takeMedia(sSdpParsedData& data, sDescription& description, const 
 /// Media that indicate no version have the session's.
 void takeIPVersion(sSdpParsedData& data, const sDescription& description) {
   const unsigned int version = sdpParserMessage::checkMediaStreamsForIPIndication(description);
-  const bool isIPv6 = version == sdpneg::kIpVersionUnknown
+  const bool isIPv6 = version == kIpVersionUnknown
                           ? cMsgIPAddress::isIPv6(sdp_CgetAddress(&description.cLine, 0))
-                          : version == sdpneg::kIpVersion6;
+                          : version == kIpVersion6;
   if (isIPv6) data.sdpAttributes |= SDP_ATTR_IPV6;
 }
 
@@ -144,9 +144,11 @@ unsigned short analyse(sSdpParsedData& data, sDescription& description, const ch
 }  // namespace
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpParserMessage::sdpParse(const char* sdp, eSdpType type, sSdpParsedData& data) {
-  return sdpneg::withDescription([&](sDescription& description) {
-    const unsigned short status = sdpneg::decode(description, sdp, type, data);
-    return status != 0 ? status : sdpneg::analyse(data, description, sdp);
+  return withDescription([&](sDescription& description) {
+    const unsigned short status = decode(description, sdp, type, data);
+    return status != 0 ? status : analyse(data, description, sdp);
   });
 }

@@ -73,15 +73,16 @@ int h264LevelOf(const a_line::entry& line, std::string_view format) {
 }  // namespace
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned char sdpParserMessage::convertVideoCodec(const char* encodingName, const char* format) {
   if (encodingName == nullptr) return SDP_NO_CODEC;
-  return sdpneg::videoCodecOf(encodingName, sdpneg::viewOf(format));
+  return videoCodecOf(encodingName, viewOf(format));
 }
 
 bool sdpParserMessage::isStaticPayload(const char* format) {
-  const std::string_view text = sdpneg::viewOf(format);
-  return std::find(std::begin(sdpneg::kStaticPayloads), std::end(sdpneg::kStaticPayloads), text) !=
-         std::end(sdpneg::kStaticPayloads);
+  const std::string_view text = viewOf(format);
+  return std::find(std::begin(kStaticPayloads), std::end(kStaticPayloads), text) != std::end(kStaticPayloads);
 }
 
 int sdpParserMessage::decodeH264ProfileString(const char* profileLevelId) {

@@ -1,5 +1,5 @@
 // Runs a fuzz target without libFuzzer: over each file that the arguments name (folders with all that is in
-// them), then over prefixes and small changes of each file. The same inputs run every time.
+// them), then over prefixes and small changes of each file. Every run has the inputs of the one before.
 //
 // Files are read through the C library: the memory sanitizer knows what that writes, but not what the standard C++
 // library's own functions do.

@@ -31,7 +31,7 @@ struct OfferChanges {
 std::string applyToOffer(const Policy& policy, Body& offer, OfferChanges& changes);
 
 /// Applies the policy to an answer and makes it fit the offer as it was before its changes.
-/// @return as above
+/// @return why the answer cannot be used; empty when it can
 std::string applyToAnswer(const Policy& policy, Body& answer, const OfferChanges& changes);
 
 std::string textOf(const Body& object);

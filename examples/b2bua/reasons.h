@@ -10,7 +10,7 @@ namespace b2bua {
 std::string lastReason();
 
 /// @param reason  why the library refuses a body: what it found in a line may be part of a key
-/// @return the same, with no more of a line about keys or passwords than its attribute's name
+/// @return the reason, with no more of a line about keys or passwords than its attribute's name
 std::string withoutSecrets(const std::string& reason, std::string_view body);
 
 /// @return what the other side is told: reasons with names of functions and records are only for the log

@@ -9,7 +9,7 @@
 #include <cstdio>
 #include <string_view>
 
-inline constexpr const char* OFFER =
+inline constexpr const char* kOffer =
     "v=0\r\n"
     "o=alice 100 1 IN IP4 192.0.2.10\r\n"
     "s=-\r\n"
@@ -24,7 +24,7 @@ inline constexpr const char* OFFER =
     "a=rtpmap:97 H264/90000\r\n"
     "a=fmtp:97 profile-level-id=42e01f\r\n";
 
-inline constexpr const char* ANSWER =
+inline constexpr const char* kAnswer =
     "v=0\r\n"
     "o=bob 200 1 IN IP4 198.51.100.7\r\n"
     "s=-\r\n"
@@ -46,7 +46,7 @@ inline void show(std::string_view body, std::string_view beginning) {
   }
 }
 
-/// The same for the body of an object.
+/// Shows those lines of the body of an object that begin so.
 inline void show(const cSdpNegotiator& object, std::string_view beginning) {
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
   if (object.getSDP(text, sizeof text) == 0) show(std::string_view(text), beginning);

@@ -30,7 +30,7 @@ bool accept(cSdpNegotiator& offer, const char* body) {
 
 int main() {
   cSdpNegotiator offer;
-  accept(offer, OFFER);
+  accept(offer, kOffer);
   accept(offer, "");
   accept(
       offer,

@@ -34,7 +34,7 @@ void showVideo(const cSdpNegotiator& offer) {
 
 int main() {
   cSdpNegotiator offer;
-  if (offer.sdpParse(OFFER, SDP_TYPE_OFFER) != 0) return 1;
+  if (offer.sdpParse(kOffer, SDP_TYPE_OFFER) != 0) return 1;
   const sSdpParsedData& summary = offer.getParsedData();
   showAudio(summary);
   showVideo(offer);

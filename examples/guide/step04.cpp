@@ -9,7 +9,7 @@ int main() {
   const unsigned char vp8 = cSdpNegotiator::getVideoCodecValue("VP8");
 
   cSdpNegotiator offer;
-  if (offer.sdpParse(OFFER, SDP_TYPE_OFFER) != 0) return 1;
+  if (offer.sdpParse(kOffer, SDP_TYPE_OFFER) != 0) return 1;
   offer.sdpChangeAudioCodecPreference(pcmu);
   show(offer, "m=audio");
 

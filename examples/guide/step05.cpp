@@ -17,7 +17,7 @@ unsigned short setAudioPort(cSdpNegotiator& object, unsigned int port) {
 
 int main() {
   cSdpNegotiator offer;
-  if (offer.sdpParse(OFFER, SDP_TYPE_OFFER) != 0) return 1;
+  if (offer.sdpParse(kOffer, SDP_TYPE_OFFER) != 0) return 1;
 
   if (offer.sdpReplaceCxIP("2001:db8::5") != 0) return 1;  // the first c-line
   if (setAudioPort(offer, 20000) != 0) return 1;

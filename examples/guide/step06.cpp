@@ -4,7 +4,7 @@
 
 int main() {
   cSdpNegotiator call;
-  if (call.sdpParse(OFFER, SDP_TYPE_OFFER) != 0) return 1;
+  if (call.sdpParse(kOffer, SDP_TYPE_OFFER) != 0) return 1;
 
   const cSdpNegotiator active = call;  // an assignment copies all there is
   constexpr int kAllMedia = 0;

@@ -27,7 +27,8 @@ unsigned short update(cSdpNegotiator& answer, const cSdpNegotiator& oldOffer,
 int main() {
   cSdpNegotiator stored;
   cSdpNegotiator answer;
-  if (stored.sdpParse(OFFER, SDP_TYPE_OFFER) != 0 || answer.sdpParse(ANSWER, SDP_TYPE_ANSWER) != 0) return 1;
+  if (stored.sdpParse(kOffer, SDP_TYPE_OFFER) != 0 || answer.sdpParse(kAnswer, SDP_TYPE_ANSWER) != 0)
+    return 1;
 
   const cSdpNegotiator repeated = stored;
   if (compare(repeated, stored) == Offered::again) std::printf("again: send the stored answer\n");

@@ -27,7 +27,7 @@ bool unpack(cSdpNegotiator& object, const std::string& bytes) {
 
 int main() {
   cSdpNegotiator offer;
-  if (offer.sdpParse(OFFER, SDP_TYPE_OFFER) != 0) return 1;
+  if (offer.sdpParse(kOffer, SDP_TYPE_OFFER) != 0) return 1;
   const std::string bytes = pack(offer);
   std::printf("%zu of %zu bytes travel\n", bytes.size(), sizeof offer);
 

@@ -12,7 +12,7 @@ int main() {
 
   // An offer that is to be answered before anyone else has: the offer itself, turned round and on hold.
   cSdpNegotiator answer;
-  if (answer.sdpParse(OFFER, SDP_TYPE_OFFER) != 0) return 1;
+  if (answer.sdpParse(kOffer, SDP_TYPE_OFFER) != 0) return 1;
   if (answer.createDummyAnswer(true, "203.0.113.5", 20000) != 0) return 1;
   show(answer, "c=");
   show(answer, "m=");

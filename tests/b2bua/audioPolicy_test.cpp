@@ -73,20 +73,20 @@ class AudioPolicy : public Calls {
 
 }  // namespace
 
-TEST_F(AudioPolicy, telephoneEventsAreNoCommonCodec) {
+TEST_F(AudioPolicy, TelephoneEventsAreNoCommonCodec) {
   expectRefusal("audio-codecs = PCMA, telephone-event\n", kMobile, "no allowed audio codec");
 }
 
-TEST_F(AudioPolicy, aPolicyOfEventsAllowsNoCodec) {
+TEST_F(AudioPolicy, APolicyOfEventsAllowsNoCodec) {
   expectRefusal("audio-codecs = telephone-event\n", kSoftClient, "no allowed audio codec");
 }
 
-TEST_F(AudioPolicy, comfortNoiseIsNoCommonCodec) {
+TEST_F(AudioPolicy, ComfortNoiseIsNoCommonCodec) {
   expectRefusal("audio-codecs = PCMA, COMFORT_NOISE\n",
                 kFromAlice + "m=audio 49170 RTP/AVP 96 13\na=rtpmap:96 AMR/8000\n", "no allowed audio codec");
 }
 
-TEST_F(AudioPolicy, eventsOfTheClockThatStaysAreKept) {
+TEST_F(AudioPolicy, EventsOfTheClockThatStaysAreKept) {
   const std::string answer = kFromBob +
                              "m=audio 30000 RTP/AVP 8 126\n"
                              "a=rtpmap:8 PCMA/8000\n"
@@ -100,7 +100,7 @@ TEST_F(AudioPolicy, eventsOfTheClockThatStaysAreKept) {
               answer);
 }
 
-TEST_F(AudioPolicy, eventsOfTheClockThatGoesGoToo) {
+TEST_F(AudioPolicy, EventsOfTheClockThatGoesGoToo) {
   const std::string answer = kFromBob +
                              "m=audio 30000 RTP/AVP 111 110\n"
                              "a=rtpmap:111 opus/48000/2\n"
@@ -114,7 +114,7 @@ TEST_F(AudioPolicy, eventsOfTheClockThatGoesGoToo) {
               answer);
 }
 
-TEST_F(AudioPolicy, eachClockThatStaysKeepsItsEvents) {
+TEST_F(AudioPolicy, EachClockThatStaysKeepsItsEvents) {
   const std::string answer = kFromBob +
                              "m=audio 30000 RTP/AVP 0 126\n"
                              "a=rtpmap:0 PCMU/8000\n"
@@ -130,7 +130,7 @@ TEST_F(AudioPolicy, eachClockThatStaysKeepsItsEvents) {
               answer);
 }
 
-TEST_F(AudioPolicy, aSoftClientKeepsItsEvents) {
+TEST_F(AudioPolicy, ASoftClientKeepsItsEvents) {
   const std::string answer = kFromBob +
                              "m=audio 30000 RTP/AVP 8 101\n"
                              "a=rtpmap:8 PCMA/8000\n"
@@ -146,7 +146,7 @@ TEST_F(AudioPolicy, aSoftClientKeepsItsEvents) {
               answer);
 }
 
-TEST_F(AudioPolicy, aSoftClientsEventsDoNotFitWidebandAlone) {
+TEST_F(AudioPolicy, ASoftClientsEventsDoNotFitWidebandAlone) {
   const std::string answer = kFromBob + "m=audio 30000 RTP/AVP 96\na=rtpmap:96 opus/48000/2\n";
   expectOffer("audio-codecs = OPUS, telephone-event\n",
               replaced(kSoftClient, "a=rtpmap:97 opus/48000/1\n", ""),
@@ -154,7 +154,7 @@ TEST_F(AudioPolicy, aSoftClientsEventsDoNotFitWidebandAlone) {
 }
 
 // Sections behind the video, with c-lines of their own, stay whole.
-TEST_F(AudioPolicy, videoGoesWithoutWhatStandsBehindIt) {
+TEST_F(AudioPolicy, VideoGoesWithoutWhatStandsBehindIt) {
   const std::string offer =
       "v=0\n"
       "o=alice 21 4 IN IP4 192.0.2.10\n"
@@ -171,7 +171,7 @@ TEST_F(AudioPolicy, videoGoesWithoutWhatStandsBehindIt) {
   expectOffer("video = off\n", offer, replaced(offer, "m=video 49172 ", "m=video 0 "), answer);
 }
 
-TEST_F(AudioPolicy, anOfferOfVideoAloneIsRefusedWithoutVideo) {
+TEST_F(AudioPolicy, AnOfferOfVideoAloneIsRefusedWithoutVideo) {
   expectRefusal("video = off\n", kFromAlice + "m=video 49172 RTP/AVP 97\na=rtpmap:97 H264/90000\n",
                 "no media but video");
 }

@@ -75,7 +75,7 @@ class Baresip : public Calls {};
 }  // namespace
 
 // Both clients prefer PCMU, the policy wants PCMA first.
-TEST_F(Baresip, twoClientsTalkWithTheCodecOrderOfThePolicy) {
+TEST_F(Baresip, TwoClientsTalkWithTheCodecOrderOfThePolicy) {
   Client bob(folder_, "bob");
   Engine engine(folder_, kHost, bob.port(),
                 {"--policy", folder_.write("policy", "audio-codecs = PCMA, PCMU, telephone-event\n")});

@@ -62,7 +62,7 @@ class Dialogs : public Calls {
 }  // namespace
 
 // Each side sees versions that rise by one, whatever the other side's do.
-TEST_F(Dialogs, holdAndResumeAreRelayed) {
+TEST_F(Dialogs, HoldAndResumeAreRelayed) {
   Plan made = plan("hold-caller", "hold-target");
   made.bodies.push_back({"hold", inMode(withOrigin(kOffer, alice(10)), "sendonly")});
   made.bodies.push_back({"hold-answer", inMode(withOrigin(kAnswer, bob(12)), "recvonly")});
@@ -79,7 +79,7 @@ TEST_F(Dialogs, holdAndResumeAreRelayed) {
   EXPECT_EQ(countOf(played.log, " ended by caller"), 1U) << played.log;
 }
 
-TEST_F(Dialogs, anUnchangedReofferIsAnsweredFromTheStore) {
+TEST_F(Dialogs, AnUnchangedReofferIsAnsweredFromTheStore) {
   Plan made = plan("reoffer-caller", "call-target");
   made.bodies.push_back({"reoffer", kOffer});
   const Played played = play(made);
@@ -90,7 +90,7 @@ TEST_F(Dialogs, anUnchangedReofferIsAnsweredFromTheStore) {
   EXPECT_EQ(countOf(played.log, " re-offer unchanged, answered from store"), 1U) << played.log;
 }
 
-TEST_F(Dialogs, aReofferOneVersionOnWithFewerCodecsUpdatesTheStoredAnswer) {
+TEST_F(Dialogs, AReofferOneVersionOnWithFewerCodecsUpdatesTheStoredAnswer) {
   Plan made = plan("reoffer-caller", "call-target");
   made.bodies.push_back({"reoffer", replaced(withOrigin(kOffer, alice(5)), " 0 8 18 101", " 0 8 101")});
   const std::string updated =
@@ -109,7 +109,7 @@ TEST_F(Dialogs, aReofferOneVersionOnWithFewerCodecsUpdatesTheStoredAnswer) {
   EXPECT_EQ(countOf(played.log, " re-offer one version on, stored answer updated"), 1U) << played.log;
 }
 
-TEST_F(Dialogs, aReofferFromTheTargetIsRelayed) {
+TEST_F(Dialogs, AReofferFromTheTargetIsRelayed) {
   Plan made = plan("reoffered-caller", "reoffering-target");
   made.bodies.push_back({"reoffer", inMode(withOrigin(kAnswer, bob(20)), "sendonly")});
   made.bodies.push_back({"reanswer", inMode(withOrigin(kOffer, alice(30)), "recvonly")});
@@ -121,7 +121,7 @@ TEST_F(Dialogs, aReofferFromTheTargetIsRelayed) {
   EXPECT_EQ(countOf(played.log, " ended by target"), 1U) << played.log;
 }
 
-TEST_F(Dialogs, aReofferWithoutBodyIsRelayedAndAnsweredInTheAck) {
+TEST_F(Dialogs, AReofferWithoutBodyIsRelayedAndAnsweredInTheAck) {
   Plan made = plan("late-reoffer-caller", "late-reoffer-target");
   made.bodies.push_back({"reoffer", withOrigin(kAnswer, bob(10))});
   made.bodies.push_back({"answer-in-ack", replaced(withOrigin(kOffer, alice(5)), " 0 8 18 101", " 8 101")});
@@ -134,7 +134,7 @@ TEST_F(Dialogs, aReofferWithoutBodyIsRelayedAndAnsweredInTheAck) {
             (Counters{{"calls", 1}, {"established", 1}, {"ended", 1}, {"reoffers", 1}}));
 }
 
-TEST_F(Dialogs, theTargetMayHangUp) {
+TEST_F(Dialogs, TheTargetMayHangUp) {
   const Played played = play(plan("ended-caller", "ending-target"));
   EXPECT_EQ(played.atTarget, Bodies{kOffer});
   EXPECT_EQ(played.atCaller, Bodies{kAnswer});
@@ -142,7 +142,7 @@ TEST_F(Dialogs, theTargetMayHangUp) {
   EXPECT_EQ(countOf(played.log, " ended by target"), 1U) << played.log;
 }
 
-TEST_F(Dialogs, aCallMayBeCancelled) {
+TEST_F(Dialogs, ACallMayBeCancelled) {
   const Played played = play(plan("cancel-caller", "cancel-target"));
   EXPECT_EQ(played.atTarget, Bodies{kOffer});
   EXPECT_EQ(played.atCaller, Bodies{});
@@ -151,7 +151,7 @@ TEST_F(Dialogs, aCallMayBeCancelled) {
 }
 
 // Not with what the target says of itself. The scenario checks the status.
-TEST_F(Dialogs, aFailureIsRelayedWithoutItsWarning) {
+TEST_F(Dialogs, AFailureIsRelayedWithoutItsWarning) {
   const Played played = play(plan("refused-caller", "refusing-target"));
   ASSERT_FALSE(played.callerMessages.empty());
   for (const Received& message : played.callerMessages)
@@ -163,7 +163,7 @@ TEST_F(Dialogs, aFailureIsRelayedWithoutItsWarning) {
 }
 
 // The target gets a dummy, then the caller's body as the dummy's next version.
-TEST_F(Dialogs, anInviteWithoutBodyGetsTheTargetsBodyAsOffer) {
+TEST_F(Dialogs, AnInviteWithoutBodyGetsTheTargetsBodyAsOffer) {
   Plan made = plan("late-caller", "late-target");
   made.policy = "audio-codecs = PCMA, PCMU\n";
   const std::string answer =

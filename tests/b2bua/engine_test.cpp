@@ -30,14 +30,14 @@ class EngineProcess : public Calls {
 
 }  // namespace
 
-TEST_F(EngineProcess, tellsHowItIsUsed) {
+TEST_F(EngineProcess, TellsHowItIsUsed) {
   EXPECT_NE(expectRefusal({}, 2).find("--target"), std::string::npos);
   expectRefusal({"--target", "nonsense"}, 2);
   expectRefusal({"--target", kHost + ":9", "--no-such-option"}, 2);
   EXPECT_NE(expectRefusal({"--help"}, 0).find("--policy"), std::string::npos);
 }
 
-TEST_F(EngineProcess, tellsWhatOfAPolicyItDoesNotUnderstand) {
+TEST_F(EngineProcess, TellsWhatOfAPolicyItDoesNotUnderstand) {
   EXPECT_NE(policyRefusal("# first\nvideo = off\ncolour = blue\n").find("colour"), std::string::npos);
   EXPECT_NE(policyRefusal("audio-codecs = PCMA, NOSUCHCODEC\n").find("unknown codec: NOSUCHCODEC"),
             std::string::npos);
@@ -51,7 +51,7 @@ TEST_F(EngineProcess, tellsWhatOfAPolicyItDoesNotUnderstand) {
   EXPECT_NE(policyRefusal("audio-codecs = " + codecs + "\n").find("more than 20 codecs"), std::string::npos);
 }
 
-TEST_F(EngineProcess, namesFileAndLineOfAPolicyItDoesNotUnderstand) {
+TEST_F(EngineProcess, NamesFileAndLineOfAPolicyItDoesNotUnderstand) {
   const std::string file = folder_.path("policy");
   const struct {
     const char* policy;
@@ -73,7 +73,7 @@ TEST_F(EngineProcess, namesFileAndLineOfAPolicyItDoesNotUnderstand) {
   EXPECT_TRUE(output.starts_with("--ice: ")) << output;
 }
 
-TEST_F(EngineProcess, doesNotListenAtAWildcard) {
+TEST_F(EngineProcess, DoesNotListenAtAWildcard) {
   for (const char* address : {"0.0.0.0:0", "[::]:0", "[0:0::0]:0", "[::ffff:0.0.0.0]:0"}) {
     const std::string output = expectRefusal({"--target", kHost + ":9", "--listen", address}, 2);
     EXPECT_NE(output.find("no wildcard address"), std::string::npos) << output;
@@ -81,7 +81,7 @@ TEST_F(EngineProcess, doesNotListenAtAWildcard) {
 }
 
 // As programs that keep logs do: the file is moved away, and the engine told.
-TEST_F(EngineProcess, opensItsLogAnewAtHangup) {
+TEST_F(EngineProcess, OpensItsLogAnewAtHangup) {
   const RawParty caller;
   Engine engine(folder_, kHost, freePort());
   const auto refusal = [&](int call) {
@@ -99,7 +99,7 @@ TEST_F(EngineProcess, opensItsLogAnewAtHangup) {
   EXPECT_EQ(engine.stop().at("failed"), 2);
 }
 
-TEST_F(EngineProcess, doesNotStartWithoutItsPortOrItsStore) {
+TEST_F(EngineProcess, DoesNotStartWithoutItsPortOrItsStore) {
   Engine first(folder_, kHost, "9");
   expectRefusal({"--target", kHost + ":9", "--listen", first.address()}, 1);
   expectRefusal(
@@ -108,7 +108,7 @@ TEST_F(EngineProcess, doesNotStartWithoutItsPortOrItsStore) {
   EXPECT_EQ(raised(first.stop()), Counters{});
 }
 
-TEST_F(EngineProcess, hangsUpOnBothSidesWhenItEnds) {
+TEST_F(EngineProcess, HangsUpOnBothSidesWhenItEnds) {
   writeBodies({.bodies = {{"offer",
                            "v=0\no=- 1 1 IN IP4 192.0.2.1\ns=-\nc=IN IP4 192.0.2.1\nt=0 0\n"
                            "m=audio 4000 RTP/AVP 8\n"},

@@ -225,7 +225,7 @@ class Forbidden : public Calls {
 }  // namespace
 
 // Most of them are refused; a few an edit does find.
-TEST_F(Forbidden, offersDoNotGoOut) {
+TEST_F(Forbidden, OffersDoNotGoOut) {
   int number = 0;
   int refused = 0;
   for (const Probe& probe : kProbes) {
@@ -250,7 +250,7 @@ TEST_F(Forbidden, offersDoNotGoOut) {
   EXPECT_GE(refused, kMostlyRefused);
 }
 
-TEST_F(Forbidden, isNotWhatIsAllowed) {
+TEST_F(Forbidden, IsNotWhatIsAllowed) {
   int number = 0;
   for (const Probe& probe : kAllowed) {
     SCOPED_TRACE(probe.name);
@@ -265,7 +265,7 @@ TEST_F(Forbidden, isNotWhatIsAllowed) {
 }
 
 // An answer that goes back on what was offered.
-TEST_F(Forbidden, answersDoNotComeBack) {
+TEST_F(Forbidden, AnswersDoNotComeBack) {
   const Probe answers[] = {
       {"keys", kPlain, kHead + kAudio + "a=crypto:1 " + kKey + "\r\n"},
       {"a secure m-line", kPlain, kHead + "m=audio 49170 rtp/savp 8\r\n"},
@@ -287,7 +287,7 @@ TEST_F(Forbidden, answersDoNotComeBack) {
 }
 
 // Its keys were the condition for taking a plain offer as a secure one.
-TEST_F(Forbidden, aBestEffortOfferIsNotAnsweredWithoutKeysWhereSecureIsWanted) {
+TEST_F(Forbidden, ABestEffortOfferIsNotAnsweredWithoutKeysWhereSecureIsWanted) {
   Engine& engine = engineWith(kSecure);
   caller_.request(engine.address(), {.body = kHead + kAudio + "a=crypto:1 " + kKey + "\r\n"});
   const std::string invited = target_.receive("INVITE ", "", kLongestWait);
@@ -296,7 +296,7 @@ TEST_F(Forbidden, aBestEffortOfferIsNotAnsweredWithoutKeysWhereSecureIsWanted) {
   EXPECT_NE(caller_.receive("SIP/2.0 488 ", "", kLongestWait), "");
 }
 
-TEST_F(Forbidden, aPlainDummyOfferDoesNotGoOutWhereSecureIsWanted) {
+TEST_F(Forbidden, APlainDummyOfferDoesNotGoOutWhereSecureIsWanted) {
   Engine& engine = engineWith(kSecure);
   EXPECT_EQ(statusOf(caller_.ask(engine.address(), {}, kLongestWait)), 488);
   EXPECT_EQ(target_.receive("INVITE ", "", kSilence), "");

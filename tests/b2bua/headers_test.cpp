@@ -34,7 +34,7 @@ class Headers : public testing::Test {
 
 }  // namespace
 
-TEST_F(Headers, haveTheirWholeValueWhateverItsLength) {
+TEST_F(Headers, HaveTheirWholeValueWhateverItsLength) {
   for (std::size_t size = 0; size < 2'200; ++size) {
     const std::string text = '"' + letters(size) + "\" <sip:" + letters(size % 300 + 1) + "@192.0.2.1:5070;" +
                              letters(size % 130) + ">;tag=" + letters(size % 270 + 1);
@@ -42,7 +42,7 @@ TEST_F(Headers, haveTheirWholeValueWhateverItsLength) {
   }
 }
 
-TEST_F(Headers, ofOneKindStandBehindEachOther) {
+TEST_F(Headers, OfOneKindStandBehindEachOther) {
   const std::string text =
       "<sip:" + letters(300) + ";lr>, <sip:192.0.2.7;lr>;x=" + letters(5'000) + ", <sip:192.0.2.8;lr>";
   EXPECT_EQ(b2bua::headerText(sip_record_route_make(home_, text.c_str())), text);
@@ -106,7 +106,7 @@ class LongHeaders : public Calls {
 
 }  // namespace
 
-TEST_F(LongHeaders, stayWholeThroughACall) {
+TEST_F(LongHeaders, StayWholeThroughACall) {
   start();
   // 127 and 256 are where buffers end.
   for (const std::size_t size : {60U, 100U, 127U, 150U, 220U, 256U, 500U, 1000U, 5000U})
@@ -116,7 +116,7 @@ TEST_F(LongHeaders, stayWholeThroughACall) {
 
 class MemoryCheck : public LongHeaders {};
 
-TEST_F(MemoryCheck, findsNothingInCallsWithLongHeaders) {
+TEST_F(MemoryCheck, FindsNothingInCallsWithLongHeaders) {
   start({VALGRIND_PROGRAM, "--quiet", "--error-exitcode=9", "--log-file=" + folder_.path("valgrind.log")});
   for (const std::size_t size : {10U, 150U, 1000U, 5000U}) expectThemToStay(size);
   engine_->process().signal(SIGTERM);

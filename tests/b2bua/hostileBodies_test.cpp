@@ -117,15 +117,15 @@ class HostileBodies : public Calls {
 
 }  // namespace
 
-TEST_F(HostileBodies, ofTheTestsOwnGetAnAnswer) { expectEachIsAnswered(ownBodies(), ""); }
+TEST_F(HostileBodies, OfTheTestsOwnGetAnAnswer) { expectEachIsAnswered(ownBodies(), ""); }
 
-TEST_F(HostileBodies, ofTheTestsOwnGetAnAnswerUnderAPolicy) {
+TEST_F(HostileBodies, OfTheTestsOwnGetAnAnswerUnderAPolicy) {
   expectEachIsAnswered(ownBodies(),
                        "audio-codecs = PCMA, PCMU\nvideo = cap 128 1\nice = remove\nsecurity = plain\n"
                        "address-family = ipv4\nconnection-address = 192.0.2.10\n");
 }
 
-TEST_F(HostileBodies, ofTheCorpusGetAnAnswer) {
+TEST_F(HostileBodies, OfTheCorpusGetAnAnswer) {
   if (corpusFolder().empty()) GTEST_SKIP() << "SDP_CORPUS_DIR is not set";
   NamedBodies bodies;
   for (const auto& file : sdpFilesBelow(corpusFolder())) {

@@ -38,7 +38,7 @@ class Load : public Calls {};
 
 }  // namespace
 
-TEST_F(Load, twoHundredCallsPerSecondSucceedInBoundedMemory) {
+TEST_F(Load, TwoHundredCallsPerSecondSucceedInBoundedMemory) {
   writeBodies({.bodies = {{"offer", kOffer}, {"answer", kAnswer}}});
   const long total = kCallsPerSecond * (kUntilSteady + kMeasured).count();
   const std::string port = freePort();

@@ -62,31 +62,31 @@ class Overload : public Calls {
 
 }  // namespace
 
-TEST_F(Overload, optionsAreNotRemembered) {
+TEST_F(Overload, OptionsAreNotRemembered) {
   start();
   expectNothingKept([&](int i) { caller_.request(engine_->address(), {.method = "OPTIONS", .call = i}); });
 }
 
-TEST_F(Overload, otherMethodsAreNotRemembered) {
+TEST_F(Overload, OtherMethodsAreNotRemembered) {
   start();
   expectNothingKept([&](int i) { caller_.request(engine_->address(), {.method = "MESSAGE", .call = i}); });
 }
 
-TEST_F(Overload, strayAcksAreNotRemembered) {
+TEST_F(Overload, StrayAcksAreNotRemembered) {
   start();
   expectNothingKept([&](int i) {
     caller_.request(engine_->address(), {.method = "ACK", .call = i, .toTag = ";tag=nobody"});
   });
 }
 
-TEST_F(Overload, byesOfUnknownDialogsAreNotRemembered) {
+TEST_F(Overload, ByesOfUnknownDialogsAreNotRemembered) {
   start();
   expectNothingKept([&](int i) {
     caller_.request(engine_->address(), {.method = "BYE", .call = i, .toTag = ";tag=0123456789abcdef-c"});
   });
 }
 
-TEST_F(Overload, invitesWithoutContactAreNotRemembered) {
+TEST_F(Overload, InvitesWithoutContactAreNotRemembered) {
   start();
   expectNothingKept([&](int i) { caller_.request(engine_->address(), {.call = i, .contact = "none"}); });
   EXPECT_EQ(statusOf(caller_.ask(engine_->address(), {.call = 3 * kFlood, .contact = "none"}, kLongestWait)),
@@ -94,7 +94,7 @@ TEST_F(Overload, invitesWithoutContactAreNotRemembered) {
   EXPECT_EQ(raised(engine_->stop()), Counters{});
 }
 
-TEST_F(Overload, requestsWithinADialogAreNotRemembered) {
+TEST_F(Overload, RequestsWithinADialogAreNotRemembered) {
   start();
   const std::string tag = establish();
   expectNothingKept([&](int i) {
@@ -105,7 +105,7 @@ TEST_F(Overload, requestsWithinADialogAreNotRemembered) {
       200);
 }
 
-TEST_F(Overload, moreInvitesInASecondThanAllowedAreRefused) {
+TEST_F(Overload, MoreInvitesInASecondThanAllowedAreRefused) {
   start({"--max-invites", "3"});
   for (int call = 1; call <= 5; ++call) caller_.request(engine_->address(), {.call = call, .body = kOffer});
   EXPECT_NE(caller_.receive("SIP/2.0 503 ", "Call-ID: 4@", kLongestWait), "");
@@ -117,7 +117,7 @@ TEST_F(Overload, moreInvitesInASecondThanAllowedAreRefused) {
 }
 
 // A call has two of them: the caller's and the target's INVITE.
-TEST_F(Overload, moreTransactionsThanAllowedAreRefused) {
+TEST_F(Overload, MoreTransactionsThanAllowedAreRefused) {
   start({"--max-transactions", "4"});
   const std::string tag = establish();
   caller_.request(engine_->address(), {.call = 2, .body = kOffer});
@@ -135,14 +135,14 @@ TEST_F(Overload, moreTransactionsThanAllowedAreRefused) {
             (Counters{{"calls", 2}, {"established", 1}, {"ended", 1}, {"overload", 2}, {"active", 1}}));
 }
 
-TEST_F(Overload, aCancelWithoutTransactionIsRefused) {
+TEST_F(Overload, ACancelWithoutTransactionIsRefused) {
   start();
   EXPECT_EQ(
       statusOf(caller_.ask(engine_->address(), {.method = "CANCEL", .branch = "INVITE1"}, kLongestWait)),
       481);
 }
 
-TEST_F(Overload, anOlderRequestOfADialogIsRefused) {
+TEST_F(Overload, AnOlderRequestOfADialogIsRefused) {
   start();
   const std::string tag = establish();
   EXPECT_EQ(
@@ -152,7 +152,7 @@ TEST_F(Overload, anOlderRequestOfADialogIsRefused) {
 }
 
 // The server sends something each 150 ms, and never all of it.
-TEST_F(Overload, aStoreThatAnswersSlowlyHoldsNobody) {
+TEST_F(Overload, AStoreThatAnswersSlowlyHoldsNobody) {
   const SlowServer server("+PONG\r\n");
   start({"--state", "redis://127.0.0.1:" + server.port()});
   const std::string tag = establish();
@@ -169,7 +169,7 @@ TEST_F(Overload, aStoreThatAnswersSlowlyHoldsNobody) {
 }
 
 // What a reply announces is not made room for before it comes.
-TEST_F(Overload, aStoreThatAnnouncesABillionElementsHoldsNobody) {
+TEST_F(Overload, AStoreThatAnnouncesABillionElementsHoldsNobody) {
   const SlowServer server("+PONG\r\n", "*1000000000\r\n");
   start({"--state", "redis://127.0.0.1:" + server.port()});
   caller_.request(engine_->address(), {.method = "BYE", .toTag = ";tag=0123456789abcdef-c"});
@@ -178,7 +178,7 @@ TEST_F(Overload, aStoreThatAnnouncesABillionElementsHoldsNobody) {
 }
 
 // Five each second; the others are as good as lost, and repeated.
-TEST_F(Overload, theStoreIsAskedForFewUnknownTags) {
+TEST_F(Overload, TheStoreIsAskedForFewUnknownTags) {
   const SlowServer server("+PONG\r\n", "*0\r\n");
   start({"--state", "redis://127.0.0.1:" + server.port()});
   const int before = server.requests();

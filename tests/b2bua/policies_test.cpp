@@ -56,11 +56,11 @@ class Policies : public Calls {
 
 }  // namespace
 
-TEST_F(Policies, withoutAnyBodiesPassAsTheyAre) {
+TEST_F(Policies, WithoutAnyBodiesPassAsTheyAre) {
   expectBodies(plan("", kAudioOffer, kAudioAnswer), kAudioOffer, kAudioAnswer);
 }
 
-TEST_F(Policies, audioCodecsAreRestrictedAndPutInOrder) {
+TEST_F(Policies, AudioCodecsAreRestrictedAndPutInOrder) {
   const std::string offered =
       "v=0\n"
       "o=alice 2890844526 7 IN IP4 192.0.2.10\n"
@@ -102,7 +102,7 @@ TEST_F(Policies, audioCodecsAreRestrictedAndPutInOrder) {
   expectBodies(plan("audio-codecs = G729, PCMA, telephone-event\n", kAudioOffer, answer), offered, answered);
 }
 
-TEST_F(Policies, anOfferWithoutAnAllowedCodecIsRefused) {
+TEST_F(Policies, AnOfferWithoutAnAllowedCodecIsRefused) {
   Plan made = plan("audio-codecs = G722\n", kAudioOffer, kAudioAnswer);
   made.callerScenario = "unusable-caller";
   made.targetScenario = "";
@@ -145,13 +145,13 @@ const std::string kVideoAnswer =
 
 }  // namespace
 
-TEST_F(Policies, videoOffIsOfferedWithPortZero) {
+TEST_F(Policies, VideoOffIsOfferedWithPortZero) {
   const std::string refused = replaced(kVideoAnswer, "m=video 30002 ", "m=video 0 ");
   expectBodies(plan("video = off\n", kVideoOffer, refused),
                replaced(kVideoOffer, "m=video 51372 ", "m=video 0 "), refused);
 }
 
-TEST_F(Policies, videoIsCappedInBandwidthAndLevel) {
+TEST_F(Policies, VideoIsCappedInBandwidthAndLevel) {
   // The answer's level is below the cap already.
   expectBodies(plan("video = cap 384 3\n", kVideoOffer, kVideoAnswer),
                replaced(replaced(kVideoOffer, "b=AS:768", "b=AS:384"), "=42801f", "=42801E"),
@@ -190,7 +190,7 @@ const std::string kIceAnswer =
 
 }  // namespace
 
-TEST_F(Policies, iceIsRemovedFromBoth) {
+TEST_F(Policies, IceIsRemovedFromBoth) {
   const std::string offered =
       "v=0\n"
       "o=alice 8 8 IN IP4 192.0.2.10\n"
@@ -212,11 +212,11 @@ TEST_F(Policies, iceIsRemovedFromBoth) {
   expectBodies(plan("ice = remove\n", kIceOffer, kIceAnswer), offered, answered);
 }
 
-TEST_F(Policies, iceIsKept) {
+TEST_F(Policies, IceIsKept) {
   expectBodies(plan("ice = keep\n", kIceOffer, kIceAnswer), kIceOffer, kIceAnswer);
 }
 
-TEST_F(Policies, theConnectionAddressIsPutIntoBoth) {
+TEST_F(Policies, TheConnectionAddressIsPutIntoBoth) {
   expectBodies(plan("connection-address = 198.51.100.1\n", kAudioOffer, kAudioAnswer),
                replaced(kAudioOffer, "c=IN IP4 192.0.2.10", "c=IN IP4 198.51.100.1"),
                replaced(kAudioAnswer, "c=IN IP4 192.0.2.20", "c=IN IP4 198.51.100.1"));
@@ -241,7 +241,7 @@ const std::string kDualOffer =
 
 }  // namespace
 
-TEST_F(Policies, oneAddressFamilyOfAnAnatOfferStaysAndTheAnswerHasBothMLines) {
+TEST_F(Policies, OneAddressFamilyOfAnAnatOfferStaysAndTheAnswerHasBothMLines) {
   const std::string offered =
       "v=0\n"
       "o=alice 4 4 IN IP4 192.0.2.10\n"
@@ -274,7 +274,7 @@ TEST_F(Policies, oneAddressFamilyOfAnAnatOfferStaysAndTheAnswerHasBothMLines) {
   expectBodies(plan("address-family = ipv4\n", kDualOffer, answer), offered, answered);
 }
 
-TEST_F(Policies, theOtherAddressFamilyOfAnAnatOfferMayStayInstead) {
+TEST_F(Policies, TheOtherAddressFamilyOfAnAnatOfferMayStayInstead) {
   const std::string offered =
       "v=0\n"
       "o=alice 4 4 IN IP4 192.0.2.10\n"
@@ -307,7 +307,7 @@ TEST_F(Policies, theOtherAddressFamilyOfAnAnatOfferMayStayInstead) {
   expectBodies(plan("address-family = ipv6\n", kDualOffer, answer), offered, answered);
 }
 
-TEST_F(Policies, callsGoOverIPv6) {
+TEST_F(Policies, CallsGoOverIPv6) {
   Plan made = plan("audio-codecs = PCMA\n",
                    "v=0\n"
                    "o=alice 1 1 IN IP6 2001:db8::10\n"

@@ -39,7 +39,7 @@ class Reasons : public Calls {
 
 }  // namespace
 
-TEST(Secrets, areCutOutOfReasons) {
+TEST(Secrets, AreCutOutOfReasons) {
   const std::string expected = ": expected a letter, found ";
   const struct {
     const char* line;
@@ -69,7 +69,7 @@ TEST(Secrets, areCutOutOfReasons) {
   EXPECT_EQ(b2bua::withoutSecrets("no allowed audio codec", "a=crypto:1"), "no allowed audio codec");
 }
 
-TEST(Secrets, internalNamesAreForTheLog) {
+TEST(Secrets, InternalNamesAreForTheLog) {
   for (const char* internal :
        {"The SDP size=30133 exceeds MAX_SDP_PROTOCOL_DATA_SIZE=20480", "setPort(): illegal port", "noOfMDs"})
     EXPECT_EQ(b2bua::toldReason(internal), "the body cannot be used");
@@ -78,7 +78,7 @@ TEST(Secrets, internalNamesAreForTheLog) {
     EXPECT_EQ(b2bua::toldReason(told), told);
 }
 
-TEST_F(Reasons, holdNoKeys) {
+TEST_F(Reasons, HoldNoKeys) {
   const std::string response = ask({.body = kSession + kAudio + "acrypto:1 AES inline:SECRET\r\n"});
   EXPECT_EQ(statusOf(response), 488) << response;
   EXPECT_TRUE(headerOf(response, "Warning").ends_with(", in crypto\"")) << response;
@@ -86,13 +86,13 @@ TEST_F(Reasons, holdNoKeys) {
   EXPECT_EQ(engine_.log().find("SECRET"), std::string::npos) << engine_.log();
 }
 
-TEST_F(Reasons, holdNoNamesOfTheLibrary) {
+TEST_F(Reasons, HoldNoNamesOfTheLibrary) {
   const std::string response = ask({.body = kSession + kAudio + "a=" + std::string(30'000, 'x') + "\r\n"});
   EXPECT_EQ(headerOf(response, "Warning"), "399 " + engine_.address() + " \"the body cannot be used\"");
   EXPECT_NE(engine_.log().find("MAX_SDP_PROTOCOL_DATA_SIZE"), std::string::npos) << engine_.log();
 }
 
-TEST(Multipart, hasOneSdpPart) {
+TEST(Multipart, HasOneSdpPart) {
   using b2bua::sdpPartOf;
   const std::string sdp = kSession + kAudio;
   EXPECT_EQ(sdpPartOf(kSdpPart + kEnd, "next one"), sdp);
@@ -103,7 +103,7 @@ TEST(Multipart, hasOneSdpPart) {
   EXPECT_EQ(sdpPartOf("--b\r\nContent-Type: application/sdp\r\n\r\nv=0\r\n--b--\r\n", "b"), "v=0\r\n");
 }
 
-TEST(Multipart, isOtherwiseNotRead) {
+TEST(Multipart, IsOtherwiseNotRead) {
   using b2bua::sdpPartOf;
   EXPECT_EQ(sdpPartOf("", "b"), std::nullopt);
   EXPECT_EQ(sdpPartOf("v=0\r\n", "b"), std::nullopt);
@@ -124,12 +124,12 @@ TEST(Multipart, isOtherwiseNotRead) {
       std::nullopt);
 }
 
-TEST_F(Reasons, areNotGivenForAMultipartInvite) {
+TEST_F(Reasons, AreNotGivenForAMultipartInvite) {
   caller_.request(engine_.address(), {.body = kOtherPart + kSdpPart + kEnd, .contentType = kMixed});
   const std::string invited = target_.receive("INVITE ", "", kLongestWait);
   EXPECT_EQ(headerOf(invited, "Content-Type"), "application/sdp");
   EXPECT_TRUE(invited.ends_with("\r\n\r\n" + kSession + kAudio)) << invited;
-  // So may an answer come.
+  // An answer may come in this form too.
   const std::string answer = kOtherPart + kSdpPart + kEnd;
   target_.send(
       engine_.address(),
@@ -141,7 +141,7 @@ TEST_F(Reasons, areNotGivenForAMultipartInvite) {
   EXPECT_TRUE(response.ends_with("\r\n\r\n" + kSession + kAudio)) << response;
 }
 
-TEST_F(Reasons, areNoSdpInAMultipartInvite) {
+TEST_F(Reasons, AreNoSdpInAMultipartInvite) {
   EXPECT_EQ(statusOf(ask({.call = 1, .body = kOtherPart + kEnd, .contentType = kMixed})), 415);
   EXPECT_EQ(statusOf(ask({.call = 2, .body = kSdpPart + kEnd, .contentType = "multipart/mixed"})), 415);
   EXPECT_EQ(statusOf(ask({.call = 3, .body = kSdpPart + kEnd, .contentType = "multipart/mixed;boundary=x"})),

@@ -11,15 +11,12 @@ constexpr milliseconds kLongestWait{5'000};
 constexpr milliseconds kSilence{300};  ///< after which nothing comes any more
 
 const std::string kOffer =
-    "v=0\r\no=alice 21 4 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio 49170 RTP/AVP 0 "
-    "8\r\n";
+    "v=0\r\no=alice 21 4 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio 49170 RTP/AVP 0 8\r\n";
 const std::string kHold =
-    "v=0\r\no=alice 21 5 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio 49170 RTP/AVP 0 "
-    "8\r\n"
+    "v=0\r\no=alice 21 5 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio 49170 RTP/AVP 0 8\r\n"
     "a=sendonly\r\n";
 const std::string kAnswer =
-    "v=0\r\no=bob 33 9 IN IP4 192.0.2.20\r\ns=-\r\nc=IN IP4 192.0.2.20\r\nt=0 0\r\nm=audio 30000 RTP/AVP "
-    "8\r\n";
+    "v=0\r\no=bob 33 9 IN IP4 192.0.2.20\r\ns=-\r\nc=IN IP4 192.0.2.20\r\nt=0 0\r\nm=audio 30000 RTP/AVP 8\r\n";
 
 /// An engine between two parties that do what the test says.
 class Requests : public Calls {
@@ -58,14 +55,14 @@ class Requests : public Calls {
 
 }  // namespace
 
-TEST_F(Requests, optionsAreAnsweredWithWhatIsAllowed) {
+TEST_F(Requests, OptionsAreAnsweredWithWhatIsAllowed) {
   start();
   const std::string response = ask({.method = "OPTIONS"});
   EXPECT_EQ(statusOf(response), 200) << response;
   EXPECT_EQ(headerOf(response, "Allow"), "INVITE, ACK, CANCEL, BYE, OPTIONS");
 }
 
-TEST_F(Requests, otherMethodsAreRefused) {
+TEST_F(Requests, OtherMethodsAreRefused) {
   start();
   for (const char* method : {"MESSAGE", "REFER", "NOSUCH"}) {
     const std::string response = ask({.method = method});
@@ -74,7 +71,7 @@ TEST_F(Requests, otherMethodsAreRefused) {
   }
 }
 
-TEST_F(Requests, whatBelongsToNoDialogIsRefused) {
+TEST_F(Requests, WhatBelongsToNoDialogIsRefused) {
   start();
   EXPECT_EQ(statusOf(ask({.method = "BYE", .call = 1, .cseq = 2, .toTag = ";tag=nobody-c"})), 481);
   EXPECT_EQ(statusOf(ask({.method = "BYE", .call = 2, .cseq = 2})), 481);
@@ -82,14 +79,14 @@ TEST_F(Requests, whatBelongsToNoDialogIsRefused) {
   EXPECT_EQ(raised(engine_->stop()), Counters{});
 }
 
-TEST_F(Requests, whatIsNoSipIsCountedOnly) {
+TEST_F(Requests, WhatIsNoSipIsCountedOnly) {
   start();
   for (const char* message : {"hello", "INVITE\r\n\r\n"}) caller_.send(engine_->address(), message);
   EXPECT_EQ(statusOf(ask({.method = "OPTIONS"})), 200);
   EXPECT_EQ(raised(engine_->stop()), (Counters{{"malformed", 2}}));
 }
 
-TEST_F(Requests, aBodyThatIsNoSdpIsRefused) {
+TEST_F(Requests, ABodyThatIsNoSdpIsRefused) {
   start();
   const std::string response = ask({.body = "hello", .contentType = "text/plain"});
   EXPECT_EQ(statusOf(response), 415) << response;
@@ -97,14 +94,14 @@ TEST_F(Requests, aBodyThatIsNoSdpIsRefused) {
   EXPECT_EQ(raised(engine_->stop()), (Counters{{"calls", 1}, {"failed", 1}}));
 }
 
-TEST_F(Requests, moreCallsThanAllowedAreRefused) {
+TEST_F(Requests, MoreCallsThanAllowedAreRefused) {
   start({"--max-calls", "1"});
   EXPECT_NE(invite({.call = 1, .body = kOffer}), "");
   EXPECT_EQ(statusOf(ask({.call = 2, .body = kOffer})), 503);
   EXPECT_EQ(raised(engine_->counters()), (Counters{{"calls", 1}, {"active", 1}}));
 }
 
-TEST_F(Requests, anInviteThatMeetsAnotherOneIsRefused) {
+TEST_F(Requests, AnInviteThatMeetsAnotherOneIsRefused) {
   start();
   const std::string tag = establish();
   const std::string held = invite({.cseq = 2, .toTag = tag, .body = kHold});
@@ -123,7 +120,7 @@ TEST_F(Requests, anInviteThatMeetsAnotherOneIsRefused) {
   EXPECT_NE(caller_.receive("SIP/2.0 200 ", "CSeq: 2 INVITE", kLongestWait), "");
 }
 
-TEST_F(Requests, aRepeatedSuccessGetsItsAckAgain) {
+TEST_F(Requests, ARepeatedSuccessGetsItsAckAgain) {
   start();
   const std::string invited = invite({.body = kOffer});
   const std::string response = target_.respond(engine_->address(), invited, "200 OK", kAnswer);
@@ -135,7 +132,7 @@ TEST_F(Requests, aRepeatedSuccessGetsItsAckAgain) {
   EXPECT_EQ(target_.receive("ACK ", "", kLongestWait), acknowledged);
 }
 
-TEST_F(Requests, aSuccessIsRepeatedUntilItHasItsAck) {
+TEST_F(Requests, ASuccessIsRepeatedUntilItHasItsAck) {
   start();
   target_.respond(engine_->address(), invite({.body = kOffer}), "200 OK", kAnswer);
   const std::string response = caller_.receive("SIP/2.0 200 ", "", kLongestWait);
@@ -147,7 +144,7 @@ TEST_F(Requests, aSuccessIsRepeatedUntilItHasItsAck) {
 }
 
 // A target that rings when the caller has given up, and answers all the same.
-TEST_F(Requests, aSuccessAfterTheCancelIsEnded) {
+TEST_F(Requests, ASuccessAfterTheCancelIsEnded) {
   start();
   const std::string invited = invite({.body = kOffer});
   target_.respond(engine_->address(), invited, "180 Ringing");
@@ -164,7 +161,7 @@ TEST_F(Requests, aSuccessAfterTheCancelIsEnded) {
 }
 
 // Nothing comes after the final response, whatever the target says.
-TEST_F(Requests, whoHasCancelledHearsNoMoreOfTheTarget) {
+TEST_F(Requests, WhoHasCancelledHearsNoMoreOfTheTarget) {
   start();
   const std::string invited = invite({.body = kOffer});
   target_.respond(engine_->address(), invited, "180 Ringing");
@@ -179,7 +176,7 @@ TEST_F(Requests, whoHasCancelledHearsNoMoreOfTheTarget) {
   EXPECT_EQ(raised(engine_->stop()), (Counters{{"calls", 1}, {"cancelled", 1}}));
 }
 
-TEST_F(Requests, aTargetThatDoesNotKnowItsDialogEndsTheCall) {
+TEST_F(Requests, ATargetThatDoesNotKnowItsDialogEndsTheCall) {
   start();
   const std::string tag = establish();
   const std::string held = invite({.cseq = 2, .toTag = tag, .body = kHold});
@@ -192,7 +189,7 @@ TEST_F(Requests, aTargetThatDoesNotKnowItsDialogEndsTheCall) {
 }
 
 // The target is on hold since, and must hear of the next offer, even if it is that of before.
-TEST_F(Requests, anOfferWhoseAnswerCannotBeUsedHasItsVersion) {
+TEST_F(Requests, AnOfferWhoseAnswerCannotBeUsedHasItsVersion) {
   start();
   const std::string tag = establish();
   const std::string held = invite({.cseq = 2, .toTag = tag, .body = kHold});
@@ -205,7 +202,7 @@ TEST_F(Requests, anOfferWhoseAnswerCannotBeUsedHasItsVersion) {
   EXPECT_NE(resumed.find("o=alice 21 6 IN"), std::string::npos) << resumed;
 }
 
-TEST_F(Requests, whatInsistsOnAnExtensionIsRefused) {
+TEST_F(Requests, WhatInsistsOnAnExtensionIsRefused) {
   start();
   const std::string response = ask({.body = kOffer, .header = "Require: 100rel\r\n"});
   EXPECT_EQ(statusOf(response), 420) << response;
@@ -213,7 +210,7 @@ TEST_F(Requests, whatInsistsOnAnExtensionIsRefused) {
   EXPECT_EQ(raised(engine_->stop()), Counters{});
 }
 
-TEST_F(Requests, anEngineThatEndsEndsACallThatWaitsForItsAck) {
+TEST_F(Requests, AnEngineThatEndsEndsACallThatWaitsForItsAck) {
   start();
   target_.respond(engine_->address(), invite({.body = kOffer}), "200 OK", kAnswer);
   EXPECT_NE(caller_.receive("SIP/2.0 200 ", "", kLongestWait), "");
@@ -224,7 +221,7 @@ TEST_F(Requests, anEngineThatEndsEndsACallThatWaitsForItsAck) {
 }
 
 // It can only be cancelled when the target has said something (RFC 3261 9.1), so the engine waits for that.
-TEST_F(Requests, anEngineThatEndsGivesUpACallThatIsNotAnsweredYet) {
+TEST_F(Requests, AnEngineThatEndsGivesUpACallThatIsNotAnsweredYet) {
   start();
   const std::string invited = invite({.body = kOffer});
   engine_->process().signal(SIGTERM);
@@ -234,7 +231,7 @@ TEST_F(Requests, anEngineThatEndsGivesUpACallThatIsNotAnsweredYet) {
   EXPECT_EQ(engine_->process().wait(kLongestWait), 0);
 }
 
-TEST_F(Requests, bodiesAreShownBeforeAndAfterThePolicy) {
+TEST_F(Requests, BodiesAreShownBeforeAndAfterThePolicy) {
   start({"--show", "--policy", folder_.write("policy", "audio-codecs = PCMA\n")});
   establish();
   const std::string output = replaced(engine_->process().output(), "\x1b", "ESC");
@@ -261,13 +258,13 @@ TEST_F(Requests, bodiesAreShownBeforeAndAfterThePolicy) {
                                      "  m=audio 30000 RTP/AVP 8\n");
 }
 
-TEST_F(Requests, theLibrarysOwnLinesStandInTheLogWhenAsked) {
+TEST_F(Requests, TheLibrarysOwnLinesStandInTheLogWhenAsked) {
   start({"--trace", "--policy", folder_.write("policy", "ice = remove\n")});
   establish();
   EXPECT_NE(engine_->log().find("sdpParse"), std::string::npos) << engine_->log();
 }
 
-TEST_F(Requests, otherwiseTheyDoNot) {
+TEST_F(Requests, OtherwiseTheyDoNot) {
   start({"--policy", folder_.write("policy", "ice = remove\n")});
   establish();
   EXPECT_EQ(engine_->log().find("sdpParse"), std::string::npos) << engine_->log();

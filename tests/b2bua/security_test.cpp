@@ -73,7 +73,7 @@ class Security : public Calls, public testing::WithParamInterface<SecurityCase> 
 
 }  // namespace
 
-TEST_P(Security, bodiesArriveAsThePolicyHasThem) {
+TEST_P(Security, BodiesArriveAsThePolicyHasThem) {
   const SecurityCase& tested = GetParam();
   Plan plan;
   plan.policy = std::string("security = ") + tested.security + "\n";
@@ -109,6 +109,6 @@ class Insecure : public Calls {
 
 }  // namespace
 
-TEST_F(Insecure, aPlainOfferIsRefusedWhereSecureIsWanted) { expectRefusal("secure", kPlainOffer); }
+TEST_F(Insecure, APlainOfferIsRefusedWhereSecureIsWanted) { expectRefusal("secure", kPlainOffer); }
 
-TEST_F(Insecure, aSecureOfferIsRefusedWherePlainIsWanted) { expectRefusal("plain", kSecureOffer); }
+TEST_F(Insecure, ASecureOfferIsRefusedWherePlainIsWanted) { expectRefusal("plain", kSecureOffer); }

@@ -117,7 +117,7 @@ void expectTakenOver(const Played& played, std::size_t relayed) {
 
 }  // namespace
 
-TEST_F(Takeover, aHoldAfterItGetsTheRightBodies) {
+TEST_F(Takeover, AHoldAfterItGetsTheRightBodies) {
   const std::string hold = replaced(replaced(kOffer, "21 4 IN", "21 11 IN"), "a=sendrecv", "a=sendonly");
   const std::string holdAnswer =
       replaced(replaced(kAnswer, "33 9 IN", "33 15 IN"), "a=sendrecv", "a=recvonly");
@@ -132,7 +132,7 @@ TEST_F(Takeover, aHoldAfterItGetsTheRightBodies) {
   expectTakenOver(played, kCalls);
 }
 
-TEST_F(Takeover, anUnchangedReofferAfterItIsAnsweredFromTheStore) {
+TEST_F(Takeover, AnUnchangedReofferAfterItIsAnsweredFromTheStore) {
   writeBodies({.bodies = {{"offer", kOffer}, {"answer", kAnswer}, {"reoffer", kOffer}}});
   const Played played = playWithTakeover("call-target");
   EXPECT_EQ(played.atTarget, forEachCall(kOffered));
@@ -140,7 +140,7 @@ TEST_F(Takeover, anUnchangedReofferAfterItIsAnsweredFromTheStore) {
   expectTakenOver(played, 0);
 }
 
-TEST_F(Takeover, theRouteToThePartiesStays) {
+TEST_F(Takeover, TheRouteToThePartiesStays) {
   const RawParty caller;
   const RawParty target;
   const std::vector<std::string> options = {"--state", "redis://" + kHost + ":" + redisPort_};

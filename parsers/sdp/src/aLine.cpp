@@ -2,6 +2,8 @@
 
 #include "lineFormats.h"
 
+// Attribute lines (RFC 4566 5.13).
+
 namespace sdp {
 
 void readAttribute(std::string_view value, a_line& line, bool& cut) {
@@ -35,17 +37,19 @@ void writeAttributes(TextWriter& out, const a_line& line) {
 
 }  // namespace sdp
 
+using namespace sdp;
+
 int sdp_AgetNoOfAs(const a_line* line) {
-  return line != nullptr ? sdp::usable(line->count, SDP_ATTRIBUTE_CAPACITY) : 0;
+  return line != nullptr ? usable(line->count, SDP_ATTRIBUTE_CAPACITY) : 0;
 }
 
 const char* sdp_AgetAttributeField(const a_line* line, int index) {
-  const a_line::entry* entry = sdp::entryAt(line, index);
+  const a_line::entry* entry = entryAt(line, index);
   return entry != nullptr ? entry->name : nullptr;
 }
 
 const char* sdp_AgetAttributeValue(const a_line* line, int index) {
-  const a_line::entry* entry = sdp::entryAt(line, index);
+  const a_line::entry* entry = entryAt(line, index);
   return entry != nullptr && (entry->hasColon != 0 || entry->value[0] != '\0') ? entry->value : nullptr;
 }
 

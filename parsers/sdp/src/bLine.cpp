@@ -5,6 +5,8 @@
 #include "lineFormats.h"
 #include "singleLine.h"
 
+// Bandwidth lines (RFC 4566 5.8).
+
 namespace sdp {
 
 namespace {
@@ -88,25 +90,26 @@ void writeBandwidths(TextWriter& out, const b_line& line) {
 
 }  // namespace sdp
 
+using namespace sdp;
+
 unsigned int sdp_BgetBandwidthValue(const b_line* line) {
   return line != nullptr && line->count > 0 ? line->entries[0].value : 0;
 }
 
 unsigned short sdp_Bdecode_r(b_line* line, const char*& position, char* error, int& errorLine,
                              int& errorColumn) {
-  return sdp::decodeSingleLine(
+  return decodeSingleLine(
       'b', position, error, errorLine, errorColumn,
-      line == nullptr
-          ? nullptr
-          : +[](std::string_view value,
-                void* record) { return sdp::readOnlyBandwidth(value, *static_cast<b_line*>(record)); },
+      line == nullptr ? nullptr
+                      : +[](std::string_view value,
+                            void* record) { return readOnlyBandwidth(value, *static_cast<b_line*>(record)); },
       line);
 }
 
 unsigned short sdp_Bencode_r(const b_line* line, char*& text, int& length, int& size) {
   length = 0;
   if (line == nullptr) return 1;
-  sdp::TextWriter out(text, size);
-  sdp::writeBandwidths(out, *line);
+  TextWriter out(text, size);
+  writeBandwidths(out, *line);
   return out.finish(length, size) ? 0 : 1;
 }

@@ -2,6 +2,8 @@
 
 #include "lineFormats.h"
 
+// Connection lines (RFC 4566 5.7).
+
 namespace sdp {
 
 Problem readConnection(std::string_view value, c_line& line, bool& cut) {
@@ -38,16 +40,18 @@ void writeConnections(TextWriter& out, const c_line& line) {
 
 }  // namespace sdp
 
+using namespace sdp;
+
 int sdp_CgetNoOfCs(const c_line* line) {
-  return line != nullptr ? sdp::usable(line->count, SDP_CONNECTION_CAPACITY) : 0;
+  return line != nullptr ? usable(line->count, SDP_CONNECTION_CAPACITY) : 0;
 }
 
 const char* sdp_CgetAddress(const c_line* line, int index) {
-  const c_line::entry* entry = sdp::entryAt(line, index);
+  const c_line::entry* entry = entryAt(line, index);
   return entry != nullptr ? entry->address : nullptr;
 }
 
 const char* sdp_CgetAddressType(const c_line* line, int index) {
-  const c_line::entry* entry = sdp::entryAt(line, index);
+  const c_line::entry* entry = entryAt(line, index);
   return entry != nullptr ? entry->addressType : nullptr;
 }

@@ -6,6 +6,8 @@
 #include "lineReader.h"
 #include "sessionDescription.h"
 
+// From a text to its description, line by line.
+
 namespace sdp {
 
 namespace {
@@ -234,33 +236,34 @@ Problem decodeLines(LineReader& lines, sDescription& description, OriginOffsets&
 }
 
 }  // namespace
-
 }  // namespace sdp
+
+using namespace sdp;
 
 unsigned short sdp_decodeOpt_r(sDescription* description, const char* text, eSdpType /*type*/, char* error,
                                bool /*option*/, unsigned short& oLineStart, unsigned short& oLineEnd) {
   oLineStart = 0;
   oLineEnd = 0;
   if (description == nullptr) {
-    sdp::writeError(error, {1, 1}, "a record to decode into", {}, true);
+    writeError(error, {1, 1}, "a record to decode into", {}, true);
     return 1;
   }
-  sdp::resetSession(*description);
+  resetSession(*description);
   if (text == nullptr) {
-    sdp::writeError(error, {1, 1}, "a first line \"v=\"", {}, true);
+    writeError(error, {1, 1}, "a first line \"v=\"", {}, true);
     return 1;
   }
   const std::string_view body(text);
-  sdp::LineReader lines(body);
-  sdp::OriginOffsets origin;
-  if (const sdp::Problem problem = sdp::decodeLines(lines, *description, origin)) {
-    sdp::resetSession(*description);
+  LineReader lines(body);
+  OriginOffsets origin;
+  if (const Problem problem = decodeLines(lines, *description, origin)) {
+    resetSession(*description);
     // A text of empty lines only has its problem behind the last of them.
     const bool behindAll = problem.at == text + body.size() && lines.line().empty();
     const std::string_view line = behindAll ? body.substr(body.size()) : lines.line();
     unsigned int column = 1;
-    sdp::writeLineError(error, lines.number() + (behindAll ? 1U : 0U), line, problem,
-                        line.data() + line.size() == text + body.size(), column);
+    writeLineError(error, lines.number() + (behindAll ? 1U : 0U), line, problem,
+                   line.data() + line.size() == text + body.size(), column);
     return 1;
   }
   if (error != nullptr) error[0] = '\0';

@@ -2,6 +2,8 @@
 #include "sessionDescription.h"
 #include "textWriter.h"
 
+// From a description to its text, its lines in the order of RFC 4566 5.
+
 namespace sdp {
 
 namespace {
@@ -37,17 +39,18 @@ void writeMediaDescription(TextWriter& out, const mDescription& media) {
 }
 
 }  // namespace
-
 }  // namespace sdp
+
+using namespace sdp;
 
 unsigned short sdp_encode_r(const sDescription* description, eSdpType /*type*/, char*& text, int& length,
                             int& size) {
   length = 0;
   if (description == nullptr) return 1;
-  sdp::TextWriter out(text, size);
-  sdp::writeSession(out, *description);
-  for (int i = 0; i < sdp::usable(description->noOfMDs, SDP_MEDIA_CAPACITY); ++i) {
-    sdp::writeMediaDescription(out, description->media[i]);
+  TextWriter out(text, size);
+  writeSession(out, *description);
+  for (int i = 0; i < usable(description->noOfMDs, SDP_MEDIA_CAPACITY); ++i) {
+    writeMediaDescription(out, description->media[i]);
   }
   return out.finish(length, size) ? 0 : 1;
 }

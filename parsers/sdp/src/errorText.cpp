@@ -4,6 +4,8 @@
 
 #include "sdpCapacities.h"
 
+// What is wrong with a text, in one sentence with its line and column.
+
 namespace sdp {
 
 namespace {

@@ -5,6 +5,8 @@
 
 #include "fields.h"
 
+// What is wrong with a text, in one sentence with its line and column.
+
 namespace sdp {
 
 /// Where in a text a problem stands, both from 1.
@@ -19,7 +21,7 @@ struct Place {
 /// @param textEnds the text ends with the line
 void writeError(char* error, Place place, const char* expected, std::string_view found, bool textEnds);
 
-/// The same for a line of which it is known where it begins.
+/// Writes what is wrong with a line of known number, in the words of `writeError`.
 void writeLineError(char* error, unsigned int lineNumber, std::string_view line, Problem problem,
                     bool textEnds, unsigned int& column);
 

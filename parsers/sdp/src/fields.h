@@ -6,6 +6,8 @@
 #include <iterator>
 #include <string_view>
 
+// The parts of a line's value: fields between blanks, suffixes, numbers.
+
 namespace sdp {
 
 /// Why a text is no SDP: what was expected at a place of the text. No place means no problem.

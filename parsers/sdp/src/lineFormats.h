@@ -16,7 +16,7 @@ namespace sdp {
 Problem readOrigin(std::string_view value, o_line& line, bool& cut);
 Problem readConnection(std::string_view value, c_line& line, bool& cut);
 Problem readBandwidth(std::string_view value, b_line& line);
-/// The same into a record that holds nothing defined yet.
+/// Reads a bandwidth line into a record that holds nothing defined yet.
 Problem readOnlyBandwidth(std::string_view value, b_line& line);
 Problem readMedia(std::string_view value, m_line& line);
 void readAttribute(std::string_view value, a_line& line, bool& cut);

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <string_view>
 
+// Taking a text apart into lines.
+
 namespace sdp {
 
 /// What every line must end in where a CR stands that ends none.
@@ -54,8 +56,8 @@ class LineReader {
   const char* begin_;
   const char* next_;
   const char* end_;
-  const char* cr_;  // the next CR at or behind next_, else the text's end; the same for the LF
-  const char* lf_;
+  const char* cr_;  // the next CR at or behind next_, else the text's end
+  const char* lf_;  // the next LF at or behind next_, else the text's end
   std::string_view line_;
   const char* loneCr_ = nullptr;
   unsigned int number_ = 0;

@@ -3,6 +3,8 @@
 #include "lineFormats.h"
 #include "singleLine.h"
 
+// Media lines (RFC 4566 5.14).
+
 namespace sdp {
 
 namespace {
@@ -66,25 +68,27 @@ void writeMedia(TextWriter& out, const m_line& line) {
 
 }  // namespace sdp
 
+using namespace sdp;
+
 const char* sdp_MgetPort(const m_line* line) { return line != nullptr ? line->port : nullptr; }
 
 const char* sdp_MgetTransport(const m_line* line) { return line != nullptr ? line->transport : nullptr; }
 
 int sdp_MgetNoOfFormats(const m_line* line) {
-  return line != nullptr ? sdp::usable(line->formatCount, SDP_FORMAT_CAPACITY) : 0;
+  return line != nullptr ? usable(line->formatCount, SDP_FORMAT_CAPACITY) : 0;
 }
 
 const char* sdp_MgetFormat(const m_line* line, int index) {
-  if (line == nullptr || !sdp::inList(index, line->formatCount, SDP_FORMAT_CAPACITY)) return nullptr;
+  if (line == nullptr || !inList(index, line->formatCount, SDP_FORMAT_CAPACITY)) return nullptr;
   return line->formats[index];
 }
 
 unsigned short sdp_Mdecode_r(m_line* line, const char*& position, char* error, int& errorLine,
                              int& errorColumn) {
-  return sdp::decodeSingleLine(
+  return decodeSingleLine(
       'm', position, error, errorLine, errorColumn,
       line == nullptr ? nullptr
                       : +[](std::string_view value,
-                            void* record) { return sdp::readMedia(value, *static_cast<m_line*>(record)); },
+                            void* record) { return readMedia(value, *static_cast<m_line*>(record)); },
       line);
 }

@@ -2,6 +2,8 @@
 
 #include "lineFormats.h"
 
+// The origin line (RFC 4566 5.2).
+
 namespace sdp {
 
 Problem readOrigin(std::string_view value, o_line& line, bool& cut) {
@@ -39,13 +41,14 @@ void writeOrigin(TextWriter& out, const o_line& line) {
   out.put(line.networkType).put(' ').put(line.addressType).put(' ').put(line.address).endLine();
 }
 
-}  // namespace sdp
-
 namespace {
 
 const char* field(const o_line* line, const char* text) { return line->present != 0 ? text : nullptr; }
 
 }  // namespace
+}  // namespace sdp
+
+using namespace sdp;
 
 const char* sdp_OgetUserName(const o_line* line) {
   return line != nullptr ? field(line, line->userName) : nullptr;

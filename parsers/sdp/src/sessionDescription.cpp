@@ -5,27 +5,30 @@
 
 #include "fields.h"
 
+// Questions to a description, and copies of it that leave out what is not in use.
+
+namespace sdp {
 namespace {
 
 // Copies a list with its count, of its entries those in use.
 template <typename Lines>
 void copyEntries(Lines& to, const Lines& from) {
   const auto capacity = static_cast<int>(std::size(from.entries));
-  to.count = sdp::usable(from.count, capacity);
+  to.count = usable(from.count, capacity);
   std::memcpy(to.entries, from.entries, sizeof from.entries[0] * static_cast<std::size_t>(to.count));
 }
 
 template <typename Line>
 void copyText(Line& to, const Line& from) {
-  sdp::copyField(to.text, sdp::fieldText(from.text));
+  copyField(to.text, fieldText(from.text));
 }
 
 void copyMediaLine(m_line& to, const m_line& from) {
   to.mediaType = from.mediaType;
-  sdp::copyField(to.media, sdp::fieldText(from.media));
-  sdp::copyField(to.port, sdp::fieldText(from.port));
-  sdp::copyField(to.portSuffix, sdp::fieldText(from.portSuffix));
-  sdp::copyField(to.transport, sdp::fieldText(from.transport));
+  copyField(to.media, fieldText(from.media));
+  copyField(to.port, fieldText(from.port));
+  copyField(to.portSuffix, fieldText(from.portSuffix));
+  copyField(to.transport, fieldText(from.transport));
   to.incomplete = from.incomplete;
   to.formatCount = sdp_MgetNoOfFormats(&from);
   std::memcpy(to.formats, from.formats, sizeof from.formats[0] * static_cast<std::size_t>(to.formatCount));
@@ -44,6 +47,9 @@ void copySection(Section& to, const Section& from) {
 }
 
 }  // namespace
+}  // namespace sdp
+
+using namespace sdp;
 
 int sdp_getNoOfMDs(const sDescription* description) {
   return description != nullptr ? description->noOfMDs : 0;
@@ -64,7 +70,7 @@ void sdp_copyDescription(sDescription* to, const sDescription* from) {
   to->oLine = from->oLine;
   copySection(*to, *from);
   to->noOfMDs = from->noOfMDs;
-  for (int i = 0; i < sdp::usable(from->noOfMDs, SDP_MEDIA_CAPACITY); ++i) {
+  for (int i = 0; i < usable(from->noOfMDs, SDP_MEDIA_CAPACITY); ++i) {
     sdp_copyMedia(&to->media[i], &from->media[i]);
   }
   to->mediaKinds = from->mediaKinds;

@@ -5,6 +5,8 @@
 #include "errorText.h"
 #include "lineReader.h"
 
+// Decoding one line on its own.
+
 namespace sdp {
 
 namespace {

@@ -5,6 +5,8 @@
 
 #include "fields.h"
 
+// Decoding one line on its own.
+
 namespace sdp {
 
 /// Reads the value of one line into a record.

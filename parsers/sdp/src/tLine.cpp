@@ -2,6 +2,8 @@
 
 #include "lineFormats.h"
 
+// Time lines and the repeats that follow them (RFC 4566 5.9 and 5.10).
+
 namespace sdp {
 
 void readRepeat(std::string_view value, int timeCount, r_line& line, bool& cut) {

@@ -3,6 +3,8 @@
 #include <climits>
 #include <cstdlib>
 
+// The text that an encoder writes: memory for it, and its end.
+
 namespace sdp {
 
 namespace {

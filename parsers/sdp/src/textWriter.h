@@ -6,6 +6,8 @@
 
 #include "fields.h"
 
+// The text that an encoder writes.
+
 namespace sdp {
 
 /// Appends to a text that grows with realloc. Each line first reserves the most that it can need; running out
@@ -34,7 +36,7 @@ class TextWriter {
   TextWriter& put(const char (&field)[N]) {
     return put(fieldText(field));
   }
-  /// The same for a text that mostly has 4 to 16 characters: two pieces of a known size, which may overlap. What stands
+  /// Puts a text that mostly has 4 to 16 characters: two pieces of a known size, which may overlap. What stands
   /// behind the field's NUL is not read.
   template <std::size_t N>
   TextWriter& putShort(const char (&field)[N]) {

@@ -8,10 +8,8 @@ namespace {
 
 TEST(LineKinds, SessionLinesAreHeld) {
   const Decoded d(
-      "v=0\r\no=jdoe 2890844526 2890842807 IN IP6 2001:db8::1\r\ns=A name\r\ni=Some "
-      "words\r\nu=http://x.example/\r\n"
-      "e=a@x.example\r\ne=b@x.example\r\np=+44 1\r\nc=IN IP4 192.0.2.9\r\nb=AS:128\r\nt=1 2\r\nr=7d 1h "
-      "0\r\nt=3 4\r\n"
+      "v=0\r\no=jdoe 2890844526 2890842807 IN IP6 2001:db8::1\r\ns=A name\r\ni=Some words\r\nu=http://x.example/\r\n"
+      "e=a@x.example\r\ne=b@x.example\r\np=+44 1\r\nc=IN IP4 192.0.2.9\r\nb=AS:128\r\nt=1 2\r\nr=7d 1h 0\r\nt=3 4\r\n"
       "z=5 -1h\r\nk=clear:x\r\na=recvonly\r\n");
   ASSERT_EQ(d.status, 0) << d.error;
   EXPECT_STREQ(d->vLine.text, "0");

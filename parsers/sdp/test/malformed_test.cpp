@@ -31,9 +31,9 @@ INSTANTIATE_TEST_SUITE_P(
         Malformed{"v", "line 1, column 1: expected a first line \"v=\", found \"v\""},
         Malformed{"\no=- 1 1 IN IP4 x\n",
                   "line 2, column 1: expected a first line \"v=\", found \"o=- 1 1 IN IP4 x\""},
-        Malformed{"INVITE sip:bob@biloxi.example SIP/2.0 and so on, much longer\r\n",
-                  "line 1, column 1: expected a first line \"v=\", found "
-                  "\"INVITE sip:bob@biloxi.example SIP/2.0 an\"..."}));
+        Malformed{
+            "INVITE sip:bob@biloxi.example SIP/2.0 and so on, much longer\r\n",
+            "line 1, column 1: expected a first line \"v=\", found \"INVITE sip:bob@biloxi.example SIP/2.0 an\"..."}));
 
 INSTANTIATE_TEST_SUITE_P(
     AnyLine, MalformedText,
@@ -112,9 +112,9 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Malformed{"v=0\nm=audio 5004 RTP/AVP 0\nb=AS\n",
                   "line 3, column 5: expected a colon behind the bandwidth type, found the end of the line"},
-        Malformed{"v=0\n%s%n=%x\n",
-                  "line 2, column 1: expected a line of a letter, an equals sign and a value, found "
-                  "\"%s%n=%x\""}));
+        Malformed{
+            "v=0\n%s%n=%x\n",
+            "line 2, column 1: expected a line of a letter, an equals sign and a value, found \"%s%n=%x\""}));
 
 TEST(Malformed, NullTextAndNullRecord) {
   sDescription* none = nullptr;

@@ -7,6 +7,8 @@
 #include "sdpDocumentRefusal.h"
 #include "sdpDocumentViews.h"
 
+// A document: any SDP body, read, asked and edited section by section.
+
 namespace sdp {
 
 /// An SDP body of any kind (RFC 4566), each line of which it keeps as it came. It is asked by views, and changed by the

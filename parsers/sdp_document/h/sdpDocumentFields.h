@@ -5,6 +5,8 @@
 #include <iterator>
 #include <string_view>
 
+// The fields of a value.
+
 namespace sdp {
 
 /// The fields of a text, which runs of blanks and tabs separate; blanks in front of the first and behind the last

@@ -7,6 +7,8 @@
 
 #include "sdpDocumentExport.h"
 
+// Why something was refused, as a value.
+
 namespace sdp {
 
 /// Why a text was not read, an edit or a request not done.

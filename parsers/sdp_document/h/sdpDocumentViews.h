@@ -10,6 +10,8 @@
 #include "sdpDocumentExport.h"
 #include "sdpDocumentFields.h"
 
+// What a document is asked: views of the session, of sections and of what stands in them.
+
 namespace sdp {
 
 namespace core {

@@ -38,7 +38,7 @@ class SDP_NEGOTIATOR_API sdpModifications {
   ///         336 characters is cut and ends the text: 1, and `oLineEnd` is the text's length.
   static unsigned short sdpModifyOLine(char* sdp, const char* sessionId, const char* version, const char* ip,
                                        unsigned short& oLineEnd);
-  /// The same with a session id and version of `generateOLine`.
+  /// Rebuilds the o-line with a session id and version of `generateOLine`.
   static unsigned short sdpModifyOLine(char* sdp, const char* ip, unsigned short& oLineEnd);
   /// Raises the session version of the o-line by one. It is the number that the field begins with, 0 without one. Zeros
   /// in front of a version of digits alone stay, as far as the new digits leave room: 0009 becomes 0010.
@@ -115,7 +115,7 @@ class SDP_NEGOTIATOR_API sdpModifications {
   /// @param out 3 characters
   /// @return whether it was written; not for H264_PROFILE_NOT_PRESENT and -1, with a trace
   static bool decodeProfileIntToString(char* out, eH264_profile_id id);
-  /// The same when a list of video codecs holds H264.
+  /// Writes the two digits of a profile-level-id that name a level when a list of video codecs holds H264.
   /// @param videoCodecs values of `videoCodecTable`, ended by `count` or the first 0
   /// @return true also when nothing was written
   static bool decodeProfileIntToString(char* out, const unsigned char* videoCodecs, int count,
@@ -457,7 +457,7 @@ class SDP_NEGOTIATOR_API sdpModifications {
   static unsigned short sdpCreateDummy(char* sdp, bool answer, bool holdFlag, bool third, const char* ip,
                                        unsigned short port, int& length, unsigned short& oLineEnd,
                                        bool modifyOLine);
-  /// The same with `third` false.
+  /// `sdpCreateDummy` with `third` false.
   static unsigned short sdpCreateDummy(char* sdp, bool answer, bool holdFlag, const char* ip,
                                        unsigned short port, int& length, unsigned short& oLineEnd,
                                        bool modifyOLine);

@@ -8,6 +8,8 @@
 #include "sdpDataDefinitions.h"
 #include "sdpNegotiatorExport.h"
 
+// The object: one SDP body with its summary, and the requests of a call-control engine.
+
 /// Characters of a body that an object stores as they are, a NUL included; a longer body is stored deflated
 /// and must fit the same number of bytes.
 inline constexpr int SDP_STORED_TEXT_SIZE = 2560;
@@ -83,7 +85,7 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   ///         0 or `dst` is null
   unsigned short getRawSDP(char* dst, unsigned int len) const;
 
-  /// Does the same with traces.
+  /// Copies or expands the stored text as `getRawSDP` does, and traces it.
   /// @param dst receives the text; not written when the object is empty
   /// @param len characters that `dst` has room for
   /// @return as `getRawSDP`; 1 when the object is empty
@@ -158,7 +160,8 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   ///         texts has no "s="
   unsigned short compareSdpByBody(const char* sdp) const;
   /// @param other the object with the other text; an empty one has an empty text
-  /// @return as above; 1 when `other` is null
+  /// @return 0 when both are the same; 1 when they differ, `other` is null, this object is empty or one of the
+  ///         texts has no "s="
   unsigned short compareSdpByBody(const cSdpNegotiator* other) const;
   /// @}
 
@@ -190,7 +193,7 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @return 0, also when there is no such m-line; 1 when `codecs` is null or the text cannot be expanded;
   ///         the codec's own status when it refuses the text
   unsigned short getVideoCodecs(unsigned char* codecs, unsigned int& attributes, int& h264Profile) const;
-  /// Does the same without the profile.
+  /// Lists the codecs of that m-line without the H.264 profile.
   unsigned short getVideoCodecs(unsigned char* codecs, unsigned int& attributes) const;
   /// @}
 
@@ -344,9 +347,10 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @param ip        null for the unspecified address
   /// @return for a refused argument the result of a trace call: 0 while tracing is off
   unsigned short sdpModifyOLine(const char* sessionId, const char* version, const char* ip);
-  /// The same with the unspecified address.
+  /// `sdpModifications::sdpModifyOLine` on the text, with the unspecified address.
   unsigned short sdpModifyOLine(const char* sessionId, const char* version);
-  /// The same with a session id and version by the time of day.
+  /// `sdpModifications::sdpModifyOLine` on the text, with a session id and version by the time of day and the
+  /// unspecified address.
   unsigned short sdpModifyOLine();
   /// `sdpModifications::sdpIncVersion` on the text. The recorded end of the o-line stays, also where the line
   /// grows by a digit; `getOLine` then cuts one that ends in a bare LF by one character.
@@ -491,7 +495,7 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
 
   /// `sdpModifications::sdpReplaceMode` on the text.
   unsigned short sdpReplaceMode(unsigned char mode, int mediaMask);
-  /// The same for audio and video.
+  /// `sdpModifications::sdpReplaceMode` on the text, for audio and video.
   /// @return the result of a trace call, which says nothing of the request: 0 while tracing is off
   unsigned short sdpReplaceMode(unsigned char mode);
   /// `sdpModifications::sdpInsertSilenceSuppression` on the text, with the object's own summary.
@@ -624,14 +628,14 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// @return 0; 1 when the text cannot be expanded or the edit fails; or the status of the parse
   unsigned short createDummy(bool answer, bool holdFlag, bool third, const char* ip, unsigned short port,
                              bool modifyOLine);
-  /// The same with an o-line of this side's and without `third`.
+  /// `createDummy` with an o-line of this side's and without `third`.
   unsigned short createDummy(bool answer, bool holdFlag, const char* ip, unsigned short port);
-  /// The same for an answer.
+  /// `createDummy` for an answer, with an o-line of this side's.
   unsigned short createDummyAnswer(bool holdFlag, const char* ip, unsigned short port);
-  /// The same for an acknowledgement, with `third`.
+  /// `createDummy` for an acknowledgement that keeps receiving, with an o-line of this side's.
   unsigned short createDummyAck(bool holdFlag, const char* ip, unsigned short port);
-  /// The same, and then keeps the audio codecs of a list, in its order: `sdpRestrictAudioCodecsTo`, whose result does
-  /// not count.
+  /// `createDummy` for an acknowledgement that keeps receiving, which then keeps the audio codecs of a list, in its
+  /// order: `sdpRestrictAudioCodecsTo`, whose result does not count.
   /// @param codecNames encoding names of `audioCodecTable` with commas between them, in any letter case; at most 20
   ///                   are taken. An unknown one is passed over, and an empty one repeats the codec in front of it.
   ///                   Nothing is restricted by null or without a codec that the body has.

@@ -144,7 +144,7 @@ class SDP_NEGOTIATOR_API sdpParserMessage {
   ///             none
   /// @return whether there is one
   static bool getEncodingName(const mDescription* media, const char* format, char* name, unsigned int size);
-  /// The same in the rtpmap lines of a text that begin behind one of its line feeds and before `end`.
+  /// Finds the encoding name of a format in the rtpmap lines of a text that begin behind one of its line feeds and before `end`.
   static bool getEncodingName(const char* begin, const char* end, const char* format, char* name,
                               unsigned int size);
   /// @param value the value of an rtpmap line, which ends at CR, LF or NUL, at the latest behind the 512th

@@ -5,6 +5,8 @@
 
 #include "sdpNegotiatorExport.h"
 
+// Trace lines of the library.
+
 namespace sdpneg {
 /// Whether trace lines are written. A trace call asks that by itself; this is for the library's own loops, which would do
 /// so many times. Not exported.

@@ -3,6 +3,8 @@
 
 #include "sdpNegotiatorExport.h"
 
+// Why a request is refused: the reasons, and the thread's last one.
+
 /// What kind of reason a refusal has.
 enum eSdpRefusalKind {
   SDP_REFUSAL_KIND_NONE = 0,      ///< nothing has been refused
@@ -197,7 +199,7 @@ struct sSdpRefusal {
   int section;  ///< the media section that it is about, from 1, also where that has its address from the session; else 0
   eSdpRefusalField field;
   int line;        ///< the line of the body, from 1, where the codec refused it; else 0
-  int column;      ///< the same, from 1
+  int column;      ///< its column, from 1; else 0
   char text[256];  ///< the reason as it is traced, without the trace's prefix; cut when it is longer
 };
 

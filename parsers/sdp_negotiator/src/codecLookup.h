@@ -17,8 +17,8 @@ namespace sdpneg {
 
 /// @return the value of the first row whose `column` is `name`; 0 when there is none or `name` is null or
 ///         empty
-template <class Row, std::size_t rows>
-std::uint8_t codecValue(const Row (&table)[rows], const char* Row::*column, const char* name) {
+template <class Row, std::size_t Rows>
+std::uint8_t codecValue(const Row (&table)[Rows], const char* Row::*column, const char* name) {
   if (name == nullptr) return SDP_NO_CODEC;
   const auto row = std::find_if(std::begin(table), std::end(table),
                                 [&](const Row& each) { return equalNoCase(each.*column, name); });
@@ -26,8 +26,8 @@ std::uint8_t codecValue(const Row (&table)[rows], const char* Row::*column, cons
 }
 
 /// @return the `column` of the first row with that value, the table's own text; "" when there is none
-template <class Row, std::size_t rows>
-const char* codecName(const Row (&table)[rows], const char* Row::*column, std::uint8_t value) {
+template <class Row, std::size_t Rows>
+const char* codecName(const Row (&table)[Rows], const char* Row::*column, std::uint8_t value) {
   const auto row = std::find_if(std::begin(table), std::end(table),
                                 [value](const Row& each) { return each.value == value; });
   return row == std::end(table) ? "" : (*row).*column;

@@ -133,8 +133,7 @@ constexpr Row kRows[] = {
     {SDP_REFUSED_INVALID_SILENCE, SDP_REFUSAL_KIND_ARGUMENT, trace::error,
      "Invalid silence suppression entry. Exiting."},
     {SDP_REFUSED_NO_ROOM_FOR_SILENCE, SDP_REFUSAL_KIND_CAPACITY, trace::info,
-     "The silence suppression attributes have NOT been added. Possibility to overflow the buffer size. "
-     "Exiting."},
+     "The silence suppression attributes have NOT been added. Possibility to overflow the buffer size. Exiting."},
     {SDP_REFUSED_INVALID_ECHO_SIDE, SDP_REFUSAL_KIND_ARGUMENT, trace::error,
      "Invalid echo cancellation entry. Exiting."},
     {SDP_REFUSED_INVALID_ECHO_STATE, SDP_REFUSAL_KIND_ARGUMENT, trace::error,
@@ -142,8 +141,7 @@ constexpr Row kRows[] = {
     {SDP_REFUSED_ECHO_EXISTS, SDP_REFUSAL_KIND_BODY, trace::error,
      "Echo cancellation already exists in SDP. Exiting..."},
     {SDP_REFUSED_NO_ROOM_FOR_ECHO, SDP_REFUSAL_KIND_CAPACITY, trace::info,
-     "The echo cancellation attributes have NOT been added. Possibility to overflow the buffer size. "
-     "Exiting."},
+     "The echo cancellation attributes have NOT been added. Possibility to overflow the buffer size. Exiting."},
     {SDP_REFUSED_NO_PRECONDITIONS, SDP_REFUSAL_KIND_ARGUMENT, trace::error,
      "sdpInsertPrecondions(): There is no list of preconditions. Exiting."},
     {SDP_REFUSED_PRECONDITION_FIELD, SDP_REFUSAL_KIND_ARGUMENT, trace::error, "Invalid precondition {what}."},
@@ -339,4 +337,6 @@ int mention(const Refusal& refusal) {
 
 }  // namespace sdpneg
 
-const sSdpRefusal& sdpLastRefusal() noexcept { return sdpneg::lastRefusal; }
+using namespace sdpneg;
+
+const sSdpRefusal& sdpLastRefusal() noexcept { return lastRefusal; }

@@ -4,6 +4,8 @@
 #include <iterator>
 #include <type_traits>
 
+// The codec tables, and records in their initial state.
+
 // The records travel as bytes, so an address class of the host's must keep to the layout as well.
 static_assert(sizeof(cMsgIPAddress) == 20 && alignof(cMsgIPAddress) == 4);
 static_assert(sizeof(sSdpParsedData) == 132 && sizeof(sSDPDescriptor) == 24);

@@ -9,6 +9,8 @@
 
 #include "kvRtt.h"
 
+// Trace lines: their composition, and the way to the platform's facility.
+
 const char SDP_NEGOTIATOR_RTT_STR[4][25] = {
     "SDP_NEGOTIATOR_DEBUG:",
     "SDP_NEGOTIATOR_INFO:",
@@ -21,16 +23,16 @@ cNegotTraceManager negotTrcManager;
 namespace sdpneg {
 namespace {
 
-constexpr const char* component = "SDP_NEGOTIATOR";
-constexpr std::size_t lineSize = 20480;
-constexpr int lineType = 7200;
-constexpr int infoFlag = 2;
-constexpr int detailRow = 3;
+constexpr const char* kComponent = "SDP_NEGOTIATOR";
+constexpr std::size_t kLineSize = 20480;
+constexpr int kLineType = 7200;
+constexpr int kInfoFlag = 2;
+constexpr int kDetailRow = 3;
 
 /// Flag 8 and others point behind the table; the row for detail stands in for those.
 const char* prefixOf(int flag) {
   const int row = flag / 2;
-  return SDP_NEGOTIATOR_RTT_STR[row >= 0 && row < detailRow ? row : detailRow];
+  return SDP_NEGOTIATOR_RTT_STR[row >= 0 && row < kDetailRow ? row : kDetailRow];
 }
 
 /// How much of a format that was cut can be formatted: all of it, or what stands before a conversion
@@ -53,14 +55,14 @@ std::size_t lengthOfWholeConversions(std::string_view format) {
 /// Formats what `size` characters hold of a format that is longer. Never inlined, so that the copy takes no stack for
 /// other lines.
 [[gnu::noinline]] int formatCut(char* text, std::size_t size, const char* format, va_list arguments) {
-  char cut[lineSize];
+  char cut[kLineSize];
   const std::size_t length = lengthOfWholeConversions({format, size - 1});
   std::memcpy(cut, format, length);
   cut[length] = '\0';
   return std::vsnprintf(text, size, cut, arguments);
 }
 
-/// @param size at most `lineSize`
+/// @param size at most `kLineSize`
 int formatInto(char* text, std::size_t size, const char* format, va_list arguments) {
   text[0] = '\0';
   if (format == nullptr) return 0;
@@ -74,26 +76,32 @@ int formatInto(char* text, std::size_t size, const char* format, va_list argumen
 /// Never inlined, so that its buffer takes no stack while tracing is off.
 [[gnu::noinline]] int writeLine(int handle, int flag, int level, const char* format, va_list arguments) {
   // Not cleared: it is written up to its NUL, and every line would pay for the rest.
-  char line[lineSize];
+  char line[kLineSize];
   const std::string_view prefix = prefixOf(flag);
-  char* const message = line + prefix.copy(line, lineSize - 1);
-  if (formatInto(message, lineSize - prefix.size(), format, arguments) < 0) *message = '\0';
-  return pvxTraceRtt(handle, flag, lineType, level, line);
+  char* const message = line + prefix.copy(line, kLineSize - 1);
+  if (formatInto(message, kLineSize - prefix.size(), format, arguments) < 0) *message = '\0';
+  return pvxTraceRtt(handle, flag, kLineType, level, line);
 }
 
 }  // namespace
+
+bool isTracing() { return KvRttTstFlag(negotTrcManager.handle, kInfoFlag) != 0; }
+
+int trace::write(int flag, int level, const char* format, va_list arguments) {
+  return isTracing() ? writeLine(negotTrcManager.handle, flag, level, format, arguments) : 0;
+}
+
 }  // namespace sdpneg
 
-bool sdpneg::isTracing() { return KvRttTstFlag(negotTrcManager.handle, infoFlag) != 0; }
+using namespace sdpneg;
 
 cNegotTraceManager::cNegotTraceManager() : handle(-1) {
-  using sdpneg::component;
   if (pvxTraceRttInit(&handle) != 0) return;
-  const int status = KvRttRegFacility(&handle, component);
+  const int status = KvRttRegFacility(&handle, kComponent);
   if (status == 0) {
-    KvRttRegFlag(component, 1, "DEBUG");
-    KvRttRegFlag(component, sdpneg::infoFlag, "INFO");
-    KvRttRegFlag(component, 4, "ERROR");
+    KvRttRegFlag(kComponent, 1, "DEBUG");
+    KvRttRegFlag(kComponent, kInfoFlag, "INFO");
+    KvRttRegFlag(kComponent, 4, "ERROR");
     return;
   }
   handle = -1;
@@ -103,14 +111,10 @@ cNegotTraceManager::cNegotTraceManager() : handle(-1) {
 
 cNegotTraceManager::~cNegotTraceManager() = default;
 
-int sdpneg::trace::write(int flag, int level, const char* format, va_list arguments) {
-  return isTracing() ? writeLine(negotTrcManager.handle, flag, level, format, arguments) : 0;
-}
-
 int cNegotTraceManager::writeTraceMsg(int flag, int level, const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  const int result = sdpneg::trace::write(flag, level, format, arguments);
+  const int result = trace::write(flag, level, format, arguments);
   va_end(arguments);
   return result;
 }

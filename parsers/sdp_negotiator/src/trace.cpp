@@ -2,6 +2,8 @@
 
 #include <cstdarg>
 
+// The flags and levels of the trace verbs.
+
 namespace sdpneg::trace {
 
 namespace {

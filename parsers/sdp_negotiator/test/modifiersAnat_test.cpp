@@ -234,7 +234,7 @@ TEST(RemoveAnat, TakesTheSectionsOfAVersionAndRecordsThem) {
     EXPECT_EQ(record, recordOf(each.codes));
     EXPECT_EQ(oLineEnd, 4711);
     EXPECT_EQ(trace.takeLines(), removalTraces(each.between));
-    // The same text in a block that ends behind its NUL.
+    // Once more in a block that ends behind its NUL.
     const auto exact = std::make_unique<char[]>(each.before.size() + 1);
     std::memcpy(exact.get(), each.before.c_str(), each.before.size() + 1);
     record = recordOf({});

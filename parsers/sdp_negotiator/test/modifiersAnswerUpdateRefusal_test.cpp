@@ -219,7 +219,7 @@ std::string fullAnswer(std::size_t length) {
   return text + "a=n:" + std::string(length - text.size() - 6, 'z') + "\r\n";
 }
 
-/// The same as the codec writes it, without format 18: five characters longer and three shorter.
+/// `fullAnswer` as the codec writes it, without format 18: five characters longer and three shorter.
 std::string fullAnswerRewritten(std::size_t length) {
   std::string text = fullAnswer(length);
   text.erase(text.find(" 18\r\n"), 3);

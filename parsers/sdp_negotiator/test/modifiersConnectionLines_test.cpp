@@ -41,7 +41,7 @@ void expectCases(Operation operation, std::span<const Case> cases) {
     Traces wanted;
     for (int i = 0; i < each.rewritten; ++i) wanted.insert(wanted.end(), {entering, replaced});
     EXPECT_EQ(trace.takeLines(), wanted);
-    // The same text in a block that ends behind its NUL: the new address is the shorter one.
+    // Once more in a block that ends behind its NUL: the new address is the shorter one.
     const auto exact = std::make_unique<char[]>(each.before.size() + 1);
     std::memcpy(exact.get(), each.before.c_str(), each.before.size() + 1);
     EXPECT_EQ(operation(exact.get(), "10.0.0.1"), each.status);

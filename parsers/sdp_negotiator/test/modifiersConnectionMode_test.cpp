@@ -234,11 +234,12 @@ TEST(ReplaceMode, ASessionLineFitsOrIsRefused) {
     EXPECT_EQ(sdpModifications::sdpReplaceMode(buffer.data(), 1, 2), fits ? 0 : 1) << spare;
     buffer.expect(fits ? withSessionLine(before) : before);
     const Lines wanted =
-        fits ? Lines{entering("sendonly"), enteringMedia("sendonly", "video"), applied("sendonly", 0, 1)}
-             : Lines{entering("sendonly"),
-                     {8, 4,
-                      "sdpReplaceMode(): Not enough room to add a=sendonly line at the session level. "
-                      "Exiting."}};
+        fits
+            ? Lines{entering("sendonly"), enteringMedia("sendonly", "video"), applied("sendonly", 0, 1)}
+            : Lines{
+                  entering("sendonly"),
+                  {8, 4,
+                   "sdpReplaceMode(): Not enough room to add a=sendonly line at the session level. Exiting."}};
     EXPECT_EQ(trace.takeLines(), wanted) << spare;
   }
 }

@@ -15,9 +15,9 @@ const TraceLine exists{4, 3, "Echo cancellation already exists in SDP. Exiting..
 const TraceLine noAudio{4, 3, "No audio <mline> found. Exiting..."};
 const TraceLine badSide{4, 3, "Invalid echo cancellation entry. Exiting."};
 const TraceLine badState{4, 3, "Invalid echo cancellation direction entry. Exiting."};
-const TraceLine noRoom{2, 2,
-                       "The echo cancellation attributes have NOT been added. Possibility to overflow the "
-                       "buffer size. Exiting."};
+const TraceLine noRoom{
+    2, 2,
+    "The echo cancellation attributes have NOT been added. Possibility to overflow the buffer size. Exiting."};
 const TraceLine unusable{
     4, 3, "sdpInsertEchoCancellation(): The SDP buffer is null or holds no end of text. Exiting."};
 

@@ -252,10 +252,10 @@ INSTANTIATE_TEST_SUITE_P(
                 SDP_REFUSAL_KIND_BODY, kError, "No audio <mline> found."},
         Refused{"unknownSilence", session + audio, insertSilence(9), SDP_REFUSED_INVALID_SILENCE,
                 SDP_REFUSAL_KIND_ARGUMENT, kError, "Invalid silence suppression entry. Exiting."},
-        Refused{"noRoomForSilence", full, insertSilence(FEATURE_STATE_ON), SDP_REFUSED_NO_ROOM_FOR_SILENCE,
-                SDP_REFUSAL_KIND_CAPACITY, kInfo,
-                "The silence suppression attributes have NOT been added. Possibility to overflow the buffer "
-                "size. Exiting."},
+        Refused{
+            "noRoomForSilence", full, insertSilence(FEATURE_STATE_ON), SDP_REFUSED_NO_ROOM_FOR_SILENCE,
+            SDP_REFUSAL_KIND_CAPACITY, kInfo,
+            "The silence suppression attributes have NOT been added. Possibility to overflow the buffer size. Exiting."},
         Refused{"unknownEchoSide", session + audio, insertEcho(FEATURE_STATE_ON, 4),
                 SDP_REFUSED_INVALID_ECHO_SIDE, SDP_REFUSAL_KIND_ARGUMENT, kError,
                 "Invalid echo cancellation entry. Exiting."},
@@ -270,8 +270,7 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{
             "noRoomForEcho", full, insertEcho(FEATURE_STATE_ON, 1), SDP_REFUSED_NO_ROOM_FOR_ECHO,
             SDP_REFUSAL_KIND_CAPACITY, kInfo,
-            "The echo cancellation attributes have NOT been added. Possibility to overflow the buffer size. "
-            "Exiting."}),
+            "The echo cancellation attributes have NOT been added. Possibility to overflow the buffer size. Exiting."}),
     nameOfCase);
 
 TEST(LastRefusal, IsThatOfAnEditAndStaysThroughOneThatSucceeds) {

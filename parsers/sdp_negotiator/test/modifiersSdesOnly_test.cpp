@@ -77,7 +77,7 @@ TEST(SdesOnly, ATextThatIsNullOrHasNoEndIsRefused) {
   EXPECT_EQ(trace.takeLines(), Traces{unusable});
 }
 
-/// The same question, step by step.
+/// Whether SDES alone secures a text, step by step.
 bool askStepByStep(const std::string& text) {
   std::size_t keys = text.find("a=key-mgmt:");
   for (std::size_t at = text.find("\nm="); at != std::string::npos; at = text.find("\nm=", at + 1)) {

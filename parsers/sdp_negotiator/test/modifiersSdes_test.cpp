@@ -330,7 +330,7 @@ TEST(SdesLine, ATextThatIsNullOrHasNoEndIsRefused) {
   expectUntouched("\na=crypto:", edit, 1);
 }
 
-/// The same edit, step by step on a string.
+/// Rewrites the crypto line behind a line feed, step by step on a string.
 unsigned short rewriteStepByStep(std::string& text, std::size_t lineFeed, const std::string& key) {
   const std::size_t end = std::min(text.find("\nm=", lineFeed + 1), text.size());
   const auto behindBlanks = [&](std::size_t at, std::size_t lf) {

@@ -9,9 +9,9 @@ using Lines = std::vector<TraceLine>;
 
 const TraceLine entering{8, 4, "Entering sdpInsertSilenceSuppression() method."};
 const TraceLine added{8, 4, "The silence suppression attributes have been added to the SDP. Exiting."};
-const TraceLine noRoom{2, 2,
-                       "The silence suppression attributes have NOT been added. Possibility to overflow the "
-                       "buffer size. Exiting."};
+const TraceLine noRoom{
+    2, 2,
+    "The silence suppression attributes have NOT been added. Possibility to overflow the buffer size. Exiting."};
 const TraceLine noAudio{4, 3, "No audio <mline> found."};
 const TraceLine invalid{4, 3, "Invalid silence suppression entry. Exiting."};
 const TraceLine unusable{

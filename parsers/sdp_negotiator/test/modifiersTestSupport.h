@@ -53,7 +53,7 @@ class SdpBuffer {
   std::unique_ptr<char[]> bytes_;
 };
 
-/// The same with its text to be looked at between edits.
+/// A buffer whose text can be looked at between edits.
 class EditBuffer : public SdpBuffer {
  public:
   static constexpr std::size_t capacity = MAX_SDP_PROTOCOL_DATA_SIZE;

@@ -157,12 +157,13 @@ TEST(MLineTransport, NeedsRoomForTheGrowthOnly) {
   TraceCapture trace;
   SdpBuffer buffer(filledTo(kLongestBody, before));
   edit(buffer.data());
-  EXPECT_EQ(trace.lines(),
-            (Traces{kEntering,
-                    kChanging,
-                    {4, 3,
-                     "sdpReplaceMLineTransportProtocol(): The new transport does not fit the SDP buffer. "
-                     "Exiting."}}));
+  EXPECT_EQ(
+      trace.lines(),
+      (Traces{
+          kEntering,
+          kChanging,
+          {4, 3,
+           "sdpReplaceMLineTransportProtocol(): The new transport does not fit the SDP buffer. Exiting."}}));
 }
 
 TEST(MLineTransport, ANewTransportMayLieInTheTextItself) {

@@ -119,7 +119,7 @@ TEST(AdjacentVideoSections, OfTwoOnlyTheFirstIsRemoved) {
   EXPECT_EQ(result.sdp, head + "\n" + two);
 }
 
-// The same for an m-line that has nothing behind its name.
+// An m-line that has nothing behind its name, directly behind a section that is taken.
 TEST(AdjacentVideoSections, AnMLineWithinEightCharactersIsNotFound) {
   const Extraction result = extract(head + "m=video\nm=video\n" + ownLine + "m=video\n", false);
   EXPECT_EQ(result.video, cLine + "m=video" + cLine + "m=video\n");

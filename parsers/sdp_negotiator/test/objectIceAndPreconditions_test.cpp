@@ -118,9 +118,9 @@ TEST(IceRemoval, SucceedsAlsoWhenTheTextCannotBeReadOrStored) {
 
 const TraceLine insertRequest{1, 1, "Request to insert  precondition attributes."};
 const TraceLine inserted{2, 2, "Preconditions attributes have added to the SDP."};
-const TraceLine tooLarge{4, 3,
-                         "Preconditions attributes cannot add to the buffer,since it exceeds the "
-                         "MAX_SDP_PROTOCOL_DATA_SIZE"};
+const TraceLine tooLarge{
+    4, 3,
+    "Preconditions attributes cannot add to the buffer,since it exceeds the MAX_SDP_PROTOCOL_DATA_SIZE"};
 
 Traces tracesOfInsertion(const std::string& text, int enable, int count) {
   return tracesOfEdit(

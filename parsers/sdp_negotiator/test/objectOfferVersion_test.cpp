@@ -202,21 +202,22 @@ TEST(VersionAndMLines, RaisesTheVersionThenTakesTheLineThenCompares) {
   const TraceLine building{8, 4, "Building raw SDP buffer."};
   TraceCapture trace;
   EXPECT_EQ(object.sdpModifyVersionAndMlines(&earlier, false), 0);
-  EXPECT_EQ(trace.lines(),
-            (Traces{{8, 4, "Request to set the version of o-line to:10."},
-                    building,
-                    {8, 4, "Entering sdpReplaceVersionNumberLong() method."},
-                    {8, 4, "The version of o-line has been replaced. Exiting..."},
-                    building,
-                    {8, 4,
-                     "copyOLine(): request to replace existing o-line with [o=alice 10 10 IN IP4 192.0.2.9] "
-                     "len=[30]"},
-                    {8, 4, "copyOLine(): SDP length change is 2 characters"},
-                    {8, 4, "copyOLine(): returning SUCCESS"},
-                    building,
-                    building,
-                    {8, 4, "Entering compareNumberOfMLines() method."},
-                    {8, 4, "Old SDP has the same number of m-lines with the new SDP."}}));
+  EXPECT_EQ(
+      trace.lines(),
+      (Traces{
+          {8, 4, "Request to set the version of o-line to:10."},
+          building,
+          {8, 4, "Entering sdpReplaceVersionNumberLong() method."},
+          {8, 4, "The version of o-line has been replaced. Exiting..."},
+          building,
+          {8, 4,
+           "copyOLine(): request to replace existing o-line with [o=alice 10 10 IN IP4 192.0.2.9] len=[30]"},
+          {8, 4, "copyOLine(): SDP length change is 2 characters"},
+          {8, 4, "copyOLine(): returning SUCCESS"},
+          building,
+          building,
+          {8, 4, "Entering compareNumberOfMLines() method."},
+          {8, 4, "Old SDP has the same number of m-lines with the new SDP."}}));
 }
 
 TEST(VersionAndMLines, RefusesNull) {

@@ -266,9 +266,9 @@ TEST(OriginLineUpdateTraces, NameBothVersions) {
   const cSdpNegotiator own = objectWithLine("o=b 2 9223372036854775807 IN IP4 h");
   TraceCapture trace;
   EXPECT_FALSE(own.compareSdpOLineUpdate(&incoming));
-  EXPECT_EQ(trace.takeLines(), (Traces{{8, 4,
-                                        "sdp session version In -9223372036854775808 version of Vob "
-                                        "9223372036854775807"}}));
+  EXPECT_EQ(
+      trace.takeLines(),
+      (Traces{{8, 4, "sdp session version In -9223372036854775808 version of Vob 9223372036854775807"}}));
 }
 
 TEST(OriginLineUpdateTraces, AreOnlyThoseOfEmptyObjectsWhereThereIsNothingToCompare) {

@@ -371,11 +371,12 @@ TEST(LastRefusal, IsNotThatOfAPartOfARequest) {
   const unsigned int number = sdpLastRefusal().number;
   const Traces traces =
       tracesOf([&] { EXPECT_EQ(object.sdpLimitVideoMediaBandwidth(128, H264_LEVEL_1), 0); });
-  EXPECT_EQ(std::ranges::count(
-                traces, TraceLine{4, 3,
-                                  "Request to update the profile level id while H264 codec is not present. "
-                                  "Ignoring."}),
-            1);
+  EXPECT_EQ(
+      std::ranges::count(
+          traces,
+          TraceLine{4, 3,
+                    "Request to update the profile level id while H264 codec is not present. Ignoring."}),
+      1);
   EXPECT_EQ(sdpLastRefusal().number, number);
 }
 

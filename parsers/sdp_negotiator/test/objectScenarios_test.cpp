@@ -187,7 +187,7 @@ TEST(CallScenario, AnAnswerFollowsANewOffer) {
   cSdpNegotiator answer =
       parsedObject(bob() + "m=audio 6000 RTP/AVP 0 18\r\n" + map18 + map0 + "a=ptime:20\r\n");
 
-  // The same codecs once more: nothing to do, and the o-line stays.
+  // An offer of the answer's own codecs: nothing to do, and the o-line stays.
   const cSdpNegotiator same = parsedObject(alice("2") + "m=audio 5004 RTP/AVP 18 0\r\n");
   const cSdpNegotiator before = answer;
   EXPECT_EQ(answer.sdpUpdateAnswer(&offer, &same), 0);

@@ -259,7 +259,7 @@ TEST(RestrictVideoCodecs, WorksOnAFullBuffer) {
   EXPECT_TRUE(textOf(object) == wanted);
 }
 
-/// A body that can be stored, while the same without format 34 cannot: its m-line then no longer repeats a line.
+/// A body that can be stored, while it cannot without format 34: its m-line then no longer repeats a line.
 std::string bodyThatOutgrowsItsStorage() {
   std::string all;
   std::string allowed;

@@ -28,7 +28,7 @@ const std::string h264 = "m=video 6000 RTP/AVP 97\r\na=rtpmap:97 H264/90000\r\n"
 const std::string textSection = "m=text 5 RTP/AVP 98\r\n";
 const std::string h261 = "m=video 7000 RTP/AVP 31\r\n";
 
-/// The same summary, but for the form of the stored text.
+/// Whether two objects have the same summary but for the form of the stored text.
 bool sameSummary(const cSdpNegotiator& a, const cSdpNegotiator& b) {
   sSdpParsedData first = a.getParsedData();
   first.storedSdpLength = b.getParsedData().storedSdpLength;

@@ -81,7 +81,7 @@ const std::string oddTexts[] = {"\x80", "\xFF", "on\xFF", "\xC3\xA4 on", std::st
 
 }  // namespace
 
-TEST(Ptime, validValues) {
+TEST(Ptime, ValidValues) {
   const struct {
     const char* value;
     PtimeResult result;
@@ -93,20 +93,20 @@ TEST(Ptime, validValues) {
   for (const auto& row : rows) EXPECT_EQ(ptimeOf(row.value, nothing), row.result) << row.value;
 }
 
-TEST(Ptime, onlyTheVeryFirstAndLastCharacterMayNotBeAHyphen) {
+TEST(Ptime, OnlyTheVeryFirstAndLastCharacterMayNotBeAHyphen) {
   // Kept: a blank before or behind makes the hyphen acceptable, the missing number is 0.
   EXPECT_EQ(ptimeOf(" -20", nothing), (PtimeResult{0, 0, 20}));
   EXPECT_EQ(ptimeOf("20- ", nothing), (PtimeResult{0, 20, 0}));
 }
 
-TEST(Ptime, invalidValuesChangeNothing) {
+TEST(Ptime, InvalidValuesChangeNothing) {
   for (const char* value : {"-20", "20-", "-", "--", "20--30", "20-30-40", "20-30-", "20ms", "x", "20,30",
                             "+20", "20.0", "20\t", "20\n", "20\r", "2\x80", "\xB2", "0x14"}) {
     EXPECT_EQ(ptimeOf(value, badPtime), (PtimeResult{1, 77, 88})) << value;
   }
 }
 
-TEST(Ptime, numbersBeyondAByteReadAsNotGiven) {
+TEST(Ptime, NumbersBeyondAByteReadAsNotGiven) {
   for (const char* value : {"255", "256", "276", "300", "65535", "65536", "65556", "2147483648", "4294967295",
                             "4294967296", "4294967316", "18446744073709551636"}) {
     EXPECT_EQ(ptimeOf(value, nothing), (PtimeResult{0, 255, 88})) << value;
@@ -117,14 +117,14 @@ TEST(Ptime, numbersBeyondAByteReadAsNotGiven) {
   EXPECT_EQ(ptimeOf("0000000000254", nothing), (PtimeResult{0, 254, 88}));
 }
 
-TEST(Ptime, longValues) {
+TEST(Ptime, LongValues) {
   EXPECT_EQ(ptimeOf(std::string(60000, '9'), nothing), (PtimeResult{0, 255, 88}));
   EXPECT_EQ(ptimeOf(std::string(60000, ' ') + "20", nothing), (PtimeResult{0, 20, 88}));
   EXPECT_EQ(ptimeOf(std::string(60000, '-'), badPtime), (PtimeResult{1, 77, 88}));
   for (const std::string& value : oddTexts) EXPECT_EQ(ptimeOf(value, badPtime).status, 1);
 }
 
-TEST(Ptime, nullIsSuccessWithoutChange) {
+TEST(Ptime, NullIsSuccessWithoutChange) {
   const TraceCapture capture;
   sSdpParsedData data = emptySummary();
   EXPECT_EQ(P::setCodecPtime(data, nullptr), 0);
@@ -132,7 +132,7 @@ TEST(Ptime, nullIsSuccessWithoutChange) {
   EXPECT_EQ(capture.lines(), nothing);
 }
 
-TEST(Mptime, onePeriodForEachFormat) {
+TEST(Mptime, OnePeriodForEachFormat) {
   const struct {
     const char* value;
     Periods periods;
@@ -154,7 +154,7 @@ TEST(Mptime, onePeriodForEachFormat) {
   }
 }
 
-TEST(Mptime, cannotStartWithAHyphen) {
+TEST(Mptime, CannotStartWithAHyphen) {
   for (const char* value : {"-", "- 20", " - 20", "\n-"}) {
     const MptimeResult result = mptimeOf(value, 2, mptimeStart);
     EXPECT_EQ(result.status, 1) << value;
@@ -162,7 +162,7 @@ TEST(Mptime, cannotStartWithAHyphen) {
   }
 }
 
-TEST(Mptime, onlyThreePeriodsAreValid) {
+TEST(Mptime, OnlyThreePeriodsAreValid) {
   for (const char* word : {"40", "0", "255", "276", "4294967316", "020", "+20", "-20", "--", "20-", "20,30",
                            "20\t30", "20\r", "20\x80", "\xFF", "2", "200", "x"}) {
     EXPECT_EQ(mptimeOf(word, 1, mptimeValue).status, 1) << word;
@@ -173,7 +173,7 @@ TEST(Mptime, onlyThreePeriodsAreValid) {
   for (const std::string& value : oddTexts) EXPECT_EQ(mptimeOf(value, 1, mptimeValue).status, 1);
 }
 
-TEST(Mptime, theNumberOfPeriodsMustBeThatOfTheFormats) {
+TEST(Mptime, TheNumberOfPeriodsMustBeThatOfTheFormats) {
   for (const int formats : {0, 1, 3, 64, -1, -2, INT_MIN, INT_MAX}) {
     const MptimeResult result = mptimeOf("20 30", formats, mptimeNumber);
     EXPECT_EQ(result.status, 1) << formats;
@@ -182,7 +182,7 @@ TEST(Mptime, theNumberOfPeriodsMustBeThatOfTheFormats) {
   EXPECT_EQ(mptimeOf("", 1, mptimeNumber).status, 1);
 }
 
-TEST(Mptime, moreFormatsThanTheListHolds) {
+TEST(Mptime, MoreFormatsThanTheListHolds) {
   EXPECT_EQ(mptimeOf(repeated("20 ", 20), 20, nothing).periods, Periods(20, 20));
   EXPECT_EQ(mptimeOf(repeated("20 ", 21), 21, nothing).periods, Periods(20, 20));
   EXPECT_EQ(mptimeOf(repeated("20 ", 64), 64, nothing).status, 0);
@@ -191,7 +191,7 @@ TEST(Mptime, moreFormatsThanTheListHolds) {
   EXPECT_EQ(mptimeOf(repeated("30 ", 20000), 64, mptimeNumber).periods, Periods(20, 30));
 }
 
-TEST(Mptime, nullTextsAndLists) {
+TEST(Mptime, NullTextsAndLists) {
   const TraceCapture capture;
   std::array<unsigned char, 20> periods = {};
   EXPECT_EQ(P::setCodecMptime(periods.data(), 3, nullptr), 0);
@@ -201,7 +201,7 @@ TEST(Mptime, nullTextsAndLists) {
   EXPECT_EQ(capture.lines(), nothing);
 }
 
-TEST(SilenceSuppression, theFirstWordDecides) {
+TEST(SilenceSuppression, TheFirstWordDecides) {
   const struct {
     const char* value;
     int state;
@@ -218,7 +218,7 @@ TEST(SilenceSuppression, theFirstWordDecides) {
   }
 }
 
-TEST(SilenceSuppression, otherWordsFail) {
+TEST(SilenceSuppression, OtherWordsFail) {
   std::vector<std::string> values = {"",  " ",  "\n", "On",   "OFF",  "onx",
                                      "o", "of", "--", "on\t", "on\r", "x on"};
   values.insert(values.end(), std::begin(oddTexts), std::end(oddTexts));
@@ -232,7 +232,7 @@ TEST(SilenceSuppression, otherWordsFail) {
   }
 }
 
-TEST(SilenceSuppression, nullIsSuccessWithoutChange) {
+TEST(SilenceSuppression, NullIsSuccessWithoutChange) {
   const TraceCapture capture;
   sSdpParsedData data = emptySummary();
   EXPECT_EQ(P::setSilenceSuppression(data, nullptr), 0);
@@ -240,7 +240,7 @@ TEST(SilenceSuppression, nullIsSuccessWithoutChange) {
   EXPECT_EQ(capture.lines(), nothing);
 }
 
-TEST(EchoCancellation, theFirstWordDecides) {
+TEST(EchoCancellation, TheFirstWordDecides) {
   const struct {
     const char* value;
     int state;
@@ -256,7 +256,7 @@ TEST(EchoCancellation, theFirstWordDecides) {
   }
 }
 
-TEST(EchoCancellation, otherWordsAreTracedButNoFailure) {
+TEST(EchoCancellation, OtherWordsAreTracedButNoFailure) {
   struct Row {
     std::string value;
     const Lines* traces;
@@ -274,7 +274,7 @@ TEST(EchoCancellation, otherWordsAreTracedButNoFailure) {
   }
 }
 
-TEST(EchoCancellation, nullIsSuccessWithoutChange) {
+TEST(EchoCancellation, NullIsSuccessWithoutChange) {
   const TraceCapture capture;
   sSdpParsedData data = emptySummary();
   EXPECT_EQ(P::setEchoCancellation(data, nullptr), 0);
@@ -282,7 +282,7 @@ TEST(EchoCancellation, nullIsSuccessWithoutChange) {
   EXPECT_EQ(capture.lines(), nothing);
 }
 
-TEST(VoiceBandData, yesSetsThreeFields) {
+TEST(VoiceBandData, YesSetsThreeFields) {
   for (const std::string value : {"0 vbd=yes", "8 vbd=yes", "0vbd=yes", "8 x=1;vbd=yes;y", "8 vbd=no;vbd=yes",
                                   "0 vbd=yesterday", "08 vbd=yes", "80 vbd=yes"}) {
     const TraceCapture capture;
@@ -296,7 +296,7 @@ TEST(VoiceBandData, yesSetsThreeFields) {
   }
 }
 
-TEST(VoiceBandData, otherValuesChangeNothing) {
+TEST(VoiceBandData, OtherValuesChangeNothing) {
   const struct {
     std::string value;
     int result;
@@ -336,7 +336,7 @@ TEST(VoiceBandData, otherValuesChangeNothing) {
   }
 }
 
-TEST(VoiceBandData, nullIsSuccessWithoutChange) {
+TEST(VoiceBandData, NullIsSuccessWithoutChange) {
   const TraceCapture capture;
   sSdpParsedData data = emptySummary();
   EXPECT_EQ(P::setVoiceBandData(data, nullptr), 0);

@@ -32,7 +32,7 @@ int codecOfEncoding(const std::string& encoding) { return codecOf("97", {"rtpmap
 
 }  // namespace
 
-TEST(StaticAudioPayload, allNumbers) {
+TEST(StaticAudioPayload, AllNumbers) {
   struct Row {
     int codec;
     const char* textName;
@@ -50,12 +50,12 @@ TEST(StaticAudioPayload, allNumbers) {
   }
 }
 
-TEST(StaticAudioPayload, neverNeedsAttributeLines) {
+TEST(StaticAudioPayload, NeverNeedsAttributeLines) {
   EXPECT_EQ(P::convertCodec("18", nullptr), 10);
   EXPECT_EQ(codecOf("18", {"rtpmap:18 AMR/8000"}), 10);
 }
 
-TEST(StaticAudioPayload, whatBeginsWithZeroIsPcmuUnlessItIsAnotherNumber) {
+TEST(StaticAudioPayload, WhatBeginsWithZeroIsPcmuUnlessItIsAnotherNumber) {
   for (const char* format : {"0", "00", "0000000000000", "0x12", "0-", "0 8", "0.8"}) {
     EXPECT_EQ(codecOf(format, {"rtpmap:97 AMR/8000"}), 3) << format;
   }
@@ -67,20 +67,20 @@ TEST(StaticAudioPayload, whatBeginsWithZeroIsPcmuUnlessItIsAnotherNumber) {
   }
 }
 
-TEST(StaticAudioPayload, textsThatAreNoNumber) {
+TEST(StaticAudioPayload, TextsThatAreNoNumber) {
   EXPECT_EQ(P::convertCodec(nullptr, nullptr), 0);
   for (const char* format : {"", "t38", "*", "x8", "-", "+", "-0", "PCMU", "webrtc-datachannel"}) {
     EXPECT_EQ(codecOf(format), 0) << format;
   }
 }
 
-TEST(StaticAudioPayload, theNumberThatAFormatBeginsWithCounts) {
+TEST(StaticAudioPayload, TheNumberThatAFormatBeginsWithCounts) {
   EXPECT_EQ(codecOf("8x"), 1);
   EXPECT_EQ(codecOf("18/1"), 10);
   EXPECT_EQ(codecOf("97 ", {"rtpmap:97 AMR/8000"}), 31);
 }
 
-TEST(StaticAudioPayload, numbersBeyondTheirTypeDoNotWrap) {
+TEST(StaticAudioPayload, NumbersBeyondTheirTypeDoNotWrap) {
   // Each would be a known payload type modulo a power of two.
   for (const char* format : {"4294967296", "4294967304", "264", "18446744073709551624", "4294967393",
                              "-4294967288", "2147483648", "-2147483649"}) {
@@ -90,7 +90,7 @@ TEST(StaticAudioPayload, numbersBeyondTheirTypeDoNotWrap) {
   EXPECT_EQ(codecOf(std::string(60000, ' ') + "8"), 1);
 }
 
-TEST(DynamicAudioPayload, allNamedEncodings) {
+TEST(DynamicAudioPayload, AllNamedEncodings) {
   const struct {
     const char* encoding;
     int codec;
@@ -108,7 +108,7 @@ TEST(DynamicAudioPayload, allNamedEncodings) {
       {"iLBC", 26, "ILBC"},
       {"opus", 38, "OPUS"},
   };
-  EXPECT_EQ(std::size(rows), std::size(sdpneg::dynamicAudioRules));
+  EXPECT_EQ(std::size(rows), std::size(sdpneg::kDynamicAudioRules));
   for (const auto& row : rows) {
     const std::string name = row.encoding;
     for (const std::string& encoding : {name, name + "/8000", name + "/48000/2", name + "X"}) {
@@ -121,7 +121,7 @@ TEST(DynamicAudioPayload, allNamedEncodings) {
   }
 }
 
-TEST(DynamicAudioPayload, allEncodingsWithARate) {
+TEST(DynamicAudioPayload, AllEncodingsWithARate) {
   const struct {
     const char* encoding;
     const char* rate;
@@ -133,7 +133,7 @@ TEST(DynamicAudioPayload, allEncodingsWithARate) {
       {"G7221/16000", "32000", 35, "G7221_32"},
       {"G7221/32000", "48000", 36, "G7221_48"},
   };
-  EXPECT_EQ(std::size(rows), std::size(sdpneg::rateAudioRules));
+  EXPECT_EQ(std::size(rows), std::size(sdpneg::kRateAudioRules));
   for (const auto& row : rows) {
     const std::string rtpmap = "rtpmap:97 " + std::string(row.encoding);
     const std::string rate = row.rate;
@@ -147,27 +147,27 @@ TEST(DynamicAudioPayload, allEncodingsWithARate) {
   }
 }
 
-TEST(DynamicAudioPayload, aRateCountsInTheFirstParameterWordOnly) {
+TEST(DynamicAudioPayload, ARateCountsInTheFirstParameterWordOnly) {
   const std::string rtpmap = "rtpmap:97 G7221/16000";
   EXPECT_EQ(codecOf("97", {rtpmap, "fmtp:97 mode=1; bitrate=24000"}), 0);
   EXPECT_EQ(codecOf("97", {rtpmap, "fmtp:97 mode=1;bitrate=24000"}), 34);
   EXPECT_EQ(codecOf("97", {rtpmap, "fmtp:24000"}), 0);
 }
 
-TEST(DynamicAudioPayload, ratesAreTriedInRisingOrder) {
+TEST(DynamicAudioPayload, RatesAreTriedInRisingOrder) {
   const std::string rtpmap = "rtpmap:97 G7221/16000";
   EXPECT_EQ(codecOf("97", {rtpmap, "fmtp:97 48000,32000,24000"}), 34);
   EXPECT_EQ(codecOf("97", {rtpmap, "fmtp:97 48000,32000"}), 35);
   EXPECT_EQ(codecOf("97", {rtpmap, "fmtp:97 48000", "fmtp:97 24000"}), 36);  // lines before rates
 }
 
-TEST(DynamicAudioPayload, ratesBelongToTheirEncoding) {
+TEST(DynamicAudioPayload, RatesBelongToTheirEncoding) {
   EXPECT_EQ(codecOf("97", {"rtpmap:97 MP4A-LATM/90000", "fmtp:97 bitrate=24000"}), 0);
   EXPECT_EQ(codecOf("97", {"rtpmap:97 G7221/16000", "fmtp:97 bitrate=96000"}), 0);
   EXPECT_EQ(codecOf("97", {"rtpmap:97 PCMA/8000", "fmtp:97 bitrate=24000"}), 0);
 }
 
-TEST(DynamicAudioPayload, encodingsAreCaseSensitiveExceptComfortNoise) {
+TEST(DynamicAudioPayload, EncodingsAreCaseSensitiveExceptComfortNoise) {
   for (const char* encoding : {"g726-16", "amr", "Amr-WB", "Telephone-Event", "clearmode", "ilbc", "ILBC",
                                "OPUS", "Opus/48000/2", "g7221"}) {
     EXPECT_EQ(codecOf("97", {"rtpmap:97 " + std::string(encoding), "fmtp:97 24000"}), 0) << encoding;
@@ -177,14 +177,14 @@ TEST(DynamicAudioPayload, encodingsAreCaseSensitiveExceptComfortNoise) {
   }
 }
 
-TEST(DynamicAudioPayload, otherEncodingsAreDeliberatelyNotRecognised) {
+TEST(DynamicAudioPayload, OtherEncodingsAreDeliberatelyNotRecognised) {
   for (const char* encoding : {"PCMA/8000", "PCMU/8000", "G722/8000", "G723/8000", "G728/8000", "G729/8000",
                                "G729A", "BV16/8000", "red/8000", "SILK/16000"}) {
     EXPECT_EQ(codecOfEncoding(encoding), 0) << encoding;
   }
 }
 
-TEST(DynamicAudioPayload, everyDynamicNumberAndNoOther) {
+TEST(DynamicAudioPayload, EveryDynamicNumberAndNoOther) {
   for (int number = 1; number <= 200; ++number) {
     const std::string text = std::to_string(number);
     const int codec = codecOf(text, {"rtpmap:" + text + " AMR/8000"});
@@ -194,7 +194,7 @@ TEST(DynamicAudioPayload, everyDynamicNumberAndNoOther) {
   }
 }
 
-TEST(DynamicAudioPayload, theWalkGoesOnBehindAnEncodingWithoutCodec) {
+TEST(DynamicAudioPayload, TheWalkGoesOnBehindAnEncodingWithoutCodec) {
   EXPECT_EQ(codecOf("97", {"rtpmap:97 PCMA/8000", "rtpmap:97 AMR/8000"}), 31);
   EXPECT_EQ(codecOf("97", {"rtpmap:97 G7221/16000", "rtpmap:97 iLBC/8000"}), 26);
   EXPECT_EQ(codecOf("97", {"rtpmap:97 G7221/16000", "rtpmap:97 iLBC/8000", "fmtp:97 24000"}), 34);
@@ -202,7 +202,7 @@ TEST(DynamicAudioPayload, theWalkGoesOnBehindAnEncodingWithoutCodec) {
   EXPECT_EQ(codecOf("97", {"rtpmap:98 AMR/8000", "rtpmap:97 iLBC/8000"}), 26);
 }
 
-TEST(DynamicAudioPayload, attributeNamesAreComparedByTheirBeginning) {
+TEST(DynamicAudioPayload, AttributeNamesAreComparedByTheirBeginning) {
   EXPECT_EQ(codecOf("97", {"rtpmapX:97 AMR/8000"}), 31);
   EXPECT_EQ(codecOf("97", {"rtpmap:97 G7221/16000", "fmtp-x:97 24000"}), 34);
   EXPECT_EQ(codecOf("97", {"Xrtpmap:97 AMR/8000"}), 0);
@@ -210,7 +210,7 @@ TEST(DynamicAudioPayload, attributeNamesAreComparedByTheirBeginning) {
   EXPECT_EQ(codecOf("97", {"rtpma:97 AMR/8000"}), 0);
 }
 
-TEST(DynamicAudioPayload, valuesAreReadAsNumberAndWord) {
+TEST(DynamicAudioPayload, ValuesAreReadAsNumberAndWord) {
   const struct {
     const char* value;
     int codec;
@@ -243,7 +243,7 @@ TEST(DynamicAudioPayload, valuesAreReadAsNumberAndWord) {
   }
 }
 
-TEST(DynamicAudioPayload, attributesWithoutAValue) {
+TEST(DynamicAudioPayload, AttributesWithoutAValue) {
   EXPECT_EQ(codecOf("97", {"rtpmap", "fmtp"}), 0);
   EXPECT_EQ(codecOf("97", {"rtpmap:", "fmtp:", "rtpmap:97 AMR/8000"}), 31);
   EXPECT_EQ(codecOf("97", {"rtpmap:97 G7221/16000", "fmtp", "fmtp:", "fmtp:97"}), 0);
@@ -252,14 +252,14 @@ TEST(DynamicAudioPayload, attributesWithoutAValue) {
   EXPECT_EQ(codecOf("97"), 0);
 }
 
-TEST(DynamicAudioPayload, malformedParameters) {
+TEST(DynamicAudioPayload, MalformedParameters) {
   for (const char* value : {"97 =", "97 ==", "97 ;", "97 bitrate=", "97 bitrate==;", "97 bitrate;",
                             "97 =;=", "=24000", "97= ;24000", "bitrate=24000", " ; 97 24000"}) {
     EXPECT_EQ(codecOf("97", {"rtpmap:97 G7221/16000", "fmtp:" + std::string(value)}), 0) << value;
   }
 }
 
-TEST(DynamicAudioPayload, valuesThatFillTheirField) {
+TEST(DynamicAudioPayload, ValuesThatFillTheirField) {
   const std::string longWord(SDP_ATTRIBUTE_VALUE_SIZE - 1 - 8, 'x');
   const std::string rtpmap = "rtpmap:97 G7221" + std::string(SDP_ATTRIBUTE_VALUE_SIZE, '1');
   EXPECT_EQ(codecOf("97", {rtpmap, "fmtp:97 " + longWord + "24000"}), 34);
@@ -268,7 +268,7 @@ TEST(DynamicAudioPayload, valuesThatFillTheirField) {
   EXPECT_EQ(codecOf("97", {"rtpmap:" + std::string(SDP_ATTRIBUTE_VALUE_SIZE, ' ')}), 0);
 }
 
-TEST(DynamicAudioPayload, blocksThatAreFullOrClaimToHoldMore) {
+TEST(DynamicAudioPayload, BlocksThatAreFullOrClaimToHoldMore) {
   std::vector<std::string> lines(SDP_ATTRIBUTE_CAPACITY, "crypto:1 AES_CM_128_HMAC_SHA1_80 inline:x");
   lines.back() = "rtpmap:97 AMR/8000";
   const Attributes full(lines);
@@ -281,7 +281,7 @@ TEST(DynamicAudioPayload, blocksThatAreFullOrClaimToHoldMore) {
   EXPECT_EQ(P::convertCodec("97", full), 0);
 }
 
-TEST(DynamicAudioPayload, bytesBeyondAsciiMatchNothing) {
+TEST(DynamicAudioPayload, BytesBeyondAsciiMatchNothing) {
   const std::string value = "97 AMR";
   for (int byte = 0x80; byte <= 0xFF; ++byte) {
     const std::string odd(1, static_cast<char>(byte));
@@ -301,7 +301,7 @@ TEST(DynamicAudioPayload, bytesBeyondAsciiMatchNothing) {
   }
 }
 
-TEST(G729AnnexB, replacesG729AmongTheFormats) {
+TEST(G729AnnexB, ReplacesG729AmongTheFormats) {
   sSdpParsedData data = emptySummary();
   const unsigned char codecs[] = {10, 3, 10, 11, 10};
   std::copy(std::begin(codecs), std::end(codecs), data.audioCodec);
@@ -311,7 +311,7 @@ TEST(G729AnnexB, replacesG729AmongTheFormats) {
   EXPECT_EQ(std::vector<int>(data.audioCodec, data.audioCodec + 6), (std::vector<int>{15, 3, 15, 11, 11, 0}));
 }
 
-TEST(G729AnnexB, nothingWithoutFormats) {
+TEST(G729AnnexB, NothingWithoutFormats) {
   for (const int count : {0, -1, INT_MIN}) {
     sSdpParsedData data = emptySummary();
     data.audioCodec[0] = 10;
@@ -320,7 +320,7 @@ TEST(G729AnnexB, nothingWithoutFormats) {
   }
 }
 
-TEST(G729AnnexB, staysInsideTheCodecList) {
+TEST(G729AnnexB, StaysInsideTheCodecList) {
   for (const int count : {20, 21, 64, INT_MAX}) {
     sSdpParsedData data = emptySummary();
     std::fill(std::begin(data.audioCodec), std::end(data.audioCodec), std::uint8_t{10});

@@ -26,18 +26,18 @@ TEST(ParserDump, TracesEveryField) {
   data.videoMode = 2;
   const TraceCapture capture;
   sdpParserMessage::sdpDumpMediaInfo(data);
-  EXPECT_EQ(capture.lines(), (TraceLines{
-                                 {8, 4, "address:2001:db8::1,   addressType:10,   port:5004"},
-                                 {8, 4, "audioCodec:[3],   packetizationPeriod:[20]"},
-                                 {8, 4, "audioCodec:[29],   packetizationPeriod:[255]"},
-                                 {8, 4, "sessionMode:4,   videoMode:2"},
-                                 {8, 4,
-                                  "bandwidth:4294967295,   videoBandwidth:384,   echoCancellation:1,   "
-                                  "silenceSuppression:2"},
-                                 {8, 4, "resourceReserve:3,   gainControl:-1,   mediaType:3"},
-                                 {8, 4, "sdpAttributes:0x841"},
-                                 {8, 4, "The h264 profile is:[9]"},
-                             }));
+  EXPECT_EQ(
+      capture.lines(),
+      (TraceLines{
+          {8, 4, "address:2001:db8::1,   addressType:10,   port:5004"},
+          {8, 4, "audioCodec:[3],   packetizationPeriod:[20]"},
+          {8, 4, "audioCodec:[29],   packetizationPeriod:[255]"},
+          {8, 4, "sessionMode:4,   videoMode:2"},
+          {8, 4, "bandwidth:4294967295,   videoBandwidth:384,   echoCancellation:1,   silenceSuppression:2"},
+          {8, 4, "resourceReserve:3,   gainControl:-1,   mediaType:3"},
+          {8, 4, "sdpAttributes:0x841"},
+          {8, 4, "The h264 profile is:[9]"},
+      }));
 }
 
 TEST(ParserDump, TracesAnEmptySummary) {

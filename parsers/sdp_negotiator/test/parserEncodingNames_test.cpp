@@ -57,13 +57,12 @@ Name nameInMedia(const std::vector<std::string>& attributes, const std::string& 
 }
 
 const std::string section =
-    "m=video 5006 RTP/AVP 97 98\r\na=rtpmap:97 H264/90000\r\na=rtpmap:98 VP8/90000\r\nm=audio 5004 RTP/AVP "
-    "99\r\n"
+    "m=video 5006 RTP/AVP 97 98\r\na=rtpmap:97 H264/90000\r\na=rtpmap:98 VP8/90000\r\nm=audio 5004 RTP/AVP 99\r\n"
     "a=rtpmap:99 iLBC/8000\r\n";
 
 }  // namespace
 
-TEST(RtpmapValue, definesAFormat) {
+TEST(RtpmapValue, DefinesAFormat) {
   const struct {
     const char* value;
     Name name;
@@ -82,7 +81,7 @@ TEST(RtpmapValue, definesAFormat) {
   for (const auto& row : rows) EXPECT_EQ(nameIn(row.value), row.name) << row.value;
 }
 
-TEST(RtpmapValue, definesAnotherFormatOrNone) {
+TEST(RtpmapValue, DefinesAnotherFormatOrNone) {
   for (const char* value : {"98 H264/90000",
                             "9 H264",
                             "970 H264",
@@ -111,7 +110,7 @@ TEST(RtpmapValue, definesAnotherFormatOrNone) {
   }
 }
 
-TEST(RtpmapValue, theFormatIsComparedAsAWholeWord) {
+TEST(RtpmapValue, TheFormatIsComparedAsAWholeWord) {
   EXPECT_EQ(nameIn("97 H264", "9"), std::nullopt);
   EXPECT_EQ(nameIn("97 H264", "970"), std::nullopt);
   EXPECT_EQ(nameIn("97 H264", ""), std::nullopt);
@@ -122,7 +121,7 @@ TEST(RtpmapValue, theFormatIsComparedAsAWholeWord) {
   EXPECT_EQ(nameIn("t38 x", "T38"), std::nullopt);
 }
 
-TEST(RtpmapValue, charactersBehindThe512thDoNotCount) {
+TEST(RtpmapValue, CharactersBehindThe512thDoNotCount) {
   const std::string blanks(508, ' ');
   EXPECT_EQ(nameIn(blanks + "97 XY"), "X");
   EXPECT_EQ(nameIn(blanks + " 97 X"), std::nullopt);
@@ -136,7 +135,7 @@ TEST(RtpmapValue, charactersBehindThe512thDoNotCount) {
   EXPECT_EQ(nameIn(std::string(60000, ' ') + "97 x"), std::nullopt);
 }
 
-TEST(RtpmapValue, the512CharactersNeedNoNul) {
+TEST(RtpmapValue, The512CharactersNeedNoNul) {
   const auto exact = std::make_unique_for_overwrite<char[]>(512);
   std::memset(exact.get(), 'x', 512);
   std::memcpy(exact.get(), "97 ", 3);
@@ -145,7 +144,7 @@ TEST(RtpmapValue, the512CharactersNeedNoNul) {
   EXPECT_EQ(std::string(name), std::string(509, 'x'));
 }
 
-TEST(RtpmapValue, theNameIsCutToTheBuffer) {
+TEST(RtpmapValue, TheNameIsCutToTheBuffer) {
   const std::string value = "97 H264/90000";
   EXPECT_EQ(nameIn(value, "97", 12), "H264/90000");
   EXPECT_EQ(nameIn(value, "97", 11), "H264/90000");
@@ -156,7 +155,7 @@ TEST(RtpmapValue, theNameIsCutToTheBuffer) {
   EXPECT_EQ(nameIn("97 " + std::string(33, 'x'), "97", 33), std::string(32, 'x'));
 }
 
-TEST(RtpmapValue, noBuffer) {
+TEST(RtpmapValue, NoBuffer) {
   EXPECT_TRUE(P::isEncodingDefinedInAline("97 H264", "97", nullptr, 33));
   EXPECT_TRUE(P::isEncodingDefinedInAline("97 H264", "97", nullptr, 0));
   EXPECT_FALSE(P::isEncodingDefinedInAline("98 H264", "97", nullptr, 33));
@@ -165,12 +164,12 @@ TEST(RtpmapValue, noBuffer) {
   EXPECT_EQ(untouched, '#');
 }
 
-TEST(RtpmapValue, nullTexts) {
+TEST(RtpmapValue, NullTexts) {
   EXPECT_FALSE(P::isEncodingDefinedInAline(nullptr, "97", nullptr, 0));
   EXPECT_FALSE(P::isEncodingDefinedInAline("97 H264", nullptr, nullptr, 0));
 }
 
-TEST(MediaEncodingName, theFirstRtpmapLineOfTheFormat) {
+TEST(MediaEncodingName, TheFirstRtpmapLineOfTheFormat) {
   EXPECT_EQ(nameInMedia({"rtpmap:96 VP8/90000", "rtpmap:97 H264/90000", "rtpmap:97 H263/90000"}),
             "H264/90000");
   EXPECT_EQ(nameInMedia({"rtpmap", "rtpmap:", "rtpmap:97", "rtpmap:97 H264/90000"}), "H264/90000");
@@ -178,19 +177,19 @@ TEST(MediaEncodingName, theFirstRtpmapLineOfTheFormat) {
   EXPECT_EQ(nameInMedia({}), std::nullopt);
 }
 
-TEST(MediaEncodingName, theAttributeNameMustBeExact) {
+TEST(MediaEncodingName, TheAttributeNameMustBeExact) {
   for (const char* name : {"rtpmapX", "rtpma", "RTPMAP", " rtpmap", "fmtp", ""}) {
     EXPECT_EQ(nameInMedia({std::string(name) + ":97 H264/90000"}), std::nullopt) << name;
   }
 }
 
-TEST(MediaEncodingName, theNameIsCutToTheBuffer) {
+TEST(MediaEncodingName, TheNameIsCutToTheBuffer) {
   EXPECT_EQ(nameInMedia({"rtpmap:97 H264/90000"}, "97", 5), "H264");
   EXPECT_EQ(nameInMedia({"rtpmap:97 " + std::string(400, 'x')}), std::string(32, 'x'));
   EXPECT_EQ(nameInMedia({"rtpmap:97 " + std::string(400, 'x')}, "97", 600), std::string(346, 'x'));
 }
 
-TEST(MediaEncodingName, nullArgumentsAndCorruptCounts) {
+TEST(MediaEncodingName, NullArgumentsAndCorruptCounts) {
   EXPECT_FALSE(P::getEncodingName(nullptr, "97", nullptr, 0));
   const auto media = usedRecord<mDescription>();
   std::vector<std::string> lines(SDP_ATTRIBUTE_CAPACITY, "rtpmap:98 VP8/90000");
@@ -204,7 +203,7 @@ TEST(MediaEncodingName, nullArgumentsAndCorruptCounts) {
   EXPECT_FALSE(P::getEncodingName(media.get(), "97", nullptr, 0));
 }
 
-TEST(MediaEncodingName, agreesWithTheTextForm) {
+TEST(MediaEncodingName, AgreesWithTheTextForm) {
   const std::string body =
       "v=0\r\no=- 1 1 IN IP4 192.0.2.1\r\ns=-\r\nc=IN IP4 192.0.2.1\r\nt=0 0\r\n" + section;
   const auto description = usedRecord<sDescription>();
@@ -218,7 +217,7 @@ TEST(MediaEncodingName, agreesWithTheTextForm) {
   EXPECT_EQ(nameInText(body, "99"), "iLBC/8000");
 }
 
-TEST(TextEncodingName, theFirstRtpmapLineOfTheFormat) {
+TEST(TextEncodingName, TheFirstRtpmapLineOfTheFormat) {
   EXPECT_EQ(nameInText(section, "97"), "H264/90000");
   EXPECT_EQ(nameInText(section, "98"), "VP8/90000");
   EXPECT_EQ(nameInText(section, "99"), "iLBC/8000");
@@ -226,7 +225,7 @@ TEST(TextEncodingName, theFirstRtpmapLineOfTheFormat) {
   EXPECT_EQ(nameInText("m\na=rtpmap:97 A\na=rtpmap:97 B\n"), "A");
 }
 
-TEST(TextEncodingName, linesNeedALineFeedBeforeThem) {
+TEST(TextEncodingName, LinesNeedALineFeedBeforeThem) {
   EXPECT_EQ(nameInText("a=rtpmap:97 A\r\n"), std::nullopt);
   EXPECT_EQ(nameInText("\na=rtpmap:97 A"), "A");
   EXPECT_EQ(nameInText("\n\na=rtpmap:97 A"), "A");
@@ -234,7 +233,7 @@ TEST(TextEncodingName, linesNeedALineFeedBeforeThem) {
   EXPECT_EQ(nameInText("m a=rtpmap:97 A\r\n"), std::nullopt);
 }
 
-TEST(TextEncodingName, otherLinesAreNoRtpmapLines) {
+TEST(TextEncodingName, OtherLinesAreNoRtpmapLines) {
   for (const char* line :
        {"a=rtpmap", "a=rtpmap:", "a=rtpmap 97 A", "a=rtpmapX:97 A", "a= rtpmap:97 A", "a=RTPMAP:97 A",
         "A=rtpmap:97 A", "b=rtpmap:97 A", " a=rtpmap:97 A", "a=x-rtpmap:97 A", "a=", "a", "a=\xF2tpmap:97 A",
@@ -245,13 +244,13 @@ TEST(TextEncodingName, otherLinesAreNoRtpmapLines) {
   }
 }
 
-TEST(TextEncodingName, aLineWithoutNameDoesNotTakeTheNextOne) {
+TEST(TextEncodingName, ALineWithoutNameDoesNotTakeTheNextOne) {
   EXPECT_EQ(nameInText("m\r\na=rtpmap:97\r\na=rtpmap:98 A\r\n"), std::nullopt);
   EXPECT_EQ(nameInText("m\r\na=rtpmap:97 \r\na=rtpmap:98 A\r\n"), std::nullopt);
   EXPECT_EQ(nameInText("m\r\na=rtpmap: \r\n97 A\r\n"), std::nullopt);
 }
 
-TEST(TextEncodingName, onlyLinesThatBeginBeforeTheEnd) {
+TEST(TextEncodingName, OnlyLinesThatBeginBeforeTheEnd) {
   const ExactText text(section);
   const char* line = text + section.find("\na=rtpmap:98");
   EXPECT_EQ(nameInText(text, line, "98"), std::nullopt);
@@ -264,7 +263,7 @@ TEST(TextEncodingName, onlyLinesThatBeginBeforeTheEnd) {
   EXPECT_EQ(nameInText(line + 1, text.end(), "98"), std::nullopt);
 }
 
-TEST(TextEncodingName, nothingBehindTheNulIsRead) {
+TEST(TextEncodingName, NothingBehindTheNulIsRead) {
   const char text[] = "m\r\na=x\r\n\0\na=rtpmap:97 A\r\n";
   EXPECT_EQ(nameInText(text, text + sizeof text - 1), std::nullopt);
   const char cut[] = "m\r\na=rtp\0map:97 A\r\n";
@@ -273,7 +272,7 @@ TEST(TextEncodingName, nothingBehindTheNulIsRead) {
   EXPECT_EQ(nameInText(noName, noName + sizeof noName - 1), std::nullopt);
 }
 
-TEST(TextEncodingName, textsCutAnywhere) {
+TEST(TextEncodingName, TextsCutAnywhere) {
   const std::string whole = "m=video 1 RTP/AVP 97\r\na=rtpmap:97 H264/90000\r\n";
   const std::size_t name = whole.find("H264");
   const std::size_t lineEnd = whole.rfind('\r');
@@ -284,14 +283,14 @@ TEST(TextEncodingName, textsCutAnywhere) {
   }
 }
 
-TEST(TextEncodingName, theNameIsCutToTheBuffer) {
+TEST(TextEncodingName, TheNameIsCutToTheBuffer) {
   EXPECT_EQ(nameInText(section, "97", 5), "H264");
   EXPECT_EQ(nameInText(section, "97", 1), "");
   EXPECT_EQ(nameInText("\na=rtpmap:97 " + std::string(60000, 'x')), std::string(32, 'x'));
   EXPECT_EQ(nameInText("\na=rtpmap:97 " + std::string(60000, 'x'), "97", 1000), std::string(509, 'x'));
 }
 
-TEST(TextEncodingName, amongManyAndOverlongOtherLines) {
+TEST(TextEncodingName, AmongManyAndOverlongOtherLines) {
   std::string body = "m=video 1 RTP/SAVP 97\r\n";
   for (int i = 0; i < 300; ++i) body += "a=crypto:" + std::string(i % 2 == 0 ? 500 : 0, 'A') + "\r\n";
   body += "a=" + std::string(60000, 'x') + "\r\n" + "a=rtpmap:" + std::string(8000, '9') + "\r\n";
@@ -299,7 +298,7 @@ TEST(TextEncodingName, amongManyAndOverlongOtherLines) {
   EXPECT_EQ(nameInText(body + "a=rtpmap:97 H264/90000\r\n"), "H264/90000");
 }
 
-TEST(TextEncodingName, nullArguments) {
+TEST(TextEncodingName, NullArguments) {
   const ExactText text(section);
   EXPECT_FALSE(P::getEncodingName(nullptr, text.end(), "97", nullptr, 0));
   EXPECT_FALSE(P::getEncodingName(text, nullptr, "97", nullptr, 0));
@@ -310,7 +309,7 @@ TEST(TextEncodingName, nullArguments) {
   EXPECT_EQ(untouched, '#');
 }
 
-TEST(ComparisonWithoutSpaces, theTextBeginsWithThePattern) {
+TEST(ComparisonWithoutSpaces, TheTextBeginsWithThePattern) {
   const struct {
     std::string text;
     std::string pattern;
@@ -338,7 +337,7 @@ TEST(ComparisonWithoutSpaces, theTextBeginsWithThePattern) {
   }
 }
 
-TEST(ComparisonWithoutSpaces, aHundredSpacesInARowAreTooMany) {
+TEST(ComparisonWithoutSpaces, AHundredSpacesInARowAreTooMany) {
   const std::string most(99, ' ');
   EXPECT_EQ(P::strcmpwospaces(ExactText(most + "a" + most + "b"), "ab"), 0);
   EXPECT_EQ(P::strcmpwospaces(ExactText(most + " ab"), "ab"), -1);
@@ -347,14 +346,14 @@ TEST(ComparisonWithoutSpaces, aHundredSpacesInARowAreTooMany) {
   EXPECT_EQ(P::strcmpwospaces(ExactText(std::string(60000, ' ')), "ab"), -1);
 }
 
-TEST(ComparisonWithoutSpaces, patternsOfMoreThanAHundredCharacters) {
+TEST(ComparisonWithoutSpaces, PatternsOfMoreThanAHundredCharacters) {
   const std::string hundred(100, 'x');
   EXPECT_EQ(P::strcmpwospaces(ExactText(hundred), ExactText(hundred)), 0);
   EXPECT_EQ(P::strcmpwospaces(ExactText(hundred + "xx"), ExactText(hundred + "x")), -1);
   EXPECT_EQ(P::strcmpwospaces(ExactText(std::string(60000, 'x')), ExactText(hundred)), 0);
 }
 
-TEST(ComparisonWithoutSpaces, nullTexts) {
+TEST(ComparisonWithoutSpaces, NullTexts) {
   EXPECT_EQ(P::strcmpwospaces(nullptr, "x"), -1);
   EXPECT_EQ(P::strcmpwospaces("x", nullptr), -1);
   EXPECT_EQ(P::strcmpwospaces(nullptr, nullptr), -1);

@@ -47,7 +47,7 @@ const std::string videoLines =
 
 }  // namespace
 
-TEST(VideoCodec, namesByTheirBeginning) {
+TEST(VideoCodec, NamesByTheirBeginning) {
   const struct {
     const char* name;
     int codec;
@@ -68,17 +68,17 @@ TEST(VideoCodec, namesByTheirBeginning) {
   }
 }
 
-TEST(VideoCodec, namesOfTheCodecTable) {
+TEST(VideoCodec, NamesOfTheCodecTable) {
   std::set<int> known;
   for (const videoCodecRow& row : videoCodecTable) {
     EXPECT_EQ(codecOf(row.encodingName), row.value) << row.encodingName;
     known.insert(row.value);
   }
-  for (const sdpneg::VideoRule& rule : sdpneg::videoRules)
+  for (const sdpneg::VideoRule& rule : sdpneg::kVideoRules)
     EXPECT_TRUE(known.contains(rule.codec)) << rule.text;
 }
 
-TEST(VideoCodec, namesAreCaseSensitiveExceptVp8) {
+TEST(VideoCodec, NamesAreCaseSensitiveExceptVp8) {
   for (const char* name : {"h263", "h263-1998", "h264", "mpeg4", "CE1B", "ce1b", "jpeg", "NV", "h261", "mpv",
                            "mp2t", "mpeg2", "h224"}) {
     EXPECT_EQ(codecOf(name), 0) << name;
@@ -86,7 +86,7 @@ TEST(VideoCodec, namesAreCaseSensitiveExceptVp8) {
   for (const char* name : {"VP8", "vp8", "Vp8/90000", "vP8"}) EXPECT_EQ(codecOf(name), 12) << name;
 }
 
-TEST(VideoCodec, namesOfNoCodec) {
+TEST(VideoCodec, NamesOfNoCodec) {
   for (const char* name : {"", "H", "H26", "H262", "H265", "H222", "VP", "VP9", "MP", "MPEG", "MPEG1", "MP2",
                            "n", "Ce1", "JPE", "AV1", "\x80", "H2\2664", "V\3208"}) {
     EXPECT_EQ(codecOf(name), 0) << name;
@@ -94,7 +94,7 @@ TEST(VideoCodec, namesOfNoCodec) {
   EXPECT_EQ(codecOf(std::string(60000, 'H')), 0);
 }
 
-TEST(VideoCodec, formatsOfStaticPayloadTypes) {
+TEST(VideoCodec, FormatsOfStaticPayloadTypes) {
   const std::map<int, int> codecs = {{34, 1}, {25, 4}, {26, 5}, {28, 6}, {31, 7}, {32, 8}};
   for (int number = 0; number <= 255; ++number) {
     const auto row = codecs.find(number);
@@ -105,14 +105,14 @@ TEST(VideoCodec, formatsOfStaticPayloadTypes) {
   }
 }
 
-TEST(VideoCodec, theNameIsComparedWith33NotTheFormat) {
+TEST(VideoCodec, TheNameIsComparedWith33NotTheFormat) {
   EXPECT_EQ(codecOf("33", "33"), 9);
   EXPECT_EQ(codecOf("33", "97"), 9);
   EXPECT_EQ(codecOf("unknown", "33"), 0);
   EXPECT_EQ(codecOf("33/90000", "33"), 0);
 }
 
-TEST(VideoCodec, theFirstRuleThatMatchesDecides) {
+TEST(VideoCodec, TheFirstRuleThatMatchesDecides) {
   EXPECT_EQ(codecOf("H263-1998", "34"), 10);
   EXPECT_EQ(codecOf("H263-2000", "25"), 11);
   EXPECT_EQ(codecOf("H264", "34"), 1);  // the format stands before all names but those of H263
@@ -127,21 +127,21 @@ TEST(VideoCodec, theFirstRuleThatMatchesDecides) {
   EXPECT_EQ(codecOf("H224", "32"), 8);
 }
 
-TEST(VideoCodec, nullTexts) {
+TEST(VideoCodec, NullTexts) {
   EXPECT_EQ(P::convertVideoCodec(nullptr, "34"), 0);
   EXPECT_EQ(P::convertVideoCodec(nullptr, nullptr), 0);
   EXPECT_EQ(P::convertVideoCodec("VP8", nullptr), 12);
   EXPECT_EQ(P::convertVideoCodec("unknown", nullptr), 0);
 }
 
-TEST(StaticPayload, exactlyThirteenTexts) {
+TEST(StaticPayload, ExactlyThirteenTexts) {
   const std::set<int> accepted = {0, 4, 8, 9, 15, 18, 25, 26, 28, 31, 32, 33, 34};
   for (int number = -10; number <= 300; ++number) {
     EXPECT_EQ(P::isStaticPayload(ExactText(std::to_string(number))), accepted.contains(number)) << number;
   }
 }
 
-TEST(StaticPayload, theWholeTextMustMatch) {
+TEST(StaticPayload, TheWholeTextMustMatch) {
   EXPECT_FALSE(P::isStaticPayload(nullptr));
   for (const std::string text :
        {"", "00", "08", "+8", " 8", "8 ", "8\r\n", "8x", "H264", "\xB8", "4294967304"}) {
@@ -150,7 +150,7 @@ TEST(StaticPayload, theWholeTextMustMatch) {
   EXPECT_FALSE(P::isStaticPayload(ExactText(std::string(60000, '0'))));
 }
 
-TEST(H264Level, allLevelBytes) {
+TEST(H264Level, AllLevelBytes) {
   const std::map<std::string, int> levels = {
       {"0a", 0}, {"0b", 2},  {"0c", 3},  {"0d", 4},  {"14", 5},  {"15", 6},  {"16", 7},  {"1e", 8},
       {"1f", 9}, {"20", 10}, {"28", 11}, {"29", 12}, {"2a", 13}, {"32", 14}, {"33", 15},
@@ -165,7 +165,7 @@ TEST(H264Level, allLevelBytes) {
   }
 }
 
-TEST(H264Level, constraintsTellLevel1bFrom11) {
+TEST(H264Level, ConstraintsTellLevel1bFrom11) {
   for (int digit = 0; digit < 16; ++digit) {
     const std::string text = hexByte(digit).substr(1);
     const int expected = digit % 2 != 0 ? 1 : 2;
@@ -177,7 +177,7 @@ TEST(H264Level, constraintsTellLevel1bFrom11) {
   }
 }
 
-TEST(H264Level, onlyThreeProfiles) {
+TEST(H264Level, OnlyThreeProfiles) {
   for (int value = 0; value <= 255; ++value) {
     const std::string byte = hexByte(value);
     const int expected = value == 0x42 || value == 0x4D || value == 0x58 ? 9 : 0;
@@ -186,7 +186,7 @@ TEST(H264Level, onlyThreeProfiles) {
   }
 }
 
-TEST(H264Level, textsThatAreTooShort) {
+TEST(H264Level, TextsThatAreTooShort) {
   const std::string text = "42e01f";
   for (std::size_t length = 0; length < text.size(); ++length) {
     EXPECT_EQ(levelOf(text.substr(0, length)), -1) << length;
@@ -195,7 +195,7 @@ TEST(H264Level, textsThatAreTooShort) {
   EXPECT_EQ(P::decodeH264ProfileString(nullptr), -1);
 }
 
-TEST(H264Level, sixCharactersAreLookedAt) {
+TEST(H264Level, SixCharactersAreLookedAt) {
   EXPECT_EQ(levelOf("42e01f;packetization-mode=1"), 9);
   EXPECT_EQ(levelOf("42e01f" + std::string(60000, 'f')), 9);
   EXPECT_EQ(levelOf("42e0;packetization-mode=1"), 0);
@@ -211,13 +211,13 @@ TEST(H264Level, sixCharactersAreLookedAt) {
   }
 }
 
-TEST(H264Level, sixCharactersNeedNoNul) {
+TEST(H264Level, SixCharactersNeedNoNul) {
   const auto six = std::make_unique_for_overwrite<char[]>(6);
   std::string("42e01f").copy(six.get(), 6);
   EXPECT_EQ(P::decodeH264ProfileString(six.get()), 9);
 }
 
-TEST(H264FormatLevel, theFirstLineThatHasOneDecides) {
+TEST(H264FormatLevel, TheFirstLineThatHasOneDecides) {
   const struct {
     std::vector<std::string> attributes;
     int level;
@@ -241,7 +241,7 @@ TEST(H264FormatLevel, theFirstLineThatHasOneDecides) {
     EXPECT_EQ(formatLevelOf(row.attributes), row.level) << testing::PrintToString(row.attributes);
 }
 
-TEST(H264FormatLevel, namesAndFormatsAreComparedByTheirBeginning) {
+TEST(H264FormatLevel, NamesAndFormatsAreComparedByTheirBeginning) {
   // Kept: a format also finds the line of one that begins with it.
   EXPECT_EQ(formatLevelOf({"fmtp:97 profile-level-id=42e01f"}, "9"), 9);
   EXPECT_EQ(formatLevelOf({"fmtp:97 profile-level-id=42e01f"}, "97 p"), 9);
@@ -250,7 +250,7 @@ TEST(H264FormatLevel, namesAndFormatsAreComparedByTheirBeginning) {
   EXPECT_EQ(formatLevelOf({"xfmtp:97 profile-level-id=42e01f"}), 0);
 }
 
-TEST(H264FormatLevel, linesWithoutAWholeProfileLevelId) {
+TEST(H264FormatLevel, LinesWithoutAWholeProfileLevelId) {
   for (const char* line :
        {"fmtp", "fmtp:", "fmtp:97", "fmtp:97 ", "fmtp:97 =", "fmtp:97 ==", "fmtp:97 ;",
         "fmtp:97 profile-level-id", "fmtp:97 profile-level-id=", "fmtp:97 profile-level-id=;",
@@ -260,14 +260,14 @@ TEST(H264FormatLevel, linesWithoutAWholeProfileLevelId) {
   }
 }
 
-TEST(H264FormatLevel, valuesThatFillTheirField) {
+TEST(H264FormatLevel, ValuesThatFillTheirField) {
   const std::string parameter = ";profile-level-id=42e01f";
   const std::string filler(SDP_ATTRIBUTE_VALUE_SIZE - 1 - 3 - parameter.size(), 'x');
   EXPECT_EQ(formatLevelOf({"fmtp:97 " + filler + parameter}), 9);
   EXPECT_EQ(formatLevelOf({"fmtp:97 x" + filler + parameter}), 0);  // the last digit is cut
 }
 
-TEST(H264FormatLevel, nullArgumentsAndCorruptCounts) {
+TEST(H264FormatLevel, NullArgumentsAndCorruptCounts) {
   EXPECT_EQ(P::decodeH264ProfileId(nullptr, "97"), 0);
   EXPECT_EQ(P::decodeH264ProfileId(Attributes({"fmtp:97 profile-level-id=42e01f"}), nullptr), 0);
   std::vector<std::string> lines(SDP_ATTRIBUTE_CAPACITY, "fmtp:98 mode=1");
@@ -279,7 +279,7 @@ TEST(H264FormatLevel, nullArgumentsAndCorruptCounts) {
   EXPECT_EQ(P::decodeH264ProfileId(full, "97"), 0);
 }
 
-TEST(MediaCodec, staticPayloadTypesAreTheirOwnName) {
+TEST(MediaCodec, StaticPayloadTypesAreTheirOwnName) {
   const std::map<std::string, int> codecs = {{"25", 4}, {"26", 5}, {"28", 6}, {"31", 7}, {"32", 8},
                                              {"33", 9}, {"34", 1}, {"0", 0},  {"4", 0},  {"8", 0},
                                              {"9", 0},  {"15", 0}, {"18", 0}};
@@ -291,7 +291,7 @@ TEST(MediaCodec, staticPayloadTypesAreTheirOwnName) {
   }
 }
 
-TEST(MediaCodec, otherFormatsNeedAnRtpmapLine) {
+TEST(MediaCodec, OtherFormatsNeedAnRtpmapLine) {
   EXPECT_EQ(mediaCodecOf(videoLines, "97"), 2);
   EXPECT_EQ(mediaCodecOf(videoLines, "98"), 12);
   EXPECT_EQ(mediaCodecOf(videoLines, "99"), 0);
@@ -301,7 +301,7 @@ TEST(MediaCodec, otherFormatsNeedAnRtpmapLine) {
   EXPECT_EQ(mediaCodecOf("x\na=rtpmap:97 33" + std::string(100, ' ') + "\r\n", "97"), 0);
 }
 
-TEST(MediaCodec, linesBehindTheEndDoNotCount) {
+TEST(MediaCodec, LinesBehindTheEndDoNotCount) {
   const ExactText text(videoLines);
   const char* second = text + videoLines.find("\na=rtpmap:98");
   EXPECT_EQ(P::getMediaCodec(text, second, "97"), 2);
@@ -309,7 +309,7 @@ TEST(MediaCodec, linesBehindTheEndDoNotCount) {
   EXPECT_EQ(P::getMediaCodec(text, second + 1, "98"), 12);
 }
 
-TEST(MediaCodec, nullArguments) {
+TEST(MediaCodec, NullArguments) {
   EXPECT_EQ(P::getMediaCodec("x", "x", nullptr), 0);
   EXPECT_EQ(P::getMediaCodec(nullptr, nullptr, "97"), 0);
   const ExactText text(videoLines);
@@ -319,7 +319,7 @@ TEST(MediaCodec, nullArguments) {
   EXPECT_EQ(P::getMediaCodec(text, text.end(), ""), 0);
 }
 
-TEST(MediaCodec, longNames) {
+TEST(MediaCodec, LongNames) {
   EXPECT_EQ(mediaCodecOf("x\na=rtpmap:97 H264" + std::string(60000, 'x') + "\r\n", "97"), 2);
   EXPECT_EQ(mediaCodecOf("x\na=rtpmap:" + std::string(60000, '9') + " H264\r\n", "97"), 0);
 }

@@ -49,7 +49,7 @@ inline void expectReason(const Refused& refused) {
   EXPECT_EQ(std::string(last.text), refused.text);
 }
 
-/// The same, and its text is traced once in just that way, or not at all.
+/// Expects a refusal's reason, and its text to be traced once in just that way, or not at all.
 inline void expectTracedReason(const Refused& refused) {
   TraceCapture trace;
   expectReason(refused);

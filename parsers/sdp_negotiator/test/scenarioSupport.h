@@ -24,7 +24,8 @@ inline void expectBody(const cSdpNegotiator& object, const std::string& text) {
   EXPECT_TRUE(sameBytes(object, parsedObject(textOf(object)))) << "the summary is not that of the text";
 }
 
-/// The same for a body whose o-line was made by the time of day, with the unspecified address or another one.
+/// The body is this text with an o-line that was made by the time of day, with the unspecified address or another one,
+/// and the summary tells of it.
 inline void expectTimedBody(const cSdpNegotiator& object, const std::string& text,
                             const std::string& address = "IP4 0.0.0.0") {
   expectBody(object, withTimedOLine(text, textOf(object), address));

@@ -8,12 +8,14 @@
 #include <cstring>
 #include <string_view>
 
+// IP addresses: from text to bytes, back, and compared.
+
 static_assert(IP_VERSION_UNKNOWN == AF_UNSPEC && IP_VERSION_4 == AF_INET && IP_VERSION_6 == AF_INET6);
 
 namespace {
 
 /// How a place that needs an address says that there is none.
-constexpr std::string_view unspecifiedText = "0.0.0.0";
+constexpr std::string_view kUnspecifiedText = "0.0.0.0";
 
 /// Whether a text is short enough to be an address; reads no further than that takes.
 bool hasAddressLength(const char* text) {
@@ -56,7 +58,7 @@ void cMsgIPAddress::getIPAddressText(char* text, int size) const {
   if (text == nullptr || size <= 0) return;
   char whole[INET6_ADDRSTRLEN] = "";
   const bool written = inet_ntop(getIPAddressVersion(), bytes, whole, sizeof whole) != nullptr;
-  copyCut(written ? whole : unspecifiedText, text, static_cast<std::size_t>(size));
+  copyCut(written ? whole : kUnspecifiedText, text, static_cast<std::size_t>(size));
 }
 
 eIPAddressVersion cMsgIPAddress::getIPAddressVersion() const {

@@ -14,6 +14,7 @@
 #include "kvRttRegistry.h"
 #include "kvRttSink.h"
 
+namespace kvrtt {
 namespace {
 
 bool isSetByEnvironment(std::string_view component, std::string_view flag) {
@@ -24,21 +25,24 @@ bool isSetByEnvironment(std::string_view component, std::string_view flag) {
 const char* orEmpty(const char* text) { return text == nullptr ? "" : text; }
 
 }  // namespace
+}  // namespace kvrtt
+
+using namespace kvrtt;
 
 int pvxTraceRttInit(int* handle) { return handle == nullptr ? kvRttNullArgument : kvRttSuccess; }
 
 int KvRttRegFacility(int* handle, const char* component) {
   if (handle == nullptr) return kvRttNullArgument;
-  return kvrtt::registry.addComponent(kvrtt::nameView(component), *handle);
+  return registry.addComponent(nameView(component), *handle);
 }
 
 int KvRttRegFlag(const char* component, int flag, const char* name) {
-  const auto owner = kvrtt::nameView(component);
-  const auto flagName = kvrtt::nameView(name);
-  return kvrtt::registry.addFlag(owner, flag, flagName, isSetByEnvironment(owner, flagName));
+  const auto owner = nameView(component);
+  const auto flagName = nameView(name);
+  return registry.addFlag(owner, flag, flagName, isSetByEnvironment(owner, flagName));
 }
 
-int KvRttTstFlag(int handle, int flag) { return kvrtt::registry.isOn(handle, flag) ? 1 : 0; }
+int KvRttTstFlag(int handle, int flag) { return registry.isOn(handle, flag) ? 1 : 0; }
 
 const char* KvRttStatus(int status) {
   switch (status) {
@@ -68,10 +72,10 @@ const char* KvRttStatus(int status) {
 }
 
 int pvxTraceRtt(int handle, int flag, int type, int level, const char* line, ...) {
-  const char* component = kvrtt::registry.componentName(handle);
+  const char* component = registry.componentName(handle);
   if (component == nullptr) return kvRttUnknownHandle;
   const char* text = orEmpty(line);
-  kvrtt::writeLine({component, flag, type, level, text, std::strlen(text)});
+  writeLine({component, flag, type, level, text, std::strlen(text)});
   return kvRttSuccess;
 }
 

@@ -3,8 +3,12 @@
 #include "kvRttRegistry.h"
 #include "kvRttSink.h"
 
+// How the local trace facility is operated.
+
+using namespace kvrtt;
+
 int KvRttSwitchFlag(const char* component, const char* flag, bool on) {
-  return kvrtt::registry.switchFlag(kvrtt::nameView(component), kvrtt::nameView(flag), on);
+  return registry.switchFlag(nameView(component), nameView(flag), on);
 }
 
-void KvRttSetSink(KvRttSink sink, void* context) { kvrtt::setSink(sink, context); }
+void KvRttSetSink(KvRttSink sink, void* context) { setSink(sink, context); }

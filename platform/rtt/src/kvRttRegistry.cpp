@@ -4,15 +4,17 @@
 #include <bit>
 #include <cstring>
 
+// The components that trace, their flags, and which of these are on.
+
 namespace kvrtt {
 namespace {
 
-constexpr std::string_view blanks = " \t\r\n";
+constexpr std::string_view kBlanks = " \t\r\n";
 
 std::string_view trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(blanks);
+  const auto first = text.find_first_not_of(kBlanks);
   if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
 /// Takes the part up to a separator off the front of a text.

@@ -10,6 +10,8 @@
 
 #include "kvRttLocal.h"
 
+// The components that trace, their flags, and which of these are on.
+
 namespace kvrtt {
 
 /// A component's or flag's name; empty while unset.

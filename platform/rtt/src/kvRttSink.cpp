@@ -8,6 +8,8 @@
 
 #include "kvRttStandardError.h"
 
+// Where trace lines go.
+
 namespace kvrtt {
 namespace {
 

@@ -3,6 +3,8 @@
 
 #include "kvRttLocal.h"
 
+// Where trace lines go.
+
 namespace kvrtt {
 
 /// Hands a line to the current sink, one line at a time; drops one that a sink traces. The value of errno

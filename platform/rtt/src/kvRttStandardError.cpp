@@ -12,13 +12,15 @@
 #include <span>
 #include <string_view>
 
+// Trace lines on standard error, with what is in them made safe to show.
+
 namespace kvrtt {
 namespace {
 
-constexpr std::size_t headSize = 160;
+constexpr std::size_t kHeadSize = 160;
 
 /// The former line's missing end, the head, the text and the line end.
-using LineBuffer = std::array<char, 1 + headSize + kvRttMaxShownLength + 1>;
+using LineBuffer = std::array<char, 1 + kHeadSize + kvRttMaxShownLength + 1>;
 
 // Static rather than on the stack of a thread that traces: it is larger than all else that a trace line
 // needs. Calls of a sink do not overlap.
@@ -63,7 +65,7 @@ std::size_t showText(std::span<char> to, std::string_view text) {
 }
 
 /// "2024-05-01T12:34:56.123456Z SDP_NEGOTIATOR flag 8 level 4: "; returns its length.
-std::size_t formatHead(std::span<char, headSize> head, const KvRttLine& line) {
+std::size_t formatHead(std::span<char, kHeadSize> head, const KvRttLine& line) {
   timespec now{};
   tm utc{};
   clock_gettime(CLOCK_REALTIME, &now);
@@ -81,7 +83,7 @@ std::size_t formatHead(std::span<char, headSize> head, const KvRttLine& line) {
 std::string_view compose(const KvRttLine& line) {
   std::size_t length = 0;
   if (isInsideLine) buffer[length++] = '\n';
-  length += formatHead(std::span(buffer).subspan(length).first<headSize>(), line);
+  length += formatHead(std::span(buffer).subspan(length).first<kHeadSize>(), line);
   length += showText(std::span(buffer).subspan(length, kvRttMaxShownLength), {line.text, line.length});
   buffer[length++] = '\n';
   return {buffer.data(), length};

@@ -3,6 +3,8 @@
 
 #include "kvRttLocal.h"
 
+// Trace lines on standard error.
+
 namespace kvrtt {
 
 /// The default sink. As for any sink, its calls must not overlap: it keeps the line that it composes.

@@ -23,8 +23,7 @@ void expect(bool holds, const char* what) {
 
 void traceGoesToTheHost() {
   const std::string registration =
-      "init;facility SDP_NEGOTIATOR;flag SDP_NEGOTIATOR 1 DEBUG;flag SDP_NEGOTIATOR 2 INFO;"
-      "flag SDP_NEGOTIATOR 4 ERROR;";
+      "init;facility SDP_NEGOTIATOR;flag SDP_NEGOTIATOR 1 DEBUG;flag SDP_NEGOTIATOR 2 INFO;flag SDP_NEGOTIATOR 4 ERROR;";
   expect(hostTraceCalls() == registration, "the library registered with the host's trace facility at load");
   hostTraceCalls().clear();
   cNegotTraceManager::writeTraceMsg(4, 3, "port %d", 5004);

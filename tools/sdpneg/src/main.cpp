@@ -23,7 +23,7 @@ int withOutput(int status, tool::Streams streams) {
 
 int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);  // a closed pipe shows when it is written to
-  std::signal(SIGXFSZ, SIG_IGN);  // so does a limit for the size of files
+  std::signal(SIGXFSZ, SIG_IGN);  // as does a limit for the size of files
   tool::Output out(STDOUT_FILENO);
   tool::Output err(STDERR_FILENO);
   try {

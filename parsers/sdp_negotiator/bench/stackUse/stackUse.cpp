@@ -2,7 +2,7 @@
 // painted afterwards was used.
 //   sdpStackUse                      a table with the most demanding request of each topic
 //   sdpStackUse --all                every request
-//   sdpStackUse --check              the same as the first, and fails when a request takes more than docs/guide.md says
+//   sdpStackUse --check              as without arguments, and fails when a request takes more than docs/guide.md says
 
 #include "stackUse.h"
 
@@ -30,8 +30,7 @@ constexpr std::string_view kAudio =
     "m=audio 49170 RTP/AVP 8 0 101\r\na=rtpmap:8 PCMA/8000\r\na=rtpmap:0 PCMU/8000\r\n"
     "a=rtpmap:101 telephone-event/8000\r\na=ptime:20\r\n";
 constexpr std::string_view kVideo =
-    "m=video 49180 RTP/AVP 97\r\nb=AS:1500\r\na=rtpmap:97 H264/90000\r\na=fmtp:97 "
-    "profile-level-id=42e01f\r\n";
+    "m=video 49180 RTP/AVP 97\r\nb=AS:1500\r\na=rtpmap:97 H264/90000\r\na=fmtp:97 profile-level-id=42e01f\r\n";
 constexpr std::string_view kCrypto =
     "a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:MDEyMzQ1Njc4OWFiY2RlZjAxMjM0NTY3ODlhYmNk\r\n";
 

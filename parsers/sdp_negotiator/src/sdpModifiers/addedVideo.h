@@ -6,6 +6,8 @@
 #include "refusal.h"
 #include "text/sdpText.h"
 
+// Video sections that are put into a text.
+
 namespace sdpneg {
 
 /// Puts sections in the place of the video section, or at the end of a text that does not name video. Only the result

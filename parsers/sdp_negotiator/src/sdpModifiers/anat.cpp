@@ -73,7 +73,7 @@ class AnatRecord {
   /// Adds a removed m-line, while there are fewer than 25. One of another medium leaves its secure bit for the next.
   void add(std::string_view text, const Line& mLine, std::size_t position) {
     if (codes_ == nullptr) return;
-    const auto code = removedCode(content(text, mLine), position, allRecordedMedia);
+    const auto code = removedCode(content(text, mLine), position, kAllRecordedMedia);
     if (code && !takesCode(count_, *code, position, "sdpRemoveAnat")) return;
     if (isSecure(text, mLine)) put(kSecureBit, 0);
     if (!code) return;
@@ -105,7 +105,7 @@ Removed removeSections(SdpText& text, std::string_view connection, char* codes) 
   std::size_t position = 0;
   std::size_t firstMLine = 0;
   text.eraseEach([&](std::string_view view, std::size_t from) -> std::optional<Span> {
-    while (record.count() < recordCapacity) {
+    while (record.count() < kRecordCapacity) {
       const std::optional<MediaSection> section = findSection(view, from);
       if (!section) return std::nullopt;
       const Span span{section->mLine.begin, section->end};

@@ -258,7 +258,8 @@ Refusal named(Refusal refusal, const char* which) {
   return refusal;
 }
 
-/// The same of an offer. A malformed answer is told in its place, although it is decoded behind the offers.
+/// The refusal of an offer, with its name. A malformed answer is told in its place, although it is decoded behind the
+/// offers.
 Refusal namedOffer(const SdpText& answer, const Refusal& refusal, const char* which) {
   const Refusal ofAnswer = withDecoded(answer, [](const sDescription&) { return Refusal(); });
   return ofAnswer ? named(ofAnswer, "sdpAnswer") : named(refusal, which);

@@ -17,9 +17,8 @@
 // Best-effort SRTP: an offer that leaves the choice between plain and secure media to the other side, by one
 // m-line per medium that has crypto attributes (RFC 4568) on a plain transport, or by a plain and a secure one.
 
+namespace sdpneg {
 namespace {
-
-using namespace sdpneg;
 
 constexpr const char* kDifferentMedia =
     "The Best Effort SRTP type is SRTP_UKNOWN due to different media types";
@@ -94,10 +93,14 @@ unsigned short takeMLines(std::vector<mDescription>& mLines, Decode decodeInto) 
 
 }  // namespace
 
-unsigned short sdpneg::readMLines(const SdpText& text, std::vector<mDescription>& mLines) {
+unsigned short readMLines(const SdpText& text, std::vector<mDescription>& mLines) {
   return takeMLines(mLines,
                     [&](sDescription& description) { return statusOf(decode(description, text.view())); });
 }
+
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 bool sdpModifications::isSAVPMline(char* from, char* to) {
   if (from == nullptr || to == nullptr) return false;

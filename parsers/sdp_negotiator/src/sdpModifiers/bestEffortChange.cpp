@@ -98,9 +98,11 @@ Refusal changeSrtpType(SdpText& text, eSecurityType oldType, eSecurityType newTy
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpModifications::sdpChangeSdpType(char* sdp, eSecurityType oldSdpType,
                                                   eSecurityType newSdpType, char* removed,
                                                   unsigned short oLineEnd) {
-  sdpneg::SdpText text(sdp);
-  return sdpneg::statusOf(sdpneg::changeSrtpType(text, oldSdpType, newSdpType, removed, oLineEnd));
+  SdpText text(sdp);
+  return statusOf(changeSrtpType(text, oldSdpType, newSdpType, removed, oLineEnd));
 }

@@ -76,11 +76,11 @@ std::uint8_t AudioSection::dynamicCodec(int payloadType) {
 
 std::uint8_t AudioSection::codecOf(std::string_view formatOrValue) {
   const int payloadType = numberOrZero<int>(formatOrValue);
-  if (payloadType < firstDynamicPayload || payloadType > lastDynamicPayload) {
+  if (payloadType < kFirstDynamicPayload || payloadType > kLastDynamicPayload) {
     return sdpParserMessage::convertCodec(FixedText<SDP_ATTRIBUTE_VALUE_SIZE>().add(formatOrValue).text(),
                                           nullptr);
   }
-  const int index = payloadType - firstDynamicPayload;
+  const int index = payloadType - kFirstDynamicPayload;
   if (dynamic_[index] == kUnasked) dynamic_[index] = dynamicCodec(payloadType);
   return dynamic_[index];
 }

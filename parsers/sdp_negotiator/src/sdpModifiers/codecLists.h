@@ -47,7 +47,7 @@ class AudioSection {
   std::uint8_t codecOf(std::string_view formatOrValue);
 
  private:
-  static constexpr int kDynamicTypes = lastDynamicPayload - firstDynamicPayload + 1;
+  static constexpr int kDynamicTypes = kLastDynamicPayload - kFirstDynamicPayload + 1;
   static constexpr std::uint8_t kUnasked = 255;
   static constexpr std::size_t kRemembered = 64;
 

@@ -34,7 +34,9 @@ Refusal replaceConnection(SdpText& text, std::size_t from, const char* ip) {
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpModifications::sdpReplaceCxIP(char* sdp, const char* ip) {
-  sdpneg::SdpText text(sdp);
-  return sdpneg::statusOf(sdpneg::replaceConnection(text, 0, ip));
+  SdpText text(sdp);
+  return statusOf(replaceConnection(text, 0, ip));
 }

@@ -122,8 +122,8 @@ Refusal applyMode(SdpText& text, eConnectionMode mode, int mediaSelect) {
   if (mediaSelect != kVideoAlone) applyModeToMedia(text, firstMLine, "audio", name);
   if (mediaSelect != kAudioAlone) applyModeToMedia(text, firstMLine, "video", name);
   trace::progress(
-      "sdpReplaceMode(): Applied %s mode. Modified %i session-level lines and %i "
-      "media-level lines. Added %i session-level lines and %i media-level lines.",
+      "sdpReplaceMode(): Applied %s mode. Modified %i session-level lines and %i media-level lines. Added %i "
+      "session-level lines and %i media-level lines.",
       name.data(), lines.modified, 0, lines.added, 0);
   return {};
 }

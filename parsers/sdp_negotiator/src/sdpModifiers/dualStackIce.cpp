@@ -165,7 +165,9 @@ Refusal removeDualStackIce(SdpText& text) {
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpModifications::sdpRemoveDualStackIce(char* sdp) {
-  sdpneg::SdpText text(sdp);
-  return sdpneg::statusOf(sdpneg::removeDualStackIce(text));
+  SdpText text(sdp);
+  return statusOf(removeDualStackIce(text));
 }

@@ -118,11 +118,13 @@ unsigned short createDummy(SdpText& text, const DummyKind& kind, const char* ip,
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpModifications::sdpCreateDummy(char* sdp, bool answer, bool holdFlag, bool third,
                                                 const char* ip, unsigned short port, int& length,
                                                 unsigned short& oLineEnd, bool modifyOLine) {
-  sdpneg::SdpText text(sdp);
-  return sdpneg::createDummy(text, {answer, holdFlag, third}, ip, port, length, oLineEnd, modifyOLine);
+  SdpText text(sdp);
+  return createDummy(text, {answer, holdFlag, third}, ip, port, length, oLineEnd, modifyOLine);
 }
 
 unsigned short sdpModifications::sdpCreateDummy(char* sdp, bool answer, bool holdFlag, const char* ip,

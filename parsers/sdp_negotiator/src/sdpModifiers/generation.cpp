@@ -9,9 +9,8 @@
 
 // Writing SDP texts from values.
 
+namespace sdpneg {
 namespace {
-
-using namespace sdpneg;
 
 /// Appends to a text; what does not fit is cut.
 class CutText {
@@ -95,6 +94,9 @@ void addRequested(CutText& text, std::string_view codecs, std::string_view Reque
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 unsigned short sdpModifications::sdpEncoder(char* out, const sSdpParsedData& data, int version, int& length) {
   SdpText written = emptied(out);

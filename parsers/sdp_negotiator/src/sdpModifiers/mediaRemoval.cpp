@@ -71,13 +71,13 @@ void removeMLines(SdpText& text, char* removed, unsigned short& oLineEnd, const 
     tell({.reason = SDP_REFUSED_NO_TRANSPORT, .operation = kOperation});
     return;
   }
-  const SectionRemoval removal(kOperation, transport, recordedMediaWithoutImage, removed);
+  const SectionRemoval removal(kOperation, transport, kRecordedMediaWithoutImage, removed);
   removeSections(text, kOperation, removal, oLineEnd, modifyOLine);
 }
 
 void removeSecureMLines(SdpText& text, char* removed, unsigned short& oLineEnd, bool modifyOLine) {
   constexpr const char* kOperation = "sdpRemoveSecurity";
-  const SectionRemoval removal(kOperation, kSecureTransport, allRecordedMedia, removed);
+  const SectionRemoval removal(kOperation, kSecureTransport, kAllRecordedMedia, removed);
   removeSections(text, kOperation, removal, oLineEnd, modifyOLine);
 }
 

@@ -33,9 +33,11 @@ void returnMLines(SdpText& text, const char* removed, unsigned short& oLineEnd, 
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpModifications::sdpReplaceTransProtocol(char* sdp, char* removed, unsigned short& oLineEnd,
                                                          bool modifyOLine) {
-  sdpneg::SdpText text(sdp);
-  sdpneg::returnMLines(text, removed, oLineEnd, modifyOLine);
+  SdpText text(sdp);
+  returnMLines(text, removed, oLineEnd, modifyOLine);
   return 0;
 }

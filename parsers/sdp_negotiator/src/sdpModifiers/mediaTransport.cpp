@@ -115,10 +115,12 @@ Refusal setMediaTransport(SdpText& text, const char* from, const char* to,
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpModifications::sdpSetMediaTransportType(char* sdp, const char* fromTransport,
                                                           const char* toTransport,
                                                           const std::vector<std::string>& mediaNames) {
-  sdpneg::SdpText text(sdp);
-  sdpneg::setMediaTransport(text, fromTransport, toTransport, mediaNames);
+  SdpText text(sdp);
+  setMediaTransport(text, fromTransport, toTransport, mediaNames);
   return 0;
 }

@@ -15,8 +15,8 @@ Refusal modifyOriginLine(SdpText& text, const char* sessionId, const char* versi
 /// `sdpModifyOLine` with a session id and version by the clock.
 Refusal renewOriginLine(SdpText& text, const char* ip, unsigned short& oLineEnd);
 
-/// The same on the way of an edit that goes on without an o-line: a text that has none, or none that can be replaced, is
-/// no reason to have refused anything.
+/// `renewOriginLine` on the way of an edit that goes on without an o-line: a text that has none, or none that can be
+/// replaced, is no reason to have refused anything.
 void renewOriginLineIfThere(SdpText& text, unsigned short& oLineEnd);
 
 /// `sdpReplaceVersionNumber` and `sdpReplaceVersionNumberLong`, which traces tell apart.

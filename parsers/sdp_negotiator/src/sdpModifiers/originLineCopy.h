@@ -6,6 +6,8 @@
 #include "refusal.h"
 #include "text/sdpText.h"
 
+// The o-line of another body in the place of one's own.
+
 namespace sdpneg {
 
 /// Puts another body's o-line with CR LF in the place of a text's own.

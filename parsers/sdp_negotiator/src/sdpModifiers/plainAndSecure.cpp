@@ -55,8 +55,10 @@ void buildPlainAndSecure(SdpText& text) {
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpModifications::sdpBuild2mLineSDP(char* sdp) {
-  sdpneg::SdpText text(sdp);
-  sdpneg::buildPlainAndSecure(text);
+  SdpText text(sdp);
+  buildPlainAndSecure(text);
   return 0;
 }

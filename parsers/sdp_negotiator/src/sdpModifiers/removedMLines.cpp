@@ -14,7 +14,7 @@ namespace sdpneg {
 namespace {
 
 /// In the order in which they are looked for on an m-line.
-constexpr std::string_view kMedia[allRecordedMedia] = {"audio", "video", "application", "image"};
+constexpr std::string_view kMedia[kAllRecordedMedia] = {"audio", "video", "application", "image"};
 
 /// Codes per media kind.
 constexpr std::size_t kRange = 25;
@@ -23,7 +23,7 @@ constexpr std::size_t kRange = 25;
 /// above all ranges has a position too. Zero is none.
 std::size_t positionOf(std::size_t code) {
   std::size_t position = code;
-  for (std::size_t i = 1; i < allRecordedMedia && position > kRange; ++i) position -= kRange;
+  for (std::size_t i = 1; i < kAllRecordedMedia && position > kRange; ++i) position -= kRange;
   return position;
 }
 
@@ -57,8 +57,8 @@ class Positions {
 
 /// The media kind of a code. Those above the largest, which are negative where characters are signed, are of audio.
 std::string_view mediaOf(std::size_t code) {
-  if (code == 0 || code > largestCode) return kMedia[0];
-  return kMedia[std::min((code - 1) / kRange, allRecordedMedia - 1)];
+  if (code == 0 || code > kLargestCode) return kMedia[0];
+  return kMedia[std::min((code - 1) / kRange, kAllRecordedMedia - 1)];
 }
 
 /// @param at npos to append it
@@ -78,22 +78,22 @@ std::optional<MediaSection> findSection(std::string_view text, std::size_t from)
 }
 
 std::optional<std::size_t> removedCode(std::string_view mLine, std::size_t position, std::size_t mediaCount) {
-  for (std::size_t i = 0; i < mediaCount && i < allRecordedMedia; ++i) {
+  for (std::size_t i = 0; i < mediaCount && i < kAllRecordedMedia; ++i) {
     if (contains(mLine, kMedia[i])) return position + i * kRange;
   }
   return std::nullopt;
 }
 
 bool takesCode(std::size_t count, std::size_t code, std::size_t position, const char* operation) {
-  if (count < recordCapacity && code <= largestCode) return true;
+  if (count < kRecordCapacity && code <= kLargestCode) return true;
   trace::info("%s(): The removed m-line at position %d is not recorded. There are %d codes of at most %d.",
-              operation, static_cast<int>(position), static_cast<int>(recordCapacity),
-              static_cast<int>(largestCode));
+              operation, static_cast<int>(position), static_cast<int>(kRecordCapacity),
+              static_cast<int>(kLargestCode));
   return false;
 }
 
 std::string_view codesOf(const char* record) {
-  return record != nullptr ? std::string_view(record, strnlen(record, recordCapacity)) : std::string_view();
+  return record != nullptr ? std::string_view(record, strnlen(record, kRecordCapacity)) : std::string_view();
 }
 
 DummyMLineText textOf(DummyMLine dummy) {
@@ -119,9 +119,11 @@ Refusal putMLinesBack(SdpText& text, std::string_view codes, DummyMLine (*dummyO
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 int sdpModifications::buildDummyMLine(char* out, char mediaCode, bool secure) {
   if (out == nullptr) return 0;
-  const auto line = sdpneg::textOf({static_cast<unsigned char>(mediaCode), secure});
+  const auto line = textOf({static_cast<unsigned char>(mediaCode), secure});
   out[line.view().copy(out, line.size())] = '\0';
   return static_cast<int>(line.size());
 }

@@ -18,14 +18,14 @@
 namespace sdpneg {
 
 /// Codes that a record holds at most.
-inline constexpr std::size_t recordCapacity = 25;
+inline constexpr std::size_t kRecordCapacity = 25;
 
 /// The largest code; the bit above says that the m-line was secure.
-inline constexpr std::size_t largestCode = 127;
+inline constexpr std::size_t kLargestCode = 127;
 
 /// The media kinds that have codes: all, and those without image.
-inline constexpr std::size_t allRecordedMedia = 4;
-inline constexpr std::size_t recordedMediaWithoutImage = 3;
+inline constexpr std::size_t kAllRecordedMedia = 4;
+inline constexpr std::size_t kRecordedMediaWithoutImage = 3;
 
 /// A media section as removals see it: it begins with "m=" wherever that stands and ends with the next one behind
 /// the LF of its m-line.

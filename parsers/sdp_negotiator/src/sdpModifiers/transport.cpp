@@ -47,14 +47,15 @@ Refusal replaceFirstTransport(SdpText& text, std::size_t lf, const char* expecte
 }
 
 }  // namespace
-
 }  // namespace sdpneg
+
+using namespace sdpneg;
 
 unsigned short sdpModifications::sdpReplaceMLineTransportProtocol(char* mLine, char* lineEnd,
                                                                   const char* expected,
                                                                   const char* newProtocol) {
-  sdpneg::SdpText text(mLine);
+  SdpText text(mLine);
   const std::uintptr_t length =
       reinterpret_cast<std::uintptr_t>(lineEnd) - reinterpret_cast<std::uintptr_t>(mLine);
-  return sdpneg::statusOf(sdpneg::replaceFirstTransport(text, length, expected, newProtocol));
+  return statusOf(replaceFirstTransport(text, length, expected, newProtocol));
 }

@@ -108,8 +108,7 @@ bool VideoSection::judge(Codecs allowed) {
   const int removed = static_cast<int>(others_.count());
   const std::string_view shown = content(section, lineAt(section, 0));
   trace::debug(
-      "Processing media [%.*s]: contains total of %i codecs, %i are allowed, "
-      "%i codecs must be removed and %i are unknown/invalid",
+      "Processing media [%.*s]: contains total of %i codecs, %i are allowed, %i codecs must be removed and %i are unknown/invalid",
       static_cast<int>(shown.size()), shown.data(), total, allowedCount, removed,
       total - allowedCount - removed);
   return allowedCount != 0;

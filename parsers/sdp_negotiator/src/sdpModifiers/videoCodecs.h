@@ -6,6 +6,8 @@
 #include "refusal.h"
 #include "text/sdpText.h"
 
+// The formats of video sections: those of allowed codecs stay.
+
 namespace sdpneg {
 
 /// Removes from every video section the formats of known codecs that are not allowed, with their rtpmap and fmtp lines.

@@ -54,8 +54,10 @@ void disableVideo(SdpText& text, bool allMedia) {
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpModifications::sdpRemoveVideoMedia(char* sdp, bool allMedia) {
-  sdpneg::SdpText text(sdp);
-  sdpneg::disableVideo(text, allMedia);
+  SdpText text(sdp);
+  disableVideo(text, allMedia);
   return 0;
 }

@@ -117,8 +117,10 @@ Refusal takeVideoSections(SdpText& text, char* out, unsigned int outSize, bool r
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpModifications::getVideoDescriptions(char* sdp, char* out, unsigned int outSize,
                                                       bool removeFromSdp) {
-  sdpneg::SdpText text(sdp);
-  return sdpneg::statusOf(sdpneg::takeVideoSections(text, out, outSize, removeFromSdp));
+  SdpText text(sdp);
+  return statusOf(takeVideoSections(text, out, outSize, removeFromSdp));
 }

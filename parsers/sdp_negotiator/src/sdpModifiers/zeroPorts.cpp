@@ -101,7 +101,9 @@ Refusal removeZeroPorts(SdpText& text) {
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpModifications::sdpRemoveMlinesZeroPort(char* sdp) {
-  sdpneg::SdpText text(sdp);
-  return sdpneg::statusOf(sdpneg::removeZeroPorts(text));
+  SdpText text(sdp);
+  return statusOf(removeZeroPorts(text));
 }

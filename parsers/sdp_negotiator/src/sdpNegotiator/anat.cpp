@@ -8,9 +8,8 @@
 
 // Alternative network address types (RFC 4091): leaving one address version, and putting the other's m-lines back.
 
+namespace sdpneg {
 namespace {
-
-using namespace sdpneg;
 
 constexpr std::size_t kRecordSize = 26;
 
@@ -20,6 +19,9 @@ const char* knownTypeOf(eIPAddressVersion version) {
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpRemoveANAT(eIPAddressVersion version, char* removed, bool flag) {
   const char* const type = knownTypeOf(version);

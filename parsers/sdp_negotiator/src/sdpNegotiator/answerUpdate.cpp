@@ -5,8 +5,7 @@
 
 // An answer, brought up to date with a new offer.
 
-using namespace sdpneg;
-
+namespace sdpneg {
 namespace {
 
 /// Expands a text into a buffer of an SDP text's size. One that is not there or cannot be expanded whole is an empty
@@ -16,6 +15,9 @@ void expandWhole(const cSdpNegotiator& object, char* text) {
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpUpdateAnswer(const cSdpNegotiator* offer, const cSdpNegotiator* answer) {
   trace::debug("Entered sdpUpdateAnswer()");

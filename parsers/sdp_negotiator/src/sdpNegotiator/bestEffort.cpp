@@ -11,15 +11,17 @@
 
 // Best-effort SRTP: which of its forms a body has, and the change from one to another.
 
-using namespace sdpneg;
-
 using M = sdpModifications;
 
+namespace sdpneg {
 namespace {
 
 constexpr std::size_t kTypeChangeRecordSize = 32;
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 eSecurityType cSdpNegotiator::getSdpBestEffortSrtpType() const {
   trace::info("Entering getSdpBestEffortSrtpType()");

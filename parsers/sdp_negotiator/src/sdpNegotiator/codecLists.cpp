@@ -8,9 +8,8 @@
 
 // Which audio codecs a body offers, and in which order. The codec slots of the summary and the text change together.
 
+namespace sdpneg {
 namespace {
-
-using namespace sdpneg;
 
 /// A codec list of at most 20 values, followed by zeros; what does not fit is left out.
 class CodecList {
@@ -103,6 +102,9 @@ void applyCodecOrder(cSdpNegotiator& object, sSdpParsedData& data, const unsigne
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpRestrictAudioCodecsTo(const unsigned char* codecs, int count,
                                                         bool reorder) {

@@ -3,8 +3,7 @@
 
 // Codec values and their names.
 
-using sdpneg::codecName;
-using sdpneg::codecValue;
+using namespace sdpneg;
 
 unsigned char cSdpNegotiator::getAudioCodecValue(const char* codecText) {
   return codecValue(audioCodecTable, &audioCodecRow::textName, codecText);

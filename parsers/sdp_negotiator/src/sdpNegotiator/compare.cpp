@@ -8,8 +8,6 @@
 
 // Whether two bodies are the same but for their o-lines.
 
-using namespace sdpneg;
-
 namespace sdpneg {
 namespace {
 
@@ -21,6 +19,8 @@ std::string_view bodyOf(std::string_view text) {
 
 }  // namespace
 }  // namespace sdpneg
+
+using namespace sdpneg;
 
 unsigned short cSdpNegotiator::compareSdpByBody(const char* sdp) const {
   if (sdp == nullptr || !isSdpPresent()) {

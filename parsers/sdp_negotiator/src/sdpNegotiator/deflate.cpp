@@ -3,10 +3,12 @@
 #include <limits>
 #include <type_traits>
 
+// Deflating and inflating the text of an object (RFC 1950).
+
 namespace sdpneg {
 namespace {
 
-constexpr std::size_t largestLength = std::numeric_limits<uInt>::max();
+constexpr std::size_t kLargestLength = std::numeric_limits<uInt>::max();
 
 void giveBuffers(z_stream& stream, std::string_view in, char* out, std::size_t room) {
   // zlib does not write its input; only its older declarations lack the const.
@@ -54,7 +56,7 @@ bool TextStreams::prepareInflater() {
 }
 
 Deflated TextStreams::deflate(std::string_view text, char* out, std::size_t room) {
-  if (text.size() > largestLength || room > largestLength) return {Deflated::Status::noRoom, 0};
+  if (text.size() > kLargestLength || room > kLargestLength) return {Deflated::Status::noRoom, 0};
   if (!prepareDeflater()) return {Deflated::Status::noStream, 0};
   deflater_.data_type = Z_TEXT;
   giveBuffers(deflater_, text, out, room);
@@ -63,7 +65,7 @@ Deflated TextStreams::deflate(std::string_view text, char* out, std::size_t room
 }
 
 Inflated TextStreams::inflate(std::string_view bytes, char* out, std::size_t room) {
-  if (bytes.size() > largestLength || room > largestLength || !prepareInflater()) return {false, 0};
+  if (bytes.size() > kLargestLength || room > kLargestLength || !prepareInflater()) return {false, 0};
   giveBuffers(inflater_, bytes, out, room);
   const bool whole = ::inflate(&inflater_, Z_FINISH) == Z_STREAM_END;
   return {whole, inflater_.total_out};

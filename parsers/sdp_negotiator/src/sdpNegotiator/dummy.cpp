@@ -10,9 +10,8 @@
 
 // Bodies that stand in for the real one.
 
+namespace sdpneg {
 namespace {
-
-using namespace sdpneg;
 
 using CodecValues = std::array<unsigned char, MAX_SDP_NEGOTIATOR_AUDIO_CODECS>;
 
@@ -40,6 +39,9 @@ CodecValues codecValuesOf(std::string_view names) {
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpCreateRmDummyOffer(unsigned int sessionId, unsigned int version,
                                                      bool ipv6) {

@@ -10,8 +10,7 @@
 
 // Texts written from values.
 
-using namespace sdpneg;
-
+namespace sdpneg {
 namespace {
 
 /// Two disabled audio m-lines with the same payloads, the secure profile first.
@@ -28,6 +27,9 @@ constexpr std::string_view kDisabledMedia =
     "a=fmtp:99 98\r\n";
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpEncode(char* out, int version, int& length) const {
   trace::progress("Entering sdpEncode() method.");

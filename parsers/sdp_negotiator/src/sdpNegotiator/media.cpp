@@ -49,27 +49,29 @@ void listCodecs(const mDescription& media, unsigned char* codecs, int& h264Profi
 }  // namespace
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short cSdpNegotiator::getMedia(std::vector<mediaStruct>& media) const {
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
   const unsigned short status = getSDP(text, sizeof text);
   if (status != 0) return status;
-  return sdpneg::withDecoded(
+  return withDecoded(
       text, [&](const sDescription& description) { return sdpParserMessage::getMedia(description, media); });
 }
 
 unsigned short cSdpNegotiator::getVideoCodecs(unsigned char* codecs, unsigned int& attributes,
                                               int& h264Profile) const {
   if (codecs == nullptr) {
-    return sdpneg::refuse({.reason = SDP_REFUSED_NULL, .operation = "getVideoCodecs"});
+    return refuse({.reason = SDP_REFUSED_NULL, .operation = "getVideoCodecs"});
   }
   std::fill_n(codecs, SDP_VIDEO_CODEC_LIST_SIZE, SDP_NO_CODEC);
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
   const unsigned short status = getRawSDP(text, sizeof text);
   if (status != 0) return status;
-  return sdpneg::withDecoded(text, [&](const sDescription& description) -> unsigned short {
-    const auto all = sdpneg::mediaOf(description);
-    const auto video = std::find_if(all.begin(), all.end(), sdpneg::isActiveVideo);
-    if (video != all.end()) sdpneg::listCodecs(*video, codecs, h264Profile);
+  return withDecoded(text, [&](const sDescription& description) -> unsigned short {
+    const auto all = mediaOf(description);
+    const auto video = std::find_if(all.begin(), all.end(), isActiveVideo);
+    if (video != all.end()) listCodecs(*video, codecs, h264Profile);
     attributes = parsedData.sdpAttributes;
     return 0;
   });

@@ -10,9 +10,8 @@
 
 // Whether an offer is the next version of an earlier one, and making it so.
 
+namespace sdpneg {
 namespace {
-
-using namespace sdpneg;
 
 using OriginField = const char* (*)(const o_line*);
 
@@ -78,6 +77,9 @@ unsigned short addMLines(cSdpNegotiator& object, const cSdpNegotiator& earlier, 
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 unsigned short cSdpNegotiator::isSdpVersionIncreased(const cSdpNegotiator* earlier) const {
   trace::debug("Entered isSdpVersionIncrease()");

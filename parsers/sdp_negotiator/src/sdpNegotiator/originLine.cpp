@@ -13,9 +13,8 @@
 // The origin line (RFC 4566 5.2). What changes it stores the text without parsing it again: of the summary
 // only the line's own place changes.
 
+namespace sdpneg {
 namespace {
-
-using namespace sdpneg;
 
 constexpr std::size_t kLongestId = 64;
 
@@ -105,6 +104,9 @@ char* newText(std::string_view text) {
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 unsigned short cSdpNegotiator::getOLine(char*& line, int& length) const {
   const OriginLineOf own(*this);

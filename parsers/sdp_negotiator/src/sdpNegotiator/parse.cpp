@@ -9,8 +9,7 @@
 
 // The parse of a body into an object, and parts of a summary in their initial state.
 
-using namespace sdpneg;
-
+namespace sdpneg {
 namespace {
 
 /// Empties an object, all of its text store included.
@@ -20,6 +19,9 @@ void clear(sSdpParsedData& data, char (&text)[SDP_STORED_TEXT_SIZE]) {
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 cSdpNegotiator cSdpNegotiator::empty() noexcept {
   cSdpNegotiator object{};

@@ -7,9 +7,9 @@
 
 // Port 0 for media: by their kind, or by whether they are secure.
 
+namespace sdpneg {
 namespace {
 
-using namespace sdpneg;
 using M = sdpModifications;
 
 unsigned short disablePortsOf(cSdpNegotiator& object, M::eMediaSecurityType security) {
@@ -19,6 +19,9 @@ unsigned short disablePortsOf(cSdpNegotiator& object, M::eMediaSecurityType secu
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpDisablePort(unsigned int mediaMask) {
   trace::debug("Request to disable the port of (%d) media type.", static_cast<int>(mediaMask));
@@ -28,7 +31,7 @@ unsigned short cSdpNegotiator::sdpDisablePort(unsigned int mediaMask) {
   }
   trace::debug("Request to disable the port of media type (0x%x)", mediaMask);
   return editAndKeep(*this, kParsed, [&](SdpText& text) -> unsigned short {
-    return sdpneg::disablePorts(text, static_cast<int>(mediaMask), kIpVersionUnknown) ? 1 : 0;
+    return disablePorts(text, static_cast<int>(mediaMask), kIpVersionUnknown) ? 1 : 0;
   });
 }
 

@@ -7,8 +7,6 @@
 
 // What the summary tells, and searches in the text.
 
-using namespace sdpneg;
-
 namespace sdpneg {
 namespace {
 
@@ -24,9 +22,9 @@ bool isAddress(const cMsgIPAddress& address, const char* text) {
 
 bool isUnspecifiedAddress(const cMsgIPAddress& address) {
   switch (address.getIPAddressVersion()) {
-    case sdpneg::kIpVersion4:
+    case kIpVersion4:
       return isAddress(address, "0.0.0.0");
-    case sdpneg::kIpVersion6:
+    case kIpVersion6:
       return isAddress(address, "0::0");
     default:
       return false;
@@ -35,6 +33,8 @@ bool isUnspecifiedAddress(const cMsgIPAddress& address) {
 
 }  // namespace
 }  // namespace sdpneg
+
+using namespace sdpneg;
 
 const sSdpParsedData& cSdpNegotiator::getParsedData() const { return parsedData; }
 
@@ -46,22 +46,20 @@ bool cSdpNegotiator::isParsedDataPresent() const {
   return true;
 }
 
-bool cSdpNegotiator::isSecureCall() const { return sdpneg::hasAttribute(parsedData, SDP_ATTR_SECURE_RTP); }
+bool cSdpNegotiator::isSecureCall() const { return hasAttribute(parsedData, SDP_ATTR_SECURE_RTP); }
 
-bool cSdpNegotiator::isSecureVideo() const { return sdpneg::hasAttribute(parsedData, SDP_ATTR_SECURE_VIDEO); }
+bool cSdpNegotiator::isSecureVideo() const { return hasAttribute(parsedData, SDP_ATTR_SECURE_VIDEO); }
 
-bool cSdpNegotiator::isRecvOnlyVideo() const {
-  return sdpneg::hasAttribute(parsedData, SDP_ATTR_RECVONLY_VIDEO);
-}
+bool cSdpNegotiator::isRecvOnlyVideo() const { return hasAttribute(parsedData, SDP_ATTR_RECVONLY_VIDEO); }
 
-bool cSdpNegotiator::isIceLitePresent() const { return sdpneg::hasAttribute(parsedData, SDP_ATTR_ICE_LITE); }
+bool cSdpNegotiator::isIceLitePresent() const { return hasAttribute(parsedData, SDP_ATTR_ICE_LITE); }
 
-bool cSdpNegotiator::isFullIcePresent() const { return sdpneg::hasAttribute(parsedData, SDP_ATTR_FULL_ICE); }
+bool cSdpNegotiator::isFullIcePresent() const { return hasAttribute(parsedData, SDP_ATTR_FULL_ICE); }
 
-bool cSdpNegotiator::isMikeyPresent() const { return sdpneg::hasAttribute(parsedData, SDP_ATTR_MIKEY); }
+bool cSdpNegotiator::isMikeyPresent() const { return hasAttribute(parsedData, SDP_ATTR_MIKEY); }
 
 bool cSdpNegotiator::IceCandidatesMatch() const {
-  return sdpneg::hasAttribute(parsedData, SDP_ATTR_ICE_CANDIDATES_MATCH);
+  return hasAttribute(parsedData, SDP_ATTR_ICE_CANDIDATES_MATCH);
 }
 
 bool cSdpNegotiator::isHoldState() const {
@@ -69,7 +67,7 @@ bool cSdpNegotiator::isHoldState() const {
       parsedData.sessionMode == CONNECTION_MODE_INACTIVE) {
     return true;
   }
-  return sdpneg::isUnspecifiedAddress(parsedData.address);
+  return isUnspecifiedAddress(parsedData.address);
 }
 
 bool cSdpNegotiator::contains(const char* text) const {

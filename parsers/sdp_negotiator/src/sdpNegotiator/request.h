@@ -19,7 +19,7 @@ struct Keep {
   enum class Way : std::uint8_t {
     parse,  ///< parsed and stored; a text that does not parse or cannot be stored leaves the object empty
     store,  ///< stored, and the summary stays; for what a text that cannot be stored leaves see `setRawSDP`
-    storeOrStay  ///< the same, but an object that cannot store the text stays as it was
+    storeOrStay  ///< stored, and the summary stays; an object that cannot store the text stays as it was
   };
 
   Way way;

@@ -7,9 +7,8 @@
 
 // How a body secures its media, and removal of what the other side does not support.
 
+namespace sdpneg {
 namespace {
-
-using namespace sdpneg;
 
 constexpr std::size_t kSecureRecordSize = 28;
 
@@ -81,6 +80,9 @@ unsigned short removeKeyExchange(cSdpNegotiator& object, char* removed, const Ke
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 eSecurityType cSdpNegotiator::getSdpSecurityType() const {
   if (!isSdpPresent()) return SECURITY_NONE;

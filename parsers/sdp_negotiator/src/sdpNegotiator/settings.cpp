@@ -7,8 +7,7 @@
 
 // Values that are set in the summary alone.
 
-using namespace sdpneg;
-
+namespace sdpneg {
 namespace {
 
 constexpr unsigned char kLargestAudioCodec = 38;
@@ -40,6 +39,9 @@ void putInSlot(unsigned char (&slots)[MAX_SDP_NEGOTIATOR_AUDIO_CODECS], int slot
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 unsigned short cSdpNegotiator::setAudioCodecs(const unsigned char* codecs, int count) {
   if (codecs == nullptr) {

@@ -10,8 +10,6 @@
 
 // The stored text, as it is or deflated.
 
-using namespace sdpneg;
-
 static_assert(std::is_trivial_v<cSdpNegotiator> && std::is_standard_layout_v<cSdpNegotiator>);
 static_assert(sizeof(cSdpNegotiator) == sizeof(sSdpParsedData) + SDP_STORED_TEXT_SIZE);
 
@@ -30,6 +28,8 @@ bool expand(std::string_view bytes, char* dst, std::size_t len) {
 }  // namespace
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short cSdpNegotiator::setRawSDP(const char* sdp) {
   if (sdp == nullptr) return refuse({.reason = SDP_REFUSED_NULL, .operation = "setRawSDP"});
   const std::string_view text(sdp);
@@ -39,9 +39,8 @@ unsigned short cSdpNegotiator::setRawSDP(const char* sdp) {
     parsedData.storedSdpLength = 0;
     return 0;
   }
-  using sdpneg::Deflated;
   // The NUL is deflated too, so expanding the text ends it.
-  const Deflated result = sdpneg::deflateText({text.data(), text.size() + 1}, rawSdp, sizeof rawSdp);
+  const Deflated result = deflateText({text.data(), text.size() + 1}, rawSdp, sizeof rawSdp);
   if (result.status == Deflated::Status::noStream) return refuse({.reason = SDP_REFUSED_NO_MEMORY_TO_STORE});
   if (result.status == Deflated::Status::noRoom) {
     constexpr unsigned short kTooLong = 2;
@@ -61,8 +60,8 @@ unsigned short cSdpNegotiator::getRawSDP(char* dst, unsigned int len) const {
     dst[length] = dst[len - 1] = '\0';
     return 0;
   }
-  const bool expanded = parsedData.storedSdpLength <= sizeof rawSdp &&
-                        sdpneg::expand({rawSdp, parsedData.storedSdpLength}, dst, len);
+  const bool expanded =
+      parsedData.storedSdpLength <= sizeof rawSdp && expand({rawSdp, parsedData.storedSdpLength}, dst, len);
   return expanded ? 0 : refuse({.reason = SDP_REFUSED_NOT_EXPANDED});
 }
 

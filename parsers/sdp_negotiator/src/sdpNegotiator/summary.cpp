@@ -6,6 +6,7 @@
 
 // Taking a summary over into an object.
 
+namespace sdpneg {
 namespace {
 
 /// The values that a request which parses the text again overwrites.
@@ -30,11 +31,14 @@ void applySettings(cSdpNegotiator& object, const sSdpParsedData& data) {
 /// With telephone events in the list, silence suppression off is not requested.
 bool requestsSilenceSuppression(const sSdpParsedData& data, unsigned char current) {
   const bool events = std::find(std::begin(data.audioCodec), std::end(data.audioCodec),
-                                sdpneg::kCodecTelephoneEvent) != std::end(data.audioCodec);
+                                kCodecTelephoneEvent) != std::end(data.audioCodec);
   return data.silenceSuppression != current && !(events && data.silenceSuppression == FEATURE_STATE_OFF);
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 void cSdpNegotiator::setParsedData(const sSdpParsedData& given) {
   const sSdpParsedData data = given;  // it may be the object's own

@@ -6,8 +6,7 @@
 
 // The transfer form: the object's own leading bytes, without the part of `rawSdp` that is not in use.
 
-using namespace sdpneg;
-
+namespace sdpneg {
 namespace {
 
 constexpr unsigned int kSummarySize = sizeof(sSdpParsedData);
@@ -23,6 +22,9 @@ bool isConsistent(const unsigned char* in, unsigned int size) {
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 unsigned int cSdpNegotiator::getObjectSize() const {
   if (parsedData.storedSdpLength == 0) {

@@ -12,9 +12,8 @@
 
 // The transports of m-lines: another one for all media, and the secure one for m-lines that were removed.
 
+namespace sdpneg {
 namespace {
-
-using namespace sdpneg;
 
 /// The media names of a text's m-lines.
 /// @return nothing when they cannot be told
@@ -40,6 +39,9 @@ std::optional<std::vector<std::string>> mediaNames(const SdpText& text) {
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 void cSdpNegotiator::sdpModifyTransportTypes(const char* fromTransport, const char* toTransport) {
   trace::debug("sdpModifyTransportTypes():Request to modify transport type for all m-lines");

@@ -5,8 +5,7 @@
 
 // Limits of the video that a body asks for.
 
-using namespace sdpneg;
-
+namespace sdpneg {
 namespace {
 
 /// Why a bandwidth is not applied.
@@ -24,6 +23,9 @@ Refusal refusalOfLevel(eH264_profile_id level, int current) {
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpLimitVideoMediaBandwidth(unsigned int bandwidth, eH264_profile_id profile) {
   trace::debug("Request to limit video bandwidth to %u and H264 profile to %d", bandwidth,

@@ -6,6 +6,8 @@
 
 #include "aLine.h"
 
+// The attribute lines of a block as a range.
+
 namespace sdpneg {
 
 /// The attribute lines of a block in their order; none for a null block.

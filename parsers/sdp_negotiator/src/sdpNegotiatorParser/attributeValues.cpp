@@ -7,11 +7,13 @@
 #include "text/search.h"
 #include "trace.h"
 
+// Values of attribute lines: periods, silence suppression, echo cancellation, voice-band data.
+
 namespace sdpneg {
 namespace {
 
 /// What separates the words of these values.
-constexpr std::string_view separators = " \n";
+constexpr std::string_view kSeparators = " \n";
 
 /// Leaves a value that cannot be taken. The body is not refused for it, so this is an error line and no refusal.
 /// @return 1
@@ -61,7 +63,7 @@ unsigned short sdpParserMessage::setCodecPtime(sSdpParsedData& data, const char*
 unsigned short sdpParserMessage::setCodecMptime(unsigned char* periods, int noOfFormats, const char* value) {
   using namespace sdpneg;
   if (value == nullptr) return 0;
-  Words words(value, separators);
+  Words words(value, kSeparators);
   std::optional<std::uint8_t> period;
   int count = 0;
   for (std::string_view word = words.next(); !word.empty(); word = words.next(), ++count) {
@@ -80,7 +82,7 @@ unsigned short sdpParserMessage::setCodecMptime(unsigned char* periods, int noOf
 unsigned short sdpParserMessage::setSilenceSuppression(sSdpParsedData& data, const char* value) {
   using namespace sdpneg;
   if (value == nullptr) return 0;
-  const std::optional<std::uint8_t> state = featureStateOf(Words(value, separators).next());
+  const std::optional<std::uint8_t> state = featureStateOf(Words(value, kSeparators).next());
   if (!state) return leave("Invalid a=silenceSupp:<attribute>...");
   data.silenceSuppression = *state;
   return 0;
@@ -89,7 +91,7 @@ unsigned short sdpParserMessage::setSilenceSuppression(sSdpParsedData& data, con
 unsigned short sdpParserMessage::setEchoCancellation(sSdpParsedData& data, const char* value) {
   using namespace sdpneg;
   if (value == nullptr) return 0;
-  const std::string_view word = Words(value, separators).next();
+  const std::string_view word = Words(value, kSeparators).next();
   const std::optional<std::uint8_t> state = featureStateOf(word);
   if (state) {
     data.echoCancellation = *state;

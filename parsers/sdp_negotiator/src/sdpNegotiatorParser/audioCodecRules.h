@@ -9,8 +9,8 @@
 
 namespace sdpneg {
 
-inline constexpr int firstDynamicPayload = 96;
-inline constexpr int lastDynamicPayload = 127;
+inline constexpr int kFirstDynamicPayload = 96;
+inline constexpr int kLastDynamicPayload = 127;
 
 struct StaticAudioRule {
   int payloadType;
@@ -18,7 +18,7 @@ struct StaticAudioRule {
 };
 
 /// Static payload types (RFC 3551 6). PCMU is not among them: it is told by the text.
-inline constexpr StaticAudioRule staticAudioRules[] = {
+inline constexpr StaticAudioRule kStaticAudioRules[] = {
     {2, 21},   // G726_32
     {4, 8},    // G7231
     {8, 1},    // G711ALAW64K
@@ -35,7 +35,7 @@ struct DynamicAudioRule {
 };
 
 /// Encodings of dynamic payload types; the first rule that matches counts.
-inline constexpr DynamicAudioRule dynamicAudioRules[] = {
+inline constexpr DynamicAudioRule kDynamicAudioRules[] = {
     {"G726-16", 23},          // G726_16
     {"G726-24", 22},          // G726_24
     {"G726-32", 21},          // G726_32
@@ -56,7 +56,7 @@ struct RateAudioRule {
 };
 
 /// Encodings of dynamic payload types whose codec depends on a rate; the first rule that matches counts.
-inline constexpr RateAudioRule rateAudioRules[] = {
+inline constexpr RateAudioRule kRateAudioRules[] = {
     {"MP4A-LATM", "96000", 33},  // AAC_LC
     {"G7221", "24000", 34},      // G7221_24
     {"G7221", "32000", 35},      // G7221_32

@@ -10,6 +10,8 @@
 #include "text/search.h"
 #include "vocabulary.h"
 
+// Which codec an audio format stands for.
+
 namespace sdpneg {
 namespace {
 
@@ -34,7 +36,7 @@ std::string_view wordOf(const a_line::entry& line, std::string_view attribute, i
 }
 
 std::uint8_t codecOfEncoding(std::string_view encoding) {
-  for (const DynamicAudioRule& rule : dynamicAudioRules) {
+  for (const DynamicAudioRule& rule : kDynamicAudioRules) {
     const bool matches =
         rule.anyCase ? startsWithNoCase(encoding, rule.prefix) : startsWith(encoding, rule.prefix);
     if (matches) return rule.codec;
@@ -43,14 +45,14 @@ std::uint8_t codecOfEncoding(std::string_view encoding) {
 }
 
 std::uint8_t codecOfRate(std::string_view encoding, std::string_view parameters) {
-  for (const RateAudioRule& rule : rateAudioRules) {
+  for (const RateAudioRule& rule : kRateAudioRules) {
     if (startsWith(encoding, rule.prefix) && contains(parameters, rule.rate)) return rule.codec;
   }
   return SDP_NO_CODEC;
 }
 
 bool dependsOnRate(std::string_view encoding) {
-  return std::any_of(std::begin(rateAudioRules), std::end(rateAudioRules),
+  return std::any_of(std::begin(kRateAudioRules), std::end(kRateAudioRules),
                      [encoding](const RateAudioRule& rule) { return startsWith(encoding, rule.prefix); });
 }
 
@@ -68,16 +70,18 @@ std::uint8_t codecOfFmtp(std::string_view encoding, int payloadType,
 }  // namespace
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned char sdpParserMessage::convertCodec(const char* format, const a_line* attributes) {
   using namespace sdpneg;
   const std::string_view text = viewOf(format);
   const int payloadType = numberOrZero<int>(text);
-  if (payloadType >= firstDynamicPayload && payloadType <= lastDynamicPayload) {
+  if (payloadType >= kFirstDynamicPayload && payloadType <= kLastDynamicPayload) {
     return convertDynamicCodec(payloadType, attributes);
   }
   // By the text: one without a number, and a sign in front of a zero, is no payload type.
   if (payloadType == 0 && startsWith(text, "0")) return kCodecPcmu;
-  for (const StaticAudioRule& rule : staticAudioRules) {
+  for (const StaticAudioRule& rule : kStaticAudioRules) {
     if (rule.payloadType == payloadType) return rule.codec;
   }
   return SDP_NO_CODEC;
@@ -98,5 +102,5 @@ unsigned char sdpParserMessage::convertDynamicCodec(int payloadType, const a_lin
 
 void sdpParserMessage::setG729AnnexB(sSdpParsedData& data, int noOfFormats, unsigned char codec) {
   const int count = std::clamp(noOfFormats, 0, MAX_SDP_NEGOTIATOR_AUDIO_CODECS);
-  std::replace(data.audioCodec, data.audioCodec + count, sdpneg::kCodecG729, codec);
+  std::replace(data.audioCodec, data.audioCodec + count, kCodecG729, codec);
 }

@@ -3,6 +3,8 @@
 #include "sdpNegotiatorParser.h"
 #include "vocabulary.h"
 
+// The audio of a description: which m-line counts, its codecs and its attributes.
+
 namespace sdpneg {
 namespace {
 
@@ -88,23 +90,25 @@ class AudioAttributes {
 }  // namespace
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpParserMessage::findFirstAudio(sSdpParsedData& data, sDescription& description,
                                                 unsigned int& count, int noOfMDs, unsigned char* periods) {
   mDescription* audio = nullptr;
-  if (const sdpneg::Refusal refusal = sdpneg::chooseAudio(description, noOfMDs, audio)) {
-    return sdpneg::refuse(refusal);
+  if (const Refusal refusal = chooseAudio(description, noOfMDs, audio)) {
+    return refuse(refusal);
   }
   if (audio == nullptr) return 0;
-  if (sdpneg::hasConnection(audio->cLine)) {
-    const sdpneg::Refusal refusal = sdpneg::takeAddressOf(data, description, *audio);
-    if (refusal) return sdpneg::refuse(refusal);
+  if (hasConnection(audio->cLine)) {
+    const Refusal refusal = takeAddressOf(data, description, *audio);
+    if (refusal) return refuse(refusal);
   }
   data.mediaType |= MEDIA_AUDIO;
-  data.port = static_cast<std::uint32_t>(sdpneg::portOf(*audio));
-  sdpneg::takeCodecs(data, *audio, count);
-  data.sessionMode = sdpneg::firstGiven(getConnectionMode(&audio->aLine), data.sessionMode);
-  sdpneg::AudioAttributes reader(data, sdp_MgetNoOfFormats(&audio->mLine), periods);
-  for (const a_line::entry& line : sdpneg::entriesOf(&audio->aLine)) {
+  data.port = static_cast<std::uint32_t>(portOf(*audio));
+  takeCodecs(data, *audio, count);
+  data.sessionMode = firstGiven(getConnectionMode(&audio->aLine), data.sessionMode);
+  AudioAttributes reader(data, sdp_MgetNoOfFormats(&audio->mLine), periods);
+  for (const a_line::entry& line : entriesOf(&audio->aLine)) {
     if (!reader.read(line)) break;
   }
   return 0;

@@ -1,15 +1,16 @@
 #include "sdpNegotiatorParser.h"
 #include "trace.h"
 
-using namespace sdpneg;
+// A summary as trace lines.
 
+namespace sdpneg {
 namespace {
 
-constexpr int addressTextSize = 50;
+constexpr int kAddressTextSize = 50;
 
 void dumpAddress(const sSdpParsedData& data) {
-  char address[addressTextSize];
-  data.address.getIPAddressText(address, addressTextSize);
+  char address[kAddressTextSize];
+  data.address.getIPAddressText(address, kAddressTextSize);
   trace::progress("address:%s,   addressType:%d,   port:%d", address,
                   static_cast<int>(data.address.getIPAddressVersion()), static_cast<int>(data.port));
 }
@@ -27,6 +28,9 @@ void dumpAudioCodecs(const sSdpParsedData& data) {
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 void sdpParserMessage::sdpDumpMediaInfo(const sSdpParsedData& data) {
   dumpAddress(data);

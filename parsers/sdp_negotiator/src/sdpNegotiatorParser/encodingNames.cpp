@@ -10,12 +10,14 @@
 #include "sdpNegotiatorParser.h"
 #include "text/search.h"
 
+// The encoding names of formats, from the rtpmap lines of a description or of a text.
+
 namespace sdpneg {
 namespace {
 
 /// Characters of an rtpmap value that are looked at, and of strcmpwospaces' pattern and runs of spaces.
-constexpr std::size_t rtpmapLimit = 512;
-constexpr std::size_t compareLimit = 100;
+constexpr std::size_t kRtpmapLimit = 512;
+constexpr std::size_t kCompareLimit = 100;
 
 bool isLineEnd(char c) { return c == '\r' || c == '\n'; }
 
@@ -26,7 +28,7 @@ std::string_view encodingNameOf(const char* value, std::string_view format) {
   // Most lines that are tried belong to another format.
   const bool beginsWithBlank = *value == ' ' || *value == '\t';
   if (!beginsWithBlank && !textStartsWith(value, format)) return {};
-  Words words({value, strnlen(value, rtpmapLimit)}, blanks);
+  Words words({value, strnlen(value, kRtpmapLimit)}, blanks);
   if (words.next() != format) return {};
   std::string_view name = words.rest();
   name.remove_prefix(std::min(name.find_first_not_of(blanks), name.size()));
@@ -60,11 +62,13 @@ std::string_view findEncodingName(const char* begin, const char* end, const char
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 bool sdpParserMessage::getEncodingName(const mDescription* media, const char* format, char* name,
                                        unsigned int size) {
   if (media == nullptr) return false;
-  for (const a_line::entry& line : sdpneg::entriesOf(&media->aLine)) {
-    if (sdpneg::isNamed(line, "rtpmap") && isEncodingDefinedInAline(line.value, format, name, size)) {
+  for (const a_line::entry& line : entriesOf(&media->aLine)) {
+    if (isNamed(line, "rtpmap") && isEncodingDefinedInAline(line.value, format, name, size)) {
       return true;
     }
   }
@@ -73,23 +77,22 @@ bool sdpParserMessage::getEncodingName(const mDescription* media, const char* fo
 
 bool sdpParserMessage::getEncodingName(const char* begin, const char* end, const char* format, char* name,
                                        unsigned int size) {
-  return sdpneg::deliver(sdpneg::findEncodingName(begin, end, format), name, size);
+  return deliver(findEncodingName(begin, end, format), name, size);
 }
 
 bool sdpParserMessage::isEncodingDefinedInAline(const char* value, const char* format, char* name,
                                                 unsigned int size) {
   if (value == nullptr || format == nullptr) return false;
-  return sdpneg::deliver(sdpneg::encodingNameOf(value, format), name, size);
+  return deliver(encodingNameOf(value, format), name, size);
 }
 
 int sdpParserMessage::strcmpwospaces(const char* text, const char* pattern) {
-  using sdpneg::compareLimit;
   if (text == nullptr || pattern == nullptr) return -1;
   for (std::size_t matched = 0; pattern[matched] != '\0'; ++matched, ++text) {
-    if (matched == compareLimit) return -1;
+    if (matched == kCompareLimit) return -1;
     const char* run = text;
     while (*text == ' ') {
-      if (static_cast<std::size_t>(++text - run) == compareLimit) return -1;
+      if (static_cast<std::size_t>(++text - run) == kCompareLimit) return -1;
     }
     if (*text != pattern[matched]) return -1;
   }

@@ -3,6 +3,8 @@
 
 #include <string_view>
 
+// The encoding names of formats, from the rtpmap lines of a text.
+
 namespace sdpneg {
 
 /// Finds the encoding name of a format, with its clock rate, in the rtpmap lines of a text that begin before

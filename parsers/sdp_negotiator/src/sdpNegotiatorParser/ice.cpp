@@ -5,7 +5,7 @@
 #include "trace.h"
 #include "vocabulary.h"
 
-using namespace sdpneg;
+// ICE (RFC 8839): whether a text has it, full or lite, and whether a candidate matches the summary.
 
 namespace sdpneg {
 namespace {
@@ -94,8 +94,8 @@ unsigned short matchCandidates(sSdpParsedData& data, std::string_view text, std:
 
 /// The IP version that active media indicate so far.
 struct Indication {
-  eIPAddressVersion candidate = sdpneg::kIpVersionUnknown;   ///< of the last candidate, whatever it was
-  eIPAddressVersion connection = sdpneg::kIpVersionUnknown;  ///< of the c-lines, where IPv6 outweighs IPv4
+  eIPAddressVersion candidate = kIpVersionUnknown;   ///< of the last candidate, whatever it was
+  eIPAddressVersion connection = kIpVersionUnknown;  ///< of the c-lines, where IPv6 outweighs IPv4
 };
 
 /// @return true when a candidate has an IPv6 address, which decides
@@ -103,53 +103,55 @@ bool takeCandidates(Indication& indication, const a_line& line) {
   for (const a_line::entry& each : entriesOf(&line)) {
     if (lower(each.name[0]) != 'c' || !equalNoCase(each.name, "candidate")) continue;
     indication.candidate = cMsgIPAddress::getIPAddressVersion(each.value);
-    if (indication.candidate == sdpneg::kIpVersion6) return true;
+    if (indication.candidate == kIpVersion6) return true;
   }
   return false;
 }
 
 void takeConnection(Indication& indication, const c_line& line) {
   if (!hasConnection(line)) return;
-  const bool isFirst = indication.connection == sdpneg::kIpVersionUnknown;
+  const bool isFirst = indication.connection == kIpVersionUnknown;
   if (cMsgIPAddress::isIPv6(sdp_CgetAddress(&line, 0))) {
-    indication.connection = sdpneg::kIpVersion6;
+    indication.connection = kIpVersion6;
   } else if (isFirst) {
-    indication.connection = sdpneg::kIpVersion4;
+    indication.connection = kIpVersion4;
   }
 }
 
 }  // namespace
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpParserMessage::checkIce(const char* sdp, sSdpParsedData& data) {
-  const sdpneg::IceNames found = sdpneg::iceNamesIn(sdpneg::viewOf(sdp));
-  sdpneg::setBit(data, SDP_ATTR_ICE_LITE, found.lite);
+  const IceNames found = iceNamesIn(viewOf(sdp));
+  setBit(data, SDP_ATTR_ICE_LITE, found.lite);
   if (found.lite) {
     trace::progress("There is an ice-lite attribute in the SDP.");
     return 0;
   }
-  sdpneg::setBit(data, SDP_ATTR_FULL_ICE, found.full);
+  setBit(data, SDP_ATTR_FULL_ICE, found.full);
   if (found.full) trace::progress("There is ice attributes in the SDP.");
   return 0;
 }
 
 unsigned short sdpParserMessage::checkFullIceAttributes(const char* sdp, sSdpParsedData& data,
                                                         const sDescription& description) {
-  const auto media = sdpneg::mediaOf(description);
-  const std::string_view address = sdpneg::viewOf(sdp_CgetAddress(&description.cLine, 0));
+  const auto media = mediaOf(description);
+  const std::string_view address = viewOf(sdp_CgetAddress(&description.cLine, 0));
   if (media.empty() || address.empty()) return 1;
-  const std::string_view port = sdpneg::viewOf(sdp_MgetPort(&media[0].mLine));
+  const std::string_view port = viewOf(sdp_MgetPort(&media[0].mLine));
   if (port.empty()) return 1;
-  return sdpneg::matchCandidates(data, sdpneg::viewOf(sdp), address, port);
+  return matchCandidates(data, viewOf(sdp), address, port);
 }
 
 unsigned int sdpParserMessage::checkMediaStreamsForIPIndication(const sDescription& description) {
-  sdpneg::Indication indication;
-  for (const mDescription& media : sdpneg::mediaOf(description)) {
-    if (sdpneg::portOf(media) == 0) continue;
-    if (sdpneg::takeCandidates(indication, media.aLine)) return sdpneg::kIpVersion6;
-    sdpneg::takeConnection(indication, media.cLine);
+  Indication indication;
+  for (const mDescription& media : mediaOf(description)) {
+    if (portOf(media) == 0) continue;
+    if (takeCandidates(indication, media.aLine)) return kIpVersion6;
+    takeConnection(indication, media.cLine);
   }
-  const bool byCandidate = indication.candidate != sdpneg::kIpVersionUnknown;
+  const bool byCandidate = indication.candidate != kIpVersionUnknown;
   return static_cast<unsigned int>(byCandidate ? indication.candidate : indication.connection);
 }

@@ -1,6 +1,9 @@
 #include "descriptionView.h"
 #include "sdpNegotiatorParser.h"
 
+// Media without a connection line have that of the session.
+
+namespace sdpneg {
 namespace {
 
 // Records are never cleared: nothing but the entry in use is copied.
@@ -11,9 +14,12 @@ void inheritConnection(mDescription& media, const c_line& session) {
 }
 
 }  // namespace
+}  // namespace sdpneg
+
+using namespace sdpneg;
 
 void sdpParserMessage::sdpPreProcessDescription(sDescription& description) {
-  for (mDescription& media : sdpneg::mediaOf(description)) {
+  for (mDescription& media : mediaOf(description)) {
     const unsigned int missing = description.linePresence & ~media.linePresence;
     if ((missing & SDP_HAS_C_LINE) != 0) inheritConnection(media, description.cLine);
     if ((missing & SDP_HAS_A_LINE) != 0) sdp_Acopy(&media.aLine, &description.aLine);

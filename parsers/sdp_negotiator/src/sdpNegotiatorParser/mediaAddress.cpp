@@ -55,6 +55,8 @@ Refusal addressWithoutAudio(sSdpParsedData& data, const sDescription& descriptio
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpParserMessage::getIpAddr(sSdpParsedData& data, const c_line& line) {
-  return sdpneg::statusOf(sdpneg::takeAddress(data, line, 0));
+  return statusOf(takeAddress(data, line, 0));
 }

@@ -23,7 +23,8 @@ Refusal checkPort(const char* kind, const sDescription& description, const mDesc
 /// @return a refusal when it is no valid address
 Refusal takeAddress(sSdpParsedData& data, const c_line& line, int section);
 
-/// The same of a chosen m-line, whose c-line may have been inherited; the refusal names the m-line.
+/// Takes the address of a chosen m-line into a summary. Its c-line may have been inherited; the refusal names the
+/// m-line.
 Refusal takeAddressOf(sSdpParsedData& data, const sDescription& description, const mDescription& media);
 
 /// Takes the port and address of a video or image m-line, when it has a c-line of its own or inherited and

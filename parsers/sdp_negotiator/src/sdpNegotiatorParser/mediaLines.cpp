@@ -9,6 +9,8 @@
 #include "text/sections.h"
 #include "vocabulary.h"
 
+// M-lines and c-lines in a text: finding them, their ports and address versions.
+
 namespace sdpneg {
 namespace {
 
@@ -34,10 +36,12 @@ eIPAddressVersion connectionVersion(std::string_view text) {
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpParserMessage::getMediaLinePort(const char* mLine, unsigned short& port) {
-  const char* const lineFeed = sdpneg::lineFeedOf(mLine);
+  const char* const lineFeed = lineFeedOf(mLine);
   if (lineFeed == nullptr) return 1;
-  const std::optional<unsigned short> read = sdpneg::portOf(sdpneg::between(mLine, lineFeed + 1));
+  const std::optional<unsigned short> read = portOf(between(mLine, lineFeed + 1));
   if (!read) return 1;
   port = *read;
   return 0;
@@ -66,13 +70,13 @@ unsigned short sdpParserMessage::setMediaLinePort(char* mLine, char*& lineEnd, u
 }
 
 eIPAddressVersion sdpParserMessage::getcLineIPVersion(const char* sdp) {
-  return sdpneg::connectionVersion(sdpneg::viewOf(sdp));
+  return connectionVersion(viewOf(sdp));
 }
 
 const char* sdpParserMessage::foundMyMline(const char* sdp, const char* prefix) {
   if (sdp == nullptr || prefix == nullptr) return nullptr;
-  const std::size_t at = sdpneg::nextMLineOf(sdp, prefix);
-  return at != sdpneg::npos ? sdp + at : nullptr;
+  const std::size_t at = nextMLineOf(sdp, prefix);
+  return at != npos ? sdp + at : nullptr;
 }
 
 char* sdpParserMessage::foundMyMline(char* sdp, const char* prefix) {
@@ -82,5 +86,5 @@ char* sdpParserMessage::foundMyMline(char* sdp, const char* prefix) {
 
 bool sdpParserMessage::isAline4Mode(const char* attribute) {
   if (attribute == nullptr) return false;
-  return sdpneg::startsWithDirection({attribute, strnlen(attribute, sdpneg::kDirectionLength)});
+  return startsWithDirection({attribute, strnlen(attribute, kDirectionLength)});
 }

@@ -108,36 +108,38 @@ void takeVideoList(sSdpParsedData& data, const sDescription& description) {
 
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned char sdpParserMessage::getConnectionMode(const a_line* attributes) {
   unsigned char mode = CONNECTION_MODE_NONE;
-  for (const a_line::entry& line : sdpneg::entriesOf(attributes)) {
-    if (!sdpneg::mayBeDirection(line.name)) continue;
-    mode = sdpneg::firstGiven(static_cast<unsigned char>(sdpneg::directionOf(line.name)), mode);
+  for (const a_line::entry& line : entriesOf(attributes)) {
+    if (!mayBeDirection(line.name)) continue;
+    mode = firstGiven(static_cast<unsigned char>(directionOf(line.name)), mode);
   }
   return mode;
 }
 
 unsigned short sdpParserMessage::getMedia(const sDescription& description, std::vector<mediaStruct>& media) {
-  const unsigned char sessionMode = sdpneg::sessionModeOf(description);
+  const unsigned char sessionMode = sessionModeOf(description);
   media.clear();
   try {
-    for (const mDescription& each : sdpneg::mediaOf(description)) {
-      if (sdpneg::isListed(each)) sdpneg::addMedia(media, description, each, sessionMode);
+    for (const mDescription& each : mediaOf(description)) {
+      if (isListed(each)) addMedia(media, description, each, sessionMode);
     }
   } catch (const std::bad_alloc&) {
-    return sdpneg::withoutMemory(media);
+    return withoutMemory(media);
   }
   return 0;
 }
 
 unsigned short sdpParserMessage::getMLines(const sDescription& description,
                                            std::vector<mDescription>& mLines) {
-  const auto media = sdpneg::mediaOf(description);
+  const auto media = mediaOf(description);
   mLines.clear();
   try {
     mLines.resize(media.size());
   } catch (const std::bad_alloc&) {
-    return sdpneg::withoutMemory(mLines);
+    return withoutMemory(mLines);
   }
   for (std::size_t i = 0; i < media.size(); ++i) sdp_copyMedia(&mLines[i], &media[i]);
   return 0;

@@ -4,6 +4,8 @@
 #include "sdpDataDefinitions.h"
 #include "sessionDescription.h"
 
+// What of a list of media goes into a summary.
+
 namespace sdpneg {
 
 /// Condenses the video of a body's list of media, as `sdpParserMessage::getMedia` gives it, into a summary: whether

@@ -6,6 +6,8 @@
 #include "sdpNegotiatorParser.h"
 #include "vocabulary.h"
 
+// Media other than audio: video, fax, messages, text.
+
 namespace sdpneg {
 namespace {
 
@@ -63,40 +65,42 @@ void takeT38(sSdpParsedData& data, const mDescription& image) {
 }  // namespace
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpParserMessage::findFirstVideo(sSdpParsedData& data, sDescription& description,
                                                 int noOfMDs) {
-  const mDescription* video = sdpneg::chooseVideo(data, description, noOfMDs);
+  const mDescription* video = chooseVideo(data, description, noOfMDs);
   if (video == nullptr) return 0;
   data.mediaType |= MEDIA_VIDEO;
   if (data.port == 0) data.mediaType &= ~static_cast<std::uint32_t>(MEDIA_AUDIO);
   if (data.videoMode == CONNECTION_MODE_RECVONLY) data.sdpAttributes |= SDP_ATTR_RECVONLY_VIDEO;
-  return sdpneg::statusOf(sdpneg::addressWithoutAudio(data, description, *video, "video"));
+  return statusOf(addressWithoutAudio(data, description, *video, "video"));
 }
 
 unsigned short sdpParserMessage::findFirstMsg(sSdpParsedData& data, sDescription& description, int noOfMDs) {
-  return sdpneg::noteFirst(data, description, noOfMDs, MEDIA_MESSAGE);
+  return noteFirst(data, description, noOfMDs, MEDIA_MESSAGE);
 }
 
 unsigned short sdpParserMessage::findFirstTxt(sSdpParsedData& data, sDescription& description, int noOfMDs) {
-  return sdpneg::noteFirst(data, description, noOfMDs, MEDIA_TEXT);
+  return noteFirst(data, description, noOfMDs, MEDIA_TEXT);
 }
 
 unsigned short sdpParserMessage::findFirstImage(sSdpParsedData& data, sDescription& description,
                                                 int noOfMDs) {
-  const mDescription* image = sdpneg::firstOf(description, noOfMDs, MEDIA_IMAGE);
-  if (image == nullptr || sdpneg::portOf(*image) == 0) return 0;
+  const mDescription* image = firstOf(description, noOfMDs, MEDIA_IMAGE);
+  if (image == nullptr || portOf(*image) == 0) return 0;
   description.mediaKinds |= MEDIA_IMAGE;
   data.mediaType |= MEDIA_IMAGE;
-  sdpneg::takeT38(data, *image);
-  return sdpneg::statusOf(sdpneg::addressWithoutAudio(data, description, *image, "image"));
+  takeT38(data, *image);
+  return statusOf(addressWithoutAudio(data, description, *image, "image"));
 }
 
 unsigned short sdpParserMessage::findApplication(sSdpParsedData& data, sDescription& description,
                                                  int noOfMDs) {
-  for (const mDescription& media : sdpneg::mediaOf(description, noOfMDs)) {
+  for (const mDescription& media : mediaOf(description, noOfMDs)) {
     if (media.mLine.mediaType != MEDIA_APPLICATION) continue;
     description.mediaKinds |= MEDIA_APPLICATION;
-    if (sdpneg::portOf(media) == 0) continue;
+    if (portOf(media) == 0) continue;
     data.mediaType |= MEDIA_APPLICATION;
     break;
   }

@@ -14,7 +14,7 @@
 namespace sdpneg {
 namespace {
 
-constexpr std::int16_t gainWithoutMedia = 4;
+constexpr std::int16_t kGainWithoutMedia = 4;
 
 /// The number that stands behind a word of a codec's message; 0 where it is worded otherwise.
 int numberBehind(std::string_view message, std::string_view word) {
@@ -67,7 +67,7 @@ void finishWithoutMedia(sSdpParsedData& data, const sDescription& description) {
     const Refusal refusal = takeAddress(data, description.cLine, 0);
     if (refusal) mention(refusal);
   }
-  data.gainControl = gainWithoutMedia;
+  data.gainControl = kGainWithoutMedia;
   trace::progress("The gain control value is set to: %d", data.gainControl);
 }
 
@@ -109,9 +109,9 @@ unsigned short takeMedia(sSdpParsedData& data, sDescription& description, const 
 /// Media that indicate no version have the session's.
 void takeIPVersion(sSdpParsedData& data, const sDescription& description) {
   const unsigned int version = sdpParserMessage::checkMediaStreamsForIPIndication(description);
-  const bool isIPv6 = version == sdpneg::kIpVersionUnknown
+  const bool isIPv6 = version == kIpVersionUnknown
                           ? cMsgIPAddress::isIPv6(sdp_CgetAddress(&description.cLine, 0))
-                          : version == sdpneg::kIpVersion6;
+                          : version == kIpVersion6;
   if (isIPv6) data.sdpAttributes |= SDP_ATTR_IPV6;
 }
 
@@ -144,9 +144,11 @@ unsigned short analyse(sSdpParsedData& data, sDescription& description, const ch
 }  // namespace
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned short sdpParserMessage::sdpParse(const char* sdp, eSdpType type, sSdpParsedData& data) {
-  return sdpneg::withDescription([&](sDescription& description) {
-    const unsigned short status = sdpneg::decode(description, sdp, type, data);
-    return status != 0 ? status : sdpneg::analyse(data, description, sdp);
+  return withDescription([&](sDescription& description) {
+    const unsigned short status = decode(description, sdp, type, data);
+    return status != 0 ? status : analyse(data, description, sdp);
   });
 }

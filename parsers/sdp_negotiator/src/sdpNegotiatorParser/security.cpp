@@ -5,7 +5,7 @@
 #include "trace.h"
 #include "vocabulary.h"
 
-using namespace sdpneg;
+// How the media of a description are secured.
 
 namespace sdpneg {
 namespace {
@@ -48,16 +48,18 @@ void noteSecureMedia(sSdpParsedData& data, const mDescription& media) {
 }  // namespace
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 void sdpParserMessage::containsSecureMedia(sSdpParsedData& data, const sDescription& description,
                                            int noOfMDs) {
-  for (const mDescription& media : sdpneg::mediaOf(description, noOfMDs)) {
-    sdpneg::noteSecureMedia(data, media);
+  for (const mDescription& media : mediaOf(description, noOfMDs)) {
+    noteSecureMedia(data, media);
   }
 }
 
 void sdpParserMessage::checkForMickey(sSdpParsedData& data, const sDescription& description) {
-  if (sdpneg::hasMikeyLine(description.aLine)) return sdpneg::noteMikey(data);
-  for (const mDescription& media : sdpneg::mediaOf(description)) {
-    if (sdpneg::hasMikeyLine(media.aLine)) sdpneg::noteMikey(data);
+  if (hasMikeyLine(description.aLine)) return noteMikey(data);
+  for (const mDescription& media : mediaOf(description)) {
+    if (hasMikeyLine(media.aLine)) noteMikey(data);
   }
 }

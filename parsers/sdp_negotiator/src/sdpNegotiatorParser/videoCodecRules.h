@@ -21,7 +21,7 @@ struct VideoRule {
 };
 
 /// The first rule that matches counts: a format decides before the names below it.
-inline constexpr VideoRule videoRules[] = {
+inline constexpr VideoRule kVideoRules[] = {
     {"H263-1998", VideoTest::namePrefix, 10},
     {"H263-2000", VideoTest::namePrefix, 11},
     {"H263", VideoTest::namePrefix, 1},
@@ -47,8 +47,8 @@ inline constexpr VideoRule videoRules[] = {
 };
 
 /// Static payload types (RFC 3551 6) that need no rtpmap line.
-inline constexpr std::string_view staticPayloads[] = {"0",  "4",  "8",  "9",  "15", "18", "25",
-                                                      "26", "28", "31", "32", "33", "34"};
+inline constexpr std::string_view kStaticPayloads[] = {"0",  "4",  "8",  "9",  "15", "18", "25",
+                                                       "26", "28", "31", "32", "33", "34"};
 
 struct H264LevelRule {
   std::string_view levelByte;
@@ -57,7 +57,7 @@ struct H264LevelRule {
 
 /// The level byte of a profile-level-id (RFC 6184 8.1), in either case. "0b" is missing: it is level 1b or
 /// 1.1, as the constraint byte says.
-inline constexpr H264LevelRule h264LevelRules[] = {
+inline constexpr H264LevelRule kH264LevelRules[] = {
     {"0a", H264_LEVEL_1},   {"0c", H264_LEVEL_1_2}, {"0d", H264_LEVEL_1_3}, {"14", H264_LEVEL_2},
     {"15", H264_LEVEL_2_1}, {"16", H264_LEVEL_2_2}, {"1e", H264_LEVEL_3},   {"1f", H264_LEVEL_3_1},
     {"20", H264_LEVEL_3_2}, {"28", H264_LEVEL_4},   {"29", H264_LEVEL_4_1}, {"2a", H264_LEVEL_4_2},

@@ -9,6 +9,8 @@
 #include "text/search.h"
 #include "videoCodecRules.h"
 
+// Which codec a video format stands for, and its H.264 level.
+
 namespace sdpneg {
 namespace {
 
@@ -27,14 +29,14 @@ bool matches(const VideoRule& rule, std::string_view name, std::string_view form
 }
 
 std::uint8_t videoCodecOf(std::string_view name, std::string_view format) {
-  for (const VideoRule& rule : videoRules) {
+  for (const VideoRule& rule : kVideoRules) {
     if (matches(rule, name, format)) return rule.codec;
   }
   return SDP_NO_CODEC;
 }
 
-constexpr std::size_t profileLevelIdLength = 6;
-constexpr int noProfileLevelId = -1;
+constexpr std::size_t kProfileLevelIdLength = 6;
+constexpr int kNoProfileLevelId = -1;
 
 /// Baseline, main and extended. The digit-only ones have no case.
 bool isKnownProfile(std::string_view profileByte) {
@@ -49,11 +51,11 @@ eH264_profile_id levelOfConstraints(char digit) {
 }
 
 int h264LevelOf(std::string_view profileLevelId) {
-  if (profileLevelId.size() < profileLevelIdLength) return noProfileLevelId;
+  if (profileLevelId.size() < kProfileLevelIdLength) return kNoProfileLevelId;
   if (!isKnownProfile(profileLevelId.substr(0, 2))) return H264_LEVEL_1;
   const std::string_view levelByte = profileLevelId.substr(4, 2);
   if (equalNoCase(levelByte, "0b")) return levelOfConstraints(profileLevelId[2]);
-  for (const H264LevelRule& rule : h264LevelRules) {
+  for (const H264LevelRule& rule : kH264LevelRules) {
     if (equalNoCase(levelByte, rule.levelByte)) return rule.level;
   }
   return H264_LEVEL_1;
@@ -62,30 +64,31 @@ int h264LevelOf(std::string_view profileLevelId) {
 /// The level that an fmtp line gives for a format.
 int h264LevelOf(const a_line::entry& line, std::string_view format) {
   constexpr std::string_view parameter = "profile-level-id=";
-  if (!textStartsWith(line.name, "fmtp") || !textStartsWith(line.value, format)) return noProfileLevelId;
+  if (!textStartsWith(line.name, "fmtp") || !textStartsWith(line.value, format)) return kNoProfileLevelId;
   const std::string_view value = line.value;
   const std::size_t at = value.find(parameter);
-  return at == npos ? noProfileLevelId : h264LevelOf(value.substr(at + parameter.size()));
+  return at == npos ? kNoProfileLevelId : h264LevelOf(value.substr(at + parameter.size()));
 }
 
 }  // namespace
 }  // namespace sdpneg
 
+using namespace sdpneg;
+
 unsigned char sdpParserMessage::convertVideoCodec(const char* encodingName, const char* format) {
   if (encodingName == nullptr) return SDP_NO_CODEC;
-  return sdpneg::videoCodecOf(encodingName, sdpneg::viewOf(format));
+  return videoCodecOf(encodingName, viewOf(format));
 }
 
 bool sdpParserMessage::isStaticPayload(const char* format) {
-  const std::string_view text = sdpneg::viewOf(format);
-  return std::find(std::begin(sdpneg::staticPayloads), std::end(sdpneg::staticPayloads), text) !=
-         std::end(sdpneg::staticPayloads);
+  const std::string_view text = viewOf(format);
+  return std::find(std::begin(kStaticPayloads), std::end(kStaticPayloads), text) != std::end(kStaticPayloads);
 }
 
 int sdpParserMessage::decodeH264ProfileString(const char* profileLevelId) {
   using namespace sdpneg;
-  if (profileLevelId == nullptr) return noProfileLevelId;
-  return h264LevelOf({profileLevelId, strnlen(profileLevelId, profileLevelIdLength)});
+  if (profileLevelId == nullptr) return kNoProfileLevelId;
+  return h264LevelOf({profileLevelId, strnlen(profileLevelId, kProfileLevelIdLength)});
 }
 
 int sdpParserMessage::decodeH264ProfileId(const a_line* attributes, const char* format) {
@@ -93,7 +96,7 @@ int sdpParserMessage::decodeH264ProfileId(const a_line* attributes, const char* 
   if (format == nullptr) return H264_LEVEL_1;
   for (const a_line::entry& line : entriesOf(attributes)) {
     const int level = h264LevelOf(line, format);
-    if (level != noProfileLevelId) return level;
+    if (level != kNoProfileLevelId) return level;
   }
   return H264_LEVEL_1;
 }

@@ -4,6 +4,8 @@
 #include "sdpNegotiatorParser.h"
 #include "vocabulary.h"
 
+// The formats of video m-lines with their codecs.
+
 namespace sdpneg {
 
 /// The name that tells a format's codec: its encoding name, or a static payload type itself.

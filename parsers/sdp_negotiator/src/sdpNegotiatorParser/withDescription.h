@@ -9,10 +9,12 @@
 #include "refusal.h"
 #include "sessionDescription.h"
 
+// A place for a description, which is large.
+
 namespace sdpneg {
 
 /// The largest description that is put on the stack; with the smallest attribute capacity it has 570 kB.
-inline constexpr std::size_t descriptionStackLimit = 1U << 20U;
+inline constexpr std::size_t kDescriptionStackLimit = 1U << 20U;
 
 /// Calls `work` with a description of its own. The description is not cleared: the decoder sets what is
 /// valid, and clearing several hundred kilobytes would take longer than a whole parse.
@@ -20,7 +22,7 @@ inline constexpr std::size_t descriptionStackLimit = 1U << 20U;
 /// @return what `work` returns; without memory for the description that refusal, or 1 when it has been told
 template <typename Work>
 auto withDescription(Work work) -> std::invoke_result_t<Work, sDescription&> {
-  if constexpr (sizeof(sDescription) <= descriptionStackLimit) {
+  if constexpr (sizeof(sDescription) <= kDescriptionStackLimit) {
     sDescription description;
     return work(description);
   } else {

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <functional>
 
+// Insertion, replacement and removal in a text of fixed capacity.
+
 namespace sdpneg {
 
 bool SdpText::holds(std::string_view text) const {

@@ -53,7 +53,7 @@ inline std::size_t sectionEnd(std::string_view text, std::size_t mLine) {
   return orEnd(nextMLine(text, mLine), text);
 }
 
-/// The same for readers that take any "m=" behind `from` for the next section.
+/// Where a section ends for readers that take any "m=" behind `from` for the next one: there, else with the text.
 inline std::size_t sectionEndAnywhere(std::string_view text, std::size_t from) {
   return orEnd(nextMAnywhere(text, from), text);
 }

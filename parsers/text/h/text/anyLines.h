@@ -5,6 +5,8 @@
 
 #include "text/lines.h"
 
+// Taking a text apart into lines, whichever way they end.
+
 namespace sdpneg {
 
 /// A line with what it ends in: CR LF, LF, or a CR or nothing at the text's end.

@@ -7,6 +7,8 @@
 #include <cstring>
 #include <string_view>
 
+// Short texts that are composed without allocation.
+
 namespace sdpneg {
 
 /// Composes a line or number of at most N - 1 characters without allocation. What does not fit is cut, and

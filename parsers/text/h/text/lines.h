@@ -31,7 +31,7 @@ inline std::string_view content(std::string_view text, const Line& line) {
   return text.substr(line.begin, line.lf - line.begin - (cr ? 1 : 0));
 }
 
-/// The first place of a piece of text, inside a value too. The same as std::string_view::find.
+/// The first place of a piece of text, inside a value too, as std::string_view::find has it.
 inline std::size_t findAnywhere(std::string_view text, std::string_view piece, std::size_t from = 0) {
   return text.find(piece, from);
 }

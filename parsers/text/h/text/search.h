@@ -33,7 +33,7 @@ inline bool startsWith(std::string_view text, std::string_view prefix) {
   return true;
 }
 
-/// The same for a text ended by NUL whose length is not known; reads no further than the first difference.
+/// Whether a text begins with a prefix, for a text ended by NUL whose length is not known; reads no further than the first difference.
 inline bool textStartsWith(const char* text, std::string_view prefix) {
   for (const char c : prefix) {
     if (c == '\0' || *text++ != c) return false;

@@ -14,13 +14,13 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t helpWidth = 80;
+constexpr std::size_t kHelpWidth = 80;
 
 /// A text broken into lines.
 std::string wrapped(std::string_view text) {
   std::string out;
-  while (text.size() > helpWidth) {
-    const std::size_t blank = text.rfind(' ', helpWidth);
+  while (text.size() > kHelpWidth) {
+    const std::size_t blank = text.rfind(' ', kHelpWidth);
     if (blank == std::string_view::npos) break;
     out.append(text.substr(0, blank)).append("\n");
     text.remove_prefix(blank + 1);
@@ -87,8 +87,7 @@ class CommandLine {
     app_.set_version_flag("--version", "sdpneg " SDPNEG_VERSION, "Print the version and exit");
     app_.set_help_flag("--help,-h", "Print this help and exit");
     app_.footer(
-        "Exit status: 0 success; 1 a request was refused, or compared bodies differ; 2 something is wrong "
-        "with an input;\n"
+        "Exit status: 0 success; 1 a request was refused, or compared bodies differ; 2 something is wrong with an input;\n"
         "64 wrong usage; 70 out of memory; 74 standard output or a file cannot be written.");
     for (const CommandRow& row : commandTable()) addCommand(row);
   }

@@ -10,139 +10,125 @@
 namespace tool {
 namespace {
 
-constexpr std::string_view colourValues[] = {"auto", "always", "never"};
+constexpr std::string_view kColourValues[] = {"auto", "always", "never"};
 
-constexpr OptionRow traceOption = {
+constexpr OptionRow kTraceOption = {
     "--trace", "", {}, "", "Write the library's own trace lines to standard error."};
-constexpr OptionRow colourOption = {"--color", "WHEN", colourValues, "auto",
-                                    "Use colours: on a terminal, always or never."};
-constexpr OptionRow outputOption = {"--output", "OUT", {}, "", "Write this file; - is standard output.",
-                                    "-o",       true};
+constexpr OptionRow kColourOption = {"--color", "WHEN", kColourValues, "auto",
+                                     "Use colours: on a terminal, always or never."};
+constexpr OptionRow kOutputOption = {"--output", "OUT", {}, "", "Write this file; - is standard output.",
+                                     "-o",       true};
 
-constexpr OptionRow inspectOptions[] = {
-    {"--json", "", {}, "", "Write a JSON document instead of tables."}, traceOption, colourOption};
+constexpr OptionRow kInspectOptions[] = {
+    {"--json", "", {}, "", "Write a JSON document instead of tables."}, kTraceOption, kColourOption};
 
-constexpr OperandRow inspectOperands[] = {
+constexpr OperandRow kInspectOperands[] = {
     {"FILE", "Bodies, SIP messages, folders of *.sdp, or - for standard input.", true, false, true}};
 
-constexpr OptionRow rewriteOptions[] = {
+constexpr OptionRow kRewriteOptions[] = {
     {"--diff", "", {}, "", "Show a unified diff instead of the new body."},
     {"--in-place", "", {}, "", "Write the new body into FILE."},
     {"--verbose", "", {}, "", "Say on standard error which requests had nothing to do."},
-    traceOption,
-    colourOption};
+    kTraceOption,
+    kColourOption};
 
-constexpr OperandRow rewriteOperands[] = {
+constexpr OperandRow kRewriteOperands[] = {
     {"REQUEST", "A request with its arguments; -- stands between requests.", false, true, true},
     {"FILE", "A body, a SIP message, or - for standard input.", true, false, false}};
 
-constexpr OptionRow requestsOptions[] = {
+constexpr OptionRow kRequestsOptions[] = {
     {"--operations", "", {}, "", "List the operations of the library that each reaches instead."}};
 
-constexpr OptionRow createOptions[] = {
+constexpr OptionRow kCreateOptions[] = {
     {"--inactive", "", {}, "", "Make the media inactive."},
     {"--dummy-answer", "", {}, "", "Write an answer that accepts nothing, without operands."},
     {"--ipv6", "", {}, "", "Give the answer the unspecified address of IPv6."},
     {"--session-only", "", {}, "", "Leave the m-lines of the answer out."}};
 
-constexpr OperandRow createOperands[] = {
+constexpr OperandRow kCreateOperands[] = {
     {"ADDRESS", "The IP address of origin and connection.", false, false, false},
     {"PORT", "0, or 1024 to 65535.", false, false, false},
     {"CODEC", "PCMU, PCMA, G729, G723 or telephone-event, or several with commas; PCMU without.", false,
      false, true}};
 
-constexpr OptionRow compareOptions[] = {colourOption};
+constexpr OptionRow kCompareOptions[] = {kColourOption};
 
-constexpr OperandRow compareOperands[] = {
+constexpr OperandRow kCompareOperands[] = {
     {"A", "A body, a SIP message, or - for standard input.", true, true, false},
     {"B", "The other one.", true, true, false}};
 
-constexpr OptionRow offerOptions[] = {traceOption};
+constexpr OptionRow kOfferOptions[] = {kTraceOption};
 
-constexpr OperandRow updateOperands[] = {
+constexpr OperandRow kUpdateOperands[] = {
     {"OWN", "The answer that was given, a body, a SIP message, or - for standard input.", true, true, false},
     {"OFFER", "The offer that it answers.", true, true, false},
     {"NEW", "The new offer.", true, true, false}};
 
-constexpr OperandRow versionOperands[] = {
+constexpr OperandRow kVersionOperands[] = {
     {"OLD", "A body, a SIP message, or - for standard input.", true, true, false},
     {"NEW", "The later one.", true, true, false}};
 
-constexpr OptionRow transferOptions[] = {outputOption};
+constexpr OptionRow kTransferOptions[] = {kOutputOption};
 
-constexpr OperandRow packOperands[] = {
+constexpr OperandRow kPackOperands[] = {
     {"FILE", "A body, a SIP message, or - for standard input.", true, false, false}};
-constexpr OperandRow unpackOperands[] = {
+constexpr OperandRow kUnpackOperands[] = {
     {"FILE", "A transfer form, or - for standard input.", true, false, false}};
 
-constexpr CommandRow commands[] = {
+constexpr CommandRow kCommands[] = {
     {"inspect", "Show what SDP bodies say",
      "Parses SDP bodies and shows the summary of each: address and port, codecs, directions, security, ICE, "
      "hold state, video, fax, and the m-lines. An input is a bare body or a whole SIP message, of which the "
      "part application/sdp is taken. Without FILE, standard input is read. What is wrong with an input is "
      "said on standard error in one line with file, line and column, and the others are still shown. A body "
      "that is SDP but is refused by the analysis is shown as a table of its m-lines.",
-     inspectOptions, inspectOperands, runInspect},
+     kInspectOptions, kInspectOperands, runInspect},
     {"rewrite", "Apply requests to a body",
      "Applies requests to a body in their order and writes the new body to standard output, byte for byte. "
      "Between requests stands --. The last word is FILE when it is no argument of the last request: an "
-     "argument "
-     "that may be left out is taken where the word can be one. Without FILE, standard input is read. Options "
-     "may "
-     "stand anywhere. Of a SIP message everything else stays, but Content-Length is corrected. When a "
-     "request is "
-     "refused, one line on standard error says which and why, the exit status is 1, and nothing is written. "
-     "To have nothing to do is no refusal.",
-     rewriteOptions, rewriteOperands, runRewrite,
+     "argument that may be left out is taken where the word can be one. Without FILE, standard input is "
+     "read. Options may stand anywhere. Of a SIP message everything else stays, but Content-Length is "
+     "corrected. When a request is refused, one line on standard error says which and why, the exit status "
+     "is 1, and nothing is written. To have nothing to do is no refusal.",
+     kRewriteOptions, kRewriteOperands, runRewrite,
      "REQUEST [ARGUMENT...] [-- REQUEST [ARGUMENT...]]... [FILE]"},
     {"requests",
      "List the requests that rewrite takes",
      "Lists all requests of rewrite with their arguments, one a line; or with the operations of the library "
      "behind each, of cSdpNegotiator where no class is named.",
-     requestsOptions,
+     kRequestsOptions,
      {},
      runRequests},
     {"create", "Write a body from values",
      "Writes a body with one audio m-line, or a dummy answer, to standard output. When the library refuses a "
      "value, one line on standard error says why, and the exit status is 1.",
-     createOptions, createOperands, runCreate},
+     kCreateOptions, kCreateOperands, runCreate},
     {"compare", "Say how two bodies differ",
      "Says whether two bodies are the same from their s-lines on, whether their o-lines are equal, and "
-     "whether "
-     "the o-line of B updates that of A: all but the session version is the same, and that is not lower. "
-     "Then "
-     "the lines that differ follow as a unified diff. The exit status is 0 when the bodies are the same, "
-     "whatever "
-     "their o-lines, 1 when they differ, and 2 when something is wrong with an input.",
-     compareOptions, compareOperands, runCompare},
+     "whether the o-line of B updates that of A: all but the session version is the same, and that is not "
+     "lower. Then the lines that differ follow as a unified diff. The exit status is 0 when the bodies are "
+     "the same, whatever their o-lines, 1 when they differ, and 2 when something is wrong with an input.",
+     kCompareOptions, kCompareOperands, runCompare},
     {"update-answer", "Bring an answer up to date with a new offer",
      "Writes OWN without the audio codecs that NEW no longer has, with port 0 for video of NEW, and where "
-     "one "
-     "of these applies with a new o-line. Both offers must have the same session address and audio port, and "
-     "OWN no secure media in use; else one line on standard error says why, and the exit status is 1.",
-     offerOptions, updateOperands, runUpdateAnswer},
+     "one of these applies with a new o-line. Both offers must have the same session address and audio port, "
+     "and OWN no secure media in use; else one line on standard error says why, and the exit status is 1.",
+     kOfferOptions, kUpdateOperands, runUpdateAnswer},
     {"version-increased", "Say whether a body is the next version of another",
      "Says yes when the o-lines differ in the session version alone and that of NEW is higher by one, else "
-     "no. "
-     "The exit status is 0 for yes, 1 for no, and 2 when something is wrong with an input.",
-     offerOptions, versionOperands, runVersionIncreased},
+     "no. The exit status is 0 for yes, 1 for no, and 2 when something is wrong with an input.",
+     kOfferOptions, kVersionOperands, runVersionIncreased},
     {"align", "Align a body with an earlier one",
      "Writes NEW with the o-line of OLD, its version raised by one. Where OLD has more m-lines, those of "
-     "media "
-     "types that NEW lacks are added at its end, without the lines that follow them. When the library "
-     "refuses "
-     "that, one line on standard error says why, and the exit status is 1.",
-     offerOptions, versionOperands, runAlign},
+     "media types that NEW lacks are added at its end, without the lines that follow them. When the library "
+     "refuses that, one line on standard error says why, and the exit status is 1.",
+     kOfferOptions, kVersionOperands, runAlign},
     {"pack", "Write the transfer form of a body",
-     "Writes a body with its summary in the form in which the library hands objects on. It has the byte "
-     "order of "
-     "the machine.",
-     transferOptions, packOperands, runPack},
+     "Writes a body with its summary in the form in which the library hands objects on. It has the byte order of the machine.",
+     kTransferOptions, kPackOperands, runPack},
     {"unpack", "Write the body of a transfer form",
-     "Writes the body that a transfer form holds. A damaged form is refused with one line on standard error, "
-     "and "
-     "the exit status is 2.",
-     transferOptions, unpackOperands, runUnpack}};
+     "Writes the body that a transfer form holds. A damaged form is refused with one line on standard error, and the exit status is 2.",
+     kTransferOptions, kUnpackOperands, runUnpack}};
 
 }  // namespace
 
@@ -151,6 +137,6 @@ std::string_view Arguments::value(std::string_view option) const {
   return found != values_.end() ? std::string_view(found->second) : std::string_view();
 }
 
-std::span<const CommandRow> commandTable() { return commands; }
+std::span<const CommandRow> commandTable() { return kCommands; }
 
 }  // namespace tool

@@ -15,15 +15,15 @@ namespace tool {
 namespace {
 
 /// The codecs that the library writes into a new body. It passes over other names, which nobody means.
-constexpr std::string_view codecNames[] = {"PCMU", "PCMA", "G729", "G723", "telephone-event"};
+constexpr std::string_view kCodecNames[] = {"PCMU", "PCMA", "G729", "G723", "telephone-event"};
 
 /// The name of a codec as the library wants it.
 std::string_view codecNamed(std::string_view word) {
-  const auto found = std::find_if(std::begin(codecNames), std::end(codecNames),
+  const auto found = std::find_if(std::begin(kCodecNames), std::end(kCodecNames),
                                   [word](std::string_view name) { return sdpneg::equalNoCase(name, word); });
-  if (found != std::end(codecNames)) return *found;
+  if (found != std::end(kCodecNames)) return *found;
   std::string names;
-  for (const std::string_view name : codecNames) names.append(names.empty() ? "" : ", ").append(name);
+  for (const std::string_view name : kCodecNames) names.append(names.empty() ? "" : ", ").append(name);
   throw UsageError{"CODEC is one of " + names + ", not '" + std::string(word) + "'"};
 }
 
@@ -46,7 +46,7 @@ int createAnswer(const Arguments& arguments, Streams streams) {
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
   int length = 0;
   cSdpNegotiator::generateDummyAnswer(text, arguments.has("--session-only"), length,
-                                      arguments.has("--ipv6") ? ipVersion6 : ipVersion4);
+                                      arguments.has("--ipv6") ? kIpVersion6 : kIpVersion4);
   streams.out.write(text);
   return exitSuccess;
 }

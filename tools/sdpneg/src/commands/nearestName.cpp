@@ -9,13 +9,13 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t longestName = 40;
-constexpr std::size_t shortestBeginning = 3;
+constexpr std::size_t kLongestName = 40;
+constexpr std::size_t kShortestBeginning = 3;
 
 /// How many letters must be added, dropped, changed or swapped with their neighbour to make one word of the other.
-/// Both have at most `longestName` letters.
+/// Both have at most `kLongestName` letters.
 std::size_t distance(std::string_view a, std::string_view b) {
-  using Row = std::array<std::size_t, longestName + 1>;
+  using Row = std::array<std::size_t, kLongestName + 1>;
   Row twoAbove{};
   Row above{};
   std::iota(above.begin(), above.end(), std::size_t{0});
@@ -36,7 +36,7 @@ std::size_t distance(std::string_view a, std::string_view b) {
 
 /// The only name that begins with a word.
 std::string_view completed(std::string_view word, std::span<const std::string_view> names) {
-  if (word.size() < shortestBeginning) return {};
+  if (word.size() < kShortestBeginning) return {};
   const auto begins = [word](std::string_view name) { return sdpneg::startsWith(name, word); };
   const auto found = std::find_if(names.begin(), names.end(), begins);
   return std::count_if(names.begin(), names.end(), begins) == 1 ? *found : std::string_view();
@@ -46,9 +46,9 @@ std::string_view completed(std::string_view word, std::span<const std::string_vi
 
 std::string_view nearestName(std::string_view word, std::span<const std::string_view> names) {
   std::string_view nearest;
-  std::size_t least = longestName;
+  std::size_t least = kLongestName;
   for (const std::string_view name : names) {
-    if (word.size() > longestName || name.size() > longestName) continue;
+    if (word.size() > kLongestName || name.size() > kLongestName) continue;
     const std::size_t changes = distance(word, name);
     // A third of the letters at most: "mod" is near "mode", and no word near every short name.
     if (changes >= least || changes * 3 > name.size()) continue;

@@ -15,11 +15,11 @@ std::string fileOf(const Arguments& arguments) {
   return arguments.operands().empty() ? "-" : arguments.operands().front();
 }
 
-constexpr std::string_view standardOutput = "-";
+constexpr std::string_view kStandardOutput = "-";
 
 /// Writes into the file that an option names, or to standard output.
 int writeTo(std::string_view name, std::string_view bytes, Streams streams) {
-  if (name == standardOutput) {
+  if (name == kStandardOutput) {
     writeText(streams.out, bytes);
     return exitSuccess;
   }
@@ -70,7 +70,7 @@ std::optional<Problem> contentProblem(const std::string& text) {
 }  // namespace
 
 int runPack(const Arguments& arguments, Streams streams) {
-  if (arguments.value("--output") == standardOutput && streams.out.isTerminal()) {
+  if (arguments.value("--output") == kStandardOutput && streams.out.isTerminal()) {
     throw UsageError{"a transfer form is not written to a terminal"};
   }
   const BodyInput input = readBodyFor(fileOf(arguments), streams);

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* standardInputName = "(standard input)";
+constexpr const char* kStandardInputName = "(standard input)";
 
 Problem cannotRead(const std::string& why) { return {{}, "cannot be read: " + why}; }
 
@@ -73,7 +73,7 @@ class Descriptor {
 }  // namespace
 
 Input inputOf(const std::string& operand) {
-  if (operand == "-") return {standardInputName, true, std::nullopt};
+  if (operand == "-") return {kStandardInputName, true, std::nullopt};
   return {operand, false, std::nullopt};
 }
 
@@ -100,7 +100,7 @@ InputBytes readInput(const Input& input) {
   if (file.number() < 0) return {{}, cannotRead(std::generic_category().message(errno))};
   std::string bytes;
   char buffer[16384];
-  while (bytes.size() <= maxInputSize) {
+  while (bytes.size() <= kMaxInputSize) {
     const ssize_t length = ::read(file.number(), buffer, sizeof buffer);
     if (length == 0) return {std::move(bytes), std::nullopt};
     if (length > 0) {
@@ -110,7 +110,7 @@ InputBytes readInput(const Input& input) {
     }
   }
   const auto capture = captureProblem(bytes);
-  return {{}, capture ? capture : Problem{{}, "is longer than " + std::to_string(maxInputSize) + " bytes"}};
+  return {{}, capture ? capture : Problem{{}, "is longer than " + std::to_string(kMaxInputSize) + " bytes"}};
 }
 
 }  // namespace tool

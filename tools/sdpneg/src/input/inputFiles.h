@@ -11,7 +11,7 @@
 namespace tool {
 
 /// Bytes that an input may have. No SDP body and no SIP message comes near it.
-inline constexpr std::size_t maxInputSize = std::size_t{1024} * 1024;
+inline constexpr std::size_t kMaxInputSize = std::size_t{1024} * 1024;
 
 /// Something to read: a file, standard input, or what could not even be listed.
 struct Input {

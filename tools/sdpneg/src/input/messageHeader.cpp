@@ -7,12 +7,12 @@
 namespace tool {
 namespace {
 
-constexpr std::string_view blanks = " \t";
+constexpr std::string_view kBlanks = " \t";
 
 std::string_view trim(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(blanks);
+  const std::size_t begin = text.find_first_not_of(kBlanks);
   if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+  return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
 }
 
 /// Takes a quoted string (RFC 3261 25.1), whose opening quote stands in front, or a token.
@@ -40,7 +40,7 @@ void takeParameter(std::string_view& rest, std::string& name, std::string& value
   value.clear();
   if (!rest.empty() && rest.front() == '=') {
     rest.remove_prefix(1);
-    rest.remove_prefix(std::min(rest.find_first_not_of(blanks), rest.size()));
+    rest.remove_prefix(std::min(rest.find_first_not_of(kBlanks), rest.size()));
     const bool quoted = !rest.empty() && rest.front() == '"';
     if (quoted) rest.remove_prefix(1);
     value = takeValue(rest, quoted);
@@ -68,7 +68,7 @@ Header readHeader(std::string_view text, Range range) {
       break;
     }
     const std::size_t colon = line.find(':');
-    if (blanks.find(line.front()) != std::string_view::npos) {
+    if (kBlanks.find(line.front()) != std::string_view::npos) {
       if (!header.fields.empty()) header.fields.back().value.append(" ").append(trim(line));
     } else if (colon != std::string_view::npos) {
       header.fields.push_back(

@@ -12,9 +12,9 @@ namespace {
 using sdpneg::equalNoCase;
 using sdpneg::startsWithNoCase;
 
-constexpr int deepestMultipart = 8;
-constexpr std::string_view contentLength = "Content-Length";
-constexpr std::string_view compactLength = "l";
+constexpr int kDeepestMultipart = 8;
+constexpr std::string_view kContentLength = "Content-Length";
+constexpr std::string_view kCompactLength = "l";
 
 std::size_t startLineBegin(std::string_view text) {
   return std::min(text.find_first_not_of("\r\n"), text.size());
@@ -33,7 +33,7 @@ bool isLength(std::string_view value) {
 /// Cuts a body at its Content-Length. A larger one than there are bytes is what a file has whose line ends
 /// became shorter when it was saved.
 void applyContentLength(std::string_view text, const Header& header, BodyRange& body) {
-  const HeaderField* field = findField(header, contentLength, compactLength);
+  const HeaderField* field = findField(header, kContentLength, kCompactLength);
   if (field == nullptr) return;
   if (!isLength(field->value)) {
     body.notes.push_back({placeOf(text, field->offset), "Content-Length is \"" + field->value +
@@ -65,7 +65,7 @@ std::optional<Range> lengthDigits(std::string_view text, const HeaderField& fiel
 Enclosing enclosing(std::string_view text, const Header& header, Range body) {
   Enclosing result{body, {}};
   for (const HeaderField& field : header.fields) {
-    if (!equalNoCase(field.name, contentLength) && !equalNoCase(field.name, compactLength)) continue;
+    if (!equalNoCase(field.name, kContentLength) && !equalNoCase(field.name, kCompactLength)) continue;
     if (const auto digits = lengthDigits(text, field)) result.lengths.push_back(*digits);
   }
   return result;
@@ -104,7 +104,7 @@ BodyRange descend(std::string_view text, const Header& header, BodyRange body) {
     }
     body.problem = encodingProblem(text, current);
     if (isSdp || body.problem) return body;
-    if (depth == deepestMultipart) return noBody(text, place, "multipart bodies are nested too deep");
+    if (depth == kDeepestMultipart) return noBody(text, place, "multipart bodies are nested too deep");
     const std::optional<std::string> boundary = findParameter(contentType->value, "boundary");
     if (!boundary || boundary->empty()) return noBody(text, place, "the multipart body has no boundary");
     std::optional<Part> part = findSdpPart(text, body.range, *boundary);

@@ -40,12 +40,12 @@ MediaRow rowOf(const mDescription& media) {
 
 // --- the table -------------------------------------------------------------------------------------------
 
-constexpr std::size_t columnCount = 9;
-constexpr std::size_t longestFormats = 48;
+constexpr std::size_t kColumnCount = 9;
+constexpr std::size_t kLongestFormats = 48;
 
 /// The cells of a row; the formats, which come last, may take several lines.
 struct Cells {
-  std::array<std::string, columnCount> text;
+  std::array<std::string, kColumnCount> text;
   std::vector<std::string> formats;
 };
 
@@ -59,7 +59,7 @@ std::vector<std::string> formatLines(const std::vector<MediaFormat>& formats) {
     std::string& line = lines.back();
     if (line.empty()) {
       line = word;
-    } else if (line.size() + 2 + word.size() <= longestFormats) {
+    } else if (line.size() + 2 + word.size() <= kLongestFormats) {
       line += ", " + word;
     } else {
       line += ',';
@@ -77,10 +77,10 @@ Cells cellsOf(const MediaRow& row) {
       formatLines(row.formats)};
 }
 
-std::string line(const std::array<std::string, columnCount>& cells, std::string_view last,
-                 const std::array<std::size_t, columnCount>& widths) {
+std::string line(const std::array<std::string, kColumnCount>& cells, std::string_view last,
+                 const std::array<std::size_t, kColumnCount>& widths) {
   std::string text;
-  for (std::size_t i = 0; i < columnCount; ++i) {
+  for (std::size_t i = 0; i < kColumnCount; ++i) {
     text += "  " + cells[i] + std::string(widths[i] - cells[i].size(), ' ');
   }
   text += "  ";
@@ -90,9 +90,9 @@ std::string line(const std::array<std::string, columnCount>& cells, std::string_
 }
 
 std::string layOut(const std::vector<Cells>& rows) {
-  std::array<std::size_t, columnCount> widths{};
+  std::array<std::size_t, kColumnCount> widths{};
   for (const Cells& row : rows) {
-    for (std::size_t i = 0; i < columnCount; ++i) widths[i] = std::max(widths[i], row.text[i].size());
+    for (std::size_t i = 0; i < kColumnCount; ++i) widths[i] = std::max(widths[i], row.text[i].size());
   }
   std::string table;
   for (const Cells& row : rows) {

@@ -14,9 +14,9 @@ std::string orNumber(std::string_view name, std::uint32_t number) {
 }
 
 /// The name that stands at an index of a table, an empty text outside it.
-template <std::size_t size>
-std::string_view nameAt(const std::string_view (&names)[size], std::size_t index) {
-  return index < size ? names[index] : std::string_view();
+template <std::size_t Size>
+std::string_view nameAt(const std::string_view (&names)[Size], std::size_t index) {
+  return index < Size ? names[index] : std::string_view();
 }
 
 }  // namespace
@@ -59,7 +59,7 @@ std::string videoCodecName(std::uint8_t codec) {
 }
 
 std::string h264LevelName(std::int32_t level) {
-  return level < 0 ? std::string() : std::string(nameAt(h264LevelNames, static_cast<std::size_t>(level)));
+  return level < 0 ? std::string() : std::string(nameAt(kH264LevelNames, static_cast<std::size_t>(level)));
 }
 
 std::string featureName(std::uint8_t state) {
@@ -68,8 +68,8 @@ std::string featureName(std::uint8_t state) {
 }
 
 std::string ipVersionName(eIPAddressVersion version) {
-  if (version == ipVersion4) return "4";
-  return version == ipVersion6 ? "6" : "";
+  if (version == kIpVersion4) return "4";
+  return version == kIpVersion6 ? "6" : "";
 }
 
 std::string joined(const std::vector<std::string>& words, const char* separator) {

@@ -27,9 +27,9 @@ std::string audioCodecTextName(std::uint8_t codec);
 std::string videoCodecName(std::uint8_t codec);
 
 /// The H.264 levels by their eH264_profile_id.
-inline constexpr std::string_view h264LevelNames[] = {"1", "1b",  "1.1", "1.2", "1.3", "2",   "2.1", "2.2",
-                                                      "3", "3.1", "3.2", "4",   "4.1", "4.2", "5",   "5.1"};
-static_assert(std::size(h264LevelNames) == H264_LEVEL_5_1 + 1);
+inline constexpr std::string_view kH264LevelNames[] = {"1", "1b",  "1.1", "1.2", "1.3", "2",   "2.1", "2.2",
+                                                       "3", "3.1", "3.2", "4",   "4.1", "4.2", "5",   "5.1"};
+static_assert(std::size(kH264LevelNames) == H264_LEVEL_5_1 + 1);
 
 /// "3.1"; an empty text where there is no H.264 format.
 std::string h264LevelName(std::int32_t level);
@@ -38,8 +38,8 @@ std::string h264LevelName(std::int32_t level);
 std::string featureName(std::uint8_t state);
 
 // Address versions. A host's own address class may name these otherwise; the values are fixed.
-inline constexpr auto ipVersion4 = static_cast<eIPAddressVersion>(2);
-inline constexpr auto ipVersion6 = static_cast<eIPAddressVersion>(10);
+inline constexpr auto kIpVersion4 = static_cast<eIPAddressVersion>(2);
+inline constexpr auto kIpVersion6 = static_cast<eIPAddressVersion>(10);
 
 /// "4", "6" or an empty text.
 std::string ipVersionName(eIPAddressVersion version);

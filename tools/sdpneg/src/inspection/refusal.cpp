@@ -8,8 +8,8 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t portField = 1;
-constexpr std::size_t addressField = 2;
+constexpr std::size_t kPortField = 1;
+constexpr std::size_t kAddressField = 2;
 
 std::string quoted(const char* text) { return std::string("\"").append(sdpneg::viewOf(text)).append("\""); }
 
@@ -50,7 +50,7 @@ struct Refused {
 Problem explainSessionType(const Refused& body) {
   const c_line& line = body.description.cLine;
   const std::string_view type = sdpneg::viewOf(sdp_CgetAddressType(&line, 0));
-  return {body.lines.sessionConnectionField(addressField),
+  return {body.lines.sessionConnectionField(kAddressField),
           "the session's c-line has the type " + std::string(type) + ", but " +
               quoted(sdp_CgetAddress(&line, 0)) + " is no " +
               (sdpneg::equalNoCase(type, "IP4") ? "IPv4" : "IPv6") + " address"};
@@ -65,7 +65,7 @@ Problem explainCount(const Refused& body) {
 Problem explainPort(const Refused& body) {
   const mDescription* media = body.media();
   if (media == nullptr) return {{}, body.refusal.text};
-  return {body.lines.mediaField(body.index(), portField),
+  return {body.lines.mediaField(body.index(), kPortField),
           "the port of " + body.mediaName() + ", " + sdp_MgetPort(&media->mLine) + ", is " +
               (portOf(*media) < 1024 ? "below 1024" : "above 65535")};
 }
@@ -75,8 +75,8 @@ Problem explainAddress(const Refused& body) {
   if (media == nullptr) return {{}, body.refusal.text};
   const bool inherited = !hasConnection(media->cLine);
   const std::string address = quoted(sdp_CgetAddress(inherited ? &body.description.cLine : &media->cLine, 0));
-  return {inherited ? body.lines.sessionConnectionField(addressField)
-                    : body.lines.mediaConnectionField(body.index(), addressField),
+  return {inherited ? body.lines.sessionConnectionField(kAddressField)
+                    : body.lines.mediaConnectionField(body.index(), kAddressField),
           (inherited
                ? "the session's c-line, which " + body.mediaName() + " has its address from, names " + address
                : "the c-line of " + body.mediaName() + " names " + address) +

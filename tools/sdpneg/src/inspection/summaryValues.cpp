@@ -7,7 +7,7 @@
 namespace tool {
 namespace {
 
-constexpr int addressTextSize = 46;
+constexpr int kAddressTextSize = 46;
 
 std::string textOf(const cSdpNegotiator& object) {
   std::string text(MAX_SDP_PROTOCOL_DATA_SIZE + 1, '\0');
@@ -30,8 +30,8 @@ std::vector<AudioCodec> audioCodecsOf(const sSdpParsedData& data) {
 
 std::optional<std::string> addressOf(const sSdpParsedData& data) {
   if (data.address.isZero()) return std::nullopt;
-  char text[addressTextSize];
-  data.address.getIPAddressText(text, addressTextSize);
+  char text[kAddressTextSize];
+  data.address.getIPAddressText(text, kAddressTextSize);
   return text;
 }
 

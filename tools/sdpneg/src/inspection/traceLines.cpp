@@ -8,22 +8,22 @@
 namespace tool {
 namespace {
 
-constexpr const char* component = "SDP_NEGOTIATOR";
+constexpr const char* kComponent = "SDP_NEGOTIATOR";
 
 }  // namespace
 
 TraceLines::TraceLines() {
   KvRttSetSink(&TraceLines::take, this);
-  KvRttSwitchFlag(component, "INFO", true);
+  KvRttSwitchFlag(kComponent, "INFO", true);
 }
 
 TraceLines::~TraceLines() {
-  KvRttSwitchFlag(component, "INFO", false);
+  KvRttSwitchFlag(kComponent, "INFO", false);
   KvRttSetSink(nullptr, nullptr);
 }
 
 void TraceLines::take(void* context, const KvRttLine* line) {
-  if (std::string_view(line->component) != component) return;
+  if (std::string_view(line->component) != kComponent) return;
   static_cast<TraceLines*>(context)->lines_.push_back({line->flag, std::string(line->text, line->length)});
 }
 

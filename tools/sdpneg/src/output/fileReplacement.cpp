@@ -16,8 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr mode_t permissionBits = 07777;
-constexpr mode_t usualMode = 0666;
+constexpr mode_t kPermissionBits = 07777;
+constexpr mode_t kUsualMode = 0666;
 
 Problem cannotWrite(const std::string& why) { return {{}, "cannot be written: " + why}; }
 Problem cannotWrite() { return cannotWrite(std::generic_category().message(errno)); }
@@ -27,11 +27,11 @@ bool adoptMode(int number, const struct stat* replaced) {
   if (replaced == nullptr) {
     const mode_t mask = ::umask(0);
     ::umask(mask);
-    return ::fchmod(number, usualMode & ~mask) == 0;
+    return ::fchmod(number, kUsualMode & ~mask) == 0;
   }
   // Who may not give files away keeps the new one. Such a file must not run with another's rights.
   const bool owned = ::fchown(number, replaced->st_uid, replaced->st_gid) == 0;
-  return ::fchmod(number, replaced->st_mode & (owned ? permissionBits : mode_t{0777})) == 0;
+  return ::fchmod(number, replaced->st_mode & (owned ? kPermissionBits : mode_t{0777})) == 0;
 }
 
 /// Makes the new name last. A folder that cannot be told to is none to worry about: the file itself is safe.

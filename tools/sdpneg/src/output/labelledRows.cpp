@@ -5,13 +5,13 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t labelWidth = 18;
+constexpr std::size_t kLabelWidth = 18;
 
 }  // namespace
 
 void LabelledRows::add(std::string_view label, std::string_view value, std::optional<Style> style) {
   const std::string shown = printable(value);
-  const std::size_t gap = label.size() < labelWidth ? labelWidth - label.size() : 1;
+  const std::size_t gap = label.size() < kLabelWidth ? kLabelWidth - label.size() : 1;
   text_ += "  " + palette_.paint(Style::label, label) + std::string(gap, ' ');
   text_ += (style ? palette_.paint(*style, shown) : shown) + "\n";
 }

@@ -16,7 +16,7 @@ class LabelledRows {
 
   /// @param style of the value; none for the terminal's own
   void add(std::string_view label, std::string_view value, std::optional<Style> style = std::nullopt);
-  /// The same, where there is a value.
+  /// Adds a line where there is a value.
   void addGiven(std::string_view label, std::string_view value);
 
   const std::string& text() const { return text_; }

@@ -13,9 +13,9 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t contextLines = 3;
+constexpr std::size_t kContextLines = 3;
 /// Pairs of lines that are compared: two bodies of the largest size and 8 MB of memory, a bit for each pair.
-constexpr std::size_t mostPairs = std::size_t{64} * 1024 * 1024;
+constexpr std::size_t kMostPairs = std::size_t{64} * 1024 * 1024;
 
 /// The lines of a text with their ends.
 std::vector<std::string_view> linesOf(std::string_view text) {
@@ -90,7 +90,7 @@ std::vector<Change> changesOf(const Numbers& before, const Numbers& after) {
   const std::size_t rows = middle.oldEnd - middle.oldBegin;
   const std::size_t columns = middle.newEnd - middle.newBegin;
   if (rows == 0 && columns == 0) return {};
-  if (columns != 0 && rows > mostPairs / columns) return {middle};
+  if (columns != 0 && rows > kMostPairs / columns) return {middle};
   const std::vector<bool> dropOld = preferences(before, after, middle);
   std::vector<Change> changes;
   bool open = false;
@@ -143,8 +143,8 @@ class Writer {
 
   /// Changes that are near each other, with the lines around them.
   void hunk(const Change* begin, const Change* end) {
-    const std::size_t head = std::min(contextLines, begin->oldBegin);
-    const std::size_t tail = std::min(contextLines, before_.size() - (end - 1)->oldEnd);
+    const std::size_t head = std::min(kContextLines, begin->oldBegin);
+    const std::size_t tail = std::min(kContextLines, before_.size() - (end - 1)->oldEnd);
     const Change whole{begin->oldBegin - head, (end - 1)->oldEnd + tail, begin->newBegin - head,
                        (end - 1)->newEnd + tail};
     out_ += palette_.paint(Style::label, "@@ -" + extent(whole.oldBegin, whole.oldEnd) + " +" +
@@ -203,7 +203,7 @@ std::string unifiedDiff(NamedText before, NamedText after, const Palette& palett
   const Change* const end = changes.data() + changes.size();
   for (const Change* begin = changes.data(); begin != end;) {
     const Change* next = begin + 1;
-    while (next != end && next->oldBegin - (next - 1)->oldEnd <= 2 * contextLines) ++next;
+    while (next != end && next->oldBegin - (next - 1)->oldEnd <= 2 * kContextLines) ++next;
     writer.hunk(begin, next);
     begin = next;
   }

@@ -12,15 +12,15 @@
 namespace tool {
 namespace {
 
-constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP};
+constexpr int kEndingSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
 /// The name of the file that there is; null without one. Written only while the signals are blocked.
-const char* volatile pendingName = nullptr;
+const char* volatile kPendingName = nullptr;
 
 /// Removes the file and ends the process by the signal itself, so that its status tells which it was. The default
 /// takes effect when this returns, as a signal is blocked while it is handled.
 void removeAndEnd(int signal) {
-  const char* const name = pendingName;
+  const char* const name = kPendingName;
   if (name != nullptr) ::unlink(name);
   std::signal(signal, SIG_DFL);
   std::raise(signal);
@@ -29,7 +29,7 @@ void removeAndEnd(int signal) {
 sigset_t endingSet() {
   sigset_t set;
   sigemptyset(&set);
-  for (const int signal : endingSignals) sigaddset(&set, signal);
+  for (const int signal : kEndingSignals) sigaddset(&set, signal);
   return set;
 }
 
@@ -54,7 +54,7 @@ class SignalsBlocked {
 
 /// Has the signals remove the file, but those that are ignored or handled otherwise.
 void handleSignals() {
-  for (const int signal : endingSignals) {
+  for (const int signal : kEndingSignals) {
     struct sigaction action {};
     if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler != SIG_DFL) continue;
     action.sa_handler = removeAndEnd;
@@ -71,12 +71,12 @@ NewFile::NewFile(const std::filesystem::path& target)
   const SignalsBlocked blocked;
   number_ = mkostemp(path_.data(), O_CLOEXEC);
   created_ = number_ >= 0;
-  if (created_) pendingName = path_.c_str();
+  if (created_) kPendingName = path_.c_str();
 }
 
 NewFile::~NewFile() {
   const SignalsBlocked blocked;
-  pendingName = nullptr;
+  kPendingName = nullptr;
   if (number_ >= 0) ::close(number_);
   if (created_) ::unlink(path_.c_str());
 }
@@ -86,7 +86,7 @@ bool NewFile::close() { return ::close(std::exchange(number_, -1)) == 0; }
 bool NewFile::takePlaceOf(const std::filesystem::path& target) {
   const SignalsBlocked blocked;
   if (::rename(path_.c_str(), target.c_str()) != 0) return false;
-  pendingName = nullptr;
+  kPendingName = nullptr;
   created_ = false;
   return true;
 }

@@ -41,19 +41,19 @@ bool isShown(Character c) {
   return !(c.value >= 0x7F && c.value < 0xA0) && !changesDirection(c.value);
 }
 
-constexpr char hexDigits[] = "0123456789ABCDEF";
+constexpr char kHexDigits[] = "0123456789ABCDEF";
 
 void addEscaped(std::string& out, unsigned char byte) {
   out += "\\x";
-  out += hexDigits[byte >> 4U];
-  out += hexDigits[byte & 0xFU];
+  out += kHexDigits[byte >> 4U];
+  out += kHexDigits[byte & 0xFU];
 }
 
 /// Adds "\uHHHH". All that is not shown has at most 16 bits.
 void addJsonEscape(std::string& out, char32_t value) {
   out += "\\u";
   for (int shift = 12; shift >= 0; shift -= 4)
-    out += hexDigits[(value >> static_cast<unsigned int>(shift)) & 0xFU];
+    out += kHexDigits[(value >> static_cast<unsigned int>(shift)) & 0xFU];
 }
 
 /// Goes through a text and adds what is shown as it is.

@@ -11,7 +11,7 @@ namespace tool {
 /// stays as it is; the JSON output has the exact text.
 std::string printable(std::string_view text);
 
-/// The same for a text of several lines: their ends, LF or CR LF, become LF.
+/// A text of several lines as it may go to a terminal: their ends, LF or CR LF, become LF.
 std::string printableLines(std::string_view text);
 
 /// A JSON document that says the same, in which "\uHHHH" stands for the characters of strings that `printable`

@@ -16,11 +16,11 @@ unsigned short removeZeroPorts(cSdpNegotiator& object, RequestInput& /*input*/) 
   return 0;
 }
 
-constexpr std::size_t longestTransport = 14;  // of which the library takes no more characters
+constexpr std::size_t kLongestTransport = 14;  // of which the library takes no more characters
 
-bool isNewTransport(std::string_view word) { return isField(word) && word.size() <= longestTransport; }
+bool isNewTransport(std::string_view word) { return isField(word) && word.size() <= kLongestTransport; }
 
-constexpr RequestArgument setTransportArguments[] = {
+constexpr RequestArgument kSetTransportArguments[] = {
     {.name = "FROM", .expects = "a transport, or a part of it, without blanks", .accepts = isField},
     {.name = "TO",
      .expects = "a transport of at most 14 characters without blanks",
@@ -32,14 +32,14 @@ unsigned short setTransport(cSdpNegotiator& object, RequestInput& input) {
   return 0;
 }
 
-constexpr std::string_view matches[] = {"media", "transport", "keep"};
+constexpr std::string_view kMatches[] = {"media", "transport", "keep"};
 
-constexpr RequestArgument matchArguments[] = {
+constexpr RequestArgument kMatchArguments[] = {
     {.name = "FILE", .expects = "a body or SIP message", .isFile = true},
-    {.name = "BY", .expects = "what is compared", .values = matches, .optional = true}};
+    {.name = "BY", .expects = "what is compared", .values = kMatches, .optional = true}};
 
 unsigned short matchMLines(cSdpNegotiator& object, RequestInput& input) {
-  const std::size_t by = input.words.size() > 1 ? indexOf(matches, input.words[1]) : 0;
+  const std::size_t by = input.words.size() > 1 ? indexOf(kMatches, input.words[1]) : 0;
   char other[MAX_SDP_PROTOCOL_DATA_SIZE];
   if (!input.other || input.other->getSDP(other, sizeof other) != 0) return 1;
   return editText(object,
@@ -60,7 +60,7 @@ std::string videoOf(cSdpNegotiator& other, RequestInput& input) {
   return {};
 }
 
-constexpr RequestArgument addVideoArguments[] = {
+constexpr RequestArgument kAddVideoArguments[] = {
     {.name = "FILE", .expects = "a body or SIP message", .isFile = true}};
 
 unsigned short addVideo(cSdpNegotiator& object, RequestInput& input) {
@@ -86,8 +86,8 @@ unsigned short cutVideo(cSdpNegotiator& object, RequestInput& input) {
   return object.sdpGetVideoDescriptions(sections, sizeof sections, true) == 1 ? 0 : 1;
 }
 
-constexpr std::string_view dummyKinds[] = {"answer", "ack", "recvonly-ack"};
-constexpr std::string_view holdStates[] = {"hold", "active"};
+constexpr std::string_view kDummyKinds[] = {"answer", "ack", "recvonly-ack"};
+constexpr std::string_view kHoldStates[] = {"hold", "active"};
 
 bool isPort(std::string_view word) { return wholeNumber<unsigned short>(word).has_value(); }
 
@@ -99,11 +99,11 @@ bool areEncodingNames(std::string_view word) {
          });
 }
 
-constexpr RequestArgument dummyArguments[] = {
-    {.name = "KIND", .expects = "a kind of dummy", .values = dummyKinds},
+constexpr RequestArgument kDummyArguments[] = {
+    {.name = "KIND", .expects = "a kind of dummy", .values = kDummyKinds},
     {.name = "IP", .expects = "an IP address", .accepts = isAddress},
     {.name = "PORT", .expects = "a port of 0 to 65535", .accepts = isPort},
-    {.name = "STATE", .expects = "a state", .values = holdStates, .optional = true},
+    {.name = "STATE", .expects = "a state", .values = kHoldStates, .optional = true},
     {.name = "CODECS",
      .expects = "names of audio codecs between commas, as rtpmap lines have them",
      .accepts = areEncodingNames,
@@ -122,10 +122,10 @@ std::string codecRefusal(const cSdpNegotiator& object, std::size_t kind, std::st
 }
 
 unsigned short createDummy(cSdpNegotiator& object, RequestInput& input) {
-  const std::size_t kind = indexOf(dummyKinds, input.words[0]);
+  const std::size_t kind = indexOf(kDummyKinds, input.words[0]);
   const char* const ip = input.word(1);
   const auto port = wholeNumber<unsigned short>(input.words[2]).value_or(0);
-  const bool hold = input.words.size() < 4 || indexOf(holdStates, input.words[3]) == 0;
+  const bool hold = input.words.size() < 4 || indexOf(kHoldStates, input.words[3]) == 0;
   const char* const codecs = input.word(4);
   if (codecs != nullptr) input.refusal = codecRefusal(object, kind, codecs);
   if (!input.refusal.empty()) return 1;
@@ -137,17 +137,17 @@ unsigned short createDummy(cSdpNegotiator& object, RequestInput& input) {
 
 bool isNumber(std::string_view word) { return wholeNumber<unsigned int>(word).has_value(); }
 
-constexpr RequestArgument dummyOfferArguments[] = {
+constexpr RequestArgument kDummyOfferArguments[] = {
     {.name = "ID", .expects = "a whole number of 32 bits", .accepts = isNumber},
     {.name = "VERSION", .expects = "a whole number of 32 bits", .accepts = isNumber},
-    {.name = "FAMILY", .expects = "an address family", .values = addressFamilies, .optional = true}};
+    {.name = "FAMILY", .expects = "an address family", .values = kAddressFamilies, .optional = true}};
 
 unsigned short dummyOffer(cSdpNegotiator& object, RequestInput& input) {
   const auto number = [&](std::size_t i) { return wholeNumber<unsigned int>(input.words[i]).value_or(0); };
   return object.sdpCreateRmDummyOffer(number(0), number(1), input.words.size() > 2 && input.words[2] == "6");
 }
 
-constexpr RequestRow rows[] = {
+constexpr RequestRow kRows[] = {
     {"remove-zero-ports",
      {},
      "Remove the m-lines with port 0; the lines that follow them stay.",
@@ -155,13 +155,13 @@ constexpr RequestRow rows[] = {
      "sdpRemoveMlinesZeroPort",
      false,
      Takes::any},
-    {"set-transport", setTransportArguments,
+    {"set-transport", kSetTransportArguments,
      "Give the m-lines that have the transport FROM the transport TO.", setTransport,
      "sdpModifyTransportTypes", true},
-    {"match-mlines", matchArguments,
+    {"match-mlines", kMatchArguments,
      "Add the m-lines of another body that are missing; with keep, remove those that it has not.",
      matchMLines, "sdpModifications::correctMLines", false, Takes::any},
-    {"add-video", addVideoArguments, "Put the video of another body in the place of the own, or at the end.",
+    {"add-video", kAddVideoArguments, "Put the video of another body in the place of the own, or at the end.",
      addVideo, "sdpAddVideoDescriptions", true, Takes::video},
     {"cut-video",
      {},
@@ -170,13 +170,14 @@ constexpr RequestRow rows[] = {
      "sdpGetVideoDescriptions",
      false,
      Takes::video},
-    {"dummy", dummyArguments, "Turn a received body into one that stands for the own, on hold unless active.",
-     createDummy, "createDummy createDummyAnswer createDummyAck"},
-    {"dummy-offer", dummyOfferArguments, "Replace the body by an offer that stands for one to come.",
+    {"dummy", kDummyArguments,
+     "Turn a received body into one that stands for the own, on hold unless active.", createDummy,
+     "createDummy createDummyAnswer createDummyAck"},
+    {"dummy-offer", kDummyOfferArguments, "Replace the body by an offer that stands for one to come.",
      dummyOffer, "sdpCreateRmDummyOffer", false, Takes::any}};
 
 }  // namespace
 
-std::span<const RequestRow> bodyRequests() { return rows; }
+std::span<const RequestRow> bodyRequests() { return kRows; }
 
 }  // namespace tool

@@ -10,7 +10,7 @@
 namespace tool {
 namespace {
 
-constexpr std::string_view orders[] = {"kept", "given"};
+constexpr std::string_view kOrders[] = {"kept", "given"};
 bool isBandwidth(std::string_view word) { return wholeNumber<unsigned int>(word).has_value(); }
 
 constexpr RequestArgument kAudioCodecs = {.name = "CODECS",
@@ -18,12 +18,12 @@ constexpr RequestArgument kAudioCodecs = {.name = "CODECS",
                                           .accepts = areAudioCodecs,
                                           .names = audioCodecNames};
 
-constexpr RequestArgument restrictArguments[] = {
-    kAudioCodecs, {.name = "ORDER", .expects = "an order", .values = orders, .optional = true}};
+constexpr RequestArgument kRestrictArguments[] = {
+    kAudioCodecs, {.name = "ORDER", .expects = "an order", .values = kOrders, .optional = true}};
 
 unsigned short restrictAudio(cSdpNegotiator& object, RequestInput& input) {
   const auto codecs = *audioCodecsOf(input.words[0]);
-  const bool given = input.words.size() > 1 && indexOf(orders, input.words[1]) == 1;
+  const bool given = input.words.size() > 1 && indexOf(kOrders, input.words[1]) == 1;
   // The library says 1 when it has restricted the codecs.
   const auto count = static_cast<int>(codecs.size());
   if (object.sdpRestrictAudioCodecsTo(codecs.data(), count, given) == 1) return 0;
@@ -36,10 +36,10 @@ bool isFirst(const cSdpNegotiator& object, unsigned char codec) {
   return object.getParsedData().audioCodec[0] == codec;
 }
 
-constexpr RequestArgument preferArguments[] = {{.name = "CODEC",
-                                                .expects = "the name of an audio codec",
-                                                .accepts = isAudioCodec,
-                                                .names = audioCodecNames}};
+constexpr RequestArgument kPreferArguments[] = {{.name = "CODEC",
+                                                 .expects = "the name of an audio codec",
+                                                 .accepts = isAudioCodec,
+                                                 .names = audioCodecNames}};
 
 unsigned short preferAudio(cSdpNegotiator& object, RequestInput& input) {
   const unsigned char codec = audioCodecOf(input.words[0]);
@@ -47,7 +47,7 @@ unsigned short preferAudio(cSdpNegotiator& object, RequestInput& input) {
   return isFirst(object, codec) ? 0 : 1;
 }
 
-constexpr RequestArgument reorderArguments[] = {kAudioCodecs};
+constexpr RequestArgument kReorderArguments[] = {kAudioCodecs};
 
 unsigned short reorderAudio(cSdpNegotiator& object, RequestInput& input) {
   const auto codecs = *audioCodecsOf(input.words[0]);
@@ -55,7 +55,7 @@ unsigned short reorderAudio(cSdpNegotiator& object, RequestInput& input) {
   return isFirst(object, codecs[0]) ? 0 : 1;
 }
 
-constexpr RequestArgument bandwidthArguments[] = {
+constexpr RequestArgument kBandwidthArguments[] = {
     {.name = "N", .expects = "a whole number of 32 bits, as the b-lines have it", .accepts = isBandwidth}};
 
 unsigned short capVideoBandwidth(cSdpNegotiator& object, RequestInput& input) {
@@ -68,11 +68,11 @@ unsigned short capVideoBandwidth(cSdpNegotiator& object, RequestInput& input) {
   return object.sdpLimitVideoMediaBandwidth(limit, H264_PROFILE_NOT_PRESENT);
 }
 
-constexpr RequestArgument levelArguments[] = {
-    {.name = "LEVEL", .expects = "an H.264 level", .values = h264LevelNames}};
+constexpr RequestArgument kLevelArguments[] = {
+    {.name = "LEVEL", .expects = "an H.264 level", .values = kH264LevelNames}};
 
 unsigned short capH264Level(cSdpNegotiator& object, RequestInput& input) {
-  const auto level = static_cast<eH264_profile_id>(indexOf(h264LevelNames, input.words[0]));
+  const auto level = static_cast<eH264_profile_id>(indexOf(kH264LevelNames, input.words[0]));
   const std::int32_t current = object.getParsedData().h264Profile;
   if (level >= current) {
     const std::string name = h264LevelName(current);
@@ -83,10 +83,10 @@ unsigned short capH264Level(cSdpNegotiator& object, RequestInput& input) {
   return object.getParsedData().h264Profile != current ? 0 : 1;
 }
 
-constexpr RequestArgument restrictVideoArguments[] = {{.name = "CODECS",
-                                                       .expects = "names of video codecs between commas",
-                                                       .accepts = areVideoCodecs,
-                                                       .names = videoCodecNames}};
+constexpr RequestArgument kRestrictVideoArguments[] = {{.name = "CODECS",
+                                                        .expects = "names of video codecs between commas",
+                                                        .accepts = areVideoCodecs,
+                                                        .names = videoCodecNames}};
 
 unsigned short restrictVideo(cSdpNegotiator& object, RequestInput& input) {
   const auto codecs = *videoCodecsOf(input.words[0]);
@@ -97,23 +97,23 @@ unsigned short restrictVideo(cSdpNegotiator& object, RequestInput& input) {
   return 0;
 }
 
-constexpr RequestRow rows[] = {
-    {"restrict-audio", restrictArguments, "Keep these audio codecs, in the body's order or the given one.",
+constexpr RequestRow kRows[] = {
+    {"restrict-audio", kRestrictArguments, "Keep these audio codecs, in the body's order or the given one.",
      restrictAudio, "sdpRestrictAudioCodecsTo"},
-    {"prefer-audio", preferArguments, "Put an audio codec of the body first.", preferAudio,
+    {"prefer-audio", kPreferArguments, "Put an audio codec of the body first.", preferAudio,
      "sdpChangeAudioCodecPreference"},
-    {"reorder-audio", reorderArguments, "Keep these audio codecs in this order; others go.", reorderAudio,
+    {"reorder-audio", kReorderArguments, "Keep these audio codecs in this order; others go.", reorderAudio,
      "sdpReorderAudioCodecPreference"},
-    {"restrict-video", restrictVideoArguments,
+    {"restrict-video", kRestrictVideoArguments,
      "Keep these video codecs, of which each video section must have one.", restrictVideo,
      "sdpRestrictVideoCodecsTo"},
-    {"cap-video-bandwidth", bandwidthArguments, "Lower the b-lines of the video that are above N.",
+    {"cap-video-bandwidth", kBandwidthArguments, "Lower the b-lines of the video that are above N.",
      capVideoBandwidth, "sdpLimitVideoMediaBandwidth"},
-    {"cap-h264-level", levelArguments, "Lower the H.264 levels that are above LEVEL.", capH264Level,
+    {"cap-h264-level", kLevelArguments, "Lower the H.264 levels that are above LEVEL.", capH264Level,
      "sdpLimitVideoMediaBandwidth"}};
 
 }  // namespace
 
-std::span<const RequestRow> codecRequests() { return rows; }
+std::span<const RequestRow> codecRequests() { return kRows; }
 
 }  // namespace tool

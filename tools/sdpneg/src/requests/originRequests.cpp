@@ -13,7 +13,7 @@ bool isVersionNumber(std::string_view word) {
   return !word.starts_with('-') && wholeNumber<long long>(word).has_value();
 }
 
-constexpr RequestArgument setVersionArguments[] = {
+constexpr RequestArgument kSetVersionArguments[] = {
     {.name = "N", .expects = "a whole number from 0 to 9223372036854775807", .accepts = isVersionNumber}};
 
 unsigned short setVersion(cSdpNegotiator& object, RequestInput& input) {
@@ -29,7 +29,7 @@ unsigned short increaseVersion(cSdpNegotiator& object, RequestInput& input) {
   return input.refusal.empty() ? object.sdpIncVersion() : static_cast<unsigned short>(1);
 }
 
-constexpr RequestArgument modifyOriginArguments[] = {
+constexpr RequestArgument kModifyOriginArguments[] = {
     {.name = "ID", .expects = "a session id without blanks", .accepts = isField},
     {.name = "VERSION", .expects = "a session version without blanks", .accepts = isField},
     {.name = "IP", .expects = "an IP address", .accepts = isAddress, .optional = true}};
@@ -38,22 +38,22 @@ unsigned short modifyOrigin(cSdpNegotiator& object, RequestInput& input) {
   return object.sdpModifyOLine(input.word(0), input.word(1), input.word(2));
 }
 
-constexpr RequestArgument copyOriginArguments[] = {
+constexpr RequestArgument kCopyOriginArguments[] = {
     {.name = "FILE", .expects = "a body or SIP message", .isFile = true}};
 
 unsigned short copyOrigin(cSdpNegotiator& object, RequestInput& input) {
   return object.copyOLine(input.other ? &*input.other : nullptr);
 }
 
-constexpr RequestRow rows[] = {
-    {"set-version", setVersionArguments, "Set the session version of the o-line.", setVersion,
+constexpr RequestRow kRows[] = {
+    {"set-version", kSetVersionArguments, "Set the session version of the o-line.", setVersion,
      "sdpSetVersionNumber sdpSetVersionNumberLong"},
     {"increase-version",
      {},
      "Raise the session version of the o-line by one.",
      increaseVersion,
      "sdpIncVersion"},
-    {"modify-origin", modifyOriginArguments,
+    {"modify-origin", kModifyOriginArguments,
      "Write a new o-line; without an address, with the unspecified one.", modifyOrigin, "sdpModifyOLine",
      true},
     {"renew-origin",
@@ -61,10 +61,10 @@ constexpr RequestRow rows[] = {
      "Write a new o-line with id and version by the time of day.",
      plainRequest<&cSdpNegotiator::sdpModifyOLine>,
      "sdpModifyOLine"},
-    {"copy-origin", copyOriginArguments, "Take the o-line of another body over.", copyOrigin, "copyOLine"}};
+    {"copy-origin", kCopyOriginArguments, "Take the o-line of another body over.", copyOrigin, "copyOLine"}};
 
 }  // namespace
 
-std::span<const RequestRow> originRequests() { return rows; }
+std::span<const RequestRow> originRequests() { return kRows; }
 
 }  // namespace tool

@@ -18,7 +18,7 @@ std::size_t indexOf(std::span<const std::string_view> values, std::string_view w
 /// The pieces of a text between separators; an empty text is one empty piece.
 std::vector<std::string_view> splitAt(std::string_view text, char separator);
 
-inline constexpr std::string_view addressFamilies[] = {"4", "6"};
+inline constexpr std::string_view kAddressFamilies[] = {"4", "6"};
 
 bool isAddress(std::string_view word);
 /// A word that may stand in a line as one of its fields.

@@ -61,9 +61,9 @@ struct RequestCall {
 };
 
 /// A row's function for a request without arguments.
-template <unsigned short (cSdpNegotiator::*operation)()>
+template <unsigned short (cSdpNegotiator::*Operation)()>
 unsigned short plainRequest(cSdpNegotiator& object, RequestInput& /*input*/) {
-  return (object.*operation)();
+  return (object.*Operation)();
 }
 
 /// Edits the text of a body and parses what comes of it, as the requests of the library do.
@@ -77,9 +77,9 @@ unsigned short editText(cSdpNegotiator& object, Edit edit) {
 }
 
 /// A row's function for an edit of a text without arguments.
-template <unsigned short (*edit)(char*)>
+template <unsigned short (*Operation)(char*)>
 unsigned short textRequest(cSdpNegotiator& object, RequestInput& /*input*/) {
-  return editText(object, edit);
+  return editText(object, Operation);
 }
 
 // The rows of each topic, in the order of the help.

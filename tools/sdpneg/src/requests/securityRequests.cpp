@@ -47,10 +47,10 @@ unsigned short removeDtls(cSdpNegotiator& object, RequestInput& input) {
   return object.sdpRemoveDTLSAttributes();
 }
 
-constexpr std::string_view keyKinds[] = {"mikey", "sdes"};
+constexpr std::string_view kKeyKinds[] = {"mikey", "sdes"};
 
-constexpr RequestArgument removeSecureArguments[] = {
-    {.name = "KEYS", .expects = "a kind of keys", .values = keyKinds, .optional = true}};
+constexpr RequestArgument kRemoveSecureArguments[] = {
+    {.name = "KEYS", .expects = "a kind of keys", .values = kKeyKinds, .optional = true}};
 
 /// Removes media, and tells which.
 unsigned short disableMedia(cSdpNegotiator& object, RequestInput& input, eNonSupportedSecurity kind) {
@@ -62,7 +62,7 @@ unsigned short disableMedia(cSdpNegotiator& object, RequestInput& input, eNonSup
 
 unsigned short removeSecure(cSdpNegotiator& object, RequestInput& input) {
   if (input.words.empty()) return disableMedia(object, input, NON_SUPPORTED_ALL_SECURE);
-  const bool isMikey = indexOf(keyKinds, input.words[0]) == 0;
+  const bool isMikey = indexOf(kKeyKinds, input.words[0]) == 0;
   const bool present = isMikey ? object.isMikeyPresent() : object.isSDESPresent();
   if (!present) return beIdle(input, isMikey ? "the body has no MIKEY" : "the body has no SDES");
   return disableMedia(object, input, isMikey ? NON_SUPPORTED_MIKEY : NON_SUPPORTED_SDES);
@@ -72,10 +72,9 @@ unsigned short removePlain(cSdpNegotiator& object, RequestInput& input) {
   return disableMedia(object, input, NON_SUPPORTED_RTP);
 }
 
-constexpr RequestArgument recordArguments[] = {
+constexpr RequestArgument kRecordArguments[] = {
     {.name = "RECORD",
-     .expects = "what a removal said that it removed: 1 to 25 numbers of 1 to "
-                "255 between commas",
+     .expects = "what a removal said that it removed: 1 to 25 numbers of 1 to 255 between commas",
      .accepts = isRemovedRecord}};
 
 unsigned short restoreSecure(cSdpNegotiator& object, RequestInput& input) {
@@ -83,17 +82,17 @@ unsigned short restoreSecure(cSdpNegotiator& object, RequestInput& input) {
   return object.sdpReplaceTransportProtocol(record.data(), true);
 }
 
-constexpr std::string_view securityTypes[] = {"none",         "plain",        "secure", "both",
-                                              "best-effort1", "best-effort2", "unknown"};
+constexpr std::string_view kSecurityTypes[] = {"none",         "plain",        "secure", "both",
+                                               "best-effort1", "best-effort2", "unknown"};
 
-constexpr RequestArgument changeSecurityArguments[] = {
-    {.name = "FROM", .expects = "a security type", .values = securityTypes},
-    {.name = "TO", .expects = "a security type", .values = securityTypes}};
+constexpr RequestArgument kChangeSecurityArguments[] = {
+    {.name = "FROM", .expects = "a security type", .values = kSecurityTypes},
+    {.name = "TO", .expects = "a security type", .values = kSecurityTypes}};
 
 unsigned short changeSecurity(cSdpNegotiator& object, RequestInput& input) {
   RemovedRecord record;
-  const auto from = static_cast<eSecurityType>(indexOf(securityTypes, input.words[0]));
-  const auto to = static_cast<eSecurityType>(indexOf(securityTypes, input.words[1]));
+  const auto from = static_cast<eSecurityType>(indexOf(kSecurityTypes, input.words[0]));
+  const auto to = static_cast<eSecurityType>(indexOf(kSecurityTypes, input.words[1]));
   if (from == to) return beIdle(input, "FROM and TO are the same");
   if (from != BE_SRTP_2m_LINE || (to != BE_SRTP_1m_LINE && to != SECURITY_SRTP_ONLY)) {
     input.refusal = "only best-effort2 can be changed, into best-effort1 or secure";
@@ -105,13 +104,13 @@ unsigned short changeSecurity(cSdpNegotiator& object, RequestInput& input) {
   return status;
 }
 
-constexpr RequestArgument removeAnatArguments[] = {
-    {.name = "FAMILY", .expects = "an address family", .values = addressFamilies}};
+constexpr RequestArgument kRemoveAnatArguments[] = {
+    {.name = "FAMILY", .expects = "an address family", .values = kAddressFamilies}};
 
 unsigned short removeAnat(cSdpNegotiator& object, RequestInput& input) {
   if (!object.isAnatPresent()) return beIdle(input, "the body has no ANAT group");
   RemovedRecord record;
-  const auto version = indexOf(addressFamilies, input.words[0]) == 0 ? ipVersion4 : ipVersion6;
+  const auto version = indexOf(kAddressFamilies, input.words[0]) == 0 ? kIpVersion4 : kIpVersion6;
   object.sdpRemoveANAT(version, record.data(), true);
   input.removed = record.text();
   return 0;
@@ -122,7 +121,7 @@ unsigned short reinsertAnat(cSdpNegotiator& object, RequestInput& input) {
   return object.sdpReInsertANAT(record.data(), true);
 }
 
-constexpr RequestRow rows[] = {
+constexpr RequestRow kRows[] = {
     {"remove-ice", {}, "Remove the attributes of ICE.", removeIce, "sdpRemoveIce"},
     {"remove-candidates",
      {},
@@ -149,13 +148,13 @@ constexpr RequestRow rows[] = {
      "Remove the crypto attributes of SDES.",
      plainRequest<&cSdpNegotiator::sdpDisableSDESCryptoMedia>,
      "sdpDisableSDESCryptoMedia"},
-    {"remove-secure", removeSecureArguments,
+    {"remove-secure", kRemoveSecureArguments,
      "Remove the RTP/SAVP media; with a kind of keys, only these where the body has both.", removeSecure,
      "sdpDisableSRTPMedia", true, Takes::any},
     {"remove-plain", {}, "Remove the RTP/AVP media.", removePlain, "sdpDisableSRTPMedia", true, Takes::any},
-    {"restore-secure", recordArguments, "Put secure m-lines with port 0 in the places of a RECORD.",
+    {"restore-secure", kRecordArguments, "Put secure m-lines with port 0 in the places of a RECORD.",
      restoreSecure, "sdpReplaceTransportProtocol", true},
-    {"change-security", changeSecurityArguments,
+    {"change-security", kChangeSecurityArguments,
      "Turn best-effort2, two m-lines per medium, into best-effort1, one, or secure.", changeSecurity,
      "sdpChangeSdpType", true, Takes::any},
     {"double-mlines",
@@ -164,14 +163,14 @@ constexpr RequestRow rows[] = {
      plainRequest<&cSdpNegotiator::sdpBuild2mLineSDP>,
      "sdpBuild2mLineSDP",
      true},
-    {"remove-anat", removeAnatArguments, "Remove the media of an address family, and the ANAT group.",
+    {"remove-anat", kRemoveAnatArguments, "Remove the media of an address family, and the ANAT group.",
      removeAnat, "sdpRemoveANAT", true, Takes::any},
-    {"reinsert-anat", recordArguments,
+    {"reinsert-anat", kRecordArguments,
      "Put m-lines with port 0 in the places of a RECORD, and make an ANAT group.", reinsertAnat,
      "sdpReInsertANAT", true}};
 
 }  // namespace
 
-std::span<const RequestRow> securityRequests() { return rows; }
+std::span<const RequestRow> securityRequests() { return kRows; }
 
 }  // namespace tool

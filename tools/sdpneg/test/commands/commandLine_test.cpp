@@ -12,7 +12,7 @@ namespace {
 
 bool has(const std::string& text, std::string_view piece) { return text.find(piece) != std::string::npos; }
 
-TEST(CommandLine, givesHelp) {
+TEST(CommandLine, GivesHelp) {
   const Outcome program = runSdpneg({"--help"});
   EXPECT_EQ(program.status, 0);
   EXPECT_EQ(program.err, "");
@@ -39,7 +39,7 @@ std::map<std::string, std::string> columns(const std::string& list, std::set<std
   return rows;
 }
 
-TEST(CommandLine, listsTheRequests) {
+TEST(CommandLine, ListsTheRequests) {
   const Outcome outcome = runSdpneg({"requests"});
   EXPECT_EQ(outcome.status, 0);
   std::set<std::size_t> seconds;
@@ -59,7 +59,7 @@ TEST(CommandLine, listsTheRequests) {
             "Turn a received body into one that stands for the own, on hold unless active.");
 }
 
-TEST(CommandLine, helpOfRewriteListsTheRequests) {
+TEST(CommandLine, HelpOfRewriteListsTheRequests) {
   const Outcome help = runSdpneg({"rewrite", "--help"});
   EXPECT_TRUE(has(help.out, "\nRequests:\n" + runSdpneg({"requests"}).out));
   EXPECT_TRUE(
@@ -68,13 +68,13 @@ TEST(CommandLine, helpOfRewriteListsTheRequests) {
   EXPECT_EQ(runSdpneg({"rewrite", "mode", "--help"}).out, help.out);
 }
 
-TEST(CommandLine, givesTheVersion) {
+TEST(CommandLine, GivesTheVersion) {
   const Outcome outcome = runSdpneg({"--version"});
   EXPECT_EQ(outcome.out, "sdpneg " SDPNEG_VERSION "\n");
   EXPECT_EQ(outcome.status, 0);
 }
 
-TEST(CommandLine, refusesWhatItDoesNotKnow) {
+TEST(CommandLine, RefusesWhatItDoesNotKnow) {
   const std::vector<std::vector<std::string>> wrong = {
       {}, {"nothing"}, {"inspect", "--nothing"}, {"inspect", "--color=pink"}, {"inspect", "--color"}};
   for (const auto& arguments : wrong) {
@@ -87,17 +87,17 @@ TEST(CommandLine, refusesWhatItDoesNotKnow) {
   }
 }
 
-TEST(CommandLine, takesOddNamesForFiles) {
+TEST(CommandLine, TakesOddNamesForFiles) {
   const Outcome command = runSdpneg({"inspect", "inspect"});
   EXPECT_EQ(command.err, "sdpneg: inspect: cannot be read: No such file or directory\n");
   const Outcome option = runSdpneg({"inspect", "--", "--json"});
   EXPECT_EQ(option.err, "sdpneg: --json: cannot be read: No such file or directory\n");
 }
 
-TEST(Completion, followsTheCommandTable) {
-  EXPECT_EQ(runSdpneg({"--complete"}).out,
-            "inspect\nrewrite\nrequests\ncreate\ncompare\nupdate-answer\nversion-"
-            "increased\nalign\npack\nunpack\n--help\n--version\n");
+TEST(Completion, FollowsTheCommandTable) {
+  EXPECT_EQ(
+      runSdpneg({"--complete"}).out,
+      "inspect\nrewrite\nrequests\ncreate\ncompare\nupdate-answer\nversion-increased\nalign\npack\nunpack\n--help\n--version\n");
   EXPECT_EQ(runSdpneg({"--complete", "pack"}).out, "--output\n--help\n<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "pack", "-o"}).out, "<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect"}).out, "--json\n--trace\n--color\n--help\n<file>\n");
@@ -116,7 +116,7 @@ std::string requestNames() {
   return names;
 }
 
-TEST(Completion, followsTheRequestTable) {
+TEST(Completion, FollowsTheRequestTable) {
   EXPECT_TRUE(has(requestNames(), "set-version\nincrease-version\n"));
   const std::string options = "--diff\n--in-place\n--verbose\n--trace\n--color\n--help\n";
   const std::string names = requestNames();
@@ -159,7 +159,7 @@ std::string offered(const std::string& words, int cursor) {
   return readBytes(folder.path("reply"));
 }
 
-TEST(Completion, worksInBash) {
+TEST(Completion, WorksInBash) {
   EXPECT_EQ(offered("sdpneg ins", 1), "inspect\n");
   EXPECT_EQ(offered("sdpneg inspect --j", 2), "--json\n");
   EXPECT_EQ(offered("sdpneg inspect off", 2), "offer.sdp\n");
@@ -169,7 +169,7 @@ TEST(Completion, worksInBash) {
   EXPECT_EQ(offered("sdpneg rewrite renew-origin off", 3), "offer.sdp\n");
 }
 
-TEST(ManualPage, holdsTheCommandTable) {
+TEST(ManualPage, HoldsTheCommandTable) {
   const std::string file = SDPNEG_MANUAL;
   if (file.empty()) GTEST_SKIP() << "there is no page where the program does not run";
   const std::string page = readBytes(file);
@@ -179,9 +179,9 @@ TEST(ManualPage, holdsTheCommandTable) {
   EXPECT_TRUE(has(
       page, "WHEN is \\fBauto\\fR, \\fBalways\\fR or \\fBnever\\fR; without the option, \\fBauto\\fR.\n"));
   EXPECT_TRUE(has(page, ".B 64\n"));
-  EXPECT_TRUE(has(page,
-                  ".SS \"sdpneg rewrite [OPTION...] REQUEST [ARGUMENT...] [\\-\\- REQUEST [ARGUMENT...]]... "
-                  "[FILE]\"\n"));
+  EXPECT_TRUE(has(
+      page,
+      ".SS \"sdpneg rewrite [OPTION...] REQUEST [ARGUMENT...] [\\-\\- REQUEST [ARGUMENT...]]... [FILE]\"\n"));
   EXPECT_TRUE(has(page,
                   ".TP\n\\fBset\\-version N\\fR\nSet the session version of the o\\-line.\n"
                   "\\fIN\\fR is a whole number from 0 to 9223372036854775807.\n"));

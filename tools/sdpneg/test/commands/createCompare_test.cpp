@@ -13,7 +13,7 @@ std::string created(const std::string& address, const std::string& port, const s
          port + " RTP/AVP" + formats + "\r\n" + lines;
 }
 
-TEST(Create, writesABody) {
+TEST(Create, WritesABody) {
   const std::string pcmu = "a=rtpmap:0 PCMU/8000\r\n";
   const std::string pcma = "a=rtpmap:8 PCMA/8000\r\n";
   const struct {
@@ -37,7 +37,7 @@ TEST(Create, writesABody) {
   }
 }
 
-TEST(Create, writesTheAddressTypeOfAnIPv6Address) {
+TEST(Create, WritesTheAddressTypeOfAnIPv6Address) {
   for (const std::string& address : {std::string("2001:db8::1"), std::string("::ffff:192.0.2.1")}) {
     const Outcome outcome = runSdpneg({"create", address, "4000"});
     EXPECT_EQ(outcome.out, "v=0\r\no=- 0 0 IN IP6 " + address + "\r\ns=-\r\nc=IN IP6 " + address +
@@ -50,7 +50,7 @@ TEST(Create, writesTheAddressTypeOfAnIPv6Address) {
   }
 }
 
-TEST(Create, saysWhyTheLibraryRefuses) {
+TEST(Create, SaysWhyTheLibraryRefuses) {
   const Outcome port = runSdpneg({"create", "192.0.2.1", "80"});
   EXPECT_EQ(port.err, "sdpneg: create is refused: Invalid port number (80) entry.\n");
   EXPECT_EQ(port.out, "");
@@ -61,7 +61,7 @@ TEST(Create, saysWhyTheLibraryRefuses) {
   EXPECT_EQ(address.status, 1);
 }
 
-TEST(Create, writesADummyAnswer) {
+TEST(Create, WritesADummyAnswer) {
   const auto session = [](const std::string& address) {
     return "v=0\r\no=QnSIP 0 1 IN " + address + "\r\ns=SIP Call\r\nc=IN " + address + "\r\nt=0 0\r\n";
   };
@@ -81,7 +81,7 @@ TEST(Create, writesADummyAnswer) {
   EXPECT_EQ(outcome.status, 0);
 }
 
-TEST(Create, refusesWrongUsage) {
+TEST(Create, RefusesWrongUsage) {
   for (const std::vector<std::string>& arguments : {std::vector<std::string>{"create"},
                                                     {"create", "192.0.2.1"},
                                                     {"create", "192.0.2.1", "x"},
@@ -108,7 +108,7 @@ class Compare : public testing::Test {
   TemporaryFolder folder;
 };
 
-TEST_F(Compare, findsTheSame) {
+TEST_F(Compare, FindsTheSame) {
   const Outcome outcome = compare(body, body);
   EXPECT_EQ(outcome.out,
             "  bodies            the same (o-lines aside)\n"
@@ -118,7 +118,7 @@ TEST_F(Compare, findsTheSame) {
   EXPECT_EQ(outcome.status, 0);
 }
 
-TEST_F(Compare, tellsAnUpdateFromItsReverse) {
+TEST_F(Compare, TellsAnUpdateFromItsReverse) {
   const std::string later = replaced(body, " 17 18 ", " 17 19 ");
   const Outcome update = compare(body, later);
   EXPECT_EQ(
@@ -135,14 +135,14 @@ TEST_F(Compare, tellsAnUpdateFromItsReverse) {
   EXPECT_EQ(reverse.status, 0);
 }
 
-TEST_F(Compare, doesNotTakeAnotherSessionForAnUpdate) {
+TEST_F(Compare, DoesNotTakeAnotherSessionForAnUpdate) {
   for (const char* origin : {" 16 19 ", " 18 19 "}) {
     EXPECT_NE(compare(body, replaced(body, " 17 18 ", origin)).out.find("  B updates A       no\n"),
               std::string::npos);
   }
 }
 
-TEST_F(Compare, findsADifference) {
+TEST_F(Compare, FindsADifference) {
   const Outcome outcome = compare(body, body + "a=sendonly\n");
   EXPECT_EQ(outcome.out,
             "  bodies            different (o-lines aside)\n"
@@ -154,20 +154,20 @@ TEST_F(Compare, findsADifference) {
   EXPECT_EQ(outcome.status, 1);
 }
 
-TEST_F(Compare, takesBodiesWithoutSLineForDifferent) {
+TEST_F(Compare, TakesBodiesWithoutSLineForDifferent) {
   const std::string text = replaced(body, "s=-\n", "");
   const Outcome outcome = compare(text, text);
   EXPECT_TRUE(outcome.out.starts_with("  bodies            different")) << outcome.out;
   EXPECT_EQ(outcome.status, 1);
 }
 
-TEST_F(Compare, takesTheBodiesOutOfMessages) {
+TEST_F(Compare, TakesTheBodiesOutOfMessages) {
   const Outcome outcome = compare("SIP/2.0 200 OK\nCSeq: 1 INVITE\n\n" + body, body);
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.out.find("@@"), std::string::npos);
 }
 
-TEST_F(Compare, saysWhatIsWrongWithBothInputs) {
+TEST_F(Compare, SaysWhatIsWrongWithBothInputs) {
   const Outcome outcome = compare("hello\n", std::string(bodies::browserOffer));
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.err,
@@ -176,7 +176,7 @@ TEST_F(Compare, saysWhatIsWrongWithBothInputs) {
   EXPECT_EQ(outcome.status, 2);
 }
 
-TEST_F(Compare, refusesWrongUsage) {
+TEST_F(Compare, RefusesWrongUsage) {
   const std::string file = folder.write("a", body);
   EXPECT_EQ(runSdpneg({"compare"}).status, 64);
   EXPECT_EQ(runSdpneg({"compare", file}).status, 64);

@@ -43,7 +43,7 @@ std::ostream& operator<<(std::ostream& out, const Run& each) { return out << eac
 
 class OfferCommands : public testing::TestWithParam<Run> {};
 
-TEST_P(OfferCommands, giveResultReasonAndStatus) {
+TEST_P(OfferCommands, GiveResultReasonAndStatus) {
   const TemporaryFolder folder;
   std::vector<std::string> arguments = {GetParam().command};
   for (const std::string& body : GetParam().bodies) {
@@ -129,9 +129,7 @@ const Run runs[] = {
      {replaced(offer, "o=ann ", "o=Ann Lee "), offer},
      1,
      "",
-     "sdpneg: 1.sdp: by the library's count \"IN\" of the o-line is field 5 and not 4, so another field "
-     "would be "
-     "taken for the version\n"},
+     "sdpneg: 1.sdp: by the library's count \"IN\" of the o-line is field 5 and not 4, so another field would be taken for the version\n"},
     {"alignOfABodyThatCannotBeWrittenAnew",
      "align",
      {offer + video, offer + manyAttributes()},
@@ -155,14 +153,14 @@ class OfferFiles : public testing::Test {
   std::string next = folder.write("next.sdp", withVersion(offer, "19"));
 };
 
-TEST_F(OfferFiles, oneIsReadFromStandardInput) {
+TEST_F(OfferFiles, OneIsReadFromStandardInput) {
   EXPECT_EQ(runSdpneg({"version-increased", "-", next}, {.input = offer}).out, "yes\n");
   EXPECT_EQ(runSdpneg({"version-increased", file, "-"}, {.input = offer}).out, "no\n");
   EXPECT_EQ(runSdpneg({"align", file, "-"}, {.input = offer}).out, withVersion(offer, "19"));
   EXPECT_EQ(runSdpneg({"update-answer", "-", file, next}, {.input = answering(offer)}).out, answering(offer));
 }
 
-TEST_F(OfferFiles, aSipMessageGivesItsBody) {
+TEST_F(OfferFiles, ASipMessageGivesItsBody) {
   const std::string message =
       folder.write("invite.sip",
                    "INVITE sip:bob@example.com SIP/2.0\r\nContent-Type: application/sdp\r\nContent-Length: " +
@@ -171,7 +169,7 @@ TEST_F(OfferFiles, aSipMessageGivesItsBody) {
   EXPECT_EQ(runSdpneg({"align", next, message}).out, withVersion(offer, "20"));
 }
 
-TEST_F(OfferFiles, wrongUsageIsRefused) {
+TEST_F(OfferFiles, WrongUsageIsRefused) {
   for (const std::vector<std::string>& arguments : {std::vector<std::string>{"version-increased", "-", "-"},
                                                     {"version-increased", file},
                                                     {"align", file},
@@ -185,7 +183,7 @@ TEST_F(OfferFiles, wrongUsageIsRefused) {
   }
 }
 
-TEST_F(OfferFiles, everyInputThatIsWrongIsNamed) {
+TEST_F(OfferFiles, EveryInputThatIsWrongIsNamed) {
   for (const std::string command : {"version-increased", "align"}) {
     const Outcome outcome = runSdpneg({command, folder.path("a"), folder.path("b")});
     EXPECT_EQ(outcome.err, "sdpneg: " + folder.path("a") + ": cannot be read: No such file or directory\n" +
@@ -195,7 +193,7 @@ TEST_F(OfferFiles, everyInputThatIsWrongIsNamed) {
   }
 }
 
-TEST_F(OfferFiles, traceShowsTheLinesOfTheRequest) {
+TEST_F(OfferFiles, TraceShowsTheLinesOfTheRequest) {
   const Outcome outcome = runSdpneg({"version-increased", "--trace", file, next});
   EXPECT_EQ(outcome.out, "yes\n");
   EXPECT_TRUE(outcome.err.find("Entered isSdpVersionIncrease()\n") != std::string::npos) << outcome.err;

@@ -87,7 +87,7 @@ Names requestOperations() {
 const std::string negotiator = declarations(readBytes(SDPNEG_NEGOTIATOR_HEADER), "cSdpNegotiator");
 const std::string modifiers = declarations(readBytes(SDPNEG_MODIFIERS_HEADER), "sdpModifications");
 
-TEST(Operations, thatChangeABodyAreReached) {
+TEST(Operations, ThatChangeABodyAreReached) {
   const Names changing = operationsIn(negotiator, changesObject);
   ASSERT_TRUE(changing.contains("sdpIncVersion"));  // the first and the last of the header
   ASSERT_TRUE(changing.contains("sdpLimitVideoMediaBandwidth"));
@@ -100,7 +100,7 @@ TEST(Operations, thatChangeABodyAreReached) {
   }
 }
 
-TEST(Operations, thatAreNamedExist) {
+TEST(Operations, ThatAreNamedExist) {
   const Names own = operationsIn(negotiator, isAny);
   const Names edits = operationsIn(modifiers, isAny);
   constexpr std::string_view prefix = "sdpModifications::";
@@ -115,7 +115,7 @@ TEST(Operations, thatAreNamedExist) {
   for (const auto& [name, reason] : unasked) EXPECT_TRUE(own.contains(name)) << name << ": " << reason;
 }
 
-TEST(Operations, areListedForEveryRequest) {
+TEST(Operations, AreListedForEveryRequest) {
   std::istringstream requests(runSdpneg({"requests"}).out);
   std::istringstream operations(runSdpneg({"requests", "--operations"}).out);
   std::string line;

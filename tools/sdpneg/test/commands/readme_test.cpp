@@ -35,7 +35,7 @@ std::vector<std::string> argumentsOf(const std::string& command) {
   return arguments;
 }
 
-TEST(Readme, showsRequestsThatChangeTheirBodies) {
+TEST(Readme, ShowsRequestsThatChangeTheirBodies) {
   const std::vector<std::string> commands = commandsOf(readBytes(sources + "/README.md"));
   EXPECT_GE(commands.size(), 9U);
   for (const std::string& command : commands) {
@@ -106,8 +106,8 @@ void expectExamples(const std::string& page, const std::string& workingFolder, s
   }
 }
 
-TEST(Readme, showsWhatItsExamplesGive) { expectExamples("/README.md", ".", 2); }
+TEST(Readme, ShowsWhatItsExamplesGive) { expectExamples("/README.md", ".", 2); }
 
-TEST(ToolPage, showsWhatItsExamplesGive) { expectExamples("/docs/tool.md", "examples/bodies", 20); }
+TEST(ToolPage, ShowsWhatItsExamplesGive) { expectExamples("/docs/tool.md", "examples/bodies", 20); }
 
 }  // namespace

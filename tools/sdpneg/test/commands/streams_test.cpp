@@ -8,7 +8,7 @@ namespace {
 const std::string body(bodies::audioCall);
 constexpr const char* escape = "\x1b[";
 
-TEST(StandardInput, isReadWithoutOperandAndForADash) {
+TEST(StandardInput, IsReadWithoutOperandAndForADash) {
   const Outcome without = runSdpneg({"inspect"}, {.input = body});
   const Outcome dash = runSdpneg({"inspect", "-"}, {.input = body});
   EXPECT_EQ(without.status, 0);
@@ -16,7 +16,7 @@ TEST(StandardInput, isReadWithoutOperandAndForADash) {
   EXPECT_TRUE(dash.out.starts_with("(standard input)\n  origin "));
 }
 
-TEST(Trace, isTheLibrarysAndGoesToStandardError) {
+TEST(Trace, IsTheLibrarysAndGoesToStandardError) {
   const std::string plain = runSdpneg({"inspect"}, {.input = body}).out;
   const Outcome outcome = runSdpneg({"inspect", "--trace"}, {.input = body});
   EXPECT_EQ(outcome.out, plain);
@@ -26,7 +26,7 @@ TEST(Trace, isTheLibrarysAndGoesToStandardError) {
   EXPECT_EQ(outcome.status, 0);
 }
 
-TEST(Trace, ofSeveralInputsNamesThem) {
+TEST(Trace, OfSeveralInputsNamesThem) {
   const TemporaryFolder folder;
   const std::string one = folder.write("1.sdp", body);
   const std::string two = folder.write("2.sdp", "v=0\n");
@@ -37,7 +37,7 @@ TEST(Trace, ofSeveralInputsNamesThem) {
             std::string::npos);
 }
 
-TEST(Trace, ofARefusedBodyHoldsItsParseOnce) {
+TEST(Trace, OfARefusedBodyHoldsItsParseOnce) {
   const Outcome outcome = runSdpneg({"inspect", "--trace"}, {.input = std::string(bodies::browserOffer)});
   const std::string line = "SDP_NEGOTIATOR_ERROR:Invalid port number found in m=audio: 9\n";
   const std::size_t first = outcome.err.find(line);
@@ -45,13 +45,13 @@ TEST(Trace, ofARefusedBodyHoldsItsParseOnce) {
   EXPECT_EQ(outcome.err.find(line, first + 1), std::string::npos);
 }
 
-TEST(Trace, isNotWrittenUnasked) {
+TEST(Trace, IsNotWrittenUnasked) {
   const Outcome outcome =
       runSdpneg({"inspect"}, {.input = body, .environment = {{"KVRTT", "SDP_NEGOTIATOR=INFO"}}});
   EXPECT_EQ(outcome.err, "");
 }
 
-TEST(ClosedPipe, endsTheProgramQuietly) {
+TEST(ClosedPipe, EndsTheProgramQuietly) {
   const TemporaryFolder folder;
   for (int i = 0; i < 400; ++i) folder.write(std::to_string(i) + ".sdp", body);  // more than a pipe holds
   for (const char* form : {"--color=never", "--json"}) {
@@ -61,7 +61,7 @@ TEST(ClosedPipe, endsTheProgramQuietly) {
   }
 }
 
-TEST(FullDisk, isAnErrorOfItsOwn) {
+TEST(FullDisk, IsAnErrorOfItsOwn) {
   const Outcome outcome = runSdpneg({"inspect"}, {.input = body, .outputFile = "/dev/full"});
   EXPECT_EQ(outcome.err, "sdpneg: standard output cannot be written: No space left on device\n");
   EXPECT_EQ(outcome.status, 74);
@@ -69,13 +69,13 @@ TEST(FullDisk, isAnErrorOfItsOwn) {
 
 bool isColoured(const std::string& text) { return text.find(escape) != std::string::npos; }
 
-TEST(Colours, areForATerminal) {
+TEST(Colours, AreForATerminal) {
   EXPECT_TRUE(isColoured(runSdpneg({"inspect"}, {.input = body, .outputToTerminal = true}).out));
   EXPECT_FALSE(isColoured(runSdpneg({"inspect"}, {.input = body}).out));
   EXPECT_FALSE(isColoured(runSdpneg({"inspect", "--color=auto"}, {.input = body}).out));
 }
 
-TEST(Colours, canBeAskedForAndTurnedOff) {
+TEST(Colours, CanBeAskedForAndTurnedOff) {
   EXPECT_TRUE(isColoured(runSdpneg({"inspect", "--color=always"}, {.input = body}).out));
   EXPECT_TRUE(isColoured(runSdpneg({"inspect", "--color", "always"}, {.input = body}).out));
   EXPECT_FALSE(
@@ -83,7 +83,7 @@ TEST(Colours, canBeAskedForAndTurnedOff) {
   EXPECT_FALSE(isColoured(runSdpneg({"inspect", "--json", "--color=always"}, {.input = body}).out));
 }
 
-TEST(Colours, followNoColor) {
+TEST(Colours, FollowNoColor) {
   const auto run = [](const char* option, const char* value) {
     return isColoured(
         runSdpneg({"inspect", option},
@@ -95,12 +95,12 @@ TEST(Colours, followNoColor) {
   EXPECT_TRUE(run("--color=always", "1"));
 }
 
-TEST(Colours, areNotForADumbTerminal) {
+TEST(Colours, AreNotForADumbTerminal) {
   const Surroundings surroundings{.input = body, .environment = {{"TERM", "dumb"}}, .outputToTerminal = true};
   EXPECT_FALSE(isColoured(runSdpneg({"inspect"}, surroundings).out));
 }
 
-TEST(Colours, changeNothingElse) {
+TEST(Colours, ChangeNothingElse) {
   std::string out = runSdpneg({"inspect", "--color=always"}, {.input = body}).out;
   for (const char* code : {"\x1b[0m", "\x1b[1m", "\x1b[31m", "\x1b[32m", "\x1b[33m", "\x1b[36m"}) {
     out = replaced(out, code, "");
@@ -117,7 +117,7 @@ class ProgressBar : public testing::Test {
   TemporaryFolder folder;
 };
 
-TEST_F(ProgressBar, isShownOnATerminalAndRemoved) {
+TEST_F(ProgressBar, IsShownOnATerminalAndRemoved) {
   fill(60);
   const Outcome outcome = runSdpneg({"inspect", folder.path()}, {.errorsToTerminal = true});
   EXPECT_NE(outcome.err.find("\r[........................................] 1/60"), std::string::npos);
@@ -125,19 +125,19 @@ TEST_F(ProgressBar, isShownOnATerminalAndRemoved) {
   EXPECT_EQ(outcome.out, runSdpneg({"inspect", folder.path()}).out);
 }
 
-TEST_F(ProgressBar, isNotShownForFewInputs) {
+TEST_F(ProgressBar, IsNotShownForFewInputs) {
   fill(49);
   EXPECT_EQ(runSdpneg({"inspect", folder.path()}, {.errorsToTerminal = true}).err, "");
 }
 
-TEST_F(ProgressBar, isNotShownWithoutATerminal) {
+TEST_F(ProgressBar, IsNotShownWithoutATerminal) {
   fill(60);
   EXPECT_EQ(runSdpneg({"inspect", folder.path()}).err, "");
   const Surroundings dumb{.environment = {{"TERM", "dumb"}}, .errorsToTerminal = true};
   EXPECT_EQ(runSdpneg({"inspect", folder.path()}, dumb).err, "");
 }
 
-TEST_F(ProgressBar, makesRoomForMessages) {
+TEST_F(ProgressBar, MakesRoomForMessages) {
   fill(60);
   folder.write("5.sdp", "hello\n");
   const Outcome outcome = runSdpneg({"inspect", folder.path()}, {.errorsToTerminal = true});

@@ -49,7 +49,7 @@ class Terminal : public testing::Test {
   std::string next = folder.write("next.sdp", replaced(hostile, "17 18", "17 19"));
 };
 
-TEST_F(Terminal, getsNoControlCharactersOfABody) {
+TEST_F(Terminal, GetsNoControlCharactersOfABody) {
   const std::string message = folder.write(
       "invite", "INVITE sip:a SIP/2.0\nSubject: " + escape + "\nc: application/sdp\n\n" + hostile);
   const std::string bad = folder.write("bad.sdp", "v=0\n" + escape + c1 + "\n");
@@ -77,7 +77,7 @@ TEST_F(Terminal, getsNoControlCharactersOfABody) {
   }
 }
 
-TEST_F(Terminal, getsABodyInLines) {
+TEST_F(Terminal, GetsABodyInLines) {
   const std::string expected = replaced(hostile.substr(0, hostile.find("s=")), "\r\n", "\n") + shownTitle;
   const std::string shown = onTerminal({"rewrite", "set-version", "18", file});
   EXPECT_EQ(shown.substr(0, expected.size()), expected);
@@ -85,7 +85,7 @@ TEST_F(Terminal, getsABodyInLines) {
   EXPECT_TRUE(onTerminal({"align", file, next}).starts_with(replaced(expected, "17 18", "17 19")));
 }
 
-TEST_F(Terminal, getsNoTransferForm) {
+TEST_F(Terminal, GetsNoTransferForm) {
   const Outcome outcome = runSdpneg({"pack", file, "-o", "-"}, {.outputToTerminal = true});
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.err,
@@ -93,7 +93,7 @@ TEST_F(Terminal, getsNoTransferForm) {
   EXPECT_EQ(outcome.status, 64);
 }
 
-TEST_F(Terminal, isTheOnlyOneThatGetsOtherBytes) {
+TEST_F(Terminal, IsTheOnlyOneThatGetsOtherBytes) {
   EXPECT_EQ(runSdpneg({"rewrite", "set-version", "18", file}).out, hostile);
   const std::string out = folder.write("out", "");
   runSdpneg({"rewrite", "set-version", "18", file}, {.outputFile = out});
@@ -102,7 +102,7 @@ TEST_F(Terminal, isTheOnlyOneThatGetsOtherBytes) {
   EXPECT_EQ(runSdpneg({"align", file, next}).out, replaced(hostile, "17 18", "17 19"));
 }
 
-TEST_F(Terminal, andPipeGetTheSameJson) {
+TEST_F(Terminal, AndPipeGetTheSameJson) {
   const std::string document = runSdpneg({"inspect", "--json", file}).out;
   EXPECT_TRUE(isHarmless(document));
   EXPECT_EQ(nlohmann::json::parse(document)["bodies"][0]["description"]["mediaLines"][0]["label"],

@@ -43,7 +43,7 @@ class Transfer : public testing::Test {
   std::string file = folder.path("form");
 };
 
-TEST_F(Transfer, comesBackAsItWas) {
+TEST_F(Transfer, ComesBackAsItWas) {
   for (const std::string& text : {body, withCrLf(body), std::string(bodies::secureCall), longBody()}) {
     packed(text);
     const std::string out = folder.path("out.sdp");
@@ -54,12 +54,12 @@ TEST_F(Transfer, comesBackAsItWas) {
   }
 }
 
-TEST_F(Transfer, formHasTheSizeOfWhatItHolds) {
+TEST_F(Transfer, FormHasTheSizeOfWhatItHolds) {
   EXPECT_EQ(packed(body).size(), summarySize + body.size() + 1);
   EXPECT_LT(packed(longBody()).size(), summarySize + 2560);
 }
 
-TEST_F(Transfer, mayGoThroughPipes) {
+TEST_F(Transfer, MayGoThroughPipes) {
   const Outcome form = runSdpneg({"pack", "-o", "-"}, {.input = body});
   EXPECT_EQ(form.out, packed(body));
   EXPECT_EQ(runSdpneg({"unpack", "-", "-o", "-"}, {.input = form.out}).out, body);
@@ -72,7 +72,7 @@ cSdpNegotiator parsed(const std::string& text) {
   return object;
 }
 
-TEST_F(Transfer, formIsThatOfTheLibrary) {
+TEST_F(Transfer, FormIsThatOfTheLibrary) {
   for (const std::string& text : {body, std::string(bodies::secureCall)}) {
     unsigned char* bytes = nullptr;
     unsigned int size = 0;
@@ -82,7 +82,7 @@ TEST_F(Transfer, formIsThatOfTheLibrary) {
   }
 }
 
-TEST_F(Transfer, formIsReadByTheLibrary) {
+TEST_F(Transfer, FormIsReadByTheLibrary) {
   for (const std::string& text : {body, longBody()}) {  // of a few and of hundreds of attribute lines
     const std::string form = packed(text);
     cSdpNegotiator object{};
@@ -96,7 +96,7 @@ TEST_F(Transfer, formIsReadByTheLibrary) {
   }
 }
 
-TEST_F(Transfer, formOfTheLibraryIsRead) {
+TEST_F(Transfer, FormOfTheLibraryIsRead) {
   unsigned char* bytes = nullptr;
   unsigned int size = 0;
   ASSERT_EQ(parsed(longBody()).compressObject(&bytes, size), 0);
@@ -105,11 +105,11 @@ TEST_F(Transfer, formOfTheLibraryIsRead) {
   EXPECT_EQ(runSdpneg({"unpack", file, "-o", "-"}).out, longBody());
 }
 
-TEST_F(Transfer, takesTheBodyOutOfAMessage) {
+TEST_F(Transfer, TakesTheBodyOutOfAMessage) {
   EXPECT_EQ(packed("SIP/2.0 200 OK\nc: application/sdp\n\n" + body), packed(body));
 }
 
-TEST_F(Transfer, writesAFileAsOthersDo) {
+TEST_F(Transfer, WritesAFileAsOthersDo) {
   packed(body);
   struct stat status {};
   ASSERT_EQ(stat(file.c_str(), &status), 0);
@@ -118,7 +118,7 @@ TEST_F(Transfer, writesAFileAsOthersDo) {
   EXPECT_EQ(status.st_mode & 07777U, 0666U & ~mask);
 }
 
-TEST_F(Transfer, damagedFormsAreRefused) {
+TEST_F(Transfer, DamagedFormsAreRefused) {
   const auto invalid = [](std::size_t size) {
     return "The packed object of " + std::to_string(size) + " bytes is invalid. Exiting.";
   };
@@ -138,7 +138,7 @@ TEST_F(Transfer, damagedFormsAreRefused) {
                 "its text is no SDP: expected a first line \"v=\", found \"hello\"");
 }
 
-TEST_F(Transfer, badInputIsSaid) {
+TEST_F(Transfer, BadInputIsSaid) {
   const Outcome pack = runSdpneg({"pack", "-o", file}, {.input = "hello\n"});
   EXPECT_EQ(pack.err, "sdpneg: (standard input):1:1: expected a first line \"v=\", found \"hello\"\n");
   EXPECT_EQ(pack.status, 2);
@@ -148,7 +148,7 @@ TEST_F(Transfer, badInputIsSaid) {
   EXPECT_EQ(unpack.status, 2);
 }
 
-TEST_F(Transfer, whatCannotBeWrittenIsSaid) {
+TEST_F(Transfer, WhatCannotBeWrittenIsSaid) {
   const Outcome folderGiven = runSdpneg({"pack", "-o", folder.path()}, {.input = body});
   EXPECT_EQ(folderGiven.err, "sdpneg: " + folder.path() + ": cannot be written: it is no regular file\n");
   EXPECT_EQ(folderGiven.status, 74);
@@ -158,7 +158,7 @@ TEST_F(Transfer, whatCannotBeWrittenIsSaid) {
   EXPECT_EQ(none.status, 74);
 }
 
-TEST_F(Transfer, refusesWrongUsage) {
+TEST_F(Transfer, RefusesWrongUsage) {
   EXPECT_EQ(runSdpneg({"pack"}, {.input = body}).status, 64);
   EXPECT_EQ(runSdpneg({"unpack", file, "-o"}).status, 64);
   EXPECT_EQ(runSdpneg({"pack", file, file, "-o", file}).status, 64);

@@ -35,7 +35,7 @@ std::ostream& operator<<(std::ostream& out, const Case& each) { return out << ea
 
 class BadInput : public testing::TestWithParam<Case> {};
 
-TEST_P(BadInput, isSaidInOneLineAndTheOthersAreShown) {
+TEST_P(BadInput, IsSaidInOneLineAndTheOthersAreShown) {
   const TemporaryFolder folder;
   const std::string bad = folder.write("bad.sdp", GetParam().bytes);
   const std::string good = folder.write("good.sdp", bodies::audioCall);
@@ -81,9 +81,7 @@ const Case cases[] = {
     {"inheritedAddress",
      replaced(head, "c=IN IP4 192.0.2.1", "c=IN X call.example") +
          "m=audio 0 RTP/AVP 0\nm=audio 5004 RTP/AVP 0\n",
-     "4:8: the session's c-line, which m-line 2 (audio) has its address from, names \"call.example\", which "
-     "is no IP "
-     "address"},
+     "4:8: the session's c-line, which m-line 2 (audio) has its address from, names \"call.example\", which is no IP address"},
     {"tooManyMedia", head + repeated("m=audio 5004 RTP/AVP 0\n", 27),
      "31:3: the body has 27 m-lines, and at most 25 are read"},
     {"tooLong", head + "a=x:" + std::string(20480 - head.size() - 5, 'x') + "\ny=1\n",
@@ -94,8 +92,7 @@ const Case cases[] = {
     {"doesNotDeflateAfterAnError", head + "m=audio 5004 RTP/AVP 0\na=ptime:abc\na=x:" + noise(5000) + "\n",
      "1:1: the text cannot be stored: it does not deflate into 2560 bytes"},
     {"carriageReturnsOnly", replaced(head, "\n", "\r") + "m=audio 9 RTP/AVP 0\r",
-     "1:4: expected CR LF or LF at the line's end, found \"\\x0Do=- 1 1 IN IP4 192.0.2.1\\x0Ds=-\\x0Dc=IN "
-     "IP4 1\"..."},
+     "1:4: expected CR LF or LF at the line's end, found \"\\x0Do=- 1 1 IN IP4 192.0.2.1\\x0Ds=-\\x0Dc=IN IP4 1\"..."},
     {"aLineBehindACarriageReturn", head + "i=x\ra=crypto:1 AES\nm=audio 5004 RTP/AVP 0\n",
      "6:4: expected CR LF or LF at the line's end, found \"\\x0Da=crypto:1 AES\""},
     {"tooLarge", std::string(1024 * 1024 + 1, 'v'), " is longer than 1048576 bytes"},
@@ -104,30 +101,29 @@ const Case cases[] = {
 INSTANTIATE_TEST_SUITE_P(Kinds, BadInput, testing::ValuesIn(cases),
                          [](const auto& each) { return std::string(each.param.name); });
 
-TEST(RefusedBody, isShownAsATableOfItsMedia) {
+TEST(RefusedBody, IsShownAsATableOfItsMedia) {
   const Outcome outcome = runSdpneg({"inspect"}, {.input = std::string(bodies::browserOffer)});
   EXPECT_EQ(outcome.status, 2);
   EXPECT_EQ(outcome.err, "sdpneg: (standard input):5:9: the port of m-line 1 (audio), 9, is below 1024\n");
-  EXPECT_EQ(outcome.out,
-            "(standard input)\n"
-            "  result            refused\n"
-            "  problem           the port of m-line 1 (audio), 9, is below 1024\n"
-            "  description       complete\n"
-            "\n"
-            "  m-line  line  media  port  transport          direction  address  bandwidth  label  formats\n"
-            "  1       5     audio  9     UDP/TLS/RTP/SAVPF  sendrecv   0.0.0.0  -          -      111 "
-            "opus/48000/2, "
-            "0\n");
+  EXPECT_EQ(
+      outcome.out,
+      "(standard input)\n"
+      "  result            refused\n"
+      "  problem           the port of m-line 1 (audio), 9, is below 1024\n"
+      "  description       complete\n"
+      "\n"
+      "  m-line  line  media  port  transport          direction  address  bandwidth  label  formats\n"
+      "  1       5     audio  9     UDP/TLS/RTP/SAVPF  sendrecv   0.0.0.0  -          -      111 opus/48000/2, 0\n");
 }
 
-TEST(RefusedBody, tellsHowManyMediaAreNotShown) {
+TEST(RefusedBody, TellsHowManyMediaAreNotShown) {
   const Outcome outcome = runSdpneg({"inspect"}, {.input = head + repeated("m=audio 5004 RTP/AVP 0\n", 27)});
   EXPECT_NE(outcome.out.find("\n  25      30    audio"), std::string::npos);
   EXPECT_EQ(outcome.out.find("\n  26 "), std::string::npos);
   EXPECT_NE(outcome.out.find("\n  and 2 more m-lines\n"), std::string::npos);
 }
 
-TEST(UndecodableBody, hasABlockWithTheReason) {
+TEST(UndecodableBody, HasABlockWithTheReason) {
   const Outcome outcome = runSdpneg({"inspect"}, {.input = "hello\n"});
   EXPECT_EQ(outcome.out,
             "(standard input)\n"
@@ -135,7 +131,7 @@ TEST(UndecodableBody, hasABlockWithTheReason) {
             "  problem           expected a first line \"v=\", found \"hello\"\n");
 }
 
-TEST(BodyWithANul, isShownUpToIt) {
+TEST(BodyWithANul, IsShownUpToIt) {
   const std::string body = std::string(bodies::audioCall) + std::string(1, '\0') + "a=sendonly\n";
   const Outcome outcome = runSdpneg({"inspect"}, {.input = body});
   EXPECT_EQ(outcome.status, 2);
@@ -144,7 +140,7 @@ TEST(BodyWithANul, isShownUpToIt) {
   EXPECT_NE(outcome.out.find("  direction         sendrecv\n"), std::string::npos);
 }
 
-TEST(File, thatIsMissingIsNamed) {
+TEST(File, ThatIsMissingIsNamed) {
   const TemporaryFolder folder;
   const Outcome outcome = runSdpneg({"inspect", folder.path("none.sdp")});
   EXPECT_EQ(outcome.status, 2);
@@ -152,18 +148,18 @@ TEST(File, thatIsMissingIsNamed) {
             "sdpneg: " + folder.path("none.sdp") + ": cannot be read: No such file or directory\n");
 }
 
-TEST(File, withoutAnEndIsRefused) {
+TEST(File, WithoutAnEndIsRefused) {
   const Outcome outcome = runSdpneg({"inspect", "/dev/zero"});
   EXPECT_EQ(outcome.status, 2);
   EXPECT_EQ(outcome.err, "sdpneg: /dev/zero: is longer than 1048576 bytes\n");
 }
 
-TEST(File, withAnEscapeInItsNameIsNamedSafely) {
+TEST(File, WithAnEscapeInItsNameIsNamedSafely) {
   const Outcome outcome = runSdpneg({"inspect", "\x1b[2J"});
   EXPECT_EQ(outcome.err, "sdpneg: \\x1B[2J: cannot be read: No such file or directory\n");
 }
 
-TEST(Folder, givesItsBodiesInOrderAndCounts) {
+TEST(Folder, GivesItsBodiesInOrderAndCounts) {
   const TemporaryFolder folder;
   const std::string one = folder.write("b/one.sdp", bodies::faxCall);
   const std::string two = folder.write("a.sdp", bodies::audioCall);
@@ -183,7 +179,7 @@ TEST(Folder, givesItsBodiesInOrderAndCounts) {
   EXPECT_TRUE(outcome.out.ends_with("\n\n3 inputs: 2 parsed, 1 refused, 0 undecodable, 0 unreadable\n"));
 }
 
-TEST(Folder, withoutBodiesIsAProblem) {
+TEST(Folder, WithoutBodiesIsAProblem) {
   const TemporaryFolder folder;
   folder.write("notes.txt", "no body");
   const Outcome outcome = runSdpneg({"inspect", folder.path()});
@@ -192,7 +188,7 @@ TEST(Folder, withoutBodiesIsAProblem) {
   EXPECT_TRUE(outcome.out.ends_with("1 input: 0 parsed, 0 refused, 0 undecodable, 1 unreadable\n"));
 }
 
-TEST(File, givenByNameMayHaveAnyEnding) {
+TEST(File, GivenByNameMayHaveAnyEnding) {
   const TemporaryFolder folder;
   const std::string file = folder.write("offer.txt", bodies::audioCall);
   const Outcome outcome = runSdpneg({"inspect", file, file});

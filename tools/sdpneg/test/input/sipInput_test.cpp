@@ -34,13 +34,13 @@ void expectProblem(const std::string& message, const std::string& line) {
   EXPECT_EQ(outcome.status, 2);
 }
 
-TEST(SipMessage, givesItsBody) {
+TEST(SipMessage, GivesItsBody) {
   expectBody(invite("Content-Type: application/sdp\nContent-Length: 168\n", body), 6);
   expectBody("SIP/2.0 200 OK\nContent-Type: application/sdp\n\n" + body, 4);
   expectBody("\n\nsip/2.0 200 OK\n\n" + body, 5);
 }
 
-TEST(SipMessage, mayEndItsLinesInCrLf) {
+TEST(SipMessage, MayEndItsLinesInCrLf) {
   const std::string message = withCrLf(invite("Content-Type: application/sdp\nContent-Length: 178\n", body));
   const Outcome outcome = runSdpneg({"inspect"}, {.input = message});
   EXPECT_EQ(outcome.err, "");
@@ -48,31 +48,30 @@ TEST(SipMessage, mayEndItsLinesInCrLf) {
                                   "\n  1       12    "));
 }
 
-TEST(SipMessage, mayHaveCompactAndFoldedFields) {
+TEST(SipMessage, MayHaveCompactAndFoldedFields) {
   expectBody(invite("c: APPLICATION/SDP ; x=y\nl:168\n", body), 6);
   expectBody(invite("Content-Type:\n application/sdp\nSubject: a\n\tb\nl :\n  168\n", body), 10);
 }
 
-TEST(SipMessage, isCutAtItsContentLength) {
+TEST(SipMessage, IsCutAtItsContentLength) {
   expectBody(invite("l: 168\n", body + "\n\n"), 5);
-  expectBody(invite("l: 168\n", body + "SIP/2.0 100 Trying\n"), 5,
-             "sdpneg: (standard input):3:1: note: Content-Length is 168, but 187 bytes follow the header; "
-             "those behind "
-             "it are not read\n");
+  expectBody(
+      invite("l: 168\n", body + "SIP/2.0 100 Trying\n"), 5,
+      "sdpneg: (standard input):3:1: note: Content-Length is 168, but 187 bytes follow the header; those behind it are not read\n");
 }
 
-TEST(SipMessage, shorterThanItsContentLengthIsNoted) {
+TEST(SipMessage, ShorterThanItsContentLengthIsNoted) {
   expectBody(invite("l: 178\n", body), 5,
              "sdpneg: (standard input):3:1: note: Content-Length is 178, but 168 bytes follow the header\n");
 }
 
-TEST(SipMessage, withAProblemGivesItsPlaceInTheFile) {
+TEST(SipMessage, WithAProblemGivesItsPlaceInTheFile) {
   expectProblem(withCrLf(invite("c: application/sdp\n", std::string(bodies::browserOffer))),
                 "9:9: the port of m-line 1 (audio), 9, is below 1024");
   expectProblem(invite("c: application/sdp\n", "v=0\nm=audio x\n"), "6:9: expected a port, found \"x\"");
 }
 
-TEST(SipMessage, withoutSdpSaysWhatItHas) {
+TEST(SipMessage, WithoutSdpSaysWhatItHas) {
   expectProblem(invite("Content-Type: text/plain\n", "hello\n"),
                 "3:1: the body is \"text/plain\", not application/sdp");
   expectProblem(invite("l: 0\n", ""), "5:1: the SIP message has no body");
@@ -85,13 +84,13 @@ TEST(SipMessage, withoutSdpSaysWhatItHas) {
 
 const std::string sdpPart = "Content-Type: application/sdp\n\n" + body;
 
-TEST(MultipartBody, givesItsSdpPart) {
+TEST(MultipartBody, GivesItsSdpPart) {
   const std::string parts =
       "preamble\n--b 1\nContent-Type: text/plain\n\nv=9\n\n--b 1\n" + sdpPart + "\n--b 1--\nend\n";
   expectBody(invite("Content-Type: multipart/mixed;\n charset=x; boundary=\"b 1\"\n", parts), 15);
 }
 
-TEST(MultipartBody, mayHaveCrLfAndBinaryParts) {
+TEST(MultipartBody, MayHaveCrLfAndBinaryParts) {
   const std::string parts = withCrLf("--b\nContent-Type: application/ISUP\n\n") +
                             std::string("\0\1\xff\r", 4) + withCrLf("\n--b\n" + sdpPart + "\n--b--\n");
   const std::string message = withCrLf(invite("c: multipart/mixed;boundary=b\n", "")) + parts;
@@ -101,28 +100,28 @@ TEST(MultipartBody, mayHaveCrLfAndBinaryParts) {
   EXPECT_NE(outcome.out.find("\n  1       18    audio"), std::string::npos);
 }
 
-TEST(MultipartBody, whoseBoundaryFollowsTheLastLineKeepsItsLineEnd) {
+TEST(MultipartBody, WhoseBoundaryFollowsTheLastLineKeepsItsLineEnd) {
   expectBody(invite("c: multipart/mixed;boundary=b\n", "--b\n" + sdpPart + "--b--\n"), 8);
 }
 
-TEST(MultipartBody, mayHoldAnother) {
+TEST(MultipartBody, MayHoldAnother) {
   const std::string inner = "--in\nContent-Type: text/html\n\n<p>\n--in\n" + sdpPart + "\n--in--\n";
   expectBody(invite("c: multipart/mixed; boundary=out\n",
                     "--out\nContent-Type: multipart/alternative; boundary=in\n\n" + inner + "--out--\n"),
              15);
 }
 
-TEST(MultipartBody, mayLackItsEnd) {
+TEST(MultipartBody, MayLackItsEnd) {
   expectBody(invite("c: multipart/mixed; boundary=b\n", "--b \n" + sdpPart), 8);
 }
 
-TEST(MultipartBody, doesNotTakeALongerBoundaryForItsOwn) {
+TEST(MultipartBody, DoesNotTakeALongerBoundaryForItsOwn) {
   const std::string parts = "--bb\n" + sdpPart + "--b\nContent-Type: text/plain\n\nx\n--b--\n";
   expectProblem(invite("c: multipart/mixed; boundary=b\n", parts),
                 "3:1: the multipart body has no part application/sdp");
 }
 
-TEST(MultipartBody, withoutWhatItNeedsIsRefused) {
+TEST(MultipartBody, WithoutWhatItNeedsIsRefused) {
   expectProblem(invite("c: multipart/mixed\n", "--b\n" + sdpPart), "3:1: the multipart body has no boundary");
   expectProblem(invite("c: multipart/mixed;boundary=\"b\n", ""), "5:1: the SIP message has no body");
   expectProblem(
@@ -131,7 +130,7 @@ TEST(MultipartBody, withoutWhatItNeedsIsRefused) {
       "7:1: the body is encoded as \"base64\", which is not read");
 }
 
-TEST(MultipartBody, nestedWithoutEndIsRefused) {
+TEST(MultipartBody, NestedWithoutEndIsRefused) {
   std::string content;
   for (int i = 0; i < 20000; ++i) {
     content +=
@@ -143,7 +142,7 @@ TEST(MultipartBody, nestedWithoutEndIsRefused) {
   EXPECT_NE(outcome.err.find("multipart"), std::string::npos);
 }
 
-TEST(SipMessage, mayHaveHeadersOfAnySize) {
+TEST(SipMessage, MayHaveHeadersOfAnySize) {
   std::string fields;
   for (int i = 0; i < 5000; ++i) fields += "X-" + std::to_string(i) + ": " + std::string(100, 'x') + "\n y\n";
   const Outcome outcome = runSdpneg({"inspect"}, {.input = invite(fields, body)});

@@ -38,13 +38,13 @@ std::ostream& operator<<(std::ostream& out, const Case& each) { return out << ea
 
 class InspectBestEffort : public testing::TestWithParam<Case> {};
 
-TEST_P(InspectBestEffort, isARowOfTheTable) {
+TEST_P(InspectBestEffort, IsARowOfTheTable) {
   const Outcome outcome = runSdpneg({"inspect"}, {.input = GetParam().body});
   const std::string row = "\n  best effort       " + GetParam().row + "\n";
   EXPECT_NE(outcome.out.find(row), std::string::npos) << outcome.out;
 }
 
-TEST_P(InspectBestEffort, isInTheJson) {
+TEST_P(InspectBestEffort, IsInTheJson) {
   const Outcome outcome = runSdpneg({"inspect", "--json"}, {.input = GetParam().body});
   const json told = json::parse(outcome.out)["bodies"][0]["summary"]["bestEffort"];
   EXPECT_EQ(told["type"], GetParam().type);
@@ -59,7 +59,7 @@ eSecurityType answerFor(const Case& each) {
   return each.type == "oneMLine" ? BE_SRTP_1m_LINE : BE_SRTP_2m_LINE;
 }
 
-TEST_P(InspectBestEffort, isWhatTheObjectAnswers) {
+TEST_P(InspectBestEffort, IsWhatTheObjectAnswers) {
   cSdpNegotiator object;
   ASSERT_EQ(object.sdpParse(GetParam().body.c_str(), SDP_TYPE_OFFER), 0);
   EXPECT_EQ(object.getSdpBestEffortSrtpType(), answerFor(GetParam()));
@@ -124,14 +124,14 @@ const Case cases[] = {
 INSTANTIATE_TEST_SUITE_P(Bodies, InspectBestEffort, testing::ValuesIn(cases),
                          [](const auto& each) { return std::string(each.param.name); });
 
-TEST(InspectBestEffortTrace, isLeftOut) {
+TEST(InspectBestEffortTrace, IsLeftOut) {
   const Outcome outcome = runSdpneg({"inspect", "--trace"}, {.input = session + plainAudio + secureAudio});
   EXPECT_NE(outcome.err.find("Entering sdpParse() method"), std::string::npos);
   EXPECT_EQ(outcome.err.find("BestEffort"), std::string::npos);
   EXPECT_EQ(outcome.err.find("TestTrace"), std::string::npos);
 }
 
-TEST(InspectBestEffortJson, isNullForARefusedBody) {
+TEST(InspectBestEffortJson, IsNullForARefusedBody) {
   const Outcome outcome = runSdpneg({"inspect", "--json"}, {.input = std::string(bodies::browserOffer)});
   EXPECT_EQ(json::parse(outcome.out)["bodies"][0]["summary"], nullptr);
 }

@@ -15,7 +15,7 @@ json inspectJson(std::string_view body, int status = 0) {
   return json::parse(outcome.out);
 }
 
-TEST(InspectJson, holdsTheWholeOfASecureCall) {
+TEST(InspectJson, HoldsTheWholeOfASecureCall) {
   const json expected = json::parse(R"json({
     "format": 1,
     "bodies": [{
@@ -53,7 +53,7 @@ TEST(InspectJson, holdsTheWholeOfASecureCall) {
   EXPECT_EQ(inspectJson(bodies::secureCall), expected);
 }
 
-TEST(InspectJson, holdsARefusedBodyWithItsMediaLines) {
+TEST(InspectJson, HoldsARefusedBodyWithItsMediaLines) {
   const json body = inspectJson(bodies::browserOffer, 2)["bodies"][0];
   EXPECT_EQ(body["result"], "refused");
   EXPECT_EQ(body["summary"], nullptr);
@@ -66,7 +66,7 @@ TEST(InspectJson, holdsARefusedBodyWithItsMediaLines) {
        "formats": [{"format": "111", "name": "opus/48000/2"}, {"format": "0", "name": null}]}])json"));
 }
 
-TEST(InspectJson, tellsPeriodsFaxAndFeatures) {
+TEST(InspectJson, TellsPeriodsFaxAndFeatures) {
   const json audio = inspectJson(bodies::audioCall)["bodies"][0]["summary"];
   EXPECT_EQ(audio["audio"]["codecs"][1],
             json::parse(R"json({"name": "PCMU", "textName": "G711ULAW64K", "value": 3, "period": 20})json"));
@@ -74,7 +74,7 @@ TEST(InspectJson, tellsPeriodsFaxAndFeatures) {
   EXPECT_EQ(inspectJson(bodies::faxCall)["bodies"][0]["summary"]["t38MaxBitRate"], 14400);
 }
 
-TEST(InspectJson, isADocumentForEveryInput) {
+TEST(InspectJson, IsADocumentForEveryInput) {
   const TemporaryFolder folder;
   const std::string bad = folder.write("b.sdp", "hello\n");
   const std::string good = folder.write("a.sdp", bodies::audioCall);
@@ -92,7 +92,7 @@ TEST(InspectJson, isADocumentForEveryInput) {
                                                 "unreadable": 1, "problems": 2})json"));
 }
 
-TEST(InspectJson, keepsTextThatIsNoUtf8Readable) {
+TEST(InspectJson, KeepsTextThatIsNoUtf8Readable) {
   const json body = inspectJson("v=0\no=\xff\x1b 1 2 IN IP4 192.0.2.1\ns=-\nt=0 0\n")["bodies"][0];
   EXPECT_EQ(body["summary"]["origin"], "o=\xef\xbf\xbd\x1b 1 2 IN IP4 192.0.2.1");
 }

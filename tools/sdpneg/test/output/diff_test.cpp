@@ -18,7 +18,7 @@ Outcome diffOf(const std::string& input, const Surroundings& given = {},
   return runSdpneg(arguments, surroundings);
 }
 
-TEST(Diff, isAUnifiedOne) {
+TEST(Diff, IsAUnifiedOne) {
   const Outcome outcome = diffOf(body);
   EXPECT_EQ(outcome.out,
             "--- (standard input)\n"
@@ -33,7 +33,7 @@ TEST(Diff, isAUnifiedOne) {
   EXPECT_EQ(outcome.status, 0);
 }
 
-TEST(Diff, isInColourOnATerminal) {
+TEST(Diff, IsInColourOnATerminal) {
   const std::string coloured =
       "\x1b[1m--- (standard input)\x1b[0m\n"
       "\x1b[1m+++ (standard input) (rewritten)\x1b[0m\n"
@@ -52,11 +52,11 @@ TEST(Diff, isInColourOnATerminal) {
             withCrLf(plain));
 }
 
-TEST(Diff, ofWhatStaysIsEmpty) {
+TEST(Diff, OfWhatStaysIsEmpty) {
   EXPECT_EQ(runSdpneg({"rewrite", "--diff", "set-version", "18"}, {.input = body}).out, "");
 }
 
-TEST(Diff, joinsChangesThatAreNear) {
+TEST(Diff, JoinsChangesThatAreNear) {
   // Six lines between two changes are shown, seven are not: the changes stand in hunks of their own.
   const auto hunks = [](int linesBetween) {
     std::string text = "v=0\no=- 1 1 IN IP4 192.0.2.1\n";
@@ -75,7 +75,7 @@ TEST(Diff, joinsChangesThatAreNear) {
   EXPECT_EQ(hunks(7), 2U);
 }
 
-TEST(Diff, showsCrsWhereSomeLinesLackThem) {
+TEST(Diff, ShowsCrsWhereSomeLinesLackThem) {
   EXPECT_EQ(diffOf(withCrLf(body)).out, diffOf(body).out);
   const std::string mixed = runSdpneg({"rewrite", "--diff", "mode", "recvonly"}, {.input = body}).out;
   EXPECT_EQ(mixed,
@@ -83,7 +83,7 @@ TEST(Diff, showsCrsWhereSomeLinesLackThem) {
             " a=rtpmap:101 telephone-event/8000\n a=ptime:20\n+a=recvonly\\x0D\n");
 }
 
-TEST(Diff, showsThatTheLastLineHasNoEnd) {
+TEST(Diff, ShowsThatTheLastLineHasNoEnd) {
   const std::string cut = body.substr(0, body.size() - 1);
   const std::string out = runSdpneg({"rewrite", "--diff", "silence", "on"}, {.input = cut}).out;
   EXPECT_NE(out.find("\n-a=ptime:20\n\\ No newline at end of file\n+a=ptime:20a=silenceSupp"),
@@ -91,7 +91,7 @@ TEST(Diff, showsThatTheLastLineHasNoEnd) {
       << out;
 }
 
-TEST(Diff, keepsControlCharactersFromTheTerminal) {
+TEST(Diff, KeepsControlCharactersFromTheTerminal) {
   const std::string out = diffOf(replaced(body, "s=-", "s=\x1b[2J")).out;
   EXPECT_NE(out.find("\n s=\\x1B[2J\n"), std::string::npos) << out;
 }
@@ -131,7 +131,7 @@ std::string patched(const std::string& text, const std::string& diff) {
   return out;
 }
 
-TEST(Diff, leadsFromTheOneTextToTheOther) {
+TEST(Diff, LeadsFromTheOneTextToTheOther) {
   const TemporaryFolder folder;
   const std::string texts[] = {longBody(2), longBody(3), body, std::string(bodies::secureCall)};
   for (const std::string& a : texts) {
@@ -145,7 +145,7 @@ TEST(Diff, leadsFromTheOneTextToTheOther) {
   }
 }
 
-TEST(Diff, ofWhatIsTooMuchToCompareIsWhole) {
+TEST(Diff, OfWhatIsTooMuchToCompareIsWhole) {
   // The first and the last header field of a long message are corrected: all that stands between is too much.
   std::string fields = "l: 168\n";
   for (int i = 0; i < 10000; ++i) fields += "X: n" + std::to_string(i) + "\n";

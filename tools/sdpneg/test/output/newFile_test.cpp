@@ -35,14 +35,14 @@ class NewFileBySignal : public testing::TestWithParam<int> {
   TemporaryFolder folder;
 };
 
-TEST_P(NewFileBySignal, isRemovedAndTheSignalEndsTheProcess) {
+TEST_P(NewFileBySignal, IsRemovedAndTheSignalEndsTheProcess) {
   const int status = endBySignal(folder.path("call.sdp"), GetParam(), SIG_DFL);
   ASSERT_TRUE(WIFSIGNALED(status)) << status;
   EXPECT_EQ(WTERMSIG(status), GetParam());
   EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
-TEST_P(NewFileBySignal, staysWhenTheSignalIsIgnored) {
+TEST_P(NewFileBySignal, StaysWhenTheSignalIsIgnored) {
   const int status = endBySignal(folder.path("call.sdp"), GetParam(), SIG_IGN);
   ASSERT_TRUE(WIFEXITED(status)) << status;
   EXPECT_EQ(WEXITSTATUS(status), 0);
@@ -51,7 +51,7 @@ TEST_P(NewFileBySignal, staysWhenTheSignalIsIgnored) {
 INSTANTIATE_TEST_SUITE_P(Ending, NewFileBySignal, testing::Values(SIGINT, SIGTERM, SIGHUP),
                          [](const auto& each) { return "signal" + std::to_string(each.param); });
 
-TEST(NewFile, thatTookTheOthersPlaceSurvivesASignal) {
+TEST(NewFile, ThatTookTheOthersPlaceSurvivesASignal) {
   const TemporaryFolder folder;
   const std::string target = folder.path("call.sdp");
   const pid_t child = fork();
@@ -68,7 +68,7 @@ TEST(NewFile, thatTookTheOthersPlaceSurvivesASignal) {
   EXPECT_TRUE(std::filesystem::is_regular_file(target));
 }
 
-TEST(NewFile, goesAwayUnlessItTakesTheOthersPlace) {
+TEST(NewFile, GoesAwayUnlessItTakesTheOthersPlace) {
   const TemporaryFolder folder;
   {
     const tool::NewFile file(folder.path("call.sdp"));

@@ -24,7 +24,7 @@ void expectMistake(const Mistake& each) {
   EXPECT_EQ(outcome.status, 64);
 }
 
-TEST(UnknownCommand, isToldTheNearest) {
+TEST(UnknownCommand, IsToldTheNearest) {
   const Mistake mistakes[] = {
       {{"inspct"}, "there is no command 'inspct'; did you mean 'inspect'?"},
       {{"rewriet", "renew-origin"}, "there is no command 'rewriet'; did you mean 'rewrite'?"},
@@ -37,7 +37,7 @@ TEST(UnknownCommand, isToldTheNearest) {
   for (const Mistake& each : mistakes) expectMistake(each);
 }
 
-TEST(UnknownRequest, isToldTheNearest) {
+TEST(UnknownRequest, IsToldTheNearest) {
   const std::string list = "'sdpneg requests' lists them";
   const std::string help = "sdpneg rewrite --help";
   const Mistake mistakes[] = {
@@ -53,7 +53,7 @@ TEST(UnknownRequest, isToldTheNearest) {
   for (const Mistake& each : mistakes) expectMistake(each);
 }
 
-TEST(Hint, namesTheHelpOfTheCommand) {
+TEST(Hint, NamesTheHelpOfTheCommand) {
   const std::string help = " --help";
   for (const std::vector<std::string>& words : {std::vector<std::string>{"inspect", "--nothing"},
                                                 {"requests", "x"},
@@ -66,7 +66,7 @@ TEST(Hint, namesTheHelpOfTheCommand) {
   }
 }
 
-TEST(UnknownCodec, isToldThoseThatAre) {
+TEST(UnknownCodec, IsToldThoseThatAre) {
   const std::string video =
       "; known are H263, H264, MPEG4, Ce1B, JPEG, nv, H261, MPV, MP2T, H263-1998, H263-2000, VP8, H224\n";
   const std::string err = runRewrite({"restrict-video", "FOO"}, audio).err;
@@ -89,7 +89,7 @@ std::string capture(std::string begin, std::size_t size) {
   return begin;
 }
 
-TEST(CaptureFile, isToldAsOne) {
+TEST(CaptureFile, IsToldAsOne) {
   const struct {
     std::string bytes;
     const char* format;
@@ -110,13 +110,13 @@ TEST(CaptureFile, isToldAsOne) {
   }
 }
 
-TEST(CaptureFile, isNoMessageBehindEmptyLines) {
+TEST(CaptureFile, IsNoMessageBehindEmptyLines) {
   const Outcome outcome = runSdpneg({"inspect"}, {.input = "\n\r\r\nSIP/2.0 200 OK\nl: 168\n\n" + audio});
   EXPECT_EQ(outcome.err, "");
   EXPECT_EQ(outcome.status, 0);
 }
 
-TEST(ContentLength, thatIsNoneIsToldAndDoesNotMatter) {
+TEST(ContentLength, ThatIsNoneIsToldAndDoesNotMatter) {
   for (const std::string value : {"abc", "", "-5", "1 6", "168;x", "+168"}) {
     const std::string message = "SIP/2.0 200 OK\nContent-Length: " + value + "\n\n" + audio;
     const Outcome outcome = runSdpneg({"inspect"}, {.input = message});
@@ -127,7 +127,7 @@ TEST(ContentLength, thatIsNoneIsToldAndDoesNotMatter) {
   }
 }
 
-TEST(Quotation, showsWhatStandsInTheBody) {
+TEST(Quotation, ShowsWhatStandsInTheBody) {
   const std::string head = "v=0\no=- 1 1 IN IP4 192.0.2.1\ns=-\nt=0 0\nm=audio ";
   const std::string begin = "sdpneg: (standard input):5:9: expected a port, found \"";
   const struct {
@@ -143,7 +143,7 @@ TEST(Quotation, showsWhatStandsInTheBody) {
   }
 }
 
-TEST(RefusedRequest, isToldTheReasonOfItsOwn) {
+TEST(RefusedRequest, IsToldTheReasonOfItsOwn) {
   const std::string fax(bodies::faxCall);
   const std::string line = "m=audio 5004 RTP/AVP 0\n";
   const std::string session = "v=0\no=- 1 1 IN IP4 192.0.2.1\ns=-\n";
@@ -192,8 +192,7 @@ TEST(RefusedRequest, isToldTheReasonOfItsOwn) {
        session + "t=0 0\nm=video 5006 RTP/AVP 99\nm=audio 5004 RTP/AVP 0\nc=IN IP4 192.0.2.1\n",
        1,
        "remove-video is refused: what comes of it cannot be read: line 7, column 2: expected an equals sign "
-       "behind the "
-       "letter, found \" 0\"\n"}};
+       "behind the letter, found \" 0\"\n"}};
   for (const Refusal& each : refusals) {
     SCOPED_TRACE(each.name);
     expectRefusal(each);

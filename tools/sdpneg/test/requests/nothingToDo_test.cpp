@@ -28,7 +28,7 @@ std::ostream& operator<<(std::ostream& out, const Idle& each) { return out << ea
 
 class NothingToDo : public testing::TestWithParam<Idle> {};
 
-TEST_P(NothingToDo, isSuccessAndToldWhenAsked) {
+TEST_P(NothingToDo, IsSuccessAndToldWhenAsked) {
   const Outcome quiet = runRewrite(GetParam().request, GetParam().body);
   EXPECT_EQ(quiet.out, GetParam().body);
   EXPECT_EQ(quiet.err, "");
@@ -97,7 +97,7 @@ const Idle idles[] = {
 INSTANTIATE_TEST_SUITE_P(Requests, NothingToDo, testing::ValuesIn(idles),
                          [](const auto& each) { return std::string(each.param.name); });
 
-TEST(NothingToDo, isToldOfEachRequestByItsNumber) {
+TEST(NothingToDo, IsToldOfEachRequestByItsNumber) {
   const Outcome outcome =
       runRewrite({"--verbose", "remove-ice", "--", "mode", "recvonly", "--", "remove-mikey"}, audio);
   EXPECT_EQ(outcome.out, audio + "a=recvonly\r\n");
@@ -108,7 +108,7 @@ TEST(NothingToDo, isToldOfEachRequestByItsNumber) {
 }
 
 class SomethingToDo : public testing::TestWithParam<Refusal> {};
-TEST_P(SomethingToDo, thatCouldNotBeDoneIsRefused) { expectRefusal(GetParam()); }
+TEST_P(SomethingToDo, ThatCouldNotBeDoneIsRefused) { expectRefusal(GetParam()); }
 
 const Refusal refusals[] = {{"iceThatTheLibraryDoesNotRemove",
                              {"remove-ice"},

@@ -29,7 +29,7 @@ std::string atNewAddress(const std::string& text) {
 }
 
 class RewriteBody : public testing::TestWithParam<Case> {};
-TEST_P(RewriteBody, givesTheNewBodyByteForByte) { expectBody(GetParam()); }
+TEST_P(RewriteBody, GivesTheNewBodyByteForByte) { expectBody(GetParam()); }
 
 const Case cases[] = {
     {"restrictVideo", {"restrict-video", "H264"}, twoVideoCodecs, call},
@@ -142,7 +142,7 @@ INSTANTIATE_TEST_SUITE_P(Requests, RewriteBody, testing::ValuesIn(cases),
                          [](const auto& each) { return std::string(each.param.name); });
 
 class RewriteBodyRefused : public testing::TestWithParam<Refusal> {};
-TEST_P(RewriteBodyRefused, saysWhyAndWritesNothing) { expectRefusal(GetParam()); }
+TEST_P(RewriteBodyRefused, SaysWhyAndWritesNothing) { expectRefusal(GetParam()); }
 
 const std::string connection = "c=IN IP4 192.0.2.10\r\n";
 
@@ -207,8 +207,7 @@ const Refusal refusals[] = {
      {"add-video", other},
      full(audio),
      1,
-     "add-video is refused: sdpAddVideoDescriptions(): The SDP with the videoDescriptions does not fit its "
-     "buffer.",
+     "add-video is refused: sdpAddVideoDescriptions(): The SDP with the videoDescriptions does not fit its buffer.",
      call},
     {"cutVideoWithoutConnection",
      {"cut-video"},
@@ -250,7 +249,7 @@ const Refusal refusals[] = {
 INSTANTIATE_TEST_SUITE_P(Requests, RewriteBodyRefused, testing::ValuesIn(refusals),
                          [](const auto& each) { return std::string(each.param.name); });
 
-TEST(RewriteBodyFile, isReadFromStandardInput) {
+TEST(RewriteBodyFile, IsReadFromStandardInput) {
   const TemporaryFolder folder;
   const std::string file = folder.write("audio.sdp", audio);
   const Outcome outcome = runSdpneg({"rewrite", "match-mlines", "-", "keep", file}, {.input = call});
@@ -258,7 +257,7 @@ TEST(RewriteBodyFile, isReadFromStandardInput) {
   EXPECT_EQ(outcome.status, 0);
 }
 
-TEST(RewriteDummy, givesSdesKeysOfItsOwn) {
+TEST(RewriteDummy, GivesSdesKeysOfItsOwn) {
   const Outcome outcome =
       runRewrite({"dummy", "ack", "192.0.2.99", "5000"}, session + "m=audio 49170 RTP/SAVP 0\r\n" + crypto);
   const std::string begin =

@@ -28,7 +28,7 @@ class InPlace : public testing::Test {
   std::string file = folder.write("call.sdp", body);
 };
 
-TEST_F(InPlace, writesTheFileAndNothingElse) {
+TEST_F(InPlace, WritesTheFileAndNothingElse) {
   const Outcome outcome = rewrite();
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.err, "");
@@ -37,7 +37,7 @@ TEST_F(InPlace, writesTheFileAndNothingElse) {
   EXPECT_EQ(filesInFolder(), 1U);
 }
 
-TEST_F(InPlace, keepsTheMode) {
+TEST_F(InPlace, KeepsTheMode) {
   for (const mode_t mode : {0640U, 0755U, 0600U, 0666U}) {
     folder.write("call.sdp", body);
     ASSERT_EQ(chmod(file.c_str(), mode), 0);
@@ -49,7 +49,7 @@ TEST_F(InPlace, keepsTheMode) {
   }
 }
 
-TEST_F(InPlace, putsANewFileInThePlaceOfTheOld) {
+TEST_F(InPlace, PutsANewFileInThePlaceOfTheOld) {
   const std::string second = folder.path("second.sdp");
   fs::create_hard_link(file, second);
   rewrite();
@@ -57,7 +57,7 @@ TEST_F(InPlace, putsANewFileInThePlaceOfTheOld) {
   EXPECT_EQ(readBytes(second), body);
 }
 
-TEST_F(InPlace, followsASymbolicLink) {
+TEST_F(InPlace, FollowsASymbolicLink) {
   const std::string link = folder.path("link.sdp");
   fs::create_symlink("call.sdp", link);
   EXPECT_EQ(runSdpneg({"rewrite", "--in-place", "mode", "recvonly", link}).status, 0);
@@ -65,7 +65,7 @@ TEST_F(InPlace, followsASymbolicLink) {
   EXPECT_EQ(readBytes(file), changed);
 }
 
-TEST_F(InPlace, doesNotReplaceASymbolicLinkThatLeadsNowhere) {
+TEST_F(InPlace, DoesNotReplaceASymbolicLinkThatLeadsNowhere) {
   const std::string link = folder.path("link.sdp");
   fs::create_symlink("gone.sdp", link);
   const std::string why =
@@ -82,7 +82,7 @@ TEST_F(InPlace, doesNotReplaceASymbolicLinkThatLeadsNowhere) {
   EXPECT_TRUE(fs::is_symlink(loop));
 }
 
-TEST_F(InPlace, thatFailsLeavesTheFileAsItWas) {
+TEST_F(InPlace, ThatFailsLeavesTheFileAsItWas) {
   const Outcome outcome = rewrite({.fileSizeLimit = 64});
   EXPECT_EQ(outcome.err, "sdpneg: " + file + ": cannot be written: File too large\n");
   EXPECT_EQ(outcome.status, 74);
@@ -90,7 +90,7 @@ TEST_F(InPlace, thatFailsLeavesTheFileAsItWas) {
   EXPECT_EQ(filesInFolder(), 1U);
 }
 
-TEST_F(InPlace, thatIsRefusedLeavesTheFileAsItWas) {
+TEST_F(InPlace, ThatIsRefusedLeavesTheFileAsItWas) {
   folder.write("call.sdp", bodies::faxCall);
   const Outcome outcome =
       runSdpneg({"rewrite", "--in-place", "increase-version", "--", "silence", "on", file});
@@ -99,7 +99,7 @@ TEST_F(InPlace, thatIsRefusedLeavesTheFileAsItWas) {
   EXPECT_EQ(filesInFolder(), 1U);
 }
 
-TEST_F(InPlace, mayShowWhatItChanged) {
+TEST_F(InPlace, MayShowWhatItChanged) {
   const Outcome outcome = runSdpneg({"rewrite", "--in-place", "--diff", "mode", "recvonly", file});
   EXPECT_NE(outcome.out.find("\n+a=recvonly"), std::string::npos);
   EXPECT_EQ(readBytes(file), changed);

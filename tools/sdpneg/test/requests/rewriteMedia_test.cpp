@@ -21,7 +21,7 @@ const std::string call =
 
 class RewriteMedia : public testing::TestWithParam<Case> {};
 
-TEST_P(RewriteMedia, givesTheNewBodyByteForByte) { expectBody(GetParam()); }
+TEST_P(RewriteMedia, GivesTheNewBodyByteForByte) { expectBody(GetParam()); }
 
 const std::string onlyPcma = without(
     without(replaced(call, "0 8 18 101", "8 101"), "a=rtpmap:0 PCMU/8000\r\n"), "a=rtpmap:18 G729/8000\r\n");
@@ -84,7 +84,7 @@ INSTANTIATE_TEST_SUITE_P(Requests, RewriteMedia, testing::ValuesIn(cases),
 
 class RewriteMediaRefused : public testing::TestWithParam<Refusal> {};
 
-TEST_P(RewriteMediaRefused, saysWhyAndWritesNothing) { expectRefusal(GetParam()); }
+TEST_P(RewriteMediaRefused, SaysWhyAndWritesNothing) { expectRefusal(GetParam()); }
 
 const Refusal refusals[] = {
     {"restrictAudioToNothingInCommon",

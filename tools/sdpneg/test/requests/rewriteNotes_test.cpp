@@ -19,7 +19,7 @@ const std::string text = "m=text 49174 RTP/AVP 98\r\na=rtpmap:98 t140/1000\r\n";
 
 class RewriteNotes : public testing::TestWithParam<Case> {};
 
-TEST_P(RewriteNotes, tellWhatARequestLeaves) { rewriting::expectBody(GetParam()); }
+TEST_P(RewriteNotes, TellWhatARequestLeaves) { rewriting::expectBody(GetParam()); }
 
 const Case cases[] = {
     {"anMLineWithoutAFormat",
@@ -62,18 +62,17 @@ INSTANTIATE_TEST_SUITE_P(Requests, RewriteNotes, testing::ValuesIn(cases),
 // What the session's 69 characters do not cover of what follows the video stays: "3456789" and CR LF.
 const std::string longText = text + "a=label:01234567890123456789\r\n";
 const std::string unreadable =
-    "what comes of it cannot be read: line 7, column 1: expected a line of a letter, an equals sign and a "
-    "value, found \"3456789\"\n";
+    "what comes of it cannot be read: line 7, column 1: expected a line of a letter, an equals sign and a value, found \"3456789\"\n";
 const std::string otherVideo = session + "m=video 49172 RTP/AVP 31\r\n";
 
-TEST(RewriteResult, thatCannotBeReadIsRefused) {
+TEST(RewriteResult, ThatCannotBeReadIsRefused) {
   const Outcome outcome = runRewrite({"add-video", other}, session + video + longText, otherVideo);
   EXPECT_EQ(outcome.err, "sdpneg: (standard input): request add-video is refused: " + unreadable);
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.status, 1);
 }
 
-TEST(RewriteResult, ofEachRequestOfSeveralIsRead) {
+TEST(RewriteResult, OfEachRequestOfSeveralIsRead) {
   const Outcome outcome = runRewrite({"increase-version", "--", "add-video", other, "--", "increase-version"},
                                      session + video + longText, otherVideo);
   EXPECT_EQ(outcome.err, "sdpneg: (standard input): request 2, add-video, is refused: " + unreadable);
@@ -81,7 +80,7 @@ TEST(RewriteResult, ofEachRequestOfSeveralIsRead) {
   EXPECT_EQ(outcome.status, 1);
 }
 
-TEST(RewriteResult, thatCannotBeReadLeavesTheFile) {
+TEST(RewriteResult, ThatCannotBeReadLeavesTheFile) {
   const TemporaryFolder folder;
   const std::string body = session + video + longText;
   const std::string file = folder.write("own.sdp", body);

@@ -30,7 +30,7 @@ const std::string anat6 = "m=audio 49180 RTP/SAVP 0\r\nc=IN IP6 2001:db8::10\r\n
 const std::string anat = anatSession + "a=group:ANAT 1 2\r\n" + anat4 + anat6;
 
 class RewriteSecurity : public testing::TestWithParam<Case> {};
-TEST_P(RewriteSecurity, givesTheNewBodyByteForByte) { expectBody(GetParam()); }
+TEST_P(RewriteSecurity, GivesTheNewBodyByteForByte) { expectBody(GetParam()); }
 
 const Case cases[] = {
     {"removeIce", {"remove-ice"}, plain + iceKeys + candidate4, plain},
@@ -121,7 +121,7 @@ std::string recordIn(const std::string& line, const std::string& request) {
   return line.substr(begin.size(), line.find('\n') - begin.size());
 }
 
-TEST(RewriteRecord, isTakenBackByRestoreSecure) {
+TEST(RewriteRecord, IsTakenBackByRestoreSecure) {
   const Outcome removed = runRewrite({"remove-secure"}, bestEffort);
   const Outcome restored = runRewrite({"restore-secure", recordIn(removed.err, "remove-secure")},
                                       replaced(removed.out, "TIME", "1"));
@@ -130,7 +130,7 @@ TEST(RewriteRecord, isTakenBackByRestoreSecure) {
   EXPECT_EQ(restored.err, "");
 }
 
-TEST(RewriteRecord, isTakenBackByReinsertAnat) {
+TEST(RewriteRecord, IsTakenBackByReinsertAnat) {
   const Outcome removed = runRewrite({"remove-anat", "4"}, anat);
   const Outcome restored =
       runRewrite({"reinsert-anat", recordIn(removed.err, "remove-anat")}, replaced(removed.out, "TIME", "1"));
@@ -138,17 +138,17 @@ TEST(RewriteRecord, isTakenBackByReinsertAnat) {
             renewed(anatSession + "a=group:ANAT 2\r\nm=audio 0 RTP/AVP 0\r\na=mid:1\r\n" + anat6));
 }
 
-TEST(RewriteRecord, isNotWrittenWhenALaterRequestIsRefused) {
+TEST(RewriteRecord, IsNotWrittenWhenALaterRequestIsRefused) {
   const Outcome outcome = runRewrite({"remove-plain", "--", "restrict-audio", "G722"}, bestEffort);
-  EXPECT_EQ(outcome.err,
-            "sdpneg: (standard input): request 2, restrict-audio, is refused: No common codecs found. Don't "
-            "restrict any codec.\n");
+  EXPECT_EQ(
+      outcome.err,
+      "sdpneg: (standard input): request 2, restrict-audio, is refused: No common codecs found. Don't restrict any codec.\n");
   EXPECT_EQ(outcome.out, "");
   EXPECT_EQ(outcome.status, 1);
 }
 
 class RewriteSecurityRefused : public testing::TestWithParam<Refusal> {};
-TEST_P(RewriteSecurityRefused, saysWhyAndWritesNothing) { expectRefusal(GetParam()); }
+TEST_P(RewriteSecurityRefused, SaysWhyAndWritesNothing) { expectRefusal(GetParam()); }
 
 const std::string notARecord = "RECORD of restore-secure is what a removal said that it removed";
 

@@ -33,7 +33,7 @@ std::string withSessionLine(const std::string& body, const std::string& line) {
 
 class Rewrite : public testing::TestWithParam<Case> {};
 
-TEST_P(Rewrite, givesTheNewBodyByteForByte) {
+TEST_P(Rewrite, GivesTheNewBodyByteForByte) {
   std::vector<std::string> arguments = {"rewrite"};
   arguments.insert(arguments.end(), GetParam().requests.begin(), GetParam().requests.end());
   const Outcome outcome = runSdpneg(arguments, {.input = GetParam().body});
@@ -90,7 +90,7 @@ const Case cases[] = {
 INSTANTIATE_TEST_SUITE_P(Requests, Rewrite, testing::ValuesIn(cases),
                          [](const auto& each) { return std::string(each.param.name); });
 
-TEST(RewriteRenewOrigin, writesTheTimeOfDay) {
+TEST(RewriteRenewOrigin, WritesTheTimeOfDay) {
   const Outcome outcome = runSdpneg({"rewrite", "renew-origin"}, {.input = audio});
   EXPECT_TRUE(std::regex_search(outcome.out,
                                 std::regex("^v=0\no=ZEV ([0-9]{7,9}) \\1 IN IP4 0\\.0\\.0\\.0\r\ns=-\n")))
@@ -105,21 +105,21 @@ class RewriteFiles : public testing::Test {
   std::string other = folder.write("other.sdp", fax);
 };
 
-TEST_F(RewriteFiles, copyOriginTakesTheLineOfAnotherBody) {
+TEST_F(RewriteFiles, CopyOriginTakesTheLineOfAnotherBody) {
   const Outcome outcome = runSdpneg({"rewrite", "copy-origin", other, file});
   EXPECT_EQ(outcome.out, withOrigin(audio, "o=fax 1 2 IN IP4 198.51.100.7\r\n"));
   EXPECT_EQ(outcome.err, "");
   EXPECT_EQ(runSdpneg({"rewrite", "copy-origin", "-", file}, {.input = fax}).out, outcome.out);
 }
 
-TEST_F(RewriteFiles, aRequestMeetsABodyThatIsParsedAnew) {
+TEST_F(RewriteFiles, ARequestMeetsABodyThatIsParsedAnew) {
   // The version gains a digit, which moves the end of the o-line.
   const Outcome outcome =
       runSdpneg({"rewrite", "set-version", "9", "--", "increase-version", "--", "copy-origin", other, file});
   EXPECT_EQ(outcome.out, withOrigin(audio, "o=fax 1 2 IN IP4 198.51.100.7\r\n"));
 }
 
-TEST_F(RewriteFiles, theLastWordIsTheFileUnlessItIsAnArgument) {
+TEST_F(RewriteFiles, TheLastWordIsTheFileUnlessItIsAnArgument) {
   EXPECT_EQ(runSdpneg({"rewrite", "modify-origin", "1", "2", file}).out,
             withOrigin(audio, "o=ZEV 1 2 IN IP4 0.0.0.0\r\n"));
   EXPECT_EQ(runSdpneg({"rewrite", "modify-origin", "1", "2", "192.0.2.9", file}).out,
@@ -128,7 +128,7 @@ TEST_F(RewriteFiles, theLastWordIsTheFileUnlessItIsAnArgument) {
   EXPECT_EQ(runSdpneg({"rewrite", "mode", "recvonly", "video"}, {.input = audio}).out, audio);
 }
 
-TEST_F(RewriteFiles, optionsMayStandAnywhere) {
+TEST_F(RewriteFiles, OptionsMayStandAnywhere) {
   const std::string diff = runSdpneg({"rewrite", "--diff", "--color", "never", "mode", "recvonly", file}).out;
   EXPECT_EQ(diff.substr(0, 4), "--- ");
   for (const std::vector<std::string>& arguments :
@@ -138,7 +138,7 @@ TEST_F(RewriteFiles, optionsMayStandAnywhere) {
   }
 }
 
-TEST_F(RewriteFiles, traceShowsTheLinesOfTheLibrary) {
+TEST_F(RewriteFiles, TraceShowsTheLinesOfTheLibrary) {
   const Outcome outcome = runSdpneg({"rewrite", "--trace", "increase-version", file});
   EXPECT_EQ(outcome.out, withOrigin(audio, "o=ann 17 19 IN IP4 192.0.2.10\n"));
   const std::size_t parse = outcome.err.find("SDP_NEGOTIATOR_DETAIL:Entering sdpParse() method");
@@ -159,7 +159,7 @@ std::ostream& operator<<(std::ostream& out, const Refusal& each) { return out <<
 
 class RewriteRefused : public testing::TestWithParam<Refusal> {};
 
-TEST_P(RewriteRefused, saysWhichAndWhyAndWritesNothing) {
+TEST_P(RewriteRefused, SaysWhichAndWhyAndWritesNothing) {
   const TemporaryFolder folder;
   const std::string file = folder.write("call.sdp", GetParam().body);
   std::vector<std::string> arguments = {"rewrite"};
@@ -194,9 +194,7 @@ std::string sized(std::size_t size) {
 const std::string tooLarge = "Attempt to increment <oline> version past maximum length. Exiting.";
 
 const std::string anotherField =
-    "by the library's count \"IN\" of the o-line is field 5 and not 4, so another field would be taken for "
-    "the "
-    "version";
+    "by the library's count \"IN\" of the o-line is field 5 and not 4, so another field would be taken for the version";
 
 const Refusal refusals[] = {
     {"setVersionBehindABlankInTheUserName",
@@ -223,9 +221,7 @@ const Refusal refusals[] = {
     {"fromADetailTrace",
      {"mode", "sendonly"},
      sized(20470),
-     "request mode is refused: sdpReplaceMode(): Not enough room to add a=sendonly line at the session "
-     "level. "
-     "Exiting."},
+     "request mode is refused: sdpReplaceMode(): Not enough room to add a=sendonly line at the session level. Exiting."},
     {"thatHasNoRoom",
      {"silence", "on"},
      sized(20460),
@@ -251,7 +247,7 @@ const Refusal refusals[] = {
 INSTANTIATE_TEST_SUITE_P(Requests, RewriteRefused, testing::ValuesIn(refusals),
                          [](const auto& each) { return std::string(each.param.name); });
 
-TEST_F(RewriteFiles, badInputIsNoRefusal) {
+TEST_F(RewriteFiles, BadInputIsNoRefusal) {
   const std::string browser = folder.write("browser.sdp", bodies::browserOffer);
   const Outcome outcome = runSdpneg({"rewrite", "copy-origin", folder.path("none"), browser});
   EXPECT_EQ(outcome.out, "");
@@ -263,14 +259,14 @@ TEST_F(RewriteFiles, badInputIsNoRefusal) {
   EXPECT_EQ(runSdpneg({"rewrite", "mode", "inactive"}, {.input = nul}).status, 2);
 }
 
-TEST(RewriteLongBody, mayHaveAllTheCharactersThatRequestsTake) {
+TEST(RewriteLongBody, MayHaveAllTheCharactersThatRequestsTake) {
   const std::string body = sized(20479);
   const Outcome outcome = runSdpneg({"rewrite", "increase-version"}, {.input = body});
   EXPECT_TRUE(outcome.out == replaced(body, "o=- 1 1", "o=- 1 2")) << outcome.out.size();
   EXPECT_EQ(outcome.status, 0);
 }
 
-TEST(RewriteUsage, isChecked) {
+TEST(RewriteUsage, IsChecked) {
   const std::string list = "; 'sdpneg requests' lists them";
   const std::string version = "N of set-version is a whole number from 0 to 9223372036854775807, not ";
   const struct {

@@ -30,7 +30,7 @@ std::ostream& operator<<(std::ostream& out, const Case& each) { return out << ea
 
 class SideEffects : public testing::TestWithParam<Case> {};
 
-TEST_P(SideEffects, areTold) {
+TEST_P(SideEffects, AreTold) {
   const Case& each = GetParam();
   EXPECT_EQ(sideEffects(each.before, each.after, each.takes), each.effects);
   EXPECT_EQ(sideEffects(withCrLf(each.before), withCrLf(each.after), each.takes), each.effects);
@@ -129,7 +129,7 @@ const Case cases[] = {
 INSTANTIATE_TEST_SUITE_P(Bodies, SideEffects, testing::ValuesIn(cases),
                          [](const auto& each) { return std::string(each.param.name); });
 
-TEST(SideEffectsOfTexts, withoutALineEndAreTold) {
+TEST(SideEffectsOfTexts, WithoutALineEndAreTold) {
   EXPECT_EQ(sideEffects("", "", Takes::nothing), Effects{});
   EXPECT_EQ(sideEffects("m=audio 1 RTP/AVP 0", "m=audio 1 RTP/AVP", Takes::nothing),
             Effects{"leaves an m-line without a format, line 1"});

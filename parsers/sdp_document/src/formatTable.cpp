@@ -4,12 +4,15 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 #include "fieldReader.h"
 #include "model.h"
 
 namespace sdp::core {
 namespace {
+
+constexpr std::uint64_t kMostNumber = std::numeric_limits<std::uint32_t>::max();
 
 struct StaticEncoding {
   std::string_view payload;
@@ -49,6 +52,19 @@ constexpr RoleName kCompanions[] = {
     {"tone", Role::otherCompanion},
 };
 
+/// Takes a slash and the digits behind it.
+/// @return false when there is no slash, or no digit
+bool takeNumber(const char*& at, const char* end, std::uint32_t& number) {
+  if (at == end || *at != '/') return false;
+  const char* const first = ++at;
+  std::uint64_t value = 0;
+  for (; at != end && sdpneg::isDigit(*at); ++at) {
+    value = std::min<std::uint64_t>(value * 10 + static_cast<std::uint64_t>(*at - '0'), kMostNumber);
+  }
+  number = static_cast<std::uint32_t>(value);
+  return at != first;
+}
+
 /// A letter, or any other character, as one of 32 bits.
 constexpr std::uint32_t letterOf(char c) { return std::uint32_t{1} << (static_cast<unsigned char>(c) % 32U); }
 
@@ -84,19 +100,16 @@ std::size_t formatCount(std::string_view formats) {
 }
 
 std::optional<EncodingParts> readEncodingText(std::string_view text) {
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  while (at != end && Fields::isBlank(*at)) ++at;
+  const char* const begin = at;
+  while (at != end && *at != '/' && !Fields::isBlank(*at)) ++at;
   EncodingParts encoding;
-  const std::size_t slash = text.find('/');
-  if (slash == std::string_view::npos || slash == 0) return std::nullopt;
-  encoding.name = text.substr(0, slash);
-  text.remove_prefix(slash + 1);
-  const std::size_t second = text.find('/');
-  const std::optional<std::uint32_t> clock = numberOf<std::uint32_t>(text.substr(0, second));
-  if (!clock) return std::nullopt;
-  encoding.clock = *clock;
-  if (second == std::string_view::npos) return encoding;
-  const std::optional<std::uint32_t> channels = numberOf<std::uint32_t>(text.substr(second + 1));
-  if (!channels) return std::nullopt;
-  encoding.channels = *channels;
+  encoding.name = {begin, static_cast<std::size_t>(at - begin)};
+  if (at == begin || !takeNumber(at, end, encoding.clock)) return std::nullopt;
+  if (at != end && *at == '/' && !takeNumber(at, end, encoding.channels)) return std::nullopt;
+  if (at != end && !Fields::isBlank(*at)) return std::nullopt;
   return encoding;
 }
 
@@ -211,8 +224,7 @@ void FormatTable::readLine(const Model& model, Index index, Index& lastOfAll) {
     const Index found = find(payload);
     if (found == kNone) return;
     FormatEntry& entry = entries[found];
-    if (line.kind == Kind::rtpmap && entry.name.empty())
-      give(entry, readEncodingText(Fields::takeField(text)));
+    if (line.kind == Kind::rtpmap && entry.name.empty()) give(entry, readEncodingText(text));
     first = &entry.firstLine;
     last = &entry.lastLine;
   }

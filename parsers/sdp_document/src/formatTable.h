@@ -112,7 +112,7 @@ std::string_view aptOf(const Model& model, const FormatEntry& entry);
 /// The number of formats that a text of an m-line has.
 std::size_t formatCount(std::string_view formats);
 
-/// `NAME/CLOCK` or `NAME/CLOCK/CHANNELS`; nothing for any other text.
+/// The encoding that the first field of a text is: `NAME/CLOCK` or `NAME/CLOCK/CHANNELS`; nothing for others.
 std::optional<EncodingParts> readEncodingText(std::string_view text);
 
 /// What RFC 3551 gives a payload type.

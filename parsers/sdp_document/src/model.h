@@ -125,9 +125,10 @@ inline bool has(const Model& model, const Part& part, Kind kind) {
 template <typename Visit>
 void forEach(const Model& model, const Part& part, Kinds kinds, Visit visit) {
   if ((part.kinds & kinds) == 0) return;
-  for (Index i = part.first; i < part.end; ++i) {
-    const Line& line = model.lines[i];
-    if (line.gone == 0 && sdp::core::has(kinds, line.kind)) visit(i);
+  const Line* const lines = model.lines.begin();
+  const Index end = part.end;
+  for (Index i = part.first; i < end; ++i) {
+    if (lines[i].gone == 0 && sdp::core::has(kinds, lines[i].kind)) visit(i);
   }
 }
 

@@ -110,29 +110,12 @@ struct Fault {
   std::string_view argument;
 };
 
-Fault faultOfFirst(const Request& request, Words words) {
-  const auto unless = [](bool right, Reason reason, std::string_view argument) {
-    return right ? Fault{} : Fault{reason, argument};
-  };
-  switch (request.first) {
-    case First::nothing:
-      return {};
-    case First::codecList:
-      return unless(core::isCodecList(words[0]), Reason::wrongCodecList, words[0]);
-    case First::address:
-      if (!core::addressLiteralOf(words[0])) return {Reason::wrongAddress, words[0]};
-      return unless(core::isAnchorPort(portOf(words[1])), Reason::wrongPort, words[1]);
-    case First::profile:
-      return unless(core::isProfile(words[0]), Reason::wrongProfile, words[0]);
-    case First::names:
-      return unless(core::areAttributeNames(words[0]), Reason::wrongNames, words[0]);
-    case First::direction:
-      return unless(directionOf(words[0]).has_value(), Reason::wrongDirection, words[0]);
-  }
-  return {};
+Fault unless(bool right, Reason reason, std::string_view argument) {
+  return right ? Fault{} : Fault{reason, argument};
 }
 
-Fault faultOf(Words words) {
+/// What the functions behind the names cannot tell, since they are not called then.
+Fault faultOfForm(Words words) {
   if (words.empty()) return {Reason::unknownRequest, {}};
   const Request* const request = requestOf(words[0]);
   if (request == nullptr) return {Reason::unknownRequest, words[0]};
@@ -140,12 +123,40 @@ Fault faultOf(Words words) {
   if (arguments.size() < fewest(*request) || arguments.size() > most(*request)) {
     return {Reason::argumentCount, words[0]};
   }
-  if (const Fault fault = faultOfFirst(*request, arguments); fault.reason != Reason::none) return fault;
-  const bool hasMedia = request->media == Media::must || arguments.size() > fewest(*request);
+  if (request->first == First::direction && !directionOf(arguments[0]))
+    return {Reason::wrongDirection, arguments[0]};
+  if (request->first == First::address && !core::isAnchorPort(portOf(arguments[1]))) {
+    return unless(!core::addressLiteralOf(arguments[0]), Reason::wrongPort, arguments[1]);
+  }
   // An empty word is no selection, though for the functions it stands for what they take by themselves.
-  if (hasMedia && !core::selectionOf(arguments.back(), core::Default::nothing))
-    return {Reason::wrongMedia, arguments.back()};
-  return {};
+  return unless(request->media == Media::no || arguments.empty() || !arguments.back().empty() ||
+                    arguments.size() == fewest(*request),
+                Reason::wrongMedia, {});
+}
+
+Fault faultOfFirst(const Request& request, Words words) {
+  switch (request.first) {
+    case First::codecList:
+      return unless(core::isCodecList(words[0]), Reason::wrongCodecList, words[0]);
+    case First::address:
+      return unless(core::addressLiteralOf(words[0]).has_value(), Reason::wrongAddress, words[0]);
+    case First::profile:
+      return unless(core::isProfile(words[0]), Reason::wrongProfile, words[0]);
+    case First::names:
+      return unless(core::areAttributeNames(words[0]), Reason::wrongNames, words[0]);
+    default:
+      return {};
+  }
+}
+
+Fault faultOf(Words words) {
+  if (const Fault fault = faultOfForm(words); fault.reason != Reason::none) return fault;
+  const Request& request = *requestOf(words[0]);
+  const Words arguments = words.subspan(1);
+  if (const Fault fault = faultOfFirst(request, arguments); fault.reason != Reason::none) return fault;
+  const bool hasMedia = request.media == Media::must || arguments.size() > fewest(request);
+  return unless(!hasMedia || core::selectionOf(arguments.back(), core::Default::nothing), Reason::wrongMedia,
+                hasMedia ? arguments.back() : std::string_view());
 }
 
 }  // namespace
@@ -155,7 +166,7 @@ Refusal checkArguments(std::span<const std::string_view> words) noexcept {
 }
 
 Refusal perform(Document& document, std::span<const std::string_view> words) noexcept {
-  const Fault fault = faultOf(words);
+  const Fault fault = faultOfForm(words);
   if (fault.reason == Reason::none) return requestOf(words[0])->perform(document, words.subspan(1));
   return DocumentAccess::perform(document, [&fault](core::Model& model) {
     return core::refuseArgument(model, fault.reason, fault.argument);

@@ -42,6 +42,7 @@ bool forEachEntry(std::string_view list, Visit visit) {
 }  // namespace
 
 bool CodecListEntry::names(const FormatEntry& format) const {
+  if (!isPayload && format.name.size() != name.size()) return false;
   if (isPayload) return format.payload == name;
   return !format.name.empty() && sdpneg::equalNoCase(format.name, name) &&
          clock.value_or(format.clock) == format.clock &&

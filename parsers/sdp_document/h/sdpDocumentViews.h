@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <limits>
 #include <optional>
 #include <string_view>
 
@@ -197,9 +198,11 @@ class SDP_DOCUMENT_API FeedbackCursor {
   bool next(std::string_view& value) noexcept;
 
  private:
+  static constexpr std::uint32_t kNoLine = std::numeric_limits<std::uint32_t>::max();
+
   const core::Model* model_ = nullptr;
-  std::uint32_t own_ = 0;
-  std::uint32_t ofAll_ = 0;
+  std::uint32_t own_ = kNoLine;
+  std::uint32_t ofAll_ = kNoLine;
 };
 
 /// A format of an m-line; in an RTP section a payload type, with what the section's attributes say of it.

@@ -9,9 +9,10 @@ namespace {
 
 const Words kOfFormats = {"rtpmap", "fmtp", "rtcp-fb", "imageattr", "framesize", "gpmd"};
 const Words kKeys = {"crypto", "key-mgmt", "fingerprint", "setup", "tls-id"};
-const Words kWays = {"candidate",    "remote-candidates", "end-of-candidates", "ice-ufrag", "ice-pwd",
-                     "ice-options",  "ice-lite",          "ice-mismatch",      "ice-pacing", "altc",
-                     "alt",          "ccap",              "source-filter"};
+const Words kWays = {
+    "candidate",    "remote-candidates", "end-of-candidates", "ice-ufrag", "ice-pwd", "ice-options",
+    "ice-lite",     "ice-mismatch",      "ice-pacing",        "altc",      "alt",     "ccap",
+    "source-filter"};
 const Words kDirections = {"sendrecv", "sendonly", "recvonly", "inactive"};
 const Words kNeverStripped = {"group", "mid", "bundle-only"};
 const Words kMediaNames = {"audio", "video", "text", "application", "message", "image"};
@@ -25,7 +26,8 @@ bool isNamed(std::string_view name, std::string_view list) {
     const std::string_view wanted = list.substr(0, comma);
     list.remove_prefix(std::min(comma + 1, list.size()));
     if (name == wanted) return true;
-    if (wanted.back() == '*' && name.substr(0, wanted.size() - 1) == wanted.substr(0, wanted.size() - 1)) return true;
+    if (wanted.back() == '*' && name.substr(0, wanted.size() - 1) == wanted.substr(0, wanted.size() - 1))
+      return true;
   }
   return false;
 }
@@ -97,11 +99,13 @@ class Check {
     const std::string_view attribute = attributeName(line.content);
     if (name_ == "keep-codecs" || name_ == "drop-codecs" || name_ == "disable") {
       if (m || attribute == "bundle-only") return !ofSession;
-      return (ofSession && attribute == "group") || (name_ != "disable" && ofChosen && isIn(attribute, kOfFormats));
+      return (ofSession && attribute == "group") ||
+             (name_ != "disable" && ofChosen && isIn(attribute, kOfFormats));
     }
     if (name_ == "order-codecs" || name_ == "opportunistic" || name_ == "secure-only") return ofChosen && m;
     if (name_ == "anchor") {
-      return m || line.content.starts_with("c=") || line.content.starts_with("a=rtcp:") || isIn(attribute, kWays);
+      return m || line.content.starts_with("c=") || line.content.starts_with("a=rtcp:") ||
+             isIn(attribute, kWays);
     }
     if (name_ == "set-profile") {
       if (ofSession) return isIn(attribute, kKeys) && attribute != "crypto";
@@ -112,8 +116,8 @@ class Check {
       return attribute == "group" && wordOf(attributeValue(line.content), 0) == "BUNDLE";
     }
     if (name_ == "strip-attributes") {
-      return (ofSession ? sessionToo_ : ofChosen) && attribute.data() != nullptr && !isIn(attribute, kNeverStripped) &&
-             isNamed(attribute, words_[1]);
+      return (ofSession ? sessionToo_ : ofChosen) && attribute.data() != nullptr &&
+             !isIn(attribute, kNeverStripped) && isNamed(attribute, words_[1]);
     }
     return ofChosen && isIn(attribute, kDirections);
   }
@@ -147,7 +151,8 @@ class Check {
     if (name_ == "keep-codecs" || name_ == "drop-codecs") return word == 1 || (word == 3 && chosen_[n]);
     if (name_ == "disable" || name_ == "anchor" || name_ == "unbundle") return word == 1;
     if (name_ == "order-codecs") return word == 3 && chosen_[n];
-    return (name_ == "set-profile" || name_ == "opportunistic" || name_ == "secure-only") && word == 2 && chosen_[n];
+    return (name_ == "set-profile" || name_ == "opportunistic" || name_ == "secure-only") && word == 2 &&
+           chosen_[n];
   }
 
   bool isSameSection(std::size_t n) const {
@@ -169,7 +174,8 @@ class Check {
     }
     if (!b.readable) return complain("it has become unreadable", n);
     for (std::size_t word = 0; word < 3; ++word) {
-      if (a.words[word] != b.words[word] && !mayWrite(n, word)) complain("word " + std::to_string(word) + " of its m-line", n);
+      if (a.words[word] != b.words[word] && !mayWrite(n, word))
+        complain("word " + std::to_string(word) + " of its m-line", n);
     }
     checkFormats(n, a.formats(), b.formats());
     checkLife(n);
@@ -248,11 +254,13 @@ class Check {
     if (a.alive && !b.alive) {
       if (!chosen_[n]) complain("it was not selected and was put away", n);
       if (b.port() != "0") complain("another port than 0", n);
-      if (!a.mid.empty() && isIn(a.mid, after_.groupedMids())) complain("a group names it though it was put away", n);
+      if (!a.mid.empty() && isIn(a.mid, after_.groupedMids()))
+        complain("a group names it though it was put away", n);
       if (a.formats() != b.formats()) complain("it was put away and lost formats", n);
     }
     // A port that changes otherwise is one that another gave up.
-    if (b.alive && a.port() != b.port() && (!a.zero || !a.bundleOnly || b.bundleOnly || !wasGivenUp(b.port()))) {
+    if (b.alive && a.port() != b.port() &&
+        (!a.zero || !a.bundleOnly || b.bundleOnly || !wasGivenUp(b.port()))) {
       complain("another port", n);
     }
   }
@@ -269,21 +277,26 @@ class Check {
   void checkAnchor() {
     const std::string_view address = words_[1];
     for (const PlainLine& line : after_.lines) {
-      if (isIn(attributeName(line.content), kWays)) complain("a way that goes round the anchor: " + std::string(line.content));
+      if (isIn(attributeName(line.content), kWays))
+        complain("a way that goes round the anchor: " + std::string(line.content));
       if (!line.content.starts_with("c=")) continue;
       const std::string_view told = wordOf(line.content.substr(2), 2);
-      if (told != address && told != "0.0.0.0" && told != "::") complain("another address: " + std::string(line.content));
+      if (told != address && told != "0.0.0.0" && told != "::")
+        complain("another address: " + std::string(line.content));
     }
     for (std::size_t n = 1; n < after_.sections.size(); ++n) {
       std::size_t connections = 0;
       const PlainSection& section = after_.sections[n];
-      for (std::size_t i = section.first; i < section.end; ++i) connections += after_.lines[i].content.starts_with("c=") ? 1 : 0;
-      for (std::size_t i = 0; i < after_.sections[0].end; ++i) connections += after_.lines[i].content.starts_with("c=") ? 1 : 0;
+      for (std::size_t i = section.first; i < section.end; ++i)
+        connections += after_.lines[i].content.starts_with("c=") ? 1U : 0U;
+      for (std::size_t i = 0; i < after_.sections[0].end; ++i)
+        connections += after_.lines[i].content.starts_with("c=") ? 1U : 0U;
       if (connections == 0) complain("no address", n);
       const bool tcp = section.transport().starts_with("TCP") && before_.sections[n].port() == section.port();
       if (before_.sections[n].zero || tcp) continue;
       std::size_t port = 0;
-      for (const char c : section.port().substr(0, section.port().find('/'))) port = port * 10 + static_cast<std::size_t>(c - '0');
+      for (const char c : section.port().substr(0, section.port().find('/')))
+        port = port * 10 + static_cast<std::size_t>(c - '0');
       if (port < 1024 || port > 65534 || port % 2 != 0) complain("a port that is none of the row", n);
     }
   }
@@ -291,9 +304,12 @@ class Check {
   void checkProfile() {
     for (std::size_t n = 1; n < after_.sections.size(); ++n) {
       const PlainSection& a = before_.sections[n];
-      if (!chosen_[n] || a.transport().find("RTP/") == std::string_view::npos || a.transport().starts_with("TCP")) continue;
+      if (!chosen_[n] || a.transport().find("RTP/") == std::string_view::npos ||
+          a.transport().starts_with("TCP"))
+        continue;
       if (after_.sections[n].transport() != words_[1]) complain("another transport", n);
-      if (words_[1].back() != 'F' && (after_.has(n, "rtcp-fb") || after_.has(n, "rtcp-rsize"))) complain("feedback", n);
+      if (words_[1].back() != 'F' && (after_.has(n, "rtcp-fb") || after_.has(n, "rtcp-rsize")))
+        complain("feedback", n);
       const bool tls = words_[1].starts_with("UDP/TLS");
       if (after_.has(n, "fingerprint") && !tls) complain("a fingerprint", n);
       if (after_.has(n, "crypto") && (tls || words_[1].starts_with("RTP/AVP"))) complain("crypto", n);
@@ -303,7 +319,8 @@ class Check {
   void checkWhatShouldBeGone() {
     for (const PlainLine& line : after_.lines) {
       const bool readable = line.section == 0 || before_.sections[line.section].readable;
-      if (name_ == "strip-attributes" && concerns(line)) complain("not stripped: " + std::string(line.content));
+      if (name_ == "strip-attributes" && concerns(line))
+        complain("not stripped: " + std::string(line.content));
       if (name_ == "unbundle" && readable && !isMLine(line.content) && concerns(line) &&
           (line.section == 0 || attributeName(line.content) == "bundle-only")) {
         complain("still bundled: " + std::string(line.content));
@@ -373,7 +390,8 @@ class Check {
   static bool isSpelt(std::string_view before, std::string_view after) {
     const std::string_view name = attributeName(before);
     if (name.data() == nullptr || before.size() != after.size() || !sameLetters(before, after)) return false;
-    return before.substr(2 + name.size()) == after.substr(2 + name.size()) && attributeName(after).size() == name.size();
+    return before.substr(2 + name.size()) == after.substr(2 + name.size()) &&
+           attributeName(after).size() == name.size();
   }
 
   std::span<const std::string_view> words_;

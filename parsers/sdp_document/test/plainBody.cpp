@@ -86,7 +86,8 @@ bool hasOnlyDigits(std::string_view text) {
 }
 
 bool sameLetters(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return small(x) == small(y); });
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return small(x) == small(y); });
 }
 
 bool isIn(std::string_view word, const Words& words) {
@@ -113,7 +114,8 @@ PlainBody::PlainBody(std::string_view body) : text(body), sections(1) {
     PlainSection& section = sections[n];
     section.readable = section.words.size() > 3 && isPortField(section.port());
     section.bundleOnly = has(n, "bundle-only");
-    section.zero = section.readable && withoutZeros(section.port().substr(0, section.port().find('/'))) == "0";
+    section.zero =
+        section.readable && withoutZeros(section.port().substr(0, section.port().find('/'))) == "0";
     section.alive = section.readable && (!section.zero || section.bundleOnly);
     for (std::size_t i = section.first; i < section.end; ++i) {
       if (attributeName(lines[i].content) != "mid") continue;
@@ -161,7 +163,8 @@ std::vector<std::pair<std::string_view, std::string_view>> PlainBody::repairs(st
     const std::string_view payload = wordOf(value, 0);
     for (auto& [repairing, repaired] : rtx) {
       if (repairing != payload || !repaired.empty()) continue;
-      const std::string_view behind = value.substr(static_cast<std::size_t>(payload.data() + payload.size() - value.data()));
+      const std::string_view behind =
+          value.substr(static_cast<std::size_t>(payload.data() + payload.size() - value.data()));
       repaired = aptOf(behind);
     }
   }

@@ -45,9 +45,7 @@ struct PlainSection {
   std::string_view media() const { return words.empty() ? std::string_view() : words[0]; }
   std::string_view port() const { return words.size() < 2 ? std::string_view() : words[1]; }
   std::string_view transport() const { return words.size() < 3 ? std::string_view() : words[2]; }
-  Words formats() const {
-    return words.size() < 4 ? Words() : Words(words.begin() + 3, words.end());
-  }
+  Words formats() const { return words.size() < 4 ? Words() : Words(words.begin() + 3, words.end()); }
 };
 
 class PlainBody {

@@ -36,7 +36,21 @@ class Arena {
   }
   /// How much all texts take.
   std::size_t taken() const { return taken_; }
-  void forgetAll() { chunk_ = used_ = taken_ = 0; }
+  void forgetAll() { rewind({}); }
+
+  /// How far the texts reach.
+  struct Mark {
+    std::size_t chunk = 0;
+    std::size_t used = 0;
+    std::size_t taken = 0;
+  };
+  Mark mark() const { return {chunk_, used_, taken_}; }
+  /// Forgets the texts that were made behind a mark.
+  void rewind(const Mark& mark) {
+    chunk_ = mark.chunk;
+    used_ = mark.used;
+    taken_ = mark.taken;
+  }
 
  private:
   static constexpr std::size_t kSmallest = 4096;

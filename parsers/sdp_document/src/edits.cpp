@@ -65,14 +65,10 @@ void store(Model& model, Index index, Line line) {
   if (line.kind == Kind::media) readMLine(model, partOf(model, index));
 }
 
-/// Where an edited text has outgrown the one that was read, it becomes the text.
+/// Where what edits made has outgrown the text that was read, the text as edited takes its place.
 void settle(Model& model) {
-  render(model);
-  model.text.swap(model.rendered);
-  model.isRendered = false;
+  model.text.assign(render(model));
   model.arena.forgetAll();
-  model.formats.forget();
-  model.groups.forget();
   const char* at = model.text.data();
   for (Line& line : model.lines) {
     const std::size_t size = line.gone != 0 ? 0 : line.whole().size();
@@ -80,6 +76,16 @@ void settle(Model& model) {
     at += size;
   }
   for (std::size_t n = 1; n < model.parts.size(); ++n) readMLine(model, model.parts[n]);
+}
+
+/// The same once an edit is done, so that it may take texts of the document itself. Where memory is lacking the next one
+/// tries again.
+void settleWhenGrown(Model& model) noexcept {
+  if (model.arena.taken() <= model.length + kLargestText / 1024) return;
+  try {
+    settle(model);
+  } catch (const std::bad_alloc&) {
+  }
 }
 
 /// Puts the additions into the index, from its end to its beginning.
@@ -173,18 +179,22 @@ void beginRequest(Model& model) {
   model.before.clear();
   model.additions.clear();
   model.explanation.clear();
-  if (model.arena.taken() > model.length + kLargestText / 1024) settle(model);
+  model.arenaBefore = model.arena.mark();
 }
 
 void keepEdits(Model& model) {
   if (model.before.empty() && model.additions.empty()) return;
   model.rendered.reserve(model.length);
   model.lines.reserve(model.lines.size() + model.additions.size());
-  insertAdditions(model);
+  if (!model.additions.empty()) {
+    insertAdditions(model);
+    findSessionKinds(model);
+  }
   model.isRendered = false;
   model.sessionTrickles.reset();
   model.formats.forget();
   model.groups.forget();
+  settleWhenGrown(model);
 }
 
 void takeBackEdits(Model& model) {
@@ -197,6 +207,7 @@ void takeBackEdits(Model& model) {
   for (const Addition& addition : model.additions) model.length -= addition.line.whole().size();
   model.before.clear();
   model.additions.clear();
+  model.arena.rewind(model.arenaBefore);
   findSessionKinds(model);
   model.formats.forget();
   model.groups.forget();

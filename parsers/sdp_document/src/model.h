@@ -68,6 +68,7 @@ struct Model {
 
   // The request in hand.
   std::vector<Before> before;  ///< its edits, to take them back
+  Arena::Mark arenaBefore;
   std::vector<Addition> additions;
   std::vector<Index> chosen;  ///< the sections that it is about
   std::vector<Index> ports;   ///< by section: the one that it gets, or kNone

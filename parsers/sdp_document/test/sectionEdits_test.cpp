@@ -274,4 +274,34 @@ TEST(SectionEdits, FindNoPlaceInASessionWithoutLines) {
   EXPECT_EQ(document.text(), "m=audio 9 RTP/AVP 0\n");
 }
 
+TEST(SectionEdits, OfTheSessionHoldForItsSections) {
+  Document document = documentBehindHead("m=audio 9 RTP/AVP 0|");
+  EXPECT_FALSE(document.session().direction());
+  EXPECT_FALSE(document.section(1).connection());
+  EXPECT_FALSE(document.addAttribute(0, "inactive"));
+  EXPECT_EQ(document.session().direction(), Direction::inactive);
+  EXPECT_EQ(document.section(1).direction(), Direction::inactive);
+  EXPECT_FALSE(document.setAttribute(0, "fingerprint", "sha-1 AA"));
+  EXPECT_EQ(textOf(document.section(1).security()), "osrtp");
+  EXPECT_FALSE(document.addAttribute(0, "ice-ufrag", "x"));
+  EXPECT_TRUE(document.section(1).hasIce());
+  EXPECT_FALSE(document.setConnection(0, "192.0.2.7"));
+  ASSERT_TRUE(document.section(1).connection());
+  EXPECT_EQ(document.section(1).connection()->address, "192.0.2.7");
+}
+
+TEST(SectionEdits, MayTakeTextsOfEditsBefore) {
+  // So many that what edits have made is brought together in between.
+  Document document = documentBehindHead("m=audio 9 RTP/AVP 0|a=x:0|a=y|");
+  const std::string filling(3000, 'z');
+  for (int n = 0; n < 60; ++n) {
+    const std::string value = std::to_string(n) + filling;
+    ASSERT_FALSE(document.setAttribute(1, "x", value));
+    ASSERT_FALSE(document.setAttribute(1, "y", document.section(1).attribute("x")->value));
+    ASSERT_EQ(document.section(1).attribute("y")->value, value);
+    ASSERT_FALSE(document.setAttribute(1, "x", document.text().substr(0, 3)));
+    ASSERT_EQ(document.section(1).attribute("x")->value, "v=0");
+  }
+}
+
 }  // namespace

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <limits>
 #include <optional>
 #include <string_view>
 
@@ -224,11 +225,13 @@ class SDP_DOCUMENT_API FeedbackCursor {
   /// @endcond
 
  private:
+  static constexpr std::uint32_t kNoLine = std::numeric_limits<std::uint32_t>::max();
+
   void skipOthers() noexcept;
 
   const core::Model* model_ = nullptr;
-  std::uint32_t own_ = ~std::uint32_t{0};
-  std::uint32_t ofAll_ = ~std::uint32_t{0};
+  std::uint32_t own_ = kNoLine;
+  std::uint32_t ofAll_ = kNoLine;
 };
 
 /// A format of an m-line; in an RTP section a payload type, with what the section's attributes say of it. In other

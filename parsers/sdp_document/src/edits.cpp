@@ -85,6 +85,10 @@ void replaceField(Model& model, Part& section, std::string_view& field, Pieces t
   char* at = put(line, content.substr(0, begin));
   for (const std::string_view piece : text) at = put(at, piece);
   put(put(at, content.substr(begin + field.size())), end);
+  Line made = model.lines[section.first];
+  made.begin = line;
+  made.length = static_cast<Index>(length);
+  store(model, section.first, made);
   const char* const behind = field.data();
   const std::size_t fieldSize = field.size();
   MLine& m = section.m;
@@ -94,10 +98,6 @@ void replaceField(Model& model, Part& section, std::string_view& field, Pieces t
     const std::size_t now = isBehind ? offset - fieldSize + size : offset;
     *view = {line + now, view == &field ? size : view->size()};
   }
-  Line made = model.lines[section.first];
-  made.begin = line;
-  made.length = static_cast<Index>(length);
-  store(model, section.first, made);
 }
 
 /// The lines that edits made take so much more than the text that it is to be put together anew.
@@ -112,8 +112,6 @@ void settle(Model& model, std::string& spare) {
   if (model.rendered.capacity() < model.length + kReadRoom) model.rendered.swap(spare);
   model.isRendered = false;
   model.arena.forgetAll();
-  model.formats.forget();
-  model.groups.forget();
   const char* at = model.text.data();
   for (Line& line : model.lines) {
     const std::size_t size = line.gone != 0 ? 0 : line.whole().size();

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "model.h"
+#include "refusals.h"
 #include "sdpDocumentRefusal.h"
 
 namespace sdp::core {
@@ -77,15 +78,20 @@ Refusal perform(Model& model, Request request) noexcept {
   try {
     beginEdit(model);
     refusal = request();
-    if (!refusal && model.length > kLargestText) refusal.reason = Reason::textTooLong;
+    if (!refusal && model.length > kLargestText) {
+      refusal.reason = Reason::textTooLong;
+      explain(model, refusal);
+    }
     if (!refusal) {
       keepEdits(model);
       return {};
     }
   } catch (const std::bad_alloc&) {
     refusal = {.reason = Reason::noMemory};
+    model.explanation.clear();
   } catch (const std::length_error&) {
     refusal = {.reason = Reason::noMemory};
+    model.explanation.clear();
   }
   takeBackEdits(model);
   return refusal;

@@ -54,10 +54,15 @@ void GroupTable::readGroup(const Model& model, Index line) {
     MidEntry& entry = mids[slot];
     const auto member = static_cast<Index>(members.size());
     const bool again = entry.lastMember != kNone && members[entry.lastMember].group == index;
+    members.push_back({slot, index, again});
+    if (again) continue;
     (entry.lastMember == kNone ? entry.firstMember : members[entry.lastMember].nextOfMid) = member;
     entry.lastMember = member;
-    if (group.isBundle() && entry.bundle == kNone) entry.bundle = index;
-    members.push_back({slot, index, kNone, again});
+    if (!group.isBundle()) continue;
+    if (entry.bundle == kNone) entry.bundle = index;
+    (entry.lastOfBundles == kNone ? entry.firstOfBundles : members[entry.lastOfBundles].nextOfBundles) =
+        member;
+    entry.lastOfBundles = member;
   }
   group.endMember = static_cast<Index>(members.size());
 }

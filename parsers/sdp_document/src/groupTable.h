@@ -17,23 +17,27 @@ struct Part;
 /// A mid that some group names.
 struct MidEntry {
   std::string_view mid;
-  Index firstMember = kNone;  ///< where groups name it
+  Index firstMember = kNone;  ///< where groups name it, in each once
   Index lastMember = kNone;
+  Index firstOfBundles = kNone;  ///< the same for BUNDLE groups alone
+  Index lastOfBundles = kNone;
   Index firstSection = kNone;  ///< the readable sections that bear it
   Index lastSection = kNone;
   Index bundle = kNone;          ///< the first BUNDLE group that names it
   Index live = 0;                ///< how many of its sections have another port than 0
   Index transport = kNone;       ///< the first of its RTP sections
   Index otherTransport = kNone;  ///< the first of these with another transport
-  bool left = false;             ///< it was taken out of all groups
+  Index leader = kNone;  ///< the first section with a port of the first of its BUNDLE groups that has one
+  bool left = false;     ///< it was taken out of all groups
 };
 
 /// A mid where a group names it.
 struct Member {
   Index mid;
   Index group;
-  Index nextOfMid;
   bool again;  ///< the group has named it before
+  Index nextOfMid = kNone;
+  Index nextOfBundles = kNone;
 };
 
 struct Group {

@@ -26,23 +26,33 @@ Refusal explained(Model& model, const Refusal& refusal) {
 }
 
 /// Does a request on the sections of a selection.
-template <typename Request>
-Refusal performOn(Document& document, std::string_view media, Default otherwise, Request request) noexcept {
+/// @param isRight called with the model; whether `argument` is right, which `wrong` says otherwise
+template <typename IsRight, typename Request>
+Refusal performOn(Document& document, std::string_view argument, Reason wrong, IsRight isRight,
+                  std::string_view media, Default otherwise, Request request) noexcept {
   return DocumentAccess::perform(document, [&](Model& model) {
+    if (!isRight(model)) return refuseArgument(model, wrong, argument);
     const std::optional<Selection> selection = core::selectionOf(media, otherwise);
     if (!selection) return refuseArgument(model, Reason::wrongMedia, media);
     return explained(model, request(model, *selection));
   });
 }
 
+/// Does a request that has no other argument than the selection.
+template <typename Request>
+Refusal performOn(Document& document, std::string_view media, Default otherwise, Request request) noexcept {
+  return performOn(
+      document, {}, Reason::none, [](Model&) { return true; }, media, otherwise, request);
+}
+
 /// Does a request about the codecs of a list.
 template <typename Request>
 Refusal performOnCodecs(Document& document, std::string_view list, std::string_view media,
                         Request request) noexcept {
-  return performOn(document, media, Default::audioAndVideo, [&](Model& model, const Selection& selection) {
-    if (!core::readCodecList(list, model.list)) return refuseArgument(model, Reason::wrongCodecList, list);
-    return request(model, selection);
-  });
+  return performOn(
+      document, list, Reason::wrongCodecList,
+      [list](Model& model) { return core::readCodecList(list, model.list); }, media, Default::audioAndVideo,
+      request);
 }
 
 }  // namespace
@@ -73,10 +83,12 @@ Refusal anchor(Document& document, std::string_view address, std::uint16_t port)
 }
 
 Refusal setProfile(Document& document, std::string_view profile, std::string_view media) noexcept {
-  return performOn(document, media, Default::all, [&](Model& model, const Selection& selection) {
-    if (!core::isProfile(profile)) return refuseArgument(model, Reason::wrongProfile, profile);
-    return core::setProfile(model, profile, selection);
-  });
+  return performOn(
+      document, profile, Reason::wrongProfile, [profile](Model&) { return core::isProfile(profile); }, media,
+      Default::all,
+      [profile](Model& model, const Selection& selection) {
+        return core::setProfile(model, profile, selection);
+      });
 }
 
 Refusal makeOpportunistic(Document& document, std::string_view media) noexcept {
@@ -90,10 +102,12 @@ Refusal makeSecureOnly(Document& document, std::string_view media) noexcept {
 Refusal unbundle(Document& document) noexcept { return DocumentAccess::perform(document, core::unbundle); }
 
 Refusal stripAttributes(Document& document, std::string_view names, std::string_view media) noexcept {
-  return performOn(document, media, Default::all, [&](Model& model, const Selection& selection) {
-    if (!core::areAttributeNames(names)) return refuseArgument(model, Reason::wrongNames, names);
-    return core::stripAttributes(model, names, selection);
-  });
+  return performOn(
+      document, names, Reason::wrongNames, [names](Model&) { return core::areAttributeNames(names); }, media,
+      Default::all,
+      [names](Model& model, const Selection& selection) {
+        return core::stripAttributes(model, names, selection);
+      });
 }
 
 Refusal setDirection(Document& document, Direction direction, std::string_view media) noexcept {

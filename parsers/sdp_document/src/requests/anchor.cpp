@@ -66,12 +66,10 @@ Index Anchoring::leaderOf(const Part& section) {
   if (mid == kNone) return kNone;
   Index leader = kNone;
   Index followed = 0;
-  for (Index m = table.mids[mid].firstMember; m != kNone && followed < kMostGroups;
-       m = table.members[m].nextOfMid) {
-    const Index group = table.members[m].group;
-    if (!table.groups[group].isBundle() || table.members[m].again) continue;
+  for (Index m = table.mids[mid].firstOfBundles; m != kNone && followed < kMostGroups;
+       m = table.members[m].nextOfBundles) {
     ++followed;
-    Index& first = model_.leaders.slotOf(group, section.m.port);
+    Index& first = model_.leaders.slotOf(table.members[m].group, section.m.port);
     if (first == kNone) first = model_.indexOf(section);
     leader = std::min(leader, first);
   }

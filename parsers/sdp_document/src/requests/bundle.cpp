@@ -7,7 +7,7 @@
 namespace sdp::core {
 namespace {
 
-/// The first section of each group that has a port.
+/// The first section with a port, of each group and of what a mid's groups have.
 void findLeaders(Model& model) {
   GroupTable& table = model.groups;
   model.leading.assign(table.groups.size(), kNone);
@@ -21,6 +21,10 @@ void findLeaders(Model& model) {
     Index& leader = model.leading[member.group];
     leader = std::min(leader, table.mids[member.mid].firstSection);
   }
+  for (const Member& member : table.members) {
+    Index& leader = table.mids[member.mid].leader;
+    if (leader == kNone && table.groups[member.group].isBundle()) leader = model.leading[member.group];
+  }
 }
 
 /// The port field that a section's group has; empty when it has none.
@@ -28,13 +32,8 @@ std::string_view portOfGroup(const Model& model, const Part& section) {
   const GroupTable& table = model.groups;
   const Index mid = table.midOf(model, section);
   if (mid == kNone) return {};
-  for (Index m = table.mids[mid].firstMember; m != kNone; m = table.members[m].nextOfMid) {
-    const Index group = table.members[m].group;
-    if (table.groups[group].isBundle() && model.leading[group] != kNone) {
-      return model.parts[model.leading[group]].m.port;
-    }
-  }
-  return {};
+  const Index leader = table.mids[mid].leader;
+  return leader == kNone ? std::string_view() : model.parts[leader].m.port;
 }
 
 }  // namespace

@@ -49,7 +49,7 @@ void PuttingAway::addLive(Index mid) {
   if (table_.mids[mid].left) return;
   ++table_.mids[mid].live;
   for (Index m = table_.mids[mid].firstMember; m != kNone; m = table_.members[m].nextOfMid) {
-    if (!table_.members[m].again) ++table_.groups[table_.members[m].group].live;
+    ++table_.groups[table_.members[m].group].live;
   }
 }
 
@@ -59,16 +59,16 @@ void PuttingAway::leaveGroups(Index mid) {
   for (Index m = entry.firstMember; m != kNone; m = table_.members[m].nextOfMid) {
     Group& group = table_.groups[table_.members[m].group];
     group.changed = true;
-    if (!table_.members[m].again) group.live -= entry.live;
+    group.live -= entry.live;
   }
 }
 
 /// Of each BUNDLE group in which a section is the only one with a port, the member that is to take it over.
 void PuttingAway::findHeirs(Index mid, Index behind) {
   std::vector<Index>& heirs = model_.heirs;
-  for (Index m = table_.mids[mid].firstMember; m != kNone; m = table_.members[m].nextOfMid) {
+  for (Index m = table_.mids[mid].firstOfBundles; m != kNone; m = table_.members[m].nextOfBundles) {
     Group& group = table_.groups[table_.members[m].group];
-    if (table_.members[m].again || !group.isBundle() || group.live != 1) continue;
+    if (group.live != 1) continue;
     const Index heir = heirOf(group, behind);
     if (heir != kNone) heirs.push_back(heir);
   }

@@ -2,15 +2,7 @@
 
 #ifdef HAVE_GST
 
-// The other parser's headers do not keep to this project's warnings.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wpedantic"
-#pragma GCC diagnostic ignored "-Wold-style-cast"
-#pragma GCC diagnostic ignored "-Wsign-conversion"
-#pragma GCC diagnostic ignored "-Wconversion"
-#pragma GCC diagnostic ignored "-Wcast-qual"
 #include <gst/sdp/gstsdpmessage.h>
-#pragma GCC diagnostic pop
 
 static bool run(const std::string& body, bool encode) {
   GstSDPMessage* message = nullptr;
@@ -27,8 +19,7 @@ static bool run(const std::string& body, bool encode) {
 }
 
 const Peer* peerGstreamer() {
-  static const Peer peer{"GStreamer", [](const std::string& body) { return run(body, false); },
-                         [](const std::string& body) { return run(body, true); }};
+  static const Peer peer{"GStreamer", run};
   return &peer;
 }
 

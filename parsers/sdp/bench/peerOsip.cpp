@@ -2,16 +2,8 @@
 
 #ifdef HAVE_OSIP
 
-// The other parser's headers do not keep to this project's warnings.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wpedantic"
-#pragma GCC diagnostic ignored "-Wold-style-cast"
-#pragma GCC diagnostic ignored "-Wsign-conversion"
-#pragma GCC diagnostic ignored "-Wconversion"
-#pragma GCC diagnostic ignored "-Wcast-qual"
 #include <osipparser2/osip_parser.h>
 #include <osipparser2/sdp_message.h>
-#pragma GCC diagnostic pop
 
 static bool run(const std::string& body, bool encode) {
   sdp_message_t* message = nullptr;
@@ -27,8 +19,7 @@ static bool run(const std::string& body, bool encode) {
 }
 
 const Peer* peerOsip() {
-  static const Peer peer{"osip2", [](const std::string& body) { return run(body, false); },
-                         [](const std::string& body) { return run(body, true); }};
+  static const Peer peer{"osip2", run};
   return &peer;
 }
 

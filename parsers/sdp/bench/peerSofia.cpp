@@ -2,16 +2,8 @@
 
 #ifdef HAVE_SOFIA
 
-// The other parser's headers do not keep to this project's warnings.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wpedantic"
-#pragma GCC diagnostic ignored "-Wold-style-cast"
-#pragma GCC diagnostic ignored "-Wsign-conversion"
-#pragma GCC diagnostic ignored "-Wconversion"
-#pragma GCC diagnostic ignored "-Wcast-qual"
 #include <sofia-sip/sdp.h>
 #include <sofia-sip/su_alloc.h>
-#pragma GCC diagnostic pop
 
 static bool run(const std::string& body, bool encode) {
   su_home_t home[1] = {SU_HOME_INIT(home)};
@@ -31,8 +23,7 @@ static bool run(const std::string& body, bool encode) {
 }
 
 const Peer* peerSofia() {
-  static const Peer peer{"sofia-sip", [](const std::string& body) { return run(body, false); },
-                         [](const std::string& body) { return run(body, true); }};
+  static const Peer peer{"sofia-sip", run};
   return &peer;
 }
 

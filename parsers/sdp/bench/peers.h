@@ -3,11 +3,11 @@
 
 #include <string>
 
-/// Another parser, measured beside ours: decodes one body and frees what it made.
+/// Another parser, measured beside ours.
 struct Peer {
   const char* name;
-  bool (*decode)(const std::string& body);
-  bool (*decodeAndEncode)(const std::string& body);
+  bool (*run)(const std::string& body,
+              bool encode);  ///< decodes a body, encodes it again, and frees what it made
 };
 
 // Null where the parser was not found when the benchmark was built.

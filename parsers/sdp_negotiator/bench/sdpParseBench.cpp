@@ -48,7 +48,8 @@ void load(const char* folder) {
   }
 }
 
-void registerOne(const std::string& name, const Bodies& bodies, bool (*step)(const std::string&)) {
+template <typename Step>
+void registerOne(const std::string& name, const Bodies& bodies, Step step) {
   benchmark::RegisterBenchmark(name.c_str(),
                                [&bodies, step](benchmark::State& s) { overBodies(s, bodies, step); });
 }
@@ -61,8 +62,10 @@ void registerAll(const std::string& kind, const Bodies& bodies) {
   registerOne(kind + ": decode and analysis", bodies, analyse);
   registerOne(kind + ": storing", bodies, store);
   registerOne(kind + ": sdpParse", bodies, parse);
-  forEachPeer(
-      [&](const Peer& peer) { registerOne(kind + ": " + peer.name + ": decode", bodies, peer.decode); });
+  forEachPeer([&](const Peer& peer) {
+    registerOne(kind + ": " + peer.name + ": decode", bodies,
+                [peer](const std::string& body) { return peer.run(body, false); });
+  });
 }
 
 }  // namespace

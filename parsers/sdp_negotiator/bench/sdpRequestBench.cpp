@@ -81,7 +81,8 @@ void registerAll(const std::string& kind, const Parsed& parsed) {
   addRequest("restore", [](cSdpNegotiator&, RequestValues&) {});
   for (const RequestRow& request : allRequests()) addRequest(request.name, request.run);
   forEachPeer([&](const Peer& peer) {
-    addText(std::string(peer.name) + ": decode and encode", peer.decodeAndEncode);
+    addText(std::string(peer.name) + ": decode and encode",
+            [peer](const std::string& body) { return peer.run(body, true); });
   });
 }
 

@@ -53,7 +53,7 @@ class SDP_NEGOTIATOR_API sdpModifications {
   static char* generateOLine(char* idOut);
   /// @}
 
-  /// @name Generation (generation.cpp, removedMLines.cpp, plainAndSecure.cpp)
+  /// @name Generation (generation.cpp, removedMLines.cpp, plainAndSecure.cpp, transport.cpp)
   /// @{
 
   /// Writes a body with one audio m-line from a summary: its address, port, audio codecs, first packetization

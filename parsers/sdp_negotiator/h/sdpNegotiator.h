@@ -97,7 +97,7 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   bool isSdpPresent() const;
   /// @}
 
-  /// @name Summary (sdpNegotiator/queries.cpp)
+  /// @name Summary (sdpNegotiator/queries.cpp, summary.cpp)
   /// @{
 
   /// @return the summary, which lives as long as the object

@@ -36,7 +36,7 @@ class SDP_NEGOTIATOR_API sdpParserMessage {
   static void sdpPreProcessDescription(sDescription& description);
   /// @}
 
-  /// @name Media selection (audioMedia.cpp, otherMedia.cpp)
+  /// @name Media selection (audioMedia.cpp, otherMedia.cpp, mediaAddress.cpp)
   /// @{
 
   /// Fills the summary from the first audio m-line with a non-zero port, or from a zero-port one that is the

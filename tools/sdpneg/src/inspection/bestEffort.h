@@ -15,7 +15,8 @@ struct BestEffort {
   bool isOpportunistic;  ///< RTP/AVP with keys (RFC 8643), where the library established no form
 };
 
-/// Asks the library, whose trace tells the reason. Must not be called while lines are traced (TraceLines).
+/// Asks the library about a parsed body.
+/// @param description its own, as it was decoded
 BestEffort bestEffortOf(const cSdpNegotiator& object, const sDescription& description);
 
 /// Whether media are offered with keys on RTP/AVP and none on RTP/SAVP.

@@ -28,6 +28,14 @@ inline std::string_view transportOf(const mDescription& media) {
   return sdpneg::viewOf(sdp_MgetTransport(&media.mLine));
 }
 
+/// Whether a block has an attribute of that name, in any case.
+inline bool hasAttribute(const a_line& attributes, std::string_view name) {
+  const auto lines =
+      std::span(attributes.entries).first(static_cast<std::size_t>(sdp_AgetNoOfAs(&attributes)));
+  return std::any_of(lines.begin(), lines.end(),
+                     [&](const a_line::entry& line) { return sdpneg::equalNoCase(line.name, name); });
+}
+
 inline bool hasConnection(const c_line& line) { return sdp_CgetNoOfCs(&line) > 0; }
 
 }  // namespace tool

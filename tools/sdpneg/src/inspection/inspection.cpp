@@ -1,12 +1,11 @@
 #include "inspection/inspection.h"
 
-#include <algorithm>
-#include <iterator>
 #include <utility>
 
 #include "input/captureFile.h"
 #include "input/sipMessage.h"
 #include "inspection/refusal.h"
+#include "inspection/videoCodecs.h"
 #include "sdpNegotiatorParser.h"
 
 namespace tool {
@@ -21,17 +20,13 @@ DescriptionPointer decode(const char* text) {
   return description;
 }
 
-/// Asks what an object does not keep. A text that requests do not take has no list of media.
+/// Finds in the description what an object does not keep. A text that requests do not take has no list of media and
+/// no video codecs.
 void askFurther(const cSdpNegotiator& object, Inspection& inspection) {
   char text[MAX_SDP_PROTOCOL_DATA_SIZE];
-  if (object.getSDP(text, sizeof text) == 0) {
-    sdpParserMessage::getMedia(*inspection.description, inspection.media);
-  }
-  unsigned char codecs[SDP_VIDEO_CODEC_LIST_SIZE];
-  unsigned int attributes = 0;
-  object.getVideoCodecs(codecs, attributes);
-  const auto end = std::find(std::begin(codecs), std::end(codecs), SDP_NO_CODEC);
-  inspection.videoCodecs.assign(std::begin(codecs), end);
+  if (object.getSDP(text, sizeof text) != 0) return;
+  sdpParserMessage::getMedia(*inspection.description, inspection.media);
+  inspection.videoCodecs = videoCodecsOf(*inspection.description);
 }
 
 /// Parses, and asks further where all is wanted, with the traces of that.

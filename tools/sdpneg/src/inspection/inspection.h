@@ -35,7 +35,7 @@ struct Inspection {
   std::optional<cSdpNegotiator> object;    ///< of a parsed body
   std::vector<mediaStruct> media;          ///< of a parsed body: its active video and application media
   std::vector<unsigned char> videoCodecs;  ///< of a parsed body
-  std::optional<BestEffort> bestEffort;    ///< of a parsed body, whose traces are left out
+  std::optional<BestEffort> bestEffort;    ///< of a parsed body
   DescriptionPointer description;          ///< of a parsed or refused body
   std::vector<std::size_t> mediaLines;     ///< the lines of the input with the m-lines of the description
 

@@ -13,12 +13,13 @@ namespace {
 constexpr std::string_view orders[] = {"kept", "given"};
 bool isBandwidth(std::string_view word) { return wholeNumber<unsigned int>(word).has_value(); }
 
+constexpr RequestArgument kAudioCodecs = {.name = "CODECS",
+                                          .expects = "names of audio codecs between commas",
+                                          .accepts = areAudioCodecs,
+                                          .names = audioCodecNames};
+
 constexpr RequestArgument restrictArguments[] = {
-    {.name = "CODECS",
-     .expects = "names of audio codecs between commas",
-     .accepts = areAudioCodecs,
-     .names = audioCodecNames},
-    {.name = "ORDER", .expects = "an order", .values = orders, .optional = true}};
+    kAudioCodecs, {.name = "ORDER", .expects = "an order", .values = orders, .optional = true}};
 
 unsigned short restrictAudio(cSdpNegotiator& object, RequestInput& input) {
   const auto codecs = *audioCodecsOf(input.words[0]);
@@ -46,10 +47,7 @@ unsigned short preferAudio(cSdpNegotiator& object, RequestInput& input) {
   return isFirst(object, codec) ? 0 : 1;
 }
 
-constexpr RequestArgument reorderArguments[] = {{.name = "CODECS",
-                                                 .expects = "names of audio codecs between commas",
-                                                 .accepts = areAudioCodecs,
-                                                 .names = audioCodecNames}};
+constexpr RequestArgument reorderArguments[] = {kAudioCodecs};
 
 unsigned short reorderAudio(cSdpNegotiator& object, RequestInput& input) {
   const auto codecs = *audioCodecsOf(input.words[0]);

@@ -4,6 +4,7 @@
 
 #include "bodies.h"
 #include "process.h"
+#include "sdpNegotiator.h"
 
 // The best-effort form of a body as `inspect` tells it.
 
@@ -17,6 +18,13 @@ const std::string crypto =
 const std::string fingerprint = "a=fingerprint:sha-1 AB:CD\n";
 const std::string plainAudio = "m=audio 49170 RTP/AVP 0\n";
 const std::string secureAudio = "m=audio 49170 RTP/SAVP 0\n" + crypto;
+
+/// The body with lines of an unknown attribute behind it, so long that it has so many characters.
+std::string paddedTo(std::size_t size, std::string body) {
+  constexpr std::size_t kLine = 100;
+  while (body.size() + 2 * kLine < size) body += "a=" + std::string(kLine - 3, 'x') + "\n";
+  return body + "a=" + std::string(size - body.size() - 3, 'x') + "\n";
+}
 
 struct Case {
   const char* name;
@@ -43,6 +51,20 @@ TEST_P(InspectBestEffort, isInTheJson) {
   EXPECT_EQ(told["reason"], GetParam().reason.empty() ? json(nullptr) : json(GetParam().reason));
 }
 
+/// What the library answers to an engine that asks for the type.
+eSecurityType answerFor(const Case& each) {
+  if (!each.reason.empty()) return SRTP_UKNOWN;
+  if (each.type == "plain") return SECURITY_RTP_ONLY;
+  if (each.type == "secure") return SECURITY_SRTP_ONLY;
+  return each.type == "oneMLine" ? BE_SRTP_1m_LINE : BE_SRTP_2m_LINE;
+}
+
+TEST_P(InspectBestEffort, isWhatTheObjectAnswers) {
+  cSdpNegotiator object;
+  ASSERT_EQ(object.sdpParse(GetParam().body.c_str(), SDP_TYPE_OFFER), 0);
+  EXPECT_EQ(object.getSdpBestEffortSrtpType(), answerFor(GetParam()));
+}
+
 Case opportunistic(const char* name, std::string body, const std::string& reason) {
   return {name, std::move(body), "opportunistic: RTP/AVP with keys", "opportunistic", reason};
 }
@@ -64,6 +86,14 @@ const Case cases[] = {
     unknown("oddNumber", session + plainAudio + secureAudio + plainAudio, "odd number of m-lines"),
     unknown("differentCodecs", session + plainAudio + replaced(secureAudio, "SAVP 0", "SAVP 8"),
             "two m-lines of a pair have different codecs"),
+    // The second pair is the third and fourth m-line; their third formats are compared.
+    unknown(
+        "differentThirdFormatsOfTheSecondPair",
+        session + plainAudio + secureAudio + "m=audio 49172 RTP/AVP 0 8 3\nm=audio 49172 RTP/SAVP 0 8 9\n",
+        "two m-lines of a pair have different codecs"),
+    {"otherFirstFormatsOfTheSecondPair",
+     session + plainAudio + secureAudio + "m=audio 49172 RTP/AVP 0\nm=audio 49172 RTP/SAVP 8\n",
+     "two m-lines per medium", "twoMLines"},
     unknown("noCrypto", session + plainAudio + "m=audio 49170 RTP/SAVP 0\n",
             "no crypto line in the secure m-line of the first pair"),
     unknown("twoSecure", session + secureAudio + secureAudio + plainAudio + plainAudio,
@@ -71,6 +101,12 @@ const Case cases[] = {
     unknown("otherTransport",
             session + "m=audio 49170 udp 0\nm=audio 49170 udp 0\n" + plainAudio + secureAudio,
             "a pair begins with neither RTP/AVP nor RTP/SAVP"),
+    unknown("smallLetters",
+            session + plainAudio + secureAudio + "m=audio 49172 rtp/avp 0\nm=audio 49172 rtp/savp 0\n",
+            "a pair begins with neither RTP/AVP nor RTP/SAVP"),
+    // It is parsed, but requests do not take it.
+    unknown("bodyOf20480Characters", paddedTo(20480, session + plainAudio + secureAudio),
+            "the m-lines cannot be read"),
     // What RFC 8643 offers. The library counts "a=crypto" as secure beside plain, and looks for pairs.
     opportunistic("oneMLineInTheUsualSpelling", session + plainAudio + crypto, "odd number of m-lines"),
     opportunistic("onlyOneOfTwoWithKeys", session + plainAudio + crypto + plainAudio,

@@ -153,6 +153,21 @@ TEST(InspectTableRows, tellWhetherADescriptionHoldsAllAttributes) {
   }
 }
 
+TEST(InspectTableRows, nameTheCodecsOfTheFirstVideoInUse) {
+  const std::string unused = "m=video 0 RTP/AVP 34\nm=video 49172 RTP/AVP 34\na=Inactive\n";
+  const auto inspected = [&](const std::string& video) {
+    return runSdpneg({"inspect"}, {.input = std::string(bodies::audioCall) + unused + video}).out;
+  };
+  const std::string mapped = inspected("m=video 49174 RTP/AVP 31 120 97 34\na=rtpmap:97 H264/90000\n");
+  EXPECT_NE(mapped.find("  video codecs      H261, H264, H263\n"), std::string::npos) << mapped;
+  const std::string nine = inspected("m=video 49174 RTP/AVP 31 34 31 34 31 34 31 34 31\n");
+  EXPECT_NE(nine.find("  video codecs      H261, H263, H261, H263, H261, H263, H261, H263\n"),
+            std::string::npos)
+      << nine;
+  const std::string none = inspected("");
+  EXPECT_EQ(none.find("video codecs"), std::string::npos) << none;
+}
+
 TEST(InspectTableRows, nameTheCodecBehindManyAttributes) {
   std::string body(bodies::audioCall);
   for (int i = 0; i < 100; ++i) body += "a=x\n";

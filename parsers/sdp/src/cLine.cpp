@@ -6,7 +6,7 @@ namespace sdp {
 
 Problem readConnection(std::string_view value, c_line& line, bool& cut) {
   static const char* const kNames[] = {"a network type", "an address type", "an address"};
-  Fields fields(value);
+  LineFields fields(value);
   std::string_view field[3];
   for (int i = 0; i < 3; ++i) {
     if (fields.atEnd()) return expected(kNames[i], fields.position());

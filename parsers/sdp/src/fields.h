@@ -42,9 +42,9 @@ inline std::string_view trimEnd(std::string_view text) {
 }
 
 /// The fields of a line's value, separated by blanks and tabs.
-class Fields {
+class LineFields {
  public:
-  explicit Fields(std::string_view value) : next_(value.data()), end_(value.data() + value.size()) {
+  explicit LineFields(std::string_view value) : next_(value.data()), end_(value.data() + value.size()) {
     skipBlanks();
   }
 

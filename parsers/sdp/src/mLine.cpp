@@ -20,7 +20,7 @@ unsigned int mediaTypeOf(std::string_view name) {
 }
 
 // Returns whether all formats fitted.
-bool readFormats(Fields& fields, m_line& line) {
+bool readFormats(LineFields& fields, m_line& line) {
   bool whole = true;
   line.formatCount = 0;
   while (!fields.atEnd()) {
@@ -33,7 +33,7 @@ bool readFormats(Fields& fields, m_line& line) {
 }  // namespace
 
 Problem readMedia(std::string_view value, m_line& line) {
-  Fields fields(value);
+  LineFields fields(value);
   if (fields.atEnd()) return expected("a media name", fields.position());
   const std::string_view media = fields.take();
   if (fields.atEnd() || !isDigit(*fields.position())) return expected("a port", fields.position());

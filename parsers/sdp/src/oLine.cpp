@@ -7,7 +7,7 @@ namespace sdp {
 Problem readOrigin(std::string_view value, o_line& line, bool& cut) {
   static const char* const kNames[] = {"a user name", "a session id", "a session version", "a network type",
                                        "an address type"};
-  Fields fields(value);
+  LineFields fields(value);
   std::string_view field[5];
   for (int i = 0; i < 5; ++i) {
     if (fields.atEnd()) return expected(kNames[i], fields.position());

@@ -86,13 +86,14 @@ constexpr CommandRow commands[] = {
     {"rewrite", "Apply requests to a body",
      "Applies requests to a body in their order and writes the new body to standard output, byte for byte. "
      "Between requests stands --. The last word is FILE when it is no argument of the last request: an "
-     "argument "
-     "that may be left out is taken where the word can be one. Without FILE, standard input is read. Options "
-     "may "
-     "stand anywhere. Of a SIP message everything else stays, but Content-Length is corrected. When a "
-     "request is "
-     "refused, one line on standard error says which and why, the exit status is 1, and nothing is written. "
-     "To have nothing to do is no refusal.",
+     "argument that may be left out is taken where the word can be one, so that a file named 2 or audio is "
+     "given as ./2 or ./audio. Without FILE, standard input is read. Options may stand anywhere. Of a SIP "
+     "message everything else stays, but Content-Length is corrected. The requests from keep-codecs to "
+     "canonical take every body; the others one that the analysis does not refuse, where their turn comes. "
+     "MEDIA selects sections; without it, those for codecs take audio and video, the rest all. When a "
+     "request is refused, one line on standard error says which and why, the exit status is 1, and nothing "
+     "is "
+     "written. To have nothing to do is no refusal.",
      rewriteOptions, rewriteOperands, runRewrite,
      "REQUEST [ARGUMENT...] [-- REQUEST [ARGUMENT...]]... [FILE]"},
     {"requests",

@@ -5,6 +5,7 @@
 #include "commands/inspectCommand.h"
 #include "commands/offerCommands.h"
 #include "commands/rewriteCommand.h"
+#include "commands/sectionsCommand.h"
 #include "commands/transferCommands.h"
 
 namespace tool {
@@ -24,6 +25,9 @@ constexpr OptionRow inspectOptions[] = {
 
 constexpr OperandRow inspectOperands[] = {
     {"FILE", "Bodies, SIP messages, folders of *.sdp, or - for standard input.", true, false, true}};
+
+constexpr OptionRow kSectionsOptions[] = {{"--json", "", {}, "", "Write a JSON document instead of tables."},
+                                          colourOption};
 
 constexpr OptionRow rewriteOptions[] = {
     {"--diff", "", {}, "", "Show a unified diff instead of the new body."},
@@ -81,8 +85,17 @@ constexpr CommandRow commands[] = {
      "hold state, video, fax, and the m-lines. An input is a bare body or a whole SIP message, of which the "
      "part application/sdp is taken. Without FILE, standard input is read. What is wrong with an input is "
      "said on standard error in one line with file, line and column, and the others are still shown. A body "
-     "that is SDP but is refused by the analysis is shown as a table of its m-lines.",
+     "that is SDP but is refused by the analysis is shown as a table of its m-lines. Where the analysis "
+     "refuses a "
+     "body or does not hold all of it, its sections follow as the command sections shows them.",
      inspectOptions, inspectOperands, runInspect},
+    {"sections", "List the sections of bodies of any kind",
+     "Shows each section of a body in one line: number, mid, media, address and port, profile, security, "
+     "direction, whether RTCP is multiplexed, the number of its BUNDLE group among all groups, and the "
+     "codecs "
+     "by name. Bodies that the analysis refuses are shown as well: every section, address and codec is. With "
+     "--json there is more of each. An input is what it is for inspect, of up to 64 MB.",
+     kSectionsOptions, inspectOperands, runSections},
     {"rewrite", "Apply requests to a body",
      "Applies requests to a body in their order and writes the new body to standard output, byte for byte. "
      "Between requests stands --. The last word is FILE when it is no argument of the last request: an "

@@ -7,7 +7,7 @@
 namespace tool {
 
 BodyText readBodyText(const Input& input) {
-  InputBytes read = readInput(input, maxDocumentInputSize);
+  InputBytes read = readInput(input, kMaxDocumentInputSize);
   BodyText result{input.name, std::move(read.bytes), {}, std::move(read.problem)};
   if (!result.problem) result.problem = captureProblem(result.bytes);
   if (result.problem) return result;

@@ -14,7 +14,7 @@ namespace tool {
 inline constexpr std::size_t maxInputSize = std::size_t{1024} * 1024;
 
 /// Bytes that an input of the document layer may have.
-inline constexpr std::size_t maxDocumentInputSize = std::size_t{64} * 1024 * 1024;
+inline constexpr std::size_t kMaxDocumentInputSize = std::size_t{64} * 1024 * 1024;
 
 /// Something to read: a file, standard input, or what could not even be listed.
 struct Input {

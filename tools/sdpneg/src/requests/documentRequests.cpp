@@ -8,8 +8,8 @@
 namespace tool {
 namespace {
 
-template <std::size_t size>
-bool fits(const std::array<std::string_view, size>& words) {
+template <std::size_t Size>
+bool fits(const std::array<std::string_view, Size>& words) {
   return !sdp::checkArguments(words);
 }
 
@@ -21,63 +21,63 @@ bool isProfile(std::string_view word) { return fits<2>({"set-profile", word}); }
 bool areAttributeNames(std::string_view word) { return fits<2>({"strip-attributes", word}); }
 bool isDirection(std::string_view word) { return fits<2>({"direction", word}); }
 
-constexpr std::string_view media[] = {"audio", "video", "text", "application", "message", "image", "all"};
-constexpr std::string_view profiles[] = {"RTP/AVP",   "RTP/AVPF",         "RTP/SAVP",
-                                         "RTP/SAVPF", "UDP/TLS/RTP/SAVP", "UDP/TLS/RTP/SAVPF"};
-constexpr std::string_view directions[] = {"sendrecv", "sendonly", "recvonly", "inactive"};
+constexpr std::string_view kMedia[] = {"audio", "video", "text", "application", "message", "image", "all"};
+constexpr std::string_view kProfiles[] = {"RTP/AVP",   "RTP/AVPF",         "RTP/SAVP",
+                                          "RTP/SAVPF", "UDP/TLS/RTP/SAVP", "UDP/TLS/RTP/SAVPF"};
+constexpr std::string_view kDirections[] = {"sendrecv", "sendonly", "recvonly", "inactive"};
 
-constexpr RequestArgument mediaArgument = {.name = "MEDIA",
-                                           .expects = "a section's number, mid=VALUE, or one of these words",
-                                           .values = media,
-                                           .accepts = isMedia,
-                                           .optional = true};
-constexpr RequestArgument listArgument = {
+constexpr RequestArgument kMediaArgument = {.name = "MEDIA",
+                                            .expects = "a section's number, mid=VALUE, or one of these words",
+                                            .values = kMedia,
+                                            .accepts = isMedia,
+                                            .optional = true};
+constexpr RequestArgument kListArgument = {
     .name = "LIST",
     .expects = "codecs between commas, each NAME, NAME/CLOCK, NAME/CLOCK/CHANNELS or a payload type",
     .accepts = isCodecList};
 
-constexpr RequestArgument codecArguments[] = {listArgument, mediaArgument};
-constexpr RequestArgument anchorArguments[] = {
+constexpr RequestArgument kCodecArguments[] = {kListArgument, kMediaArgument};
+constexpr RequestArgument kAnchorArguments[] = {
     {.name = "ADDRESS", .expects = "an IPv4 or IPv6 address", .accepts = isLiteral},
     {.name = "PORT", .expects = "an even port from 1024 to 65534", .accepts = isAnchorPort}};
-constexpr RequestArgument profileArguments[] = {
-    {.name = "PROFILE", .expects = "a profile of RTP", .values = profiles, .accepts = isProfile},
-    mediaArgument};
-constexpr RequestArgument mediaArguments[] = {mediaArgument};
-constexpr RequestArgument stripArguments[] = {
+constexpr RequestArgument kProfileArguments[] = {
+    {.name = "PROFILE", .expects = "a profile of RTP", .values = kProfiles, .accepts = isProfile},
+    kMediaArgument};
+constexpr RequestArgument kMediaArguments[] = {kMediaArgument};
+constexpr RequestArgument kStripArguments[] = {
     {.name = "NAMES",
      .expects = "names of attributes between commas, which may end in *",
      .accepts = areAttributeNames},
-    mediaArgument};
-constexpr RequestArgument directionArguments[] = {
-    {.name = "DIRECTION", .expects = "a direction", .values = directions, .accepts = isDirection},
-    mediaArgument};
-constexpr RequestArgument disableArguments[] = {
-    {.name = "MEDIA", .expects = mediaArgument.expects, .values = media, .accepts = isMedia}};
+    kMediaArgument};
+constexpr RequestArgument kDirectionArguments[] = {
+    {.name = "DIRECTION", .expects = "a direction", .values = kDirections, .accepts = isDirection},
+    kMediaArgument};
+constexpr RequestArgument kDisableArguments[] = {
+    {.name = "MEDIA", .expects = kMediaArgument.expects, .values = kMedia, .accepts = isMedia}};
 
-constexpr RequestRow rows[] = {
-    {"keep-codecs", codecArguments,
+constexpr RequestRow kRows[] = {
+    {"keep-codecs", kCodecArguments,
      "Keep the codecs of a LIST, and what serves them; sections without go to port 0.", nullptr,
      "sdp::keepCodecs"},
-    {"drop-codecs", codecArguments,
+    {"drop-codecs", kCodecArguments,
      "Drop the codecs of a LIST, and what served them; sections without go to port 0.", nullptr,
      "sdp::dropCodecs"},
-    {"order-codecs", codecArguments, "Put the codecs of a LIST first, in its order.", nullptr,
+    {"order-codecs", kCodecArguments, "Put the codecs of a LIST first, in its order.", nullptr,
      "sdp::orderCodecs"},
-    {"anchor", anchorArguments, "Lead all media by way of one address, from a port on; ICE goes.", nullptr,
+    {"anchor", kAnchorArguments, "Lead all media by way of one address, from a port on; ICE goes.", nullptr,
      "sdp::anchor"},
-    {"set-profile", profileArguments,
+    {"set-profile", kProfileArguments,
      "Give RTP sections a profile, and take out the keys that do not go with it.", nullptr,
      "sdp::setProfile"},
-    {"opportunistic", mediaArguments, "Give secure sections a plain profile, and leave their keys.", nullptr,
+    {"opportunistic", kMediaArguments, "Give secure sections a plain profile, and leave their keys.", nullptr,
      "sdp::makeOpportunistic"},
-    {"secure-only", mediaArguments, "Give plain sections with keys the secure profile of these.", nullptr,
+    {"secure-only", kMediaArguments, "Give plain sections with keys the secure profile of these.", nullptr,
      "sdp::makeSecureOnly"},
     {"unbundle", {}, "Dissolve the BUNDLE groups; anchor is meant to follow.", nullptr, "sdp::unbundle"},
-    {"strip-attributes", stripArguments, "Take attributes out by their names.", nullptr,
+    {"strip-attributes", kStripArguments, "Take attributes out by their names.", nullptr,
      "sdp::stripAttributes"},
-    {"direction", directionArguments, "Give sections a direction.", nullptr, "sdp::setDirection"},
-    {"disable", disableArguments, "Set port 0, and take the sections out of their groups.", nullptr,
+    {"direction", kDirectionArguments, "Give sections a direction.", nullptr, "sdp::setDirection"},
+    {"disable", kDisableArguments, "Set port 0, and take the sections out of their groups.", nullptr,
      "sdp::disable"},
     {"canonical",
      {},
@@ -87,6 +87,6 @@ constexpr RequestRow rows[] = {
 
 }  // namespace
 
-std::span<const RequestRow> documentRequests() { return rows; }
+std::span<const RequestRow> documentRequests() { return kRows; }
 
 }  // namespace tool

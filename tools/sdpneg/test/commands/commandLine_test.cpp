@@ -100,11 +100,12 @@ TEST(CommandLine, takesOddNamesForFiles) {
 
 TEST(Completion, followsTheCommandTable) {
   EXPECT_EQ(runSdpneg({"--complete"}).out,
-            "inspect\nrewrite\nrequests\ncreate\ncompare\nupdate-answer\nversion-"
+            "inspect\nsections\nrewrite\nrequests\ncreate\ncompare\nupdate-answer\nversion-"
             "increased\nalign\npack\nunpack\n--help\n--version\n");
   EXPECT_EQ(runSdpneg({"--complete", "pack"}).out, "--output\n--help\n<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "pack", "-o"}).out, "<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect"}).out, "--json\n--trace\n--color\n--help\n<file>\n");
+  EXPECT_EQ(runSdpneg({"--complete", "sections"}).out, "--json\n--color\n--help\n<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect", "--color"}).out, "auto\nalways\nnever\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect", "--color", "="}).out, "auto\nalways\nnever\n");
   EXPECT_EQ(runSdpneg({"--complete", "requests"}).out, "--operations\n--help\n");

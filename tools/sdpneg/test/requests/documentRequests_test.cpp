@@ -75,7 +75,7 @@ const std::string known =
 
 class DocumentRequests : public testing::TestWithParam<Case> {};
 
-TEST_P(DocumentRequests, giveTheNewBodyByteForByte) { expectBody(GetParam()); }
+TEST_P(DocumentRequests, GiveTheNewBodyByteForByte) { expectBody(GetParam()); }
 
 const Case cases[] = {
     {"keepCodecs",
@@ -170,7 +170,7 @@ std::ostream& operator<<(std::ostream& out, const Refusal& each) { return out <<
 
 class DocumentRefusals : public testing::TestWithParam<Refusal> {};
 
-TEST_P(DocumentRefusals, writeNothingAndSayWhy) {
+TEST_P(DocumentRefusals, WriteNothingAndSayWhy) {
   const TemporaryFolder folder;
   const std::string file = folder.write("browser.sdp", GetParam().body);
   std::vector<std::string> arguments = GetParam().request;
@@ -283,7 +283,7 @@ class DocumentFiles : public testing::Test {
   std::string file = folder.write("2", browser);
 };
 
-TEST_F(DocumentFiles, areWhateverSelectsNoMedia) {
+TEST_F(DocumentFiles, AreWhateverSelectsNoMedia) {
   const std::string kept = session + group + audioOfPcma + video;
   EXPECT_EQ(runSdpneg({"rewrite", "keep-codecs", "PCMA,telephone-event", "audio", file}).out, kept);
   EXPECT_EQ(runSdpneg({"rewrite", "unbundle", file}).out, replaced(browser, group, ""));
@@ -297,19 +297,19 @@ TEST_F(DocumentFiles, areWhateverSelectsNoMedia) {
   EXPECT_EQ(readBytes(folder.path("section")), "");
 }
 
-TEST_F(DocumentFiles, areReadBeforeAnythingIsDone) {
+TEST_F(DocumentFiles, AreReadBeforeAnythingIsDone) {
   const Outcome outcome = runSdpneg({"rewrite", "disable", "all", folder.path("missing")});
   EXPECT_EQ(outcome.err,
             "sdpneg: " + folder.path("missing") + ": cannot be read: No such file or directory\n");
   EXPECT_EQ(outcome.status, 2);
 }
 
-TEST_F(DocumentFiles, areWrittenInPlace) {
+TEST_F(DocumentFiles, AreWrittenInPlace) {
   EXPECT_EQ(runSdpneg({"rewrite", "--in-place", "unbundle", file}).status, 0);
   EXPECT_EQ(readBytes(file), replaced(browser, group, ""));
 }
 
-TEST_F(DocumentFiles, areShownAsDiff) {
+TEST_F(DocumentFiles, AreShownAsDiff) {
   const Outcome outcome = runSdpneg({"rewrite", "--diff", "disable", "video", file});
   EXPECT_NE(outcome.out.find("\n-a=group:BUNDLE a v\n+a=group:BUNDLE a\n"), std::string::npos) << outcome.out;
   EXPECT_NE(outcome.out.find("\n-m=video 9 UDP/TLS/RTP/SAVPF 96 97\n+m=video 0 UDP/TLS/RTP/SAVPF 96 97\n"),
@@ -317,7 +317,7 @@ TEST_F(DocumentFiles, areShownAsDiff) {
       << outcome.out;
 }
 
-TEST_F(DocumentFiles, mayHoldASipMessage) {
+TEST_F(DocumentFiles, MayHoldASipMessage) {
   const std::string length = std::to_string(threeCodecs.size());
   const std::string head =
       "SIP/2.0 200 OK\r\nContent-Type: application/sdp\r\nContent-Length: " + length + "\r\n\r\n";
@@ -338,7 +338,7 @@ TEST_F(DocumentFiles, mayHoldASipMessage) {
   EXPECT_EQ(runSdpneg({"rewrite", "unbundle", bare}).status, 2);
 }
 
-TEST_F(DocumentFiles, mayBeLargerThanWhatAnObjectReads) {
+TEST_F(DocumentFiles, MayBeLargerThanWhatAnObjectReads) {
   const std::string large = browser + "a=x-long:" + std::string(std::size_t{2} * 1024 * 1024, 'y') + "\n";
   const std::string name = folder.write("large", large);
   const Outcome outcome = runSdpneg({"rewrite", "strip-attributes", "x-*", name});
@@ -346,13 +346,13 @@ TEST_F(DocumentFiles, mayBeLargerThanWhatAnObjectReads) {
   EXPECT_EQ(runSdpneg({"rewrite", "increase-version", "--", "unbundle", name}).status, 1);
 }
 
-TEST_F(DocumentFiles, sayWhatHadNothingToDo) {
+TEST_F(DocumentFiles, SayWhatHadNothingToDo) {
   const Outcome outcome =
       runSdpneg({"rewrite", "--verbose", "direction", "sendrecv", "--", "unbundle", file});
   EXPECT_EQ(outcome.err, "sdpneg: " + file + ": note: request 1, direction, had nothing to do\n");
 }
 
-TEST_F(DocumentFiles, traceWhatTheObjectDoes) {
+TEST_F(DocumentFiles, TraceWhatTheObjectDoes) {
   EXPECT_EQ(runSdpneg({"rewrite", "--trace", "unbundle", file}).err, "");
   const std::string call = folder.write("call", known);
   const Outcome outcome = runSdpneg({"rewrite", "--trace", "unbundle", "--", "increase-version", call});

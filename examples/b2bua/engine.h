@@ -1,6 +1,8 @@
 #ifndef B2BUA_ENGINE_H
 #define B2BUA_ENGINE_H
 
+#include <sdpDocument.h>
+
 #include <unordered_map>
 
 #include "call.h"
@@ -88,6 +90,9 @@ class Engine {
   void refuse(Call& call, const std::string& reason);
   void complete(Call& call);
 
+  /// Takes a body from outside in, in the form on which all readers agree: what one takes for a line, no other misses.
+  /// @return why it has none; empty when `incoming_` has it
+  std::string takeIn(const std::string& body);
   /// Parses a body from a side, applies the policy and gives the result that side's dialog of the other.
   /// @return why it cannot be used; empty when it can
   std::string takeBody(Call& call, Side from, const std::string& body, bool isAnswer);
@@ -101,7 +106,8 @@ class Engine {
   std::unordered_map<std::string, Call> calls_;
   unsigned long openByes_ = 0;
   bool stopping_ = false;
-  std::string elsewhere_;  ///< a URL to which nobody sends
+  std::string elsewhere_;   ///< a URL to which nobody sends
+  sdp::Document incoming_;  ///< the last body from outside
   PerSecond invites_;
   PerSecond unknownTags_;  ///< asked for in the store, in vain
 };

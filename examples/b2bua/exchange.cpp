@@ -1,5 +1,7 @@
 // What happens to the bodies between an INVITE and its ACK.
 
+#include <sdpDocumentRequests.h>
+
 #include <cstring>
 
 #include "engine.h"
@@ -54,17 +56,26 @@ bool isUnchanged(const Body& offer, const Body& before) {
 
 }  // namespace
 
+std::string Engine::takeIn(const std::string& body) {
+  sdp::Refusal refusal = incoming_.read(body);
+  // That there is no body at all is for the parse to tell.
+  if (!refusal && !body.empty()) refusal = sdp::canonicalise(incoming_);
+  return refusal ? reasonOf(refusal) : "";
+}
+
 std::string Engine::takeBody(Call& call, Side from, const std::string& body, bool isAnswer) {
   Exchange& exchange = *call.exchange;
   Body& received = exchange.received[from];
   Body& sent = exchange.sent[otherOf(from)];
-  if (body.find('\0') != std::string::npos) return "NUL in the body";
-  if (received.sdpParse(body.c_str(), SDP_TYPE_UNKNOWN) != 0) {
-    return withoutSecrets(lastReason(), body);
+  std::string reason = takeIn(body);
+  if (!reason.empty()) return reason;
+  const std::string canonical(incoming_.text());
+  if (received.sdpParse(canonical.c_str(), SDP_TYPE_UNKNOWN) != 0) {
+    return withoutSecrets(lastReason(), canonical);
   }
   sent = received;
-  std::string reason = isAnswer ? applyToAnswer(options_.policy, sent, exchange.changes)
-                                : applyToOffer(options_.policy, sent, exchange.changes);
+  reason = isAnswer ? applyToAnswer(options_.policy, sent, exchange.changes)
+                    : applyToOffer(options_.policy, sent, exchange.changes);
   if (!reason.empty()) return reason;
   continueSession(sent, received, call.legs[otherOf(from)].sent);
   reason = whatIsForbidden(options_.policy, textOf(sent),
@@ -302,8 +313,11 @@ void Engine::replaceDummy(Call& call) {
 /// The caller has answered to the target's former body; this one is only kept.
 void Engine::onDummyReplaced(Call& call, const std::string& body) {
   sendAck(call, "");
-  if (call.exchange->received[kTarget].sdpParse(body.c_str(), SDP_TYPE_ANSWER) == 0) return complete(call);
-  note(call, "body refused: no answer to the offer after the dummy");
+  const std::string reason = takeIn(body);
+  const std::string canonical(incoming_.text());
+  if (reason.empty() && call.exchange->received[kTarget].sdpParse(canonical.c_str(), SDP_TYPE_ANSWER) == 0)
+    return complete(call);
+  note(call, "body refused: " + (reason.empty() ? "no answer to the offer after the dummy" : reason));
   end(call, "engine: body refused");
 }
 

@@ -49,6 +49,14 @@ std::string lastReason() {
   return reason;
 }
 
+std::string reasonOf(const sdp::Refusal& refusal) {
+  std::string reason;
+  if (refusal.line != 0) reason.append(kLine).append(std::to_string(refusal.line)).append(": ");
+  reason.append(textOf(refusal.reason));
+  std::replace(reason.begin(), reason.end(), '"', '\'');
+  return reason;
+}
+
 std::string withoutSecrets(const std::string& reason, std::string_view body) {
   const std::size_t found = reason.find(kFound);
   if (found == std::string::npos || !reason.starts_with(kLine)) return reason;

@@ -1,6 +1,8 @@
 #ifndef B2BUA_REASONS_H
 #define B2BUA_REASONS_H
 
+#include <sdpDocumentRefusal.h>
+
 #include <string>
 #include <string_view>
 
@@ -8,6 +10,9 @@ namespace b2bua {
 
 /// @return why the library refused a body just now, without what could break a line or a quoted text
 std::string lastReason();
+
+/// @return why a body has no form on which all readers agree, with the line and nothing of what stands there
+std::string reasonOf(const sdp::Refusal& refusal);
 
 /// @param reason  why the library refuses a body: what it found in a line may be part of a key
 /// @return the reason, with no more of a line about keys or passwords than its attribute's name

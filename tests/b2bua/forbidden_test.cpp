@@ -269,7 +269,7 @@ TEST_F(Forbidden, AnswersDoNotComeBack) {
   const Probe answers[] = {
       {"keys", kPlain, kHead + kAudio + "a=crypto:1 " + kKey + "\r\n"},
       {"a secure m-line", kPlain, kHead + "m=audio 49170 rtp/savp 8\r\n"},
-      {"ICE", kNoIce, kHead + kAudio + "a=Candidate:" + kCandidate + "\r\n"},
+      {"ICE", kNoIce, kHead + kAudio + "a= candidate:" + kCandidate + "\r\n"},
       {"the other family", kFour, kHead + kAudio + "c=in ip6 2001:db8::20\r\n"},
       {"a codec", kCodecs, kHead + "m=AUDIO 49170 RTP/AVP 0\r\n"},
   };

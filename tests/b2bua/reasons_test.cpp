@@ -79,11 +79,52 @@ TEST(Secrets, InternalNamesAreForTheLog) {
 }
 
 TEST_F(Reasons, HoldNoKeys) {
-  const std::string response = ask({.body = kSession + kAudio + "acrypto:1 AES inline:SECRET\r\n"});
+  const std::string response = ask({.body = kSession + kAudio + "b=crypto:1 AES inline:SECRET\r\n"});
   EXPECT_EQ(statusOf(response), 488) << response;
   EXPECT_TRUE(headerOf(response, "Warning").ends_with(", in crypto\"")) << response;
   EXPECT_NE(engine_.log().find(", in crypto"), std::string::npos) << engine_.log();
   EXPECT_EQ(engine_.log().find("SECRET"), std::string::npos) << engine_.log();
+}
+
+TEST_F(Reasons, TellALineThatReadersTakeForDifferentThings) {
+  const struct {
+    std::string body;
+    const char* reason;
+  } cases[] = {
+      {kSession + kAudio + "acrypto:1 AES inline:SECRET\r\n", "line 7: not a lower-case letter and '='"},
+      {kSession + kAudio + " a=crypto:1 AES inline:SECRET\r\n", "line 7: not a lower-case letter and '='"},
+      {kSession + "i=x\ra=crypto:1 AES inline:SECRET\r\n" + kAudio, "line 6: a CR that ends no line"},
+      {kSession + std::string("i=\0SECRET\r\n", 11) + kAudio, "line 6: a NUL"},
+      {"\r\n" + kSession + kAudio, "line 1: not a v-line at the beginning"},
+      {kSession + "m=SECRET 49170 RTP/AVP\r\n", "line 6: unreadable m-line"},
+      {kSession + kAudio + "m=SECRET 65536 RTP/AVP 8\r\n", "line 7: unreadable m-line"},
+  };
+  int call = 0;
+  for (const auto& each : cases) {
+    const std::string response = ask({.call = ++call, .body = each.body});
+    EXPECT_EQ(statusOf(response), 488) << response;
+    EXPECT_EQ(headerOf(response, "Warning"), "399 " + engine_.address() + " \"" + each.reason + "\"");
+    EXPECT_NE(engine_.log().find(std::string(" body refused: ") + each.reason + "\n"), std::string::npos)
+        << engine_.log();
+  }
+  EXPECT_EQ(engine_.log().find("SECRET"), std::string::npos) << engine_.log();
+  EXPECT_EQ(engine_.stop().at("refused_bodies"), call);
+}
+
+TEST_F(Reasons, AreNotNeededForABodyInAnySpelling) {
+  const std::string canonical =
+      kSession + "a=setup:actpass\r\n" + kAudio + "a=rtpmap:8 PCMA/8000\r\na=Own: x \r\n";
+  const std::string odd =
+      "v=0\no=- 1 1 IN IP4 192.0.2.10\ns=-\n\nc=IN IP4 192.0.2.10\r\nt=0 0\n\r\na=SETUP:actpass\n"
+      "m=Audio\t049170  rtp/avp 8 \na=RtpMap:8 PCMA/8000\na=Own: x ";
+  int call = 0;
+  for (const std::string& body : {canonical, odd}) {
+    caller_.request(engine_.address(), {.call = ++call, .body = body});
+    const std::string invited = target_.receive("INVITE ", "", kLongestWait);
+    EXPECT_TRUE(invited.ends_with("\r\n\r\n" + canonical)) << invited;
+    target_.respond(engine_.address(), invited, "486 Busy Here");
+    EXPECT_EQ(statusOf(caller_.receive("SIP/2.0 486 ", "", kLongestWait)), 486);
+  }
 }
 
 TEST_F(Reasons, HoldNoNamesOfTheLibrary) {

@@ -4,7 +4,7 @@
 
 // Attribute lines (RFC 4566 5.13).
 
-namespace sdp {
+namespace sdpcodec {
 
 void readAttribute(std::string_view value, a_line& line, bool& cut) {
   if (line.count >= SDP_ATTRIBUTE_CAPACITY) {
@@ -35,9 +35,9 @@ void writeAttributes(TextWriter& out, const a_line& line) {
   }
 }
 
-}  // namespace sdp
+}  // namespace sdpcodec
 
-using namespace sdp;
+using namespace sdpcodec;
 
 int sdp_AgetNoOfAs(const a_line* line) {
   return line != nullptr ? usable(line->count, SDP_ATTRIBUTE_CAPACITY) : 0;

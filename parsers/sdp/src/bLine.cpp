@@ -7,7 +7,7 @@
 
 // Bandwidth lines (RFC 4566 5.8).
 
-namespace sdp {
+namespace sdpcodec {
 
 namespace {
 
@@ -28,7 +28,7 @@ Problem splitBandwidth(std::string_view value, std::string_view& type, std::stri
   const std::size_t blank = type.find_first_of(" \t");
   if (blank != std::string_view::npos)
     return expected("a colon behind the bandwidth type", type.data() + blank);
-  const std::string_view rest = Fields(value.substr(colon + 1)).rest();
+  const std::string_view rest = LineFields(value.substr(colon + 1)).rest();
   const std::size_t length = digitsEnd(rest);
   number = rest.substr(0, length);
   if (length == 0) return expected("a bandwidth in digits", value.data() + colon + 1);
@@ -88,9 +88,9 @@ void writeBandwidths(TextWriter& out, const b_line& line) {
   }
 }
 
-}  // namespace sdp
+}  // namespace sdpcodec
 
-using namespace sdp;
+using namespace sdpcodec;
 
 unsigned int sdp_BgetBandwidthValue(const b_line* line) {
   return line != nullptr && line->count > 0 ? line->entries[0].value : 0;

@@ -4,11 +4,11 @@
 
 // Connection lines (RFC 4566 5.7).
 
-namespace sdp {
+namespace sdpcodec {
 
 Problem readConnection(std::string_view value, c_line& line, bool& cut) {
   static const char* const kNames[] = {"a network type", "an address type", "an address"};
-  Fields fields(value);
+  LineFields fields(value);
   std::string_view field[3];
   for (int i = 0; i < 3; ++i) {
     if (fields.atEnd()) return expected(kNames[i], fields.position());
@@ -38,9 +38,9 @@ void writeConnections(TextWriter& out, const c_line& line) {
   }
 }
 
-}  // namespace sdp
+}  // namespace sdpcodec
 
-using namespace sdp;
+using namespace sdpcodec;
 
 int sdp_CgetNoOfCs(const c_line* line) {
   return line != nullptr ? usable(line->count, SDP_CONNECTION_CAPACITY) : 0;

@@ -8,7 +8,7 @@
 
 // From a text to its description, line by line.
 
-namespace sdp {
+namespace sdpcodec {
 
 namespace {
 
@@ -236,9 +236,9 @@ Problem decodeLines(LineReader& lines, sDescription& description, OriginOffsets&
 }
 
 }  // namespace
-}  // namespace sdp
+}  // namespace sdpcodec
 
-using namespace sdp;
+using namespace sdpcodec;
 
 unsigned short sdp_decodeOpt_r(sDescription* description, const char* text, eSdpType /*type*/, char* error,
                                bool /*option*/, unsigned short& oLineStart, unsigned short& oLineEnd) {

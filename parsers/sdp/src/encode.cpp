@@ -4,7 +4,7 @@
 
 // From a description to its text, its lines in the order of RFC 4566 5.
 
-namespace sdp {
+namespace sdpcodec {
 
 namespace {
 
@@ -39,9 +39,9 @@ void writeMediaDescription(TextWriter& out, const mDescription& media) {
 }
 
 }  // namespace
-}  // namespace sdp
+}  // namespace sdpcodec
 
-using namespace sdp;
+using namespace sdpcodec;
 
 unsigned short sdp_encode_r(const sDescription* description, eSdpType /*type*/, char*& text, int& length,
                             int& size) {

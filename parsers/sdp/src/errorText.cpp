@@ -6,7 +6,7 @@
 
 // What is wrong with a text, in one sentence with its line and column.
 
-namespace sdp {
+namespace sdpcodec {
 
 namespace {
 
@@ -47,4 +47,4 @@ void writeLineError(char* error, unsigned int lineNumber, std::string_view line,
   writeError(error, {lineNumber, column}, problem.expected, line.substr(offset), textEnds);
 }
 
-}  // namespace sdp
+}  // namespace sdpcodec

@@ -7,7 +7,7 @@
 
 // What is wrong with a text, in one sentence with its line and column.
 
-namespace sdp {
+namespace sdpcodec {
 
 /// Where in a text a problem stands, both from 1.
 struct Place {
@@ -25,6 +25,6 @@ void writeError(char* error, Place place, const char* expected, std::string_view
 void writeLineError(char* error, unsigned int lineNumber, std::string_view line, Problem problem,
                     bool textEnds, unsigned int& column);
 
-}  // namespace sdp
+}  // namespace sdpcodec
 
 #endif

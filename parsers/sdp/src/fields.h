@@ -8,7 +8,7 @@
 
 // The parts of a line's value: fields between blanks, suffixes, numbers.
 
-namespace sdp {
+namespace sdpcodec {
 
 /// Why a text is no SDP: what was expected at a place of the text. No place means no problem.
 struct Problem {
@@ -45,9 +45,9 @@ inline std::string_view trimEnd(std::string_view text) {
 }
 
 /// The fields of a line's value, separated by blanks and tabs.
-class Fields {
+class LineFields {
  public:
-  explicit Fields(std::string_view value) : next_(value.data()), end_(value.data() + value.size()) {
+  explicit LineFields(std::string_view value) : next_(value.data()), end_(value.data() + value.size()) {
     skipBlanks();
   }
 
@@ -107,6 +107,6 @@ auto entryAt(const Line* line, int index) -> decltype(&line->entries[0]) {
   return &line->entries[index];
 }
 
-}  // namespace sdp
+}  // namespace sdpcodec
 
 #endif

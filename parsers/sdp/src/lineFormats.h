@@ -11,7 +11,7 @@
 // One reader and one writer per line kind. A reader takes the value behind the equals sign, sets `cut` when
 // the record could not hold all of it, and changes the record only when there is no problem.
 
-namespace sdp {
+namespace sdpcodec {
 
 Problem readOrigin(std::string_view value, o_line& line, bool& cut);
 Problem readConnection(std::string_view value, c_line& line, bool& cut);
@@ -56,6 +56,6 @@ void writeEntries(TextWriter& out, char letter, const Lines& line) {
   for (int i = 0; i < usable(line.count, capacity); ++i) writeText(out, letter, line.entries[i].text);
 }
 
-}  // namespace sdp
+}  // namespace sdpcodec
 
 #endif

@@ -6,7 +6,7 @@
 
 // Taking a text apart into lines.
 
-namespace sdp {
+namespace sdpcodec {
 
 /// What every line must end in where a CR stands that ends none.
 inline constexpr const char* kLineEndWanted = "CR LF or LF at the line's end";
@@ -63,6 +63,6 @@ class LineReader {
   unsigned int number_ = 0;
 };
 
-}  // namespace sdp
+}  // namespace sdpcodec
 
 #endif

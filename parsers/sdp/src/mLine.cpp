@@ -5,7 +5,7 @@
 
 // Media lines (RFC 4566 5.14).
 
-namespace sdp {
+namespace sdpcodec {
 
 namespace {
 
@@ -22,7 +22,7 @@ unsigned int mediaTypeOf(std::string_view name) {
 }
 
 // Returns whether all formats fitted.
-bool readFormats(Fields& fields, m_line& line) {
+bool readFormats(LineFields& fields, m_line& line) {
   bool whole = true;
   line.formatCount = 0;
   while (!fields.atEnd()) {
@@ -35,7 +35,7 @@ bool readFormats(Fields& fields, m_line& line) {
 }  // namespace
 
 Problem readMedia(std::string_view value, m_line& line) {
-  Fields fields(value);
+  LineFields fields(value);
   if (fields.atEnd()) return expected("a media name", fields.position());
   const std::string_view media = fields.take();
   if (fields.atEnd() || !isDigit(*fields.position())) return expected("a port", fields.position());
@@ -66,9 +66,9 @@ void writeMedia(TextWriter& out, const m_line& line) {
   out.endLine();
 }
 
-}  // namespace sdp
+}  // namespace sdpcodec
 
-using namespace sdp;
+using namespace sdpcodec;
 
 const char* sdp_MgetPort(const m_line* line) { return line != nullptr ? line->port : nullptr; }
 

@@ -4,12 +4,12 @@
 
 // The origin line (RFC 4566 5.2).
 
-namespace sdp {
+namespace sdpcodec {
 
 Problem readOrigin(std::string_view value, o_line& line, bool& cut) {
   static const char* const kNames[] = {"a user name", "a session id", "a session version", "a network type",
                                        "an address type"};
-  Fields fields(value);
+  LineFields fields(value);
   std::string_view field[5];
   for (int i = 0; i < 5; ++i) {
     if (fields.atEnd()) return expected(kNames[i], fields.position());
@@ -46,9 +46,9 @@ namespace {
 const char* field(const o_line* line, const char* text) { return line->present != 0 ? text : nullptr; }
 
 }  // namespace
-}  // namespace sdp
+}  // namespace sdpcodec
 
-using namespace sdp;
+using namespace sdpcodec;
 
 const char* sdp_OgetUserName(const o_line* line) {
   return line != nullptr ? field(line, line->userName) : nullptr;

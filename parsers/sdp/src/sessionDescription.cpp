@@ -7,7 +7,7 @@
 
 // Questions to a description, and copies of it that leave out what is not in use.
 
-namespace sdp {
+namespace sdpcodec {
 namespace {
 
 // Copies a list with its count, of its entries those in use.
@@ -47,9 +47,9 @@ void copySection(Section& to, const Section& from) {
 }
 
 }  // namespace
-}  // namespace sdp
+}  // namespace sdpcodec
 
-using namespace sdp;
+using namespace sdpcodec;
 
 int sdp_getNoOfMDs(const sDescription* description) {
   return description != nullptr ? description->noOfMDs : 0;

@@ -7,7 +7,7 @@
 
 // Decoding one line on its own.
 
-namespace sdp {
+namespace sdpcodec {
 
 namespace {
 
@@ -51,4 +51,4 @@ unsigned short decodeSingleLine(char letter, const char*& position, char* error,
   return 0;
 }
 
-}  // namespace sdp
+}  // namespace sdpcodec

@@ -7,7 +7,7 @@
 
 // Decoding one line on its own.
 
-namespace sdp {
+namespace sdpcodec {
 
 /// Reads the value of one line into a record.
 using ValueReader = Problem (*)(std::string_view value, void* record);
@@ -19,6 +19,6 @@ using ValueReader = Problem (*)(std::string_view value, void* record);
 unsigned short decodeSingleLine(char letter, const char*& position, char* error, int& errorLine,
                                 int& errorColumn, ValueReader read, void* record);
 
-}  // namespace sdp
+}  // namespace sdpcodec
 
 #endif

@@ -4,7 +4,7 @@
 
 // Time lines and the repeats that follow them (RFC 4566 5.9 and 5.10).
 
-namespace sdp {
+namespace sdpcodec {
 
 void readRepeat(std::string_view value, int timeCount, r_line& line, bool& cut) {
   const int index = line.count;
@@ -27,4 +27,4 @@ void writeTimes(TextWriter& out, const t_line& times, const r_line& repeats) {
   }
 }
 
-}  // namespace sdp
+}  // namespace sdpcodec

@@ -5,7 +5,7 @@
 
 // The text that an encoder writes: memory for it, and its end.
 
-namespace sdp {
+namespace sdpcodec {
 
 namespace {
 constexpr std::size_t kFirstSize = 4096;
@@ -38,4 +38,4 @@ bool TextWriter::finish(int& length, int& size) {
   return done;
 }
 
-}  // namespace sdp
+}  // namespace sdpcodec

@@ -8,7 +8,7 @@
 
 // The text that an encoder writes.
 
-namespace sdp {
+namespace sdpcodec {
 
 /// Appends to a text that grows with realloc. Each line first reserves the most that it can need; running out
 /// of memory is remembered, and what is reserved then is refused.
@@ -68,6 +68,6 @@ class TextWriter {
   bool outOfMemory_ = false;
 };
 
-}  // namespace sdp
+}  // namespace sdpcodec
 
 #endif

@@ -73,8 +73,7 @@ std::string browserOffer() {
       "a=candidate:1 1 udp 2122260223 192.0.2.4 46243 typ host generation 0\r\n"
       "a=candidate:2 1 tcp 1518280447 192.0.2.4 9 typ host tcptype active generation 0\r\n"
       "a=ice-ufrag:l5KU\r\na=ice-pwd:VYlEbFPOX7Yl2JLAtcoAvOMu\r\na=ice-options:trickle\r\n"
-      "a=fingerprint:sha-256 "
-      "19:E2:1C:3B:4B:9F:81:E6:B8:5C:F4:A5:A8:D8:73:04:BB:05:2F:70:9F:04:A9:0E:05:E9:26:33:E8:70:88:A2\r\n"
+      "a=fingerprint:sha-256 19:E2:1C:3B:4B:9F:81:E6:B8:5C:F4:A5:A8:D8:73:04:BB:05:2F:70:9F:04:A9:0E:05:E9:26:33:E8:70:88:A2\r\n"
       "a=setup:actpass\r\n";
   text +=
       "m=audio 9 UDP/TLS/RTP/SAVPF 111 63 9 0 8 13 110 126\r\n" + transport +

@@ -21,8 +21,7 @@ std::string_view textOf(Reason reason) noexcept {
     case Reason::wrongCodecList:
       return "not a list of codecs (NAME, NAME/CLOCK, NAME/CLOCK/CHANNELS, payload types)";
     case Reason::wrongMedia:
-      return "not a media selection (audio, video, text, application, message, image, all, a number, "
-             "mid=VALUE)";
+      return "not a media selection (audio, video, text, application, message, image, all, a number, mid=VALUE)";
     case Reason::wrongAddress:
       return "not an IPv4 or IPv6 address";
     case Reason::wrongPort:

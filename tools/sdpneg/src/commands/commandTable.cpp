@@ -5,6 +5,7 @@
 #include "commands/inspectCommand.h"
 #include "commands/offerCommands.h"
 #include "commands/rewriteCommand.h"
+#include "commands/sectionsCommand.h"
 #include "commands/transferCommands.h"
 
 namespace tool {
@@ -24,6 +25,9 @@ constexpr OptionRow kInspectOptions[] = {
 
 constexpr OperandRow kInspectOperands[] = {
     {"FILE", "Bodies, SIP messages, folders of *.sdp, or - for standard input.", true, false, true}};
+
+constexpr OptionRow kSectionsOptions[] = {{"--json", "", {}, "", "Write a JSON document instead of tables."},
+                                          kColourOption};
 
 constexpr OptionRow kRewriteOptions[] = {
     {"--diff", "", {}, "", "Show a unified diff instead of the new body."},
@@ -81,15 +85,25 @@ constexpr CommandRow kCommands[] = {
      "hold state, video, fax, and the m-lines. An input is a bare body or a whole SIP message, of which the "
      "part application/sdp is taken. Without FILE, standard input is read. What is wrong with an input is "
      "said on standard error in one line with file, line and column, and the others are still shown. A body "
-     "that is SDP but is refused by the analysis is shown as a table of its m-lines.",
+     "that is SDP but is refused by the analysis is shown as a table of its m-lines. Where the analysis "
+     "refuses a body or does not hold all of it, its sections follow as the command sections shows them.",
      kInspectOptions, kInspectOperands, runInspect},
+    {"sections", "List the sections of bodies of any kind",
+     "Shows each section of a body in one line: number, mid, media, address and port, profile, security, "
+     "direction, whether RTCP is multiplexed, the number of its BUNDLE group among all groups, and the "
+     "codecs by name. Bodies that the analysis refuses are shown as well: every section, address and codec "
+     "is. With --json there is more of each. An input is what it is for inspect, of up to 64 MB.",
+     kSectionsOptions, kInspectOperands, runSections},
     {"rewrite", "Apply requests to a body",
      "Applies requests to a body in their order and writes the new body to standard output, byte for byte. "
      "Between requests stands --. The last word is FILE when it is no argument of the last request: an "
-     "argument that may be left out is taken where the word can be one. Without FILE, standard input is "
-     "read. Options may stand anywhere. Of a SIP message everything else stays, but Content-Length is "
-     "corrected. When a request is refused, one line on standard error says which and why, the exit status "
-     "is 1, and nothing is written. To have nothing to do is no refusal.",
+     "argument that may be left out is taken where the word can be one, so that a file named 2 or audio is "
+     "given as ./2 or ./audio. Without FILE, standard input is read. Options may stand anywhere. Of a SIP "
+     "message everything else stays, but Content-Length is corrected. The requests from keep-codecs to "
+     "canonical take every body; the others one that the analysis does not refuse, where their turn comes. "
+     "MEDIA selects sections; without it, those for codecs take audio and video, the rest all. When a "
+     "request is refused, one line on standard error says which and why, the exit status is 1, and nothing "
+     "is written. To have nothing to do is no refusal.",
      kRewriteOptions, kRewriteOperands, runRewrite,
      "REQUEST [ARGUMENT...] [-- REQUEST [ARGUMENT...]]... [FILE]"},
     {"requests",

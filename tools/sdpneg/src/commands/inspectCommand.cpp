@@ -18,7 +18,8 @@ class Report {
  public:
   virtual ~Report() = default;
   virtual std::string begin() const { return {}; }
-  virtual std::string body(const std::string& name, const Inspection& inspection, bool first) const = 0;
+  virtual void writeBody(Output& out, const std::string& name, const Inspection& inspection,
+                         bool first) const = 0;
   virtual std::string end(const Counts& counts) const = 0;
 };
 
@@ -26,8 +27,9 @@ class TableReport : public Report {
  public:
   TableReport(Palette palette, bool counted) : palette_(palette), counted_(counted) {}
 
-  std::string body(const std::string& name, const Inspection& inspection, bool first) const override {
-    return (first ? "" : "\n") + summaryTable(name, inspection, palette_);
+  void writeBody(Output& out, const std::string& name, const Inspection& inspection,
+                 bool first) const override {
+    out.write((first ? "" : "\n") + summaryTable(name, inspection, palette_));
   }
 
   std::string end(const Counts& counts) const override {
@@ -46,8 +48,10 @@ class TableReport : public Report {
 class JsonReport : public Report {
  public:
   std::string begin() const override { return jsonBegin(); }
-  std::string body(const std::string& name, const Inspection& inspection, bool first) const override {
-    return jsonBody(name, inspection, first);
+  void writeBody(Output& out, const std::string& name, const Inspection& inspection,
+                 bool first) const override {
+    BufferedOutput buffered(out);
+    writeJsonBody(buffered, name, inspection, first);
   }
   std::string end(const Counts& counts) const override { return jsonEnd(counts); }
 };
@@ -74,7 +78,7 @@ class Run {
         progress.hide();
       if (traced_) writeTrace(streams_.err, input.name, inspection, list.several);
       writeProblems(streams_.err, input.name, inspection);
-      streams_.out.write(report_.body(input.name, inspection, counts.inputs == 0));
+      report_.writeBody(streams_.out, input.name, inspection, counts.inputs == 0);
       counts.add(inspection);
       progress.show(counts.inputs);
     }

@@ -56,7 +56,7 @@ std::string requestEntries() {
   for (const RequestRow& request : requestTable()) {
     out += ".TP\n\\fB" + escaped(requestSynopsis(request)) + "\\fR\n" + escaped(request.help) + "\n";
     for (const RequestArgument& argument : request.arguments) {
-      if (!argument.values.empty()) continue;  // they stand above
+      if (standsAsValues(argument)) continue;  // above
       out += "\\fI" + escaped(argument.name) + "\\fR is " + escaped(argumentHelp(argument)) + ".\n";
     }
   }

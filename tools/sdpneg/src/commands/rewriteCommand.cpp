@@ -4,6 +4,7 @@
 
 #include "commands/exitStatus.h"
 #include "commands/requestLine.h"
+#include "input/bodyText.h"
 #include "inspection/bodyInput.h"
 #include "output/fileReplacement.h"
 #include "output/lineDiff.h"
@@ -51,8 +52,14 @@ void writeIdle(Output& err, const std::string& name, const Rewritten& rewritten)
   }
 }
 
+/// An input as it was.
+struct Original {
+  const std::string& name;
+  const std::string& bytes;
+};
+
 /// Gives the new text to whoever is to have it.
-int deliver(const BodyInput& input, const std::string& text, const Arguments& arguments, Streams streams) {
+int deliver(const Original& input, const std::string& text, const Arguments& arguments, Streams streams) {
   if (arguments.has("--in-place") && text != input.bytes) {
     if (const auto problem = replaceFile(input.name, text)) {
       writeProblem(streams.err, input.name, *problem);
@@ -69,12 +76,11 @@ int deliver(const BodyInput& input, const std::string& text, const Arguments& ar
   return exitSuccess;
 }
 
-int rewriteInput(const BodyInput& input, const RequestLine& line, const Arguments& arguments,
-                 Streams streams) {
-  const Rewritten rewritten = rewrite(*input.inspection.object, line.calls);
+/// Says what requests made of an input, and delivers it.
+int finish(const Original& input, const Rewritten& rewritten, const Arguments& arguments, Streams streams) {
   if (arguments.has("--trace")) writeTraceLines(streams.err, rewritten.trace);
   if (rewritten.refusal) {
-    writeProblem(streams.err, input.name, {{}, *rewritten.refusal});
+    writeProblem(streams.err, input.name, *rewritten.refusal);
     return exitRefused;
   }
   if (arguments.has("--verbose")) writeIdle(streams.err, input.name, rewritten);
@@ -86,6 +92,21 @@ int rewriteInput(const BodyInput& input, const RequestLine& line, const Argument
   }
   const std::string text = withBody(input.bytes, findSdpBody(input.bytes), rewritten.text);
   return deliver(input, text, arguments, streams);
+}
+
+bool hasDocumentRequest(const RequestLine& line) {
+  return std::any_of(line.calls.begin(), line.calls.end(),
+                     [](const RequestCall& call) { return call.row->isOfDocument(); });
+}
+
+/// Requests of the document layer take any text, so nothing reads it in front of them.
+int rewriteText(RequestLine& line, const Arguments& arguments, Streams streams) {
+  const BodyText input = readBodyText(inputOf(line.file));
+  writeProblems(streams.err, input.name, input.body.notes, input.problem);
+  const bool othersUsable = readOthers(line, streams);
+  if (input.problem || !othersUsable) return exitBadInput;
+  return finish({input.name, input.bytes}, rewrite(input.text(), input.firstLine(), line.calls), arguments,
+                streams);
 }
 
 /// The requests with the operations of the library behind them, one a line.
@@ -102,12 +123,13 @@ std::string operationList() {
 int runRewrite(const Arguments& arguments, Streams streams) {
   RequestLine line = readRequestLine(arguments.operands());
   checkStandardInput(line, arguments.has("--in-place"));
+  if (hasDocumentRequest(line)) return rewriteText(line, arguments, streams);
   const BodyInput input = readBody(inputOf(line.file), Detail::object);
   if (arguments.has("--trace")) writeTraceLines(streams.err, input.inspection.trace);
   writeProblems(streams.err, input.name, input.inspection);
   const bool othersUsable = readOthers(line, streams);
   if (!input.usable() || !othersUsable) return exitBadInput;
-  return rewriteInput(input, line, arguments, streams);
+  return finish({input.name, input.bytes}, rewrite(*input.inspection.object, line.calls), arguments, streams);
 }
 
 std::string requestList() {

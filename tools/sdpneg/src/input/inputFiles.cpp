@@ -94,13 +94,13 @@ InputList listInputs(const std::vector<std::string>& operands) {
   return list;
 }
 
-InputBytes readInput(const Input& input) {
+InputBytes readInput(const Input& input, std::size_t maxSize) {
   if (input.problem) return {{}, input.problem};
   const Descriptor file(input);
   if (file.number() < 0) return {{}, cannotRead(std::generic_category().message(errno))};
   std::string bytes;
   char buffer[16384];
-  while (bytes.size() <= kMaxInputSize) {
+  while (bytes.size() <= maxSize) {
     const ssize_t length = ::read(file.number(), buffer, sizeof buffer);
     if (length == 0) return {std::move(bytes), std::nullopt};
     if (length > 0) {
@@ -110,7 +110,7 @@ InputBytes readInput(const Input& input) {
     }
   }
   const auto capture = captureProblem(bytes);
-  return {{}, capture ? capture : Problem{{}, "is longer than " + std::to_string(kMaxInputSize) + " bytes"}};
+  return {{}, capture ? capture : Problem{{}, "is longer than " + std::to_string(maxSize) + " bytes"}};
 }
 
 }  // namespace tool

@@ -13,6 +13,9 @@ namespace tool {
 /// Bytes that an input may have. No SDP body and no SIP message comes near it.
 inline constexpr std::size_t kMaxInputSize = std::size_t{1024} * 1024;
 
+/// Bytes that an input of the document layer may have.
+inline constexpr std::size_t kMaxDocumentInputSize = std::size_t{64} * 1024 * 1024;
+
 /// Something to read: a file, standard input, or what could not even be listed.
 struct Input {
   std::string name;  ///< as it was given, below a folder as the folder's name and the path inside it
@@ -40,7 +43,7 @@ struct InputBytes {
   std::optional<Problem> problem;
 };
 
-InputBytes readInput(const Input& input);
+InputBytes readInput(const Input& input, std::size_t maxSize = kMaxInputSize);
 
 }  // namespace tool
 

@@ -8,7 +8,7 @@
 
 namespace tool {
 
-/// Where in an input something stands, counted from 1; a line of 0 is no place.
+/// Where in an input something stands, counted from 1; a line of 0 is no place, a column of 0 the whole line.
 struct Place {
   std::size_t line = 0;
   std::size_t column = 0;

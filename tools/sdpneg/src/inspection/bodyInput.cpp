@@ -10,9 +10,14 @@ BodyInput readBody(const Input& input, Detail detail) {
   return {input.name, std::move(read.bytes), std::move(inspection)};
 }
 
+void writeProblems(Output& err, const std::string& name, std::span<const Problem> notes,
+                   const std::optional<Problem>& problem) {
+  for (const Problem& note : notes) writeProblem(err, name, {note.place, "note: " + note.reason});
+  if (problem) writeProblem(err, name, *problem);
+}
+
 void writeProblems(Output& err, const std::string& name, const Inspection& inspection) {
-  for (const Problem& note : inspection.notes) writeProblem(err, name, {note.place, "note: " + note.reason});
-  if (inspection.problem) writeProblem(err, name, *inspection.problem);
+  writeProblems(err, name, inspection.notes, inspection.problem);
 }
 
 BodyInput readBodyFor(const std::string& operand, Streams streams) {
@@ -27,13 +32,13 @@ std::optional<std::string> requestObstacle(const cSdpNegotiator& object) {
          " characters that requests take";
 }
 
-std::optional<std::string> unreadableResult(const Inspection& result) {
+std::optional<std::string> unreadableResult(const Inspection& result, std::string_view what) {
   if (!result.problem) return std::nullopt;
   const Place& place = result.problem->place;
   const std::string where = place.line == 0 ? std::string()
                                             : "line " + std::to_string(place.line) + ", column " +
                                                   std::to_string(place.column) + ": ";
-  return "what comes of it cannot be read: " + where + result.problem->reason;
+  return std::string(what) + " cannot be read: " + where + result.problem->reason;
 }
 
 std::string bodyText(const cSdpNegotiator& object) {

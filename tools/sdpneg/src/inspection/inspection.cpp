@@ -1,5 +1,6 @@
 #include "inspection/inspection.h"
 
+#include <new>
 #include <utility>
 
 #include "input/captureFile.h"
@@ -83,6 +84,11 @@ void noteNul(std::size_t length, std::size_t nul, const BodyLines& lines, Inspec
       "; " + what + " at line " + std::to_string(place.line) + ", column " + std::to_string(place.column);
 }
 
+void readDocument(std::string_view bytes, std::size_t firstLine, Inspection& inspection) {
+  inspection.firstLine = firstLine;
+  if (inspection.document.emplace().read(bytes)) throw std::bad_alloc();  // no input is too long
+}
+
 void inspectBody(std::string_view bytes, std::size_t firstLine, Detail detail, Inspection& inspection) {
   const std::size_t nul = bytes.find('\0');
   const std::string text(bytes.substr(0, nul));
@@ -98,6 +104,7 @@ void inspectBody(std::string_view bytes, std::size_t firstLine, Detail detail, I
   if (inspection.description && inspection.object) {
     inspection.bestEffort = bestEffortOf(*inspection.object, *inspection.description);
   }
+  if (detail == Detail::all) readDocument(bytes, firstLine, inspection);
   if (nul != std::string_view::npos) noteNul(bytes.size(), nul, lines, inspection);
 }
 
@@ -112,6 +119,11 @@ Inspection inspect(std::string_view bytes, Detail detail) {
   inspection.notes = std::move(body.notes);
   inspectBody(body.range.of(bytes), placeOf(bytes, body.range.begin).line, detail, inspection);
   return inspection;
+}
+
+bool Inspection::isWhole() const {
+  return result == Result::parsed && !problem && object->getRawSdpSize() != 0 &&
+         sdp_isComplete(description.get());
 }
 
 Inspection unreadable(Problem problem) {

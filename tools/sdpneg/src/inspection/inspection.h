@@ -11,6 +11,7 @@
 #include "inspection/bestEffort.h"
 #include "inspection/bodyLines.h"
 #include "inspection/traceLines.h"
+#include "sdpDocument.h"
 #include "sdpNegotiator.h"
 #include "sessionDescription.h"
 
@@ -38,9 +39,13 @@ struct Inspection {
   std::optional<BestEffort> bestEffort;    ///< of a parsed body
   DescriptionPointer description;          ///< of a parsed or refused body
   std::vector<std::size_t> mediaLines;     ///< the lines of the input with the m-lines of the description
+  std::optional<sdp::Document> document;   ///< of every body
+  std::size_t firstLine = 1;               ///< the line of the input with which the body begins
 
   /// Whether there is a body that the codec reads.
   bool isSdp() const { return result == Result::parsed || result == Result::refused; }
+  /// Whether what is known of it from the description is all that there is.
+  bool isWhole() const;
 };
 
 /// What is to be found out.

@@ -1,10 +1,10 @@
 #include "inspection/mediaRows.h"
 
-#include <algorithm>
-#include <array>
+#include <utility>
 
 #include "inspection/heldMedia.h"
 #include "inspection/names.h"
+#include "output/columns.h"
 #include "output/printable.h"
 #include "sdpNegotiatorParser.h"
 
@@ -40,14 +40,7 @@ MediaRow rowOf(const mDescription& media) {
 
 // --- the table -------------------------------------------------------------------------------------------
 
-constexpr std::size_t kColumnCount = 9;
 constexpr std::size_t kLongestFormats = 48;
-
-/// The cells of a row; the formats, which come last, may take several lines.
-struct Cells {
-  std::array<std::string, kColumnCount> text;
-  std::vector<std::string> formats;
-};
 
 std::string orDash(const std::string& text) { return text.empty() ? "-" : printable(text); }
 
@@ -69,37 +62,24 @@ std::vector<std::string> formatLines(const std::vector<MediaFormat>& formats) {
   return lines;
 }
 
-Cells cellsOf(const MediaRow& row) {
-  return {
-      {std::to_string(row.number), std::to_string(row.line), orDash(row.media), orDash(row.port),
-       orDash(row.transport), orDash(row.direction), orDash(row.connection ? row.connection->address : ""),
-       row.bandwidth ? std::to_string(*row.bandwidth) : "-", orDash(row.label)},
-      formatLines(row.formats)};
-}
-
-std::string line(const std::array<std::string, kColumnCount>& cells, std::string_view last,
-                 const std::array<std::size_t, kColumnCount>& widths) {
-  std::string text;
-  for (std::size_t i = 0; i < kColumnCount; ++i) {
-    text += "  " + cells[i] + std::string(widths[i] - cells[i].size(), ' ');
+/// Adds a row; the formats, which come last, may take several lines.
+void addRow(const MediaRow& row, std::vector<std::vector<Cell>>& rows) {
+  const std::vector<std::string> formats = formatLines(row.formats);
+  rows.push_back({{std::to_string(row.number)},
+                  {std::to_string(row.line)},
+                  {orDash(row.media)},
+                  {orDash(row.port)},
+                  {orDash(row.transport)},
+                  {orDash(row.direction)},
+                  {orDash(row.connection ? row.connection->address : "")},
+                  {row.bandwidth ? std::to_string(*row.bandwidth) : "-"},
+                  {orDash(row.label)},
+                  {formats.front()}});
+  for (std::size_t i = 1; i < formats.size(); ++i) {
+    std::vector<Cell> below(rows.front().size());
+    below.back().text = formats[i];
+    rows.push_back(std::move(below));
   }
-  text += "  ";
-  text += last;
-  text.resize(text.find_last_not_of(' ') + 1);
-  return text += '\n';
-}
-
-std::string layOut(const std::vector<Cells>& rows) {
-  std::array<std::size_t, kColumnCount> widths{};
-  for (const Cells& row : rows) {
-    for (std::size_t i = 0; i < kColumnCount; ++i) widths[i] = std::max(widths[i], row.text[i].size());
-  }
-  std::string table;
-  for (const Cells& row : rows) {
-    table += line(row.text, row.formats.front(), widths);
-    for (std::size_t i = 1; i < row.formats.size(); ++i) table += line({}, row.formats[i], widths);
-  }
-  return table;
 }
 
 }  // namespace
@@ -116,12 +96,19 @@ std::vector<MediaRow> mediaRowsOf(const Inspection& inspection) {
 }
 
 std::string mediaTable(const Inspection& inspection) {
-  std::vector<Cells> rows;
-  rows.push_back(
-      {{"m-line", "line", "media", "port", "transport", "direction", "address", "bandwidth", "label"},
-       {"formats"}});
-  for (const MediaRow& row : mediaRowsOf(inspection)) rows.push_back(cellsOf(row));
-  return layOut(rows);
+  std::vector<std::vector<Cell>> rows;
+  rows.push_back({{"m-line"},
+                  {"line"},
+                  {"media"},
+                  {"port"},
+                  {"transport"},
+                  {"direction"},
+                  {"address"},
+                  {"bandwidth"},
+                  {"label"},
+                  {"formats"}});
+  for (const MediaRow& row : mediaRowsOf(inspection)) addRow(row, rows);
+  return inColumns(rows, Palette(false));
 }
 
 }  // namespace tool

@@ -1,39 +1,13 @@
 #include "inspection/summaryJson.h"
 
-#include <nlohmann/json.hpp>
-
 #include "inspection/mediaRows.h"
 #include "inspection/names.h"
 #include "inspection/summaryValues.h"
-#include "output/printable.h"
+#include "output/json.h"
+#include "sections/sectionsJson.h"
 
 namespace tool {
 namespace {
-
-using Json = nlohmann::ordered_json;
-
-/// The text, or null for an empty one.
-Json orNull(const std::string& text) { return text.empty() ? Json(nullptr) : Json(text); }
-
-template <typename Value>
-Json orNull(const std::optional<Value>& value) {
-  return value ? Json(*value) : Json(nullptr);
-}
-
-/// A document as text; bytes that are no UTF-8 become U+FFFD.
-std::string dump(const Json& json) {
-  return printableJson(json.dump(2, ' ', false, Json::error_handler_t::replace));
-}
-
-/// The text with every line but the first moved in. Line feeds inside values are escaped, so all are breaks.
-std::string indented(const std::string& text, const char* by) {
-  std::string moved;
-  for (const char c : text) {
-    moved += c;
-    if (c == '\n') moved += by;
-  }
-  return moved;
-}
 
 Json problemJson(const Problem& problem) {
   const bool placed = problem.place.line != 0;
@@ -172,21 +146,28 @@ Json descriptionJson(const Inspection& inspection) {
 
 std::string jsonBegin() { return "{\n  \"format\": 1,\n  \"bodies\": ["; }
 
-std::string jsonBody(const std::string& name, const Inspection& inspection, bool first) {
+void writeJsonBody(BufferedOutput& out, const std::string& name, const Inspection& inspection, bool first) {
   const Json json = {{"file", name},
                      {"result", resultName(inspection.result)},
                      {"problem", inspection.problem ? problemJson(*inspection.problem) : Json(nullptr)},
                      {"notes", notesJson(inspection.notes)},
                      {"summary", inspection.object ? summaryJson(inspection) : Json(nullptr)},
-                     {"description", descriptionJson(inspection)}};
-  return (first ? "\n    " : ",\n    ") + indented(dump(json), "    ");
+                     {"description", descriptionJson(inspection)},
+                     {"sections", inspection.document ? Json::array() : Json(nullptr)}};
+  constexpr std::string_view kBy = "    ";
+  out.write(first ? "\n" : ",\n");
+  out.write(kBy);
+  if (!inspection.document) return out.write(indented(jsonText(json), kBy));
+  JsonList sections(out, json, std::string(kBy));
+  writeSections(out, sections, *inspection.document, inspection.firstLine);
+  sections.end();
 }
 
 std::string jsonEnd(const Counts& counts) {
   const Json json = {{"inputs", counts.inputs},         {"parsed", counts.parsed},
                      {"refused", counts.refused},       {"undecodable", counts.undecodable},
                      {"unreadable", counts.unreadable}, {"problems", counts.problems}};
-  return "\n  ],\n  \"counts\": " + indented(dump(json), "  ") + "\n}\n";
+  return "\n  ],\n  \"counts\": " + indented(jsonText(json), "  ") + "\n}\n";
 }
 
 }  // namespace tool

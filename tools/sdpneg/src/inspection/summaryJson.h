@@ -5,6 +5,7 @@
 
 #include "inspection/counts.h"
 #include "inspection/inspection.h"
+#include "output/bufferedOutput.h"
 
 // The JSON document of `sdpneg inspect --json`, in pieces. Its field names are described in docs/tool.md and
 // do not change while "format" stays 1.
@@ -13,7 +14,7 @@ namespace tool {
 
 std::string jsonBegin();
 /// @param first whether it is the document's first body
-std::string jsonBody(const std::string& name, const Inspection& inspection, bool first);
+void writeJsonBody(BufferedOutput& out, const std::string& name, const Inspection& inspection, bool first);
 std::string jsonEnd(const Counts& counts);
 
 }  // namespace tool

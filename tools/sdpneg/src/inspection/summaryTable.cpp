@@ -5,6 +5,7 @@
 #include "inspection/summaryValues.h"
 #include "output/labelledRows.h"
 #include "output/printable.h"
+#include "sections/sectionsTable.h"
 
 namespace tool {
 namespace {
@@ -118,17 +119,28 @@ void addResult(LabelledRows& rows, const Inspection& inspection) {
            complete ? std::nullopt : std::optional(Style::warning));
 }
 
+/// What the description has of the m-lines.
+std::string mediaBlock(const Inspection& inspection) {
+  if (inspection.description == nullptr || inspection.mediaLines.empty()) return {};
+  std::string block = "\n" + mediaTable(inspection);
+  const std::size_t left = inspection.mediaLines.size() - mediaRowsOf(inspection).size();
+  if (left != 0) block += "  and " + std::to_string(left) + " more m-lines\n";
+  return block;
+}
+
+/// All sections, where that may be more.
+std::string sectionsBlock(const Inspection& inspection, const Palette& palette) {
+  if (!inspection.document || inspection.isWhole() || inspection.document->sectionCount() == 0) return {};
+  return "\n" + sectionsTable(*inspection.document, inspection.firstLine, palette);
+}
+
 }  // namespace
 
 std::string summaryTable(const std::string& name, const Inspection& inspection, const Palette& palette) {
   LabelledRows rows(palette);
   addResult(rows, inspection);
-  std::string block = palette.paint(Style::heading, printable(name)) + "\n" + rows.text();
-  if (inspection.description == nullptr || inspection.mediaLines.empty()) return block;
-  block += "\n" + mediaTable(inspection);
-  const std::size_t left = inspection.mediaLines.size() - mediaRowsOf(inspection).size();
-  if (left != 0) block += "  and " + std::to_string(left) + " more m-lines\n";
-  return block;
+  return palette.paint(Style::heading, printable(name)) + "\n" + rows.text() + mediaBlock(inspection) +
+         sectionsBlock(inspection, palette);
 }
 
 }  // namespace tool

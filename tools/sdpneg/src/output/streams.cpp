@@ -51,7 +51,8 @@ void writeProblem(Output& err, std::string_view name, const Problem& problem) {
   std::string line = "sdpneg: ";
   if (!name.empty()) line += printable(name) + ":";
   if (problem.place.line != 0) {
-    line += std::to_string(problem.place.line) + ":" + std::to_string(problem.place.column) + ":";
+    line += std::to_string(problem.place.line) + ":";
+    if (problem.place.column != 0) line += std::to_string(problem.place.column) + ":";
   }
   if (!name.empty()) line += ' ';
   err.write(line + printable(problem.reason) + "\n");

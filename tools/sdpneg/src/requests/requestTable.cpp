@@ -9,8 +9,7 @@ namespace {
 
 /// An argument in a synopsis: its values, or its name where there are many.
 std::string argumentWord(const RequestArgument& argument) {
-  constexpr std::size_t manyValues = 4;
-  if (argument.values.empty() || argument.values.size() > manyValues) return std::string(argument.name);
+  if (!standsAsValues(argument)) return std::string(argument.name);
   std::string out;
   for (const std::string_view value : argument.values) {
     out.append(value == argument.values.front() ? "" : "|").append(value);
@@ -24,7 +23,7 @@ std::span<const RequestRow> requestTable() {
   static const std::vector<RequestRow> rows = [] {
     std::vector<RequestRow> all;
     for (const auto topic : {originRequests(), codecRequests(), mediaRequests(), attributeRequests(),
-                             securityRequests(), bodyRequests()}) {
+                             securityRequests(), bodyRequests(), documentRequests()}) {
       all.insert(all.end(), topic.begin(), topic.end());
     }
     return all;
@@ -40,8 +39,13 @@ const RequestRow* findRequest(std::string_view name) {
 }
 
 bool isAccepted(const RequestArgument& argument, std::string_view word) {
-  if (!argument.values.empty()) return indexOf(argument.values, word) < argument.values.size();
-  return argument.accepts == nullptr || argument.accepts(word);
+  if (argument.accepts != nullptr) return argument.accepts(word);
+  return argument.values.empty() || indexOf(argument.values, word) < argument.values.size();
+}
+
+bool standsAsValues(const RequestArgument& argument) {
+  constexpr std::size_t kMost = 4;
+  return !argument.values.empty() && argument.values.size() <= kMost;
 }
 
 std::string requestSynopsis(const RequestRow& request) {

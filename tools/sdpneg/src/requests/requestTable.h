@@ -12,7 +12,8 @@
 #include "sdpNegotiator.h"
 
 // The one table of the requests that change a body. Parsing, help, completion, the manual page and
-// `sdpneg requests` are made from it.
+// `sdpneg requests` are made from it. Most are asked of an object, which must be able to read the body; those of the
+// document layer take any text.
 
 namespace tool {
 
@@ -20,10 +21,12 @@ struct RequestArgument {
   std::string_view name;                          ///< "DIRECTION"
   std::string_view expects;                       ///< what it must be: "a whole number"
   std::span<const std::string_view> values = {};  ///< what it may be, in any letter case; empty for anything
-  bool (*accepts)(std::string_view word) = nullptr;  ///< where there are no values: which words; null for all
-  bool optional = false;                             ///< may be left out; only the last ones
-  bool isFile = false;                               ///< a file with another body; one in a request
-  std::vector<std::string> (*names)() = nullptr;     ///< the names that a word may hold, where they are many
+  /// Which words it may be; null for the values alone, or for all where there are none. The values are then words to
+  /// offer.
+  bool (*accepts)(std::string_view word) = nullptr;
+  bool optional = false;                          ///< may be left out; only the last ones
+  bool isFile = false;                            ///< a file with another body; one in a request
+  std::vector<std::string> (*names)() = nullptr;  ///< the names that a word may hold, where they are many
 };
 
 /// What a command line says to a request, and what the request says to it.
@@ -43,7 +46,7 @@ struct RequestRow {
   std::string_view name;
   std::span<const RequestArgument> arguments;
   std::string_view help;  ///< one line
-  /// @return the library's status
+  /// @return the library's status. Null for a request of the document layer, which has it under the same name.
   unsigned short (*run)(cSdpNegotiator& object, RequestInput& input);
   /// The operations of the library that it reaches, of `cSdpNegotiator` where no class is named; blanks between them.
   std::string_view operations;
@@ -52,6 +55,9 @@ struct RequestRow {
   bool refusalIsKept = false;
   /// What it is meant to take out of the body.
   Takes takes = Takes::nothing;
+
+  /// Whether it is of the document layer.
+  bool isOfDocument() const { return run == nullptr; }
 };
 
 /// A request with the words of its arguments.
@@ -89,6 +95,7 @@ std::span<const RequestRow> mediaRequests();
 std::span<const RequestRow> attributeRequests();
 std::span<const RequestRow> securityRequests();
 std::span<const RequestRow> bodyRequests();
+std::span<const RequestRow> documentRequests();
 
 /// All requests in the order of the help.
 std::span<const RequestRow> requestTable();
@@ -101,6 +108,8 @@ bool isAccepted(const RequestArgument& argument, std::string_view word);
 
 /// "set-version N", "silence on|off"
 std::string requestSynopsis(const RequestRow& request);
+/// Whether the synopsis has the argument's values in place of its name.
+bool standsAsValues(const RequestArgument& argument);
 /// What an argument may be, in words.
 std::string argumentHelp(const RequestArgument& argument);
 

@@ -55,6 +55,10 @@ TEST(CommandLine, ListsTheRequests) {
   EXPECT_EQ(rows["port-off MEDIA"], "Set port 0; with video, for application too.");
   EXPECT_EQ(rows["remove-preconditions"], "Remove the precondition lines.");
   EXPECT_EQ(rows["remove-plain"], "Remove the RTP/AVP media.");
+  EXPECT_EQ(rows["keep-codecs LIST [MEDIA]"],
+            "Keep the codecs of a LIST, and what serves them; sections without go to port 0.");
+  EXPECT_EQ(rows["direction sendrecv|sendonly|recvonly|inactive [MEDIA]"], "Give sections a direction.");
+  EXPECT_EQ(rows["canonical"], "Write the form on which all readers agree, or refuse what has none.");
   EXPECT_EQ(rows["dummy answer|ack|recvonly-ack IP PORT [hold|active] [CODECS]"],
             "Turn a received body into one that stands for the own, on hold unless active.");
 }
@@ -97,10 +101,11 @@ TEST(CommandLine, TakesOddNamesForFiles) {
 TEST(Completion, FollowsTheCommandTable) {
   EXPECT_EQ(
       runSdpneg({"--complete"}).out,
-      "inspect\nrewrite\nrequests\ncreate\ncompare\nupdate-answer\nversion-increased\nalign\npack\nunpack\n--help\n--version\n");
+      "inspect\nsections\nrewrite\nrequests\ncreate\ncompare\nupdate-answer\nversion-increased\nalign\npack\nunpack\n--help\n--version\n");
   EXPECT_EQ(runSdpneg({"--complete", "pack"}).out, "--output\n--help\n<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "pack", "-o"}).out, "<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect"}).out, "--json\n--trace\n--color\n--help\n<file>\n");
+  EXPECT_EQ(runSdpneg({"--complete", "sections"}).out, "--json\n--color\n--help\n<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect", "--color"}).out, "auto\nalways\nnever\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect", "--color", "="}).out, "auto\nalways\nnever\n");
   EXPECT_EQ(runSdpneg({"--complete", "requests"}).out, "--operations\n--help\n");
@@ -138,6 +143,10 @@ TEST(Completion, FollowsTheRequestTable) {
                 options + "none\nplain\nsecure\nboth\nbest-effort1\nbest-effort2\nunknown\n"},
                {{"renew-origin", "--"}, options + names},
                {{"renew-origin", "--", "silence"}, options + "on\noff\n"},
+               {{"keep-codecs", "PCMU"},
+                options + "audio\nvideo\ntext\napplication\nmessage\nimage\nall\n--\n<file>\n"},
+               {{"direction"}, options + "sendrecv\nsendonly\nrecvonly\ninactive\n"},
+               {{"anchor", "192.0.2.1"}, options},
                {{"nothing"}, ""}};
   for (const auto& each : cases) {
     std::vector<std::string> arguments = {"--complete", "rewrite"};
@@ -186,6 +195,13 @@ TEST(ManualPage, HoldsTheCommandTable) {
                   ".TP\n\\fBset\\-version N\\fR\nSet the session version of the o\\-line.\n"
                   "\\fIN\\fR is a whole number from 0 to 9223372036854775807.\n"));
   EXPECT_TRUE(has(page, ".TP\n\\fBsilence on|off\\fR\n"));
+  EXPECT_TRUE(has(
+      page,
+      ".TP\n\\fBset\\-profile PROFILE [MEDIA]\\fR\n"
+      "Give RTP sections a profile, and take out the keys that do not go with it.\n"
+      "\\fIPROFILE\\fR is a profile of RTP: RTP/AVP, RTP/AVPF, RTP/SAVP, RTP/SAVPF, UDP/TLS/RTP/SAVP or UDP/TLS/RTP/SAVPF.\n"
+      "\\fIMEDIA\\fR is a section's number, mid=VALUE, or one of these words: audio, video, text, "
+      "application, message, image or all.\n"));
   EXPECT_TRUE(has(page, "\\fB\\-o\\fR, \\fB\\-\\-output\\fR=\\fIOUT\\fR\n"));
 }
 

@@ -84,6 +84,18 @@ Names requestOperations() {
   return names;
 }
 
+/// The requests of the document layer, by their functions.
+Names documentFunctions() {
+  const std::string header = readBytes(SDPNEG_DOCUMENT_HEADER);
+  const std::regex function("\\nSDP_DOCUMENT_API Refusal (\\w+)\\(Document& document");
+  Names names;
+  for (auto found = std::sregex_iterator(header.begin(), header.end(), function);
+       found != std::sregex_iterator(); ++found) {
+    if ((*found)[1] != "perform") names.insert("sdp::" + (*found)[1].str());
+  }
+  return names;
+}
+
 const std::string negotiator = declarations(readBytes(SDPNEG_NEGOTIATOR_HEADER), "cSdpNegotiator");
 const std::string modifiers = declarations(readBytes(SDPNEG_MODIFIERS_HEADER), "sdpModifications");
 
@@ -98,15 +110,21 @@ TEST(Operations, ThatChangeABodyAreReached) {
     EXPECT_TRUE(requests.contains(name) || commands.contains(name) || unasked.contains(name))
         << name << " is reached by no request and no command";
   }
+  const Names ofDocuments = documentFunctions();
+  ASSERT_EQ(ofDocuments.size(), 12U);
+  for (const std::string& name : ofDocuments) EXPECT_TRUE(requests.contains(name)) << name;
 }
 
 TEST(Operations, ThatAreNamedExist) {
   const Names own = operationsIn(negotiator, isAny);
   const Names edits = operationsIn(modifiers, isAny);
+  const Names ofDocuments = documentFunctions();
   constexpr std::string_view prefix = "sdpModifications::";
   for (const std::string& name : requestOperations()) {
     const bool isEdit = name.starts_with(prefix);
-    EXPECT_TRUE(isEdit ? edits.contains(name.substr(prefix.size())) : own.contains(name)) << name;
+    const bool isKnown = isEdit ? edits.contains(name.substr(prefix.size()))
+                                : own.contains(name) || ofDocuments.contains(name);
+    EXPECT_TRUE(isKnown) << name;
   }
   for (const auto& [name, command] : commands) {
     EXPECT_TRUE(own.contains(name)) << name;

@@ -1,0 +1,49 @@
+#include "output/json.h"
+
+#include <utility>
+
+#include "output/printable.h"
+
+namespace tool {
+
+Json orNull(std::string_view text) { return text.empty() ? Json(nullptr) : Json(text); }
+
+std::string jsonText(const Json& json) {
+  return printableJson(json.dump(2, ' ', false, Json::error_handler_t::replace));
+}
+
+// Line feeds inside values are escaped, so all are breaks.
+std::string indented(const std::string& text, std::string_view by) {
+  std::string moved;
+  moved.reserve(text.size());
+  for (const char c : text) {
+    moved += c;
+    if (c == '\n') moved += by;
+  }
+  return moved;
+}
+
+JsonList::JsonList(BufferedOutput& out, const Json& object, std::string by) : out_(out), by_(std::move(by)) {
+  constexpr std::string_view kEnd = "]\n}";
+  std::string text = jsonText(object);
+  text.resize(text.size() - kEnd.size());
+  out_.write(indented(text, by_));
+}
+
+std::string JsonList::begin() {
+  constexpr std::string_view kElement = "    ";
+  if (!isEmpty_) out_.write(",");
+  isEmpty_ = false;
+  std::string by = by_;
+  by += kElement;
+  out_.write("\n");
+  out_.write(by);
+  return by;
+}
+
+void JsonList::end() {
+  out_.write(isEmpty_ ? "]\n" : "\n" + by_ + "  ]\n");
+  out_.write(by_ + "}");
+}
+
+}  // namespace tool

@@ -61,6 +61,7 @@ class Fields {
     text.remove_prefix(static_cast<std::size_t>(at - text.data()));
     return {begin, static_cast<std::size_t>(at - begin)};
   }
+  /// Whether a character separates fields: a blank or a tab.
   static bool isBlank(char c) noexcept { return c == ' ' || c == '\t'; }
 
   Fields() noexcept = default;

@@ -2,11 +2,20 @@
 
 #include "documentBodies.h"
 
+#include <initializer_list>
+#include <string_view>
+
 namespace {
 
 constexpr const char* kSession = "v=0\r\no=- 4611731400430051336 2 IN IP4 127.0.0.1\r\ns=-\r\nt=0 0\r\n";
 
 std::string number(std::size_t value) { return std::to_string(value); }
+
+std::string joined(std::initializer_list<std::string_view> pieces) {
+  std::string text;
+  for (const std::string_view piece : pieces) text.append(piece);
+  return text;
+}
 
 /// Repeats what `make` makes of 0, 1, 2 until the text has the size.
 template <typename Make>
@@ -21,17 +30,18 @@ std::string emptyLines(std::size_t size) { return std::string(size, '\n'); }
 std::string oneLine(std::size_t size) { return kSession + std::string("a=") + std::string(size, 'x'); }
 
 std::string manyGroups(std::size_t size) {
-  std::string text =
-      filled(kSession, size / 2, [](std::size_t n) { return "a=group:BUNDLE 0 " + number(n) + "\r\n"; });
+  std::string text = filled(kSession, size / 2, [](std::size_t n) {
+    return joined({"a=group:BUNDLE 0 ", number(n), "\r\n"});
+  });
   return filled(text, size, [](std::size_t n) {
-    return "m=audio 9 RTP/AVP 0\r\na=mid:" + number(n) + "\r\na=bundle-only\r\n";
+    return joined({"m=audio 9 RTP/AVP 0\r\na=mid:", number(n), "\r\na=bundle-only\r\n"});
   });
 }
 
 std::string oneMid(std::size_t size) {
   std::string text = filled(kSession, size / 2, [](std::size_t) { return "a=group:BUNDLE x\r\n"; });
   return filled(text, size, [](std::size_t n) {
-    return "m=audio " + number(n == 0 ? 9 : 0) + " RTP/AVP 0\r\na=mid:x\r\na=bundle-only\r\n";
+    return joined({"m=audio ", number(n == 0 ? 9 : 0), " RTP/AVP 0\r\na=mid:x\r\na=bundle-only\r\n"});
   });
 }
 
@@ -40,21 +50,24 @@ std::string rtxInARow(std::size_t size) {
   std::string line = "m=video 9 RTP/AVPF";
   std::string attributes;
   for (std::size_t n = 0; n < formats; ++n) {
-    line += " " + number(n);
-    attributes += "a=rtpmap:" + number(n) + (n == 0 ? " VP8/90000\r\n" : " rtx/90000\r\n");
-    if (n != 0) attributes += "a=fmtp:" + number(n) + " apt=" + number(n - 1) + "\r\n";
+    line.append(" ").append(number(n));
+    attributes += joined({"a=rtpmap:", number(n), n == 0 ? " VP8/90000\r\n" : " rtx/90000\r\n"});
+    if (n != 0) attributes += joined({"a=fmtp:", number(n), " apt=", number(n - 1), "\r\n"});
   }
   return kSession + line + "\r\n" + attributes;
 }
 
 std::string formatsWithoutEnd(std::size_t size) {
-  return filled(std::string(kSession) + "m=audio 9 RTP/AVP", size,
-                [](std::size_t n) { return " " + number(n); });
+  return filled(std::string(kSession) + "m=audio 9 RTP/AVP", size, [](std::size_t n) {
+    return joined({" ", number(n)});
+  });
 }
 
 std::string feedbackForAll(std::size_t size) {
   std::string text = std::string(kSession) + "m=video 9 RTP/AVPF 96 97 98\r\n";
-  return filled(text, size, [](std::size_t n) { return "a=rtcp-fb:" + number(n % 200) + " nack\r\n"; });
+  return filled(text, size, [](std::size_t n) {
+    return joined({"a=rtcp-fb:", number(n % 200), " nack\r\n"});
+  });
 }
 
 std::string keysOfTheSession(std::size_t size) {
@@ -86,14 +99,14 @@ std::string browserOffer() {
   text += "m=video 9 UDP/TLS/RTP/SAVPF 96 97 98 99 100 101 102 103\r\n" + transport +
           "a=mid:1\r\na=extmap:3 urn:3gpp:video-orientation\r\na=sendrecv\r\na=rtcp-mux\r\na=rtcp-rsize\r\n";
   for (std::size_t payload = 96; payload < 104; payload += 2) {
-    text += "a=rtpmap:" + number(payload) + (payload < 98 ? " VP8/90000\r\n" : " H264/90000\r\n");
+    text += joined({"a=rtpmap:", number(payload), payload < 98 ? " VP8/90000\r\n" : " H264/90000\r\n"});
     for (const char* feedback : {"goog-remb", "transport-cc", "ccm fir", "nack", "nack pli"}) {
-      text += "a=rtcp-fb:" + number(payload) + " " + feedback + "\r\n";
+      text += joined({"a=rtcp-fb:", number(payload), " ", feedback, "\r\n"});
     }
     if (payload >= 98)
-      text += "a=fmtp:" + number(payload) + " packetization-mode=1;profile-level-id=42e01f\r\n";
-    text += "a=rtpmap:" + number(payload + 1) + " rtx/90000\r\na=fmtp:" + number(payload + 1) +
-            " apt=" + number(payload) + "\r\n";
+      text += joined({"a=fmtp:", number(payload), " packetization-mode=1;profile-level-id=42e01f\r\n"});
+    text += joined({"a=rtpmap:", number(payload + 1), " rtx/90000\r\na=fmtp:", number(payload + 1),
+                    " apt=", number(payload), "\r\n"});
   }
   text +=
       "a=ssrc-group:FID 2231627014 632943048\r\na=ssrc:2231627014 cname:mUu6bYkZ0fYt0YgQ\r\n"
@@ -106,7 +119,8 @@ std::string browserOffer() {
 std::string manySections(std::size_t sections) {
   std::string text = kSession;
   for (std::size_t n = 0; n < sections; ++n) {
-    text += "m=audio " + number(2000 + n % 60000) + " RTP/AVP 0 8\r\nc=IN IP4 192.0.2.1\r\na=sendrecv\r\n";
+    text += joined(
+        {"m=audio ", number(2000 + n % 60000), " RTP/AVP 0 8\r\nc=IN IP4 192.0.2.1\r\na=sendrecv\r\n"});
   }
   return text;
 }

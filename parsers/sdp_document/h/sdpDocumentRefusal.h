@@ -18,7 +18,7 @@ enum class Reason : std::uint8_t {
   textTooLong,  ///< the text has, or would have, more than Document::kMaximumLength characters
 
   // Wrong arguments: they fit no document.
-  unknownRequest,  ///< no request has this name
+  unknownRequest = 16,  ///< no request has this name
   argumentCount,   ///< too few arguments, or too many
   wrongCodecList,  ///< an entry is none of NAME, NAME/CLOCK, NAME/CLOCK/CHANNELS and digits
   wrongMedia,      ///< no selection of sections
@@ -30,7 +30,7 @@ enum class Reason : std::uint8_t {
   wrongText,  ///< a text that would not stay within its field or its line
 
   // What the document does not allow.
-  noSuchSection,        ///< the document has fewer, or a session without a line
+  noSuchSection = 64,        ///< the document has fewer, or a session without a line
   unreadableSection,    ///< its m-line lacks a field, or has a port or count out of range
   noCommonCodec,        ///< no codec is left, and no section with a port
   noPortLeft,           ///< a section would need a port above 65534
@@ -56,7 +56,7 @@ struct Refusal {
   explicit operator bool() const noexcept { return reason != Reason::none; }
   /// True when the arguments were wrong, whatever the document.
   bool isOfArguments() const noexcept {
-    return reason >= Reason::unknownRequest && reason <= Reason::wrongText;
+    return reason >= Reason::unknownRequest && reason < Reason::noSuchSection;
   }
   /// The same reason at the same place.
   bool operator==(const Refusal&) const noexcept = default;

@@ -10,6 +10,9 @@
 
 namespace sdp::core {
 
+/// How far behind the end of a text may be read, whatever stands there.
+inline constexpr std::size_t kReadAhead = 8;
+
 class Arena {
  public:
   /// Room for a text of that many characters.
@@ -20,8 +23,8 @@ class Arena {
     }
     if (place_.chunk == chunks_.size()) {
       const std::size_t fresh = std::max(size, kSmallest << std::min<std::size_t>(place_.chunk, kDoublings));
-      // One more, so that no text ends where another memory's first begins.
-      chunks_.push_back({std::make_unique_for_overwrite<char[]>(fresh + 1), fresh});
+      // Room behind the last text, for who reads ahead, and so that none ends where another memory begins.
+      chunks_.push_back({std::make_unique<char[]>(fresh + kReadAhead), fresh});
       place_.used = 0;
     }
     char* const place = chunks_[place_.chunk].memory.get() + place_.used;

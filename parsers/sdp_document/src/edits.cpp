@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace sdp::core {
 namespace {
@@ -61,6 +62,7 @@ void store(Model& model, Index index, Line line) {
   model.length += line.whole().size();
   model.length -= place.whole().size();
   line.added = place.added;
+  line.number = place.number;
   place = line;
   if (line.kind == Kind::group) reserveForGroup(model, line);
 }
@@ -112,12 +114,22 @@ void settle(Model& model, std::string& spare) {
   if (model.rendered.capacity() < model.length + kReadRoom) model.rendered.swap(spare);
   model.isRendered = false;
   model.arena.forgetAll();
+  // Lines that are gone leave the index here, too.
   const char* at = model.text.data();
-  for (Line& line : model.lines) {
-    const std::size_t size = line.gone != 0 ? 0 : line.whole().size();
-    line.begin = at;
-    at += size;
+  Index to = 0;
+  for (Part& part : model.parts) {
+    const Index first = std::exchange(part.first, to);
+    for (Index from = first; from < part.end; ++from) {
+      Line line = model.lines[from];
+      if (line.gone != 0) continue;
+      line.begin = at;
+      at += line.whole().size();
+      model.lines[to++] = line;
+    }
+    part.end = to;
   }
+  model.lines.shrink(to);
+  findSessionKinds(model);
   for (std::size_t n = 1; n < model.parts.size(); ++n) readMLine(model, model.parts[n]);
 }
 

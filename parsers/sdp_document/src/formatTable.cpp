@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <limits>
 
+#include "attributeNames.h"
 #include "fieldReader.h"
 #include "model.h"
 
@@ -136,19 +138,31 @@ void FormatTable::reserve(std::size_t formats) {
 }
 
 FormatTable::Payload FormatTable::takePayload(std::string_view& text) {
-  const char* at = text.data();
-  const char* const end = at + text.size();
-  while (at != end && Fields::isBlank(*at)) ++at;
-  const char* const begin = at;
-  std::size_t value = 0;
-  while (at != end && sdpneg::isDigit(*at) && at - begin < 3)
-    value = value * 10 + static_cast<std::size_t>(*at++ - '0');
-  const bool isShort = at != begin && (at == end || Fields::isBlank(*at));
-  while (at != end && !Fields::isBlank(*at)) ++at;
-  const auto length = static_cast<std::size_t>(at - begin);
-  text.remove_prefix(static_cast<std::size_t>(at - text.data()));
+  if (text.empty()) return {{}, kShortTexts};
+  const Payload payload = takeShortPayload(text);
+  if (payload.shortIndex != kShortTexts) return payload;
+  const std::string_view field = Fields::takeField(text);
+  std::string_view alone = field;
+  return {field, takeShortPayload(alone).shortIndex};
+}
+
+/// Takes a text's beginning when that is a payload type of one to three digits, with a step for all of them.
+FormatTable::Payload FormatTable::takeShortPayload(std::string_view& text) {
+  const char* const begin = text.data();
+  const std::uint64_t digits = load(begin) ^ 0x3030303030303030U;
+  const std::uint64_t others =
+      (((digits & 0x7F7F7F7F7F7F7F7FU) + 0x7676767676767676U) | digits) & 0x8080808080808080U;
+  const auto length = std::min(static_cast<std::size_t>(std::countr_zero(others)) / 8, text.size());
+  if (length - 1 >= kShortDigits || (length != text.size() && !Fields::isBlank(begin[length]))) {
+    return {{}, kShortTexts};
+  }
+  // The last digit comes to stand in the highest byte, the others below it.
+  const std::uint64_t aligned = digits << (64U - 8U * length);
+  const std::uint64_t value =
+      (aligned >> 56U) + (aligned >> 48U & 0xFFU) * 10 + (aligned >> 40U & 0xFFU) * 100;
   constexpr std::size_t kBegins[] = {0, 0, 10, 110};
-  return {{begin, length}, static_cast<std::uint16_t>(isShort ? kBegins[length] + value : kShortTexts)};
+  text.remove_prefix(length);
+  return {{begin, length}, static_cast<std::uint16_t>(kBegins[length] + value)};
 }
 
 Index& FormatTable::slotOf(const Payload& payload) {

@@ -81,8 +81,10 @@ class FormatTable {
     std::string_view text;
     std::uint16_t shortIndex;  ///< kShortTexts for other texts
   };
-  /// Takes the first field of a text.
+  static constexpr std::size_t kShortDigits = 3;
+  /// Takes the first field of a text, behind which kReadAhead characters are readable.
   static Payload takePayload(std::string_view& text);
+  static Payload takeShortPayload(std::string_view& text);
 
   void readFormats(const Part& section);
   Index& slotOf(const Payload& payload);

@@ -28,6 +28,7 @@ class LineList {
   }
   /// Lines more, which the caller fills; there is room for them.
   void grow(std::size_t lines) { size_ += lines; }
+  void shrink(std::size_t lines) { size_ = lines; }
   void reserve(std::size_t lines) {
     if (lines <= capacity_) return;
     const std::size_t capacity = std::max(lines, capacity_ + capacity_ / 2);

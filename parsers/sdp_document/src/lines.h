@@ -95,6 +95,7 @@ struct Line {
   std::uint8_t endLength : 2;  ///< CR LF, LF, a CR at the text's end, or nothing
   std::uint8_t gone : 1;
   std::uint8_t added : 1;
+  Index number;  ///< from 1, as the text was read; of no meaning for lines that were added
 
   std::string_view content() const { return {begin, length}; }
   std::string_view end() const { return {begin + length, endLength}; }

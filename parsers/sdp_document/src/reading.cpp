@@ -128,6 +128,7 @@ void read(Model& model, std::string_view text) {
   while (at != end) {
     Line& line = model.lines.add();
     at = readLine(at, end, line);
+    line.number = static_cast<Index>(model.lines.size());
     if (line.kind == Kind::media) {
       const auto index = static_cast<Index>(model.lines.size() - 1);
       part->end = index;

@@ -275,11 +275,18 @@ TEST(Requests, AreDescribedInTheOrderOfTheirDocumentation) {
 }
 
 TEST(Reasons, AreWordsOfTheirOwn) {
+  constexpr Reason kFirstOfEachKind[] = {Reason::noMemory, Reason::unknownRequest, Reason::noSuchSection};
+  constexpr Reason kLastOfEachKind[] = {Reason::textTooLong, Reason::wrongText, Reason::noVersionLine};
   std::vector<std::string_view> texts;
-  for (int reason = 1; reason <= static_cast<int>(Reason::noVersionLine); ++reason) {
-    texts.push_back(sdp::textOf(static_cast<Reason>(reason)));
-    EXPECT_NE(texts.back(), "") << reason;
+  for (std::size_t kind = 0; kind < std::size(kFirstOfEachKind); ++kind) {
+    for (int reason = static_cast<int>(kFirstOfEachKind[kind]);
+         reason <= static_cast<int>(kLastOfEachKind[kind]); ++reason) {
+      texts.push_back(sdp::textOf(static_cast<Reason>(reason)));
+      EXPECT_NE(texts.back(), "") << reason;
+      EXPECT_EQ(sdp::Refusal{.reason = static_cast<Reason>(reason)}.isOfArguments(), kind == 1) << reason;
+    }
   }
+  EXPECT_EQ(texts.size(), 25U);
   std::sort(texts.begin(), texts.end());
   EXPECT_EQ(std::adjacent_find(texts.begin(), texts.end()), texts.end());
   EXPECT_EQ(sdp::textOf(Reason::none), "");

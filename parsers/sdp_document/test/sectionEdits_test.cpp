@@ -304,4 +304,37 @@ TEST(SectionEdits, MayTakeTextsOfEditsBefore) {
   }
 }
 
+TEST(SectionEdits, InGreatNumberLeaveTextAndLineNumbersAsTheyWere) {
+  const std::string text = "v=0\r\na=gone\r\nm=audio 9 RTP/AVP 0\r\na=x\r\nodd\r\n";
+  Document document;
+  ASSERT_FALSE(document.read(text));
+  ASSERT_FALSE(document.removeAttributes(0, "gone"));
+  // Far more than what makes the document put its lines together anew.
+  for (int i = 0; i < 5000; ++i) {
+    ASSERT_FALSE(document.addAttribute(1, "label", "a label of some length"));
+    ASSERT_FALSE(document.removeAttributes(1, "label"));
+  }
+  EXPECT_EQ(document.text(), "v=0\r\nm=audio 9 RTP/AVP 0\r\na=x\r\nodd\r\n");
+  EXPECT_EQ(document.section(1).line(), 3U);
+  EXPECT_EQ(canonicalise(document), (sdp::Refusal{Reason::noLine, 1, 5}));
+}
+
+TEST(SectionEdits, AddLinesToManySectionsWithoutMovingEachLineForEachOfThem) {
+  constexpr std::uint32_t kSections = 20000;
+  std::string before = "v=0\r\n";
+  std::string after = before;
+  for (std::uint32_t n = 0; n < kSections; ++n) {
+    before += "m=audio 9 RTP/AVP 0\r\n";
+    after += "m=audio 9 RTP/AVP 0\r\na=one\r\na=two:2\r\n";
+  }
+  Document document;
+  ASSERT_FALSE(document.read(before));
+  // A document that moved its index each time would take minutes.
+  for (std::uint32_t n = kSections; n > 0; --n) {
+    ASSERT_FALSE(document.addAttribute(n, "one"));
+    ASSERT_FALSE(document.addAttribute(n, "two", "2"));
+  }
+  EXPECT_EQ(document.text(), after);
+}
+
 }  // namespace

@@ -25,12 +25,6 @@ std::optional<Reason> faultOf(const Line& line) {
   return std::nullopt;
 }
 
-/// The number of a line as the text was read.
-std::size_t lineNumberOf(const Model& model, Index index) {
-  return static_cast<std::size_t>(std::count_if(model.lines.begin(), model.lines.begin() + index + 1,
-                                                [](const Line& line) { return line.added == 0; }));
-}
-
 Refusal refuseLines(const Model& model) {
   bool first = true;
   Index section = 0;
@@ -39,7 +33,7 @@ Refusal refuseLines(const Model& model) {
     if (model.lines[i].gone != 0) continue;
     std::optional<Reason> fault = faultOf(model.lines[i]);
     if (first && !fault && model.lines[i].kind != Kind::version) fault = Reason::noVersionLine;
-    if (fault) return {*fault, section, lineNumberOf(model, i)};
+    if (fault) return {*fault, section, model.lines[i].number};
     first = false;
   }
   if (first) return {Reason::noVersionLine, 0, 1};

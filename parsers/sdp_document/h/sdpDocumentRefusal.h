@@ -19,18 +19,18 @@ enum class Reason : std::uint8_t {
 
   // Wrong arguments: they fit no document.
   unknownRequest = 16,  ///< no request has this name
-  argumentCount,   ///< too few arguments, or too many
-  wrongCodecList,  ///< an entry is none of NAME, NAME/CLOCK, NAME/CLOCK/CHANNELS and digits
-  wrongMedia,      ///< no selection of sections
-  wrongAddress,    ///< no literal of an IPv4 or IPv6 address
-  wrongPort,       ///< odd, or not from 1024 to 65534
-  wrongProfile,    ///< none of the six that setProfile has
-  wrongDirection,  ///< none of sendrecv, sendonly, recvonly and inactive
+  argumentCount,        ///< too few arguments, or too many
+  wrongCodecList,       ///< an entry is none of NAME, NAME/CLOCK, NAME/CLOCK/CHANNELS and digits
+  wrongMedia,           ///< no selection of sections
+  wrongAddress,         ///< no literal of an IPv4 or IPv6 address
+  wrongPort,            ///< odd, or not from 1024 to 65534
+  wrongProfile,         ///< none of the six that setProfile has
+  wrongDirection,       ///< none of sendrecv, sendonly, recvonly and inactive
   wrongNames,  ///< an empty name, one with a blank, a colon or a control character, or `*` elsewhere than at its end
   wrongText,  ///< a text that would not stay within its field or its line
 
   // What the document does not allow.
-  noSuchSection = 64,        ///< the document has fewer, or a session without a line
+  noSuchSection = 64,   ///< the document has fewer, or a session without a line
   unreadableSection,    ///< its m-line lacks a field, or has a port or count out of range
   noCommonCodec,        ///< no codec is left, and no section with a port
   noPortLeft,           ///< a section would need a port above 65534

@@ -23,9 +23,10 @@
 
 namespace sdp {
 
-/// Keeps the codecs that a list names, and what serves them: rtx with its payload, red with those that it carries, CN
-/// and telephone-event of a clock rate that is left. What goes takes its attributes along; a section without a codec is
-/// put away.
+/// Keeps the codecs that a list names. rtx stays with its payload; red, CN, telephone-event and the like when the list
+/// names them too: red with all that it carries, CN and telephone-event of a clock rate that is left, telephone-event
+/// also of 8000 Hz, and where none would stay so, all that are named. What goes takes its attributes along; a section
+/// without a codec is put away.
 /// @return noCommonCodec when no section with a port is left
 SDP_DOCUMENT_API Refusal keepCodecs(Document& document, std::string_view list,
                                     std::string_view media = {}) noexcept;
@@ -40,7 +41,7 @@ SDP_DOCUMENT_API Refusal orderCodecs(Document& document, std::string_view list,
 /// Leads the media by way of one address, from a port on: c-lines, ports, `a=rtcp`; ICE and its candidates go. Members
 /// of one BUNDLE group with one port share one. The o-line stays.
 /// @param address a literal of either family, without brackets or scope
-/// @param port even, from 1024; each section takes two, and two for each of its `/count`
+/// @param port even, from 1024; each section takes two, or two for each of its `/count`
 /// @return noPortLeft, unreadableSection or pathAttribute
 SDP_DOCUMENT_API Refusal anchor(Document& document, std::string_view address, std::uint16_t port) noexcept;
 

@@ -84,7 +84,7 @@ struct Rtcp {
 /// A crypto attribute (RFC 4568), without its keys, so that it may be logged. Section::attributes("crypto") has them.
 struct Crypto {
   std::optional<std::uint64_t> tag;  ///< nothing when it is no number
-  std::string_view suite;            ///< "AES_CM_128_HMAC_SHA1_80"
+  std::string_view suite;            ///< "AES_CM_128_HMAC_SHA1_80"; empty where the keys stand in its place
 };
 
 /// What a payload type stands for (RFC 4566, section 6). Numbers beyond their type are told as its largest.
@@ -226,8 +226,6 @@ class SDP_DOCUMENT_API FeedbackCursor {
 
  private:
   static constexpr std::uint32_t kNoLine = std::numeric_limits<std::uint32_t>::max();
-
-  void skipOthers() noexcept;
 
   const core::Model* model_ = nullptr;
   std::uint32_t own_ = kNoLine;

@@ -72,25 +72,19 @@ bool CryptoCursor::next(Crypto& crypto) noexcept {
   core::FieldReader fields(attribute.value.value_or(std::string_view()));
   crypto.tag = core::numberOf(fields.next());
   crypto.suite = fields.next();
+  // Where the suite is missing, the keys stand in its place.
+  if (crypto.suite.find(':') != std::string_view::npos) crypto.suite = {};
   return true;
 }
 
 FeedbackCursor::FeedbackCursor(const core::Model& model, std::uint32_t own, std::uint32_t ofAll) noexcept
-    : model_(&model), own_(own), ofAll_(ofAll) {
-  skipOthers();
-}
-
-/// The lines that speak of a format are chained, and feedback is among them.
-void FeedbackCursor::skipOthers() noexcept {
-  while (own_ != kNone && model_->lines[own_].kind != Kind::rtcpFb) own_ = model_->lines[own_].next;
-}
+    : model_(&model), own_(own), ofAll_(ofAll) {}
 
 bool FeedbackCursor::next(std::string_view& value) noexcept {
   if (own_ == kNone && ofAll_ == kNone) return false;
   std::uint32_t& first = own_ < ofAll_ ? own_ : ofAll_;
   const core::Line& line = model_->lines[first];
   first = line.next;
-  skipOthers();
   value = core::behindPayload(line);
   return true;
 }
@@ -112,14 +106,14 @@ bool FormatCursor::next(Format& format) noexcept {
   if (rest_.empty()) return false;
   table.read(*model_, *section_);
   if (occurrence_ == table.occurrences.size()) return false;
-  const core::FormatEntry& entry = table.entries[table.occurrences[occurrence_++].entry];
+  core::FormatEntry& entry = table.entries[table.occurrences[occurrence_++].entry];
   format.format = entry.payload;
   if (!entry.name.empty()) format.encoding = Encoding{entry.name, entry.clock, entry.channels};
   const core::Index fmtp = core::fmtpOf(*model_, entry);
   if (fmtp != kNone) format.fmtp = core::behindPayload(model_->lines[fmtp]);
   format.apt = core::numberOf(core::aptOf(*model_, entry));
   format.isCompanion = entry.role != core::Role::codec;
-  format.feedbackCursor = FeedbackCursor(*model_, entry.firstLine, table.feedbackOfAll);
+  format.feedbackCursor = FeedbackCursor(*model_, entry.feedback, table.feedbackOfAll);
   return true;
 }
 

@@ -61,10 +61,11 @@ void store(Model& model, Index index, Line line) {
   if (isOfGroups(line.kind) || isOfGroups(place.kind)) model.groups.forget();
   model.length += line.whole().size();
   model.length -= place.whole().size();
+  model.mostMids += mostMidsOf(line);
+  model.mostMids -= mostMidsOf(place);
   line.added = place.added;
   line.number = place.number;
   place = line;
-  if (line.kind == Kind::group) reserveForGroup(model, line);
 }
 
 /// Stores a line whose fields may be others than before: those of an m-line are views into it.
@@ -185,7 +186,7 @@ void removeLines(Model& model, const Part& part, Kinds kinds) {
 void addBehind(Model& model, Index line, Pieces content) {
   if (!model.lines[line].endsInLf()) endLine(model, line, kCrLf);
   Line added = makeLine(model, content, model.lines[line].end());
-  if (added.kind == Kind::group) reserveForGroup(model, added);
+  model.mostMids += mostMidsOf(added);
   added.added = 1;
   model.length += added.whole().size();
   model.additions.push_back({line, static_cast<Index>(model.additions.size()), added});
@@ -226,6 +227,7 @@ void beginEdit(Model& model) {
   model.removed.clear();
   model.explanation.clear();
   model.lengthBefore = model.length;
+  model.mostMidsBefore = model.mostMids;
   model.additionsBefore = model.additions.size();
   model.arenaBefore = model.arena.place();
 }
@@ -239,6 +241,8 @@ void keepEdits(Model& model) {
   if (outgrown && model.text.capacity() < model.length + kReadRoom) spare.reserve(model.length + kReadRoom);
   reserve(model.rendered, model.length + kReadRoom);
   model.lines.reserve(model.lines.size() + model.additions.size());
+  // Not while the request uses the tables, which move here.
+  reserveForGroups(model);
   model.isRendered = false;
   model.sessionTrickles.reset();
   model.formats.forget();
@@ -256,6 +260,7 @@ void takeBackEdits(Model& model) {
     if (edit->line.kind == Kind::media) readMLine(model, partOf(model, edit->index));
   }
   model.length = model.lengthBefore;
+  model.mostMids = model.mostMidsBefore;
   model.before.clear();
   model.removed.clear();
   model.additions.resize(model.additionsBefore);

@@ -28,6 +28,7 @@ inline void removeLine(Model& model, Index line) {
   Line& gone = model.lines[line];
   gone.gone = 1;
   model.length -= gone.whole().size();
+  model.mostMids -= mostMidsOf(gone);
   if (isOfGroups(gone.kind)) model.groups.forget();
 }
 /// Takes away the lines of a part that are of one of the kinds.

@@ -239,16 +239,19 @@ void FormatTable::readLine(const Model& model, Index index, Index& lastOfAll) {
     if (found == kNone) return;
     FormatEntry& entry = entries[found];
     if (line.kind == Kind::rtpmap && entry.name.empty()) give(entry, readEncodingText(text));
-    first = &entry.firstLine;
-    last = &entry.lastLine;
+    const bool isFeedback = line.kind == Kind::rtcpFb;
+    first = isFeedback ? &entry.feedback : &entry.firstLine;
+    last = isFeedback ? &entry.lastFeedback : &entry.lastLine;
   }
   (*last == kNone ? *first : lines[*last].next) = index;
   *last = index;
 }
 
-Index fmtpOf(const Model& model, const FormatEntry& entry) {
+Index fmtpOf(const Model& model, FormatEntry& entry) {
+  if (entry.fmtp) return *entry.fmtp;
   Index line = entry.firstLine;
   while (line != kNone && model.lines[line].kind != Kind::fmtp) line = model.lines[line].next;
+  entry.fmtp = line;
   return line;
 }
 
@@ -258,13 +261,14 @@ std::string_view behindPayload(const Line& line) {
   return fields.rest();
 }
 
-std::string_view aptOf(const Model& model, const FormatEntry& entry) {
-  for (Index line = entry.firstLine; line != kNone; line = model.lines[line].next) {
-    if (model.lines[line].kind != Kind::fmtp) continue;
-    const std::string_view apt = aptIn(behindPayload(model.lines[line]));
-    if (!apt.empty()) return apt;
+std::string_view aptOf(const Model& model, FormatEntry& entry) {
+  if (entry.apt) return *entry.apt;
+  std::string_view apt;
+  for (Index line = fmtpOf(model, entry); line != kNone && apt.empty(); line = model.lines[line].next) {
+    if (model.lines[line].kind == Kind::fmtp) apt = aptIn(behindPayload(model.lines[line]));
   }
-  return {};
+  entry.apt = apt;
+  return apt;
 }
 
 }  // namespace sdp::core

@@ -32,11 +32,16 @@ struct FormatEntry {
   std::string_view name;  ///< of the encoding; empty when that is unknown
   std::uint32_t clock = 0;
   std::uint32_t channels = 1;
-  Index firstLine = kNone;  ///< that speaks of it, from which `next` leads on to the others
+  Index firstLine = kNone;  ///< that speaks of it, but for feedback; `next` leads on to the others
   Index lastLine = kNone;
-  Index waiting = kNone;         ///< for a choice of codecs: who waits for it
-  std::uint32_t waitsFor = 0;    ///< for a choice of codecs: how many it waits for
-  std::uint16_t shortIndex = 0;  ///< its place among the short payload types
+  Index feedback = kNone;  ///< its first rtcp-fb line, from which `next` leads on to the others
+  Index lastFeedback = kNone;
+  // What was asked of it once is kept: a format may stand in the m-line again and again.
+  std::optional<Index> fmtp;            ///< its first fmtp line, or kNone
+  std::optional<std::string_view> apt;  ///< the payload type that its fmtp names; empty without one
+  Index waiting = kNone;                ///< for a choice of codecs: who waits for it
+  std::uint32_t waitsFor = 0;           ///< for a choice of codecs: how many it waits for
+  std::uint16_t shortIndex = 0;         ///< its place among the short payload types
   Role role = Role::codec;
   Index place = 0;        ///< for an order of codecs: in the list
   bool isListed = false;  ///< for a choice of codecs: the list names it
@@ -105,11 +110,11 @@ class FormatTable {
 };
 
 /// The first fmtp line of a format; kNone without one.
-Index fmtpOf(const Model& model, const FormatEntry& entry);
+Index fmtpOf(const Model& model, FormatEntry& entry);
 /// What stands behind the payload type in a line that speaks of a format.
 std::string_view behindPayload(const Line& line);
 /// The payload type that `apt` of a format's fmtp names (RFC 4588, section 8.1); empty without one.
-std::string_view aptOf(const Model& model, const FormatEntry& entry);
+std::string_view aptOf(const Model& model, FormatEntry& entry);
 
 /// The number of formats that a text of an m-line has.
 std::size_t formatCount(std::string_view formats);

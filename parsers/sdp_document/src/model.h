@@ -20,6 +20,9 @@
 
 namespace sdp::core {
 
+/// How many mids a line can name at most; 0 when it is no group.
+inline std::size_t mostMidsOf(const Line& line) { return line.kind == Kind::group ? line.length / 2 : 0; }
+
 /// The fields of an m-line.
 struct MLine {
   std::string_view media;
@@ -77,6 +80,7 @@ struct Model {
   std::vector<Before> before;  ///< the lines that it replaced
   std::vector<Index> removed;  ///< the lines that it took away
   std::size_t lengthBefore = 0;
+  std::size_t mostMidsBefore = 0;
   std::size_t additionsBefore = 0;
   Arena::Place arenaBefore;
   std::vector<Addition> additions;  ///< they stay until somebody wants to see the lines in their order
@@ -103,7 +107,7 @@ void read(Model& model, std::string_view text);
 /// Makes room for what may be asked of a model, so that asking allocates nothing.
 void reserveForQuestions(Model& model);
 void reserveForFormats(Model& model, const Part& section);
-void reserveForGroup(Model& model, const Line& line);
+void reserveForGroups(Model& model);
 
 /// The text with all edits.
 std::string_view render(const Model& model);

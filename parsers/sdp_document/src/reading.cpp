@@ -152,9 +152,8 @@ void reserveForFormats(Model& model, const Part& section) {
   if (formats.size() / 2 >= model.formats.room()) model.formats.reserve(formatCount(formats));
 }
 
-void reserveForGroup(Model& model, const Line& line) {
-  model.mostMids += line.length / 2;
-  model.groups.reserve(model.mostMids, model.sectionCount());
+void reserveForGroups(Model& model) {
+  if (model.mostMids != 0) model.groups.reserve(model.mostMids, model.sectionCount());
 }
 
 void reserveForQuestions(Model& model) {
@@ -162,7 +161,10 @@ void reserveForQuestions(Model& model) {
   model.groups.forget();
   for (std::size_t n = 1; n < model.parts.size(); ++n) reserveForFormats(model, model.parts[n]);
   model.mostMids = 0;
-  forEach(model, model.session(), one(Kind::group), [&](Index i) { reserveForGroup(model, model.lines[i]); });
+  for (const Part& part : model.parts) {
+    forEach(model, part, one(Kind::group), [&](Index i) { model.mostMids += mostMidsOf(model.lines[i]); });
+  }
+  reserveForGroups(model);
   model.rendered.reserve(model.length + kReadRoom);
 }
 

@@ -40,9 +40,10 @@ template <typename Edit>
 Refusal performOn(Document& document, std::uint32_t section, Of of, Edit edit) noexcept {
   Model* const changed = DocumentAccess::changeable(document);
   if (changed == nullptr) return {.reason = Reason::noMemory};
-  if (of != Of::endOfEither && section <= changed->sectionCount() && changed->parts[section].hasAdditions) {
-    core::insertAdditions(*changed);
-  }
+  // What the session has holds for sections, too.
+  const bool isTold = changed->session().hasAdditions ||
+                      (section <= changed->sectionCount() && changed->parts[section].hasAdditions);
+  if (of != Of::endOfEither && isTold) core::insertAdditions(*changed);
   return core::perform(*changed, [&] {
     Model& model = *changed;
     Refusal refusal;
@@ -154,6 +155,7 @@ Refusal Document::setDirection(std::uint32_t section, Direction direction) noexc
 Refusal Document::setAttribute(std::uint32_t section, std::string_view name,
                                std::optional<std::string_view> value) noexcept {
   return performOn(*this, section, Of::sectionOrSession, [&](Model& model, Part& part) {
+    if (!isAttributeName(name)) return Reason::wrongText;
     const core::Index first = firstNamed(model, part, name);
     if (first == kNone) return add(model, part, name, value);
     if (!staysInLine(value.value_or(""))) return Reason::wrongText;

@@ -372,4 +372,28 @@ TEST(CrashShapes, MayEndAnywhere) {
   }
 }
 
+TEST(CrashShapes, MayRepeatOneFormatAndWhatSpeaksOfIt) {
+  const std::string body =
+      kStart + "m=audio 9 RTP/AVP" + repeated(20000, " 96") + "\n" + repeated(20000, "a=fmtp:96 x\n");
+  const Document document = documentOf(body);
+  std::size_t formats = 0;
+  const double reading = seconds([&body] { documentOf(body); });
+  const double asking = seconds([&] {
+    for (const sdp::Format& format : document.section(1).formats()) {
+      EXPECT_EQ(format.fmtp, "x");
+      EXPECT_FALSE(format.apt);
+      ++formats;
+    }
+  });
+  EXPECT_EQ(formats, 20000U);
+  EXPECT_LT(asking, mostSeconds(reading));
+}
+
+TEST(CrashShapes, MaySetTheLineOfAGroupAgainAndAgain) {
+  Document document = documentOf(kStart + "a=group:BUNDLE 0\nm=audio 9 RTP/AVP 0\na=mid:0\n");
+  for (int n = 0; n < 5000; ++n)
+    ASSERT_FALSE(document.setAttribute(0, "group", "BUNDLE 0 1 2 3 4 5 6 7 8 9"));
+  EXPECT_EQ(document.section(1).bundle(), 0U);
+}
+
 }  // namespace

@@ -183,4 +183,19 @@ TEST(Selections, AreAudioAndVideoForCodecsAndAllOtherwise) {
   });
 }
 
+TEST(PutAway, LeavesEachOfManyGroups) {
+  std::string before = "v=0\n";
+  std::string after = "v=0\n";
+  for (int n = 0; n < 300; ++n) {
+    before += "a=group:LS 0 1 2\n";
+    after += "a=group:LS 1\n";
+  }
+  before += "m=audio 9 RTP/AVP 0\na=mid:0\nm=audio 9 RTP/AVP 0\na=mid:1\nm=video 9 RTP/AVP 31\na=mid:2\n";
+  after += "m=audio 0 RTP/AVP 0\na=mid:0\nm=audio 9 RTP/AVP 0\na=mid:1\nm=video 0 RTP/AVP 31\na=mid:2\n";
+  sdp::Document document = documentTest::documentOf(before);
+  ASSERT_FALSE(sdp::disable(document, "1"));
+  ASSERT_FALSE(sdp::disable(document, "video"));
+  EXPECT_EQ(document.text(), after);
+}
+
 }  // namespace

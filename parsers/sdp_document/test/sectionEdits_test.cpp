@@ -290,6 +290,16 @@ TEST(SectionEdits, OfTheSessionHoldForItsSections) {
   EXPECT_EQ(document.section(1).connection()->address, "192.0.2.7");
 }
 
+TEST(SectionEdits, OfASectionSeeThoseOfTheSessionThoughNobodyAsked) {
+  Document document = documentBehindHead("m=audio 9 RTP/AVP 0|m=video 9 RTP/AVP 31|");
+  ASSERT_FALSE(document.addAttribute(0, "inactive"));
+  ASSERT_FALSE(document.setDirection(1, Direction::sendrecv));
+  ASSERT_FALSE(document.setDirection(2, Direction::inactive));
+  EXPECT_EQ(
+      document.text(),
+      withEnds(std::string(kHead) + "a=inactive|m=audio 9 RTP/AVP 0|a=sendrecv|m=video 9 RTP/AVP 31|", "\n"));
+}
+
 TEST(SectionEdits, MayTakeTextsOfEditsBefore) {
   // So many that what edits have made is brought together in between.
   Document document = documentBehindHead("m=audio 9 RTP/AVP 0|a=x:0|a=y|");

@@ -212,6 +212,12 @@ TEST(Keys, OfCryptoAreTheSectionsOwn) {
   EXPECT_TRUE(document.section(2).crypto().empty());
 }
 
+TEST(Keys, AreNotToldWhereTheSuiteIsMissing) {
+  const Document document = documentBehindHead("m=audio 9 RTP/SAVP 0|a=crypto:1 inline:SECRET|");
+  for (const sdp::Crypto& crypto : document.section(1).crypto()) EXPECT_EQ(crypto.suite, "");
+  EXPECT_EQ(document.section(1).crypto().size(), 1U);
+}
+
 // --- ICE, RTCP, bandwidth and what else is told ---------------------------------------------------------------
 
 TEST(Ice, IsOfTheSectionButForItsUfragAndOptions) {

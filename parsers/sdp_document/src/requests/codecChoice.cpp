@@ -36,7 +36,7 @@ class Choice {
   /// Calls `visit(Index)` for each payload type that a format is for: the apt of rtx, those that red carries. What the
   /// m-line lacks is kNone.
   template <typename Visit>
-  void forEachServed(const FormatEntry& entry, Visit visit);
+  void forEachServed(FormatEntry& entry, Visit visit);
   void wait(Index entry);
 
   Model& model_;
@@ -44,7 +44,7 @@ class Choice {
 };
 
 template <typename Visit>
-void Choice::forEachServed(const FormatEntry& entry, Visit visit) {
+void Choice::forEachServed(FormatEntry& entry, Visit visit) {
   if (entry.role == Role::rtx) {
     const std::string_view apt = aptOf(model_, entry);
     return visit(apt.empty() ? kNone : table_.find(apt));

@@ -3,6 +3,7 @@
 #include "requests/codecs.h"
 
 #include <algorithm>
+#include <array>
 
 #include "edits.h"
 #include "fieldReader.h"
@@ -38,8 +39,9 @@ void takeFormatsOut(Model& model, Part& section) {
                                [](const FormatEntry& entry) { return entry.chosen; });
   if (all) return;
   for (const FormatEntry& entry : table.entries) {
-    for (Index i = entry.chosen ? kNone : entry.firstLine; i != kNone; i = model.lines[i].next)
-      removeLine(model, i);
+    if (entry.chosen) continue;
+    for (Index i = entry.firstLine; i != kNone; i = model.lines[i].next) removeLine(model, i);
+    for (Index i = entry.feedback; i != kNone; i = model.lines[i].next) removeLine(model, i);
   }
   writeFormats(model, section, [&table](LineWriter& line) {
     for (const Occurrence& occurrence : table.occurrences) {
@@ -72,15 +74,21 @@ void orderFormats(Model& model, Part& section) {
 
 /// "it has opus, G722, PCMU"
 std::string codecsOf(const FormatTable& table) {
+  std::array<std::string_view, kMostNamed> named;
+  std::size_t count = 0;
   std::string text;
-  std::size_t named = 0;
   for (const FormatEntry& entry : table.entries) {
     if (entry.role != Role::codec) continue;
-    if (named++ == kMostNamed) return text.append(", ...");
-    if (named != 1) text.append(", ");
-    addForPeople(text, entry.name.empty() ? entry.payload : entry.name);
+    const std::string_view name = entry.name.empty() ? entry.payload : entry.name;
+    const auto* const end = named.begin() + count;
+    if (std::any_of(named.cbegin(), end, [name](std::string_view n) { return sdpneg::equalNoCase(n, name); }))
+      continue;
+    if (count == kMostNamed) return text.append(", ...");
+    if (count != 0) text.append(", ");
+    named[count++] = name;
+    addForPeople(text, name);
   }
-  return named == 0 ? "no codec" : text;
+  return count == 0 ? "no codec" : text;
 }
 
 Refusal refuseNoCodec(Model& model, const Part& section, std::string_view verb, std::string_view list) {

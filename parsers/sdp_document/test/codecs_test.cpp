@@ -370,4 +370,12 @@ TEST(OrderCodecs, PutsWhatIsNamedInFront) {
   });
 }
 
+TEST(KeepCodecs, NamesEachCodecOnceWhereNoneIsCommon) {
+  sdp::Document document = documentTest::documentOf(
+      "v=0\nm=video 9 RTP/AVP 96 97 98 99\na=rtpmap:96 H264/90000\na=rtpmap:97 h264/90000\na=rtpmap:98 AV1/90000\n");
+  EXPECT_EQ(sdp::keepCodecs(document, "VP8").reason, Reason::noCommonCodec);
+  EXPECT_EQ(document.explanation(),
+            "section 1 (video): no common codec: it has H264, AV1, 99; kept would be VP8");
+}
+
 }  // namespace

@@ -347,4 +347,11 @@ TEST(SectionEdits, AddLinesToManySectionsWithoutMovingEachLineForEachOfThem) {
   EXPECT_EQ(document.text(), after);
 }
 
+TEST(SectionEdits, TakeNoAttributeWithoutANameThoughTheDocumentHasOne) {
+  Document document = documentBehindHead("m=audio 9 RTP/AVP 0|a=:v|");
+  const std::string before(document.text());
+  expectRefusal(document.setAttribute(1, "", "w"), Reason::wrongText, 1, 5);
+  EXPECT_EQ(document.text(), before);
+}
+
 }  // namespace

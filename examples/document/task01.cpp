@@ -6,8 +6,8 @@ int main() {
   sdp::Document offer;
   if (offer.read(kBrowserOffer)) return 1;
   for (const sdp::Section& section : offer.sections()) {
-    if (!section.readable()) {
-      std::cout << "line " << section.line() << " cannot be read\n";
+    if (!section.isReadable()) {
+      std::cout << "line " << section.lineNumber() << " cannot be read\n";
       continue;
     }
     std::cout << section.index() << ": " << section.media() << ", mid " << section.mid() << ", port "

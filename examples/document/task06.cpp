@@ -8,7 +8,7 @@ int main() {
   // By number, since an edit ends all views.
   for (std::uint32_t n = 1; n <= offer.sectionCount(); ++n) {
     const sdp::Section section = offer.section(n);
-    if (!section.readable() || section.disabled()) continue;
+    if (!section.isReadable() || section.isDisabled()) continue;
     const sdp::Direction now = section.direction();
     const bool sends = now == sdp::Direction::sendrecv || now == sdp::Direction::sendonly;
     if (offer.setDirection(n, sends ? sdp::Direction::sendonly : sdp::Direction::inactive)) return 1;

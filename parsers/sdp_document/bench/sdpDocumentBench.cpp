@@ -74,7 +74,7 @@ std::size_t readAndAsk(const std::string& body) {
   for (const sdp::Section& section : document.sections()) {
     sum += section.port() + static_cast<std::size_t>(section.security()) +
            static_cast<std::size_t>(section.direction()) + section.mid().size() + section.candidateCount() +
-           section.bundle().value_or(0) + section.trickles();
+           section.bundle().value_or(0) + section.usesTrickleIce();
     if (const auto connection = section.connection()) sum += connection->address.size();
     for (const sdp::Format& format : section.formats()) {
       sum += format.encoding ? format.encoding->clockRate : 0;

@@ -41,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   };
   join(used.session());
   for (const sdp::Section& section : used.sections()) {
-    require(section.line() == lines + 1);
+    require(section.lineNumber() == lines + 1);
     join(section);
   }
   require(joined == text);

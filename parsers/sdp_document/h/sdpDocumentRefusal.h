@@ -46,8 +46,8 @@ enum class Reason : std::uint8_t {
 };
 
 /// What was refused, and where. Nothing was changed then. Converts to true when something was refused, so that
-/// `if (const Refusal refusal = keepCodecs(...))` is the way to ask.
-struct Refusal {
+/// `if (const Refusal refusal = keepCodecs(...))` is the way to ask. Who does not want to know says so with `(void)`.
+struct [[nodiscard]] Refusal {
   Reason reason = Reason::none;  ///< Reason::none when nothing was refused
   std::uint32_t section = 0;     ///< from 1; 0 when it concerns no single section
   std::size_t line = 0;          ///< from 1, as the text was read; 0 when it concerns no single line

@@ -20,6 +20,11 @@ struct Model;
 struct Part;
 }  // namespace core
 
+class Document;
+class FormatCursor;
+class Section;
+class Session;
+
 /// Who sends media, as seen by who wrote the body (RFC 3264, section 5.1).
 enum class Direction : std::uint8_t {
   sendrecv,  ///< both; also what holds where nothing is said
@@ -156,11 +161,14 @@ class SDP_DOCUMENT_API LineCursor {
   /// @cond How a Range goes on; not for callers.
   using Element = Line;
   LineCursor() noexcept = default;
-  LineCursor(const core::Model& model, const core::Part& part) noexcept;
   bool next(Line& line) noexcept;
   /// @endcond
 
  private:
+  friend class Session;
+  friend class Section;
+  LineCursor(const core::Model& model, const core::Part& part) noexcept;
+
   const core::Model* model_ = nullptr;
   std::uint32_t at_ = 0;
   std::uint32_t end_ = 0;
@@ -172,12 +180,15 @@ class SDP_DOCUMENT_API AttributeCursor {
   /// @cond How a Range goes on; not for callers.
   using Element = Attribute;
   AttributeCursor() noexcept = default;
-  AttributeCursor(const core::Model& model, const core::Part& part,
-                  std::optional<std::string_view> name) noexcept;
   bool next(Attribute& attribute) noexcept;
   /// @endcond
 
  private:
+  friend class Session;
+  friend class Section;
+  AttributeCursor(const core::Model& model, const core::Part& part,
+                  std::optional<std::string_view> name) noexcept;
+
   const core::Model* model_ = nullptr;
   std::uint32_t at_ = 0;
   std::uint32_t end_ = 0;
@@ -192,11 +203,14 @@ class SDP_DOCUMENT_API BandwidthCursor {
   /// @cond How a Range goes on; not for callers.
   using Element = Bandwidth;
   BandwidthCursor() noexcept = default;
-  explicit BandwidthCursor(LineCursor lines) noexcept : lines_(lines) {}
   bool next(Bandwidth& bandwidth) noexcept;
   /// @endcond
 
  private:
+  friend class Session;
+  friend class Section;
+  explicit BandwidthCursor(LineCursor lines) noexcept : lines_(lines) {}
+
   LineCursor lines_;
 };
 
@@ -206,11 +220,13 @@ class SDP_DOCUMENT_API CryptoCursor {
   /// @cond How a Range goes on; not for callers.
   using Element = Crypto;
   CryptoCursor() noexcept = default;
-  explicit CryptoCursor(AttributeCursor attributes) noexcept : attributes_(attributes) {}
   bool next(Crypto& crypto) noexcept;
   /// @endcond
 
  private:
+  friend class Section;
+  explicit CryptoCursor(AttributeCursor attributes) noexcept : attributes_(attributes) {}
+
   AttributeCursor attributes_;
 };
 
@@ -220,11 +236,13 @@ class SDP_DOCUMENT_API FeedbackCursor {
   /// @cond How a Range goes on; not for callers.
   using Element = std::string_view;
   FeedbackCursor() noexcept = default;
-  FeedbackCursor(const core::Model& model, std::uint32_t own, std::uint32_t ofAll) noexcept;
   bool next(std::string_view& value) noexcept;
   /// @endcond
 
  private:
+  friend class FormatCursor;
+  FeedbackCursor(const core::Model& model, std::uint32_t own, std::uint32_t ofAll) noexcept;
+
   static constexpr std::uint32_t kNoLine = std::numeric_limits<std::uint32_t>::max();
 
   const core::Model* model_ = nullptr;
@@ -252,11 +270,13 @@ class SDP_DOCUMENT_API FormatCursor {
   /// @cond How a Range goes on; not for callers.
   using Element = Format;
   FormatCursor() noexcept = default;
-  FormatCursor(const core::Model& model, const core::Part& section) noexcept;
   bool next(Format& format) noexcept;
   /// @endcond
 
  private:
+  friend class Section;
+  FormatCursor(const core::Model& model, const core::Part& section) noexcept;
+
   const core::Model* model_ = nullptr;
   const core::Part* section_ = nullptr;
   std::string_view rest_;       ///< of the formats of a section without RTP
@@ -275,11 +295,13 @@ class SDP_DOCUMENT_API GroupCursor {
   /// @cond How a Range goes on; not for callers.
   using Element = Group;
   GroupCursor() noexcept = default;
-  explicit GroupCursor(AttributeCursor attributes) noexcept : attributes_(attributes) {}
   bool next(Group& group) noexcept;
   /// @endcond
 
  private:
+  friend class Session;
+  explicit GroupCursor(AttributeCursor attributes) noexcept : attributes_(attributes) {}
+
   AttributeCursor attributes_;
 };
 
@@ -287,10 +309,6 @@ class SDP_DOCUMENT_API GroupCursor {
 /// the document.
 class SDP_DOCUMENT_API Session {
  public:
-  /// @cond Views are given by the document.
-  explicit Session(const core::Model& model) noexcept : model_(&model) {}
-  /// @endcond
-
   /// All its lines, in their order and with their ends.
   Range<LineCursor> lines() const noexcept;
   /// All its attributes, in their order.
@@ -312,19 +330,19 @@ class SDP_DOCUMENT_API Session {
   Range<GroupCursor> groups() const noexcept;
 
  private:
+  friend class Document;
+  explicit Session(const core::Model& model) noexcept : model_(&model) {}
+
   const core::Model* model_;
 };
 
 /// A section: an m-line and what follows it up to the next one. A view: it and all that it gives stay valid until the
-/// next edit or reading of the document. Of an unreadable section index(), line(), lines and attributes count, the
-/// rest is empty.
+/// next edit or reading of the document. Of an unreadable section index(), lineNumber(), lines and attributes count,
+/// the rest is empty.
 class SDP_DOCUMENT_API Section {
  public:
   /// An unreadable section of no document.
   Section() noexcept;
-  /// @cond Views are given by the document.
-  Section(const core::Model& model, const core::Part& section) noexcept : model_(&model), part_(&section) {}
-  /// @endcond
 
   /// All its lines, the m-line first, in their order and with their ends.
   Range<LineCursor> lines() const noexcept;
@@ -342,10 +360,10 @@ class SDP_DOCUMENT_API Section {
   /// Its number in the document, from 1.
   std::uint32_t index() const noexcept;
   /// The number of its m-line, from 1, as the text was read.
-  std::size_t line() const noexcept;
+  std::size_t lineNumber() const noexcept;
   /// False when its m-line lacks a field, its port is no number from 0 to 65535 or its count none from 1. No request
   /// changes such a section.
-  bool readable() const noexcept;
+  bool isReadable() const noexcept;
 
   std::string_view media() const noexcept;      ///< "audio", as it is written
   std::uint16_t port() const noexcept;          ///< from 0 to 65535
@@ -353,7 +371,7 @@ class SDP_DOCUMENT_API Section {
   std::string_view transport() const noexcept;  ///< "UDP/TLS/RTP/SAVPF", as it is written
   bool isRtp() const noexcept;                  ///< `RTP/` stands in its transport
   /// Port 0 without `a=bundle-only`.
-  bool disabled() const noexcept;
+  bool isDisabled() const noexcept;
 
   /// Its first c-line's, else the session's.
   std::optional<Connection> connection() const noexcept;
@@ -370,12 +388,12 @@ class SDP_DOCUMENT_API Section {
 
   std::string_view mid() const noexcept;    ///< RFC 5888; empty without one
   std::string_view label() const noexcept;  ///< RFC 4574; empty without one
-  bool bundleOnly() const noexcept;         ///< RFC 8843
+  bool isBundleOnly() const noexcept;       ///< RFC 8843
   /// The number, from 0 among all groups of the session, of the first BUNDLE group that names its mid.
   std::optional<std::uint32_t> bundle() const noexcept;
   /// Its `a=rtcp`; nothing without one.
   std::optional<Rtcp> rtcp() const noexcept;
-  bool rtcpMux() const noexcept;  ///< RFC 5761
+  bool hasRtcpMux() const noexcept;  ///< RFC 5761
   /// Its crypto attributes: tags and suites, no keys.
   Range<CryptoCursor> crypto() const noexcept;
   /// The name of the hash of its fingerprint or the session's (RFC 8122); empty without one.
@@ -387,9 +405,13 @@ class SDP_DOCUMENT_API Section {
   /// How many candidate attributes it has (RFC 8839); the session has none.
   std::size_t candidateCount() const noexcept;
   /// An ice-options attribute of it or of the session has the word "trickle" (RFC 8840).
-  bool trickles() const noexcept;
+  bool usesTrickleIce() const noexcept;
 
  private:
+  friend class Document;
+  friend class SectionCursor;
+  Section(const core::Model& model, const core::Part& section) noexcept : model_(&model), part_(&section) {}
+
   const core::Model* model_;
   const core::Part* part_;
 };
@@ -400,11 +422,13 @@ class SDP_DOCUMENT_API SectionCursor {
   /// @cond How a Range goes on; not for callers.
   using Element = Section;
   SectionCursor() noexcept = default;
-  explicit SectionCursor(const core::Model& model) noexcept : model_(&model) {}
   bool next(Section& section) noexcept;
   /// @endcond
 
  private:
+  friend class Document;
+  explicit SectionCursor(const core::Model& model) noexcept : model_(&model) {}
+
   const core::Model* model_ = nullptr;
   std::uint32_t index_ = 0;
 };

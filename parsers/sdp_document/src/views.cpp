@@ -12,12 +12,9 @@ namespace {
 using core::Kind;
 using core::kNone;
 
-std::optional<Attribute> firstAttribute(const core::Model& model, const core::Part& part,
-                                        std::string_view name) {
-  AttributeCursor cursor(model, part, name);
-  Attribute attribute;
-  if (!cursor.next(attribute)) return std::nullopt;
-  return attribute;
+std::optional<Attribute> firstOf(const Range<AttributeCursor>& attributes) {
+  const auto first = attributes.begin();
+  return first == attributes.end() ? std::nullopt : std::optional(*first);
 }
 
 std::optional<Connection> connectionOf(const core::Model& model, const core::Part& part) {
@@ -51,7 +48,7 @@ Range<AttributeCursor> Session::attributes(std::string_view name) const noexcept
   return Range<AttributeCursor>(AttributeCursor(*model_, model_->session(), name));
 }
 std::optional<Attribute> Session::attribute(std::string_view name) const noexcept {
-  return firstAttribute(*model_, model_->session(), name);
+  return firstOf(attributes(name));
 }
 bool Session::has(std::string_view name) const noexcept { return attribute(name).has_value(); }
 Range<BandwidthCursor> Session::bandwidths() const noexcept {
@@ -77,7 +74,7 @@ Range<AttributeCursor> Section::attributes(std::string_view name) const noexcept
   return Range<AttributeCursor>(AttributeCursor(*model_, *part_, name));
 }
 std::optional<Attribute> Section::attribute(std::string_view name) const noexcept {
-  return firstAttribute(*model_, *part_, name);
+  return firstOf(attributes(name));
 }
 bool Section::has(std::string_view name) const noexcept { return attribute(name).has_value(); }
 Range<BandwidthCursor> Section::bandwidths() const noexcept {
@@ -87,16 +84,18 @@ Range<BandwidthCursor> Section::bandwidths() const noexcept {
 // --- a section: its m-line -----------------------------------------------------------------------------------
 
 std::uint32_t Section::index() const noexcept { return model_->indexOf(*part_); }
-std::size_t Section::line() const noexcept { return part_->number; }
-bool Section::readable() const noexcept { return part_->m.readable; }
-std::string_view Section::media() const noexcept { return readable() ? part_->m.media : std::string_view(); }
+std::size_t Section::lineNumber() const noexcept { return part_->number; }
+bool Section::isReadable() const noexcept { return part_->m.readable; }
+std::string_view Section::media() const noexcept {
+  return isReadable() ? part_->m.media : std::string_view();
+}
 std::uint16_t Section::port() const noexcept { return part_->m.portNumber; }
 std::uint64_t Section::portCount() const noexcept { return part_->m.portCount; }
 std::string_view Section::transport() const noexcept {
-  return readable() ? part_->m.transport : std::string_view();
+  return isReadable() ? part_->m.transport : std::string_view();
 }
-bool Section::isRtp() const noexcept { return readable() && core::isRtp(*part_); }
-bool Section::disabled() const noexcept { return readable() && core::isDisabled(*model_, *part_); }
+bool Section::isRtp() const noexcept { return isReadable() && core::isRtp(*part_); }
+bool Section::isDisabled() const noexcept { return isReadable() && core::isDisabled(*model_, *part_); }
 
 Range<FormatCursor> Section::formats() const noexcept {
   return Range<FormatCursor>(FormatCursor(*model_, *part_));
@@ -113,23 +112,23 @@ std::optional<Format> Section::format(std::string_view payloadType) const noexce
 // --- a section: what it has of its own or from the session ---------------------------------------------------
 
 std::optional<Connection> Section::connection() const noexcept {
-  if (!readable()) return std::nullopt;
+  if (!isReadable()) return std::nullopt;
   return connectionOf(*model_, *part_);
 }
 Direction Section::direction() const noexcept { return core::directionOf(*model_, *part_); }
 Security Section::security() const noexcept {
-  return readable() ? core::securityOf(*model_, *part_) : Security::plain;
+  return isReadable() ? core::securityOf(*model_, *part_) : Security::plain;
 }
 std::string_view Section::mid() const noexcept {
-  return readable() ? core::midOf(*model_, *part_) : std::string_view();
+  return isReadable() ? core::midOf(*model_, *part_) : std::string_view();
 }
 std::string_view Section::label() const noexcept {
-  return readable() ? fieldOf(*model_, *part_, Kind::label) : std::string_view();
+  return isReadable() ? fieldOf(*model_, *part_, Kind::label) : std::string_view();
 }
-bool Section::bundleOnly() const noexcept { return readable() && core::isBundleOnly(*model_, *part_); }
+bool Section::isBundleOnly() const noexcept { return isReadable() && core::isBundleOnly(*model_, *part_); }
 
 std::optional<std::uint32_t> Section::bundle() const noexcept {
-  if (!readable()) return std::nullopt;
+  if (!isReadable()) return std::nullopt;
   model_->groups.read(*model_);
   const core::Index mid = model_->groups.midOf(*model_, *part_);
   if (mid == kNone || model_->groups.mids[mid].bundle == kNone) return std::nullopt;
@@ -138,34 +137,38 @@ std::optional<std::uint32_t> Section::bundle() const noexcept {
 
 std::optional<Rtcp> Section::rtcp() const noexcept {
   const core::Index line = core::firstOf(*model_, *part_, core::one(Kind::rtcp));
-  if (!readable() || line == kNone) return std::nullopt;
+  if (!isReadable() || line == kNone) return std::nullopt;
   const Fields fields(core::valueOf(model_->lines[line]).value_or(std::string_view()));
   return Rtcp{core::numberOf(fields[0]), fields[3]};
 }
 
-bool Section::rtcpMux() const noexcept { return readable() && core::has(*model_, *part_, Kind::rtcpMux); }
+bool Section::hasRtcpMux() const noexcept {
+  return isReadable() && core::has(*model_, *part_, Kind::rtcpMux);
+}
 
 Range<CryptoCursor> Section::crypto() const noexcept {
   return Range<CryptoCursor>(
-      CryptoCursor(readable() ? AttributeCursor(*model_, *part_, "crypto") : AttributeCursor()));
+      CryptoCursor(isReadable() ? AttributeCursor(*model_, *part_, "crypto") : AttributeCursor()));
 }
 
 std::string_view Section::fingerprintHash() const noexcept {
-  return readable() ? inheritedField(*model_, *part_, Kind::fingerprint) : std::string_view();
+  return isReadable() ? inheritedField(*model_, *part_, Kind::fingerprint) : std::string_view();
 }
 std::string_view Section::setup() const noexcept {
-  return readable() ? inheritedField(*model_, *part_, Kind::setup) : std::string_view();
+  return isReadable() ? inheritedField(*model_, *part_, Kind::setup) : std::string_view();
 }
-bool Section::hasIce() const noexcept { return readable() && core::hasKey(*model_, *part_, Kind::iceUfrag); }
+bool Section::hasIce() const noexcept {
+  return isReadable() && core::hasKey(*model_, *part_, Kind::iceUfrag);
+}
 
 std::size_t Section::candidateCount() const noexcept {
   std::size_t count = 0;
-  if (readable()) core::forEach(*model_, *part_, core::one(Kind::candidate), [&](core::Index) { ++count; });
+  if (isReadable()) core::forEach(*model_, *part_, core::one(Kind::candidate), [&](core::Index) { ++count; });
   return count;
 }
 
-bool Section::trickles() const noexcept {
-  if (!readable()) return false;
+bool Section::usesTrickleIce() const noexcept {
+  if (!isReadable()) return false;
   if (!model_->sessionTrickles) model_->sessionTrickles = core::hasTrickle(*model_, model_->session());
   return *model_->sessionTrickles || core::hasTrickle(*model_, *part_);
 }

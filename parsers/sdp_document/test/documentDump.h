@@ -72,26 +72,26 @@ class Dump {
 
   void section(const sdp::Section& section) {
     add("section", section.index());
-    add("readable", section.readable());
+    add("readable", section.isReadable());
     part(section);
     add("media", section.media());
     add("port", section.port());
     add("count", section.portCount());
     add("transport", section.transport());
     add("rtp", section.isRtp());
-    add("disabled", section.disabled());
+    add("disabled", section.isDisabled());
     add("direction", textOf(section.direction()));
     add("security", textOf(section.security()));
     for (const sdp::Format& found : section.formats()) format(found);
     add("mid", section.mid());
     add("label", section.label());
-    add("bundle-only", section.bundleOnly());
+    add("bundle-only", section.isBundleOnly());
     addIf("bundle", section.bundle());
     if (const auto rtcp = section.rtcp()) {
       addIf("rtcp", rtcp->port);
       add("rtcp address", rtcp->address);
     }
-    add("rtcp-mux", section.rtcpMux());
+    add("rtcp-mux", section.hasRtcpMux());
     for (const sdp::Crypto& crypto : section.crypto()) {
       addIf("tag", crypto.tag);
       add("suite", crypto.suite);
@@ -100,7 +100,7 @@ class Dump {
     add("setup", section.setup());
     add("ice", section.hasIce());
     add("candidates", section.candidateCount());
-    add("trickle", section.trickles());
+    add("trickle", section.usesTrickleIce());
   }
 
   std::string text_;

@@ -62,9 +62,9 @@ TEST(DocumentLines, BelongToTheSectionOfTheMLineInFront) {
   expectLines(document.section(1).lines(), {{"m=audio 1 RTP/AVP 0", "\r\n"}, {"", "\n"}, {"a=x", "\n"}});
   expectLines(document.section(2).lines(), {{"m=", "\n"}, {" m=video 2 RTP/AVP 31", "\n"}, {"M=x", "\n"}});
   expectLines(document.section(3).lines(), {{"m=video", ""}});
-  EXPECT_EQ(document.section(1).line(), 2U);
-  EXPECT_EQ(document.section(2).line(), 5U);
-  EXPECT_EQ(document.section(3).line(), 8U);
+  EXPECT_EQ(document.section(1).lineNumber(), 2U);
+  EXPECT_EQ(document.section(2).lineNumber(), 5U);
+  EXPECT_EQ(document.section(3).lineNumber(), 8U);
   EXPECT_EQ(document.lineCount(), 8U);
 }
 
@@ -72,7 +72,7 @@ TEST(DocumentLines, MayBeginWithASection) {
   const Document document = documentOf("m=audio 1 RTP/AVP 0\n");
   EXPECT_TRUE(document.session().lines().empty());
   ASSERT_EQ(document.sectionCount(), 1U);
-  EXPECT_EQ(document.section(1).line(), 1U);
+  EXPECT_EQ(document.section(1).lineNumber(), 1U);
   EXPECT_EQ(document.section(1).media(), "audio");
 }
 
@@ -87,8 +87,8 @@ TEST(DocumentLines, AreCountedAsTheTextWasRead) {
   ASSERT_FALSE(document.addAttribute(1, "y"));
   ASSERT_FALSE(document.addAttribute(1, "z"));
   EXPECT_EQ(document.lineCount(), 7U);
-  EXPECT_EQ(document.section(1).line(), 6U);
-  EXPECT_EQ(document.section(2).line(), 7U);
+  EXPECT_EQ(document.section(1).lineNumber(), 6U);
+  EXPECT_EQ(document.section(2).lineNumber(), 7U);
   EXPECT_EQ(document.sectionCount(), 2U);
 }
 
@@ -100,8 +100,8 @@ TEST(DocumentSections, AreAskedByTheirNumber) {
   for (const std::uint32_t other : {0U, 3U, 4294967295U}) {
     const sdp::Section none = document.section(other);
     EXPECT_EQ(none.index(), 0U);
-    EXPECT_EQ(none.line(), 0U);
-    EXPECT_FALSE(none.readable());
+    EXPECT_EQ(none.lineNumber(), 0U);
+    EXPECT_FALSE(none.isReadable());
     EXPECT_TRUE(none.lines().empty());
     EXPECT_TRUE(none.formats().empty());
     EXPECT_FALSE(none.connection());

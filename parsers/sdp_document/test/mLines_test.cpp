@@ -14,7 +14,7 @@ TEST(MLines, HaveFieldsThatRunsOfBlanksAndTabsSeparate) {
     SCOPED_TRACE(line);
     const Document document = documentBehindHead(line);
     const sdp::Section section = document.section(1);
-    ASSERT_TRUE(section.readable());
+    ASSERT_TRUE(section.isReadable());
     EXPECT_EQ(section.media(), "audio");
     EXPECT_EQ(section.port(), 5004);
     EXPECT_EQ(section.portCount(), 2U);
@@ -46,7 +46,7 @@ TEST(MLines, HavePortsUpTo65535AndCountsFrom1) {
         Port{"1/99999999999999999999999999", 1, 18446744073709551615U}}) {
     SCOPED_TRACE(port.text);
     const Document document = documentBehindHead("m=audio " + std::string(port.text) + " RTP/AVP 0|");
-    ASSERT_TRUE(document.section(1).readable());
+    ASSERT_TRUE(document.section(1).isReadable());
     EXPECT_EQ(document.section(1).port(), port.port);
     EXPECT_EQ(document.section(1).portCount(), port.count);
   }
@@ -83,20 +83,20 @@ TEST(MLines, ThatLackAFieldOrHaveAnotherPortAreUnreadable) {
         "\na=mid:1\na=sendonly\na=rtcp:9\na=crypto:1 x y\nb=AS:1\na=label:l\na=rtcp-mux\n";
     Document document = documentTest::documentOf(text);
     const sdp::Section section = document.section(2);
-    EXPECT_FALSE(section.readable());
+    EXPECT_FALSE(section.isReadable());
     EXPECT_EQ(section.index(), 2U);
-    EXPECT_EQ(section.line(), 3U);
+    EXPECT_EQ(section.lineNumber(), 3U);
     EXPECT_EQ(section.media(), "");
     EXPECT_EQ(section.port(), 0);
     EXPECT_EQ(section.portCount(), 1U);
     EXPECT_EQ(section.transport(), "");
     EXPECT_FALSE(section.isRtp());
-    EXPECT_FALSE(section.disabled());
+    EXPECT_FALSE(section.isDisabled());
     EXPECT_FALSE(section.connection());
     EXPECT_EQ(section.mid(), "");
     EXPECT_EQ(section.label(), "");
     EXPECT_FALSE(section.rtcp());
-    EXPECT_FALSE(section.rtcpMux());
+    EXPECT_FALSE(section.hasRtcpMux());
     EXPECT_TRUE(section.crypto().empty());
     EXPECT_TRUE(section.formats().empty());
     // No request changes it.
@@ -129,8 +129,8 @@ TEST(MLines, OfPort0WithoutBundleOnlyAreDisabled) {
         Case{"m=audio 9 RTP/AVP 0|", false, false}}) {
     SCOPED_TRACE(c.text);
     const Document document = documentBehindHead(c.text);
-    EXPECT_EQ(document.section(1).disabled(), c.disabled);
-    EXPECT_EQ(document.section(1).bundleOnly(), c.bundleOnly);
+    EXPECT_EQ(document.section(1).isDisabled(), c.disabled);
+    EXPECT_EQ(document.section(1).isBundleOnly(), c.bundleOnly);
   }
 }
 

@@ -325,7 +325,7 @@ TEST(SectionEdits, InGreatNumberLeaveTextAndLineNumbersAsTheyWere) {
     ASSERT_FALSE(document.removeAttributes(1, "label"));
   }
   EXPECT_EQ(document.text(), "v=0\r\nm=audio 9 RTP/AVP 0\r\na=x\r\nodd\r\n");
-  EXPECT_EQ(document.section(1).line(), 3U);
+  EXPECT_EQ(document.section(1).lineNumber(), 3U);
   EXPECT_EQ(canonicalise(document), (sdp::Refusal{Reason::noLine, 1, 5}));
 }
 

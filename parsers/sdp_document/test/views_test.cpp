@@ -192,7 +192,7 @@ TEST(Keys, AreOfTheSectionOrTheSession) {
   EXPECT_EQ(document.section(1).fingerprintHash(), "sha-1");
   EXPECT_EQ(document.section(1).setup(), "actpass");
   EXPECT_TRUE(document.section(1).hasIce());
-  EXPECT_TRUE(document.section(1).trickles());
+  EXPECT_TRUE(document.section(1).usesTrickleIce());
   EXPECT_EQ(document.section(2).fingerprintHash(), "sha-256");
   EXPECT_EQ(document.section(2).setup(), "active");
   EXPECT_EQ(document.section(3).fingerprintHash(), "");
@@ -227,19 +227,19 @@ TEST(Ice, IsOfTheSectionButForItsUfragAndOptions) {
       "trickle|m=audio 9 RTP/AVP 0|a=ice-options:trickle2 Trickle|");
   EXPECT_TRUE(document.section(1).hasIce());
   EXPECT_EQ(document.section(1).candidateCount(), 2U);
-  EXPECT_TRUE(document.section(1).trickles());
+  EXPECT_TRUE(document.section(1).usesTrickleIce());
   EXPECT_FALSE(document.section(2).hasIce());
   EXPECT_EQ(document.section(2).candidateCount(), 0U);
-  EXPECT_FALSE(document.section(2).trickles());
+  EXPECT_FALSE(document.section(2).usesTrickleIce());
 }
 
 TEST(Ice, OfTheSessionIsAskedAnewAfterAnEdit) {
   Document document = documentBehindHead("a=ice-options:trickle|m=audio 9 RTP/AVP 0|");
-  EXPECT_TRUE(document.section(1).trickles());
+  EXPECT_TRUE(document.section(1).usesTrickleIce());
   ASSERT_FALSE(document.removeAttributes(0, "ice-options"));
-  EXPECT_FALSE(document.section(1).trickles());
+  EXPECT_FALSE(document.section(1).usesTrickleIce());
   ASSERT_FALSE(document.addAttribute(0, "ice-options", "trickle"));
-  EXPECT_TRUE(document.section(1).trickles());
+  EXPECT_TRUE(document.section(1).usesTrickleIce());
 }
 
 struct RtcpCase {
@@ -271,8 +271,8 @@ TEST(Rtcp, IsThePortAndTheFourthField) {
   const Document document =
       documentBehindHead("a=rtcp:1|a=rtcp-mux|m=audio 9 RTP/AVP 0|m=audio 9 RTP/AVP 0|a=rtcp-mux|");
   EXPECT_FALSE(document.section(1).rtcp());
-  EXPECT_FALSE(document.section(1).rtcpMux());
-  EXPECT_TRUE(document.section(2).rtcpMux());
+  EXPECT_FALSE(document.section(1).hasRtcpMux());
+  EXPECT_TRUE(document.section(2).hasRtcpMux());
 }
 
 TEST(Bandwidths, AreToldInTheirOrder) {

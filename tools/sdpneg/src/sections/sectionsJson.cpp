@@ -51,25 +51,25 @@ Json cryptoJson(const sdp::Section& section) {
 
 /// Whether something is so; null in an unreadable section.
 Json flag(const sdp::Section& section, bool value) {
-  return section.readable() ? Json(value) : Json(nullptr);
+  return section.isReadable() ? Json(value) : Json(nullptr);
 }
 
 Json textIn(const sdp::Section& section, std::string_view text) {
-  return section.readable() ? Json(text) : Json(nullptr);
+  return section.isReadable() ? Json(text) : Json(nullptr);
 }
 
 Json iceJson(const sdp::Section& section) {
   return {{"ufrag", flag(section, section.hasIce())},
-          {"candidates", section.readable() ? Json(section.candidateCount()) : Json(nullptr)},
-          {"trickle", flag(section, section.trickles())}};
+          {"candidates", section.isReadable() ? Json(section.candidateCount()) : Json(nullptr)},
+          {"trickle", flag(section, section.usesTrickleIce())}};
 }
 
 /// All of a section but its formats.
 Json sectionJson(const sdp::Section& section, std::size_t firstLine) {
   const std::optional<sdp::Connection> connection = section.connection();
-  const bool readable = section.readable();
+  const bool readable = section.isReadable();
   return {{"index", section.index()},
-          {"line", firstLine + section.line() - 1},
+          {"line", firstLine + section.lineNumber() - 1},
           {"readable", readable},
           {"media", textIn(section, section.media())},
           {"port", readable ? Json(section.port()) : Json(nullptr)},
@@ -78,13 +78,13 @@ Json sectionJson(const sdp::Section& section, std::size_t firstLine) {
           {"address", connectionField(connection, &sdp::Connection::address)},
           {"addressType", connectionField(connection, &sdp::Connection::addressType)},
           {"direction", textIn(section, textOf(section.direction()))},
-          {"disabled", flag(section, section.disabled())},
+          {"disabled", flag(section, section.isDisabled())},
           {"mid", orNull(section.mid())},
           {"label", orNull(section.label())},
           {"bundle", orNull(section.bundle())},
-          {"bundleOnly", flag(section, section.bundleOnly())},
+          {"bundleOnly", flag(section, section.isBundleOnly())},
           {"rtcp", rtcpJson(section.rtcp())},
-          {"rtcpMux", flag(section, section.rtcpMux())},
+          {"rtcpMux", flag(section, section.hasRtcpMux())},
           {"security", textIn(section, textOf(section.security()))},
           {"crypto", cryptoJson(section)},
           {"fingerprint", orNull(section.fingerprintHash())},

@@ -39,9 +39,9 @@ Cell securityOf(const sdp::Section& section) {
 
 std::vector<Cell> rowOf(const sdp::Section& section, std::size_t firstLine) {
   const std::string number = std::to_string(section.index());
-  if (!section.readable()) {
+  if (!section.isReadable()) {
     return {{number},
-            {"unreadable m-line, line " + std::to_string(firstLine + section.line() - 1), Style::bad}};
+            {"unreadable m-line, line " + std::to_string(firstLine + section.lineNumber() - 1), Style::bad}};
   }
   const auto connection = section.connection();
   const auto bundle = section.bundle();
@@ -49,11 +49,11 @@ std::vector<Cell> rowOf(const sdp::Section& section, std::size_t firstLine) {
           {orDash(section.mid())},
           {orDash(section.media())},
           {orDash(connection ? connection->address : std::string_view())},
-          {portOf(section), section.disabled() ? std::optional(Style::warning) : std::nullopt},
+          {portOf(section), section.isDisabled() ? std::optional(Style::warning) : std::nullopt},
           {orDash(section.transport())},
           securityOf(section),
           {std::string(textOf(section.direction()))},
-          {section.rtcpMux() ? "yes" : "-"},
+          {section.hasRtcpMux() ? "yes" : "-"},
           {bundle ? std::to_string(*bundle) : "-"},
           {codecsOf(section)}};
 }

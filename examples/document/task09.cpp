@@ -1,7 +1,6 @@
 // Works through a policy that names requests, as it may stand in a file of settings. All of it is done, or nothing.
 
 #include <utility>
-#include <vector>
 
 #include "bodies.h"
 
@@ -14,16 +13,10 @@ constexpr std::string_view kPolicy[] = {
     "strip-attributes x-*",
 };
 
-std::vector<std::string_view> wordsOf(std::string_view request) {
-  std::vector<std::string_view> words;
-  for (const std::string_view word : sdp::Fields(request)) words.push_back(word);
-  return words;
-}
-
 /// Tells faults of the policy when it is loaded, before there is a call.
 bool isRight() {
   for (const std::string_view request : kPolicy) {
-    if (const sdp::Refusal refusal = sdp::checkArguments(wordsOf(request))) {
+    if (const sdp::Refusal refusal = sdp::checkArguments(request)) {
       std::cout << request << ": " << textOf(refusal.reason) << '\n';
       return false;
     }
@@ -34,7 +27,7 @@ bool isRight() {
 bool apply(sdp::Document& offer) {
   sdp::Document changed = offer;  // each request is done whole or not at all; the copy makes it so for all
   for (const std::string_view request : kPolicy) {
-    if (sdp::perform(changed, wordsOf(request))) {
+    if (sdp::perform(changed, request)) {
       std::cout << request << ": " << changed.explanation() << '\n';
       return false;
     }

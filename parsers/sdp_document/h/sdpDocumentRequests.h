@@ -1,6 +1,7 @@
 #ifndef SDP_DOCUMENT_REQUESTS_H
 #define SDP_DOCUMENT_REQUESTS_H
 
+#include <initializer_list>
 #include <span>
 #include <string_view>
 
@@ -81,9 +82,22 @@ SDP_DOCUMENT_API Refusal canonicalise(Document& document) noexcept;
 /// @param words the name, and the arguments behind it
 /// @return unknownRequest, argumentCount, or what the request returns
 SDP_DOCUMENT_API Refusal perform(Document& document, std::span<const std::string_view> words) noexcept;
+/// Does a request that stands in one line: "keep-codecs opus,PCMA audio".
+/// @param line its words, with blanks or tabs between; there is no quoting
+SDP_DOCUMENT_API Refusal perform(Document& document, std::string_view line) noexcept;
+/// Does a request whose words are written out: `perform(document, {"direction", word})`.
+inline Refusal perform(Document& document, std::initializer_list<std::string_view> words) noexcept {
+  return perform(document, std::span(words.begin(), words.size()));
+}
 /// Judges the arguments alone, before there is a document.
 /// @return what fits no document; none when the arguments are right
 SDP_DOCUMENT_API Refusal checkArguments(std::span<const std::string_view> words) noexcept;
+/// Judges a request that stands in one line.
+SDP_DOCUMENT_API Refusal checkArguments(std::string_view line) noexcept;
+/// Judges a request whose words are written out.
+inline Refusal checkArguments(std::initializer_list<std::string_view> words) noexcept {
+  return checkArguments(std::span(words.begin(), words.size()));
+}
 
 /// A request, and the arguments that it takes, for help and completion.
 struct RequestDescription {

@@ -159,6 +159,25 @@ Fault faultOf(Words words) {
                 hasMedia ? arguments.back() : std::string_view());
 }
 
+/// The words of a line, and of those that are too many the first.
+class WordsOfLine {
+ public:
+  explicit WordsOfLine(std::string_view line) {
+    for (std::string_view& word : words_) {
+      word = Fields::takeField(line);
+      if (word.empty()) break;
+      ++count_;
+    }
+  }
+  Words words() const { return Words(words_).first(count_); }
+
+ private:
+  static constexpr std::size_t kMostWords = 3;
+
+  std::string_view words_[kMostWords + 1];
+  std::size_t count_ = 0;
+};
+
 }  // namespace
 
 Refusal checkArguments(std::span<const std::string_view> words) noexcept {
@@ -171,6 +190,12 @@ Refusal perform(Document& document, std::span<const std::string_view> words) noe
   return DocumentAccess::perform(document, [&fault](core::Model& model) {
     return core::refuseArgument(model, fault.reason, fault.argument);
   });
+}
+
+Refusal checkArguments(std::string_view line) noexcept { return checkArguments(WordsOfLine(line).words()); }
+
+Refusal perform(Document& document, std::string_view line) noexcept {
+  return perform(document, WordsOfLine(line).words());
 }
 
 std::span<const RequestDescription> requestDescriptions() noexcept { return kDescriptions; }

@@ -183,6 +183,49 @@ TEST(Arguments, ThatAreRightAreSoForEveryDocument) {
   }
 }
 
+TEST(Requests, InOneLineAreSeparatedByBlanksAndTabs) {
+  struct Case {
+    std::string_view line;
+    std::vector<std::string_view> words;
+  };
+  const Case cases[] = {
+      {"canonical", {"canonical"}},
+      {"keep-codecs PCMA", {"keep-codecs", "PCMA"}},
+      {"  keep-codecs \t PCMA\taudio ", {"keep-codecs", "PCMA", "audio"}},
+      {"keep-codecs PCMA audio and more", {"keep-codecs", "PCMA", "audio", "and"}},
+      {"keep-codecs 'PCMA, opus'", {"keep-codecs", "'PCMA,", "opus'"}},
+      {"keep-codecs PCMA audio\r", {"keep-codecs", "PCMA", "audio\r"}},
+      {"anchor 192.0.2.9 2000", {"anchor", "192.0.2.9", "2000"}},
+      {"disable", {"disable"}},
+      {"nosuch 1", {"nosuch", "1"}},
+      {"", {}},
+      {" \t", {}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.line);
+    Document asLine = documentBehindHead("m=audio 9 RTP/AVP 0 8|a=x|");
+    Document asWords = asLine;
+    const sdp::Refusal refusal = perform(asWords, c.words);
+    EXPECT_EQ(perform(asLine, c.line), refusal);
+    EXPECT_EQ(asLine.text(), asWords.text());
+    EXPECT_EQ(asLine.explanation(), asWords.explanation());
+    EXPECT_EQ(sdp::checkArguments(c.line), sdp::checkArguments(c.words));
+  }
+  Document document = documentBehindHead("m=audio 9 RTP/AVP 0 8|");
+  EXPECT_FALSE(perform(document, "\tdrop-codecs   0\taudio "));
+  EXPECT_EQ(document.section(1).lines().begin()->content, "m=audio 9 RTP/AVP 8");
+  EXPECT_EQ(sdp::checkArguments("keep-codecs PCMA audio video").reason, Reason::argumentCount);
+}
+
+TEST(Requests, MayBeWrittenOut) {
+  Document document = documentBehindHead("m=audio 9 RTP/AVP 0 8|");
+  EXPECT_FALSE(sdp::perform(document, {"drop-codecs", "0"}));
+  EXPECT_EQ(document.section(1).lines().begin()->content, "m=audio 9 RTP/AVP 8");
+  EXPECT_EQ(sdp::perform(document, {"drop-codecs"}).reason, Reason::argumentCount);
+  EXPECT_EQ(sdp::checkArguments({"canonical", "x"}).reason, Reason::argumentCount);
+  EXPECT_FALSE(sdp::checkArguments({"canonical"}));
+}
+
 struct Named {
   const char* request;
   std::function<sdp::Refusal(Document&)> call;

@@ -1,0 +1,100 @@
+// Reading the formats of a section.
+
+#include "codecs.h"
+
+#include <algorithm>
+#include <array>
+
+#include "parameters.h"
+#include "text/search.h"
+
+namespace sdp::exchange {
+namespace {
+
+struct FamilyName {
+  std::string_view name;
+  Family family;
+};
+
+constexpr std::array<FamilyName, 12> kFamilies{{
+    {"H264", Family::h264},
+    {"H265", Family::h265},
+    {"VP9", Family::vp9},
+    {"AV1", Family::av1},
+    {"AMR", Family::amr},
+    {"AMR-WB", Family::amr},
+    {"G729", Family::g729},
+    {"iLBC", Family::ilbc},
+    {"telephone-event", Family::telephoneEvent},
+    {"CN", Family::comfortNoise},
+    {"rtx", Family::rtx},
+    {"red", Family::red},
+}};
+
+Family familyOf(std::string_view name) {
+  for (const FamilyName& known : kFamilies) {
+    if (sdpneg::equalNoCase(known.name, name)) return known.family;
+  }
+  return Family::other;
+}
+
+Codec codecOf(const Format& format) {
+  Codec codec;
+  codec.payload = format.format;
+  codec.fmtp = format.fmtp;
+  codec.isCompanion = format.isCompanion;
+  if (format.encoding) {
+    codec.name = format.encoding->name;
+    codec.clockRate = format.encoding->clockRate;
+    codec.channels = format.encoding->channels;
+    codec.family = familyOf(codec.name);
+  }
+  return codec;
+}
+
+}  // namespace
+
+std::string_view Codec::apt() const {
+  if (family != Family::rtx) return {};
+  const std::string_view value = Fields(parameterOf(parameters(), "apt").value_or(std::string_view()))[0];
+  return readNumber(value) ? value : std::string_view();
+}
+
+std::string_view Codec::carried() const {
+  if (family != Family::red) return {};
+  const std::string_view text = parameters();
+  return Fields(text.substr(0, text.find(';')))[0];
+}
+
+CodecList::CodecList(const Section& section) {
+  for (const Format& format : section.formats()) codecs_.push_back(codecOf(format));
+  for (std::uint32_t i = 0; i < codecs_.size(); ++i) byPayload_.push_back(i);
+  const auto isLess = [this](std::uint32_t a, std::uint32_t b) {
+    return codecs_[a].payload != codecs_[b].payload ? codecs_[a].payload < codecs_[b].payload : a < b;
+  };
+  std::sort(byPayload_.begin(), byPayload_.end(), isLess);
+  const auto isSame = [this](std::uint32_t a, std::uint32_t b) {
+    return codecs_[a].payload == codecs_[b].payload;
+  };
+  byPayload_.erase(std::unique(byPayload_.begin(), byPayload_.end(), isSame), byPayload_.end());
+  if (byPayload_.size() == codecs_.size()) return;
+  // Of those that stand there twice the first counts.
+  std::vector<std::uint32_t> kept = byPayload_;
+  std::sort(kept.begin(), kept.end());
+  std::vector<Codec> codecs;
+  codecs.reserve(kept.size());
+  for (const std::uint32_t i : kept) codecs.push_back(codecs_[i]);
+  codecs_.swap(codecs);
+  for (std::uint32_t& i : byPayload_) {
+    i = static_cast<std::uint32_t>(std::lower_bound(kept.begin(), kept.end(), i) - kept.begin());
+  }
+}
+
+const Codec* CodecList::find(std::string_view payload) const {
+  const auto place = std::lower_bound(
+      byPayload_.begin(), byPayload_.end(), payload,
+      [this](std::uint32_t i, std::string_view wanted) { return codecs_[i].payload < wanted; });
+  return place != byPayload_.end() && codecs_[*place].payload == payload ? &codecs_[*place] : nullptr;
+}
+
+}  // namespace sdp::exchange

@@ -1,0 +1,34 @@
+#ifndef SDP_OFFER_ANSWER_H264_H
+#define SDP_OFFER_ANSWER_H264_H
+
+// Profiles and levels of H.264, as profile-level-id tells them (RFC 6184, section 8.1).
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace sdp::exchange {
+
+/// What profile-level-id says: three bytes in hexadecimal digits.
+struct ProfileLevelId {
+  std::uint8_t profileIdc;
+  std::uint8_t profileIop;  ///< the constraint flags, the first in the highest bit
+  std::uint8_t levelIdc;
+};
+
+/// @return nothing when the text is no six hexadecimal digits
+std::optional<ProfileLevelId> readProfileLevelId(std::string_view text);
+std::string textOf(const ProfileLevelId& id);
+
+/// Whether two are of one profile: in one row of table 5, else with the same bytes but for the level.
+bool isSameProfile(const ProfileLevelId& a, const ProfileLevelId& b);
+
+/// A number for the level, higher for higher ones. 1b is between 1 and 1.1.
+int rankOf(const ProfileLevelId& id);
+/// The id with the level of another one, as its own profile spells that.
+ProfileLevelId withLevelOf(ProfileLevelId id, const ProfileLevelId& level);
+
+}  // namespace sdp::exchange
+
+#endif

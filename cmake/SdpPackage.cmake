@@ -1,5 +1,5 @@
 # What an installed library needs to be found: the exported targets, find_package(sdp_negotiator CONFIG),
-# sdp_negotiator.pc and sdp_document.pc. Works for relative and absolute CMAKE_INSTALL_LIBDIR and CMAKE_INSTALL_INCLUDEDIR.
+# sdp_negotiator.pc, sdp_document.pc and sdp_offer_answer.pc. Works for relative and absolute CMAKE_INSTALL_LIBDIR and CMAKE_INSTALL_INCLUDEDIR.
 
 include(CMakePackageConfigHelpers)
 
@@ -87,7 +87,7 @@ foreach(part CODEC IP_ADDRESS TRACE) # users before what they use, for static li
 endforeach()
 # The prefix is known only at installation (cmake --install --prefix), so the last value is set then.
 set(SDP_PC_PREFIX "@CMAKE_INSTALL_PREFIX@")
-foreach(package sdp_negotiator sdp_document)
+foreach(package sdp_negotiator sdp_document sdp_offer_answer)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/${package}.pc.in ${PROJECT_BINARY_DIR}/${package}.pc.in @ONLY)
   install(CODE "configure_file(\"${PROJECT_BINARY_DIR}/${package}.pc.in\"
                                \"${PROJECT_BINARY_DIR}/${package}.pc\" @ONLY)" COMPONENT development)

@@ -58,8 +58,9 @@ class SDP_DOCUMENT_API Document {
   Range<SectionCursor> sections() const noexcept;
 
   /// What was last refused, for people: "section 1 (audio): no common codec: it has opus; kept would be PCMA". One
-  /// line; control characters of the body or of arguments are shown as `\x0a`. Never has keys. Empty when the last
-  /// edit, request or reading was not refused, and when memory ran out. Valid until the next.
+  /// line in UTF-8. What a body or an argument would break it with is shown as `\x0a`: control characters, bytes that are
+  /// no UTF-8, and characters that change the direction of writing. Never has keys. Empty when the last edit, request or
+  /// reading was not refused, and when memory ran out. Valid until the next.
   std::string_view explanation() const noexcept;
 
   // Edits of one section, counted from 1. What is refused changes nothing; all may return noMemory and textTooLong. An

@@ -94,7 +94,9 @@ const Case cases[] = {
     {"carriageReturnsOnly", replaced(head, "\n", "\r") + "m=audio 9 RTP/AVP 0\r",
      "1:4: expected CR LF or LF at the line's end, found \"\\x0Do=- 1 1 IN IP4 192.0.2.1\\x0Ds=-\\x0Dc=IN IP4 1\"..."},
     {"aLineBehindACarriageReturn", head + "i=x\ra=crypto:1 AES\nm=audio 5004 RTP/AVP 0\n",
-     "6:4: expected CR LF or LF at the line's end, found \"\\x0Da=crypto:1 AES\""},
+     "6:4: expected CR LF or LF at the line's end; it is not shown, since it may have keys"},
+    {"noEqualsSignInALineWithKeys", head + "a crypto:1 AES inline:c2VjcmV0\n",
+     "6:2: expected an equals sign behind the letter; it is not shown, since it may have keys"},
     {"tooLarge", std::string(1024 * 1024 + 1, 'v'), " is longer than 1048576 bytes"},
 };
 

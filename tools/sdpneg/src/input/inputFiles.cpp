@@ -94,9 +94,7 @@ InputList listInputs(const std::vector<std::string>& operands) {
   return list;
 }
 
-Problem tooLong(std::size_t maxSize) {
-  return {{}, "is longer than " + std::to_string(maxSize) + " bytes"};
-}
+Problem tooLong(std::size_t maxSize) { return {{}, "is longer than " + std::to_string(maxSize) + " bytes"}; }
 
 InputBytes readInput(const Input& input, std::size_t maxSize) {
   if (input.problem) return {{}, input.problem};

@@ -8,13 +8,13 @@
 #include <iostream>
 #include <string_view>
 
-/// As a browser writes it, shortened: one port for both media, told later by ICE; keys by DTLS.
+/// As a browser writes it, shortened: one port for audio, video and data, told later by ICE; keys by DTLS.
 inline constexpr std::string_view kBrowserOffer =
     "v=0\r\n"
     "o=- 4611731400430051336 2 IN IP4 127.0.0.1\r\n"
     "s=-\r\n"
     "t=0 0\r\n"
-    "a=group:BUNDLE 0 1\r\n"
+    "a=group:BUNDLE 0 1 2\r\n"
     "m=audio 9 UDP/TLS/RTP/SAVPF 111 63 0 8 13 110 126\r\n"
     "c=IN IP4 0.0.0.0\r\n"
     "a=rtcp:9 IN IP4 0.0.0.0\r\n"
@@ -50,7 +50,16 @@ inline constexpr std::string_view kBrowserOffer =
     "a=rtpmap:96 VP8/90000\r\n"
     "a=rtcp-fb:96 nack pli\r\n"
     "a=rtpmap:97 rtx/90000\r\n"
-    "a=fmtp:97 apt=96\r\n";
+    "a=fmtp:97 apt=96\r\n"
+    "m=application 9 UDP/DTLS/SCTP webrtc-datachannel\r\n"
+    "c=IN IP4 0.0.0.0\r\n"
+    "a=ice-ufrag:Qx1z\r\n"
+    "a=ice-pwd:iyyuBsvhJDY2cTg2Jj7rJjmz\r\n"
+    "a=fingerprint:sha-256 19:E2:1C:3B:4B:9F:81:E6:B8:5C:F4:A5:A8:D8:73:04:"
+    "BB:05:2F:70:9F:04:A9:0E:05:E9:26:33:E8:70:88:A2\r\n"
+    "a=setup:actpass\r\n"
+    "a=mid:2\r\n"
+    "a=sctp-port:5000\r\n";
 
 /// As a phone writes it, with keys in the body (SDES) and a remark of its own.
 inline constexpr std::string_view kPhoneOffer =

@@ -10,6 +10,7 @@ int main() {
       sdp::unbundle(offer) ||                                          // a port for each section
       sdp::keepCodecs(offer, "PCMA,PCMU,telephone-event", "audio") ||  // what the phone has
       sdp::disable(offer, "video") ||                                  // it has no screen
+      sdp::disable(offer, "application") ||                            // nor does it know data channels
       sdp::setProfile(offer, "RTP/AVP", "audio") ||                    // without keys and feedback
       sdp::stripAttributes(offer, "rtcp-mux,msid*,ssrc*,extmap*") ||   // before anchor, for RTCP's port
       sdp::anchor(offer, "192.0.2.9", 20000);                          // in the end, when the ports are known
@@ -19,6 +20,6 @@ int main() {
   }
   for (const sdp::Line& line : offer.session().lines()) std::cout << line.content << '\n';
   for (const sdp::Line& line : offer.section(1).lines()) std::cout << line.content << '\n';
-  std::cout << offer.section(2).lines().begin()->content << '\n';
+  for (const std::uint32_t n : {2U, 3U}) std::cout << offer.section(n).lines().begin()->content << '\n';
   return 0;
 }

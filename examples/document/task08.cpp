@@ -13,9 +13,12 @@ std::string_view statusOf(const sdp::Refusal& refusal) {
     case sdp::Reason::noCommonCodec:
     case sdp::Reason::noKeys:
     case sdp::Reason::noFingerprint:
-      return "488 Not Acceptable Here";
+    case sdp::Reason::sessionKeysInUse:
+    case sdp::Reason::differentTransports:
+    case sdp::Reason::pathAttribute:
+      return "488 Not Acceptable Here";  // sound, but nothing that can be led on
     default:
-      return "400 Bad Request";
+      return "400 Bad Request";  // no SDP, or none that all read alike
   }
 }
 

@@ -95,7 +95,7 @@ TEST_F(Reasons, TellALineThatReadersTakeForDifferentThings) {
       {kSession + kAudio + " a=crypto:1 AES inline:SECRET\r\n", "line 7: not a lower-case letter and '='"},
       {kSession + "i=x\ra=crypto:1 AES inline:SECRET\r\n" + kAudio, "line 6: a CR that ends no line"},
       {kSession + std::string("i=\0SECRET\r\n", 11) + kAudio, "line 6: a NUL"},
-      {"\r\n" + kSession + kAudio, "line 1: not a v-line at the beginning"},
+      {"\r\n" + kSession + kAudio, "line 1: the first line is no v-line"},
       {kSession + "m=SECRET 49170 RTP/AVP\r\n", "line 6: unreadable m-line"},
       {kSession + kAudio + "m=SECRET 65536 RTP/AVP 8\r\n", "line 7: unreadable m-line"},
   };

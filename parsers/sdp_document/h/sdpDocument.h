@@ -58,24 +58,29 @@ class SDP_DOCUMENT_API Document {
   Range<SectionCursor> sections() const noexcept;
 
   /// What was last refused, for people: "section 1 (audio): no common codec: it has opus; kept would be PCMA". One
-  /// line; control characters of the body or of arguments are shown as `\x0a`. Never has keys. Empty when the last
-  /// edit, request or reading was not refused, and when memory ran out. Valid until the next.
+  /// line in UTF-8. What a body or an argument would break it with is shown as `\x0a`: control characters, bytes that are
+  /// no UTF-8, and characters that change the direction of writing. Never has keys. Empty when the last edit, request or
+  /// reading was not refused, and when memory ran out. Valid until the next.
   std::string_view explanation() const noexcept;
 
   // Edits of one section, counted from 1. What is refused changes nothing; all may return noMemory and textTooLong. An
-  // edit does what it is told and judges nothing else: requests are what keeps sections consistent.
+  // edit does what it is told and judges nothing else: requests are what keeps sections consistent. One that sets what is
+  // there already changes nothing: numbers compare as numbers, texts field by field, so that leading zeros and further
+  // blanks stay.
 
-  /// Sets the port; a `/count` stays.
+  /// Sets the port; a `/count` stays, and so does `05004` for 5004.
   /// @return noSuchSection or unreadableSection, as for all edits of a section
   Refusal setPort(std::uint32_t section, std::uint16_t port) noexcept;
   /// Sets the transport ("RTP/AVP"), any word. Keys stay as they are.
   /// @return wrongText when the transport is no field of an m-line
   Refusal setTransport(std::uint32_t section, std::string_view transport) noexcept;
-  /// Takes formats as fields with a blank between, at least one. Attributes of formats stay.
+  /// Takes formats as fields with a blank between, at least one. Attributes of formats stay. The same formats
+  /// in the same order stay with the blanks between them.
   /// @return wrongText when there is none, or an end of a line among them
   Refusal setFormats(std::uint32_t section, std::string_view formats) noexcept;
   /// Sets the c-line of a section, or of the session as section 0: the first is replaced, and where there is none one
-  /// is added behind the m-line and its i-lines, in the session in front of what stands behind a c-line there.
+  /// is added behind the m-line and its i-lines, in the session in front of what stands behind a c-line there. One that
+  /// has these three fields and no other stays; another spelling of the address is another text.
   /// @param address a literal of either family (RFC 4566, section 5.7)
   /// @return wrongAddress when it is none; noSuchSection also for a session without a line
   Refusal setConnection(std::uint32_t section, std::string_view address) noexcept;

@@ -11,10 +11,10 @@
 /// Requests: what an engine does to a body, section by section. Each is done whole or changes nothing, and then tells
 /// why; Document::explanation() has it in words. Views of the document end with each.
 ///
-/// `media` selects the sections: audio, video, text, application, message or image, all, a number from 1, or mid=VALUE.
-/// Empty is audio and video for what is about codecs, and all for the rest; `disable` wants one. What selects no
-/// section is no failure. Disabled sections (port 0 without `a=bundle-only`) are left alone by all but setDirection,
-/// anchor and canonicalise; unreadable ones by all.
+/// `media` selects the sections: audio, video, text, application, message or image, all, a number, or mid=VALUE. Sections
+/// count from 1, and a number that none has selects nothing, 0 among them. Empty is audio and video for what is about
+/// codecs, and all for the rest; `disable` wants one. What selects no section is no failure. Disabled sections (port 0
+/// without `a=bundle-only`) are left alone by all but setDirection, anchor and canonicalise; unreadable ones by all.
 ///
 /// `list` names codecs, with commas between: NAME, NAME/CLOCK, NAME/CLOCK/CHANNELS, or a payload type. Names compare
 /// without regard to case; clocks are in Hz.

@@ -27,8 +27,9 @@ struct MidEntry {
   Index live = 0;                ///< how many of its sections have another port than 0
   Index transport = kNone;       ///< the first of its RTP sections
   Index otherTransport = kNone;  ///< the first of these with another transport
-  Index leader = kNone;  ///< the first section with a port of the first of its BUNDLE groups that has one
-  bool left = false;     ///< it was taken out of all groups
+  Index leader = kNone;     ///< the first section with a port of the first of its BUNDLE groups that has one
+  bool left = false;        ///< it was taken out of all groups
+  bool isFollowed = false;  ///< a section that bears it was led into its groups
 };
 
 /// A mid where a group names it.

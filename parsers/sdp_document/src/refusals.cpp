@@ -2,7 +2,9 @@
 
 #include "refusals.h"
 
-#include "text/search.h"
+#include <algorithm>
+
+#include "text/shown.h"
 
 namespace sdp {
 
@@ -27,7 +29,7 @@ std::string_view textOf(Reason reason) noexcept {
     case Reason::wrongPort:
       return "not an even port from 1024 to 65534";
     case Reason::wrongProfile:
-      return "not a profile of RTP";
+      return "not a profile (RTP/AVP, RTP/AVPF, RTP/SAVP, RTP/SAVPF, UDP/TLS/RTP/SAVP, UDP/TLS/RTP/SAVPF)";
     case Reason::wrongDirection:
       return "not a direction (sendrecv, sendonly, recvonly, inactive)";
     case Reason::wrongNames:
@@ -59,7 +61,7 @@ std::string_view textOf(Reason reason) noexcept {
     case Reason::noLine:
       return "not a lower-case letter and \"=\"";
     case Reason::noVersionLine:
-      return "not a v-line at the beginning";
+      return "the first line is no v-line";
   }
   return "";
 }
@@ -69,19 +71,31 @@ namespace {
 
 constexpr std::size_t kLongestPiece = 64;
 
+void addEscaped(std::string& text, std::string_view bytes) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    text.append("\\x").append(1, kDigits[byte / 16U]).append(1, kDigits[byte % 16U]);
+  }
+}
+
 }  // namespace
 
 void addForPeople(std::string& text, std::string_view piece) {
-  for (const char c : piece.substr(0, kLongestPiece)) {
-    if (sdpneg::isControl(c)) {
-      constexpr std::string_view kDigits = "0123456789abcdef";
-      const auto byte = static_cast<unsigned char>(c);
-      text.append("\\x").append(1, kDigits[byte / 16U]).append(1, kDigits[byte % 16U]);
+  for (std::size_t at = 0, length = 0; at < piece.size(); at += length) {
+    const sdpneg::Character character = sdpneg::firstCharacter(piece.substr(at));
+    length = std::max(character.length, std::size_t{1});
+    if (at + length > kLongestPiece) {
+      text.append("...");
+      return;
+    }
+    const std::string_view bytes = piece.substr(at, length);
+    if (sdpneg::isShown(character)) {
+      text.append(bytes);
     } else {
-      text.append(1, c);
+      addEscaped(text, bytes);
     }
   }
-  if (piece.size() > kLongestPiece) text.append("...");
 }
 
 void explain(Model& model, const Refusal& refusal, std::initializer_list<std::string_view> details) {
@@ -106,6 +120,7 @@ Refusal refuseArgument(Model& model, Reason reason, std::string_view argument) {
   const Refusal refusal{.reason = reason};
   std::string shown;
   addForPeople(shown, argument);
+  if (argument.empty()) shown = "(nothing)";
   explain(model, refusal, {shown});
   return refusal;
 }

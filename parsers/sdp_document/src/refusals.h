@@ -16,14 +16,15 @@ inline Refusal refusalIn(const Model& model, const Part& section, Reason reason)
 }
 
 /// Says of a refusal what people want to know: "section 1 (audio): no common codec". What comes from the document is
-/// shown with its control characters escaped, and cut when it is long.
+/// shown as addForPeople has it.
 /// @param details behind that, after a colon
 void explain(Model& model, const Refusal& refusal, std::initializer_list<std::string_view> details = {});
 
 /// A refusal because of an argument, which is explained.
 Refusal refuseArgument(Model& model, Reason reason, std::string_view argument);
 
-/// Adds a piece of a document to a text for people.
+/// Adds a piece of a document to a text for people: cut when it is long, and with control characters, bytes that are no
+/// UTF-8 and what changes the direction of writing escaped, so that it can neither end a line of a log nor turn it round.
 void addForPeople(std::string& text, std::string_view piece);
 
 }  // namespace sdp::core

@@ -26,6 +26,14 @@ bool isAttributeName(std::string_view name) {
   return isField(name) && name.find(':') == std::string_view::npos;
 }
 
+bool haveSameFields(std::string_view one, std::string_view other) {
+  while (true) {
+    const std::string_view field = Fields::takeField(one);
+    if (field != Fields::takeField(other)) return false;
+    if (field.empty()) return true;
+  }
+}
+
 /// What an edit is about.
 enum class Of : std::uint8_t {
   section,
@@ -74,6 +82,14 @@ core::Index lineBeforeConnection(const Model& model) {
   return behind;
 }
 
+bool saysConnection(const core::Line& line, const core::AddressLiteral& literal) {
+  std::string_view rest = line.content().substr(2);
+  for (const std::string_view field : {std::string_view("IN"), literal.type, literal.text}) {
+    if (Fields::takeField(rest) != field) return false;
+  }
+  return Fields::takeField(rest).empty();
+}
+
 core::Index firstNamed(const Model& model, const Part& part, std::string_view name) {
   for (core::Index i = part.first; i < part.end; ++i) {
     const core::Line& line = model.lines[i];
@@ -92,6 +108,7 @@ Reason add(Model& model, const Part& part, std::string_view name, std::optional<
 
 Refusal Document::setPort(std::uint32_t section, std::uint16_t port) noexcept {
   return performOn(*this, section, Of::section, [port](Model& model, Part& part) {
+    if (part.m.portNumber == port) return Reason::none;
     char digits[8];
     const auto end = std::to_chars(digits, digits + sizeof digits, port);
     const std::size_t slash = std::min(part.m.port.find('/'), part.m.port.size());
@@ -112,6 +129,7 @@ Refusal Document::setTransport(std::uint32_t section, std::string_view transport
 Refusal Document::setFormats(std::uint32_t section, std::string_view formats) noexcept {
   return performOn(*this, section, Of::section, [formats](Model& model, Part& part) {
     if (core::firstField(formats).empty() || !staysInLine(formats)) return Reason::wrongText;
+    if (haveSameFields(part.m.formats, formats)) return Reason::none;
     const std::string_view content = model.lines[part.first].content();
     const auto begin = static_cast<std::size_t>(part.m.formats.data() - content.data());
     core::LineWriter line(model, part.first, begin + 2 * formats.size());
@@ -133,7 +151,7 @@ Refusal Document::setConnection(std::uint32_t section, std::string_view address)
     const core::Pieces content = {"c=IN ", literal->type, " ", literal->text};
     const core::Index own = core::firstOf(model, part, core::one(Kind::connection));
     if (own != kNone) {
-      core::replaceLine(model, own, content);
+      if (!saysConnection(model.lines[own], *literal)) core::replaceLine(model, own, content);
       return Reason::none;
     }
     const bool isSession = &part == &model.session();

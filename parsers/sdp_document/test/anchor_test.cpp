@@ -117,6 +117,25 @@ TEST(Anchor, GivesPortsInARow) {
   });
 }
 
+TEST(Anchor, FollowsASectionIntoAllOfItsGroups) {
+  std::string groups;
+  for (int n = 0; n < 40; ++n) groups += "a=group:BUNDLE 0|";
+  groups += "a=group:BUNDLE 0 1|";
+  const std::string session = "c=IN IP4 192.0.2.9|" + groups;
+  const std::string shared = session + "m=audio 9 RTP/AVP 0|a=mid:0|m=video 9 RTP/AVP 31|a=mid:1|";
+  const std::string led = session + "m=audio 2000 RTP/AVP 0|a=mid:0|m=video 2000 RTP/AVP 31|a=mid:1|";
+  // Of sections that share a mid, the first is followed into all groups and the others into sixteen.
+  const std::string twice =
+      session + "m=text 7 RTP/AVP 0|a=mid:0|m=audio 9 RTP/AVP 0|a=mid:0|m=video 9 RTP/AVP 31|a=mid:1|";
+  const std::string ledTwice =
+      session +
+      "m=text 2000 RTP/AVP 0|a=mid:0|m=audio 2002 RTP/AVP 0|a=mid:0|m=video 2004 RTP/AVP 31|a=mid:1|";
+  expectDone({
+      {"the group behind forty others", "anchor 192.0.2.9 2000", shared.c_str(), led.c_str()},
+      {"a mid of two sections", "anchor 192.0.2.9 2000", twice.c_str(), ledTwice.c_str()},
+  });
+}
+
 TEST(Anchor, GivesMembersOfABundleWithOnePortOnePort) {
   expectDone({
       {"those with the same", "anchor 192.0.2.9 2000",

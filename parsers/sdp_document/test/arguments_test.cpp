@@ -17,9 +17,14 @@ struct Wrong {
 
 TEST(Arguments, ThatAreWrongAreRefusedWhateverTheDocument) {
   const std::string longText(100, 'x');
+  std::string umlauts(1, 'x');  // the 64th byte is the first of two
+  std::string shownUmlauts(1, 'x');
+  for (int n = 0; n < 40; ++n) umlauts += "\xc3\xa4";
+  for (int n = 0; n < 31; ++n) shownUmlauts += "\xc3\xa4";
+  shownUmlauts += "...";
   const Wrong cases[] = {
-      {{}, Reason::unknownRequest, ""},
-      {{""}, Reason::unknownRequest, ""},
+      {{}, Reason::unknownRequest, "(nothing)"},
+      {{""}, Reason::unknownRequest, "(nothing)"},
       {{"keep"}, Reason::unknownRequest, "keep"},
       {{"Keep-codecs", "x"}, Reason::unknownRequest, "Keep-codecs"},
       {{"keep-codecs "}, Reason::unknownRequest, "keep-codecs "},
@@ -39,7 +44,7 @@ TEST(Arguments, ThatAreWrongAreRefusedWhateverTheDocument) {
       {{"disable", "all", "all"}, Reason::argumentCount, "disable"},
       {{"canonical", "all"}, Reason::argumentCount, "canonical"},
       // lists of codecs
-      {{"keep-codecs", ""}, Reason::wrongCodecList, ""},
+      {{"keep-codecs", ""}, Reason::wrongCodecList, "(nothing)"},
       {{"keep-codecs", ","}, Reason::wrongCodecList, ","},
       {{"keep-codecs", "PCMU,"}, Reason::wrongCodecList, "PCMU,"},
       {{"keep-codecs", ",PCMU"}, Reason::wrongCodecList, ",PCMU"},
@@ -54,20 +59,20 @@ TEST(Arguments, ThatAreWrongAreRefusedWhateverTheDocument) {
       {{"keep-codecs", "opus/48000/x"}, Reason::wrongCodecList, "opus/48000/x"},
       {{"keep-codecs", "opus/48000/2/2"}, Reason::wrongCodecList, "opus/48000/2/2"},
       // selections
-      {{"keep-codecs", "x", ""}, Reason::wrongMedia, ""},
+      {{"keep-codecs", "x", ""}, Reason::wrongMedia, "(nothing)"},
       {{"keep-codecs", "x", "Audio"}, Reason::wrongMedia, "Audio"},
       {{"set-profile", "RTP/AVP", "-1"}, Reason::wrongMedia, "-1"},
       {{"opportunistic", "1x"}, Reason::wrongMedia, "1x"},
       {{"secure-only", "audio,video"}, Reason::wrongMedia, "audio,video"},
       {{"strip-attributes", "x", "mid"}, Reason::wrongMedia, "mid"},
       {{"direction", "sendonly", "session"}, Reason::wrongMedia, "session"},
-      {{"disable", ""}, Reason::wrongMedia, ""},
+      {{"disable", ""}, Reason::wrongMedia, "(nothing)"},
       {{"disable", "MID=0"}, Reason::wrongMedia, "MID=0"},
       {{"disable", longText},
        Reason::wrongMedia,
        "xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx..."},
       // addresses
-      {{"anchor", "", "2000"}, Reason::wrongAddress, ""},
+      {{"anchor", "", "2000"}, Reason::wrongAddress, "(nothing)"},
       {{"anchor", "host.example", "2000"}, Reason::wrongAddress, "host.example"},
       {{"anchor", "1.1.1", "2000"}, Reason::wrongAddress, "1.1.1"},
       {{"anchor", "1.1.1.1.1", "2000"}, Reason::wrongAddress, "1.1.1.1.1"},
@@ -93,7 +98,7 @@ TEST(Arguments, ThatAreWrongAreRefusedWhateverTheDocument) {
       {{"anchor", "1.1.1.1::", "2000"}, Reason::wrongAddress, "1.1.1.1::"},
       {{"anchor", "1.1.1.1\n", "2000"}, Reason::wrongAddress, "1.1.1.1\\x0a"},
       // ports
-      {{"anchor", "1.1.1.1", ""}, Reason::wrongPort, ""},
+      {{"anchor", "1.1.1.1", ""}, Reason::wrongPort, "(nothing)"},
       {{"anchor", "1.1.1.1", "0"}, Reason::wrongPort, "0"},
       {{"anchor", "1.1.1.1", "1022"}, Reason::wrongPort, "1022"},
       {{"anchor", "1.1.1.1", "1025"}, Reason::wrongPort, "1025"},
@@ -105,14 +110,14 @@ TEST(Arguments, ThatAreWrongAreRefusedWhateverTheDocument) {
       {{"anchor", "1.1.1.1", "-2000"}, Reason::wrongPort, "-2000"},
       {{"anchor", "1.1.1.1", "2000x"}, Reason::wrongPort, "2000x"},
       // the rest
-      {{"set-profile", ""}, Reason::wrongProfile, ""},
+      {{"set-profile", ""}, Reason::wrongProfile, "(nothing)"},
       {{"set-profile", "rtp/avp"}, Reason::wrongProfile, "rtp/avp"},
       {{"set-profile", "TCP/RTP/AVP"}, Reason::wrongProfile, "TCP/RTP/AVP"},
       {{"set-profile", "udptl", "all"}, Reason::wrongProfile, "udptl"},
       {{"direction", "both"}, Reason::wrongDirection, "both"},
       {{"direction", "SendOnly", "all"}, Reason::wrongDirection, "SendOnly"},
-      {{"direction", ""}, Reason::wrongDirection, ""},
-      {{"strip-attributes", ""}, Reason::wrongNames, ""},
+      {{"direction", ""}, Reason::wrongDirection, "(nothing)"},
+      {{"strip-attributes", ""}, Reason::wrongNames, "(nothing)"},
       {{"strip-attributes", "x,"}, Reason::wrongNames, "x,"},
       {{"strip-attributes", ",x"}, Reason::wrongNames, ",x"},
       {{"strip-attributes", "*x"}, Reason::wrongNames, "*x"},
@@ -121,6 +126,21 @@ TEST(Arguments, ThatAreWrongAreRefusedWhateverTheDocument) {
       {{"strip-attributes", "x:1"}, Reason::wrongNames, "x:1"},
       {{"strip-attributes", "x y"}, Reason::wrongNames, "x y"},
       {{"strip-attributes", "x\ty"}, Reason::wrongNames, "x\\x09y"},
+      // what a log line could be forged or turned round with
+      {{"disable", "a\xc2\x80\xc2\x9f\xc2\xa0z"}, Reason::wrongMedia, "a\\xc2\\x80\\xc2\\x9f\xc2\xa0z"},
+      {{"disable", "\xff\xc3(\xe2\x82"}, Reason::wrongMedia, "\\xff\\xc3(\\xe2\\x82"},
+      {{"disable", "\xc0\x8a\xed\xa0\x80"}, Reason::wrongMedia, "\\xc0\\x8a\\xed\\xa0\\x80"},
+      {{"disable", "\xd8\x9c"}, Reason::wrongMedia, "\\xd8\\x9c"},
+      {{"disable", "\xe2\x80\x8e\xe2\x80\x8f"}, Reason::wrongMedia, "\\xe2\\x80\\x8e\\xe2\\x80\\x8f"},
+      {{"disable", "\xe2\x80\xa8\xe2\x80\xaa\xe2\x80\xae\xe2\x80\xaf"},
+       Reason::wrongMedia,
+       "\\xe2\\x80\\xa8\\xe2\\x80\\xaa\\xe2\\x80\\xae\xe2\x80\xaf"},
+      {{"disable", "\xe2\x81\xa5\xe2\x81\xa6\xe2\x81\xa9"},
+       Reason::wrongMedia,
+       "\xe2\x81\xa5\\xe2\\x81\\xa6\\xe2\\x81\\xa9"},
+      {{"disable", "\xc3\xa9\xf0\x9f\x8e\xa5\\"}, Reason::wrongMedia, "\xc3\xa9\xf0\x9f\x8e\xa5\\"},
+      // a character is not cut
+      {{"disable", umlauts}, Reason::wrongMedia, shownUmlauts},
       // the first that is wrong is told
       {{"keep-codecs", ",", "nosuch"}, Reason::wrongCodecList, ","},
       {{"anchor", "x", "y"}, Reason::wrongAddress, "x"},

@@ -3,21 +3,16 @@
 #include <algorithm>
 
 #include "plainBody.h"
+#include "promiseChecks.h"
 
 namespace plain {
 namespace {
 
 const Words kOfFormats = {"rtpmap", "fmtp", "rtcp-fb", "imageattr", "framesize", "gpmd"};
 const Words kKeys = {"crypto", "key-mgmt", "fingerprint", "setup", "tls-id"};
-const Words kWays = {
-    "candidate",    "remote-candidates", "end-of-candidates", "ice-ufrag", "ice-pwd", "ice-options",
-    "ice-lite",     "ice-mismatch",      "ice-pacing",        "altc",      "alt",     "ccap",
-    "source-filter"};
 const Words kDirections = {"sendrecv", "sendonly", "recvonly", "inactive"};
 const Words kNeverStripped = {"group", "mid", "bundle-only"};
 const Words kMediaNames = {"audio", "video", "text", "application", "message", "image"};
-
-bool isMLine(std::string_view line) { return line.substr(0, 2) == "m="; }
 
 /// Whether a list with commas, whose names may end in `*`, has a name.
 bool isNamed(std::string_view name, std::string_view list) {
@@ -40,24 +35,23 @@ class Check {
   std::vector<std::string> run() {
     if (before_.sectionCount() != after_.sectionCount()) return {"another number of sections"};
     if (name_ == "canonical") {
-      checkCanonical();
-      return complaints_;
+      checkCanonical(before_, after_, complaints_);
+      return complaints_.all;
     }
     chooseSections();
     checkOtherLines();
     if (after_.blankLines() > before_.blankLines()) complain("a new blank line");
     for (std::size_t n = 1; n <= before_.sectionCount(); ++n) checkSection(n);
-    if (name_ == "anchor") checkAnchor();
-    if (name_ == "set-profile") checkProfile();
+    const Change change{words_, before_, after_, chosen_};
+    if (name_ == "anchor") checkAnchor(change, complaints_);
+    if (name_ == "set-profile") checkProfile(change, complaints_);
     checkWhatShouldBeGone();
-    return complaints_;
+    return complaints_.all;
   }
 
  private:
-  void complain(std::string text) { complaints_.push_back(std::move(text)); }
-  void complain(std::string text, std::size_t section) {
-    complaints_.push_back("section " + std::to_string(section) + ": " + text);
-  }
+  void complain(const std::string& text) { complaints_.add(text); }
+  void complain(const std::string& text, std::size_t section) { complaints_.add(text, section); }
   bool isOfCodecs() const { return name_.ends_with("-codecs"); }
 
   // --- which sections and lines a request may be about ---------------------------------------------------------
@@ -274,48 +268,6 @@ class Check {
 
   // --- what requests promise ---------------------------------------------------------------------------------
 
-  void checkAnchor() {
-    const std::string_view address = words_[1];
-    for (const PlainLine& line : after_.lines) {
-      if (isIn(attributeName(line.content), kWays))
-        complain("a way that goes round the anchor: " + std::string(line.content));
-      if (!line.content.starts_with("c=")) continue;
-      const std::string_view told = wordOf(line.content.substr(2), 2);
-      if (told != address && told != "0.0.0.0" && told != "::")
-        complain("another address: " + std::string(line.content));
-    }
-    for (std::size_t n = 1; n < after_.sections.size(); ++n) {
-      std::size_t connections = 0;
-      const PlainSection& section = after_.sections[n];
-      for (std::size_t i = section.first; i < section.end; ++i)
-        connections += after_.lines[i].content.starts_with("c=") ? 1U : 0U;
-      for (std::size_t i = 0; i < after_.sections[0].end; ++i)
-        connections += after_.lines[i].content.starts_with("c=") ? 1U : 0U;
-      if (connections == 0) complain("no address", n);
-      const bool tcp = section.transport().starts_with("TCP") && before_.sections[n].port() == section.port();
-      if (before_.sections[n].zero || tcp) continue;
-      std::size_t port = 0;
-      for (const char c : section.port().substr(0, section.port().find('/')))
-        port = port * 10 + static_cast<std::size_t>(c - '0');
-      if (port < 1024 || port > 65534 || port % 2 != 0) complain("a port that is none of the row", n);
-    }
-  }
-
-  void checkProfile() {
-    for (std::size_t n = 1; n < after_.sections.size(); ++n) {
-      const PlainSection& a = before_.sections[n];
-      if (!chosen_[n] || a.transport().find("RTP/") == std::string_view::npos ||
-          a.transport().starts_with("TCP"))
-        continue;
-      if (after_.sections[n].transport() != words_[1]) complain("another transport", n);
-      if (words_[1].back() != 'F' && (after_.has(n, "rtcp-fb") || after_.has(n, "rtcp-rsize")))
-        complain("feedback", n);
-      const bool tls = words_[1].starts_with("UDP/TLS");
-      if (after_.has(n, "fingerprint") && !tls) complain("a fingerprint", n);
-      if (after_.has(n, "crypto") && (tls || words_[1].starts_with("RTP/AVP"))) complain("crypto", n);
-    }
-  }
-
   void checkWhatShouldBeGone() {
     for (const PlainLine& line : after_.lines) {
       const bool readable = line.section == 0 || before_.sections[line.section].readable;
@@ -346,61 +298,13 @@ class Check {
     if (holds != words_[1]) complain("another direction", n);
   }
 
-  // --- canonical ---------------------------------------------------------------------------------------------
-
-  void checkCanonical() {
-    std::vector<std::string_view> wanted;
-    for (const PlainLine& line : before_.lines) {
-      if (!line.content.empty()) wanted.push_back(line.content);
-    }
-    if (wanted.size() != after_.lines.size()) return complain("another number of lines that are not empty");
-    for (std::size_t i = 0; i < wanted.size(); ++i) {
-      const PlainLine& line = after_.lines[i];
-      if (line.end != "\r\n") complain("a line without CR LF");
-      if (line.content.find('\r') != std::string_view::npos) complain("a CR within a line");
-      if (line.content == wanted[i]) continue;
-      if (isMLine(wanted[i]) ? !isStraight(wanted[i], line.content) : !isSpelt(wanted[i], line.content)) {
-        complain("another line: " + std::string(line.content));
-      }
-    }
-  }
-
-  static bool isStraight(std::string_view before, std::string_view after) {
-    const Words a = wordsOf(before.substr(2));
-    const Words b = wordsOf(after.substr(2));
-    if (a.size() != b.size() || a.size() < 4) return false;
-    std::string joined = "m=";
-    for (std::size_t i = 0; i < b.size(); ++i) joined.append(i == 0 ? "" : " ").append(b[i]);
-    if (joined != after || !sameLetters(a[0], b[0]) || !sameLetters(a[2], b[2])) return false;
-    return withoutLeadingZeros(a[1]) == b[1] && std::equal(a.begin() + 3, a.end(), b.begin() + 3);
-  }
-
-  static std::string withoutLeadingZeros(std::string_view port) {
-    std::string text;
-    bool leading = true;
-    for (std::size_t i = 0; i < port.size(); ++i) {
-      const bool last = i + 1 == port.size() || port[i + 1] == '/';
-      if (leading && port[i] == '0' && !last) continue;
-      leading = port[i] == '/';
-      text += port[i];
-    }
-    return text;
-  }
-
-  static bool isSpelt(std::string_view before, std::string_view after) {
-    const std::string_view name = attributeName(before);
-    if (name.data() == nullptr || before.size() != after.size() || !sameLetters(before, after)) return false;
-    return before.substr(2 + name.size()) == after.substr(2 + name.size()) &&
-           attributeName(after).size() == name.size();
-  }
-
   std::span<const std::string_view> words_;
   std::string_view name_;
   PlainBody before_;
   PlainBody after_;
   std::vector<bool> chosen_;
   bool sessionToo_ = false;
-  std::vector<std::string> complaints_;
+  Complaints complaints_;
 };
 
 }  // namespace

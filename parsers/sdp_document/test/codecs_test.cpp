@@ -64,6 +64,12 @@ TEST(KeepCodecs, RefusesABodyThatHasNoneOfThem) {
       {"bytes that are no text are shown as numbers", "keep-codecs PCMA all",
        "m=a\x01\x1f 9 RTP/AVP 96|a=rtpmap:96 b\x7f/1|", Reason::noCommonCodec, 1, 5,
        "section 1 (a\\x01\\x1f): no common codec: it has b\\x7f; kept would be PCMA"},
+      {"a body cannot turn what is written round", "keep-codecs PCMA all",
+       "m=\xe2\x80\xae"
+       "a\xc2\x85 9 RTP/AVP 96|a=rtpmap:96 \xe2\x81\xa7"
+       "b\xfe/1|",
+       Reason::noCommonCodec, 1, 5,
+       "section 1 (\\xe2\\x80\\xaea\\xc2\\x85): no common codec: it has \\xe2\\x81\\xa7b\\xfe; kept would be PCMA"},
   });
 }
 

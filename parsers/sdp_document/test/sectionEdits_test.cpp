@@ -64,6 +64,58 @@ TEST(SetFormats, ChangesTheFormatsAlone) {
   });
 }
 
+TEST(Edits, LeaveWhatIsSoAlready) {
+  expectEdits({
+      {"a port with leading zeros", "m=audio 05004 RTP/AVP 0|", "m=audio 05004 RTP/AVP 0|",
+       [](Document& d) { return d.setPort(1, 5004); }},
+      {"a port with leading zeros and a count", "m=audio  009/2 RTP/AVP 0 |", "m=audio  009/2 RTP/AVP 0 |",
+       [](Document& d) { return d.setPort(1, 9); }},
+      {"zeros", "m=audio 000 RTP/AVP 0|", "m=audio 000 RTP/AVP 0|",
+       [](Document& d) { return d.setPort(1, 0); }},
+      {"a transport between blanks", "m=audio 9 \tRTP/AVP\t 0|", "m=audio 9 \tRTP/AVP\t 0|",
+       [](Document& d) { return d.setTransport(1, "RTP/AVP"); }},
+      {"formats with blanks between and behind them", "m=audio 9 RTP/AVP  0\t8  9 |",
+       "m=audio 9 RTP/AVP  0\t8  9 |", [](Document& d) { return d.setFormats(1, "  0 8\t9"); }},
+      {"a c-line with further blanks", "m=audio 9 RTP/AVP 0|c= IN  IP4\t192.0.2.7 |",
+       "m=audio 9 RTP/AVP 0|c= IN  IP4\t192.0.2.7 |",
+       [](Document& d) { return d.setConnection(1, "192.0.2.7"); }},
+      {"the session's c-line", "c=IN  IP6 ::1|m=audio 9 RTP/AVP 0|", "c=IN  IP6 ::1|m=audio 9 RTP/AVP 0|",
+       [](Document& d) { return d.setConnection(0, "::1"); }},
+  });
+}
+
+TEST(Edits, ChangeWhatIsOtherwise) {
+  expectEdits({
+      {"a format more", "m=audio 9 RTP/AVP 0  8|", "m=audio 9 RTP/AVP 0 8 9|",
+       [](Document& d) { return d.setFormats(1, "0 8 9"); }},
+      {"a format less", "m=audio 9 RTP/AVP 0  8  9|", "m=audio 9 RTP/AVP 0 8|",
+       [](Document& d) { return d.setFormats(1, "0 8"); }},
+      {"the formats in another order", "m=audio 9 RTP/AVP 0  8|", "m=audio 9 RTP/AVP 8 0|",
+       [](Document& d) { return d.setFormats(1, "8 0"); }},
+      {"a format in another spelling", "m=audio 9 RTP/AVP 08|", "m=audio 9 RTP/AVP 8|",
+       [](Document& d) { return d.setFormats(1, "8"); }},
+      {"an address in another spelling", "m=audio 9 RTP/AVP 0|c=IN IP6 2001:DB8::1|",
+       "m=audio 9 RTP/AVP 0|c=IN IP6 2001:db8::1|",
+       [](Document& d) { return d.setConnection(1, "2001:db8::1"); }},
+      {"another network", "m=audio 9 RTP/AVP 0|c=ATM IP4 192.0.2.7|",
+       "m=audio 9 RTP/AVP 0|c=IN IP4 192.0.2.7|",
+       [](Document& d) { return d.setConnection(1, "192.0.2.7"); }},
+      {"another type", "m=audio 9 RTP/AVP 0|c=IN IP6 192.0.2.7|", "m=audio 9 RTP/AVP 0|c=IN IP4 192.0.2.7|",
+       [](Document& d) { return d.setConnection(1, "192.0.2.7"); }},
+      {"a time to live", "m=audio 9 RTP/AVP 0|c=IN IP4 224.2.1.1/127|",
+       "m=audio 9 RTP/AVP 0|c=IN IP4 224.2.1.1|",
+       [](Document& d) { return d.setConnection(1, "224.2.1.1"); }},
+      {"a field too many", "m=audio 9 RTP/AVP 0|c=IN IP4 192.0.2.7 x|",
+       "m=audio 9 RTP/AVP 0|c=IN IP4 192.0.2.7|",
+       [](Document& d) { return d.setConnection(1, "192.0.2.7"); }},
+      {"a field too few", "m=audio 9 RTP/AVP 0|c=IN IP4|", "m=audio 9 RTP/AVP 0|c=IN IP4 192.0.2.7|",
+       [](Document& d) { return d.setConnection(1, "192.0.2.7"); }},
+      {"the session's says the same as what a section gets", "c=IN IP4 192.0.2.7|m=audio 9 RTP/AVP 0|",
+       "c=IN IP4 192.0.2.7|m=audio 9 RTP/AVP 0|c=IN IP4 192.0.2.7|",
+       [](Document& d) { return d.setConnection(1, "192.0.2.7"); }},
+  });
+}
+
 TEST(SetConnection, ReplacesTheFirstOrAddsOne) {
   expectEdits({
       {"the first of two", "m=audio 9 RTP/AVP 0|c=IN IP4 1.1.1.1|c=IN IP4 2.2.2.2|",

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 #include "edits.h"
 #include "fieldReader.h"
@@ -14,8 +15,9 @@ namespace {
 
 constexpr std::uint16_t kDiscardPort = 9;
 
-/// A section belongs to one BUNDLE group (RFC 8843, section 7.1). Of more that name its mid so many are followed.
-constexpr Index kMostGroups = 16;
+/// A mid stands in one section (RFC 5888, section 4). Of more that bear it, each behind the first is followed into so
+/// many of the BUNDLE groups that name it.
+constexpr Index kMostGroupsAgain = 16;
 
 /// A number as text.
 class Digits {
@@ -64,11 +66,11 @@ Index Anchoring::leaderOf(const Part& section) {
   GroupTable& table = model_.groups;
   const Index mid = table.midOf(model_, section);
   if (mid == kNone) return kNone;
+  MidEntry& entry = table.mids[mid];
+  Index left = std::exchange(entry.isFollowed, true) ? kMostGroupsAgain : kNone;
   Index leader = kNone;
-  Index followed = 0;
-  for (Index m = table.mids[mid].firstOfBundles; m != kNone && followed < kMostGroups;
-       m = table.members[m].nextOfBundles) {
-    ++followed;
+  for (Index m = entry.firstOfBundles; m != kNone && left != 0; m = table.members[m].nextOfBundles) {
+    --left;
     Index& first = model_.leaders.slotOf(table.members[m].group, section.m.port);
     if (first == kNone) first = model_.indexOf(section);
     leader = std::min(leader, first);
@@ -78,8 +80,10 @@ Index Anchoring::leaderOf(const Part& section) {
 
 Refusal Anchoring::choosePorts() {
   model_.groups.read(model_);
-  const std::size_t memberships = std::min(model_.groups.members.size(), std::size_t{kMostGroups});
-  model_.leaders.reset(memberships * model_.sectionCount());
+  const std::size_t members = model_.groups.members.size();
+  const std::size_t again = std::min(members, std::size_t{kMostGroupsAgain});
+  model_.leaders.reset(members + again * model_.sectionCount());
+  for (MidEntry& entry : model_.groups.mids) entry.isFollowed = false;
   model_.ports.assign(model_.parts.size(), kNone);
   for (Index n = 1; n < model_.parts.size(); ++n) {
     const Part& section = model_.parts[n];

@@ -17,6 +17,7 @@ const RequestRow& requestOf(Words group) {
   if (group.empty()) throw UsageError{"a request is missing; 'sdpneg requests' lists them"};
   const RequestRow* row = findRequest(group.front());
   if (row != nullptr) return *row;
+  if (group.front().empty()) throw UsageError{"a request is an empty word; 'sdpneg requests' lists them"};
   std::vector<std::string_view> names;
   for (const RequestRow& each : requestTable()) names.push_back(each.name);
   const std::string_view nearest = nearestName(group.front(), names);

@@ -94,8 +94,11 @@ InputList listInputs(const std::vector<std::string>& operands) {
   return list;
 }
 
+Problem tooLong(std::size_t maxSize) { return {{}, "is longer than " + std::to_string(maxSize) + " bytes"}; }
+
 InputBytes readInput(const Input& input, std::size_t maxSize) {
   if (input.problem) return {{}, input.problem};
+  if (input.name.empty()) return {{}, Problem{{}, "an empty word names no file"}};
   const Descriptor file(input);
   if (file.number() < 0) return {{}, cannotRead(std::generic_category().message(errno))};
   std::string bytes;
@@ -110,7 +113,7 @@ InputBytes readInput(const Input& input, std::size_t maxSize) {
     }
   }
   const auto capture = captureProblem(bytes);
-  return {{}, capture ? capture : Problem{{}, "is longer than " + std::to_string(maxSize) + " bytes"}};
+  return {{}, capture ? capture : tooLong(maxSize)};
 }
 
 }  // namespace tool

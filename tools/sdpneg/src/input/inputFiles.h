@@ -10,7 +10,7 @@
 
 namespace tool {
 
-/// Bytes that an input may have. No SDP body and no SIP message comes near it.
+/// Bytes that an input of the analysis may have. No SDP body and no SIP message comes near it.
 inline constexpr std::size_t kMaxInputSize = std::size_t{1024} * 1024;
 
 /// Bytes that an input of the document layer may have.
@@ -42,6 +42,9 @@ struct InputBytes {
   std::string bytes;
   std::optional<Problem> problem;
 };
+
+/// That an input is longer than it may be.
+Problem tooLong(std::size_t maxSize);
 
 InputBytes readInput(const Input& input, std::size_t maxSize = kMaxInputSize);
 

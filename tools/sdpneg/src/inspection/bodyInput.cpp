@@ -5,7 +5,8 @@
 namespace tool {
 
 BodyInput readBody(const Input& input, Detail detail) {
-  InputBytes read = readInput(input);
+  // What is too long for the analysis has its sections told all the same.
+  InputBytes read = readInput(input, detail == Detail::all ? kMaxDocumentInputSize : kMaxInputSize);
   Inspection inspection = read.problem ? unreadable(std::move(*read.problem)) : inspect(read.bytes, detail);
   return {input.name, std::move(read.bytes), std::move(inspection)};
 }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "input/captureFile.h"
+#include "input/inputFiles.h"
 #include "input/sipMessage.h"
 #include "inspection/refusal.h"
 #include "inspection/videoCodecs.h"
@@ -115,9 +116,16 @@ Inspection inspect(std::string_view bytes, Detail detail) {
   BodyRange body = findSdpBody(bytes);
   if (body.problem) return unreadable(std::move(*body.problem));
   if (body.range.begin == body.range.end) return unreadable({{1, 1}, "there is no text"});
+  const std::string_view text = body.range.of(bytes);
+  const std::size_t firstLine = placeOf(bytes, body.range.begin).line;
   Inspection inspection;
+  if (bytes.size() > kMaxInputSize) {
+    inspection = unreadable(tooLong(kMaxInputSize));
+    if (detail == Detail::all) readDocument(text, firstLine, inspection);
+  } else {
+    inspectBody(text, firstLine, detail, inspection);
+  }
   inspection.notes = std::move(body.notes);
-  inspectBody(body.range.of(bytes), placeOf(bytes, body.range.begin).line, detail, inspection);
   return inspection;
 }
 

@@ -1,6 +1,7 @@
 #include "inspection/refusal.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "inspection/heldMedia.h"
 #include "sdpNegotiator.h"
@@ -13,10 +14,27 @@ constexpr std::size_t kAddressField = 2;
 
 std::string quoted(const char* text) { return std::string("\"").append(sdpneg::viewOf(text)).append("\""); }
 
+constexpr std::string_view kFound = ", found \"";
+
+/// Whether a line may tell a key, or a password. One that cannot be read need not look as such a line should.
+bool mayHaveKeys(std::string_view line) {
+  constexpr std::string_view kMarks[] = {"crypto", "inline:", "key-mgmt", "pwd", "password", "authorization"};
+  return sdpneg::startsWithNoCase(line, "k") ||
+         std::any_of(std::begin(kMarks), std::end(kMarks), [line](std::string_view mark) {
+           return sdpneg::findNoCase(line, mark) != sdpneg::npos;
+         });
+}
+
+/// The codec's words without what it quotes.
+std::string withoutQuotation(std::string words) {
+  const std::size_t found = words.find(kFound);
+  if (found != std::string::npos) words.resize(found);
+  return words;
+}
+
 /// The codec's words with what it quotes as it stands in the text. The codec puts "?" for every byte that is no
 /// printable ASCII character.
 std::string withQuotation(std::string words, std::string_view text) {
-  constexpr std::string_view kFound = ", found \"";
   const std::size_t found = words.find(kFound);
   const std::size_t end = words.rfind('"');
   if (found == std::string::npos || end < found + kFound.size()) return words;
@@ -103,7 +121,11 @@ Problem explainDecoding(const sSdpRefusal& refusal, const BodyLines& lines) {
                         kBehindPlace.size());
   const auto line = static_cast<std::size_t>(refusal.line);
   const auto column = static_cast<std::size_t>(std::max(refusal.column, 1));
-  return {lines.bodyPlace(line, column), withQuotation(std::string(message), lines.textFrom(line, column))};
+  const Place place = lines.bodyPlace(line, column);
+  if (mayHaveKeys(lines.textFrom(line, 1))) {
+    return {place, withoutQuotation(std::string(message)) + "; it is not shown, since it may have keys"};
+  }
+  return {place, withQuotation(std::string(message), lines.textFrom(line, column))};
 }
 
 Problem explainRefusal(const sSdpRefusal& refusal, const sDescription& description, const BodyLines& lines) {
@@ -137,7 +159,7 @@ std::string explainRefusedRequest(const RefusalWatch& watch, unsigned short stat
              " m-lines that are read";
     case SDP_REFUSED_NOT_DECODED:
       // The body itself has been read before.
-      return std::string("what comes of it cannot be read: ") + refusal.text;
+      return "what comes of it cannot be read: " + withoutQuotation(refusal.text);
     default:
       return refusal.text;
   }

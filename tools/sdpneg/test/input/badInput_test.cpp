@@ -94,7 +94,9 @@ const Case cases[] = {
     {"carriageReturnsOnly", replaced(head, "\n", "\r") + "m=audio 9 RTP/AVP 0\r",
      "1:4: expected CR LF or LF at the line's end, found \"\\x0Do=- 1 1 IN IP4 192.0.2.1\\x0Ds=-\\x0Dc=IN IP4 1\"..."},
     {"aLineBehindACarriageReturn", head + "i=x\ra=crypto:1 AES\nm=audio 5004 RTP/AVP 0\n",
-     "6:4: expected CR LF or LF at the line's end, found \"\\x0Da=crypto:1 AES\""},
+     "6:4: expected CR LF or LF at the line's end; it is not shown, since it may have keys"},
+    {"noEqualsSignInALineWithKeys", head + "a crypto:1 AES inline:c2VjcmV0\n",
+     "6:2: expected an equals sign behind the letter; it is not shown, since it may have keys"},
     {"tooLarge", std::string(1024 * 1024 + 1, 'v'), " is longer than 1048576 bytes"},
 };
 
@@ -127,6 +129,28 @@ TEST(RefusedBody, TellsHowManyMediaAreNotShown) {
   EXPECT_GT(outcome.out.find("\n  26 "), sections);
 }
 
+TEST(BodyThatIsTooLongForTheAnalysis, HasItsSectionsShown) {
+  const std::string body = head + "m=audio 9 RTP/AVP 8\na=x:" + std::string(1024 * 1024, 'x') + "\n";
+  const Outcome outcome = runSdpneg({"inspect"}, {.input = body});
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_EQ(outcome.err, "sdpneg: (standard input): is longer than 1048576 bytes\n");
+  EXPECT_EQ(outcome.out,
+            "(standard input)\n"
+            "  result            unreadable\n"
+            "  problem           is longer than 1048576 bytes\n"
+            "\n"
+            "  section  mid  media  address    port  profile  security  direction  rtcp-mux  bundle  codecs\n"
+            "  1        -    audio  192.0.2.1  9     RTP/AVP  plain     sendrecv   -         -       PCMA\n");
+}
+
+TEST(BodyThatIsTooLongForTheAnalysis, IsRefusedByRequestsOfTheObject) {
+  const std::string body = head + "m=audio 9 RTP/AVP 8\na=x:" + std::string(1024 * 1024, 'x') + "\n";
+  const Outcome outcome = runSdpneg({"rewrite", "increase-version"}, {.input = body});
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_EQ(outcome.err, "sdpneg: (standard input): is longer than 1048576 bytes\n");
+  EXPECT_EQ(outcome.out, "");
+}
+
 TEST(UndecodableBody, HasABlockWithTheReason) {
   const Outcome outcome = runSdpneg({"inspect"}, {.input = "hello\n"});
   EXPECT_EQ(outcome.out,
@@ -152,10 +176,16 @@ TEST(File, ThatIsMissingIsNamed) {
             "sdpneg: " + folder.path("none.sdp") + ": cannot be read: No such file or directory\n");
 }
 
+TEST(File, WithoutANameIsToldSo) {
+  const Outcome outcome = runSdpneg({"inspect", ""});
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_EQ(outcome.err, "sdpneg: an empty word names no file\n");
+}
+
 TEST(File, WithoutAnEndIsRefused) {
   const Outcome outcome = runSdpneg({"inspect", "/dev/zero"});
   EXPECT_EQ(outcome.status, 2);
-  EXPECT_EQ(outcome.err, "sdpneg: /dev/zero: is longer than 1048576 bytes\n");
+  EXPECT_EQ(outcome.err, "sdpneg: /dev/zero: is longer than 67108864 bytes\n");
 }
 
 TEST(File, WithAnEscapeInItsNameIsNamedSafely) {

@@ -78,6 +78,11 @@ std::optional<ProfileLevelId> readProfileLevelId(std::string_view text) {
   return ProfileLevelId{byte(16), byte(8), byte(0)};
 }
 
+std::optional<ProfileLevelId> profileLevelIdOf(const Codec& codec) {
+  const std::optional<std::string_view> value = codec.parameter("profile-level-id");
+  return value ? readProfileLevelId(*value) : std::nullopt;
+}
+
 std::string textOf(const ProfileLevelId& id) {
   constexpr std::string_view kHex = "0123456789abcdef";
   std::string text;
@@ -98,13 +103,11 @@ int rankOf(const ProfileLevelId& id) { return isLevel1b(id) ? 2 * kLevel11 - 1 :
 
 ProfileLevelId withLevelOf(ProfileLevelId id, const ProfileLevelId& level) {
   const bool byFlag = tellsLevel1bByFlag(id.profileIdc);
-  if (isLevel1b(level)) {
-    id.levelIdc = byFlag ? kLevel11 : kLevel1b;
-    if (byFlag) id.profileIop |= kConstraint3;
-    return id;
-  }
-  if (isLevel1b(id) && byFlag) id.profileIop &= static_cast<std::uint8_t>(~kConstraint3);
-  id.levelIdc = level.levelIdc;
+  const bool is1b = isLevel1b(level);
+  id.levelIdc = is1b ? (byFlag ? kLevel11 : kLevel1b) : level.levelIdc;
+  // Beside level 1.1 the flag would make it 1b, and beside others it says nothing of the level.
+  if (byFlag && is1b) id.profileIop |= kConstraint3;
+  if (byFlag && !is1b && id.levelIdc == kLevel11) id.profileIop &= static_cast<std::uint8_t>(~kConstraint3);
   return id;
 }
 

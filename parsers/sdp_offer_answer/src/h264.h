@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "codecs.h"
+
 namespace sdp::exchange {
 
 /// What profile-level-id says: three bytes in hexadecimal digits.
@@ -19,6 +21,8 @@ struct ProfileLevelId {
 
 /// @return nothing when the text is no six hexadecimal digits
 std::optional<ProfileLevelId> readProfileLevelId(std::string_view text);
+/// What a format has as profile-level-id; nothing without, and where it is none.
+std::optional<ProfileLevelId> profileLevelIdOf(const Codec& codec);
 std::string textOf(const ProfileLevelId& id);
 
 /// Whether two are of one profile: in one row of table 5, else with the same bytes but for the level.

@@ -28,7 +28,7 @@ std::optional<Extension> readExtension(const Attribute& attribute) {
   if (slash != number.size()) extension.direction = directionOf(number.substr(slash + 1));
   extension.text = trimmed(field.rest());
   extension.uri = *++field;
-  if (extension.uri.empty()) return std::nullopt;
+  if (extension.uri.empty() || !readNumber(extension.number)) return std::nullopt;
   if (extension.uri == kEncrypt) extension.encrypted = *++field;
   return extension;
 }

@@ -20,7 +20,7 @@ struct Extension {
   std::string_view encrypted;  ///< what is encrypted, where the URI says that something is (RFC 6904)
   std::string_view text;       ///< the URI and what stands behind it
 };
-/// @return nothing when the number or the URI is missing
+/// @return nothing when the URI is missing, or the number none
 std::optional<Extension> readExtension(const Attribute& attribute);
 bool isSameExtension(const Extension& a, const Extension& b);
 

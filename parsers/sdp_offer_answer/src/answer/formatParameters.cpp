@@ -30,8 +30,10 @@ std::size_t lineWith(const Codec& codec, std::string_view name) {
 
 /// A fmtp with another list in front of its first semicolon.
 std::string withList(std::string_view text, std::string_view list) {
-  const std::size_t end = std::min(text.find(';'), text.size());
-  return std::string(" ").append(list).append(text.substr(end));
+  const std::string_view present = trimmed(text.substr(0, text.find(';')));
+  if (present.empty()) return std::string(" ").append(list).append(trimmed(text));
+  const auto begin = static_cast<std::size_t>(present.data() - text.data());
+  return std::string(text.substr(0, begin)).append(list).append(text.substr(begin + present.size()));
 }
 
 }  // namespace

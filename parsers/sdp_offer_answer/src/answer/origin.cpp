@@ -7,9 +7,11 @@
 namespace sdp::exchange {
 namespace {
 
-std::string_view originOf(const Document& document) {
-  for (const Line& line : document.session().lines()) {
-    if (line.content.starts_with("o=")) return line.content;
+/// The first o-line of a text; empty without one.
+std::string_view originOf(std::string_view text) {
+  for (sdpneg::AnyLines lines(text); !lines.atEnd();) {
+    const std::string_view line = lines.next().content;
+    if (line.starts_with("o=")) return line;
   }
   return {};
 }
@@ -63,10 +65,10 @@ std::string raised(std::string digits) {
 }  // namespace
 
 std::string originLine(const Sides& sides, std::string_view before, std::string_view behind) {
-  std::string_view own = originOf(sides.local);
+  std::string_view own = originOf(sides.local.text());
   if (own.empty()) own = "o=- 0 0 IN IP4 0.0.0.0";
   const Document* const previous = sides.options.previous;
-  const Fields last(previous == nullptr ? std::string_view() : originOf(*previous));
+  const Fields last(previous == nullptr ? std::string_view() : originOf(previous->text()));
   const std::string_view lastId = last[1];
   const std::string_view lastVersion = last[2];
   const Fields fields(own);

@@ -1,6 +1,9 @@
 // Writing accepted sections: the attributes of formats, in the numbers of the offer.
 
+#include <algorithm>
+
 #include "answer/sectionWriter.h"
+#include "parameters.h"
 
 namespace sdp::exchange {
 namespace {
@@ -22,6 +25,18 @@ FormatLine readFormatLine(const Attribute& attribute) {
 
 constexpr std::string_view kAll = "*";
 
+bool isNumber(std::string_view text) { return readNumber(text).has_value(); }
+
+/// Whether what stands behind a payload type is NAME/CLOCK or NAME/CLOCK/CHANNELS; other rtpmap say nothing.
+bool tellsEncoding(std::string_view behind) {
+  const std::string_view encoding = Fields(behind)[0];
+  const std::size_t slash = std::min(encoding.find('/'), encoding.size());
+  const std::string_view numbers = encoding.substr(std::min(slash + 1, encoding.size()));
+  const std::size_t next = numbers.find('/');
+  if (slash == 0 || !isNumber(numbers.substr(0, next))) return false;
+  return next == std::string_view::npos || isNumber(numbers.substr(next + 1));
+}
+
 }  // namespace
 
 const std::vector<std::size_t>& SectionWriter::answersTo(std::string_view localPayload) const {
@@ -33,7 +48,7 @@ const std::vector<std::size_t>& SectionWriter::answersTo(std::string_view localP
 void SectionWriter::takeFormat(const Attribute& attribute) {
   const FormatLine line = readFormatLine(attribute);
   if (line.payload == kAll) return out_.add(attribute);
-  if (attribute.name == "rtpmap") {
+  if (attribute.name == "rtpmap" && tellsEncoding(line.behind)) {
     const Codec* const codec = section_.localFormats->find(line.payload);
     if (codec != nullptr) hasRtpmap_[section_.localFormats->placeOf(*codec)] = true;
   }

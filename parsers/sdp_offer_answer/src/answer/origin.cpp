@@ -7,11 +7,10 @@
 namespace sdp::exchange {
 namespace {
 
-/// The first o-line of a text; empty without one.
-std::string_view originOf(std::string_view text) {
-  for (sdpneg::AnyLines lines(text); !lines.atEnd();) {
-    const std::string_view line = lines.next().content;
-    if (line.starts_with("o=")) return line;
+/// The o-line of a session; empty without one.
+std::string_view originOf(const Document& document) {
+  for (const Line& line : document.session().lines()) {
+    if (line.content.starts_with("o=")) return line.content;
   }
   return {};
 }
@@ -65,10 +64,10 @@ std::string raised(std::string digits) {
 }  // namespace
 
 std::string originLine(const Sides& sides, std::string_view before, std::string_view behind) {
-  std::string_view own = originOf(sides.local.text());
+  std::string_view own = originOf(sides.local);
   if (own.empty()) own = "o=- 0 0 IN IP4 0.0.0.0";
   const Document* const previous = sides.options.previous;
-  const Fields last(previous == nullptr ? std::string_view() : originOf(previous->text()));
+  const Fields last(previous == nullptr ? std::string_view() : originOf(*previous));
   const std::string_view lastId = last[1];
   const std::string_view lastVersion = last[2];
   const Fields fields(own);

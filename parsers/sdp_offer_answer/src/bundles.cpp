@@ -24,8 +24,11 @@ bool isLess(const Member& a, const Member& b) {
 std::string_view nameOf(Credential credential) { return kNames[static_cast<std::size_t>(credential)]; }
 
 Bundles::Bundles(const Document& document) : document_(&document) {
-  for (std::size_t i = 0; i < kCredentials; ++i)
-    isInSession_[i] = i != 0 && document.session().has(kNames[i]);
+  for (std::size_t i = 1; i < kCredentials; ++i) {
+    const std::optional<Attribute> attribute = document.session().attribute(kNames[i]);
+    isInSession_[i] = attribute.has_value();
+    if (attribute) inSession_[i] = attribute->fields()[0];
+  }
   static_assert(static_cast<std::size_t>(Credential::crypto) == 0);
   findMembers();
   for (Group& group : groups_) findHolders(group);
@@ -63,7 +66,11 @@ void Bundles::findHolders(Group& group) const {
     const Section section = document_->section(index);
     if (!section.isReadable() || section.isDisabled()) continue;
     for (std::size_t i = 0; i < kCredentials; ++i) {
-      if (group.holders[i] == 0 && section.has(kNames[i])) group.holders[i] = index;
+      if (group.holders[i] != 0) continue;
+      const std::optional<Attribute> attribute = section.attribute(kNames[i]);
+      if (!attribute) continue;
+      group.holders[i] = index;
+      group.values[i] = attribute->fields()[0];
     }
   }
 }
@@ -104,8 +111,17 @@ Range<AttributeCursor> Bundles::attributesOf(std::uint32_t section, Credential c
 }
 
 std::string_view Bundles::valueOf(std::uint32_t section, Credential credential) const {
-  for (const Attribute& attribute : attributesOf(section, credential)) return attribute.fields()[0];
-  return {};
+  const auto i = static_cast<std::size_t>(credential);
+  const std::optional<Attribute> own = document_->section(section).attribute(kNames[i]);
+  if (own) return own->fields()[0];
+  switch (placeOf(section, credential)) {
+    case Place::session:
+      return inSession_[i];
+    case Place::group:
+      return groups_[*groupOf(section)].values[i];
+    default:
+      return {};
+  }
 }
 
 }  // namespace sdp::exchange

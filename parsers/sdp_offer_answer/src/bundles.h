@@ -54,9 +54,12 @@ class Bundles {
 
  private:
   static constexpr std::uint32_t kNone = 0xFFFFFFFFU;
+  /// The first fields of attributes that sections share, which are not searched for each of these anew.
+  using Values = std::array<std::string_view, kCredentials>;
   struct Group {
     std::vector<std::uint32_t> members;
     std::array<std::uint32_t, kCredentials> holders{};  ///< the first section that has such; 0 for none
+    Values values;                                      ///< what it has
   };
 
   void findMembers();
@@ -64,6 +67,7 @@ class Bundles {
 
   const Document* document_;
   std::array<bool, kCredentials> isInSession_{};
+  Values inSession_;
   std::vector<std::uint32_t> groupOf_;  ///< by section; kNone outside of one
   std::vector<Group> groups_;           ///< all groups; those that are no BUNDLE have no members
 };

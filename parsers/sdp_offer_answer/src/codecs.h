@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -102,6 +103,13 @@ class Sameness {
   const CodecList* b_;
   std::vector<std::uint8_t> known_;  ///< by format of a and of b
 };
+
+/// As areSame for formats that are neither red nor rtx, which name others.
+bool areSameAlone(const Codec& x, const Codec& y);
+
+/// The values of the parameters that formats of one encoding must both have to be the same, as a text that is the same
+/// exactly when they are. Profiles of H264, and sets of which a common part suffices, are not among them.
+std::string agreementOf(const Codec& codec);
 
 /// Whether both have the encoding, clock rate and channels in common, whatever their parameters.
 bool haveSameEncoding(const Codec& x, const Codec& y);

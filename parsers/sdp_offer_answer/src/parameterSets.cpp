@@ -48,7 +48,8 @@ void addNumber(std::string& text, std::size_t number) { text += std::to_string(n
 std::optional<ModeSet> modesOf(const Codec& codec) {
   const std::optional<std::string_view> value = codec.parameter("mode-set");
   if (!value) return std::nullopt;
-  return readSet<16>(*value).set;
+  const ModeSet modes = readSet<16>(*value).set;
+  return modes.any() ? std::optional(modes) : std::nullopt;
 }
 
 std::string textOfCommonModes(std::string_view local, const ModeSet& others) {

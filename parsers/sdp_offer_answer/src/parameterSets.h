@@ -17,7 +17,7 @@ using ModeSet = std::bitset<16>;
 /// Telephone events (RFC 4733).
 using EventSet = std::bitset<256>;
 
-/// What mode-set has; nothing where it is missing, and all modes may be used.
+/// What mode-set has; nothing where it is missing or has none, and all modes may be used.
 std::optional<ModeSet> modesOf(const Codec& codec);
 /// Those of a mode-set that are among others, in its order: "0,2,4".
 std::string textOfCommonModes(std::string_view local, const ModeSet& others);

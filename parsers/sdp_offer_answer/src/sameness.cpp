@@ -1,6 +1,8 @@
 // When formats of two sections are the same.
 
 #include <algorithm>
+#include <array>
+#include <span>
 
 #include "codecs.h"
 #include "h264.h"
@@ -11,47 +13,58 @@
 namespace sdp::exchange {
 namespace {
 
-/// Whether a parameter is the same in both.
-bool agree(const Codec& x, const Codec& y, std::string_view name, std::string_view otherwise) {
-  return sdpneg::equalNoCase(x.parameter(name).value_or(otherwise), y.parameter(name).value_or(otherwise));
+/// A parameter that both must have the same, without regard to case.
+struct Agreed {
+  std::string_view name;
+  std::string_view otherwise;  ///< what holds where it is missing
+};
+
+constexpr std::array<Agreed, 1> kH264{{{"packetization-mode", "0"}}};
+constexpr std::array<Agreed, 3> kH265{{{"profile-id", "1"}, {"tier-flag", "0"}, {"tx-mode", "SRST"}}};
+constexpr std::array<Agreed, 1> kVp9{{{"profile-id", "0"}}};
+constexpr std::array<Agreed, 1> kAv1{{{"profile", "0"}}};
+constexpr std::array<Agreed, 3> kAmr{{{"octet-align", "0"}, {"crc", "0"}, {"robust-sorting", "0"}}};
+
+std::span<const Agreed> agreedOf(Family family) {
+  switch (family) {
+    case Family::h264:
+      return kH264;
+    case Family::h265:
+      return kH265;
+    case Family::vp9:
+      return kVp9;
+    case Family::av1:
+      return kAv1;
+    case Family::amr:
+      return kAmr;
+    default:
+      return {};
+  }
+}
+
+bool isInterleaved(const Codec& codec) {
+  return codec.family == Family::amr && codec.hasParameter("interleaving");
+}
+
+bool agree(const Codec& x, const Codec& y) {
+  for (const Agreed& agreed : agreedOf(x.family)) {
+    const std::string_view a = x.parameter(agreed.name).value_or(agreed.otherwise);
+    if (!sdpneg::equalNoCase(a, y.parameter(agreed.name).value_or(agreed.otherwise))) return false;
+  }
+  return isInterleaved(x) == isInterleaved(y);
 }
 
 /// A format without profile-level-id, or with something else there, is of any profile.
-bool haveSameH264Profile(const Codec& x, const Codec& y) {
+bool haveSameProfile(const Codec& x, const Codec& y) {
   const std::optional<ProfileLevelId> a = profileLevelIdOf(x);
   const std::optional<ProfileLevelId> b = profileLevelIdOf(y);
-  return !a || !b || isSameProfile(*a, *b);
+  return !a || !b || profileOf(*a) == profileOf(*b);
 }
 
-bool haveSameAmr(const Codec& x, const Codec& y) {
-  if (!agree(x, y, "octet-align", "0") || !agree(x, y, "crc", "0") || !agree(x, y, "robust-sorting", "0"))
-    return false;
-  if (x.hasParameter("interleaving") != y.hasParameter("interleaving")) return false;
+bool haveCommonModes(const Codec& x, const Codec& y) {
   const std::optional<ModeSet> a = modesOf(x);
   const std::optional<ModeSet> b = modesOf(y);
   return !a || !b || (*a & *b).any();
-}
-
-/// All but formats that serve others by their payload types.
-bool areSameAlone(const Codec& x, const Codec& y) {
-  if (!haveSameEncoding(x, y)) return false;
-  switch (x.family) {
-    case Family::h264:
-      return haveSameH264Profile(x, y) && agree(x, y, "packetization-mode", "0");
-    case Family::h265:
-      return agree(x, y, "profile-id", "1") && agree(x, y, "tier-flag", "0") &&
-             agree(x, y, "tx-mode", "SRST");
-    case Family::vp9:
-      return agree(x, y, "profile-id", "0");
-    case Family::av1:
-      return agree(x, y, "profile", "0");
-    case Family::amr:
-      return haveSameAmr(x, y);
-    case Family::telephoneEvent:
-      return (eventsOf(x) & eventsOf(y)).any();
-    default:
-      return true;
-  }
 }
 
 bool isForOthers(const Codec& codec) { return codec.family == Family::rtx || codec.family == Family::red; }
@@ -112,6 +125,24 @@ Comparison<Alone> comparisonOf(const CodecList& a, const CodecList& b, Alone alo
 }
 
 }  // namespace
+
+std::string agreementOf(const Codec& codec) {
+  std::string text;
+  for (const Agreed& agreed : agreedOf(codec.family)) {
+    const std::string_view value = codec.parameter(agreed.name).value_or(agreed.otherwise);
+    for (const char c : value) text += sdpneg::lower(c);
+    text += ';';
+  }
+  if (isInterleaved(codec)) text += "interleaving";
+  return text;
+}
+
+bool areSameAlone(const Codec& x, const Codec& y) {
+  if (!haveSameEncoding(x, y) || !agree(x, y)) return false;
+  if (x.family == Family::h264) return haveSameProfile(x, y);
+  if (x.family == Family::amr) return haveCommonModes(x, y);
+  return x.family != Family::telephoneEvent || (eventsOf(x) & eventsOf(y)).any();
+}
 
 bool haveSameEncoding(const Codec& x, const Codec& y) {
   return !x.name.empty() && x.clockRate == y.clockRate && x.channels == y.channels &&

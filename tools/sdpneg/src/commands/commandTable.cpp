@@ -1,6 +1,7 @@
 #include "commands/commandTable.h"
 
 #include "commands/answerCommand.h"
+#include "commands/checkAnswerCommand.h"
 #include "commands/compareCommand.h"
 #include "commands/createCommand.h"
 #include "commands/inspectCommand.h"
@@ -75,6 +76,13 @@ constexpr OptionRow kAnswerOptions[] = {
 constexpr OperandRow kAnswerOperands[] = {
     {"OFFER", "A body, a SIP message, or - for standard input.", true, true, false}};
 
+constexpr OptionRow kCheckAnswerOptions[] = {
+    {"--json", "", {}, "", "Write a JSON document instead of lines."}};
+
+constexpr OperandRow kCheckAnswerOperands[] = {
+    {"OFFER", "A body, a SIP message, or - for standard input.", true, true, false},
+    {"ANSWER", "The answer to it.", true, true, false}};
+
 constexpr OptionRow kOfferOptions[] = {kTraceOption};
 
 constexpr OperandRow kUpdateOperands[] = {
@@ -144,6 +152,12 @@ constexpr CommandRow kCommands[] = {
      "have port 0. When no section would be accepted, or the offer is no session description, standard error "
      "says why, and the exit status is 1; it is 2 when the local description has no section.",
      kAnswerOptions, kAnswerOperands, runAnswer},
+    {"check-answer", "List what is wrong with an answer",
+     "Lists what an answer to an offer breaks of the rules of RFC 3264 and its extensions, one a line: the "
+     "number of the section, or 0 for the session, the name of the rule, and what is wrong. An answer may be "
+     "of any peer. The exit status is 0 when nothing is wrong, 1 otherwise, and 2 when an input cannot be "
+     "read.",
+     kCheckAnswerOptions, kCheckAnswerOperands, runCheckAnswer},
     {"update-answer", "Bring an answer up to date with a new offer",
      "Writes OWN without the audio codecs that NEW no longer has, with port 0 for video of NEW, and where "
      "one of these applies with a new o-line. Both offers must have the same session address and audio port, "

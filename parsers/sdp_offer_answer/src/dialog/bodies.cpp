@@ -1,0 +1,77 @@
+// What the dialog asks of bodies.
+
+#include "bodies.h"
+
+#include <new>
+#include <stdexcept>
+
+#include "text/search.h"
+
+namespace sdp::exchange {
+
+void require(const Refusal& refusal) {
+  if (refusal.reason == Reason::noMemory) throw std::bad_alloc();
+  if (refusal.reason == Reason::textTooLong) throw std::length_error("body");
+}
+
+void read(Document& document, std::string_view text) { require(document.read(text)); }
+
+bool isDescription(const Document& document) {
+  if (document.sectionCount() != 0) return true;
+  for (const Line& line : document.session().lines()) {
+    if (sdpneg::startsWith(line.content, "v=")) return true;
+  }
+  return false;
+}
+
+std::uint32_t firstUnreadable(const Document& document) {
+  for (const Section& section : document.sections()) {
+    if (!section.isReadable()) return section.index();
+  }
+  return 0;
+}
+
+bool isAlive(const Document& document, std::uint32_t section) {
+  const Section asked = document.section(section);
+  return asked.isReadable() && !asked.isDisabled();
+}
+
+Direction held(Direction direction) {
+  if (direction == Direction::sendrecv) return Direction::sendonly;
+  return direction == Direction::recvonly ? Direction::inactive : direction;
+}
+
+bool sends(Direction direction) {
+  return direction == Direction::sendrecv || direction == Direction::sendonly;
+}
+
+bool receives(Direction direction) {
+  return direction == Direction::sendrecv || direction == Direction::recvonly;
+}
+
+Direction narrowed(Direction own, Direction others) {
+  const bool isSending = sends(own) && receives(others);
+  const bool isReceiving = receives(own) && sends(others);
+  if (isSending) return isReceiving ? Direction::sendrecv : Direction::sendonly;
+  return isReceiving ? Direction::recvonly : Direction::inactive;
+}
+
+MeantDirection meantDirection(const Section& section, bool hasIce) {
+  constexpr std::uint16_t kDiscard = 9;
+  const Direction direction = section.direction();
+  const std::optional<Connection> connection = section.connection();
+  const bool isUnspecified = connection && (connection->address == "0.0.0.0" || connection->address == "::");
+  if (direction != Direction::sendrecv || !isUnspecified || section.port() == kDiscard || hasIce) {
+    return {direction, false};
+  }
+  return {Direction::sendonly, true};
+}
+
+std::vector<Direction> directionsOf(const Document& document) {
+  std::vector<Direction> directions;
+  directions.reserve(document.sectionCount());
+  for (const Section& section : document.sections()) directions.push_back(section.direction());
+  return directions;
+}
+
+}  // namespace sdp::exchange

@@ -65,12 +65,13 @@ class Mids {
   }
 
  private:
-  /// A section goes on where its medium was; what takes a disabled place is another one, unless it has its mid.
+  /// A section goes on where its medium was; what takes a disabled place is another one, unless it
+  /// is of its media and has its mid.
   static bool goesOn(const Section& section, const Section& place, const KnownPayloads& known) {
     if (place.mid().empty()) return false;
     const Section theirs = known.remote.section(place.index());
     const bool isDisabled = place.isDisabled() || theirs.isDisabled() || !theirs.isReadable();
-    return !isDisabled || section.mid() == place.mid();
+    return !isDisabled || (section.mid() == place.mid() && section.media() == place.media());
   }
 
   void set(const Section& section, std::string_view mid) {

@@ -92,7 +92,7 @@ class Numberer {
 
  private:
   static CodecList listOf(const Section& section) {
-    return section.isReadable() && section.isRtp() ? CodecList(section) : CodecList();
+    return section.isRtp() && !section.isDisabled() ? CodecList(section) : CodecList();
   }
 
   /// Gives a format a number that stands for it in a list.

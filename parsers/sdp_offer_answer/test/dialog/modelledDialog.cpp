@@ -179,6 +179,7 @@ void ModelledDialog::answer() {
   sent_ = body.text;
   rememberNumbers(read(body.text));
   offerer_ = Party::remote;
+  ++exchanges_;
   local_ = body.text;
   remote_ = pending_;
   pending_.clear();
@@ -220,6 +221,7 @@ void ModelledDialog::receiveAnswer() {
   }
   if (!status) return require_(!isPlain_, "answers are taken");
   offerer_ = Party::local;
+  ++exchanges_;
   local_ = pending_;
   remote_ = text;
   pending_.clear();

@@ -44,12 +44,10 @@ class ModelledDialog {
 
   /// Makes one call, compares all with the model, and goes on with what was made to bytes and restored.
   void step();
+  /// How many offers were answered.
+  std::uint32_t exchanges() const { return exchanges_; }
 
  private:
-  struct Side {
-    std::string text;
-    std::uint32_t sections = 0;
-  };
 
   std::string description();
   std::string peersBody(std::uint32_t sections, bool isAnswer);
@@ -79,6 +77,7 @@ class ModelledDialog {
   std::string remote_;
   std::string pending_;
   std::string sent_;
+  std::uint32_t exchanges_ = 0;
   bool isHeld_ = false;
   bool wasHeld_ = false;  ///< while an offer is pending, what holds when it is refused
   bool isPlain_ = true;   ///< no body came that is none of the usual ones

@@ -41,7 +41,6 @@ Family familyOf(std::string_view name) {
 Codec codecOf(const Format& format) {
   Codec codec;
   codec.payload = format.format;
-  codec.fmtp = format.fmtp;
   codec.isCompanion = format.isCompanion;
   if (format.encoding) {
     codec.name = format.encoding->name;
@@ -54,9 +53,23 @@ Codec codecOf(const Format& format) {
 
 }  // namespace
 
+std::optional<std::string_view> Codec::parameter(std::string_view wanted) const {
+  for (const std::string_view parameters : fmtps) {
+    const std::optional<std::string_view> value = parameterOf(parameters, wanted);
+    if (value && !value->empty()) return value;
+  }
+  return std::nullopt;
+}
+
+bool Codec::hasParameter(std::string_view wanted) const {
+  return std::any_of(fmtps.begin(), fmtps.end(), [wanted](std::string_view parameters) {
+    return parameterOf(parameters, wanted).has_value();
+  });
+}
+
 std::string_view Codec::apt() const {
   if (family != Family::rtx) return {};
-  const std::string_view value = Fields(parameterOf(parameters(), "apt").value_or(std::string_view()))[0];
+  const std::string_view value = Fields(parameter("apt").value_or(std::string_view()))[0];
   return readNumber(value) ? value : std::string_view();
 }
 
@@ -66,7 +79,22 @@ std::string_view Codec::carried() const {
   return Fields(text.substr(0, text.find(';')))[0];
 }
 
+std::string_view Payloads::next() {
+  while (!rest_.empty()) {
+    const std::size_t slash = std::min(rest_.find('/'), rest_.size());
+    const std::string_view payload = rest_.substr(0, slash);
+    rest_.remove_prefix(std::min(slash + 1, rest_.size()));
+    if (readNumber(payload)) return payload;
+  }
+  return {};
+}
+
 CodecList::CodecList(const Section& section) {
+  readFormats(section);
+  if (section.isRtp()) readParameters(section);
+}
+
+void CodecList::readFormats(const Section& section) {
   for (const Format& format : section.formats()) codecs_.push_back(codecOf(format));
   for (std::uint32_t i = 0; i < codecs_.size(); ++i) byPayload_.push_back(i);
   const auto isLess = [this](std::uint32_t a, std::uint32_t b) {
@@ -87,6 +115,31 @@ CodecList::CodecList(const Section& section) {
   codecs_.swap(codecs);
   for (std::uint32_t& i : byPayload_) {
     i = static_cast<std::uint32_t>(std::lower_bound(kept.begin(), kept.end(), i) - kept.begin());
+  }
+}
+
+void CodecList::readParameters(const Section& section) {
+  struct Line {
+    const Codec* codec;
+    std::string_view parameters;
+  };
+  std::vector<Line> lines;
+  for (const Attribute& attribute : section.attributes("fmtp")) {
+    const Fields fields = attribute.fields();
+    const Fields::Iterator payload = fields.begin();
+    const Codec* const codec = payload == Fields::end() ? nullptr : find(*payload);
+    if (codec != nullptr) lines.push_back({codec, trimmed(payload.rest())});
+  }
+  std::stable_sort(lines.begin(), lines.end(),
+                   [](const Line& a, const Line& b) { return a.codec < b.codec; });
+  fmtps_.reserve(lines.size());
+  for (const Line& line : lines) fmtps_.push_back(line.parameters);
+  for (std::size_t i = 0; i < lines.size();) {
+    const std::size_t first = i;
+    while (i < lines.size() && lines[i].codec == lines[first].codec) ++i;
+    Codec& codec = codecs_[static_cast<std::size_t>(lines[first].codec - codecs_.data())];
+    codec.fmtp = fmtps_[first];
+    codec.fmtps = std::span(fmtps_).subspan(first, i - first);
   }
 }
 

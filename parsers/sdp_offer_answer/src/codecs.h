@@ -5,6 +5,8 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -34,11 +36,16 @@ struct Codec {
   std::string_view name;  ///< of the encoding; empty when that is unknown
   std::uint32_t clockRate = 0;
   std::uint32_t channels = 1;
-  std::optional<std::string_view> fmtp;
+  std::optional<std::string_view> fmtp;     ///< what stands behind the payload type in its first fmtp
+  std::span<const std::string_view> fmtps;  ///< in all its fmtp, in the order of their lines
   Family family = Family::other;
   bool isCompanion = false;  ///< it serves other formats
 
   std::string_view parameters() const { return fmtp.value_or(std::string_view()); }
+  /// The value of a parameter, of the first fmtp that has it. One without a value counts as missing.
+  std::optional<std::string_view> parameter(std::string_view wanted) const;
+  /// Whether a parameter is there, with a value or without.
+  bool hasParameter(std::string_view wanted) const;
   /// The payload type that rtx repairs; empty without one.
   std::string_view apt() const;
   /// The payload types that red carries, with slashes between; empty without.
@@ -51,17 +58,28 @@ class CodecList {
   CodecList() = default;
   /// @param section must outlive what is asked of the list
   explicit CodecList(const Section& section);
+  CodecList(CodecList&&) noexcept = default;
+  CodecList& operator=(CodecList&&) noexcept = default;
+  CodecList(const CodecList&) = delete;  // codecs point into it
+  CodecList& operator=(const CodecList&) = delete;
+  ~CodecList() = default;
 
   std::size_t size() const { return codecs_.size(); }
   bool empty() const { return codecs_.empty(); }
   const Codec& operator[](std::size_t index) const { return codecs_[index]; }
   std::vector<Codec>::const_iterator begin() const { return codecs_.begin(); }
   std::vector<Codec>::const_iterator end() const { return codecs_.end(); }
+  /// The place of one of its codecs.
+  std::size_t placeOf(const Codec& codec) const { return static_cast<std::size_t>(&codec - codecs_.data()); }
   /// The codec of a payload type, which compares as a text; null where there is none.
   const Codec* find(std::string_view payload) const;
 
  private:
+  void readFormats(const Section& section);
+  void readParameters(const Section& section);
+
   std::vector<Codec> codecs_;
+  std::vector<std::string_view> fmtps_;   ///< of one payload type side by side
   std::vector<std::uint32_t> byPayload_;  ///< numbers of codecs, in the order of their payload types
 };
 
@@ -69,20 +87,43 @@ class CodecList {
 /// parameters must have in common. Unknown formats equal nothing.
 bool areSame(const CodecList& a, const Codec& x, const CodecList& b, const Codec& y);
 
+/// Tells of two sections which formats are the same, and compares each two of them but once: many of one section may
+/// serve one format. For a section of a peer and a small one of ours.
+class Sameness {
+ public:
+  /// @param a must outlive this, as `b`
+  Sameness(const CodecList& a, const CodecList& b) : a_(&a), b_(&b) {}
+  /// As the function of this name.
+  bool areSame(const Codec& x, const Codec& y);
+
+ private:
+  bool areSameAlone(const Codec& x, const Codec& y);
+
+  const CodecList* a_;
+  const CodecList* b_;
+  std::vector<std::uint8_t> known_;  ///< by format of a and of b
+};
+
+/// As areSame for formats that are neither red nor rtx, which name others.
+bool areSameAlone(const Codec& x, const Codec& y);
+
+/// The values of the parameters that formats of one encoding must both have to be the same, as a text that is the same
+/// exactly when they are. Profiles of H264, and sets of which a common part suffices, are not among them.
+std::string agreementOf(const Codec& codec);
+
 /// Whether both have the encoding, clock rate and channels in common, whatever their parameters.
 bool haveSameEncoding(const Codec& x, const Codec& y);
 
-/// Calls `visit(std::string_view)` for each payload type that red carries, as long as it returns true.
-/// @return whether it did for all
-template <typename Visit>
-bool forEachCarried(std::string_view carried, Visit visit) {
-  while (!carried.empty()) {
-    const std::size_t slash = carried.find('/') < carried.size() ? carried.find('/') : carried.size();
-    if (!visit(carried.substr(0, slash))) return false;
-    carried.remove_prefix(slash < carried.size() ? slash + 1 : slash);
-  }
-  return true;
-}
+/// The payload types of what red carries: what there has digits alone.
+class Payloads {
+ public:
+  explicit Payloads(std::string_view carried) : rest_(carried) {}
+  /// The next one; empty when there is none left.
+  std::string_view next();
+
+ private:
+  std::string_view rest_;
+};
 
 }  // namespace sdp::exchange
 

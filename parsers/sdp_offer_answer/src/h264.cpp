@@ -16,7 +16,7 @@ struct Row {
   std::uint8_t profileIdc;
   std::uint8_t mask;
   std::uint8_t flags;
-  int profile;
+  std::uint32_t profile;
 };
 
 /// RFC 6184, table 5. The last four flags are reserved and 0.
@@ -37,14 +37,6 @@ constexpr Row kRows[] = {
     {0xF4, 0xFF, 0x10, 11},  // High 4:4:4 Intra
     {0x2C, 0xFF, 0x10, 12},  // CAVLC 4:4:4 Intra
 };
-
-/// The profile of a row; 0 outside the table.
-int profileOf(const ProfileLevelId& id) {
-  for (const Row& row : kRows) {
-    if (row.profileIdc == id.profileIdc && (id.profileIop & row.mask) == row.flags) return row.profile;
-  }
-  return 0;
-}
 
 /// Profiles that tell level 1b by a constraint flag beside level 1.1, and no level of its own.
 bool tellsLevel1bByFlag(std::uint8_t profileIdc) {
@@ -78,6 +70,11 @@ std::optional<ProfileLevelId> readProfileLevelId(std::string_view text) {
   return ProfileLevelId{byte(16), byte(8), byte(0)};
 }
 
+std::optional<ProfileLevelId> profileLevelIdOf(const Codec& codec) {
+  const std::optional<std::string_view> value = codec.parameter("profile-level-id");
+  return value ? readProfileLevelId(*value) : std::nullopt;
+}
+
 std::string textOf(const ProfileLevelId& id) {
   constexpr std::string_view kHex = "0123456789abcdef";
   std::string text;
@@ -88,23 +85,23 @@ std::string textOf(const ProfileLevelId& id) {
   return text;
 }
 
-bool isSameProfile(const ProfileLevelId& a, const ProfileLevelId& b) {
-  const int profile = profileOf(a);
-  if (profile != 0 || profileOf(b) != 0) return profile == profileOf(b);
-  return a.profileIdc == b.profileIdc && a.profileIop == b.profileIop;
+std::uint32_t profileOf(const ProfileLevelId& id) {
+  for (const Row& row : kRows) {
+    if (row.profileIdc == id.profileIdc && (id.profileIop & row.mask) == row.flags) return row.profile;
+  }
+  constexpr std::uint32_t kOutside = 0x10000;
+  return kOutside | std::uint32_t{id.profileIdc} << 8U | id.profileIop;
 }
 
 int rankOf(const ProfileLevelId& id) { return isLevel1b(id) ? 2 * kLevel11 - 1 : 2 * id.levelIdc; }
 
 ProfileLevelId withLevelOf(ProfileLevelId id, const ProfileLevelId& level) {
   const bool byFlag = tellsLevel1bByFlag(id.profileIdc);
-  if (isLevel1b(level)) {
-    id.levelIdc = byFlag ? kLevel11 : kLevel1b;
-    if (byFlag) id.profileIop |= kConstraint3;
-    return id;
-  }
-  if (isLevel1b(id) && byFlag) id.profileIop &= static_cast<std::uint8_t>(~kConstraint3);
-  id.levelIdc = level.levelIdc;
+  const bool is1b = isLevel1b(level);
+  id.levelIdc = is1b ? (byFlag ? kLevel11 : kLevel1b) : level.levelIdc;
+  // Beside level 1.1 the flag would make it 1b, and beside others it says nothing of the level.
+  if (byFlag && is1b) id.profileIop |= kConstraint3;
+  if (byFlag && !is1b && id.levelIdc == kLevel11) id.profileIop &= static_cast<std::uint8_t>(~kConstraint3);
   return id;
 }
 

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "codecs.h"
+
 namespace sdp::exchange {
 
 /// What profile-level-id says: three bytes in hexadecimal digits.
@@ -19,10 +21,13 @@ struct ProfileLevelId {
 
 /// @return nothing when the text is no six hexadecimal digits
 std::optional<ProfileLevelId> readProfileLevelId(std::string_view text);
+/// What a format has as profile-level-id; nothing without, and where it is none.
+std::optional<ProfileLevelId> profileLevelIdOf(const Codec& codec);
 std::string textOf(const ProfileLevelId& id);
 
-/// Whether two are of one profile: in one row of table 5, else with the same bytes but for the level.
-bool isSameProfile(const ProfileLevelId& a, const ProfileLevelId& b);
+/// A number for the profile, the same for all of one: by the rows of table 5, outside of it by the bytes but for the
+/// level.
+std::uint32_t profileOf(const ProfileLevelId& id);
 
 /// A number for the level, higher for higher ones. 1b is between 1 and 1.1.
 int rankOf(const ProfileLevelId& id);

@@ -5,29 +5,40 @@
 #include <algorithm>
 
 #include "parameters.h"
-#include "text/search.h"
 
 namespace sdp::exchange {
 namespace {
 
 constexpr std::size_t kLastDigit = 15;  // the events of a telephone's keys are 0 to 15
 
-/// Numbers and ranges of numbers with commas between. What is neither, or out of range, is passed over.
+/// Adds `N` or `N-M` to a set.
+/// @return false when it is neither, or out of range
 template <std::size_t Size>
-std::bitset<Size> readSet(std::string_view text) {
+bool addRange(std::string_view range, std::bitset<Size>& set) {
+  const std::size_t dash = std::min(range.find('-'), range.size());
+  const std::optional<std::uint64_t> first = readNumber(trimmed(range.substr(0, dash)));
+  const std::optional<std::uint64_t> last =
+      dash == range.size() ? first : readNumber(trimmed(range.substr(dash + 1)));
+  if (!first || !last || *first > *last || *last >= Size) return false;
+  for (std::uint64_t n = *first; n <= *last; ++n) set.set(n);
+  return true;
+}
+
+/// Numbers and ranges of numbers with commas between.
+template <std::size_t Size>
+struct ReadSet {
   std::bitset<Size> set;
-  while (!text.empty()) {
-    const std::size_t comma = std::min(text.find(','), text.size());
-    const std::string_view entry = trimmed(text.substr(0, comma));
-    text.remove_prefix(std::min(comma + 1, text.size()));
-    const std::size_t dash = std::min(entry.find('-'), entry.size());
-    const std::optional<std::uint64_t> first = readNumber(trimmed(entry.substr(0, dash)));
-    const std::optional<std::uint64_t> last =
-        dash == entry.size() ? first : readNumber(trimmed(entry.substr(dash + 1)));
-    if (!first || !last) continue;
-    for (std::uint64_t n = *first; n <= *last && n < Size; ++n) set.set(n);
+  bool isWhole = true;  ///< nothing else stands there
+};
+template <std::size_t Size>
+ReadSet<Size> readSet(std::string_view text) {
+  ReadSet<Size> read;
+  for (;;) {
+    const std::size_t comma = text.find(',');
+    read.isWhole = addRange(trimmed(text.substr(0, comma)), read.set) && read.isWhole;
+    if (comma == std::string_view::npos) return read;
+    text.remove_prefix(comma + 1);
   }
-  return set;
 }
 
 void addNumber(std::string& text, std::size_t number) { text += std::to_string(number); }
@@ -35,30 +46,35 @@ void addNumber(std::string& text, std::size_t number) { text += std::to_string(n
 }  // namespace
 
 std::optional<ModeSet> modesOf(const Codec& codec) {
-  const std::optional<std::string_view> value = parameterOf(codec.parameters(), "mode-set");
+  const std::optional<std::string_view> value = codec.parameter("mode-set");
   if (!value) return std::nullopt;
-  return readSet<16>(*value);
+  const ModeSet modes = readSet<16>(*value).set;
+  return modes.any() ? std::optional(modes) : std::nullopt;
 }
 
-std::string textOf(const ModeSet& modes) {
+std::string textOfCommonModes(std::string_view local, const ModeSet& others) {
   std::string text;
-  for (std::size_t mode = 0; mode < modes.size(); ++mode) {
-    if (!modes[mode]) continue;
+  while (!local.empty()) {
+    const std::size_t comma = std::min(local.find(','), local.size());
+    const std::string_view mode = trimmed(local.substr(0, comma));
+    local.remove_prefix(std::min(comma + 1, local.size()));
+    if ((readSet<16>(mode).set & others).none()) continue;
     if (!text.empty()) text += ',';
-    addNumber(text, mode);
+    text += mode;
   }
   return text;
 }
 
+std::string_view eventListOf(std::string_view parameters) {
+  return trimmed(parameters.substr(0, parameters.find(';')));
+}
+
 EventSet eventsOf(const Codec& codec) {
-  std::string_view text = trimmed(codec.parameters());
-  constexpr std::string_view kName = "events=";
-  if (sdpneg::startsWithNoCase(text, kName)) text.remove_prefix(kName.size());
-  EventSet events = readSet<256>(text.substr(0, text.find(';')));
-  if (events.none() && text.empty()) {
-    for (std::size_t event = 0; event <= kLastDigit; ++event) events.set(event);
-  }
-  return events;
+  const ReadSet<256> events = readSet<256>(eventListOf(codec.parameters()));
+  if (events.isWhole) return events.set;
+  EventSet digits;
+  for (std::size_t event = 0; event <= kLastDigit; ++event) digits.set(event);
+  return digits;
 }
 
 std::string textOf(const EventSet& events) {

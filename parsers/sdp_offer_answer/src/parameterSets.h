@@ -6,6 +6,7 @@
 #include <bitset>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "codecs.h"
 
@@ -16,12 +17,14 @@ using ModeSet = std::bitset<16>;
 /// Telephone events (RFC 4733).
 using EventSet = std::bitset<256>;
 
-/// What mode-set has; nothing where it is missing, and all modes may be used.
+/// What mode-set has; nothing where it is missing or has none, and all modes may be used.
 std::optional<ModeSet> modesOf(const Codec& codec);
-/// "0,2,4".
-std::string textOf(const ModeSet& modes);
+/// Those of a mode-set that are among others, in its order: "0,2,4".
+std::string textOfCommonModes(std::string_view local, const ModeSet& others);
 
-/// The events of a fmtp, those from 0 to 15 without one.
+/// What of a fmtp lists events: up to the first semicolon.
+std::string_view eventListOf(std::string_view parameters);
+/// The events of a fmtp; without one, and where something else stands in it, those from 0 to 15, the keys of telephones.
 EventSet eventsOf(const Codec& codec);
 /// "0-15,66".
 std::string textOf(const EventSet& events);

@@ -65,12 +65,6 @@ std::optional<std::uint64_t> readNumber(std::string_view text) {
   return number;
 }
 
-std::uint64_t numberOf(std::string_view fmtp, std::string_view name, std::uint64_t otherwise) {
-  const std::optional<std::string_view> value = parameterOf(fmtp, name);
-  if (!value) return otherwise;
-  return readNumber(*value).value_or(otherwise);
-}
-
 std::string withParameter(std::string_view fmtp, std::string_view name, std::string_view value) {
   const std::optional<Place> place = placeOf(fmtp, name);
   const std::string parameter = joined(name, "=", value);
@@ -82,16 +76,6 @@ std::string withParameter(std::string_view fmtp, std::string_view name, std::str
   }
   const auto begin = static_cast<std::size_t>(place->value->data() - fmtp.data());
   return joined(fmtp.substr(0, begin), value, fmtp.substr(begin + place->value->size()));
-}
-
-std::string withoutParameter(std::string_view fmtp, std::string_view name) {
-  const std::optional<Place> place = placeOf(fmtp, name);
-  if (!place) return std::string(fmtp);
-  if (place->end < fmtp.size()) {
-    const std::string_view behind = trimmed(fmtp.substr(place->end + 1));
-    return joined(fmtp.substr(0, place->begin), behind, "");
-  }
-  return std::string(trimmed(fmtp.substr(0, place->begin == 0 ? 0 : place->begin - 1)));
 }
 
 }  // namespace sdp::exchange

@@ -16,14 +16,8 @@ std::string_view trimmed(std::string_view text);
 /// The value of the first parameter of a name, which compares without regard to case: empty for one without a value,
 /// nothing where there is none.
 std::optional<std::string_view> parameterOf(std::string_view fmtp, std::string_view name);
-/// The value of a parameter that is a number of digits; `otherwise` where it is missing or no number.
-std::uint64_t numberOf(std::string_view fmtp, std::string_view name, std::uint64_t otherwise);
-
 /// A fmtp in which a parameter has a value: in the place of the present value, else behind the others.
 std::string withParameter(std::string_view fmtp, std::string_view name, std::string_view value);
-/// A fmtp without a parameter, and without the semicolon that it leaves.
-std::string withoutParameter(std::string_view fmtp, std::string_view name);
-
 /// The number that a text of digits is, at most that of the type; nothing for others.
 std::optional<std::uint64_t> readNumber(std::string_view text);
 

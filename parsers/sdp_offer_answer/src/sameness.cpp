@@ -1,6 +1,8 @@
 // When formats of two sections are the same.
 
 #include <algorithm>
+#include <array>
+#include <span>
 
 #include "codecs.h"
 #include "h264.h"
@@ -11,96 +13,136 @@
 namespace sdp::exchange {
 namespace {
 
-/// Whether a parameter that is a number is the same in both.
-bool agree(const Codec& x, const Codec& y, std::string_view name, std::uint64_t otherwise) {
-  return numberOf(x.parameters(), name, otherwise) == numberOf(y.parameters(), name, otherwise);
+/// A parameter that both must have the same, without regard to case.
+struct Agreed {
+  std::string_view name;
+  std::string_view otherwise;  ///< what holds where it is missing
+};
+
+constexpr std::array<Agreed, 1> kH264{{{"packetization-mode", "0"}}};
+constexpr std::array<Agreed, 3> kH265{{{"profile-id", "1"}, {"tier-flag", "0"}, {"tx-mode", "SRST"}}};
+constexpr std::array<Agreed, 1> kVp9{{{"profile-id", "0"}}};
+constexpr std::array<Agreed, 1> kAv1{{{"profile", "0"}}};
+constexpr std::array<Agreed, 3> kAmr{{{"octet-align", "0"}, {"crc", "0"}, {"robust-sorting", "0"}}};
+
+std::span<const Agreed> agreedOf(Family family) {
+  switch (family) {
+    case Family::h264:
+      return kH264;
+    case Family::h265:
+      return kH265;
+    case Family::vp9:
+      return kVp9;
+    case Family::av1:
+      return kAv1;
+    case Family::amr:
+      return kAmr;
+    default:
+      return {};
+  }
 }
 
-/// A format without profile-level-id is of any profile.
-bool haveSameH264Profile(const Codec& x, const Codec& y) {
-  const std::optional<std::string_view> a = parameterOf(x.parameters(), "profile-level-id");
-  const std::optional<std::string_view> b = parameterOf(y.parameters(), "profile-level-id");
-  if (!a || !b) return true;
-  const std::optional<ProfileLevelId> idOfA = readProfileLevelId(*a);
-  const std::optional<ProfileLevelId> idOfB = readProfileLevelId(*b);
-  if (!idOfA || !idOfB) return sdpneg::equalNoCase(*a, *b);
-  return isSameProfile(*idOfA, *idOfB);
+bool isInterleaved(const Codec& codec) {
+  return codec.family == Family::amr && codec.hasParameter("interleaving");
 }
 
-bool haveSameTxMode(const Codec& x, const Codec& y) {
-  const auto modeOf = [](const Codec& codec) {
-    return parameterOf(codec.parameters(), "tx-mode").value_or("SRST");
-  };
-  return sdpneg::equalNoCase(modeOf(x), modeOf(y));
+bool agree(const Codec& x, const Codec& y) {
+  for (const Agreed& agreed : agreedOf(x.family)) {
+    const std::string_view a = x.parameter(agreed.name).value_or(agreed.otherwise);
+    if (!sdpneg::equalNoCase(a, y.parameter(agreed.name).value_or(agreed.otherwise))) return false;
+  }
+  return isInterleaved(x) == isInterleaved(y);
 }
 
-bool haveSameAmr(const Codec& x, const Codec& y) {
-  if (!agree(x, y, "octet-align", 0) || !agree(x, y, "crc", 0) || !agree(x, y, "robust-sorting", 0))
-    return false;
-  const auto isInterleaved = [](const Codec& codec) {
-    return parameterOf(codec.parameters(), "interleaving").has_value();
-  };
-  if (isInterleaved(x) != isInterleaved(y)) return false;
+/// A format without profile-level-id, or with something else there, is of any profile.
+bool haveSameProfile(const Codec& x, const Codec& y) {
+  const std::optional<ProfileLevelId> a = profileLevelIdOf(x);
+  const std::optional<ProfileLevelId> b = profileLevelIdOf(y);
+  return !a || !b || profileOf(*a) == profileOf(*b);
+}
+
+bool haveCommonModes(const Codec& x, const Codec& y) {
   const std::optional<ModeSet> a = modesOf(x);
   const std::optional<ModeSet> b = modesOf(y);
   return !a || !b || (*a & *b).any();
 }
 
-/// All but formats that serve others by their payload types.
-bool areSameAlone(const Codec& x, const Codec& y) {
-  if (!haveSameEncoding(x, y)) return false;
-  switch (x.family) {
-    case Family::h264:
-      return haveSameH264Profile(x, y) && agree(x, y, "packetization-mode", 0);
-    case Family::h265:
-      return agree(x, y, "profile-id", 1) && agree(x, y, "tier-flag", 0) && haveSameTxMode(x, y);
-    case Family::vp9:
-      return agree(x, y, "profile-id", 0);
-    case Family::av1:
-      return agree(x, y, "profile", 0);
-    case Family::amr:
-      return haveSameAmr(x, y);
-    case Family::telephoneEvent:
-      return (eventsOf(x) & eventsOf(y)).any();
-    default:
-      return true;
-  }
-}
-
 bool isForOthers(const Codec& codec) { return codec.family == Family::rtx || codec.family == Family::red; }
 
-/// Whether two payload types stand for the same, neither of them red or rtx.
-bool areSamePayloads(const CodecList& a, std::string_view p, const CodecList& b, std::string_view q) {
-  const Codec* const x = a.find(p);
-  const Codec* const y = b.find(q);
-  return x != nullptr && y != nullptr && !isForOthers(*x) && !isForOthers(*y) && areSameAlone(*x, *y);
-}
+/// Two lists, and how their formats compare that are neither red nor rtx: `Alone(const Codec&, const Codec&)`.
+template <typename Alone>
+struct Comparison {
+  const CodecList& a;
+  const CodecList& b;
+  Alone alone;
+
+  /// Whether two payload types stand for the same, neither of them red or rtx.
+  bool areSamePayloads(std::string_view p, std::string_view q) const {
+    const Codec* const x = a.find(p);
+    const Codec* const y = b.find(q);
+    return x != nullptr && y != nullptr && !isForOthers(*x) && !isForOthers(*y) && alone(*x, *y);
+  }
+  bool haveSameCarried(const Codec& x, const Codec& y) const;
+  bool haveSameApt(const Codec& x, const Codec& y) const;
+  bool areSame(const Codec& x, const Codec& y) const;
+};
 
 /// What red carries is the same in order, where both tell it.
-bool haveSameCarried(const CodecList& a, const Codec& x, const CodecList& b, const Codec& y) {
-  std::string_view others = y.carried();
-  if (x.carried().empty() || others.empty()) return true;
-  const bool fit = forEachCarried(x.carried(), [&](std::string_view payload) {
-    if (others.empty()) return false;
-    const std::size_t slash = std::min(others.find('/'), others.size());
-    const std::string_view other = others.substr(0, slash);
-    others.remove_prefix(std::min(slash + 1, others.size()));
-    return areSamePayloads(a, payload, b, other);
-  });
-  return fit && others.empty();
+template <typename Alone>
+bool Comparison<Alone>::haveSameCarried(const Codec& x, const Codec& y) const {
+  Payloads ours(x.carried());
+  Payloads others(y.carried());
+  std::string_view p = ours.next();
+  std::string_view q = others.next();
+  if (p.empty() || q.empty()) return true;
+  for (; !p.empty() && !q.empty(); p = ours.next(), q = others.next()) {
+    if (!areSamePayloads(p, q)) return false;
+  }
+  return p.empty() && q.empty();
 }
 
-bool haveSameApt(const CodecList& a, const Codec& x, const CodecList& b, const Codec& y) {
+template <typename Alone>
+bool Comparison<Alone>::haveSameApt(const Codec& x, const Codec& y) const {
   const Codec* const served = a.find(x.apt());
   const Codec* const other = b.find(y.apt());
   if (served == nullptr || other == nullptr) return false;
   if (served->family == Family::red && other->family == Family::red) {
-    return haveSameEncoding(*served, *other) && haveSameCarried(a, *served, b, *other);
+    return haveSameEncoding(*served, *other) && haveSameCarried(*served, *other);
   }
-  return areSamePayloads(a, served->payload, b, other->payload);
+  return areSamePayloads(served->payload, other->payload);
+}
+
+template <typename Alone>
+bool Comparison<Alone>::areSame(const Codec& x, const Codec& y) const {
+  if (!isForOthers(x) && !isForOthers(y)) return alone(x, y);
+  if (!haveSameEncoding(x, y)) return false;
+  return x.family == Family::red ? haveSameCarried(x, y) : haveSameApt(x, y);
+}
+
+template <typename Alone>
+Comparison<Alone> comparisonOf(const CodecList& a, const CodecList& b, Alone alone) {
+  return {a, b, alone};
 }
 
 }  // namespace
+
+std::string agreementOf(const Codec& codec) {
+  std::string text;
+  for (const Agreed& agreed : agreedOf(codec.family)) {
+    const std::string_view value = codec.parameter(agreed.name).value_or(agreed.otherwise);
+    for (const char c : value) text += sdpneg::lower(c);
+    text += ';';
+  }
+  if (isInterleaved(codec)) text += "interleaving";
+  return text;
+}
+
+bool areSameAlone(const Codec& x, const Codec& y) {
+  if (!haveSameEncoding(x, y) || !agree(x, y)) return false;
+  if (x.family == Family::h264) return haveSameProfile(x, y);
+  if (x.family == Family::amr) return haveCommonModes(x, y);
+  return x.family != Family::telephoneEvent || (eventsOf(x) & eventsOf(y)).any();
+}
 
 bool haveSameEncoding(const Codec& x, const Codec& y) {
   return !x.name.empty() && x.clockRate == y.clockRate && x.channels == y.channels &&
@@ -108,10 +150,21 @@ bool haveSameEncoding(const Codec& x, const Codec& y) {
 }
 
 bool areSame(const CodecList& a, const Codec& x, const CodecList& b, const Codec& y) {
-  if (!areSameAlone(x, y)) return false;
-  if (x.family == Family::red) return haveSameCarried(a, x, b, y);
-  if (x.family == Family::rtx) return haveSameApt(a, x, b, y);
-  return true;
+  return comparisonOf(a, b, &areSameAlone).areSame(x, y);
+}
+
+bool Sameness::areSame(const Codec& x, const Codec& y) {
+  const auto alone = [this](const Codec& one, const Codec& other) { return areSameAlone(one, other); };
+  return comparisonOf(*a_, *b_, alone).areSame(x, y);
+}
+
+bool Sameness::areSameAlone(const Codec& x, const Codec& y) {
+  enum : std::uint8_t { unknown, same, different };
+  if (!haveSameEncoding(x, y)) return false;
+  if (known_.empty()) known_.resize(a_->size() * b_->size(), unknown);
+  std::uint8_t& known = known_[a_->placeOf(x) * b_->size() + b_->placeOf(y)];
+  if (known == unknown) known = exchange::areSameAlone(x, y) ? same : different;
+  return known == same;
 }
 
 }  // namespace sdp::exchange

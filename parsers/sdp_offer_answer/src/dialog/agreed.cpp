@@ -1,8 +1,9 @@
 // What both current bodies come to.
 
-#include <unordered_map>
+#include <algorithm>
 
 #include "agreedParts.h"
+#include "answer/direction.h"
 #include "bodies.h"
 #include "bundles.h"
 #include "exchange.h"
@@ -10,24 +11,33 @@
 namespace sdp::exchange {
 namespace {
 
+struct Side {
+  explicit Side(std::string_view text) : body(documentOf(text)), bundles(body) {}
+
+  static Document documentOf(std::string_view text) {
+    Document document;
+    read(document, text);
+    return document;
+  }
+
+  const Document body;
+  const Bundles bundles;
+};
+
 /// Both bodies, and what of them is asked for all sections.
 class Agreement {
  public:
-  explicit Agreement(const DialogData& data) {
-    read(local_, data.local);
-    read(remote_, data.remote);
-    ofLocal_ = Bundles(local_);
-    ofRemote_ = Bundles(remote_);
-    isAnsweredHere_ = data.offerer == Party::remote;
+  explicit Agreement(const DialogData& data)
+      : local_(data.local), remote_(data.remote), isAnsweredHere_(data.offerer == Party::remote) {
     findTransports();
   }
 
-  std::uint32_t sectionCount() const { return local_.sectionCount(); }
+  std::uint32_t sectionCount() const { return local_.body.sectionCount(); }
 
   AgreedSection section(std::uint32_t index) const {
     AgreedSection agreed;
-    const Section local = local_.section(index);
-    const Section remote = remote_.section(index);
+    const Section local = local_.body.section(index);
+    const Section remote = remote_.body.section(index);
     agreed.index = index;
     agreed.media = local.media();
     agreed.transport = (isAnsweredHere_ ? local : remote).transport();
@@ -37,44 +47,36 @@ class Agreement {
     agreed.transportSection = transportOf(index);
     agreed.usesRtcpMux = local.hasRtcpMux() && remote.hasRtcpMux();
     agreed.usesReducedRtcp = local.has("rtcp-rsize") && remote.has("rtcp-rsize");
-    fillSide(agreed.local, {local_, ofLocal_, index, agreed.transportSection, agreed.usesRtcpMux});
-    fillSide(agreed.remote, {remote_, ofRemote_, index, agreed.transportSection, agreed.usesRtcpMux});
+    fillSide(agreed.local, {local_.body, local_.bundles, index, agreed.transportSection, agreed.usesRtcpMux});
+    fillSide(agreed.remote,
+             {remote_.body, remote_.bundles, index, agreed.transportSection, agreed.usesRtcpMux});
     agreed.usesIce = hasCredentials(agreed.local) && hasCredentials(agreed.remote);
     agreed.direction = directionOf(index);
     fillCodecs(agreed, local, remote);
-    chooseKeys(agreed, {local_, ofLocal_, index}, {remote_, ofRemote_, index}, !isAnsweredHere_);
+    chooseKeys(agreed, {local_.body, local_.bundles, index}, {remote_.body, remote_.bundles, index},
+               !isAnsweredHere_);
     return agreed;
   }
 
  private:
-  const Document& answer() const { return isAnsweredHere_ ? local_ : remote_; }
-
-  bool isAccepted(std::uint32_t index) const { return isAlive(local_, index) && isAlive(remote_, index); }
+  bool isAccepted(std::uint32_t index) const {
+    return isAlive(local_.body, index) && isAlive(remote_.body, index);
+  }
 
   /// The first accepted section of each BUNDLE group of the answer has the transport of all (RFC 8843, section 7).
   void findTransports() {
-    std::unordered_map<std::string_view, std::uint32_t> sections;
-    for (const Section& section : answer().sections()) {
-      if (!section.mid().empty() && isAccepted(section.index())) {
-        sections.emplace(section.mid(), section.index());
-      }
-    }
-    for (const Group& group : answer().session().groups()) {
-      std::uint32_t first = 0;
-      for (const std::string_view mid : group.mids) {
-        const auto found = sections.find(mid);
-        if (found == sections.end()) continue;
-        first = found->second;
-        break;
-      }
-      transports_.push_back(first);
+    const Bundles& bundles = answer().bundles;
+    for (std::uint32_t group = 0; group < bundles.groupCount(); ++group) {
+      const auto members = bundles.membersOf(group);
+      const auto first = std::find_if(members.begin(), members.end(),
+                                      [this](std::uint32_t member) { return isAccepted(member); });
+      transports_.push_back(first == members.end() ? 0 : *first);
     }
   }
 
   std::uint32_t transportOf(std::uint32_t index) const {
-    const std::optional<std::uint32_t> group = (isAnsweredHere_ ? ofLocal_ : ofRemote_).groupOf(index);
-    const bool isOffered = (isAnsweredHere_ ? ofRemote_ : ofLocal_).groupOf(index).has_value();
-    if (!group || !isOffered || transports_[*group] == 0) return index;
+    const std::optional<std::uint32_t> group = answer().bundles.groupOf(index);
+    if (!group || !offer().bundles.groupOf(index) || transports_[*group] == 0) return index;
     return transports_[*group];
   }
 
@@ -83,17 +85,18 @@ class Agreement {
   }
 
   Direction directionOf(std::uint32_t index) const {
-    const auto meant = [index](const Document& body, const Bundles& bundles) {
-      return meantDirection(body.section(index), bundles.has(index, Credential::iceUfrag)).direction;
+    const auto meant = [index](const Side& side) {
+      return offeredDirection(side.body.section(index), side.bundles);
     };
-    return narrowed(meant(local_, ofLocal_), meant(remote_, ofRemote_));
+    return answeredDirection(meant(remote_), meant(local_));
   }
 
-  Document local_;
-  Document remote_;
-  Bundles ofLocal_;
-  Bundles ofRemote_;
-  bool isAnsweredHere_ = false;
+  const Side& offer() const { return isAnsweredHere_ ? remote_ : local_; }
+  const Side& answer() const { return isAnsweredHere_ ? local_ : remote_; }
+
+  Side local_;
+  Side remote_;
+  bool isAnsweredHere_;
   std::vector<std::uint32_t> transports_;  ///< by group of the answer
 };
 

@@ -50,15 +50,13 @@ void fillSide(AgreedSide& side, const SidePart& part) {
   if (own.isRtp()) fillRtcp(side, transport, part.usesRtcpMux);
   side.ptime = timeOf(own, "ptime");
   side.maxptime = timeOf(own, "maxptime");
-  const auto word = [&](std::uint32_t section, Credential credential) {
-    return std::string(Fields(part.bundles.valueOf(section, credential))[0]);
-  };
   side.fingerprints = valuesOf(part.bundles.attributesOf(part.section, Credential::fingerprint));
-  side.keyMgmt = part.bundles.valueOf(part.section, Credential::keyMgmt);
-  side.setup = word(part.section, Credential::setup);
-  side.tlsId = word(part.section, Credential::tlsId);
-  side.iceUfrag = word(part.transportSection, Credential::iceUfrag);
-  side.icePwd = word(part.transportSection, Credential::icePwd);
+  const auto keyMgmt = part.bundles.attributesOf(part.section, Credential::keyMgmt);
+  if (!keyMgmt.empty()) side.keyMgmt = keyMgmt.begin()->value.value_or(std::string_view());
+  side.setup = part.bundles.valueOf(part.section, Credential::setup);
+  side.tlsId = part.bundles.valueOf(part.section, Credential::tlsId);
+  side.iceUfrag = part.bundles.valueOf(part.transportSection, Credential::iceUfrag);
+  side.icePwd = part.bundles.valueOf(part.transportSection, Credential::icePwd);
   side.candidates = valuesOf(transport.attributes("candidate"));
   side.isIceLite = part.body.session().has("ice-lite");
 }

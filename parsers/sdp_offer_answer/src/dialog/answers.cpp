@@ -6,7 +6,7 @@
 
 #include "bodies.h"
 #include "exchange.h"
-#include "origin.h"
+#include "origins.h"
 #include "outgoing.h"
 
 namespace sdp::exchange {

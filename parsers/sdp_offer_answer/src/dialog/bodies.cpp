@@ -41,32 +41,6 @@ Direction held(Direction direction) {
   return direction == Direction::recvonly ? Direction::inactive : direction;
 }
 
-bool sends(Direction direction) {
-  return direction == Direction::sendrecv || direction == Direction::sendonly;
-}
-
-bool receives(Direction direction) {
-  return direction == Direction::sendrecv || direction == Direction::recvonly;
-}
-
-Direction narrowed(Direction own, Direction others) {
-  const bool isSending = sends(own) && receives(others);
-  const bool isReceiving = receives(own) && sends(others);
-  if (isSending) return isReceiving ? Direction::sendrecv : Direction::sendonly;
-  return isReceiving ? Direction::recvonly : Direction::inactive;
-}
-
-MeantDirection meantDirection(const Section& section, bool hasIce) {
-  constexpr std::uint16_t kDiscard = 9;
-  const Direction direction = section.direction();
-  const std::optional<Connection> connection = section.connection();
-  const bool isUnspecified = connection && (connection->address == "0.0.0.0" || connection->address == "::");
-  if (direction != Direction::sendrecv || !isUnspecified || section.port() == kDiscard || hasIce) {
-    return {direction, false};
-  }
-  return {Direction::sendonly, true};
-}
-
 std::vector<Direction> directionsOf(const Document& document) {
   std::vector<Direction> directions;
   directions.reserve(document.sectionCount());

@@ -30,20 +30,6 @@ bool isAlive(const Document& document, std::uint32_t section);
 /// The direction of hold for one that was without.
 Direction held(Direction direction);
 
-bool sends(Direction direction);
-bool receives(Direction direction);
-/// What is left of a direction where the other side has its own (RFC 3264, section 6.1).
-Direction narrowed(Direction own, Direction others);
-
-/// What a side means by the direction of a section: sendrecv with an unspecified address is hold of old, but for
-/// ICE and port 9 (browsers).
-struct MeantDirection {
-  Direction direction;
-  bool isOldHold;
-};
-/// @param hasIce an ice-ufrag holds for the section
-MeantDirection meantDirection(const Section& section, bool hasIce);
-
 /// The directions of all sections.
 std::vector<Direction> directionsOf(const Document& document);
 

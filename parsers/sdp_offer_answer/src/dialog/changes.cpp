@@ -1,9 +1,10 @@
 // What a peer's offer changes.
 
+#include "answer/direction.h"
 #include "bodies.h"
 #include "bundles.h"
 #include "exchange.h"
-#include "origin.h"
+#include "origins.h"
 #include "text/search.h"
 
 namespace sdp::exchange {
@@ -66,10 +67,9 @@ ReceivedOffer changesOf(const Document& offer, const Document& current) {
   result.hasFewerSections = offer.sectionCount() < current.sectionCount();
   const Bundles bundles(offer);
   for (const Section& section : offer.sections()) {
-    const bool hasIce = bundles.has(section.index(), Credential::iceUfrag);
-    const MeantDirection meant = meantDirection(section, hasIce);
+    const Direction meant = offeredDirection(section, bundles);
     const SectionChange change = changeOf(section, current.section(section.index()));
-    result.sections.push_back({change, meant.direction, meant.isOldHold});
+    result.sections.push_back({change, meant, meant != section.direction()});
   }
   return result;
 }

@@ -119,7 +119,7 @@ class Composer {
 
  private:
   void addSection(const Section& section) {
-    const SectionWriter writer(section, numbers_[section.index() - 1]);
+    const RenumberedSection writer(section, numbers_[section.index() - 1]);
     bool hasMid = false;
     for (const Line& line : section.lines()) {
       if (line.content.empty()) continue;

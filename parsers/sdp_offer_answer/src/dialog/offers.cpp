@@ -3,7 +3,7 @@
 #include "bodies.h"
 #include "composition.h"
 #include "exchange.h"
-#include "origin.h"
+#include "origins.h"
 #include "outgoing.h"
 #include "sdpDocumentRequests.h"
 

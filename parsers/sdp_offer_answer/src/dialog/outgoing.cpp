@@ -2,6 +2,7 @@
 
 #include "outgoing.h"
 
+#include "answer/direction.h"
 #include "bodies.h"
 #include "bundles.h"
 #include "payloads.h"
@@ -11,7 +12,9 @@ namespace {
 
 bool receivesAny(const Document& body) {
   for (const Section& section : body.sections()) {
-    if (!section.isDisabled() && receives(section.direction())) return true;
+    const Direction direction = section.direction();
+    const bool receives = direction == Direction::sendrecv || direction == Direction::recvonly;
+    if (receives && !section.isDisabled()) return true;
   }
   return false;
 }
@@ -41,8 +44,7 @@ Intent finishedIntent(const Intent& before, const Document& body, const Document
     const Direction wanted = before.directions[i];
     Direction expected = isHeld ? held(wanted) : wanted;
     if (section <= offer.sectionCount()) {
-      const bool hasIce = bundles.has(section, Credential::iceUfrag);
-      expected = narrowed(expected, meantDirection(offer.section(section), hasIce).direction);
+      expected = answeredDirection(offeredDirection(offer.section(section), bundles), expected);
     }
     if (isHeld || expected == intent.directions[i]) intent.directions[i] = wanted;
   }

@@ -29,12 +29,12 @@ std::size_t offsetOf(std::string_view piece, std::string_view text) {
 
 }  // namespace
 
-SectionWriter::SectionWriter(const Section& section, const Renumbering& numbers)
+RenumberedSection::RenumberedSection(const Section& section, const Renumbering& numbers)
     : section_(section), numbers_(numbers) {
   if (!numbers.empty()) codecs_ = CodecList(section);
 }
 
-std::string SectionWriter::written(std::string_view line) const {
+std::string RenumberedSection::written(std::string_view line) const {
   if (numbers_.empty()) return std::string(line);
   if (sdpneg::startsWith(line, "m=")) return mLine(line);
   if (sdpneg::startsWith(line, kRid)) return rid(line);
@@ -48,7 +48,7 @@ std::string SectionWriter::written(std::string_view line) const {
   return text.append(parametersOf(payload, rest));
 }
 
-std::string SectionWriter::addedMaps() const {
+std::string RenumberedSection::addedMaps() const {
   std::string text;
   for (const auto& [payload, number] : numbers_) {
     bool hasMap = false;
@@ -60,7 +60,7 @@ std::string SectionWriter::addedMaps() const {
   return text;
 }
 
-std::string SectionWriter::mLine(std::string_view line) const {
+std::string RenumberedSection::mLine(std::string_view line) const {
   constexpr int kFieldsBefore = 3;
   std::string_view rest = line;
   for (int i = 0; i < kFieldsBefore; ++i) Fields::takeField(rest);
@@ -69,7 +69,7 @@ std::string SectionWriter::mLine(std::string_view line) const {
   return text;
 }
 
-std::string SectionWriter::parametersOf(std::string_view payload, std::string_view text) const {
+std::string RenumberedSection::parametersOf(std::string_view payload, std::string_view text) const {
   const Codec* const codec = codecs_.find(payload);
   if (codec == nullptr) return std::string(text);
   if (codec->family == Family::rtx) {
@@ -85,7 +85,7 @@ std::string SectionWriter::parametersOf(std::string_view payload, std::string_vi
 }
 
 /// The `pt` of a restriction (RFC 8851, section 10).
-std::string SectionWriter::rid(std::string_view line) const {
+std::string RenumberedSection::rid(std::string_view line) const {
   std::string_view rest = line;
   Fields::takeField(rest);
   Fields::takeField(rest);
@@ -95,7 +95,7 @@ std::string SectionWriter::rid(std::string_view line) const {
   return text.append(withParameter(rest, "pt", list(*payloads, ',')));
 }
 
-std::string SectionWriter::list(std::string_view payloads, char separator) const {
+std::string RenumberedSection::list(std::string_view payloads, char separator) const {
   std::string text;
   while (true) {
     const std::size_t end = std::min(payloads.find(separator), payloads.size());

@@ -12,9 +12,9 @@ namespace sdp::exchange {
 
 /// Writes the lines of a section with other payload numbers: in the m-line, in the attributes of formats, and where
 /// parameters name formats (rtx, red, rid).
-class SectionWriter {
+class RenumberedSection {
  public:
-  SectionWriter(const Section& section, const Renumbering& numbers);
+  RenumberedSection(const Section& section, const Renumbering& numbers);
 
   /// A line of the section as it is to be, without an end.
   std::string written(std::string_view line) const;

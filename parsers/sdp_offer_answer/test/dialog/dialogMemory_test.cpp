@@ -31,12 +31,14 @@ namespace {
 
 using namespace dialogTest;
 
-const std::string kOurs = ours("1",
-                               "a=group:BUNDLE a v|m=audio 4000 RTP/AVP 96 97|a=rtpmap:96 opus/48000/2|a=fmtp:96 stereo=1|"
-                               "a=rtpmap:97 telephone-event/8000|a=mid:a|m=video 4002 RTP/AVP 98|a=rtpmap:98 VP8/90000|a=mid:v|");
-const std::string kTheirs = theirs("1",
-                                   "a=group:BUNDLE a v|m=audio 5000 RTP/AVP 111 97|a=rtpmap:111 opus/48000/2|a=fmtp:111 stereo=0|"
-                                   "a=rtpmap:97 telephone-event/8000|a=mid:a|m=video 5002 RTP/AVP 100|a=rtpmap:100 VP8/90000|a=mid:v|");
+const std::string kOurs =
+    ours("1",
+         "a=group:BUNDLE a v|m=audio 4000 RTP/AVP 96 97|a=rtpmap:96 opus/48000/2|a=fmtp:96 stereo=1|"
+         "a=rtpmap:97 telephone-event/8000|a=mid:a|m=video 4002 RTP/AVP 98|a=rtpmap:98 VP8/90000|a=mid:v|");
+const std::string kTheirs = theirs(
+    "1",
+    "a=group:BUNDLE a v|m=audio 5000 RTP/AVP 111 97|a=rtpmap:111 opus/48000/2|a=fmtp:111 stereo=0|"
+    "a=rtpmap:97 telephone-event/8000|a=mid:a|m=video 5002 RTP/AVP 100|a=rtpmap:100 VP8/90000|a=mid:v|");
 
 struct Call {
   const char* name;
@@ -50,8 +52,10 @@ constexpr Call kCalls[] = {
     {"hold", DialogState::stable, [](Dialog& dialog) { return dialog.hold().failure; }},
     {"resume", DialogState::stable, [](Dialog& dialog) { return dialog.resume().failure; }},
     {"receiveOffer", DialogState::stable, [](Dialog& dialog) { return dialog.receiveOffer(kOurs).failure; }},
+    {"answer", DialogState::remoteOffer, [](Dialog& dialog) { return dialog.answer(kOurs).failure; }},
     {"answerAsIs", DialogState::remoteOffer, [](Dialog& dialog) { return dialog.answerAsIs(kOurs).failure; }},
-    {"receiveAnswer", DialogState::localOffer, [](Dialog& dialog) { return dialog.receiveAnswer(kTheirs).failure; }},
+    {"receiveAnswer", DialogState::localOffer,
+     [](Dialog& dialog) { return dialog.receiveAnswer(kTheirs).failure; }},
     {"rollback", DialogState::localOffer, [](Dialog& dialog) { return dialog.rollback().failure; }},
     {"agreed", DialogState::stable, [](Dialog& dialog) { return dialog.agreed().failure; }},
     {"agreed of a section", DialogState::stable, [](Dialog& dialog) { return dialog.agreed(2).failure; }},

@@ -48,7 +48,6 @@ class ModelledDialog {
   std::uint32_t exchanges() const { return exchanges_; }
 
  private:
-
   std::string description();
   std::string peersBody(std::uint32_t sections, bool isAnswer);
   void offer();

@@ -1,5 +1,7 @@
 #include "commands/commandTable.h"
 
+#include "commands/answerCommand.h"
+#include "commands/checkAnswerCommand.h"
 #include "commands/compareCommand.h"
 #include "commands/createCommand.h"
 #include "commands/inspectCommand.h"
@@ -60,6 +62,26 @@ constexpr OptionRow kCompareOptions[] = {kColourOption};
 constexpr OperandRow kCompareOperands[] = {
     {"A", "A body, a SIP message, or - for standard input.", true, true, false},
     {"B", "The other one.", true, true, false}};
+
+constexpr std::string_view kPreferences[] = {"local", "offer"};
+constexpr std::string_view kSetups[] = {"passive"};
+
+constexpr OptionRow kAnswerOptions[] = {
+    {"--local", "FILE", {}, "", "What the engine can do, as a body.", {}, true},
+    {"--prefer", "SIDE", kPreferences, "offer", "Whose order of formats counts."},
+    {"--single", "", {}, "", "Leave one codec in each section, and what serves it."},
+    {"--setup", "ROLE", kSetups, "", "Take the passive role of DTLS where the offer leaves the choice."},
+    {"--previous", "FILE", {}, "", "The answer given before in the dialog: its session and roles go on."}};
+
+constexpr OperandRow kAnswerOperands[] = {
+    {"OFFER", "A body, a SIP message, or - for standard input.", true, true, false}};
+
+constexpr OptionRow kCheckAnswerOptions[] = {
+    {"--json", "", {}, "", "Write a JSON document instead of lines."}};
+
+constexpr OperandRow kCheckAnswerOperands[] = {
+    {"OFFER", "A body, a SIP message, or - for standard input.", true, true, false},
+    {"ANSWER", "The answer to it.", true, true, false}};
 
 constexpr OptionRow kOfferOptions[] = {kTraceOption};
 
@@ -123,6 +145,19 @@ constexpr CommandRow kCommands[] = {
      "lower. Then the lines that differ follow as a unified diff. The exit status is 0 when the bodies are "
      "the same, whatever their o-lines, 1 when they differ, and 2 when something is wrong with an input.",
      kCompareOptions, kCompareOperands, runCompare},
+    {"answer", "Answer an offer from a local description",
+     "Writes the answer to OFFER of an engine that ends the media. What the engine can do is a body: for each "
+     "medium a section with address, port, profile, formats in its order of preference, fmtp, direction, keys "
+     "and ICE. The answer has the sections of the offer in its order; those that no local section can serve "
+     "have port 0. When no section would be accepted, or the offer is no session description, standard error "
+     "says why, and the exit status is 1; it is 2 when the local description has no section.",
+     kAnswerOptions, kAnswerOperands, runAnswer},
+    {"check-answer", "List what is wrong with an answer",
+     "Lists what an answer to an offer breaks of the rules of RFC 3264 and its extensions, one a line: the "
+     "number of the section, or 0 for the session, the name of the rule, and what is wrong. An answer may be "
+     "of any peer. The exit status is 0 when nothing is wrong, 1 otherwise, and 2 when an input cannot be "
+     "read.",
+     kCheckAnswerOptions, kCheckAnswerOperands, runCheckAnswer},
     {"update-answer", "Bring an answer up to date with a new offer",
      "Writes OWN without the audio codecs that NEW no longer has, with port 0 for video of NEW, and where "
      "one of these applies with a new o-line. Both offers must have the same session address and audio port, "

@@ -47,6 +47,7 @@ std::string optionEntry(const OptionRow& option) {
     const bool last = i + 1 == option.values.size();
     out += (i == 0 ? " " : last ? " or " : ", ") + ("\\fB" + escaped(option.values[i])) + "\\fR";
   }
+  if (option.initial.empty()) return out + ".\n";
   return out + "; without the option, \\fB" + escaped(option.initial) + "\\fR.\n";
 }
 

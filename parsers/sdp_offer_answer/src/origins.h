@@ -1,5 +1,5 @@
-#ifndef SDP_OFFER_ANSWER_ORIGIN_H
-#define SDP_OFFER_ANSWER_ORIGIN_H
+#ifndef SDP_OFFER_ANSWER_ORIGINS_H
+#define SDP_OFFER_ANSWER_ORIGINS_H
 
 // O-lines of bodies: sessions and their versions (RFC 4566, section 5.2; RFC 3264, section 8).
 
@@ -27,6 +27,8 @@ struct Origin {
 /// The first o-line in front of the sections; nothing when there is none, or its version is no number.
 std::optional<Origin> originOf(std::string_view body);
 
+/// A number of digits without zeros in front.
+std::string_view withoutZeros(std::string_view digits);
 /// Compares numbers of any length by their digits.
 std::strong_ordering compareVersions(std::string_view a, std::string_view b);
 /// The next number, without leading zeros.

@@ -1,6 +1,6 @@
 // Reading o-lines, and raising their versions.
 
-#include "origin.h"
+#include "origins.h"
 
 #include <algorithm>
 
@@ -44,10 +44,6 @@ class Lines {
   bool wasOriginSeen_ = false;
 };
 
-std::string_view withoutZeros(std::string_view digits) {
-  return digits.substr(std::min(digits.find_first_not_of('0'), digits.size() - 1));
-}
-
 }  // namespace
 
 bool Origin::isSameSession(const Origin& other) const {
@@ -68,6 +64,10 @@ std::optional<Origin> originOf(std::string_view body) {
     return Origin{lines.line(), version};
   }
   return std::nullopt;
+}
+
+std::string_view withoutZeros(std::string_view digits) {
+  return digits.substr(std::min(digits.find_first_not_of('0'), digits.size() - 1));
 }
 
 std::strong_ordering compareVersions(std::string_view a, std::string_view b) {

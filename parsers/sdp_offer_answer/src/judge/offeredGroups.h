@@ -1,0 +1,45 @@
+#ifndef SDP_OFFER_ANSWER_JUDGE_OFFERED_GROUPS_H
+#define SDP_OFFER_ANSWER_JUDGE_OFFERED_GROUPS_H
+
+// The groups of an offer (RFC 5888), and whether one has all members of another.
+
+#include <cstdint>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "sdpDocument.h"
+
+namespace sdp::exchange {
+
+/// The members of a group, each once, in the order of its line.
+class MidSet {
+ public:
+  explicit MidSet(const Fields& mids);
+
+  std::vector<std::string_view>::const_iterator begin() const { return mids_.begin(); }
+  std::vector<std::string_view>::const_iterator end() const { return mids_.end(); }
+
+ private:
+  std::vector<std::string_view> mids_;
+};
+
+class OfferedGroups {
+ public:
+  explicit OfferedGroups(const Session& session);
+
+  /// Whether a group of these semantics has all these members.
+  bool contain(std::string_view semantics, const MidSet& members) const;
+
+ private:
+  /// The numbers of the groups that have a member, ascending.
+  using Numbers = std::vector<std::uint32_t>;
+  /// The groups of one semantics, by their members.
+  using Kind = std::unordered_map<std::string_view, Numbers>;
+
+  std::unordered_map<std::string_view, Kind> kinds_;
+};
+
+}  // namespace sdp::exchange
+
+#endif

@@ -1,8 +1,8 @@
 // The o-line of an answer.
 
 #include "answer/sessionWriter.h"
+#include "origins.h"
 #include "parameters.h"
-#include "text/anyLines.h"
 
 namespace sdp::exchange {
 namespace {
@@ -13,52 +13,6 @@ std::string_view originOf(const Document& document) {
     if (line.content.starts_with("o=")) return line.content;
   }
   return {};
-}
-
-/// The lines of a text that are not empty, without the first o-line.
-class OtherLines {
- public:
-  explicit OtherLines(std::string_view text) : lines_(text) {}
-  /// The next one; empty when there is none left.
-  std::string_view next() {
-    while (!lines_.atEnd()) {
-      const std::string_view line = lines_.next().content;
-      const bool isOrigin = !hasOrigin_ && line.starts_with("o=");
-      hasOrigin_ = hasOrigin_ || isOrigin;
-      if (!line.empty() && !isOrigin) return line;
-    }
-    return {};
-  }
-
- private:
-  sdpneg::AnyLines lines_;
-  bool hasOrigin_ = false;
-};
-
-bool areSameLines(std::string_view before, std::string_view text) {
-  OtherLines theirs(before);
-  OtherLines ours(text);
-  for (;;) {
-    const std::string_view line = theirs.next();
-    if (line != ours.next()) return false;
-    if (line.empty()) return true;
-  }
-}
-
-/// A number of any length without zeros in front.
-std::string withoutZeros(std::string_view digits) {
-  const std::size_t first = digits.find_first_not_of('0');
-  return first == std::string_view::npos ? "0" : std::string(digits.substr(first));
-}
-
-std::string raised(std::string digits) {
-  for (std::size_t i = digits.size(); i-- > 0; digits[i] = '0') {
-    if (digits[i] != '9') {
-      ++digits[i];
-      return digits;
-    }
-  }
-  return "1" + digits;
 }
 
 }  // namespace
@@ -75,8 +29,7 @@ std::string originLine(const Sides& sides, std::string_view before, std::string_
   std::string version(fields[2]);
   if (readNumber(lastVersion)) {
     const std::string text = std::string(before).append(behind);
-    version = withoutZeros(lastVersion);
-    if (!areSameLines(previous->text(), text)) version = raised(version);
+    version = haveSameLines(previous->text(), text) ? withoutZeros(lastVersion) : raisedVersion(lastVersion);
   }
   const auto placeOf = [own](std::string_view field) {
     return static_cast<std::size_t>(field.data() - own.data());

@@ -1,0 +1,60 @@
+// Which keys were agreed.
+
+#include "agreedParts.h"
+#include "text/search.h"
+
+namespace sdp::exchange {
+namespace {
+
+/// The tag of a crypto attribute (RFC 4568, section 9.1).
+std::string_view tagOf(const Attribute& crypto) { return crypto.fields()[0]; }
+
+/// The answer has one of the offered lines; each side has keys of its own beside the same tag.
+void chooseCrypto(AgreedSection& agreed, const SidePart& local, const SidePart& remote, bool isOfferLocal) {
+  const SidePart& offer = isOfferLocal ? local : remote;
+  const SidePart& answer = isOfferLocal ? remote : local;
+  std::string& offered = isOfferLocal ? agreed.local.crypto : agreed.remote.crypto;
+  std::string& answered = isOfferLocal ? agreed.remote.crypto : agreed.local.crypto;
+  const auto lines = answer.bundles.attributesOf(answer.section, Credential::crypto);
+  const auto chosen = lines.begin();
+  if (chosen == Range<AttributeCursor>::end()) return;
+  for (const Attribute& crypto : offer.bundles.attributesOf(offer.section, Credential::crypto)) {
+    if (tagOf(crypto) != tagOf(*chosen)) continue;
+    offered = crypto.value.value_or(std::string_view());
+    answered = chosen->value.value_or(std::string_view());
+    return;
+  }
+}
+
+DtlsRole roleOf(const AgreedSection& agreed, bool isOfferLocal) {
+  const std::string& answered = isOfferLocal ? agreed.remote.setup : agreed.local.setup;
+  const std::string& offered = isOfferLocal ? agreed.local.setup : agreed.remote.setup;
+  // What is missing is active in an offer and passive in an answer (RFC 4145, section 4).
+  bool isAnswererClient = answered == "active";
+  if (answered != "active" && answered != "passive") isAnswererClient = offered == "passive";
+  return isAnswererClient == isOfferLocal ? DtlsRole::server : DtlsRole::client;
+}
+
+}  // namespace
+
+void chooseKeys(AgreedSection& agreed, const SidePart& local, const SidePart& remote, bool isOfferLocal) {
+  const bool hasTls = sdpneg::contains(agreed.transport, "TLS");
+  const bool isRtp = sdpneg::contains(agreed.transport, "RTP/");
+  const bool isSecure = hasTls || sdpneg::contains(agreed.transport, "SAVP");
+  if (isRtp && !hasTls) chooseCrypto(agreed, local, remote, isOfferLocal);
+  const bool hasFingerprints = !agreed.local.fingerprints.empty() && !agreed.remote.fingerprints.empty();
+  if (!agreed.local.crypto.empty()) {
+    agreed.security = Security::sdes;
+  } else if (hasFingerprints && (isRtp || hasTls)) {
+    agreed.security = Security::dtls;
+    agreed.dtlsRole = roleOf(agreed, isOfferLocal);
+  } else if (isRtp && !hasTls && !agreed.local.keyMgmt.empty() && !agreed.remote.keyMgmt.empty()) {
+    agreed.security = Security::mikey;
+  } else if (isRtp && isSecure) {
+    agreed.security = Security::keyless;
+  } else if (hasTls) {
+    agreed.security = Security::dtls;  // with certificates that nothing tells of
+  }
+}
+
+}  // namespace sdp::exchange

@@ -155,7 +155,8 @@ def check_browser_answers(browser, tool, case):
             expect_refusal(step.browser_refusal, browser_answer, browser, step)
             continue
         offer, answer = browser_answer(browser, step)
-        expect("findings of the judge", tool.findings(offer, answer), [])
+        findings = [": ".join(line.split(": ")[:2]) for line in tool.findings(offer, answer)]
+        expect("findings of the judge", findings, step.findings)
         expect("signalling state", browser.call("stateOf", "answerer")["signaling"], "stable")
 
 

@@ -6,6 +6,7 @@ from browserOffers import turned
 
 NARROW = "PCMA PCMU telephone-event"
 VOICE = "opus G722 PCMA PCMU telephone-event"
+MESSAGES = "data 100000"  # the lower of both, of which Chromium's is 262144
 BOTH_WAYS = turned("sendrecv")
 # Chromium gives every section a mid, also where none was offered.
 MID = ["1: mid-not-offered"]
@@ -31,10 +32,11 @@ class Case:
 
 
 CASES = [
-    Case("a bundle", [Offered("offers/bundled.sdp", ["sendrecv " + VOICE, "sendrecv VP8 rtx", "data"], BOTH_WAYS)]),
-    Case("a bundle, received only", [Offered("offers/bundled.sdp", ["recvonly " + VOICE, "recvonly VP8 rtx", "data"])]),
+    Case("a bundle", [Offered("offers/bundled.sdp", ["sendrecv " + VOICE, "sendrecv VP8 rtx", MESSAGES], BOTH_WAYS)]),
+    Case("a bundle, received only", [
+        Offered("offers/bundled.sdp", ["recvonly " + VOICE, "recvonly VP8 rtx", MESSAGES])]),
     Case("a bundle for max-bundle", [
-        Offered("offers/bundled.sdp", ["sendrecv " + VOICE, "sendrecv VP8 rtx", "data"], BOTH_WAYS)],
+        Offered("offers/bundled.sdp", ["sendrecv " + VOICE, "sendrecv VP8 rtx", MESSAGES], BOTH_WAYS)],
         {"bundlePolicy": "max-bundle"}),
     Case("several videos", [
         Offered("offers/three-videos.sdp", ["sendrecv " + VOICE, *3 * ["sendrecv VP8 rtx"]], BOTH_WAYS)]),
@@ -47,7 +49,7 @@ CASES = [
             "recvonly VP8 rtx H264 rtx H264 rtx H264 rtx VP9 rtx VP9 rtx AV1 rtx red ulpfec"])]),
     Case("simulcast", [Offered("offers/simulcast.sdp", ["recvonly " + VOICE, "sendonly VP8 rtx"],
                                "peer.getTransceivers()[1].direction = 'sendonly';")]),
-    Case("data alone", [Offered("offers/data.sdp", ["data"])]),
+    Case("data alone", [Offered("offers/data.sdp", [MESSAGES])]),
     Case("no BUNDLE", [Offered("local/gateway.sdp", ["sendrecv " + NARROW, "sendrecv H264"], BOTH_WAYS,
                                 findings=TWO_MIDS)]),
     Case("audio alone", [
@@ -67,13 +69,13 @@ CASES = [
         Offered("local/voice-gateway.sdp", ["sendrecv PCMU PCMA telephone-event"], findings=MID,
                 edits=(("7300 2 IN", "7300 5 IN"),))]),
     Case("ICE restart", [
-        Offered("offers/bundled.sdp", ["recvonly " + VOICE, "recvonly VP8 rtx", "data"]),
-        Offered("offers/bundled.sdp", ["recvonly " + VOICE, "recvonly VP8 rtx", "data"],
+        Offered("offers/bundled.sdp", ["recvonly " + VOICE, "recvonly VP8 rtx", MESSAGES]),
+        Offered("offers/bundled.sdp", ["recvonly " + VOICE, "recvonly VP8 rtx", MESSAGES],
                 edits=(("8100 2 IN", "8100 3 IN"), ("ufrag:Serv", "ufrag:Anew"), ("OfServ", "OfAnew")))]),
     Case("video is added later", [
         Offered("offers/bundled.sdp", ["recvonly " + VOICE, "refused", "refused"],
                 edits=(("BUNDLE sound picture messages", "BUNDLE sound"), ("a=bundle-only\r\n", ""))),
-        Offered("offers/bundled.sdp", ["recvonly " + VOICE, "recvonly VP8 rtx", "data"],
+        Offered("offers/bundled.sdp", ["recvonly " + VOICE, "recvonly VP8 rtx", MESSAGES],
                 edits=(("8100 2 IN", "8100 3 IN"),))]),
     Case("no rtcp-mux is not taken", [
         Offered("local/voice-gateway.sdp", [], edits=(("a=rtcp-mux\r\n", ""),), browser_refusal="RTCP-MUX")]),
@@ -93,7 +95,7 @@ class Spoilt:
         return self.rule
 
 
-SPOILT_OFFER = Offered("offers/bundled.sdp", ["recvonly " + VOICE, "recvonly VP8 rtx", "data"], BOTH_WAYS,
+SPOILT_OFFER = Offered("offers/bundled.sdp", ["recvonly " + VOICE, "recvonly VP8 rtx", MESSAGES], BOTH_WAYS,
                        edits=(("a=sendrecv", "a=sendonly"),))
 SPOILT = [
     Spoilt(r"m=application [\s\S]*", "", "section-count"),

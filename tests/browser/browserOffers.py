@@ -5,6 +5,7 @@ from dataclasses import dataclass, field
 VOICE = "opus PCMU PCMA telephone-event"
 CAMERA = "VP8 rtx H264 rtx"
 NARROW = "PCMU PCMA telephone-event"
+MESSAGES = "data 65536"
 
 AUDIO = "peer.addTransceiver('audio');"
 VIDEO = "peer.addTransceiver('video');"
@@ -31,6 +32,8 @@ class Step:
     """An offer that a script leads to, and the sections of its answer as Section.summary gives them."""
     script: str
     expected: list
+    transports: int = 1
+    role: str = "active"  # that of DTLS
     options: tuple = ()
     trickle: bool = False
     edits: tuple = ()  # of the local description: pairs of what stands there and what comes for it
@@ -51,14 +54,14 @@ CASES = [
     Case("audio", "conference", [Step(AUDIO, ["sendrecv " + VOICE])]),
     Case("audio and video", "conference", [
         Step(AUDIO + VIDEO, ["sendrecv " + VOICE, "sendrecv " + CAMERA])]),
-    Case("data channel only", "conference", [Step(DATA, ["data"])]),
+    Case("data channel only", "conference", [Step(DATA, [MESSAGES])]),
     Case("audio, video and data", "conference", [
-        Step(AUDIO + VIDEO + DATA, ["sendrecv " + VOICE, "sendrecv " + CAMERA, "data"])]),
+        Step(AUDIO + VIDEO + DATA, ["sendrecv " + VOICE, "sendrecv " + CAMERA, MESSAGES])]),
     Case("an offer without candidates yet", "conference", [
-        Step(AUDIO + VIDEO + DATA, ["sendrecv " + VOICE, "sendrecv " + CAMERA, "data"], trickle=True)]),
+        Step(AUDIO + VIDEO + DATA, ["sendrecv " + VOICE, "sendrecv " + CAMERA, MESSAGES], trickle=True)]),
     Case("data before audio", "conference", [
-        Step(DATA, ["data"]),
-        Step(AUDIO, ["data", "sendrecv " + VOICE])]),
+        Step(DATA, [MESSAGES]),
+        Step(AUDIO, [MESSAGES, "sendrecv " + VOICE])]),
     Case("simulcast is answered with one layer", "conference", [
         Step(LAYERS, ["sendrecv " + CAMERA], encodings={"0": 1})]),
     Case("four videos where three can be had", "conference", [
@@ -68,7 +71,7 @@ CASES = [
     Case("sendonly", "conference", [
         Step(AUDIO + VIDEO + turned("sendonly"), ["recvonly " + VOICE, "recvonly " + CAMERA])]),
     Case("one direction for each medium", "conference", [
-        Step("peer.addTransceiver('audio', {direction: 'recvonly'}); peer.addTransceiver('video', {direction: 'inactive'});",
+        Step(AUDIO + turned("recvonly") + "peer.addTransceiver('video', {direction: 'inactive'});",
              ["sendonly " + VOICE, "inactive " + CAMERA])]),
     Case("video is added later", "conference", [
         Step(AUDIO, ["sendrecv " + VOICE]),
@@ -78,9 +81,9 @@ CASES = [
         Step("peer.getTransceivers()[1].stop();", ["sendrecv " + VOICE, "refused"]),
         Step(VIDEO, ["sendrecv " + VOICE, "sendrecv " + CAMERA])]),
     Case("ICE restart", "conference", [
-        Step(AUDIO + DATA, ["sendrecv " + VOICE, "data"]),
-        Step("peer.restartIce();", ["sendrecv " + VOICE, "data"],
-             edits=(("ice-ufrag:Conf", "ice-ufrag:Anew"), ("conferenceServerPassword", "conferenceServerAnewPassword")))]),
+        Step(AUDIO + DATA, ["sendrecv " + VOICE, MESSAGES]),
+        Step("peer.restartIce();", ["sendrecv " + VOICE, MESSAGES],
+             edits=(("ice-ufrag:Conf", "ice-ufrag:Anew"), ("conferenceServerPass", "conferenceServerAnewPass")))]),
     Case("hold and resume", "conference", [
         Step(AUDIO + VIDEO, ["sendrecv " + VOICE, "sendrecv " + CAMERA]),
         Step(turned("sendonly"), ["recvonly " + VOICE, "recvonly " + CAMERA]),
@@ -92,19 +95,19 @@ CASES = [
         Step("", ["inactive " + VOICE], edits=(("a=sendrecv", "a=inactive"),)),
         Step("", ["sendrecv " + VOICE])]),
     Case("max-bundle", "conference", [
-        Step(AUDIO + VIDEO + DATA, ["sendrecv " + VOICE, "sendrecv " + CAMERA, "data"])],
+        Step(AUDIO + VIDEO + DATA, ["sendrecv " + VOICE, "sendrecv " + CAMERA, MESSAGES])],
         {"bundlePolicy": "max-bundle"}),
     Case("balanced", "conference", [
         Step(AUDIO + 2 * VIDEO, ["sendrecv " + VOICE, "sendrecv " + CAMERA, "sendrecv " + CAMERA])],
         {"bundlePolicy": "balanced"}),
     Case("balanced, answered without BUNDLE", "gateway", [
-        Step(AUDIO + VIDEO, ["sendrecv " + NARROW, "sendrecv H264"])],
+        Step(AUDIO + VIDEO, ["sendrecv " + NARROW, "sendrecv H264"], 2)],
         {"bundlePolicy": "balanced"}),
     Case("max-compat, answered without BUNDLE", "gateway", [
-        Step(AUDIO + VIDEO, ["sendrecv " + NARROW, "sendrecv H264"])],
+        Step(AUDIO + VIDEO, ["sendrecv " + NARROW, "sendrecv H264"], 2)],
         {"bundlePolicy": "max-compat"}),
     Case("what a gateway lacks is refused", "gateway", [
-        Step(AUDIO + VIDEO + DATA, ["sendrecv " + NARROW, "sendrecv H264", "refused"])]),
+        Step(AUDIO + VIDEO + DATA, ["sendrecv " + NARROW, "sendrecv H264", "refused"], 2)]),
     Case("audio alone is answered", "voice-gateway", [
         Step(AUDIO + VIDEO + DATA, ["sendrecv " + NARROW, "refused", "refused"])]),
     Case("audio alone is answered, with video in front", "voice-gateway", [
@@ -123,12 +126,12 @@ CASES = [
     Case("the local order", "conference", [
         Step(AUDIO, ["sendrecv opus PCMA PCMU telephone-event"], options=("--prefer", "local"))]),
     Case("one codec for each medium", "gateway", [
-        Step(AUDIO + VIDEO, ["sendrecv PCMU telephone-event", "sendrecv H264"], options=("--single",))]),
+        Step(AUDIO + VIDEO, ["sendrecv PCMU telephone-event", "sendrecv H264"], 2, options=("--single",))]),
     Case("the browser is the active side", "conference", [
-        Step(AUDIO + DATA, ["sendrecv " + VOICE, "data"], options=("--setup", "passive"))]),
+        Step(AUDIO + DATA, ["sendrecv " + VOICE, MESSAGES], role="passive", options=("--setup", "passive"))]),
     Case("the role of DTLS stays", "conference", [
-        Step(AUDIO, ["sendrecv " + VOICE], options=("--setup", "passive")),
-        Step(VIDEO, ["sendrecv " + VOICE, "sendrecv " + CAMERA])]),
+        Step(AUDIO, ["sendrecv " + VOICE], role="passive", options=("--setup", "passive")),
+        Step(VIDEO, ["sendrecv " + VOICE, "sendrecv " + CAMERA], role="passive")]),
     Case("a plain gateway cannot answer", "plain-gateway", [Step(AUDIO, [], unanswerable=True)]),
     Case("a gateway with SDES cannot answer", "sdes-gateway", [Step(AUDIO, [], unanswerable=True)]),
 ]

@@ -37,11 +37,12 @@ class Section:
         return [f"{each} {names.get(each, '?')}" for each in self.formats]
 
     def summary(self):
-        """As the cases expect it: "refused", "data", or a direction and the codecs, as "sendrecv opus PCMU"."""
+        """As the cases expect it: "refused", "data" with its largest message, or a direction and the codecs, as
+        "sendrecv opus PCMU"."""
         if self.refused:
             return "refused"
         if self.media == "application":
-            return "data"
+            return f"data {self.value('max-message-size')}"
         return " ".join([self.direction, *(each.split()[1] for each in self.codecs)])
 
 
@@ -74,6 +75,11 @@ def transports_of(text):
     used = {"group" if section.value("mid") in bundled else index
             for index, section in enumerate(sections_of(text)) if not section.refused}
     return len(used)
+
+
+def roles_of(text):
+    """Those that the sections of an answer have for DTLS."""
+    return {section.value("setup") for section in sections_of(text) if not section.refused}
 
 
 def with_edits(text, edits):

@@ -219,7 +219,7 @@ def check_all(browser, tool):
                 check(browser, tool, case)
             except (Failure, BrowserError, subprocess.TimeoutExpired) as problem:
                 failed += 1
-                print(f"failed {name}: {problem}")
+                print(f"failed {name}: {' '.join(str(problem).split())}", flush=True)
             else:
                 passed += 1
                 print(f"ok {name}", flush=True)

@@ -104,9 +104,6 @@ class Sameness {
   std::vector<std::uint8_t> known_;  ///< by format of a and of b
 };
 
-/// As areSame for formats that are neither red nor rtx, which name others.
-bool areSameAlone(const Codec& x, const Codec& y);
-
 /// The values of the parameters that formats of one encoding must both have to be the same, as a text that is the same
 /// exactly when they are. Profiles of H264, and sets of which a common part suffices, are not among them.
 std::string agreementOf(const Codec& codec);

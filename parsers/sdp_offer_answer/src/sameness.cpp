@@ -67,6 +67,14 @@ bool haveCommonModes(const Codec& x, const Codec& y) {
   return !a || !b || (*a & *b).any();
 }
 
+/// All but formats that serve others by their payload types.
+bool areSameAlone(const Codec& x, const Codec& y) {
+  if (!haveSameEncoding(x, y) || !agree(x, y)) return false;
+  if (x.family == Family::h264) return haveSameProfile(x, y);
+  if (x.family == Family::amr) return haveCommonModes(x, y);
+  return x.family != Family::telephoneEvent || (eventsOf(x) & eventsOf(y)).any();
+}
+
 bool isForOthers(const Codec& codec) { return codec.family == Family::rtx || codec.family == Family::red; }
 
 /// Two lists, and how their formats compare that are neither red nor rtx: `Alone(const Codec&, const Codec&)`.
@@ -135,13 +143,6 @@ std::string agreementOf(const Codec& codec) {
   }
   if (isInterleaved(codec)) text += "interleaving";
   return text;
-}
-
-bool areSameAlone(const Codec& x, const Codec& y) {
-  if (!haveSameEncoding(x, y) || !agree(x, y)) return false;
-  if (x.family == Family::h264) return haveSameProfile(x, y);
-  if (x.family == Family::amr) return haveCommonModes(x, y);
-  return x.family != Family::telephoneEvent || (eventsOf(x) & eventsOf(y)).any();
 }
 
 bool haveSameEncoding(const Codec& x, const Codec& y) {

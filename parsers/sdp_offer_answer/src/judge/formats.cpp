@@ -42,7 +42,7 @@ bool judgeCodec(std::uint32_t section, const CodecList& list, const OfferedCodec
   const Codec* const numbered = list.find(codec.payload);
   const bool isKnown = numbered != nullptr && !numbered->name.empty() && !codec.name.empty();
   if (isKnown && haveSameEncoding(*numbered, codec)) {
-    addMisfit(section, codec, misfitOf(*numbered, codec), findings);
+    addMisfit(section, codec, misfitOf(CodecTraits(*numbered), CodecTraits(codec)), findings);
     return true;
   }
   const bool isChanged = isKnown;
@@ -50,7 +50,7 @@ bool judgeCodec(std::uint32_t section, const CodecList& list, const OfferedCodec
     findings.add(section, AnswerRule::payloadChanged, {textOf(codec), "; offered was ", textOf(*numbered)});
   }
   const bool isOffered = offered.has(codec);
-  if (isOffered) addMisfit(section, codec, offered.misfitOf(codec), findings);
+  if (isOffered) addMisfit(section, codec, offered.misfitOf(codec, CodecTraits(codec)), findings);
   if (isOffered || (numbered != nullptr && !isChanged)) return true;
   if (!isChanged) findings.add(section, AnswerRule::codecNotOffered, {textOf(codec), " was not offered"});
   return false;

@@ -24,50 +24,57 @@ bool allowsAsymmetry(const Codec& codec) {
   return codec.parameter("level-asymmetry-allowed").value_or(std::string_view()) == "1";
 }
 
-/// What formats of H264 must have the same, that have a profile-level-id.
-std::string h264KeyOf(const Codec& codec, const ProfileLevelId& id) {
-  return agreementOf(codec).append(std::to_string(profileOf(id)));
-}
-
 bool hasParameters(Family family) {
   return family == Family::amr || family == Family::h265 || family == Family::vp9 || family == Family::av1;
 }
 
+/// The same for all that one offered format may stand for.
+std::string keyOf(const CodecTraits& traits) {
+  return traits.id ? traits.agreement + std::to_string(profileOf(*traits.id)) : traits.agreement;
+}
+
 }  // namespace
 
-Misfit misfitOf(const Codec& offered, const Codec& answered) {
+CodecTraits::CodecTraits(const Codec& codec) : family(codec.family) {
+  if (family != Family::h264 && !hasParameters(family)) return;
+  agreement = agreementOf(codec);
+  if (family == Family::amr) modes = modesOf(codec);
+  if (family != Family::h264) return;
+  id = profileLevelIdOf(codec);
+  allowsAsymmetry = exchange::allowsAsymmetry(codec);
+}
+
+Misfit misfitOf(const CodecTraits& offered, const CodecTraits& answered) {
   Misfit misfit;
-  if (hasParameters(offered.family)) misfit.parameters = !areSameAlone(offered, answered);
-  if (offered.family != Family::h264) return misfit;
-  const std::optional<ProfileLevelId> theirs = profileLevelIdOf(offered);
-  const std::optional<ProfileLevelId> ours = profileLevelIdOf(answered);
-  if (!theirs || !ours) return misfit;
-  misfit.profile = profileOf(*theirs) != profileOf(*ours);
-  misfit.mode = agreementOf(offered) != agreementOf(answered);
-  const bool isBound = !misfit.profile && !(allowsAsymmetry(offered) && allowsAsymmetry(answered));
-  misfit.level = isBound && rankOf(*ours) > rankOf(*theirs);
+  const bool agree = offered.agreement == answered.agreement;
+  if (hasParameters(answered.family)) {
+    const bool haveModes = offered.modes && answered.modes;
+    misfit.parameters = !agree || (haveModes && (*offered.modes & *answered.modes).none());
+  }
+  if (!offered.id || !answered.id) return misfit;
+  misfit.profile = profileOf(*offered.id) != profileOf(*answered.id);
+  misfit.mode = !agree;
+  const bool isBound = !misfit.profile && !(offered.allowsAsymmetry && answered.allowsAsymmetry);
+  misfit.level = isBound && rankOf(*answered.id) > rankOf(*offered.id);
   return misfit;
 }
 
 OfferedCodecs::OfferedCodecs(const CodecList& codecs) {
   for (const Codec& codec : codecs) {
     if (codec.name.empty()) continue;
-    Encoding& encoding = encodings_[encodingKeyOf(codec)];
-    if (encoding.first == nullptr) encoding.first = &codec;
-    if (hasParameters(codec.family)) {
-      Alike& alike = encoding.alike[agreementOf(codec)];
-      const std::optional<ModeSet> modes = modesOf(codec);
-      if (modes) alike.modes |= *modes;
-      alike.anyModes = alike.anyModes || !modes;
-    }
-    if (codec.family != Family::h264) continue;
-    const std::optional<ProfileLevelId> id = profileLevelIdOf(codec);
-    encoding.anyProfile = encoding.anyProfile || !id;
-    if (!id) continue;
-    Alike& alike = encoding.alike[h264KeyOf(codec, *id)];
-    alike.highestLevel = std::max(alike.highestLevel, rankOf(*id));
-    alike.isAsymmetric = alike.isAsymmetric || allowsAsymmetry(codec);
+    const CodecTraits traits(codec);
+    add(encodings_.try_emplace(encodingKeyOf(codec), traits).first->second, traits);
   }
+}
+
+void OfferedCodecs::add(Encoding& encoding, const CodecTraits& traits) {
+  if (traits.agreement.empty()) return;
+  Alike& alike = encoding.alike[keyOf(traits)];
+  alike.anyModes = alike.anyModes || !traits.modes;
+  if (traits.modes) alike.modes |= *traits.modes;
+  encoding.anyProfile = encoding.anyProfile || !traits.id;
+  if (traits.id) alike.highestLevel = std::max(alike.highestLevel, rankOf(*traits.id));
+  alike.allowsAsymmetry = alike.allowsAsymmetry || traits.allowsAsymmetry;
 }
 
 const OfferedCodecs::Encoding* OfferedCodecs::find(const Codec& codec) const {
@@ -78,26 +85,20 @@ const OfferedCodecs::Encoding* OfferedCodecs::find(const Codec& codec) const {
 
 bool OfferedCodecs::has(const Codec& codec) const { return find(codec) != nullptr; }
 
-bool OfferedCodecs::fits(const Encoding& encoding, const Codec& answered) {
-  if (hasParameters(answered.family)) {
-    const auto alike = encoding.alike.find(agreementOf(answered));
-    if (alike == encoding.alike.end()) return false;
-    const std::optional<ModeSet> modes = modesOf(answered);
-    return alike->second.anyModes || !modes || (alike->second.modes & *modes).any();
-  }
-  if (answered.family != Family::h264) return true;
-  const std::optional<ProfileLevelId> id = profileLevelIdOf(answered);
-  if (!id || encoding.anyProfile) return true;
-  const auto alike = encoding.alike.find(h264KeyOf(answered, *id));
-  if (alike == encoding.alike.end()) return false;
-  return rankOf(*id) <= alike->second.highestLevel ||
-         (alike->second.isAsymmetric && allowsAsymmetry(answered));
+bool OfferedCodecs::fits(const Encoding& encoding, const CodecTraits& answered) {
+  const bool isOfH264 = answered.family == Family::h264;
+  if (answered.agreement.empty() || (isOfH264 && (!answered.id || encoding.anyProfile))) return true;
+  const auto found = encoding.alike.find(keyOf(answered));
+  if (found == encoding.alike.end()) return false;
+  const Alike& alike = found->second;
+  if (!isOfH264) return alike.anyModes || !answered.modes || (alike.modes & *answered.modes).any();
+  return rankOf(*answered.id) <= alike.highestLevel || (alike.allowsAsymmetry && answered.allowsAsymmetry);
 }
 
-Misfit OfferedCodecs::misfitOf(const Codec& answered) const {
-  const Encoding* const encoding = find(answered);
+Misfit OfferedCodecs::misfitOf(const Codec& codec, const CodecTraits& answered) const {
+  const Encoding* const encoding = find(codec);
   if (encoding == nullptr || fits(*encoding, answered)) return {};
-  return exchange::misfitOf(*encoding->first, answered);
+  return exchange::misfitOf(encoding->first, answered);
 }
 
 }  // namespace sdp::exchange

@@ -5,11 +5,13 @@
 // both may have thousands.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <unordered_map>
-#include <vector>
+#include <utility>
 
 #include "codecs.h"
+#include "h264.h"
 #include "parameterSets.h"
 
 namespace sdp::exchange {
@@ -24,34 +26,47 @@ struct Misfit {
   explicit operator bool() const { return parameters || profile || mode || level; }
 };
 
+/// What of a codec's parameters is weighed, read once: they may be long.
+struct CodecTraits {
+  explicit CodecTraits(const Codec& codec);
+
+  Family family;
+  std::string agreement;  ///< the same for all that agree in what must be the same
+  std::optional<ModeSet> modes;
+  std::optional<ProfileLevelId> id;
+  bool allowsAsymmetry = false;
+};
+
 /// Compares a codec of an answer with an offered one of the same encoding.
-Misfit misfitOf(const Codec& offered, const Codec& answered);
+Misfit misfitOf(const CodecTraits& offered, const CodecTraits& answered);
 
 class OfferedCodecs {
  public:
-  /// @param codecs must outlive this
   explicit OfferedCodecs(const CodecList& codecs);
 
   /// Whether a codec of this encoding, clock rate and channels is there.
   bool has(const Codec& codec) const;
   /// Compares with all of the encoding: nothing is wrong when one fits, else what is with the first.
-  Misfit misfitOf(const Codec& answered) const;
+  Misfit misfitOf(const Codec& codec, const CodecTraits& answered) const;
 
  private:
-  /// What formats allow that agree in all parameters that must be the same.
+  /// What formats allow that agree, and of H264 are of one profile.
   struct Alike {
     bool anyModes = false;  ///< one has no mode-set
     ModeSet modes;          ///< of all others
     int highestLevel = -1;
-    bool isAsymmetric = false;  ///< one allows other levels in the other direction
+    bool allowsAsymmetry = false;  ///< one does
   };
   struct Encoding {
-    const Codec* first = nullptr;
+    explicit Encoding(CodecTraits traits) : first(std::move(traits)) {}
+
+    CodecTraits first;
     bool anyProfile = false;  ///< one has no profile-level-id
     std::unordered_map<std::string, Alike> alike;
   };
+  static void add(Encoding& encoding, const CodecTraits& traits);
   const Encoding* find(const Codec& codec) const;
-  static bool fits(const Encoding& encoding, const Codec& answered);
+  static bool fits(const Encoding& encoding, const CodecTraits& answered);
 
   std::unordered_map<std::string, Encoding> encodings_;
 };

@@ -6,6 +6,12 @@
 #include <unordered_set>
 
 namespace sdp::exchange {
+namespace {
+
+constexpr std::uint32_t kBits = 64;
+std::uint64_t bitOf(std::uint32_t number) { return std::uint64_t{1} << number % kBits; }
+
+}  // namespace
 
 MidSet::MidSet(const Fields& mids) {
   std::unordered_set<std::string_view> told;
@@ -15,36 +21,55 @@ MidSet::MidSet(const Fields& mids) {
 }
 
 OfferedGroups::OfferedGroups(const Session& session) {
-  std::uint32_t number = 0;
   for (const Group& group : session.groups()) {
     Kind& kind = kinds_[group.semantics];
-    for (const std::string_view mid : MidSet(group.mids)) kind[mid].push_back(number);
-    ++number;
+    for (const std::string_view mid : MidSet(group.mids)) kind.byMid[mid].numbers.push_back(kind.count);
+    ++kind.count;
   }
+  for (auto& [semantics, kind] : kinds_) {
+    const std::size_t words = kind.count / kBits + 1;
+    for (auto& [mid, bearers] : kind.byMid) {
+      if (bearers.numbers.size() < words) continue;
+      bearers.bits.resize(words);
+      for (const std::uint32_t group : bearers.numbers) bearers.bits[group / kBits] |= bitOf(group);
+    }
+  }
+}
+
+bool OfferedGroups::Bearers::have(std::uint32_t group) const {
+  if (bits.empty()) return std::binary_search(numbers.begin(), numbers.end(), group);
+  return (bits[group / kBits] & bitOf(group)) != 0;
+}
+
+/// Whether one group is among those of all, which are not empty. Peers may send any number of groups with any number of
+/// members, so that many are compared by 64 at once.
+bool OfferedGroups::haveCommon(const std::vector<const Bearers*>& all) {
+  const Bearers& rarest = **std::min_element(all.begin(), all.end(), [](const Bearers* a, const Bearers* b) {
+    return a->numbers.size() < b->numbers.size();
+  });
+  if (rarest.bits.empty()) {
+    return std::any_of(rarest.numbers.begin(), rarest.numbers.end(), [&all](std::uint32_t group) {
+      return std::all_of(all.begin(), all.end(), [group](const Bearers* each) { return each->have(group); });
+    });
+  }
+  for (std::size_t word = 0; word < rarest.bits.size(); ++word) {
+    std::uint64_t common = rarest.bits[word];
+    for (std::size_t i = 0; i < all.size() && common != 0; ++i) common &= all[i]->bits[word];
+    if (common != 0) return true;
+  }
+  return false;
 }
 
 bool OfferedGroups::contain(std::string_view semantics, const MidSet& members) const {
   const auto kind = kinds_.find(semantics);
   if (kind == kinds_.end()) return false;
-  std::vector<const Numbers*> lists;
+  std::vector<const Bearers*> all;
   for (const std::string_view mid : members) {
-    const auto found = kind->second.find(mid);
-    if (found == kind->second.end()) return false;
-    lists.push_back(&found->second);
+    const auto found = kind->second.byMid.find(mid);
+    if (found == kind->second.byMid.end()) return false;
+    all.push_back(&found->second);
   }
-  if (lists.empty()) return true;
-  // Those that have the rarest member, less those that lack one of the others.
-  std::sort(lists.begin(), lists.end(),
-            [](const Numbers* a, const Numbers* b) { return a->size() < b->size(); });
-  Numbers left = *lists.front();
-  for (const Numbers* list : lists) {
-    const auto lacks = [list](std::uint32_t number) {
-      return !std::binary_search(list->begin(), list->end(), number);
-    };
-    left.erase(std::remove_if(left.begin(), left.end(), lacks), left.end());
-    if (left.empty()) return false;
-  }
-  return true;
+  return all.empty() || haveCommon(all);
 }
 
 }  // namespace sdp::exchange

@@ -32,10 +32,19 @@ class OfferedGroups {
   bool contain(std::string_view semantics, const MidSet& members) const;
 
  private:
-  /// The numbers of the groups that have a member, ascending.
-  using Numbers = std::vector<std::uint32_t>;
+  /// The groups that have a member.
+  struct Bearers {
+    bool have(std::uint32_t group) const;
+
+    std::vector<std::uint32_t> numbers;  ///< ascending
+    std::vector<std::uint64_t> bits;     ///< the same by number, where they are many; else empty
+  };
   /// The groups of one semantics, by their members.
-  using Kind = std::unordered_map<std::string_view, Numbers>;
+  struct Kind {
+    std::uint32_t count = 0;
+    std::unordered_map<std::string_view, Bearers> byMid;
+  };
+  static bool haveCommon(const std::vector<const Bearers*>& all);
 
   std::unordered_map<std::string_view, Kind> kinds_;
 };

@@ -151,13 +151,14 @@ class SDP_OFFER_ANSWER_API Dialog {
   /// Offers a body as it is, for engines that make their own.
   /// @return besides those of offer() sectionCount, when the current body has more sections
   LocalBody offerAsIs(std::string_view body) noexcept;
-  /// Offers the current body with sendonly in place of sendrecv and inactive in place of recvonly, in each section that
-  /// is not disabled. The hold lasts until resume(), also in answers and offers from descriptions that want to receive.
-  /// While the peer is held, offers the same again.
+  /// Offers the current body with sendonly in place of sendrecv and inactive in place of recvonly, in each RTP section
+  /// that is not disabled. The hold lasts until resume(), also in answers and offers from descriptions that want to
+  /// receive; a finished body that receives ends it. While the peer is held, offers the same again. What the peer
+  /// disabled is so here as well, and the roles of DTLS are offered anew as actpass (RFC 5763, section 5).
   /// @return besides those of offer() noBody, when nothing was agreed yet
   LocalBody hold() noexcept;
   /// Offers the current body with the directions that the descriptions behind it had, whatever the peer made of them: a
-  /// peer that holds meanwhile answers so. Where nobody holds, offers the same again.
+  /// peer that holds meanwhile answers so. Where nobody holds, offers the same again. The rest as hold().
   /// @return as hold()
   LocalBody resume() noexcept;
 

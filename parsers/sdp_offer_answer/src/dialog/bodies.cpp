@@ -36,6 +36,10 @@ bool isAlive(const Document& document, std::uint32_t section) {
   return asked.isReadable() && !asked.isDisabled();
 }
 
+bool isHoldable(const Section& section) {
+  return section.isReadable() && section.isRtp() && !section.isDisabled();
+}
+
 Direction held(Direction direction) {
   if (direction == Direction::sendrecv) return Direction::sendonly;
   return direction == Direction::recvonly ? Direction::inactive : direction;

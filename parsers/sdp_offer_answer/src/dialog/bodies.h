@@ -33,7 +33,11 @@ Direction held(Direction direction);
 /// The directions of all sections.
 std::vector<Direction> directionsOf(const Document& document);
 
-/// Gives each section that is not disabled the direction that `choose(section, present)` tells.
+/// Whether hold concerns a section: RTP flows there. Chats, data and fax have nothing to hold (RFC 8841 knows no
+/// directions).
+bool isHoldable(const Section& section);
+
+/// Gives each section that hold concerns the direction that `choose(section, present)` tells.
 template <typename Choose>
 void setDirections(Document& document, Choose choose) {
   struct Change {
@@ -43,7 +47,7 @@ void setDirections(Document& document, Choose choose) {
   std::vector<Change>
       changes;  // first all questions, then all edits: asking between them would read the text anew
   for (const Section& section : document.sections()) {
-    if (!section.isReadable() || section.isDisabled()) continue;
+    if (!isHoldable(section)) continue;
     changes.push_back({section.index(), choose(section.index(), section.direction())});
   }
   for (const Change& change : changes) require(document.setDirection(change.section, change.direction));

@@ -14,7 +14,7 @@ bool receivesAny(const Document& body) {
   for (const Section& section : body.sections()) {
     const Direction direction = section.direction();
     const bool receives = direction == Direction::sendrecv || direction == Direction::recvonly;
-    if (receives && !section.isDisabled()) return true;
+    if (receives && isHoldable(section)) return true;
   }
   return false;
 }

@@ -7,6 +7,7 @@
 
 #include "bundles.h"
 #include "codecs.h"
+#include "text/search.h"
 
 namespace sdp::exchange {
 namespace {
@@ -17,6 +18,13 @@ struct NumberRange {
   std::uint32_t last;
 };
 constexpr NumberRange kRanges[] = {{96, 127}, {35, 63}};
+
+/// Whether two formats are the same for a dialog: also where nobody knows what they are, and yet all is as it was.
+bool isStill(const CodecList& a, const Codec& x, const CodecList& b, const Codec& y) {
+  if (areSame(a, x, b, y)) return true;
+  return x.payload == y.payload && sdpneg::equalNoCase(x.name, y.name) && x.clockRate == y.clockRate &&
+         x.channels == y.channels && x.parameters() == y.parameters();
+}
 
 /// A section whose formats get numbers.
 struct Sheet {
@@ -36,7 +44,7 @@ struct Sheet {
   /// Whether a number stands for something else in a list.
   bool isOther(std::size_t codec, const CodecList& list, std::string_view number) const {
     const Codec* const present = list.find(number);
-    return present != nullptr && !areSame(wanted, wanted[codec], list, *present);
+    return present != nullptr && !isStill(wanted, wanted[codec], list, *present);
   }
 };
 
@@ -100,7 +108,7 @@ class Numberer {
     const Codec& wanted = sheet.wanted[codec];
     const Codec* const written = list.find(wanted.payload);
     const auto willDo = [&](const Codec& known) {
-      return !sheet.isTaken(known.payload) && areSame(sheet.wanted, wanted, list, known) &&
+      return !sheet.isTaken(known.payload) && isStill(sheet.wanted, wanted, list, known) &&
              !sheet.isOther(codec, sheet.remembered, known.payload);
     };
     if (written != nullptr && willDo(*written)) {
@@ -140,7 +148,7 @@ class Numberer {
         continue;
       const auto at = std::find(other.numbers.begin(), other.numbers.end(), number) - other.numbers.begin();
       const Codec& present = other.wanted[static_cast<std::size_t>(at)];
-      if (!areSame(sheet.wanted, sheet.wanted[codec], other.wanted, present)) return false;
+      if (!isStill(sheet.wanted, sheet.wanted[codec], other.wanted, present)) return false;
     }
     return true;
   }

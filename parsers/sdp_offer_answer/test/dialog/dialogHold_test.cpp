@@ -160,6 +160,15 @@ TEST(DialogHold, WhatThePeerRefusedStaysDisabled) {
                 "a=group:BUNDLE a|m=audio 4000 RTP/AVP 0|a=mid:a|a=sendonly|m=video 0 RTP/AVP 31|a=mid:v|");
 }
 
+TEST(DialogHold, WhatIsNoRtpIsNotHeld) {
+  Dialog dialog = offered(
+      ours("1", "m=audio 4000 RTP/AVP 0|m=message 4002 TCP/MSRP *|m=image 4004 udptl t38|a=sendrecv|"),
+      theirs("1", "m=audio 5000 RTP/AVP 0|m=message 5002 TCP/MSRP *|m=image 5004 udptl t38|"));
+  expectReoffer(
+      dialog, dialog.hold(), "2",
+      "m=audio 4000 RTP/AVP 0|a=sendonly|m=message 4002 TCP/MSRP *|m=image 4004 udptl t38|a=sendrecv|");
+}
+
 TEST(DialogHold, RolesOfDtlsAreOfferedAnew) {
   const std::string_view offer = "m=audio 5000 UDP/TLS/RTP/SAVP 0|a=fingerprint:sha-256 AA|a=setup:actpass|";
   const std::string_view answer = "m=audio 4000 UDP/TLS/RTP/SAVP 0|a=fingerprint:sha-256 BB|a=setup:active|";

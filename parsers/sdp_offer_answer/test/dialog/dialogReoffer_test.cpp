@@ -176,6 +176,10 @@ constexpr Numbers kNumbers[] = {
      "m=video 4000 RTP/AVP 100|a=rtpmap:100 VP8/90000|a=mid:v|",
      "a=group:BUNDLE a v|m=audio 4000 RTP/AVP 100|a=rtpmap:100 opus/48000/2|a=mid:a|"
      "m=video 4000 RTP/AVP 96|a=rtpmap:96 VP8/90000|a=mid:v|"},
+    {"rtx that names nothing, too", "m=video 4000 RTP/AVP 96 97|a=rtpmap:96 VP8/90000|a=rtpmap:97 rtx/90000|",
+     "m=video 5000 RTP/AVP 96|a=rtpmap:96 VP8/90000|",
+     "m=video 4000 RTP/AVP 96 97 31|a=rtpmap:96 VP8/90000|a=rtpmap:97 rtx/90000|",
+     "m=video 4000 RTP/AVP 96 97 31|a=rtpmap:96 VP8/90000|a=rtpmap:97 rtx/90000|"},
     {"what nobody knows stays as it is", "m=audio 4000 RTP/AVP 96|", "m=audio 5000 RTP/AVP 96|",
      "m=audio 4000 RTP/AVP 96 0|", "m=audio 4000 RTP/AVP 96 0|"},
 };

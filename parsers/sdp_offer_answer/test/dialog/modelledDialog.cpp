@@ -134,7 +134,7 @@ void ModelledDialog::offer() {
     for (const sdp::Section& section : finished.sections()) {
       const bool receives =
           section.direction() == sdp::Direction::sendrecv || section.direction() == sdp::Direction::recvonly;
-      if (receives && !section.isDisabled()) isHeld_ = false;
+      if (receives && section.isRtp() && !section.isDisabled()) isHeld_ = false;
     }
   }
   state_ = DialogState::localOffer;
@@ -250,7 +250,8 @@ void ModelledDialog::takeSent(const sdp::LocalBody& body, bool isFinished) {
   for (const sdp::Section& section : offer.sections()) {
     const bool receives =
         section.direction() == sdp::Direction::sendrecv || section.direction() == sdp::Direction::recvonly;
-    if (isHeld_ && !isFinished && isAlive(section)) require_(!receives, "who holds does not receive");
+    if (isHeld_ && !isFinished && section.isRtp() && isAlive(section))
+      require_(!receives, "who holds does not receive");
   }
   rememberNumbers(offer);
   sent_ = body.text;

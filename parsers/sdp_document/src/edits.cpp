@@ -25,7 +25,7 @@ Line lineOf(const char* begin, std::size_t length, std::size_t endLength) {
   line.begin = begin;
   line.length = static_cast<Index>(length);
   line.endLength = static_cast<std::uint8_t>(endLength) & 3U;
-  classify(line.content(), line);
+  classify(line);
   return line;
 }
 
@@ -74,7 +74,7 @@ void storeAnew(Model& model, Index index, const Line& line) {
   if (line.kind != Kind::media) return;
   Part& section = partOf(model, index);
   readMLine(model, section);
-  reserveForFormats(model, section);
+  reserveForFormats(model);
 }
 
 /// Gives one field of an m-line another text. The other fields are where they were, before it or behind it.
@@ -214,12 +214,32 @@ LineWriter& LineWriter::add(std::string_view piece) {
   return *this;
 }
 
-void LineWriter::finish() {
+/// Adds the line's end and gives back what is not needed.
+/// @return the length of the content
+std::size_t LineWriter::endLine() {
   const std::string_view end = model_.lines[line_].end();
   const auto length = static_cast<std::size_t>(end_ - begin_);
   add(end);
   model_.arena.giveBack(room_ - length - end.size());
-  storeAnew(model_, line_, lineOf(begin_, length, end.size()));
+  return length;
+}
+
+void LineWriter::finish() {
+  const std::size_t length = endLine();
+  storeAnew(model_, line_, lineOf(begin_, length, model_.lines[line_].endLength));
+}
+
+void LineWriter::finishFormats(Part& section, std::size_t formats) {
+  const char* const before = model_.lines[line_].begin;
+  Line made = model_.lines[line_];
+  made.begin = begin_;
+  made.length = static_cast<Index>(endLine());
+  store(model_, line_, made);
+  MLine& m = section.m;
+  for (std::string_view* view : {&m.media, &m.port, &m.transport}) {
+    *view = {begin_ + (view->data() - before), view->size()};
+  }
+  m.formats = made.content().substr(formats);
 }
 
 void beginEdit(Model& model) {

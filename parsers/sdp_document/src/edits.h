@@ -50,10 +50,15 @@ class LineWriter {
   std::string_view view() const { return {begin_, static_cast<std::size_t>(end_ - begin_)}; }
   /// Puts it in the line's place.
   void finish();
+  /// Puts it in the place of an m-line that differs in nothing but the formats, of which there are no more than before.
+  /// @param formats where the first begins
+  void finishFormats(Part& section, std::size_t formats);
   /// Gives it up.
   void drop() { model_.arena.giveBack(room_); }
 
  private:
+  std::size_t endLine();
+
   Model& model_;
   Index line_;
   std::size_t room_;

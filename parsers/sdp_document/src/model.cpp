@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "attributeNames.h"
 #include "fieldReader.h"
 
 namespace sdp::core {
@@ -50,8 +51,10 @@ void findSessionKinds(const Model& model) {
 
 std::string_view nameOf(const Line& line) {
   const std::string_view behind = line.content().substr(2);
-  return line.nameLength == kLongName ? behind.substr(0, behind.find(':'))
-                                      : behind.substr(0, line.nameLength);
+  if (line.kind != Kind::attribute) {
+    return behind.substr(0, kNameLengths[static_cast<std::size_t>(line.kind)]);
+  }
+  return behind.substr(0, line.detail == kLongName ? behind.find(':') : line.detail);
 }
 
 std::optional<std::string_view> valueOf(const Line& line) {

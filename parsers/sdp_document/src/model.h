@@ -28,7 +28,8 @@ struct MLine {
   std::string_view media;
   std::string_view port;  ///< with its count
   std::string_view transport;
-  std::string_view formats;  ///< from the first on, with what separates them and stands behind the last
+  std::string_view formats;     ///< from the first on, with what separates them and stands behind the last
+  std::size_t mostFormats = 0;  ///< that they can be
   std::uint64_t portCount = 1;
   std::uint16_t portNumber = 0;
   bool readable = false;
@@ -58,7 +59,7 @@ struct Addition {
 };
 
 /// What reading looks at behind a text's end.
-inline constexpr std::size_t kReadRoom = 32;
+inline constexpr std::size_t kReadRoom = kReadAhead;
 
 struct Model {
   std::string text;                                ///< as it was read
@@ -67,7 +68,8 @@ struct Model {
   std::vector<Part> parts = std::vector<Part>(1);  ///< the session, and section n as parts[n]
   std::size_t length = 0;                          ///< of the text as edited
   std::size_t linesRead = 0;
-  std::size_t mostMids = 0;  ///< that the lines of groups can name
+  std::size_t mostMids = 0;     ///< that the lines of groups can name
+  std::size_t mostFormats = 0;  ///< that the m-lines can have
 
   mutable std::array<Index, kKinds> sessionFirst{};  ///< where a kind may first stand in the session
   mutable std::optional<bool> sessionTrickles;
@@ -106,7 +108,7 @@ void read(Model& model, std::string_view text);
 
 /// Makes room for what may be asked of a model, so that asking allocates nothing.
 void reserveForQuestions(Model& model);
-void reserveForFormats(Model& model, const Part& section);
+void reserveForFormats(Model& model);
 void reserveForGroups(Model& model);
 
 /// The text with all edits.
@@ -115,7 +117,7 @@ std::string_view render(const Model& model);
 /// Reads port and count from the port field of an m-line that has all its fields.
 void readPortField(MLine& m);
 /// Reads the m-line of a section anew.
-void readMLine(const Model& model, Part& section);
+void readMLine(Model& model, Part& section);
 
 // --- finding ---------------------------------------------------------------------------------------------
 

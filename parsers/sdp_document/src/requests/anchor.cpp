@@ -44,11 +44,11 @@ class Anchoring {
   Refusal choosePorts();
   Index leaderOf(const Part& section);
   bool holdsLiveMedia(const Part& section) const;
-  void setConnections();
+  void leadSections();
+  void lead(Part& part, bool mayStay);
   void setConnection(Index line, bool mayStay);
   void addConnection(const Part& section);
-  void setPorts();
-  void setRtcp(Part& section, Index line, std::uint32_t port);
+  void setRtcp(const Part& section, Index line);
 
   Model& model_;
   AddressLiteral address_;
@@ -117,27 +117,14 @@ void Anchoring::addConnection(const Part& section) {
   addBehind(model_, lineBeforeConnection(model_, section), {"c=IN ", address_.type, " ", address_.text});
 }
 
-void Anchoring::setConnections() {
-  const bool sessionHas = has(model_, model_.session(), Kind::connection);
-  bool sessionHoldsLive = false;
-  for (std::size_t n = 1; n < model_.parts.size(); ++n) {
-    const Part& section = model_.parts[n];
-    const bool live = holdsLiveMedia(section);
-    if (has(model_, section, Kind::connection)) {
-      forEach(model_, section, one(Kind::connection), [&](Index i) { setConnection(i, !live); });
-    } else {
-      sessionHoldsLive = sessionHoldsLive || live;
-      if (!sessionHas) addConnection(section);
-    }
-  }
-  forEach(model_, model_.session(), one(Kind::connection),
-          [&](Index i) { setConnection(i, !sessionHoldsLive); });
-}
-
-/// `a=rtcp` of a section that has got a port (RFC 3605).
-void Anchoring::setRtcp(Part& section, Index line, std::uint32_t port) {
+/// `a=rtcp` goes where the section has got no port (RFC 3605).
+void Anchoring::setRtcp(const Part& section, Index line) {
+  const std::optional<std::string_view> value = valueOf(model_.lines[line]);
+  if (!value) return;
+  const Index port = model_.ports[model_.indexOf(section)];
+  if (port == kNone) return removeLine(model_, line);
   const Digits digits(has(model_, section, Kind::rtcpMux) ? port : port + 1);
-  const bool hadAddress = !Fields(*valueOf(model_.lines[line]))[3].empty();
+  const bool hadAddress = !Fields(*value)[3].empty();
   if (hadAddress) {
     replaceLine(model_, line, {"a=rtcp:", digits.view(), " IN ", address_.type, " ", address_.text});
   } else {
@@ -145,21 +132,40 @@ void Anchoring::setRtcp(Part& section, Index line, std::uint32_t port) {
   }
 }
 
-void Anchoring::setPorts() {
-  for (std::size_t n = 0; n < model_.parts.size(); ++n) {
-    Part& part = model_.parts[n];
-    const Index port = model_.ports[n];
-    if (port != kNone) {
-      const std::size_t slash = std::min(part.m.port.find('/'), part.m.port.size());
-      setPort(model_, part, {Digits(port).view(), part.m.port.substr(slash)});
-    }
-    forEach(model_, part, kOfAddresses | one(Kind::rtcp), [&](Index i) {
-      if (model_.lines[i].kind != Kind::rtcp) return removeLine(model_, i);
-      if (!valueOf(model_.lines[i])) return;
-      if (port == kNone) return removeLine(model_, i);
-      setRtcp(part, i, port);
-    });
+/// Everything in a part that tells of addresses, in one pass.
+/// @param mayStay an address that is unspecified
+void Anchoring::lead(Part& part, bool mayStay) {
+  const Index port = model_.ports[model_.indexOf(part)];
+  if (port != kNone) {
+    const std::size_t slash = std::min(part.m.port.find('/'), part.m.port.size());
+    setPort(model_, part, {Digits(port).view(), part.m.port.substr(slash)});
   }
+  forEach(model_, part, kOfAddresses | kindsOf(Kind::connection, Kind::rtcp), [&](Index i) {
+    switch (model_.lines[i].kind) {
+      case Kind::connection:
+        return setConnection(i, mayStay);
+      case Kind::rtcp:
+        return setRtcp(part, i);
+      default:
+        return removeLine(model_, i);
+    }
+  });
+}
+
+void Anchoring::leadSections() {
+  const bool sessionHas = has(model_, model_.session(), Kind::connection);
+  bool sessionHoldsLive = false;
+  for (std::size_t n = 1; n < model_.parts.size(); ++n) {
+    Part& section = model_.parts[n];
+    const bool live = holdsLiveMedia(section);
+    if (!has(model_, section, Kind::connection)) {
+      sessionHoldsLive = sessionHoldsLive || live;
+      if (!sessionHas) addConnection(section);
+    }
+    lead(section, !live);
+  }
+  // Last, since sections ask it.
+  lead(model_.parts[0], !sessionHoldsLive);
 }
 
 Refusal Anchoring::run() {
@@ -171,8 +177,7 @@ Refusal Anchoring::run() {
     }
   }
   if (const Refusal refusal = choosePorts()) return refusal;
-  setConnections();
-  setPorts();
+  leadSections();
   return {};
 }
 

@@ -42,7 +42,6 @@ Index firstOf(const Model& model, const Part& part, Kinds kinds) {
 
 void findSessionKinds(const Model& model) {
   model.sessionFirst.fill(kNone);
-  model.sessionTrickles.reset();
   const Part& session = model.session();
   for (Index i = session.end; i-- > session.first;) {
     model.sessionFirst[static_cast<std::size_t>(model.lines[i].kind)] = i;
@@ -76,14 +75,17 @@ std::string_view render(const Model& model) {
   text.clear();
   const char* begin = nullptr;
   const char* end = nullptr;
-  for (const Line& line : model.lines) {
-    if (line.gone != 0) continue;
-    const std::string_view whole = line.whole();
-    if (whole.data() != end) {
-      text.append(begin, end);
-      begin = whole.data();
+  for (const Part& part : model.parts) {
+    const Line* const behind = model.lines.begin() + part.end;
+    for (const Line* line = model.lines.begin() + part.first; line != behind; ++line) {
+      if (line->gone != 0) continue;
+      const std::string_view whole = line->whole();
+      if (whole.data() != end) {
+        text.append(begin, end);
+        begin = whole.data();
+      }
+      end = whole.data() + whole.size();
     }
-    end = whole.data() + whole.size();
   }
   text.append(begin, end);
   model.isRendered = true;

@@ -78,10 +78,10 @@ void read(Model& model, std::string_view text) {
   model.text.append(kReadRoom, '\0');
   model.arena.forgetAll();
   model.lines.clear();
-  model.parts.resize(1);
   model.mostFormats = 0;
-  Part* part = model.parts.data();
-  *part = {};
+  model.unused = 0;
+  model.parts.clear();
+  Part* part = model.parts.begin();
   const char* at = model.text.data();
   const char* const end = at + text.size();
   while (at != end) {
@@ -91,7 +91,7 @@ void read(Model& model, std::string_view text) {
     if (line.kind == Kind::media) {
       const auto index = static_cast<Index>(model.lines.size() - 1);
       part->end = index;
-      part = &model.parts.emplace_back();
+      part = &model.parts.add();
       part->first = index;
       part->number = index + 1;
       readMLine(model, *part);
@@ -103,6 +103,7 @@ void read(Model& model, std::string_view text) {
   model.linesRead = model.lines.size();
   model.isRendered = false;
   findSessionKinds(model);
+  model.sessionTrickles.reset();
   reserveForQuestions(model);
 }
 

@@ -46,9 +46,9 @@ class Anchoring {
   bool holdsLiveMedia(const Part& section) const;
   void leadSections();
   void lead(Part& part, bool mayStay);
-  void setConnection(Index line, bool mayStay);
-  void addConnection(const Part& section);
-  void setRtcp(const Part& section, Index line);
+  void setConnection(Part& part, Index line, bool mayStay);
+  void addConnection(Part& section);
+  void setRtcp(Part& section, Index line);
 
   Model& model_;
   AddressLiteral address_;
@@ -107,18 +107,19 @@ bool Anchoring::holdsLiveMedia(const Part& section) const {
          (section.m.portNumber == kDiscardPort || hasKey(model_, section, Kind::iceUfrag));
 }
 
-void Anchoring::setConnection(Index line, bool mayStay) {
+void Anchoring::setConnection(Part& part, Index line, bool mayStay) {
   const std::string_view address = connectionIn(model_.lines[line]).address;
   if (mayStay && (address == "0.0.0.0" || address == "::")) return;
-  replaceLine(model_, line, {"c=IN ", address_.type, " ", address_.text});
+  replaceLine(model_, part, line, {"c=IN ", address_.type, " ", address_.text});
 }
 
-void Anchoring::addConnection(const Part& section) {
-  addBehind(model_, lineBeforeConnection(model_, section), {"c=IN ", address_.type, " ", address_.text});
+void Anchoring::addConnection(Part& section) {
+  addBehind(model_, section, lineBeforeConnection(model_, section),
+            {"c=IN ", address_.type, " ", address_.text});
 }
 
 /// `a=rtcp` goes where the section has got no port (RFC 3605).
-void Anchoring::setRtcp(const Part& section, Index line) {
+void Anchoring::setRtcp(Part& section, Index line) {
   const std::optional<std::string_view> value = valueOf(model_.lines[line]);
   if (!value) return;
   const Index port = model_.ports[model_.indexOf(section)];
@@ -126,9 +127,9 @@ void Anchoring::setRtcp(const Part& section, Index line) {
   const Digits digits(has(model_, section, Kind::rtcpMux) ? port : port + 1);
   const bool hadAddress = !Fields(*value)[3].empty();
   if (hadAddress) {
-    replaceLine(model_, line, {"a=rtcp:", digits.view(), " IN ", address_.type, " ", address_.text});
+    replaceLine(model_, section, line, {"a=rtcp:", digits.view(), " IN ", address_.type, " ", address_.text});
   } else {
-    replaceLine(model_, line, {"a=rtcp:", digits.view()});
+    replaceLine(model_, section, line, {"a=rtcp:", digits.view()});
   }
 }
 
@@ -143,7 +144,7 @@ void Anchoring::lead(Part& part, bool mayStay) {
   forEach(model_, part, kOfAddresses | kindsOf(Kind::connection, Kind::rtcp), [&](Index i) {
     switch (model_.lines[i].kind) {
       case Kind::connection:
-        return setConnection(i, mayStay);
+        return setConnection(part, i, mayStay);
       case Kind::rtcp:
         return setRtcp(part, i);
       default:

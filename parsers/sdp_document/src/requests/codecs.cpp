@@ -27,10 +27,10 @@ void writeFormats(Model& model, Part& section, std::size_t separatorLength, AddF
     return static_cast<std::size_t>(place - content.data());
   };
   const std::size_t begin = offsetOf(formats.front().begin);
-  LineWriter line(model, section.first, content.size());
+  LineWriter line(model, section, section.first, content.size());
   line.add(content.substr(0, begin));
   addFormats(line);
-  line.add(content.substr(offsetOf(formats.back().end()))).finishFormats(section, begin + separatorLength);
+  line.add(content.substr(offsetOf(formats.back().end()))).finishFormats(begin + separatorLength);
 }
 
 /// Removes the formats that were not chosen, with what speaks of them.

@@ -2,6 +2,10 @@
 
 #include "encodings.h"
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -95,24 +99,23 @@ constexpr std::array<Companion, std::size_t{1} << kSlotBits> makeCompanionSlots(
 }
 constexpr auto kCompanionSlots = makeCompanionSlots();
 
-/// Which of eight characters are zero: the highest bit of the first one, and of some behind it, is set.
-std::uint64_t zeros(std::uint64_t characters) {
-  return (characters - 0x0101010101010101U) & ~characters & 0x8080808080808080U;
-}
-
 bool endsName(char c) { return c == '/' || Fields::isBlank(c); }
 
 /// Where the name ends that begins at `at`.
 const char* nameEnd(const char* at, const char* end, const char* readableEnd) {
-  while (at < end && readableEnd - at >= std::ptrdiff_t{kAtOnce}) {
-    const std::uint64_t characters = load(at);
-    const std::uint64_t ends = zeros(characters ^ 0x2F2F2F2F2F2F2F2FU) |  // '/'
-                               zeros(characters ^ 0x2020202020202020U) |  // ' '
-                               zeros(characters ^ 0x0909090909090909U);   // tab
-    at += static_cast<std::size_t>(std::countr_zero(ends)) / 8;
-    if (ends != 0) return std::min(at, end);
+#ifdef __SSE2__
+  if (readableEnd - at >= std::ptrdiff_t{kNameRoom}) {
+    const __m128i characters = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+    const __m128i blanks = _mm_or_si128(_mm_cmpeq_epi8(characters, _mm_set1_epi8(' ')),
+                                        _mm_cmpeq_epi8(characters, _mm_set1_epi8('\t')));
+    const __m128i slashes = _mm_cmpeq_epi8(characters, _mm_set1_epi8('/'));
+    const int ends = _mm_movemask_epi8(_mm_or_si128(blanks, slashes));
+    if (ends != 0) return std::min(at + std::countr_zero(static_cast<unsigned>(ends)), end);
   }
-  return at < end ? std::find_if(at, end, endsName) : end;
+#else
+  static_cast<void>(readableEnd);
+#endif
+  return std::find_if(at, end, endsName);
 }
 
 /// Up to eight digits, the first in the lowest byte, as a number.
@@ -169,13 +172,13 @@ bool readEncoding(std::string_view text, std::size_t room, EncodingParts& encodi
   const char* const begin = at;
   at = nameEnd(at, end, readableEnd);
   const std::string_view name(begin, static_cast<std::size_t>(at - begin));
-  EncodingParts read;
-  if (name.empty() || !takeNumber(at, end, readableEnd, read.clock)) return false;
-  if (at != end && *at == '/' && !takeNumber(at, end, readableEnd, read.channels)) return false;
+  std::uint32_t clock = 0;
+  std::uint32_t channels = 1;
+  if (name.empty() || !takeNumber(at, end, readableEnd, clock)) return false;
+  if (at != end && *at == '/' && !takeNumber(at, end, readableEnd, channels)) return false;
   if (at != end && !Fields::isBlank(*at)) return false;
-  read.name =
-      readableEnd - begin >= std::ptrdiff_t{kAtOnce} ? EncodingName::ofRoomy(name) : EncodingName(name);
-  encoding = read;
+  const bool isRoomy = readableEnd - begin >= std::ptrdiff_t{kAtOnce};
+  encoding = {isRoomy ? EncodingName::ofRoomy(name) : EncodingName(name), clock, channels};
   return true;
 }
 

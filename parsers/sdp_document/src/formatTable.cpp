@@ -39,6 +39,9 @@ std::uint16_t shortNumberOf(std::string_view payload) {
 
 /// The payload type that `apt=` of a fmtp names (RFC 4588, section 8.1); empty when none does.
 std::string_view aptIn(std::string_view fmtp) {
+  // As nearly everybody writes it.
+  constexpr std::string_view kAlone = "apt=";
+  if (fmtp.starts_with(kAlone) && isDigits(fmtp.substr(kAlone.size()))) return fmtp.substr(kAlone.size());
   while (!fmtp.empty()) {
     const std::size_t semicolon = std::min(fmtp.find(';'), fmtp.size());
     const std::string_view parameter = fmtp.substr(0, semicolon);
@@ -66,11 +69,11 @@ void readEncodingOf(const Model& model, FormatEntry& entry) {
 }  // namespace
 
 void FormatTable::reserve(std::size_t formats, std::size_t sections) {
-  if (formats > allOccurrences_.capacity()) {
-    const std::size_t most = std::max(formats, 2 * allOccurrences_.capacity());
-    allEntries_.reserve(most);
+  if (formats > allOccurrences_.size()) {
+    const std::size_t most = std::max(formats, 2 * allOccurrences_.size());
+    allEntries_.resize(most);
     slots_.reserve(most);
-    allOccurrences_.reserve(most);
+    allOccurrences_.resize(most);
   }
   if (sections >= places_.size()) {
     sections_.reserve(std::max(sections, 2 * places_.size()));
@@ -90,10 +93,10 @@ void FormatTable::read(const Model& model, const Part& section) {
   const Index place = places_[part];
   if (place < sections_.size() && sections_[place].part == part) return use(sections_[place]);
   if (sections_.empty()) {
-    allEntries_.clear();
-    allOccurrences_.clear();
+    entryCount_ = 0;
+    occurrenceCount_ = 0;
   }
-  use({part, allEntries_.size(), allOccurrences_.size()});
+  use({part, entryCount_, occurrenceCount_});
   beginFinding();
   readFormats(section);
   readLines(model, section);
@@ -102,8 +105,10 @@ void FormatTable::read(const Model& model, const Part& section) {
     entry.role = roleOf(entry.encoding.name);
   }
   places_[part] = static_cast<Index>(sections_.size());
-  sections_.push_back({part, allEntries_.size() - entries.size(), allOccurrences_.size() - occurrences.size(),
-                       entries.size(), occurrences.size(), feedbackOfAll, hasOthers_});
+  sections_.push_back(
+      {part, entryCount_, occurrenceCount_, entries.size(), occurrences.size(), feedbackOfAll, hasOthers_});
+  entryCount_ += entries.size();
+  occurrenceCount_ += occurrences.size();
 }
 
 void FormatTable::use(const Section& section) {
@@ -114,12 +119,13 @@ void FormatTable::use(const Section& section) {
   hasOthers_ = section.hasOthers;
 }
 
-/// Reads the formats behind those of the sections that were read before.
+/// Reads the formats behind those of the sections that were read before. There is room for them.
 void FormatTable::readFormats(const Part& section) {
   // What separates the first format stands in front of them.
   const char* begin = section.m.transport.data() + section.m.transport.size();
   const char* at = section.m.formats.data();
   const char* const end = at + section.m.formats.size();
+  Occurrence* occurrence = allOccurrences_.data() + occurrenceCount_;
   for (;;) {
     while (at != end && Fields::isBlank(*at)) ++at;
     if (at == end) break;
@@ -132,30 +138,24 @@ void FormatTable::readFormats(const Part& section) {
     } else {
       at += digitCountOf(number);
     }
-    const Index entry = entryOrNew(number, {format, static_cast<std::size_t>(at - format)});
-    allOccurrences_.push_back(
-        {begin, static_cast<Index>(format - begin), static_cast<Index>(at - format), entry});
+    *occurrence++ = {begin, static_cast<Index>(format - begin), static_cast<Index>(at - format),
+                     entryOrNew(number, {format, static_cast<std::size_t>(at - format)})};
     begin = at;
   }
-  occurrences = {occurrences.data(), allOccurrences_.data() + allOccurrences_.size()};
+  occurrences = {occurrences.data(), occurrence};
 }
 
 Index FormatTable::entryOrNew(std::uint16_t number, std::string_view payload) {
   const Index found = entryOf(number, payload);
   if (found != kNone) return found;
-  const auto entry = static_cast<Index>(entries.size());
-  FormatEntry& added = allEntries_.emplace_back();
+  const std::size_t entry = entries.size();
+  FormatEntry& added = allEntries_[entryCount_ + entry];
+  added = {};
   added.payload = payload;
   added.number = number;
-  entries = {entries.data(), entries.size() + 1};
-  slotOf(number, payload) = entry;
-  return entry;
-}
-
-Index FormatTable::entryOf(std::uint16_t number, std::string_view payload) {
-  if (number == kOtherPayload) return hasOthers_ ? slotOf(number, payload) : kNone;
-  const Place place = short_[number];
-  return place.stamp == stamp_ ? place.entry : kNone;
+  entries = {entries.data(), entry + 1};
+  slotOf(number, payload) = static_cast<Index>(entry);
+  return static_cast<Index>(entry);
 }
 
 Index& FormatTable::slotOf(std::uint16_t number, std::string_view payload) {
@@ -190,20 +190,25 @@ void FormatTable::readLines(const Model& model, const Part& section) {
   for (Index i = section.end; i-- > section.first;) {
     Line& line = lines[i];
     if (line.gone != 0 || !has(kOfFormats, line.kind)) continue;
+    const bool isFeedback = line.kind == Kind::rtcpFb;
     Index* first = &feedbackOfAll;
-    const std::string_view other = line.detail == kOtherPayload ? spokenOf(line).payload : std::string_view();
-    if (line.kind != Kind::rtcpFb || other != "*") {
-      // Blanks may stand in front of it.
-      const std::uint16_t number = other.empty() ? line.detail : shortNumberOf(other);
-      const Index found = entryOf(number, other);
+    if (!isFeedback || line.detail != kOtherPayload || spokenOf(line).payload != "*") {
+      const Index found = line.detail != kOtherPayload ? entryOf(line.detail) : rareEntryOf(line);
       if (found == kNone) continue;
       FormatEntry& entry = entries[found];
-      first = line.kind == Kind::rtcpFb ? &entry.feedback : &entry.firstLine;
+      first = isFeedback ? &entry.feedback : &entry.firstLine;
       if (line.kind == Kind::fmtp) entry.fmtp = i;
     }
     line.next = *first;
     *first = i;
   }
+}
+
+/// The entry of the payload type that a line speaks of as few do.
+Index FormatTable::rareEntryOf(const Line& line) {
+  // Blanks may stand in front of a short one.
+  const std::string_view payload = spokenOf(line).payload;
+  return entryOf(shortNumberOf(payload), payload);
 }
 
 std::string_view behindPayload(const Line& line) { return withoutBlanksAround(spokenOf(line).behind); }

@@ -60,7 +60,7 @@ class FormatTable {
   void reserve(std::size_t formats, std::size_t sections);
   /// How many formats of how many sections it holds without an allocation.
   bool hasRoomFor(std::size_t formats, std::size_t sections) const {
-    return formats <= allOccurrences_.capacity() && sections < places_.size();
+    return formats <= allOccurrences_.size() && sections < places_.size();
   }
   /// Forgets all sections.
   void forget() {
@@ -96,13 +96,24 @@ class FormatTable {
   void readFormats(const Part& section);
   void readLines(const Model& model, const Part& section);
   Index entryOrNew(std::uint16_t number, std::string_view payload);
-  Index entryOf(std::uint16_t number, std::string_view payload);
+  /// The entry of a payload type that is not kOtherPayload.
+  Index entryOf(std::uint16_t number) const {
+    const Place& place = short_[number];
+    return place.stamp == stamp_ ? place.entry : kNone;
+  }
+  Index entryOf(std::uint16_t number, std::string_view payload) {
+    if (number != kOtherPayload) return entryOf(number);
+    return hasOthers_ ? slotOf(number, payload) : kNone;
+  }
+  Index rareEntryOf(const Line& line);
   Index& slotOf(std::uint16_t number, std::string_view payload);
   void beginFinding();
   void findEntries();
 
-  std::vector<FormatEntry> allEntries_;
-  std::vector<Occurrence> allOccurrences_;
+  std::vector<FormatEntry> allEntries_;     ///< of which entryCount_ are in use
+  std::vector<Occurrence> allOccurrences_;  ///< of which occurrenceCount_ are in use
+  std::size_t entryCount_ = 0;
+  std::size_t occurrenceCount_ = 0;
   std::vector<Section> sections_;  ///< in the order in which they were read
   std::vector<Index> places_;      ///< there, by section; of no meaning where another section stands there
   Index current_ = kNone;          ///< the section that the table is about

@@ -1,5 +1,5 @@
 // What a document costs: reading beside a scan that only finds lines and colons and beside other parsers, a chain of
-// requests beside its reading, and texts that grow, hostile ones among them.
+// requests beside its reading, texts that grow, hostile ones among them, and single edits between questions.
 //
 //   sdpDocumentBench [FOLDER] [--benchmark_... options]
 //
@@ -18,6 +18,7 @@
 
 #include "benchBodies.h"
 #include "documentBodies.h"
+#include "mixedEdits.h"
 #include "sdpDocumentRequests.h"
 
 namespace {
@@ -207,6 +208,7 @@ int main(int argc, char** argv) {
   benchmark::RunSpecifiedBenchmarks();
   printRatios();
   printGrowth();
+  printMixedEdits();
   benchmark::Shutdown();
   return 0;
 }

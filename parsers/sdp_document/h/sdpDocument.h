@@ -42,7 +42,8 @@ class SDP_DOCUMENT_API Document {
   /// @param text at most kMaximumLength characters, not NUL-terminated; it may be part of this document's own text
   /// @return textTooLong or noMemory; the document is then empty
   Refusal read(std::string_view text) noexcept;
-  /// The text with all edits. Not NUL-terminated. Valid until the next edit, request or reading.
+  /// The text with all edits. Not NUL-terminated. Valid until the next edit, request or reading. Asked for the first
+  /// time since one of these, it is put together in one pass over all lines: a chain of edits asks for it at its end.
   std::string_view text() const noexcept;
   /// How many lines the text had as it was read; edits do not change the number.
   std::size_t lineCount() const noexcept;
@@ -66,7 +67,8 @@ class SDP_DOCUMENT_API Document {
   // Edits of one section, counted from 1. What is refused changes nothing; all may return noMemory and textTooLong. An
   // edit does what it is told and judges nothing else: requests are what keeps sections consistent. One that sets what is
   // there already changes nothing: numbers compare as numbers, texts field by field, so that leading zeros and further
-  // blanks stay.
+  // blanks stay. An edit costs at most what its section, or the session, is long, whatever else the document has and
+  // whatever is asked between two edits.
 
   /// Sets the port; a `/count` stays, and so does `05004` for 5004.
   /// @return noSuchSection or unreadableSection, as for all edits of a section

@@ -381,7 +381,9 @@ class SDP_DOCUMENT_API Section {
   /// alone, those of MIKEY and DTLS also in the session.
   Security security() const noexcept;
 
-  /// Its formats, in the m-line's order; one that stands there twice is told twice.
+  /// Its formats, in the m-line's order; one that stands there twice is told twice. What the section says of them is read
+  /// when they are asked for first, and kept for each section until the next edit, request or reading, so that formats
+  /// of several sections may be compared one by one.
   Range<FormatCursor> formats() const noexcept;
   /// The first format that is this text ("111"); payload types compare as texts, so "08" is not "8".
   std::optional<Format> format(std::string_view payloadType) const noexcept;

@@ -20,7 +20,6 @@ struct DocumentAccess {
   static Refusal perform(Document& document, Request request) noexcept {
     core::Model* const model = changeable(document);
     if (model == nullptr) return {.reason = Reason::noMemory};
-    core::insertAdditions(*model);
     return core::perform(*model, [&] { return request(*model); });
   }
 };

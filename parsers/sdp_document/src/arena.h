@@ -11,7 +11,7 @@
 namespace sdp::core {
 
 /// How far behind the end of a text may be read, whatever stands there.
-inline constexpr std::size_t kReadAhead = 8;
+inline constexpr std::size_t kReadAhead = 32;
 
 class Arena {
  public:

@@ -130,6 +130,22 @@ inline Kind knownAttribute(const char* name, std::size_t length) {
   return same ? slot.kind : Kind::attribute;
 }
 
+constexpr std::array<std::uint8_t, kKinds> makeNameLengths() {
+  std::array<std::uint8_t, kKinds> lengths{};
+  for (const KnownName& name : kKnownNames) {
+    lengths[static_cast<std::size_t>(name.kind)] = static_cast<std::uint8_t>(name.text.size());
+  }
+  return lengths;
+}
+/// The lengths of known names, by kind.
+inline constexpr std::array<std::uint8_t, kKinds> kNameLengths = makeNameLengths();
+
+/// What stands behind the colon of an attribute of a known name; empty where there is none.
+inline std::string_view textBehindColon(const Line& line) {
+  const std::size_t colon = std::size_t{2} + kNameLengths[static_cast<std::size_t>(line.kind)];
+  return colon < line.length ? line.content().substr(colon + 1) : std::string_view();
+}
+
 }  // namespace sdp::core
 
 #endif

@@ -108,9 +108,11 @@ bool FormatCursor::next(Format& format) noexcept {
   if (occurrence_ == table.occurrences.size()) return false;
   core::FormatEntry& entry = table.entries[table.occurrences[occurrence_++].entry];
   format.format = entry.payload;
-  if (!entry.name.empty()) format.encoding = Encoding{entry.name, entry.clock, entry.channels};
-  const core::Index fmtp = core::fmtpOf(*model_, entry);
-  if (fmtp != kNone) format.fmtp = core::behindPayload(model_->lines[fmtp]);
+  const core::EncodingParts& encoding = entry.encoding;
+  if (!encoding.name.text().empty()) {
+    format.encoding = Encoding{encoding.name.text(), encoding.clock, encoding.channels};
+  }
+  if (entry.fmtp != kNone) format.fmtp = core::behindPayload(model_->lines[entry.fmtp]);
   format.apt = core::numberOf(core::aptOf(*model_, entry));
   format.isCompanion = entry.role != core::Role::codec;
   format.feedbackCursor = FeedbackCursor(*model_, entry.feedback, table.feedbackOfAll);

@@ -4,7 +4,8 @@
 
 #include <algorithm>
 #include <cstring>
-#include <utility>
+
+#include "linePlaces.h"
 
 namespace sdp::core {
 namespace {
@@ -25,7 +26,7 @@ Line lineOf(const char* begin, std::size_t length, std::size_t endLength) {
   line.begin = begin;
   line.length = static_cast<Index>(length);
   line.endLength = static_cast<std::uint8_t>(endLength) & 3U;
-  classify(line.content(), line);
+  classify(line);
   return line;
 }
 
@@ -38,15 +39,8 @@ Line makeLine(Model& model, Pieces content, std::string_view end) {
   return lineOf(begin, length, end.size());
 }
 
-Part& partOf(Model& model, Index line) {
-  const auto behind = std::upper_bound(model.parts.begin() + 1, model.parts.end(), line,
-                                       [](Index index, const Part& part) { return index < part.first; });
-  return *(behind - 1);
-}
-
-/// A line is about something else than before.
-void changeKind(Model& model, Index line, Kind kind) {
-  Part& part = partOf(model, line);
+/// A line of a part is about something else than before.
+void changeKind(Model& model, Part& part, Index line, Kind kind) {
   part.kinds |= one(kind);
   if (&part != &model.session()) return;
   Index& first = model.sessionFirst[static_cast<std::size_t>(kind)];
@@ -54,11 +48,13 @@ void changeKind(Model& model, Index line, Kind kind) {
 }
 
 /// Stores a line in the place of one that is remembered.
-void store(Model& model, Index index, Line line) {
+void store(Model& model, Part& part, Index index, Line line) {
   Line& place = model.lines[index];
-  model.before.push_back({index, place});
-  if (line.kind != place.kind) changeKind(model, index, line.kind);
-  if (isOfGroups(line.kind) || isOfGroups(place.kind)) model.groups.forget();
+  model.before.push_back({&part, index, place});
+  if (line.kind != place.kind) changeKind(model, part, index, line.kind);
+  if ((kindsOf(line.kind, place.kind) & kKept) != 0) {
+    forgetKept(model, &part == &model.session(), kindsOf(line.kind, place.kind));
+  }
   model.length += line.whole().size();
   model.length -= place.whole().size();
   model.mostMids += mostMidsOf(line);
@@ -69,12 +65,11 @@ void store(Model& model, Index index, Line line) {
 }
 
 /// Stores a line whose fields may be others than before: those of an m-line are views into it.
-void storeAnew(Model& model, Index index, const Line& line) {
-  store(model, index, line);
+void storeAnew(Model& model, Part& part, Index index, const Line& line) {
+  store(model, part, index, line);
   if (line.kind != Kind::media) return;
-  Part& section = partOf(model, index);
-  readMLine(model, section);
-  reserveForFormats(model, section);
+  readMLine(model, part);
+  reserveForFormats(model);
 }
 
 /// Gives one field of an m-line another text. The other fields are where they were, before it or behind it.
@@ -91,7 +86,7 @@ void replaceField(Model& model, Part& section, std::string_view& field, Pieces t
   Line made = model.lines[section.first];
   made.begin = line;
   made.length = static_cast<Index>(length);
-  store(model, section.first, made);
+  store(model, section, section.first, made);
   const char* const behind = field.data();
   const std::size_t fieldSize = field.size();
   MLine& m = section.m;
@@ -115,23 +110,23 @@ void settle(Model& model, std::string& spare) {
   if (model.rendered.capacity() < model.length + kReadRoom) model.rendered.swap(spare);
   model.isRendered = false;
   model.arena.forgetAll();
-  // Lines that are gone leave the index here, too.
   const char* at = model.text.data();
-  Index to = 0;
   for (Part& part : model.parts) {
-    const Index first = std::exchange(part.first, to);
-    for (Index from = first; from < part.end; ++from) {
-      Line line = model.lines[from];
+    for (Index i = part.first; i < part.end; ++i) {
+      Line& line = model.lines[i];
       if (line.gone != 0) continue;
       line.begin = at;
       at += line.whole().size();
-      model.lines[to++] = line;
     }
-    part.end = to;
+    if (&part != &model.session()) readMLine(model, part);
   }
-  model.lines.shrink(to);
-  findSessionKinds(model);
-  for (std::size_t n = 1; n < model.parts.size(); ++n) readMLine(model, model.parts[n]);
+  packLines(model);
+  model.groups.forget();
+}
+
+/// The request in hand has changed something.
+bool hasChanged(const Model& model) {
+  return !model.before.empty() || !model.removed.empty() || !model.additions.empty();
 }
 
 /// Room for a text that grows bit by bit.
@@ -141,56 +136,32 @@ void reserve(std::string& text, std::size_t size) {
 
 }  // namespace
 
-void insertAdditions(Model& model) {
-  std::size_t left = model.additions.size();
-  if (left == 0) return;
-  std::sort(model.additions.begin(), model.additions.end(), [](const Addition& a, const Addition& b) {
-    return a.behind != b.behind ? a.behind < b.behind : a.order < b.order;
-  });
-  model.groups.forget();
-  model.formats.forget();
-  // From the end to the beginning, so that each line moves once.
-  std::size_t from = model.lines.size();
-  model.lines.grow(left);
-  std::size_t to = model.lines.size();
-  for (std::size_t n = model.parts.size(); n-- > 0 && left != 0;) {
-    Part& part = model.parts[n];
-    const Index first = part.first;
-    part.hasAdditions = false;
-    part.end += static_cast<Index>(left);
-    while (from > first) {
-      while (left != 0 && model.additions[left - 1].behind == from - 1) {
-        model.lines[--to] = model.additions[--left].line;
-        part.kinds |= one(model.lines[to].kind);
-      }
-      model.lines[--to] = model.lines[--from];
-    }
-    part.first += static_cast<Index>(left);
-  }
-  model.additions.clear();
-  findSessionKinds(model);
+void forgetKept(Model& model, bool ofSession, Kinds kinds) {
+  if (has(kinds, Kind::mid)) model.groups.forgetSections();
+  if (!ofSession) return;
+  if (has(kinds, Kind::group)) model.groups.forget();
+  if (has(kinds, Kind::iceOptions)) model.sessionTrickles.reset();
 }
 
-void replaceLine(Model& model, Index line, Pieces content) {
-  storeAnew(model, line, makeLine(model, content, model.lines[line].end()));
+void replaceLine(Model& model, Part& part, Index line, Pieces content) {
+  storeAnew(model, part, line, makeLine(model, content, model.lines[line].end()));
 }
 
-void endLine(Model& model, Index line, std::string_view end) {
-  storeAnew(model, line, makeLine(model, {model.lines[line].content()}, end));
+void endLine(Model& model, Part& part, Index line, std::string_view end) {
+  storeAnew(model, part, line, makeLine(model, {model.lines[line].content()}, end));
 }
 
 void removeLines(Model& model, const Part& part, Kinds kinds) {
   forEach(model, part, kinds, [&](Index line) { removeLine(model, line); });
 }
 
-void addBehind(Model& model, Index line, Pieces content) {
-  if (!model.lines[line].endsInLf()) endLine(model, line, kCrLf);
+void addBehind(Model& model, Part& part, Index line, Pieces content) {
+  if (!model.lines[line].endsInLf()) endLine(model, part, line, kCrLf);
   Line added = makeLine(model, content, model.lines[line].end());
-  model.mostMids += mostMidsOf(added);
   added.added = 1;
+  model.additions.push_back({&part, line, added});
+  model.mostMids += mostMidsOf(added);
   model.length += added.whole().size();
-  model.additions.push_back({line, static_cast<Index>(model.additions.size()), added});
-  partOf(model, line).hasAdditions = true;
 }
 
 void setPort(Model& model, Part& section, Pieces port) {
@@ -202,8 +173,9 @@ void setTransport(Model& model, Part& section, std::string_view transport) {
   if (section.m.transport != transport) replaceField(model, section, section.m.transport, {transport});
 }
 
-LineWriter::LineWriter(Model& model, Index line, std::size_t room)
+LineWriter::LineWriter(Model& model, Part& part, Index line, std::size_t room)
     : model_(model),
+      part_(part),
       line_(line),
       room_(room + model.lines[line].end().size()),
       begin_(model.arena.room(room_)),
@@ -214,58 +186,85 @@ LineWriter& LineWriter::add(std::string_view piece) {
   return *this;
 }
 
-void LineWriter::finish() {
+/// Adds the line's end and gives back what is not needed.
+/// @return the length of the content
+std::size_t LineWriter::endLine() {
   const std::string_view end = model_.lines[line_].end();
   const auto length = static_cast<std::size_t>(end_ - begin_);
   add(end);
   model_.arena.giveBack(room_ - length - end.size());
-  storeAnew(model_, line_, lineOf(begin_, length, end.size()));
+  return length;
+}
+
+void LineWriter::finish() {
+  const std::size_t length = endLine();
+  storeAnew(model_, part_, line_, lineOf(begin_, length, model_.lines[line_].endLength));
+}
+
+void LineWriter::finishFormats(std::size_t formats) {
+  const char* const before = model_.lines[line_].begin;
+  Line made = model_.lines[line_];
+  made.begin = begin_;
+  made.length = static_cast<Index>(endLine());
+  store(model_, part_, line_, made);
+  MLine& m = part_.m;
+  for (std::string_view* view : {&m.media, &m.port, &m.transport}) {
+    *view = {begin_ + (view->data() - before), view->size()};
+  }
+  m.formats = made.content().substr(formats);
 }
 
 void beginEdit(Model& model) {
   model.before.clear();
   model.removed.clear();
+  model.additions.clear();
   model.explanation.clear();
   model.lengthBefore = model.length;
   model.mostMidsBefore = model.mostMids;
-  model.additionsBefore = model.additions.size();
   model.arenaBefore = model.arena.place();
 }
 
 void keepEdits(Model& model) {
-  if (model.before.empty() && model.removed.empty() && model.additions.size() == model.additionsBefore) {
-    return model.arena.forgetSince(model.arenaBefore);
-  }
+  if (!hasChanged(model)) return model.arena.forgetSince(model.arenaBefore);
   const bool outgrown = isOutgrown(model);
   std::string spare;
   if (outgrown && model.text.capacity() < model.length + kReadRoom) spare.reserve(model.length + kReadRoom);
+  if (outgrown) reserveForPacking(model);
   reserve(model.rendered, model.length + kReadRoom);
-  model.lines.reserve(model.lines.size() + model.additions.size());
+  reserveForAdditions(model);
   // Not while the request uses the tables, which move here.
   reserveForGroups(model);
   model.isRendered = false;
-  model.sessionTrickles.reset();
   model.formats.forget();
+  takeAdditionsIn(model);
   // Not before the request: its arguments may be views into what is forgotten here.
-  if (outgrown) {
-    insertAdditions(model);
-    settle(model, spare);
-  }
+  if (outgrown) settle(model, spare);
 }
 
 void takeBackEdits(Model& model) {
-  for (const Index line : model.removed) model.lines[line].gone = 0;
+  if (!hasChanged(model)) return model.arena.forgetSince(model.arenaBefore);
+  for (const Index line : model.removed) {
+    model.lines[line].gone = 0;
+    if (isOfSession(model, line)) changeKind(model, model.parts[0], line, model.lines[line].kind);
+  }
   for (auto edit = model.before.rbegin(); edit != model.before.rend(); ++edit) {
     model.lines[edit->index] = edit->line;
-    if (edit->line.kind == Kind::media) readMLine(model, partOf(model, edit->index));
+    changeKind(model, *edit->part, edit->index, edit->line.kind);
+    if (edit->line.kind == Kind::media) readMLine(model, *edit->part);
   }
   model.length = model.lengthBefore;
   model.mostMids = model.mostMidsBefore;
   model.before.clear();
   model.removed.clear();
-  model.additions.resize(model.additionsBefore);
+  model.additions.clear();
   model.arena.forgetSince(model.arenaBefore);
-  findSessionKinds(model);
+  model.sessionTrickles.reset();
+  model.formats.forget();
+  model.groups.forget();
+}
+
+void forgetHalfDone(Model& model) {
+  model.explanation.clear();
   model.formats.forget();
   model.groups.forget();
 }

@@ -16,27 +16,30 @@ namespace sdp::core {
 
 inline constexpr std::size_t kLargestText = std::size_t{64} * 1024 * 1024;
 
-/// What the table of groups is made of.
-inline bool isOfGroups(Kind kind) { return kind == Kind::group || kind == Kind::mid; }
+/// Of lines of these kinds something is kept that was found in them.
+inline constexpr Kinds kKept = kindsOf(Kind::group, Kind::mid, Kind::iceOptions);
+/// Forgets what is kept of lines of such kinds.
+void forgetKept(Model& model, bool ofSession, Kinds kinds);
 
 using Pieces = std::initializer_list<std::string_view>;
 
-/// Gives a line another content. It keeps its end.
-void replaceLine(Model& model, Index line, Pieces content);
+/// Gives a line of a part another content. It keeps its end.
+void replaceLine(Model& model, Part& part, Index line, Pieces content);
 inline void removeLine(Model& model, Index line) {
   model.removed.push_back(line);
   Line& gone = model.lines[line];
   gone.gone = 1;
   model.length -= gone.whole().size();
   model.mostMids -= mostMidsOf(gone);
-  if (isOfGroups(gone.kind)) model.groups.forget();
+  if (has(kKept, gone.kind)) forgetKept(model, isOfSession(model, line), one(gone.kind));
 }
 /// Takes away the lines of a part that are of one of the kinds.
 void removeLines(Model& model, const Part& part, Kinds kinds);
-/// Puts a line behind another, with the line end of that. It takes its place in the index when insertAdditions is called.
-void addBehind(Model& model, Index line, Pieces content);
-/// Gives a line another end.
-void endLine(Model& model, Index line, std::string_view end);
+/// Puts a line behind another, with the line end of that. It takes its place when the request is done, and a part gets at
+/// most one by a request.
+void addBehind(Model& model, Part& part, Index line, Pieces content);
+/// Gives a line of a part another end.
+void endLine(Model& model, Part& part, Index line, std::string_view end);
 
 void setPort(Model& model, Part& section, Pieces port);
 void setTransport(Model& model, Part& section, std::string_view transport);
@@ -45,16 +48,22 @@ void setTransport(Model& model, Part& section, std::string_view transport);
 class LineWriter {
  public:
   /// @param room what the content takes at most
-  LineWriter(Model& model, Index line, std::size_t room);
+  LineWriter(Model& model, Part& part, Index line, std::size_t room);
   LineWriter& add(std::string_view piece);
   std::string_view view() const { return {begin_, static_cast<std::size_t>(end_ - begin_)}; }
   /// Puts it in the line's place.
   void finish();
+  /// Puts it in the place of an m-line that differs in nothing but the formats, of which there are no more than before.
+  /// @param formats where the first begins
+  void finishFormats(std::size_t formats);
   /// Gives it up.
   void drop() { model_.arena.giveBack(room_); }
 
  private:
+  std::size_t endLine();
+
   Model& model_;
+  Part& part_;
   Index line_;
   std::size_t room_;
   char* begin_;
@@ -63,13 +72,12 @@ class LineWriter {
 
 // --- requests --------------------------------------------------------------------------------------------
 
-/// Puts the lines that edits added into the index. Allocates nothing.
-void insertAdditions(Model& model);
-
 void beginEdit(Model& model);
 /// Keeps what the request did.
 void keepEdits(Model& model);
 void takeBackEdits(Model& model);
+/// Forgets what was to be told when memory ran out.
+void forgetHalfDone(Model& model);
 
 /// Does a request as a whole or not at all.
 /// @param request called without arguments; returns a Refusal, or none when it is done
@@ -89,12 +97,11 @@ Refusal perform(Model& model, Request request) noexcept {
     }
   } catch (const std::bad_alloc&) {
     refusal = {.reason = Reason::noMemory};
-    model.explanation.clear();
   } catch (const std::length_error&) {
     refusal = {.reason = Reason::noMemory};
-    model.explanation.clear();
   }
   takeBackEdits(model);
+  if (refusal.reason == Reason::noMemory) forgetHalfDone(model);
   return refusal;
 }
 

@@ -18,6 +18,11 @@ inline std::string_view withoutBlanksBehind(std::string_view text) {
   return text;
 }
 
+inline std::string_view withoutBlanksAround(std::string_view text) {
+  while (!text.empty() && Fields::isBlank(text.front())) text.remove_prefix(1);
+  return withoutBlanksBehind(text);
+}
+
 /// Takes a text apart field by field.
 class FieldReader {
  public:
@@ -28,11 +33,7 @@ class FieldReader {
   /// What stands behind the field that was taken last.
   std::string_view behind() const { return rest_; }
   /// What stands behind the field that was taken last, without the blanks around it.
-  std::string_view rest() const {
-    std::string_view behind = rest_;
-    const std::string_view next = Fields::takeField(behind);
-    return next.empty() ? std::string_view() : withoutBlanksBehind(from(next));
-  }
+  std::string_view rest() const { return withoutBlanksAround(rest_); }
   /// The text from a field on that was taken, to its end.
   std::string_view from(std::string_view field) const {
     return {field.data(), static_cast<std::size_t>(rest_.data() + rest_.size() - field.data())};

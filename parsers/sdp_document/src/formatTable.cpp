@@ -1,11 +1,8 @@
-// The formats of a section: payload types, encodings, fmtp, apt and feedback.
+// The formats of sections: payload types, encodings, fmtp, apt and feedback.
 
 #include "formatTable.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
-#include <limits>
 
 #include "attributeNames.h"
 #include "fieldReader.h"
@@ -14,71 +11,37 @@
 namespace sdp::core {
 namespace {
 
-constexpr std::uint64_t kMostNumber = std::numeric_limits<std::uint32_t>::max();
-
-struct StaticEncoding {
-  std::string_view payload;
-  EncodingParts encoding;
-};
-
-/// RFC 3551, section 6.
-constexpr StaticEncoding kStaticEncodings[] = {
-    {"0", {"PCMU", 8000, 1}},   {"3", {"GSM", 8000, 1}},    {"4", {"G723", 8000, 1}},
-    {"5", {"DVI4", 8000, 1}},   {"6", {"DVI4", 16000, 1}},  {"7", {"LPC", 8000, 1}},
-    {"8", {"PCMA", 8000, 1}},   {"9", {"G722", 8000, 1}},   {"10", {"L16", 44100, 2}},
-    {"11", {"L16", 44100, 1}},  {"12", {"QCELP", 8000, 1}}, {"13", {"CN", 8000, 1}},
-    {"14", {"MPA", 90000, 1}},  {"15", {"G728", 8000, 1}},  {"16", {"DVI4", 11025, 1}},
-    {"17", {"DVI4", 22050, 1}}, {"18", {"G729", 8000, 1}},  {"25", {"CelB", 90000, 1}},
-    {"26", {"JPEG", 90000, 1}}, {"28", {"nv", 90000, 1}},   {"31", {"H261", 90000, 1}},
-    {"32", {"MPV", 90000, 1}},  {"33", {"MP2T", 90000, 1}}, {"34", {"H263", 90000, 1}},
-};
-
-struct RoleName {
-  std::string_view name;
-  Role role;
-};
-
-constexpr RoleName kCompanions[] = {
-    {"rtx", Role::rtx},
-    {"red", Role::red},
-    {"CN", Role::comfortNoise},
-    {"telephone-event", Role::telephoneEvent},
-    {"ulpfec", Role::otherCompanion},
-    {"flexfec", Role::otherCompanion},
-    {"flexfec-03", Role::otherCompanion},
-    {"parityfec", Role::otherCompanion},
-    {"1d-interleaved-parityfec", Role::otherCompanion},
-    {"raptorfec", Role::otherCompanion},
-    {"rtploopback", Role::otherCompanion},
-    {"encaprtp", Role::otherCompanion},
-    {"tone", Role::otherCompanion},
-};
-
-/// Takes a slash and the digits behind it.
-/// @return false when there is no slash, or no digit
-bool takeNumber(const char*& at, const char* end, std::uint32_t& number) {
-  if (at == end || *at != '/') return false;
-  const char* const first = ++at;
-  std::uint64_t value = 0;
-  for (; at != end && sdpneg::isDigit(*at); ++at) {
-    value = std::min<std::uint64_t>(value * 10 + static_cast<std::uint64_t>(*at - '0'), kMostNumber);
-  }
-  number = static_cast<std::uint32_t>(value);
-  return at != first;
+std::size_t formatCount(std::string_view formats) {
+  std::size_t count = 0;
+  for (FieldReader fields(formats); !fields.next().empty();) ++count;
+  return count;
 }
 
-/// A letter, or any other character, as one of 32 bits.
-constexpr std::uint32_t letterOf(char c) { return std::uint32_t{1} << (static_cast<unsigned char>(c) % 32U); }
+/// The payload type that a line speaks of, and what stands behind it.
+struct Spoken {
+  std::string_view payload;
+  std::string_view behind;
+};
+Spoken spokenOf(const Line& line) {
+  std::string_view text = textBehindColon(line);
+  if (line.detail == kOtherPayload) {
+    const std::string_view payload = Fields::takeField(text);
+    return {payload, text};
+  }
+  const std::size_t digits = digitCountOf(line.detail);
+  return {text.substr(0, digits), text.substr(digits)};
+}
 
-/// What companions begin with. Most codecs begin with something else.
-constexpr std::uint32_t kFirstLetters = [] {
-  std::uint32_t letters = 0;
-  for (const RoleName& companion : kCompanions) letters |= letterOf(companion.name.front());
-  return letters;
-}();
+/// The small number of a payload type, behind which eight characters are readable.
+std::uint16_t shortNumberOf(std::string_view payload) {
+  return payload.empty() ? kOtherPayload : payloadAt(payload.data(), payload.size());
+}
 
 /// The payload type that `apt=` of a fmtp names (RFC 4588, section 8.1); empty when none does.
 std::string_view aptIn(std::string_view fmtp) {
+  // As nearly everybody writes it.
+  constexpr std::string_view kAlone = "apt=";
+  if (fmtp.starts_with(kAlone) && isDigits(fmtp.substr(kAlone.size()))) return fmtp.substr(kAlone.size());
   while (!fmtp.empty()) {
     const std::size_t semicolon = std::min(fmtp.find(';'), fmtp.size());
     const std::string_view parameter = fmtp.substr(0, semicolon);
@@ -93,182 +56,176 @@ std::string_view aptIn(std::string_view fmtp) {
   return {};
 }
 
+/// The encoding of the first rtpmap that has one, of those that speak of a format, else that of RFC 3551.
+void readEncodingOf(const Model& model, FormatEntry& entry) {
+  for (Index i = entry.firstLine; i != kNone; i = model.lines[i].next) {
+    const Line& line = model.lines[i];
+    if (line.kind == Kind::rtpmap && readEncoding(spokenOf(line).behind, kReadAhead, entry.encoding)) return;
+  }
+  const EncodingParts* const encoding = staticEncodingOf(entry.number);
+  if (encoding != nullptr) entry.encoding = *encoding;
+}
+
 }  // namespace
 
-std::size_t formatCount(std::string_view formats) {
-  std::size_t count = 0;
-  for (FieldReader fields(formats); !fields.next().empty();) ++count;
-  return count;
-}
-
-std::optional<EncodingParts> readEncodingText(std::string_view text) {
-  const char* at = text.data();
-  const char* const end = at + text.size();
-  while (at != end && Fields::isBlank(*at)) ++at;
-  const char* const begin = at;
-  while (at != end && *at != '/' && !Fields::isBlank(*at)) ++at;
-  EncodingParts encoding;
-  encoding.name = {begin, static_cast<std::size_t>(at - begin)};
-  if (at == begin || !takeNumber(at, end, encoding.clock)) return std::nullopt;
-  if (at != end && *at == '/' && !takeNumber(at, end, encoding.channels)) return std::nullopt;
-  if (at != end && !Fields::isBlank(*at)) return std::nullopt;
-  return encoding;
-}
-
-std::optional<EncodingParts> staticEncodingOf(std::string_view payload) {
-  const auto* const known =
-      std::find_if(std::begin(kStaticEncodings), std::end(kStaticEncodings),
-                   [payload](const StaticEncoding& encoding) { return encoding.payload == payload; });
-  if (known == std::end(kStaticEncodings)) return std::nullopt;
-  return known->encoding;
-}
-
-Role roleOf(std::string_view encodingName) {
-  if (encodingName.empty() || (kFirstLetters & letterOf(encodingName[0])) == 0) return Role::codec;
-  for (const RoleName& companion : kCompanions) {
-    if (sdpneg::equalNoCase(companion.name, encodingName)) return companion.role;
+void FormatTable::reserve(std::size_t formats, std::size_t sections) {
+  if (formats > allOccurrences_.size()) {
+    const std::size_t most = std::max(formats, 2 * allOccurrences_.size());
+    allEntries_.resize(most);
+    slots_.reserve(most);
+    allOccurrences_.resize(most);
   }
-  return Role::codec;
-}
-
-void FormatTable::reserve(std::size_t formats) {
-  entries.reserve(formats);
-  slots_.reserve(formats);
-  occurrences.reserve(formats);
-}
-
-FormatTable::Payload FormatTable::takePayload(std::string_view& text) {
-  if (text.empty()) return {{}, kShortTexts};
-  const Payload payload = takeShortPayload(text);
-  if (payload.shortIndex != kShortTexts) return payload;
-  const std::string_view field = Fields::takeField(text);
-  std::string_view alone = field;
-  return {field, takeShortPayload(alone).shortIndex};
-}
-
-/// Takes a text's beginning when that is a payload type of one to three digits, with a step for all of them.
-FormatTable::Payload FormatTable::takeShortPayload(std::string_view& text) {
-  const char* const begin = text.data();
-  const std::uint64_t digits = load(begin) ^ 0x3030303030303030U;
-  const std::uint64_t others =
-      (((digits & 0x7F7F7F7F7F7F7F7FU) + 0x7676767676767676U) | digits) & 0x8080808080808080U;
-  const auto length = std::min(static_cast<std::size_t>(std::countr_zero(others)) / 8, text.size());
-  if (length - 1 >= kShortDigits || (length != text.size() && !Fields::isBlank(begin[length]))) {
-    return {{}, kShortTexts};
+  if (sections >= places_.size()) {
+    sections_.reserve(std::max(sections, 2 * places_.size()));
+    places_.resize(sections_.capacity() + 1);
   }
-  // The last digit comes to stand in the highest byte, the others below it.
-  const std::uint64_t aligned = digits << (64U - 8U * length);
-  const std::uint64_t value =
-      (aligned >> 56U) + (aligned >> 48U & 0xFFU) * 10 + (aligned >> 40U & 0xFFU) * 100;
-  constexpr std::size_t kBegins[] = {0, 0, 10, 110};
-  text.remove_prefix(length);
-  return {{begin, length}, static_cast<std::uint16_t>(kBegins[length] + value)};
+  forget();
 }
 
-Index& FormatTable::slotOf(const Payload& payload) {
-  if (payload.shortIndex != kShortTexts) return short_[payload.shortIndex];
-  return slots_.slotOf(payload.text, [&](Index entry) { return entries[entry].payload == payload.text; });
+Index FormatTable::find(std::string_view payload) {
+  if (found_ != current_) findEntries();
+  return entryOf(shortNumberOf(payload), payload);
 }
-
-Index FormatTable::find(const Payload& payload) {
-  return payload.shortIndex != kShortTexts || usesSlots_ ? slotOf(payload) : kNone;
-}
-
-Index FormatTable::find(std::string_view payload) { return find(takePayload(payload)); }
 
 void FormatTable::read(const Model& model, const Part& section) {
-  if (part_ == model.indexOf(section)) return;
+  const Index part = model.indexOf(section);
+  if (part == current_) return;
+  const Index place = places_[part];
+  if (place < sections_.size() && sections_[place].part == part) return use(sections_[place]);
+  if (sections_.empty()) {
+    entryCount_ = 0;
+    occurrenceCount_ = 0;
+  }
+  use({part, entryCount_, occurrenceCount_});
+  beginFinding();
   readFormats(section);
-  part_ = model.indexOf(section);
-  feedbackOfAll = kNone;
-  Index lastOfAll = kNone;
-  forEach(model, section, kOfFormats, [&](Index i) { readLine(model, i, lastOfAll); });
+  readLines(model, section);
   for (FormatEntry& entry : entries) {
-    if (entry.name.empty()) give(entry, staticEncodingOf(entry.payload));
-    entry.role = entry.name.empty() ? Role::codec : roleOf(entry.name);
+    readEncodingOf(model, entry);
+    entry.role = roleOf(entry.encoding.name);
   }
+  places_[part] = static_cast<Index>(sections_.size());
+  sections_.push_back(
+      {part, entryCount_, occurrenceCount_, entries.size(), occurrences.size(), feedbackOfAll, hasOthers_});
+  entryCount_ += entries.size();
+  occurrenceCount_ += occurrences.size();
 }
 
+void FormatTable::use(const Section& section) {
+  current_ = section.part;
+  entries = {allEntries_.data() + section.firstEntry, section.entryCount};
+  occurrences = {allOccurrences_.data() + section.firstOccurrence, section.occurrenceCount};
+  feedbackOfAll = section.feedbackOfAll;
+  hasOthers_ = section.hasOthers;
+}
+
+/// Reads the formats behind those of the sections that were read before. There is room for them.
 void FormatTable::readFormats(const Part& section) {
-  // What the entries say may be of a text that is gone, but not where they stand.
-  for (const FormatEntry& entry : entries) {
-    if (entry.shortIndex != kShortTexts) short_[entry.shortIndex] = kNone;
-  }
-  entries.clear();
-  occurrences.clear();
-  usesSlots_ = false;
   // What separates the first format stands in front of them.
-  const char* behind = section.m.transport.data() + section.m.transport.size();
-  std::string_view rest = section.m.formats;
-  for (Payload payload = takePayload(rest); !payload.text.empty(); payload = takePayload(rest)) {
-    if (!usesSlots_ && payload.shortIndex == kShortTexts) {
-      usesSlots_ = true;
-      slots_.reset(formatCount(section.m.formats));
+  const char* begin = section.m.transport.data() + section.m.transport.size();
+  const char* at = section.m.formats.data();
+  const char* const end = at + section.m.formats.size();
+  Occurrence* occurrence = allOccurrences_.data() + occurrenceCount_;
+  for (;;) {
+    while (at != end && Fields::isBlank(*at)) ++at;
+    if (at == end) break;
+    const char* const format = at;
+    const std::uint16_t number = payloadAt(at, static_cast<std::size_t>(end - at));
+    if (number == kOtherPayload) {
+      while (at != end && !Fields::isBlank(*at)) ++at;
+      if (!hasOthers_) slots_.reset(formatCount(section.m.formats));
+      hasOthers_ = true;
+    } else {
+      at += digitCountOf(number);
     }
-    Index& slot = slotOf(payload);
-    if (slot == kNone) {
-      slot = static_cast<Index>(entries.size());
-      FormatEntry& entry = entries.emplace_back();
-      entry.payload = payload.text;
-      entry.shortIndex = payload.shortIndex;
-    }
-    const std::string_view format = payload.text;
-    occurrences.push_back({{behind, static_cast<std::size_t>(format.data() - behind)}, format, slot});
-    behind = format.data() + format.size();
+    *occurrence++ = {begin, static_cast<Index>(format - begin), static_cast<Index>(at - format),
+                     entryOrNew(number, {format, static_cast<std::size_t>(at - format)})};
+    begin = at;
+  }
+  occurrences = {occurrences.data(), occurrence};
+}
+
+Index FormatTable::entryOrNew(std::uint16_t number, std::string_view payload) {
+  const Index found = entryOf(number, payload);
+  if (found != kNone) return found;
+  const std::size_t entry = entries.size();
+  FormatEntry& added = allEntries_[entryCount_ + entry];
+  added = {};
+  added.payload = payload;
+  added.number = number;
+  entries = {entries.data(), entry + 1};
+  slotOf(number, payload) = static_cast<Index>(entry);
+  return static_cast<Index>(entry);
+}
+
+Index& FormatTable::slotOf(std::uint16_t number, std::string_view payload) {
+  if (number == kOtherPayload) {
+    return slots_.slotOf(payload, [&](Index entry) { return entries[entry].payload == payload; });
+  }
+  short_[number].stamp = stamp_;
+  return short_[number].entry;
+}
+
+/// Entries are found of the current section from now on, of which none is known yet.
+void FormatTable::beginFinding() {
+  found_ = current_;
+  if (++stamp_ != 0) return;
+  short_.fill({});
+  stamp_ = 1;
+}
+
+/// Lets the entries of a section that was read before be found again.
+void FormatTable::findEntries() {
+  beginFinding();
+  if (hasOthers_) slots_.reset(entries.size());
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    slotOf(entries[i].number, entries[i].payload) = static_cast<Index>(i);
   }
 }
 
-void FormatTable::give(FormatEntry& entry, const std::optional<EncodingParts>& encoding) {
-  if (!encoding) return;
-  entry.name = encoding->name;
-  entry.clock = encoding->clock;
-  entry.channels = encoding->channels;
-}
-
-/// Chains a line behind the others that speak of its format, and takes the encoding from an rtpmap.
-void FormatTable::readLine(const Model& model, Index index, Index& lastOfAll) {
+/// Chains the lines that speak of each format, from the last to the first.
+void FormatTable::readLines(const Model& model, const Part& section) {
+  if ((section.kinds & kOfFormats) == 0) return;
   LineList& lines = model.lines;
-  Line& line = lines[index];
-  line.next = kNone;
-  std::string_view text = textBehindColon(line);
-  const Payload payload = takePayload(text);
-  Index* first = &feedbackOfAll;
-  Index* last = &lastOfAll;
-  if (line.kind != Kind::rtcpFb || payload.text != "*") {
-    const Index found = find(payload);
-    if (found == kNone) return;
-    FormatEntry& entry = entries[found];
-    if (line.kind == Kind::rtpmap && entry.name.empty()) give(entry, readEncodingText(text));
+  for (Index i = section.end; i-- > section.first;) {
+    Line& line = lines[i];
+    if (line.gone != 0 || !has(kOfFormats, line.kind)) continue;
     const bool isFeedback = line.kind == Kind::rtcpFb;
-    first = isFeedback ? &entry.feedback : &entry.firstLine;
-    last = isFeedback ? &entry.lastFeedback : &entry.lastLine;
+    Index* first = &feedbackOfAll;
+    if (!isFeedback || line.detail != kOtherPayload || spokenOf(line).payload != "*") {
+      const Index found = line.detail != kOtherPayload ? entryOf(line.detail) : rareEntryOf(line);
+      if (found == kNone) continue;
+      FormatEntry& entry = entries[found];
+      first = isFeedback ? &entry.feedback : &entry.firstLine;
+      if (line.kind == Kind::fmtp) entry.fmtp = i;
+    }
+    line.next = *first;
+    *first = i;
   }
-  (*last == kNone ? *first : lines[*last].next) = index;
-  *last = index;
 }
 
-Index fmtpOf(const Model& model, FormatEntry& entry) {
-  if (entry.fmtp) return *entry.fmtp;
-  Index line = entry.firstLine;
-  while (line != kNone && model.lines[line].kind != Kind::fmtp) line = model.lines[line].next;
-  entry.fmtp = line;
-  return line;
+/// The entry of the payload type that a line speaks of as few do.
+Index FormatTable::rareEntryOf(const Line& line) {
+  // Blanks may stand in front of a short one.
+  const std::string_view payload = spokenOf(line).payload;
+  return entryOf(shortNumberOf(payload), payload);
 }
 
-std::string_view behindPayload(const Line& line) {
-  FieldReader fields(textBehindColon(line));
-  fields.next();
-  return fields.rest();
-}
+std::string_view behindPayload(const Line& line) { return withoutBlanksAround(spokenOf(line).behind); }
 
 std::string_view aptOf(const Model& model, FormatEntry& entry) {
-  if (entry.apt) return *entry.apt;
-  std::string_view apt;
-  for (Index line = fmtpOf(model, entry); line != kNone && apt.empty(); line = model.lines[line].next) {
-    if (model.lines[line].kind == Kind::fmtp) apt = aptIn(behindPayload(model.lines[line]));
+  for (Index i = entry.fmtp; !entry.knowsApt && i != kNone; i = model.lines[i].next) {
+    if (model.lines[i].kind != Kind::fmtp) continue;
+    entry.apt = aptIn(behindPayload(model.lines[i]));
+    entry.knowsApt = !entry.apt.empty();
   }
-  entry.apt = apt;
-  return apt;
+  entry.knowsApt = true;
+  return entry.apt;
+}
+
+std::size_t mostFormatsOf(std::string_view formats) {
+  constexpr std::size_t kFew = 64;
+  return formats.size() <= kFew ? (formats.size() + 1) / 2 : formatCount(formats);
 }
 
 }  // namespace sdp::core

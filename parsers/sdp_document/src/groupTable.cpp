@@ -24,26 +24,45 @@ Index GroupTable::midOf(const Model& model, const Part& section) const {
   return sectionMids.empty() ? kNone : sectionMids[model.indexOf(section)];
 }
 
+Index GroupTable::find(std::string_view mid) {
+  if (groups.empty()) return kNone;
+  return slots_.slotOf(mid, [&](Index entry) { return mids[entry].mid == mid; });
+}
+
 void GroupTable::read(const Model& model) {
+  readGroups(model);
+  if (areSectionsRead_) return;
+  areSectionsRead_ = true;
+  sectionMids.clear();
+  if (!groups.empty()) readSections(model);
+}
+
+void GroupTable::readGroups(const Model& model) {
   if (isRead_) return;
   isRead_ = true;
+  areSectionsRead_ = false;
   groups.clear();
   members.clear();
   mids.clear();
-  sectionMids.clear();
   std::size_t most = 0;
   forEach(model, model.session(), one(Kind::group), [&](Index i) { most += model.lines[i].length / 2; });
   if (most == 0) return;
   slots_.reset(most);
   forEach(model, model.session(), one(Kind::group), [&](Index i) { readGroup(model, i); });
-  readSections(model);
+}
+
+void GroupTable::addGroup(const Model& model, Index line) {
+  const bool fits = !groups.empty() && slots_.fits(mids.size() + mostMidsOf(model.lines[line]));
+  if (!isRead_ || !fits) return forget();
+  readGroup(model, line);
+  forgetSections();
 }
 
 void GroupTable::readGroup(const Model& model, Index line) {
   const auto index = static_cast<Index>(groups.size());
   const auto first = static_cast<Index>(members.size());
   FieldReader fields(valueOf(model.lines[line]).value_or(std::string_view()));
-  groups.push_back({line, fields.next(), first, first});
+  groups.push_back({fields.next(), first, first});
   Group& group = groups.back();
   for (std::string_view mid = fields.next(); !mid.empty(); mid = fields.next()) {
     Index& slot = slots_.slotOf(mid, [&](Index entry) { return mids[entry].mid == mid; });
@@ -68,6 +87,10 @@ void GroupTable::readGroup(const Model& model, Index line) {
 }
 
 void GroupTable::readSections(const Model& model) {
+  for (MidEntry& entry : mids) {
+    entry.firstSection = entry.lastSection = kNone;
+    entry.live = 0;
+  }
   sectionMids.assign(model.parts.size(), kNone);
   nextSectionsOfMid.assign(model.parts.size(), kNone);
   for (Index n = 1; n < model.parts.size(); ++n) {
@@ -75,7 +98,7 @@ void GroupTable::readSections(const Model& model) {
     if (!section.m.readable) continue;
     const std::string_view mid = sdp::core::midOf(model, section);
     if (mid.empty()) continue;
-    const Index found = slots_.slotOf(mid, [&](Index entry) { return mids[entry].mid == mid; });
+    const Index found = find(mid);
     if (found == kNone) continue;
     MidEntry& entry = mids[found];
     sectionMids[n] = found;

@@ -42,7 +42,6 @@ struct Member {
 };
 
 struct Group {
-  Index line;
   std::string_view semantics;
   Index firstMember;
   Index endMember;
@@ -70,12 +69,20 @@ struct Candidate {
 class GroupTable {
  public:
   void reserve(std::size_t members, std::size_t sections);
-  void forget() { isRead_ = false; }
-  /// Reads the groups of the session, unless that was done.
+  void forget() { isRead_ = areSectionsRead_ = false; }
+  /// Mids of sections are others than before, or other ones are named.
+  void forgetSections() { areSectionsRead_ = false; }
+  /// Reads the groups of the session and which sections are their members, unless that was done.
   void read(const Model& model);
+  /// Reads the groups alone.
+  void readGroups(const Model& model);
+  /// A line of the session is a group behind all others. Allocates nothing where there is room for all groups.
+  void addGroup(const Model& model, Index line);
 
-  /// The entry of a section's mid; kNone when no group names it.
+  /// The entry of a section's mid, where sections were read; kNone when no group names it.
   Index midOf(const Model& model, const Part& section) const;
+  /// The entry of a mid; kNone when no group names it.
+  Index find(std::string_view mid);
 
   std::vector<Group> groups;
   std::vector<Member> members;
@@ -89,6 +96,7 @@ class GroupTable {
   void readSections(const Model& model);
 
   bool isRead_ = false;
+  bool areSectionsRead_ = false;
   TextSlots slots_;
 };
 

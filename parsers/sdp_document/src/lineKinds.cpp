@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "attributeNames.h"
-#include "lines.h"
+#include "lineReader.h"
 #include "text/search.h"
 
 namespace sdp::core {
@@ -39,15 +39,6 @@ std::string_view nameOf(Kind kind) {
   return name == std::end(kKnownNames) ? std::string_view() : name->text;
 }
 
-void classify(std::string_view content, Line& line) {
-  line.nameLength = 0;
-  line.kind = content.empty() ? Kind::empty : Kind::other;
-  if (content.size() < 2 || content[1] != '=') return;
-  line.kind = kindOfType(content[0]);
-  if (line.kind != Kind::attribute) return;
-  const std::string_view name = content.substr(2, content.find(':', 2) - 2);
-  line.nameLength = static_cast<std::uint16_t>(std::min<std::size_t>(name.size(), kLongName));
-  line.kind = attributeKind(name);
-}
+void classify(Line& line) { readKind(line); }
 
 }  // namespace sdp::core

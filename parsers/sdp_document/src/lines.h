@@ -88,9 +88,11 @@ inline constexpr Index kNone = std::numeric_limits<Index>::max();
 /// A line: its content, and its end behind that. What they stand in does not move while lines point there.
 struct Line {
   const char* begin;
-  Index length;              ///< of the content
-  Index next;                ///< of a chain that a table makes of lines
-  std::uint16_t nameLength;  ///< of an attribute's name; kLongName when it is longer than this can tell
+  Index length;  ///< of the content
+  Index next;    ///< of a chain that a table makes of lines
+  /// Of an attribute of an unknown name the name's length; kLongName when it is longer than this can tell. Of one that
+  /// speaks of a format the payload type (see payloads.h).
+  std::uint16_t detail;
   Kind kind;
   std::uint8_t endLength : 2;  ///< CR LF, LF, a CR at the text's end, or nothing
   std::uint8_t gone : 1;
@@ -103,12 +105,6 @@ struct Line {
   bool endsInLf() const { return end().ends_with('\n'); }
 };
 inline constexpr std::uint16_t kLongName = std::numeric_limits<std::uint16_t>::max();
-
-/// What stands behind the colon of an attribute of a known name; empty where there is none.
-inline std::string_view textBehindColon(const Line& line) {
-  const std::size_t colon = std::size_t{2} + line.nameLength;
-  return colon < line.length ? line.content().substr(colon + 1) : std::string_view();
-}
 
 /// The kind of lines of a type, the letter in front of "="; Kind::attribute for all attributes.
 constexpr Kind kindOfType(char type) {
@@ -138,7 +134,8 @@ Kind attributeKindNoCase(std::string_view name);
 std::string_view nameOf(Kind kind);
 
 /// Reads what a content is about into a line, whose place and end are known already.
-void classify(std::string_view content, Line& line);
+/// @param line kReadAhead characters behind its content are readable
+void classify(Line& line);
 
 }  // namespace sdp::core
 

@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "attributeNames.h"
 #include "fieldReader.h"
 
 namespace sdp::core {
@@ -41,7 +42,6 @@ Index firstOf(const Model& model, const Part& part, Kinds kinds) {
 
 void findSessionKinds(const Model& model) {
   model.sessionFirst.fill(kNone);
-  model.sessionTrickles.reset();
   const Part& session = model.session();
   for (Index i = session.end; i-- > session.first;) {
     model.sessionFirst[static_cast<std::size_t>(model.lines[i].kind)] = i;
@@ -50,8 +50,10 @@ void findSessionKinds(const Model& model) {
 
 std::string_view nameOf(const Line& line) {
   const std::string_view behind = line.content().substr(2);
-  return line.nameLength == kLongName ? behind.substr(0, behind.find(':'))
-                                      : behind.substr(0, line.nameLength);
+  if (line.kind != Kind::attribute) {
+    return behind.substr(0, kNameLengths[static_cast<std::size_t>(line.kind)]);
+  }
+  return behind.substr(0, line.detail == kLongName ? behind.find(':') : line.detail);
 }
 
 std::optional<std::string_view> valueOf(const Line& line) {
@@ -73,14 +75,17 @@ std::string_view render(const Model& model) {
   text.clear();
   const char* begin = nullptr;
   const char* end = nullptr;
-  for (const Line& line : model.lines) {
-    if (line.gone != 0) continue;
-    const std::string_view whole = line.whole();
-    if (whole.data() != end) {
-      text.append(begin, end);
-      begin = whole.data();
+  for (const Part& part : model.parts) {
+    const Line* const behind = model.lines.begin() + part.end;
+    for (const Line* line = model.lines.begin() + part.first; line != behind; ++line) {
+      if (line->gone != 0) continue;
+      const std::string_view whole = line->whole();
+      if (whole.data() != end) {
+        text.append(begin, end);
+        begin = whole.data();
+      }
+      end = whole.data() + whole.size();
     }
-    end = whole.data() + whole.size();
   }
   text.append(begin, end);
   model.isRendered = true;

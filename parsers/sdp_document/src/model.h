@@ -15,6 +15,7 @@
 #include "groupTable.h"
 #include "lineList.h"
 #include "lines.h"
+#include "parts.h"
 #include "requests/codecList.h"
 #include "requests/leaderTable.h"
 
@@ -23,51 +24,34 @@ namespace sdp::core {
 /// How many mids a line can name at most; 0 when it is no group.
 inline std::size_t mostMidsOf(const Line& line) { return line.kind == Kind::group ? line.length / 2 : 0; }
 
-/// The fields of an m-line.
-struct MLine {
-  std::string_view media;
-  std::string_view port;  ///< with its count
-  std::string_view transport;
-  std::string_view formats;  ///< from the first on, with what separates them and stands behind the last
-  std::uint64_t portCount = 1;
-  std::uint16_t portNumber = 0;
-  bool readable = false;
-};
-
-/// The session, or a section: its lines, and of a section its m-line, which is its first line.
-struct Part {
-  Index first = 0;
-  Index end = 0;     ///< behind its last line
-  Index number = 0;  ///< of a section's m-line, from 1, as the text was read
-  Kinds kinds = 0;   ///< of its lines; those of lines that are gone may be among them
-  bool hasAdditions = false;
-  MLine m;
-};
-
 /// A line as it was before an edit.
 struct Before {
+  Part* part;
   Index index;
   Line line;
 };
 
-/// A line that is to stand behind another.
+/// A line that is to stand behind another of its part.
 struct Addition {
+  Part* part;
   Index behind;
-  Index order;  ///< of those behind one line
   Line line;
 };
 
 /// What reading looks at behind a text's end.
-inline constexpr std::size_t kReadRoom = 32;
+inline constexpr std::size_t kReadRoom = kReadAhead;
 
 struct Model {
-  std::string text;                                ///< as it was read
-  Arena arena;                                     ///< the lines that edits made
-  mutable LineList lines;                          ///< in the document's order; asking makes chains of them
-  std::vector<Part> parts = std::vector<Part>(1);  ///< the session, and section n as parts[n]
-  std::size_t length = 0;                          ///< of the text as edited
+  std::string text;        ///< as it was read
+  Arena arena;             ///< the lines that edits made
+  mutable LineList lines;  ///< of all parts; asking makes chains of them
+  PartList parts;
+  std::size_t unused = 0;     ///< places among the lines that are of no part
+  std::vector<Index> places;  ///< parts by where they lie, for who moves all
+  std::size_t length = 0;     ///< of the text as edited
   std::size_t linesRead = 0;
-  std::size_t mostMids = 0;  ///< that the lines of groups can name
+  std::size_t mostMids = 0;     ///< that the lines of groups can name
+  std::size_t mostFormats = 0;  ///< that the m-lines can have
 
   mutable std::array<Index, kKinds> sessionFirst{};  ///< where a kind may first stand in the session
   mutable std::optional<bool> sessionTrickles;
@@ -81,9 +65,8 @@ struct Model {
   std::vector<Index> removed;  ///< the lines that it took away
   std::size_t lengthBefore = 0;
   std::size_t mostMidsBefore = 0;
-  std::size_t additionsBefore = 0;
   Arena::Place arenaBefore;
-  std::vector<Addition> additions;  ///< they stay until somebody wants to see the lines in their order
+  std::vector<Addition> additions;  ///< they take their places when it is done
   std::vector<Index> chosen;        ///< the sections that it is about
   std::vector<Index> ports;         ///< by section: the one that it gets, or kNone
   LeaderTable leaders;
@@ -98,7 +81,7 @@ struct Model {
 
   const Part& session() const { return parts[0]; }
   std::size_t sectionCount() const { return parts.size() - 1; }
-  Index indexOf(const Part& part) const { return static_cast<Index>(&part - parts.data()); }
+  Index indexOf(const Part& part) const { return static_cast<Index>(&part - parts.begin()); }
 };
 
 /// Takes a text of at most Document::kMaximumLength characters.
@@ -106,7 +89,7 @@ void read(Model& model, std::string_view text);
 
 /// Makes room for what may be asked of a model, so that asking allocates nothing.
 void reserveForQuestions(Model& model);
-void reserveForFormats(Model& model, const Part& section);
+void reserveForFormats(Model& model);
 void reserveForGroups(Model& model);
 
 /// The text with all edits.
@@ -115,7 +98,7 @@ std::string_view render(const Model& model);
 /// Reads port and count from the port field of an m-line that has all its fields.
 void readPortField(MLine& m);
 /// Reads the m-line of a section anew.
-void readMLine(const Model& model, Part& section);
+void readMLine(Model& model, Part& section);
 
 // --- finding ---------------------------------------------------------------------------------------------
 
@@ -143,8 +126,13 @@ std::optional<std::string_view> valueOf(const Line& line);
 /// The first field of an attribute of a known name; empty where there is none.
 std::string_view firstFieldOf(const Line& line);
 
-/// To be called when lines of the session are about something else than before.
+/// To be called when lines of the session lie elsewhere than before.
 void findSessionKinds(const Model& model);
+
+/// Whether a line is of the session.
+inline bool isOfSession(const Model& model, Index line) {
+  return line - model.session().first < model.session().end - model.session().first;
+}
 
 // --- what a section is -----------------------------------------------------------------------------------
 

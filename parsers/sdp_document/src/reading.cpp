@@ -1,55 +1,15 @@
 // Reading a text: its lines, its sections, and the fields of their m-lines.
 
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
-
-#include <algorithm>
-#include <array>
-#include <bit>
 #include <cstring>
 
-#include "attributeNames.h"
 #include "fieldReader.h"
+#include "lineReader.h"
 #include "model.h"
 
 namespace sdp::core {
 namespace {
 
 constexpr std::uint32_t kHighestPort = 65535;
-
-/// How many characters in front of the first colon there are, of at most kNameRoom; more when there is none.
-std::size_t beforeColon(const char* text) {
-#ifdef __SSE2__
-  const __m128i characters = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
-  const int colons = _mm_movemask_epi8(_mm_cmpeq_epi8(characters, _mm_set1_epi8(':')));
-  return static_cast<std::size_t>(std::countr_zero(static_cast<unsigned>(colons) | (2U << kNameRoom)));
-#else
-  return static_cast<std::size_t>(std::find(text, text + kNameRoom, ':') - text);
-#endif
-}
-
-/// Reads the name of an attribute.
-/// @param length of the line's content, in front of which stands "a="
-void readName(Line& line) {
-  const char* const name = line.begin + 2;
-  const std::size_t behind = line.length - 2;
-  std::size_t length = beforeColon(name);
-  if (length >= kNameRoom && behind > kNameRoom) {
-    const std::size_t more = line.content().find(':', 2 + kNameRoom);
-    length = (more == std::string_view::npos ? line.length : more) - 2;
-  }
-  length = std::min(length, behind);
-  line.nameLength = static_cast<std::uint16_t>(std::min<std::size_t>(length, kLongName));
-  line.kind = knownAttribute(name, length);
-}
-
-constexpr std::array<Kind, 256> makeTypes() {
-  std::array<Kind, 256> types{};
-  for (std::size_t type = 0; type < types.size(); ++type) types[type] = kindOfType(static_cast<char>(type));
-  return types;
-}
-constexpr std::array<Kind, 256> kTypes = makeTypes();
 
 /// Reads the line that begins at `begin`.
 /// @return where the next one begins
@@ -63,12 +23,7 @@ const char* readLine(const char* begin, const char* textEnd, Line& line) {
   line.endLength = (cr + (lf != nullptr ? 1U : 0U)) & 3U;
   line.gone = 0;
   line.added = 0;
-  line.nameLength = 0;
-  line.kind = line.length == 0 ? Kind::empty : Kind::other;
-  if (line.length >= 2 && begin[1] == '=') {
-    line.kind = kTypes[static_cast<unsigned char>(*begin)];
-    if (line.kind == Kind::attribute) readName(line);
-  }
+  readKind(line);
   return lf != nullptr ? lf + 1 : textEnd;
 }
 
@@ -101,10 +56,11 @@ void readPortField(MLine& m) {
   m.portCount = *count;
 }
 
-void readMLine(const Model& model, Part& section) {
+void readMLine(Model& model, Part& section) {
   const std::string_view value = model.lines[section.first].content().substr(2);
   FieldReader fields(value);
   MLine& m = section.m;
+  model.mostFormats -= m.mostFormats;
   m = {};
   m.media = fields.next();
   m.port = fields.next();
@@ -112,6 +68,8 @@ void readMLine(const Model& model, Part& section) {
   const std::string_view format = fields.next();
   if (format.empty()) return;
   m.formats = fields.from(format);
+  m.mostFormats = mostFormatsOf(m.formats);
+  model.mostFormats += m.mostFormats;
   readPortField(m);
 }
 
@@ -120,9 +78,10 @@ void read(Model& model, std::string_view text) {
   model.text.append(kReadRoom, '\0');
   model.arena.forgetAll();
   model.lines.clear();
-  model.parts.resize(1);
-  Part* part = model.parts.data();
-  *part = {};
+  model.mostFormats = 0;
+  model.unused = 0;
+  model.parts.clear();
+  Part* part = model.parts.begin();
   const char* at = model.text.data();
   const char* const end = at + text.size();
   while (at != end) {
@@ -132,7 +91,7 @@ void read(Model& model, std::string_view text) {
     if (line.kind == Kind::media) {
       const auto index = static_cast<Index>(model.lines.size() - 1);
       part->end = index;
-      part = &model.parts.emplace_back();
+      part = &model.parts.add();
       part->first = index;
       part->number = index + 1;
       readMLine(model, *part);
@@ -144,12 +103,14 @@ void read(Model& model, std::string_view text) {
   model.linesRead = model.lines.size();
   model.isRendered = false;
   findSessionKinds(model);
+  model.sessionTrickles.reset();
   reserveForQuestions(model);
 }
 
-void reserveForFormats(Model& model, const Part& section) {
-  const std::string_view formats = section.m.formats;
-  if (formats.size() / 2 >= model.formats.room()) model.formats.reserve(formatCount(formats));
+void reserveForFormats(Model& model) {
+  if (!model.formats.hasRoomFor(model.mostFormats, model.sectionCount())) {
+    model.formats.reserve(model.mostFormats, model.sectionCount());
+  }
 }
 
 void reserveForGroups(Model& model) {
@@ -159,7 +120,7 @@ void reserveForGroups(Model& model) {
 void reserveForQuestions(Model& model) {
   model.formats.forget();
   model.groups.forget();
-  for (std::size_t n = 1; n < model.parts.size(); ++n) reserveForFormats(model, model.parts[n]);
+  reserveForFormats(model);
   model.mostMids = 0;
   for (const Part& part : model.parts) {
     forEach(model, part, one(Kind::group), [&](Index i) { model.mostMids += mostMidsOf(model.lines[i]); });

@@ -37,23 +37,14 @@ bool haveSameFields(std::string_view one, std::string_view other) {
 /// What an edit is about.
 enum class Of : std::uint8_t {
   section,
-  sectionOrSession,  ///< the session is section 0
-  endOfEither        ///< lines that were added there are still to take their places
+  sectionOrSession  ///< the session is section 0
 };
 
-/// Does an edit of a readable section or of the session. Lines that edits of other sections added stay where they are,
-/// so that a chain of edits moves each line once.
+/// Does an edit of a readable section or of the session.
 /// @param edit called with the model and the part; returns why it cannot be done
 template <typename Edit>
 Refusal performOn(Document& document, std::uint32_t section, Of of, Edit edit) noexcept {
-  Model* const changed = DocumentAccess::changeable(document);
-  if (changed == nullptr) return {.reason = Reason::noMemory};
-  // What the session has holds for sections, too.
-  const bool isTold = changed->session().hasAdditions ||
-                      (section <= changed->sectionCount() && changed->parts[section].hasAdditions);
-  if (of != Of::endOfEither && isTold) core::insertAdditions(*changed);
-  return core::perform(*changed, [&] {
-    Model& model = *changed;
+  return DocumentAccess::perform(document, [&](Model& model) {
     Refusal refusal;
     if (section > model.sectionCount() || (section == 0 && of == Of::section)) {
       refusal.reason = Reason::noSuchSection;
@@ -91,14 +82,16 @@ bool saysConnection(const core::Line& line, const core::AddressLiteral& literal)
 }
 
 core::Index firstNamed(const Model& model, const Part& part, std::string_view name) {
+  const Kind kind = core::attributeKind(name);
+  if ((part.kinds & core::one(kind)) == 0) return kNone;
   for (core::Index i = part.first; i < part.end; ++i) {
     const core::Line& line = model.lines[i];
-    if (line.gone == 0 && core::isAttribute(line.kind) && core::nameOf(line) == name) return i;
+    if (line.gone == 0 && line.kind == kind && core::nameOf(line) == name) return i;
   }
   return kNone;
 }
 
-Reason add(Model& model, const Part& part, std::string_view name, std::optional<std::string_view> value) {
+Reason add(Model& model, Part& part, std::string_view name, std::optional<std::string_view> value) {
   if (!isAttributeName(name) || !staysInLine(value.value_or(""))) return Reason::wrongText;
   const bool added = core::addAtEnd(model, part, {"a=", name, value ? ":" : "", value.value_or("")});
   return added ? Reason::none : Reason::noSuchSection;
@@ -132,7 +125,7 @@ Refusal Document::setFormats(std::uint32_t section, std::string_view formats) no
     if (haveSameFields(part.m.formats, formats)) return Reason::none;
     const std::string_view content = model.lines[part.first].content();
     const auto begin = static_cast<std::size_t>(part.m.formats.data() - content.data());
-    core::LineWriter line(model, part.first, begin + 2 * formats.size());
+    core::LineWriter line(model, part, part.first, begin + 2 * formats.size());
     line.add(content.substr(0, begin));
     std::string_view separator;
     for (const std::string_view format : Fields(formats)) {
@@ -151,14 +144,14 @@ Refusal Document::setConnection(std::uint32_t section, std::string_view address)
     const core::Pieces content = {"c=IN ", literal->type, " ", literal->text};
     const core::Index own = core::firstOf(model, part, core::one(Kind::connection));
     if (own != kNone) {
-      if (!saysConnection(model.lines[own], *literal)) core::replaceLine(model, own, content);
+      if (!saysConnection(model.lines[own], *literal)) core::replaceLine(model, part, own, content);
       return Reason::none;
     }
     const bool isSession = &part == &model.session();
     const core::Index behind =
         isSession ? lineBeforeConnection(model) : core::lineBeforeConnection(model, part);
     if (behind == kNone) return Reason::noSuchSection;
-    core::addBehind(model, behind, content);
+    core::addBehind(model, part, behind, content);
     return Reason::none;
   });
 }
@@ -177,14 +170,14 @@ Refusal Document::setAttribute(std::uint32_t section, std::string_view name,
     const core::Index first = firstNamed(model, part, name);
     if (first == kNone) return add(model, part, name, value);
     if (!staysInLine(value.value_or(""))) return Reason::wrongText;
-    core::replaceLine(model, first, {"a=", name, value ? ":" : "", value.value_or("")});
+    core::replaceLine(model, part, first, {"a=", name, value ? ":" : "", value.value_or("")});
     return Reason::none;
   });
 }
 
 Refusal Document::addAttribute(std::uint32_t section, std::string_view name,
                                std::optional<std::string_view> value) noexcept {
-  return performOn(*this, section, Of::endOfEither,
+  return performOn(*this, section, Of::sectionOrSession,
                    [&](Model& model, Part& part) { return add(model, part, name, value); });
 }
 

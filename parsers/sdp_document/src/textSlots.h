@@ -22,6 +22,8 @@ class TextSlots {
   void reserve(std::size_t entries) {
     if (slots_.capacity() < sizeFor(entries)) slots_.reserve(sizeFor(entries));
   }
+  /// Whether so many entries have room since the table was emptied.
+  bool fits(std::size_t entries) const { return sizeFor(entries) <= slots_.size(); }
   /// Empties the table and makes it fit for so many entries.
   void reset(std::size_t entries) { slots_.assign(sizeFor(entries), kNone); }
 

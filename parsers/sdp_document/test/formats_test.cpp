@@ -203,6 +203,34 @@ TEST(Formats, OfOneSectionAreToldWhileThoseOfAnotherAreAsked) {
   EXPECT_EQ(text, "opusa+VP9d opusa+VP8c speexb+VP9d speexb+VP8c ");
 }
 
+TEST(Formats, OfSectionsThatWereAskedInTurnAreFoundByRequests) {
+  // Payload types of up to three digits, and longer ones.
+  Document document = documentBehindHead(
+      "m=video 9 RTP/AVP 96 97 1000 1001|a=rtpmap:96 VP8/90000|a=rtpmap:97 rtx/90000|a=fmtp:97 apt=96|"
+      "a=rtpmap:1000 H264/90000|a=rtpmap:1001 rtx/90000|a=fmtp:1001 apt=1000|"
+      "m=video 9 RTP/AVP 97 96 2000|a=rtpmap:97 H264/90000|a=rtpmap:96 rtx/90000|a=fmtp:96 apt=97|"
+      "a=rtpmap:2000 VP8/90000|"
+      "m=video 9 RTP/AVP 1001 96|a=rtpmap:96 H264/90000|a=rtpmap:1001 rtx/90000|a=fmtp:1001 apt=1000|");
+  std::size_t same = 0;
+  for (const sdp::Section& one : document.sections()) {
+    for (const sdp::Format& format : one.formats()) {
+      for (const sdp::Section& other : document.sections()) {
+        for (const sdp::Format& also : other.formats())
+          same += encodingOf(format) == encodingOf(also) ? 1U : 0U;
+      }
+    }
+  }
+  EXPECT_EQ(same, 2U * 2 + 3 * 3 + 4 * 4);  // VP8, H264, rtx
+  EXPECT_FALSE(keepCodecs(document, "H264"));
+  EXPECT_EQ(document.text(),
+            documentBehindHead(
+                "m=video 9 RTP/AVP 1000 1001|a=rtpmap:1000 H264/90000|a=rtpmap:1001 rtx/90000|"
+                "a=fmtp:1001 apt=1000|"
+                "m=video 9 RTP/AVP 97 96|a=rtpmap:97 H264/90000|a=rtpmap:96 rtx/90000|a=fmtp:96 apt=97|"
+                "m=video 9 RTP/AVP 96|a=rtpmap:96 H264/90000|")
+                .text());
+}
+
 TEST(Formats, ThatAreTwiceInAnMLineAreToldTwice) {
   const Document document = documentBehindHead("m=audio 9 RTP/AVP 0 96 0|a=rtpmap:96 opus/48000/2|");
   std::string text;

@@ -136,6 +136,23 @@ TEST(HostileBodies, OfManyFormatsAreEndured) {
          }));
 }
 
+TEST(HostileBodies, OfManyFormatsAreComparedWithOneAnother) {
+  const std::string line =
+      "m=audio 9 RTP/AVP" + repeated(20000, [](std::size_t n) { return " " + number(n); }) + "\n";
+  Document document;
+  const double most = mostSeconds(seconds([&] { EXPECT_FALSE(document.read(kStart + line + line)); }));
+  std::size_t same = 0;
+  EXPECT_LT(seconds([&] {
+              auto other = document.section(2).formats().begin();
+              for (const sdp::Format& format : document.section(1).formats()) {
+                same += format.format == other->format ? 1U : 0U;
+                ++other;
+              }
+            }),
+            most);
+  EXPECT_EQ(same, 20000U);
+}
+
 /// rtx of 10,000 payload types, each for another.
 std::string chainOfRtx(const std::function<std::size_t(std::size_t)>& apt) {
   constexpr std::size_t kCount = 10000;

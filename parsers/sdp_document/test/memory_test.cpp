@@ -124,6 +124,19 @@ void use(Document& document, const std::string& body) {
   ask(document);
 }
 
+// The first of all, so that nothing has been asked of a document before.
+TEST(Memory, IsNotNeededByTheFirstDocumentToBeEmpty) {
+  left = 0;
+  const Document document;
+  const std::size_t asked = ask(document);
+  const std::size_t lines = document.section(1).lines().size() + sdp::Section().attributes().size();
+  const bool readable = sdp::Section().isReadable();
+  left = kNever;
+  EXPECT_EQ(asked, 0U);
+  EXPECT_EQ(lines, 0U);
+  EXPECT_FALSE(readable);
+}
+
 TEST(Memory, OfADocumentThatIsUsedAgainIsNotTakenAnew) {
   const std::vector<std::string> texts = bodies();
   ASSERT_GE(texts.size(), 8U);

@@ -104,6 +104,7 @@ PlainBody::PlainBody(std::string_view body) : text(body), sections(1) {
     if (content.substr(0, 2) == "m=") {
       sections.back().end = lines.size();
       sections.emplace_back().first = lines.size();
+      sections.back().mLine = content;
       sections.back().words = wordsOf(content.substr(2));
     }
     lines.push_back({sections.size() - 1, content, body.substr(length, size - length)});

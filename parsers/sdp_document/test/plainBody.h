@@ -35,6 +35,7 @@ bool isIn(std::string_view word, const Words& words);
 struct PlainSection {
   std::size_t first = 0;  ///< of the body's lines
   std::size_t end = 0;
+  std::string_view mLine;
   Words words;  ///< of its m-line
   bool readable = false;
   bool zero = false;        ///< its port

@@ -381,6 +381,20 @@ TEST(SectionEdits, InGreatNumberLeaveTextAndLineNumbersAsTheyWere) {
   EXPECT_EQ(canonicalise(document), (sdp::Refusal{Reason::noLine, 1, 5}));
 }
 
+TEST(SectionEdits, InGreatNumberLeaveGroupsKnown) {
+  Document document =
+      documentBehindHead("a=x|a=group:BUNDLE 0 1|m=audio 9 RTP/AVP 0|a=mid:0|m=audio 9 RTP/AVP 0|a=mid:1|");
+  const std::string value(70000, 'y');
+  for (int n = 0; n < 5; ++n) {
+    // The text is put together anew behind one of these, and the one before is written over.
+    ASSERT_EQ(document.section(2).bundle(), 0U);
+    ASSERT_FALSE(document.setAttribute(0, "x", value.substr(static_cast<std::size_t>(n))));
+    ASSERT_NE(document.text(), "");
+    // Its second section would have another transport than its first.
+    expectRefusal(setProfile(document, "RTP/AVPF", "1"), Reason::differentTransports, 2, 9);
+  }
+}
+
 TEST(SectionEdits, AddLinesToManySectionsWithoutMovingEachLineForEachOfThem) {
   constexpr std::uint32_t kSections = 20000;
   std::string before = "v=0\r\n";

@@ -44,11 +44,11 @@ class Anchoring {
   Refusal choosePorts();
   Index leaderOf(const Part& section);
   bool holdsLiveMedia(const Part& section) const;
-  void setConnections();
-  void setConnection(Index line, bool mayStay);
-  void addConnection(const Part& section);
-  void setPorts();
-  void setRtcp(Part& section, Index line, std::uint32_t port);
+  void leadSections();
+  void lead(Part& part, bool mayStay);
+  void setConnection(Part& part, Index line, bool mayStay);
+  void addConnection(Part& section);
+  void setRtcp(Part& section, Index line);
 
   Model& model_;
   AddressLiteral address_;
@@ -107,59 +107,66 @@ bool Anchoring::holdsLiveMedia(const Part& section) const {
          (section.m.portNumber == kDiscardPort || hasKey(model_, section, Kind::iceUfrag));
 }
 
-void Anchoring::setConnection(Index line, bool mayStay) {
+void Anchoring::setConnection(Part& part, Index line, bool mayStay) {
   const std::string_view address = connectionIn(model_.lines[line]).address;
   if (mayStay && (address == "0.0.0.0" || address == "::")) return;
-  replaceLine(model_, line, {"c=IN ", address_.type, " ", address_.text});
+  replaceLine(model_, part, line, {"c=IN ", address_.type, " ", address_.text});
 }
 
-void Anchoring::addConnection(const Part& section) {
-  addBehind(model_, lineBeforeConnection(model_, section), {"c=IN ", address_.type, " ", address_.text});
+void Anchoring::addConnection(Part& section) {
+  addBehind(model_, section, lineBeforeConnection(model_, section),
+            {"c=IN ", address_.type, " ", address_.text});
 }
 
-void Anchoring::setConnections() {
+/// `a=rtcp` goes where the section has got no port (RFC 3605).
+void Anchoring::setRtcp(Part& section, Index line) {
+  const std::optional<std::string_view> value = valueOf(model_.lines[line]);
+  if (!value) return;
+  const Index port = model_.ports[model_.indexOf(section)];
+  if (port == kNone) return removeLine(model_, line);
+  const Digits digits(has(model_, section, Kind::rtcpMux) ? port : port + 1);
+  const bool hadAddress = !Fields(*value)[3].empty();
+  if (hadAddress) {
+    replaceLine(model_, section, line, {"a=rtcp:", digits.view(), " IN ", address_.type, " ", address_.text});
+  } else {
+    replaceLine(model_, section, line, {"a=rtcp:", digits.view()});
+  }
+}
+
+/// Everything in a part that tells of addresses, in one pass.
+/// @param mayStay an address that is unspecified
+void Anchoring::lead(Part& part, bool mayStay) {
+  const Index port = model_.ports[model_.indexOf(part)];
+  if (port != kNone) {
+    const std::size_t slash = std::min(part.m.port.find('/'), part.m.port.size());
+    setPort(model_, part, {Digits(port).view(), part.m.port.substr(slash)});
+  }
+  forEach(model_, part, kOfAddresses | kindsOf(Kind::connection, Kind::rtcp), [&](Index i) {
+    switch (model_.lines[i].kind) {
+      case Kind::connection:
+        return setConnection(part, i, mayStay);
+      case Kind::rtcp:
+        return setRtcp(part, i);
+      default:
+        return removeLine(model_, i);
+    }
+  });
+}
+
+void Anchoring::leadSections() {
   const bool sessionHas = has(model_, model_.session(), Kind::connection);
   bool sessionHoldsLive = false;
   for (std::size_t n = 1; n < model_.parts.size(); ++n) {
-    const Part& section = model_.parts[n];
+    Part& section = model_.parts[n];
     const bool live = holdsLiveMedia(section);
-    if (has(model_, section, Kind::connection)) {
-      forEach(model_, section, one(Kind::connection), [&](Index i) { setConnection(i, !live); });
-    } else {
+    if (!has(model_, section, Kind::connection)) {
       sessionHoldsLive = sessionHoldsLive || live;
       if (!sessionHas) addConnection(section);
     }
+    lead(section, !live);
   }
-  forEach(model_, model_.session(), one(Kind::connection),
-          [&](Index i) { setConnection(i, !sessionHoldsLive); });
-}
-
-/// `a=rtcp` of a section that has got a port (RFC 3605).
-void Anchoring::setRtcp(Part& section, Index line, std::uint32_t port) {
-  const Digits digits(has(model_, section, Kind::rtcpMux) ? port : port + 1);
-  const bool hadAddress = !Fields(*valueOf(model_.lines[line]))[3].empty();
-  if (hadAddress) {
-    replaceLine(model_, line, {"a=rtcp:", digits.view(), " IN ", address_.type, " ", address_.text});
-  } else {
-    replaceLine(model_, line, {"a=rtcp:", digits.view()});
-  }
-}
-
-void Anchoring::setPorts() {
-  for (std::size_t n = 0; n < model_.parts.size(); ++n) {
-    Part& part = model_.parts[n];
-    const Index port = model_.ports[n];
-    if (port != kNone) {
-      const std::size_t slash = std::min(part.m.port.find('/'), part.m.port.size());
-      setPort(model_, part, {Digits(port).view(), part.m.port.substr(slash)});
-    }
-    forEach(model_, part, kOfAddresses | one(Kind::rtcp), [&](Index i) {
-      if (model_.lines[i].kind != Kind::rtcp) return removeLine(model_, i);
-      if (!valueOf(model_.lines[i])) return;
-      if (port == kNone) return removeLine(model_, i);
-      setRtcp(part, i, port);
-    });
-  }
+  // Last, since sections ask it.
+  lead(model_.parts[0], !sessionHoldsLive);
 }
 
 Refusal Anchoring::run() {
@@ -171,8 +178,7 @@ Refusal Anchoring::run() {
     }
   }
   if (const Refusal refusal = choosePorts()) return refusal;
-  setConnections();
-  setPorts();
+  leadSections();
   return {};
 }
 

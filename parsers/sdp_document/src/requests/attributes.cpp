@@ -61,7 +61,7 @@ Refusal setDirection(Model& model, Direction direction, const Selection& selecti
   return {};
 }
 
-void setDirectionOf(Model& model, const Part& section, Direction direction) {
+void setDirectionOf(Model& model, Part& section, Direction direction) {
   const Index first = firstOf(model, section, kDirections);
   if (first == kNone) {
     if (directionOf(model, section) != direction) addAtEnd(model, section, {"a=", textOf(direction)});
@@ -71,15 +71,15 @@ void setDirectionOf(Model& model, const Part& section, Direction direction) {
     if (i != first) removeLine(model, i);
   });
   const std::string_view word = textOf(direction);
-  if (model.lines[first].content().substr(2) != word) replaceLine(model, first, {"a=", word});
+  if (model.lines[first].content().substr(2) != word) replaceLine(model, section, first, {"a=", word});
 }
 
-bool addAtEnd(Model& model, const Part& part, std::initializer_list<std::string_view> content) {
+bool addAtEnd(Model& model, Part& part, std::initializer_list<std::string_view> content) {
   Index last = part.end;
   while (last > part.first && (model.lines[last - 1].gone != 0 || model.lines[last - 1].kind == Kind::empty))
     --last;
   if (last == part.first) return false;
-  addBehind(model, last - 1, content);
+  addBehind(model, part, last - 1, content);
   return true;
 }
 

@@ -51,9 +51,12 @@ Refusal unbundle(Model& model) {
     }
     removeLines(model, section, one(Kind::bundleOnly));
   }
-  for (const Group& group : model.groups.groups) {
-    if (group.isBundle()) removeLine(model, group.line);
-  }
+  auto group = model.groups.groups.begin();
+  forEach(model, model.session(), one(Kind::group), [&](Index i) {
+    if ((group++)->isBundle()) removeLine(model, i);
+  });
+  // It says of mids what is of use here alone.
+  model.groups.forget();
   return {};
 }
 

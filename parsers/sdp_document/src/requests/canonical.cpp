@@ -27,14 +27,14 @@ std::optional<Reason> faultOf(const Line& line) {
 
 Refusal refuseLines(const Model& model) {
   bool first = true;
-  Index section = 0;
-  for (Index i = 0; i < model.lines.size(); ++i) {
-    while (section + 1 < model.parts.size() && model.parts[section + 1].first == i) ++section;
-    if (model.lines[i].gone != 0) continue;
-    std::optional<Reason> fault = faultOf(model.lines[i]);
-    if (first && !fault && model.lines[i].kind != Kind::version) fault = Reason::noVersionLine;
-    if (fault) return {*fault, section, model.lines[i].number};
-    first = false;
+  for (const Part& part : model.parts) {
+    for (Index i = part.first; i < part.end; ++i) {
+      if (model.lines[i].gone != 0) continue;
+      std::optional<Reason> fault = faultOf(model.lines[i]);
+      if (first && !fault && model.lines[i].kind != Kind::version) fault = Reason::noVersionLine;
+      if (fault) return {*fault, model.indexOf(part), model.lines[i].number};
+      first = false;
+    }
   }
   if (first) return {Reason::noVersionLine, 0, 1};
   return {};
@@ -57,7 +57,7 @@ void straightenMLine(Model& model, Part& section) {
   const MLine& m = section.m;
   const std::string_view content = model.lines[section.first].content();
   const std::size_t slash = m.port.find('/');
-  LineWriter line(model, section.first, content.size());
+  LineWriter line(model, section, section.first, content.size());
   line.add("m=").add(spelt(m.media, kMedia)).add(" ").add(withoutLeadingZeros(m.port.substr(0, slash)));
   if (slash != std::string_view::npos) line.add("/").add(withoutLeadingZeros(m.port.substr(slash + 1)));
   line.add(" ").add(spelt(m.transport, kTransports));
@@ -66,11 +66,11 @@ void straightenMLine(Model& model, Part& section) {
   line.finish();
 }
 
-void straightenAttribute(Model& model, Index index) {
+void straightenAttribute(Model& model, Part& part, Index index) {
   const std::string_view name = nameOf(model.lines[index]);
   const Kind kind = attributeKindNoCase(name);
   if (kind == Kind::attribute) return;
-  replaceLine(model, index, {"a=", nameOf(kind), model.lines[index].content().substr(2 + name.size())});
+  replaceLine(model, part, index, {"a=", nameOf(kind), model.lines[index].content().substr(2 + name.size())});
 }
 
 }  // namespace
@@ -89,8 +89,8 @@ Refusal canonicalise(Model& model) {
         removeLine(model, i);
         continue;
       }
-      if (model.lines[i].kind == Kind::attribute) straightenAttribute(model, i);
-      if (model.lines[i].end() != kCrLf) endLine(model, i, kCrLf);
+      if (model.lines[i].kind == Kind::attribute) straightenAttribute(model, part, i);
+      if (model.lines[i].end() != kCrLf) endLine(model, part, i, kCrLf);
     }
   }
   return {};

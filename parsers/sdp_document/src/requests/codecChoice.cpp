@@ -49,9 +49,8 @@ void Choice::forEachServed(FormatEntry& entry, Visit visit) {
     const std::string_view apt = aptOf(model_, entry);
     return visit(apt.empty() ? kNone : table_.find(apt));
   }
-  const Index fmtp = fmtpOf(model_, entry);
-  if (fmtp == kNone) return;
-  std::string_view carried = behindPayload(model_.lines[fmtp]);
+  if (entry.fmtp == kNone) return;
+  std::string_view carried = behindPayload(model_.lines[entry.fmtp]);
   carried = firstField(carried.substr(0, carried.find(';')));
   while (!carried.empty()) {
     const std::size_t slash = std::min(carried.find('/'), carried.size());
@@ -91,7 +90,7 @@ void Choice::tellOthers(bool onlyWhenAllAreThere) {
 }
 
 bool Choice::hasClockOfCodec(const FormatEntry& entry) const {
-  return std::binary_search(model_.clocks.begin(), model_.clocks.end(), entry.clock);
+  return std::binary_search(model_.clocks.begin(), model_.clocks.end(), entry.encoding.clock);
 }
 
 void Choice::keepEvents() {
@@ -100,7 +99,7 @@ void Choice::keepEvents() {
     for (Index i = 0; i < table_.entries.size(); ++i) {
       const FormatEntry& entry = table_.entries[i];
       if (entry.role != Role::telephoneEvent || !entry.isListed) continue;
-      if (all == 0 && entry.clock != 8000 && !hasClockOfCodec(entry)) continue;
+      if (all == 0 && entry.encoding.clock != 8000 && !hasClockOfCodec(entry)) continue;
       choose(i);
       fits = true;
     }
@@ -113,7 +112,7 @@ void Choice::keep() {
     const FormatEntry& entry = table_.entries[i];
     if (entry.role != Role::codec || !entry.isListed) continue;
     choose(i);
-    if (!entry.name.empty()) model_.clocks.push_back(entry.clock);
+    if (!entry.encoding.name.text().empty()) model_.clocks.push_back(entry.encoding.clock);
   }
   std::sort(model_.clocks.begin(), model_.clocks.end());
   keepEvents();

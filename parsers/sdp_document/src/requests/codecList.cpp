@@ -14,14 +14,14 @@ bool isBlankOrControl(char c) { return c == ' ' || sdpneg::isControl(c); }
 std::optional<CodecListEntry> entryOf(std::string_view text) {
   if (text.empty() || std::any_of(text.begin(), text.end(), isBlankOrControl)) return std::nullopt;
   CodecListEntry entry;
-  entry.name = text;
+  entry.name = EncodingName(text);
   entry.isPayload = isDigits(text);
   if (entry.isPayload || !sdpneg::contains(text, "/")) return entry;
-  const std::optional<EncodingParts> encoding = readEncodingText(text);
-  if (!encoding) return std::nullopt;
-  entry.name = encoding->name;
-  entry.clock = encoding->clock;
-  if (std::count(text.begin(), text.end(), '/') == 2) entry.channels = encoding->channels;
+  EncodingParts encoding;
+  if (!readEncoding(text, 0, encoding)) return std::nullopt;
+  entry.name = encoding.name;
+  entry.clock = encoding.clock;
+  if (std::count(text.begin(), text.end(), '/') == 2) entry.channels = encoding.channels;
   return entry;
 }
 
@@ -42,11 +42,10 @@ bool forEachEntry(std::string_view list, Visit visit) {
 }  // namespace
 
 bool CodecListEntry::names(const FormatEntry& format) const {
-  if (!isPayload && format.name.size() != name.size()) return false;
-  if (isPayload) return format.payload == name;
-  return !format.name.empty() && sdpneg::equalNoCase(format.name, name) &&
-         clock.value_or(format.clock) == format.clock &&
-         channels.value_or(format.channels) == format.channels;
+  if (isPayload) return format.payload == name.text();
+  const EncodingParts& encoding = format.encoding;
+  return encoding.name == name && clock.value_or(encoding.clock) == encoding.clock &&
+         channels.value_or(encoding.channels) == encoding.channels;
 }
 
 bool readCodecList(std::string_view list, std::vector<CodecListEntry>& entries) {

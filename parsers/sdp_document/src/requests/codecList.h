@@ -12,7 +12,7 @@ namespace sdp::core {
 
 /// NAME, NAME/CLOCK, NAME/CLOCK/CHANNELS, or a payload type.
 struct CodecListEntry {
-  std::string_view name;  ///< or the payload type
+  EncodingName name;  ///< or the payload type
   std::optional<std::uint32_t> clock;
   std::optional<std::uint32_t> channels;
   bool isPayload = false;

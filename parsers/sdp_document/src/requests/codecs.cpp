@@ -18,18 +18,19 @@ namespace {
 constexpr std::size_t kMostNamed = 12;
 
 /// Writes the m-line of the section that the table has read anew, with what `addFormats` adds in place of its formats.
+/// @param separatorLength of what stands in front of the first
 template <typename AddFormats>
-void writeFormats(Model& model, Part& section, AddFormats addFormats) {
-  const std::vector<Occurrence>& formats = model.formats.occurrences;
+void writeFormats(Model& model, Part& section, std::size_t separatorLength, AddFormats addFormats) {
+  const std::span<const Occurrence> formats = model.formats.occurrences;
   const std::string_view content = model.lines[section.first].content();
   const auto offsetOf = [&content](const char* place) {
     return static_cast<std::size_t>(place - content.data());
   };
-  const std::string_view last = formats.back().format;
-  LineWriter line(model, section.first, content.size());
-  line.add(content.substr(0, offsetOf(formats.front().separator.data())));
+  const std::size_t begin = offsetOf(formats.front().begin);
+  LineWriter line(model, section, section.first, content.size());
+  line.add(content.substr(0, begin));
   addFormats(line);
-  line.add(content.substr(offsetOf(last.data() + last.size()))).finish();
+  line.add(content.substr(offsetOf(formats.back().end()))).finishFormats(begin + separatorLength);
 }
 
 /// Removes the formats that were not chosen, with what speaks of them.
@@ -43,9 +44,14 @@ void takeFormatsOut(Model& model, Part& section) {
     for (Index i = entry.firstLine; i != kNone; i = model.lines[i].next) removeLine(model, i);
     for (Index i = entry.feedback; i != kNone; i = model.lines[i].next) removeLine(model, i);
   }
-  writeFormats(model, section, [&table](LineWriter& line) {
-    for (const Occurrence& occurrence : table.occurrences) {
-      if (table.entries[occurrence.entry].chosen) line.add(occurrence.separator).add(occurrence.format);
+  const auto isChosen = [&table](const Occurrence& format) { return table.entries[format.entry].chosen; };
+  const auto first = std::find_if(table.occurrences.begin(), table.occurrences.end(), isChosen);
+  writeFormats(model, section, first->separatorLength, [&](LineWriter& line) {
+    // Those that stand side by side stay so.
+    for (auto format = first; format != table.occurrences.end();) {
+      const auto end = std::find_if_not(format, table.occurrences.end(), isChosen);
+      line.add({format->begin, (end - 1)->end()});
+      format = std::find_if(end, table.occurrences.end(), isChosen);
     }
   });
 }
@@ -56,19 +62,19 @@ void orderFormats(Model& model, Part& section) {
   table.read(model, section);
   for (FormatEntry& entry : table.entries) entry.place = static_cast<Index>(placeIn(model.list, entry));
   std::vector<Occurrence>& ordered = model.ordered;
-  ordered = table.occurrences;
+  ordered.assign(table.occurrences.begin(), table.occurrences.end());
   std::sort(ordered.begin(), ordered.end(), [&table](const Occurrence& a, const Occurrence& b) {
     const Index first = table.entries[a.entry].place;
     const Index second = table.entries[b.entry].place;
-    return first != second ? first < second : a.format.data() < b.format.data();
+    return first != second ? first < second : a.begin < b.begin;
   });
   const bool isAsBefore =
       std::equal(ordered.begin(), ordered.end(), table.occurrences.begin(),
                  [](const Occurrence& a, const Occurrence& b) { return a.entry == b.entry; });
   if (isAsBefore) return;
-  writeFormats(model, section, [&](LineWriter& line) {
+  writeFormats(model, section, table.occurrences.front().separatorLength, [&](LineWriter& line) {
     for (std::size_t i = 0; i < ordered.size(); ++i)
-      line.add(table.occurrences[i].separator).add(ordered[i].format);
+      line.add(table.occurrences[i].separator()).add(ordered[i].format());
   });
 }
 
@@ -79,7 +85,8 @@ std::string codecsOf(const FormatTable& table) {
   std::string text;
   for (const FormatEntry& entry : table.entries) {
     if (entry.role != Role::codec) continue;
-    const std::string_view name = entry.name.empty() ? entry.payload : entry.name;
+    const std::string_view name =
+        entry.encoding.name.text().empty() ? entry.payload : entry.encoding.name.text();
     const auto* const end = named.begin() + count;
     if (std::any_of(named.cbegin(), end, [name](std::string_view n) { return sdpneg::equalNoCase(n, name); }))
       continue;

@@ -37,12 +37,12 @@ Refusal stripAttributes(Model& model, std::string_view names, const Selection& s
 bool areAttributeNames(std::string_view names);
 Refusal setDirection(Model& model, Direction direction, const Selection& selection);
 /// Gives one section a direction.
-void setDirectionOf(Model& model, const Part& section, Direction direction);
+void setDirectionOf(Model& model, Part& section, Direction direction);
 Refusal disable(Model& model, const Selection& selection);
 Refusal canonicalise(Model& model);
 
 /// Adds a line behind the last of a part that is not empty.
-bool addAtEnd(Model& model, const Part& part, std::initializer_list<std::string_view> content);
+bool addAtEnd(Model& model, Part& part, std::initializer_list<std::string_view> content);
 
 }  // namespace sdp::core
 

@@ -120,17 +120,18 @@ Index PuttingAway::candidateOf(Index mid, Index behind) {
 }
 
 void PuttingAway::finish() {
-  for (const Group& group : table_.groups) {
-    if (group.changed) writeGroup(group);
-  }
-  table_.forget();
+  auto group = table_.groups.begin();
+  forEach(model_, model_.session(), one(Kind::group), [&](Index i) {
+    if (group->changed) writeGroup(*group, i);
+    ++group;
+  });
 }
 
-void PuttingAway::writeGroup(const Group& group) {
-  const std::string_view content = model_.lines[group.line].content();
-  LineWriter line(model_, group.line, content.size());
+void PuttingAway::writeGroup(const Group& group, Index index) {
+  const std::string_view content = model_.lines[index].content();
+  LineWriter line(model_, model_.parts[0], index, content.size());
   // Whatever stands between two mids belongs to the one behind.
-  FieldReader fields(*valueOf(model_.lines[group.line]));
+  FieldReader fields(*valueOf(model_.lines[index]));
   const std::string_view semantics = fields.next();
   const char* at = semantics.data() + semantics.size();
   line.add({content.data(), static_cast<std::size_t>(at - content.data())});
@@ -146,7 +147,7 @@ void PuttingAway::writeGroup(const Group& group) {
   }
   if (isEmpty) {
     line.drop();
-    return removeLine(model_, group.line);
+    return removeLine(model_, index);
   }
   line.add({at, static_cast<std::size_t>(content.data() + content.size() - at)}).finish();
 }

@@ -14,6 +14,10 @@ namespace sdp::core {
 class PuttingAway {
  public:
   explicit PuttingAway(Model& model);
+  PuttingAway(const PuttingAway&) = delete;
+  PuttingAway& operator=(const PuttingAway&) = delete;
+  /// What it wrote into the table is of use here alone.
+  ~PuttingAway() { table_.forget(); }
   void putAway(Part& section);
   void finish();
 
@@ -24,7 +28,7 @@ class PuttingAway {
   void takePort(Part& section, std::string_view port);
   void addLive(Index mid);
   void leaveGroups(Index mid);
-  void writeGroup(const Group& group);
+  void writeGroup(const Group& group, Index index);
 
   Model& model_;
   GroupTable& table_;

@@ -41,6 +41,22 @@ ReadSet<Size> readSet(std::string_view text) {
   }
 }
 
+/// Takes the next mode off a list with commas; empty when there is none left.
+std::string_view takeMode(std::string_view& list) {
+  std::string_view mode;
+  while (mode.empty() && !list.empty()) {
+    const std::size_t comma = std::min(list.find(','), list.size());
+    mode = trimmed(list.substr(0, comma));
+    list.remove_prefix(std::min(comma + 1, list.size()));
+  }
+  return mode;
+}
+
+std::size_t bitOf(std::string_view mode) {
+  const std::optional<std::uint64_t> number = readNumber(mode);
+  return number && *number < kOtherMode ? static_cast<std::size_t>(*number) : kOtherMode;
+}
+
 void addNumber(std::string& text, std::size_t number) { text += std::to_string(number); }
 
 }  // namespace
@@ -48,17 +64,16 @@ void addNumber(std::string& text, std::size_t number) { text += std::to_string(n
 std::optional<ModeSet> modesOf(const Codec& codec) {
   const std::optional<std::string_view> value = codec.parameter("mode-set");
   if (!value) return std::nullopt;
-  const ModeSet modes = readSet<16>(*value).set;
-  return modes.any() ? std::optional(modes) : std::nullopt;
+  ModeSet modes;
+  std::string_view rest = *value;
+  for (std::string_view mode = takeMode(rest); !mode.empty(); mode = takeMode(rest)) modes.set(bitOf(mode));
+  return modes;
 }
 
 std::string textOfCommonModes(std::string_view local, const ModeSet& others) {
   std::string text;
-  while (!local.empty()) {
-    const std::size_t comma = std::min(local.find(','), local.size());
-    const std::string_view mode = trimmed(local.substr(0, comma));
-    local.remove_prefix(std::min(comma + 1, local.size()));
-    if ((readSet<16>(mode).set & others).none()) continue;
+  for (std::string_view mode = takeMode(local); !mode.empty(); mode = takeMode(local)) {
+    if (!others[bitOf(mode)]) continue;
     if (!text.empty()) text += ',';
     text += mode;
   }

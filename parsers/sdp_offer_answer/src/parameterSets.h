@@ -12,12 +12,14 @@
 
 namespace sdp::exchange {
 
+/// What is no mode stands for itself in a set of modes.
+inline constexpr std::size_t kOtherMode = 16;
 /// Modes of AMR (RFC 4867): 0 to 7, and to 8 for AMR-WB.
-using ModeSet = std::bitset<16>;
+using ModeSet = std::bitset<kOtherMode + 1>;
 /// Telephone events (RFC 4733).
 using EventSet = std::bitset<256>;
 
-/// What mode-set has; nothing where it is missing or has none, and all modes may be used.
+/// What mode-set has; nothing where it is missing, and all modes may be used.
 std::optional<ModeSet> modesOf(const Codec& codec);
 /// Those of a mode-set that are among others, in its order: "0,2,4".
 std::string textOfCommonModes(std::string_view local, const ModeSet& others);

@@ -25,7 +25,7 @@ std::string originLine(const Sides& sides, std::string_view before, std::string_
   const std::string_view lastId = last[1];
   const std::string_view lastVersion = last[2];
   const Fields fields(own);
-  if (lastId.empty() || fields[2].empty()) return std::string(own);
+  if (lastVersion.empty() || fields[2].empty()) return std::string(own);
   std::string version(fields[2]);
   if (readNumber(lastVersion)) {
     const std::string text = std::string(before).append(behind);

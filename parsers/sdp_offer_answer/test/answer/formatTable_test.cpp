@@ -130,7 +130,8 @@ TEST(FormatTable, ComparesAmr) {
                    {"interleaving", "AMR/8000", "interleaving=30", nullptr},
                    {"crc", "AMR/8000", "crc=1", "crc=0"},
                    {"sorting", "AMR-WB/16000", "robust-sorting=1", nullptr},
-                   {"no mode in common", "AMR/8000", "mode-set=0,1", "mode-set=2,3"}});
+                   {"no mode in common", "AMR/8000", "mode-set=0,1", "mode-set=2,3"},
+                   {"no mode at all", "AMR/8000", "mode-set=\"0\"", "mode-set=0,2"}});
 }
 
 TEST(FormatTable, AgreesOnG729AndIlbc) {

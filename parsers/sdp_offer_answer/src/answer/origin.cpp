@@ -27,7 +27,7 @@ std::string originLine(const Sides& sides, std::string_view before, std::string_
   const Fields fields(own);
   if (lastVersion.empty() || fields[2].empty()) return std::string(own);
   std::string version(fields[2]);
-  if (readNumber(lastVersion)) {
+  if (previous != nullptr && readNumber(lastVersion)) {
     const std::string text = std::string(before).append(behind);
     version = haveSameLines(previous->text(), text) ? withoutZeros(lastVersion) : raisedVersion(lastVersion);
   }

@@ -22,12 +22,12 @@ class Writer {
   template <std::unsigned_integral Number>
   void number(Number value) {
     for (std::size_t i = 0; i < sizeof value; ++i) {
-      bytes_.push_back(static_cast<char>((std::uint64_t{value} >> (8 * i)) & 0xFFU));
+      bytes.push_back(static_cast<char>((std::uint64_t{value} >> (8 * i)) & 0xFFU));
     }
   }
   void text(std::string_view text) {
     number(std::uint64_t{text.size()});
-    bytes_.append(text);
+    bytes.append(text);
   }
   void intent(const Intent& intent) {
     number(std::uint8_t{intent.isHeld});
@@ -35,7 +35,7 @@ class Writer {
     for (const Direction direction : intent.directions) number(static_cast<std::uint8_t>(direction));
   }
 
-  std::string bytes_;
+  std::string bytes;
 };
 
 /// Reads what a Writer wrote. What is wrong makes all that follows wrong.
@@ -102,7 +102,7 @@ bool isConsistent(const DialogData& data) {
 
 std::string bytesOf(const DialogData& data) {
   Writer writer;
-  writer.bytes_ = kMark;
+  writer.bytes = kMark;
   writer.number(kFormat);
   writer.number(std::uint64_t{0});  // the length
   writer.number(static_cast<std::uint8_t>(data.state));
@@ -113,10 +113,10 @@ std::string bytesOf(const DialogData& data) {
   writer.intent(data.intent);
   writer.intent(data.pendingIntent);
   Writer length;
-  length.number(std::uint64_t{writer.bytes_.size() + kSum});
-  writer.bytes_.replace(kHead - length.bytes_.size(), length.bytes_.size(), length.bytes_);
-  writer.number(checksumOf(writer.bytes_));
-  return std::move(writer.bytes_);
+  length.number(std::uint64_t{writer.bytes.size() + kSum});
+  writer.bytes.replace(kHead - length.bytes.size(), length.bytes.size(), length.bytes);
+  writer.number(checksumOf(writer.bytes));
+  return std::move(writer.bytes);
 }
 
 DialogFailure readBytes(std::string_view bytes, DialogData& data) {

@@ -55,7 +55,13 @@ void checkSection(const sdp::Section& offered, const sdp::Section& answered,
   require(std::includes(all.begin(), all.end(), formats.begin(), formats.end()), "a format was not offered");
 }
 
-void check(const sdp::Document& offer, const sdp::Document& local, const sdp::AnswerOptions& options) {
+/// What an answer has from its offer: a payload type that stands there, and a mid that several sections have.
+bool isOfOffer(sdp::AnswerRule rule) {
+  return rule == sdp::AnswerRule::payloadReserved || rule == sdp::AnswerRule::refusedInGroup;
+}
+
+void check(const sdp::Document& offer, const sdp::Document& local, const sdp::AnswerOptions& options,
+           bool judges) {
   const sdp::Answer answer = makeAnswer(offer, local, options);
   require(answer.failure != sdp::AnswerFailure::noMemory, "no memory");
   require(makeAnswer(offer, local, options).text == answer.text, "a second answer is another");
@@ -65,6 +71,11 @@ void check(const sdp::Document& offer, const sdp::Document& local, const sdp::An
   require(read.sectionCount() == offer.sectionCount(), "an answer has more or fewer sections");
   for (const sdp::Section& section : offer.sections()) {
     checkSection(section, read.section(section.index()), answer.sections[section.index() - 1]);
+  }
+  // What is wrong with the local description is wrong with its answers as well.
+  if (judges) {
+    for (const sdp::Finding& finding : checkAnswer(offer, read).findings)
+      require(isOfOffer(finding.rule), textOf(finding.rule));
   }
   sdp::AnswerOptions next = options;
   next.previous = &read;
@@ -80,15 +91,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static sdp::Document offer;  // used by one input after the other
   static sdp::Document local;
   require(!offer.read(input.substr(0, mark)), "an offer is not read");
-  require(!local.read(mark == std::string_view::npos ? kUsualLocal : input.substr(mark + kMark.size())),
+  const bool isUsual = mark == std::string_view::npos;
+  require(!local.read(isUsual ? kUsualLocal : input.substr(mark + kMark.size())),
           "a local description is not read");
   const std::size_t choice = input.empty() ? 0 : static_cast<unsigned char>(input.back());
   sdp::AnswerOptions options;
   options.prefersLocal = (choice & 1U) != 0;
   options.isSingle = (choice & 2U) != 0;
   options.isPassive = (choice & 4U) != 0;
-  check(offer, local, options);
-  check(local, offer, options);
-  check(offer, offer, options);
+  check(offer, local, options, isUsual);
+  check(local, offer, options, false);
+  check(offer, offer, options, false);
   return 0;
 }

@@ -47,9 +47,9 @@ class Bundles {
   bool has(std::uint32_t section, Credential credential) const {
     return placeOf(section, credential) != Place::nowhere;
   }
-  /// Whether both ICE credentials hold for a section.
+  /// Whether both ICE credentials hold for a section; empty ones are none.
   bool hasIce(std::uint32_t section) const {
-    return has(section, Credential::iceUfrag) && has(section, Credential::icePwd);
+    return !valueOf(section, Credential::iceUfrag).empty() && !valueOf(section, Credential::icePwd).empty();
   }
 
  private:

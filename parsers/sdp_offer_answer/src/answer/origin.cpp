@@ -21,7 +21,8 @@ std::string originLine(const Sides& sides, std::string_view before, std::string_
   std::string_view own = originOf(sides.local);
   if (own.empty()) own = "o=- 0 0 IN IP4 0.0.0.0";
   const Document* const previous = sides.options.previous;
-  const Fields last(previous == nullptr ? std::string_view() : originOf(*previous));
+  if (previous == nullptr) return std::string(own);
+  const Fields last(originOf(*previous));
   const std::string_view lastId = last[1];
   const std::string_view lastVersion = last[2];
   const Fields fields(own);

@@ -69,6 +69,7 @@ TEST(Ice, IsAnsweredWhereBothCredentialsAreOffered) {
         "0|a=ice-ufrag:ours|a=candidate:1 1 UDP 1 192.0.2.2 5000 typ "
         "host|a=ice-pwd:oursoursoursoursoursour|a=end-of-candidates|"},
        {"one is missing", "m=audio 4000 RTP/AVP 0|a=ice-ufrag:them|", local, plain},
+       {"one is empty", "m=audio 4000 RTP/AVP 0|a=ice-ufrag:them|a=ice-pwd:|", local, plain},
        {"neither", "m=audio 4000 RTP/AVP 0|", local, plain},
        {"one of ours is missing", "m=audio 4000 RTP/AVP 0|a=ice-ufrag:them|a=ice-pwd:themthemthemthemthemth|",
         "m=audio 5000 RTP/AVP 0|a=ice-ufrag:ours|", plain},

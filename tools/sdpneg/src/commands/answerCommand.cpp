@@ -6,7 +6,6 @@
 #include "commands/exitStatus.h"
 #include "input/bodyText.h"
 #include "inspection/bodyInput.h"
-#include "output/printable.h"
 #include "sdpAnswer.h"
 
 namespace tool {
@@ -66,7 +65,8 @@ int runAnswer(const Arguments& arguments, Streams streams) {
   Body offer;
   const bool isLocalRead = read(std::string(arguments.value("--local")), local, streams);
   const bool isPreviousRead = previousName.empty() || read(previousName, previous, streams);
-  if (!read(name, offer, streams) || !isLocalRead || !isPreviousRead) return exitBadInput;
+  const bool isOfferRead = read(name, offer, streams);
+  if (!isLocalRead || !isPreviousRead || !isOfferRead) return exitBadInput;
   const sdp::AnswerOptions options = {.prefersLocal = arguments.value("--prefer") == "local",
                                       .isSingle = arguments.has("--single"),
                                       .isPassive = arguments.value("--setup") == "passive",

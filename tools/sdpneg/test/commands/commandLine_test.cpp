@@ -101,7 +101,7 @@ TEST(CommandLine, TakesOddNamesForFiles) {
 TEST(Completion, FollowsTheCommandTable) {
   EXPECT_EQ(
       runSdpneg({"--complete"}).out,
-      "inspect\nsections\nrewrite\nrequests\ncreate\ncompare\nupdate-answer\nversion-increased\nalign\npack\nunpack\n--help\n--version\n");
+      "inspect\nsections\nrewrite\nrequests\ncreate\ncompare\nanswer\ncheck-answer\nupdate-answer\nversion-increased\nalign\npack\nunpack\n--help\n--version\n");
   EXPECT_EQ(runSdpneg({"--complete", "pack"}).out, "--output\n--help\n<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "pack", "-o"}).out, "<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect"}).out, "--json\n--trace\n--color\n--help\n<file>\n");
@@ -110,6 +110,9 @@ TEST(Completion, FollowsTheCommandTable) {
   EXPECT_EQ(runSdpneg({"--complete", "inspect", "--color", "="}).out, "auto\nalways\nnever\n");
   EXPECT_EQ(runSdpneg({"--complete", "requests"}).out, "--operations\n--help\n");
   EXPECT_EQ(runSdpneg({"--complete", "align"}).out, "--trace\n--help\n<file>\n");
+  EXPECT_EQ(runSdpneg({"--complete", "answer"}).out,
+            "--local\n--prefer\n--single\n--setup\n--previous\n--help\n<file>\n");
+  EXPECT_EQ(runSdpneg({"--complete", "answer", "--prefer"}).out, "local\noffer\n");
   EXPECT_EQ(runSdpneg({"--complete", "nothing"}).out, "");
 }
 
@@ -202,6 +205,8 @@ TEST(ManualPage, HoldsTheCommandTable) {
       "\\fIPROFILE\\fR is a profile of RTP: RTP/AVP, RTP/AVPF, RTP/SAVP, RTP/SAVPF, UDP/TLS/RTP/SAVP or UDP/TLS/RTP/SAVPF.\n"
       "\\fIMEDIA\\fR is a section's number, mid=VALUE, or one of these words: audio, video, text, "
       "application, message, image or all.\n"));
+  EXPECT_TRUE(has(page, ".SS \"sdpneg answer [OPTION...] \\-\\-local=FILE OFFER\"\n"));
+  EXPECT_TRUE(has(page, "\nROLE is \\fBpassive\\fR.\n"));
   EXPECT_TRUE(has(page, "\\fB\\-o\\fR, \\fB\\-\\-output\\fR=\\fIOUT\\fR\n"));
 }
 

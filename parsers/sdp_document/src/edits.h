@@ -28,8 +28,9 @@ inline void removeLine(Model& model, Index line) {
   Line& gone = model.lines[line];
   gone.gone = 1;
   model.length -= gone.whole().size();
+  if (!isOfGroups(gone.kind)) return;
   model.mostMids -= mostMidsOf(gone);
-  if (isOfGroups(gone.kind)) model.groups.forget();
+  model.groups.forget();
 }
 /// Takes away the lines of a part that are of one of the kinds.
 void removeLines(Model& model, const Part& part, Kinds kinds);

@@ -7,6 +7,7 @@
 #include "attributeNames.h"
 #include "fieldReader.h"
 #include "model.h"
+#include "scan.h"
 
 namespace sdp::core {
 namespace {
@@ -22,13 +23,14 @@ struct Spoken {
   std::string_view payload;
   std::string_view behind;
 };
-Spoken spokenOf(const Line& line) {
+/// @param number of the payload type
+Spoken spokenOf(const Line& line, std::uint16_t number) {
   std::string_view text = textBehindColon(line);
-  if (line.detail == kOtherPayload) {
+  if (number == kOtherPayload) {
     const std::string_view payload = Fields::takeField(text);
     return {payload, text};
   }
-  const std::size_t digits = digitCountOf(line.detail);
+  const std::size_t digits = digitCountOf(number);
   return {text.substr(0, digits), text.substr(digits)};
 }
 
@@ -60,7 +62,9 @@ std::string_view aptIn(std::string_view fmtp) {
 void readEncodingOf(const Model& model, FormatEntry& entry) {
   for (Index i = entry.firstLine; i != kNone; i = model.lines[i].next) {
     const Line& line = model.lines[i];
-    if (line.kind == Kind::rtpmap && readEncoding(spokenOf(line).behind, kReadAhead, entry.encoding)) return;
+    if (line.kind == Kind::rtpmap &&
+        readEncoding(spokenOf(line, line.detail).behind, kReadAhead, entry.encoding))
+      return;
   }
   const EncodingParts* const encoding = staticEncodingOf(entry.number);
   if (encoding != nullptr) entry.encoding = *encoding;
@@ -127,12 +131,12 @@ void FormatTable::readFormats(const Part& section) {
   const char* const end = at + section.m.formats.size();
   Occurrence* occurrence = allOccurrences_.data() + occurrenceCount_;
   for (;;) {
-    while (at != end && Fields::isBlank(*at)) ++at;
+    at = skipBlanks(at, end);
     if (at == end) break;
     const char* const format = at;
     const std::uint16_t number = payloadAt(at, static_cast<std::size_t>(end - at));
     if (number == kOtherPayload) {
-      while (at != end && !Fields::isBlank(*at)) ++at;
+      at = findBlank(at, end);
       if (!hasOthers_) slots_.reset(formatCount(section.m.formats));
       hasOthers_ = true;
     } else {
@@ -190,10 +194,12 @@ void FormatTable::readLines(const Model& model, const Part& section) {
   for (Index i = section.end; i-- > section.first;) {
     Line& line = lines[i];
     if (line.gone != 0 || !has(kOfFormats, line.kind)) continue;
+    const std::string_view text = textBehindColon(line);
+    line.detail = text.empty() ? kOtherPayload : payloadAt(text.data(), text.size());
     const bool isFeedback = line.kind == Kind::rtcpFb;
     Index* first = &feedbackOfAll;
-    if (!isFeedback || line.detail != kOtherPayload || spokenOf(line).payload != "*") {
-      const Index found = line.detail != kOtherPayload ? entryOf(line.detail) : rareEntryOf(line);
+    if (!isFeedback || line.detail != kOtherPayload || firstField(text) != "*") {
+      const Index found = line.detail != kOtherPayload ? entryOf(line.detail) : rareEntryOf(firstField(text));
       if (found == kNone) continue;
       FormatEntry& entry = entries[found];
       first = isFeedback ? &entry.feedback : &entry.firstLine;
@@ -204,14 +210,12 @@ void FormatTable::readLines(const Model& model, const Part& section) {
   }
 }
 
-/// The entry of the payload type that a line speaks of as few do.
-Index FormatTable::rareEntryOf(const Line& line) {
-  // Blanks may stand in front of a short one.
-  const std::string_view payload = spokenOf(line).payload;
-  return entryOf(shortNumberOf(payload), payload);
-}
+/// The entry of a payload type in front of which blanks stand, or which is no short one.
+Index FormatTable::rareEntryOf(std::string_view payload) { return entryOf(shortNumberOf(payload), payload); }
 
-std::string_view behindPayload(const Line& line) { return withoutBlanksAround(spokenOf(line).behind); }
+std::string_view behindPayload(const Line& line) {
+  return withoutBlanksAround(spokenOf(line, line.detail).behind);
+}
 
 std::string_view aptOf(const Model& model, FormatEntry& entry) {
   for (Index i = entry.fmtp; !entry.knowsApt && i != kNone; i = model.lines[i].next) {

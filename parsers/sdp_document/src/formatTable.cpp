@@ -3,6 +3,7 @@
 #include "formatTable.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "attributeNames.h"
 #include "fieldReader.h"
@@ -33,6 +34,26 @@ Spoken spokenOf(const Line& line, std::uint16_t number) {
   const std::size_t digits = digitCountOf(number);
   return {text.substr(0, digits), text.substr(digits)};
 }
+
+/// A short payload type and the blank behind it, by which the next line that begins so is known.
+class ShortField {
+ public:
+  ShortField() = default;
+  ShortField(std::string_view text, std::uint16_t number) : number_(number) {
+    if (number == kOtherPayload || digitCountOf(number) == text.size()) return;
+    length_ = digitCountOf(number) + 1;
+    characters_ = frontOf(load(text.data()), length_);
+  }
+  bool begins(std::string_view text) const {
+    return length_ <= text.size() && length_ != 0 && frontOf(load(text.data()), length_) == characters_;
+  }
+  std::uint16_t number() const { return number_; }
+
+ private:
+  std::uint64_t characters_ = 0;
+  std::size_t length_ = 0;
+  std::uint16_t number_ = kOtherPayload;
+};
 
 /// The small number of a payload type, behind which eight characters are readable.
 std::uint16_t shortNumberOf(std::string_view payload) {
@@ -190,28 +211,33 @@ void FormatTable::findEntries() {
 /// Chains the lines that speak of each format, from the last to the first.
 void FormatTable::readLines(const Model& model, const Part& section) {
   if ((section.kinds & kOfFormats) == 0) return;
-  LineList& lines = model.lines;
+  Line* const lines = model.lines.begin();
+  FormatEntry* entry = nullptr;
+  ShortField field;  // the one that it was found by
   for (Index i = section.end; i-- > section.first;) {
     Line& line = lines[i];
     if (line.gone != 0 || !has(kOfFormats, line.kind)) continue;
     const std::string_view text = textBehindColon(line);
-    line.detail = text.empty() ? kOtherPayload : payloadAt(text.data(), text.size());
     const bool isFeedback = line.kind == Kind::rtcpFb;
-    Index* first = &feedbackOfAll;
-    if (!isFeedback || line.detail != kOtherPayload || firstField(text) != "*") {
-      const Index found = line.detail != kOtherPayload ? entryOf(line.detail) : rareEntryOf(firstField(text));
-      if (found == kNone) continue;
-      FormatEntry& entry = entries[found];
-      first = isFeedback ? &entry.feedback : &entry.firstLine;
-      if (line.kind == Kind::fmtp) entry.fmtp = i;
+    if (!field.begins(text)) {
+      line.detail = text.empty() ? kOtherPayload : payloadAt(text.data(), text.size());
+      entry = line.detail != kOtherPayload
+                  ? entryAt(entryOf(line.detail))
+                  : entryAt(entryOf(shortNumberOf(firstField(text)), firstField(text)));
+      field = entry != nullptr ? ShortField(text, line.detail) : ShortField();
     }
-    line.next = *first;
-    *first = i;
+    if (entry == nullptr) {
+      if (isFeedback && firstField(text) == "*") line.next = std::exchange(feedbackOfAll, i);
+      continue;
+    }
+    line.detail = field.number();
+    Index& first = isFeedback ? entry->feedback : entry->firstLine;
+    line.next = std::exchange(first, i);
+    if (line.kind == Kind::fmtp) entry->fmtp = i;
   }
 }
 
-/// The entry of a payload type in front of which blanks stand, or which is no short one.
-Index FormatTable::rareEntryOf(std::string_view payload) { return entryOf(shortNumberOf(payload), payload); }
+FormatEntry* FormatTable::entryAt(Index entry) { return entry == kNone ? nullptr : &entries[entry]; }
 
 std::string_view behindPayload(const Line& line) {
   return withoutBlanksAround(spokenOf(line, line.detail).behind);

@@ -105,7 +105,7 @@ class FormatTable {
     if (number != kOtherPayload) return entryOf(number);
     return hasOthers_ ? slotOf(number, payload) : kNone;
   }
-  Index rareEntryOf(std::string_view payload);
+  FormatEntry* entryAt(Index entry);
   Index& slotOf(std::uint16_t number, std::string_view payload);
   void beginFinding();
   void findEntries();

@@ -30,8 +30,9 @@ inline void removeLine(Model& model, Index line) {
   Line& gone = model.lines[line];
   gone.gone = 1;
   model.length -= gone.whole().size();
+  if (!has(kKept, gone.kind)) return;
   model.mostMids -= mostMidsOf(gone);
-  if (has(kKept, gone.kind)) forgetKept(model, isOfSession(model, line), one(gone.kind));
+  forgetKept(model, isOfSession(model, line), one(gone.kind));
 }
 /// Takes away the lines of a part that are of one of the kinds.
 void removeLines(Model& model, const Part& part, Kinds kinds);

@@ -2,10 +2,6 @@
 
 #include "encodings.h"
 
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
-
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -13,6 +9,7 @@
 
 #include "attributeNames.h"
 #include "payloads.h"
+#include "scan.h"
 
 namespace sdp::core {
 namespace {
@@ -99,23 +96,10 @@ constexpr std::array<Companion, std::size_t{1} << kSlotBits> makeCompanionSlots(
 }
 constexpr auto kCompanionSlots = makeCompanionSlots();
 
-bool endsName(char c) { return c == '/' || Fields::isBlank(c); }
-
 /// Where the name ends that begins at `at`.
 const char* nameEnd(const char* at, const char* end, const char* readableEnd) {
-#ifdef __SSE2__
-  if (readableEnd - at >= std::ptrdiff_t{kNameRoom}) {
-    const __m128i characters = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-    const __m128i blanks = _mm_or_si128(_mm_cmpeq_epi8(characters, _mm_set1_epi8(' ')),
-                                        _mm_cmpeq_epi8(characters, _mm_set1_epi8('\t')));
-    const __m128i slashes = _mm_cmpeq_epi8(characters, _mm_set1_epi8('/'));
-    const int ends = _mm_movemask_epi8(_mm_or_si128(blanks, slashes));
-    if (ends != 0) return std::min(at + std::countr_zero(static_cast<unsigned>(ends)), end);
-  }
-#else
-  static_cast<void>(readableEnd);
-#endif
-  return std::find_if(at, end, endsName);
+  if (readableEnd - end >= std::ptrdiff_t{kScanWidth}) return findBlankOr('/', at, end);
+  return std::find_if(at, end, [](char c) { return c == '/' || Fields::isBlank(c); });
 }
 
 /// Up to eight digits, the first in the lowest byte, as a number.
@@ -168,7 +152,7 @@ bool readEncoding(std::string_view text, std::size_t room, EncodingParts& encodi
   const char* at = text.data();
   const char* const end = at + text.size();
   const char* const readableEnd = end + room;
-  while (at != end && Fields::isBlank(*at)) ++at;
+  at = skipBlanks(at, end);
   const char* const begin = at;
   at = nameEnd(at, end, readableEnd);
   const std::string_view name(begin, static_cast<std::size_t>(at - begin));

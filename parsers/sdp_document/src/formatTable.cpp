@@ -3,10 +3,12 @@
 #include "formatTable.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "attributeNames.h"
 #include "fieldReader.h"
 #include "model.h"
+#include "scan.h"
 
 namespace sdp::core {
 namespace {
@@ -22,15 +24,36 @@ struct Spoken {
   std::string_view payload;
   std::string_view behind;
 };
-Spoken spokenOf(const Line& line) {
+/// @param number of the payload type
+Spoken spokenOf(const Line& line, std::uint16_t number) {
   std::string_view text = textBehindColon(line);
-  if (line.detail == kOtherPayload) {
+  if (number == kOtherPayload) {
     const std::string_view payload = Fields::takeField(text);
     return {payload, text};
   }
-  const std::size_t digits = digitCountOf(line.detail);
+  const std::size_t digits = digitCountOf(number);
   return {text.substr(0, digits), text.substr(digits)};
 }
+
+/// A short payload type and the blank behind it, by which the next line that begins so is known.
+class ShortField {
+ public:
+  ShortField() = default;
+  ShortField(std::string_view text, std::uint16_t number) : number_(number) {
+    if (number == kOtherPayload || digitCountOf(number) == text.size()) return;
+    length_ = digitCountOf(number) + 1;
+    characters_ = frontOf(load(text.data()), length_);
+  }
+  bool begins(std::string_view text) const {
+    return length_ <= text.size() && length_ != 0 && frontOf(load(text.data()), length_) == characters_;
+  }
+  std::uint16_t number() const { return number_; }
+
+ private:
+  std::uint64_t characters_ = 0;
+  std::size_t length_ = 0;
+  std::uint16_t number_ = kOtherPayload;
+};
 
 /// The small number of a payload type, behind which eight characters are readable.
 std::uint16_t shortNumberOf(std::string_view payload) {
@@ -60,7 +83,9 @@ std::string_view aptIn(std::string_view fmtp) {
 void readEncodingOf(const Model& model, FormatEntry& entry) {
   for (Index i = entry.firstLine; i != kNone; i = model.lines[i].next) {
     const Line& line = model.lines[i];
-    if (line.kind == Kind::rtpmap && readEncoding(spokenOf(line).behind, kReadAhead, entry.encoding)) return;
+    if (line.kind == Kind::rtpmap &&
+        readEncoding(spokenOf(line, line.detail).behind, kReadAhead, entry.encoding))
+      return;
   }
   const EncodingParts* const encoding = staticEncodingOf(entry.number);
   if (encoding != nullptr) entry.encoding = *encoding;
@@ -127,12 +152,12 @@ void FormatTable::readFormats(const Part& section) {
   const char* const end = at + section.m.formats.size();
   Occurrence* occurrence = allOccurrences_.data() + occurrenceCount_;
   for (;;) {
-    while (at != end && Fields::isBlank(*at)) ++at;
+    at = skipBlanks(at, end);
     if (at == end) break;
     const char* const format = at;
     const std::uint16_t number = payloadAt(at, static_cast<std::size_t>(end - at));
     if (number == kOtherPayload) {
-      while (at != end && !Fields::isBlank(*at)) ++at;
+      at = findBlank(at, end);
       if (!hasOthers_) slots_.reset(formatCount(section.m.formats));
       hasOthers_ = true;
     } else {
@@ -186,32 +211,37 @@ void FormatTable::findEntries() {
 /// Chains the lines that speak of each format, from the last to the first.
 void FormatTable::readLines(const Model& model, const Part& section) {
   if ((section.kinds & kOfFormats) == 0) return;
-  LineList& lines = model.lines;
+  Line* const lines = model.lines.begin();
+  FormatEntry* entry = nullptr;
+  ShortField field;  // the one that it was found by
   for (Index i = section.end; i-- > section.first;) {
     Line& line = lines[i];
     if (line.gone != 0 || !has(kOfFormats, line.kind)) continue;
+    const std::string_view text = textBehindColon(line);
     const bool isFeedback = line.kind == Kind::rtcpFb;
-    Index* first = &feedbackOfAll;
-    if (!isFeedback || line.detail != kOtherPayload || spokenOf(line).payload != "*") {
-      const Index found = line.detail != kOtherPayload ? entryOf(line.detail) : rareEntryOf(line);
-      if (found == kNone) continue;
-      FormatEntry& entry = entries[found];
-      first = isFeedback ? &entry.feedback : &entry.firstLine;
-      if (line.kind == Kind::fmtp) entry.fmtp = i;
+    if (!field.begins(text)) {
+      line.detail = text.empty() ? kOtherPayload : payloadAt(text.data(), text.size());
+      entry = line.detail != kOtherPayload
+                  ? entryAt(entryOf(line.detail))
+                  : entryAt(entryOf(shortNumberOf(firstField(text)), firstField(text)));
+      field = entry != nullptr ? ShortField(text, line.detail) : ShortField();
     }
-    line.next = *first;
-    *first = i;
+    if (entry == nullptr) {
+      if (isFeedback && firstField(text) == "*") line.next = std::exchange(feedbackOfAll, i);
+      continue;
+    }
+    line.detail = field.number();
+    Index& first = isFeedback ? entry->feedback : entry->firstLine;
+    line.next = std::exchange(first, i);
+    if (line.kind == Kind::fmtp) entry->fmtp = i;
   }
 }
 
-/// The entry of the payload type that a line speaks of as few do.
-Index FormatTable::rareEntryOf(const Line& line) {
-  // Blanks may stand in front of a short one.
-  const std::string_view payload = spokenOf(line).payload;
-  return entryOf(shortNumberOf(payload), payload);
-}
+FormatEntry* FormatTable::entryAt(Index entry) { return entry == kNone ? nullptr : &entries[entry]; }
 
-std::string_view behindPayload(const Line& line) { return withoutBlanksAround(spokenOf(line).behind); }
+std::string_view behindPayload(const Line& line) {
+  return withoutBlanksAround(spokenOf(line, line.detail).behind);
+}
 
 std::string_view aptOf(const Model& model, FormatEntry& entry) {
   for (Index i = entry.fmtp; !entry.knowsApt && i != kNone; i = model.lines[i].next) {

@@ -105,7 +105,7 @@ class FormatTable {
     if (number != kOtherPayload) return entryOf(number);
     return hasOthers_ ? slotOf(number, payload) : kNone;
   }
-  Index rareEntryOf(const Line& line);
+  FormatEntry* entryAt(Index entry);
   Index& slotOf(std::uint16_t number, std::string_view payload);
   void beginFinding();
   void findEntries();
@@ -130,7 +130,7 @@ class FormatTable {
   TextSlots slots_;  ///< of other payload types
 };
 
-/// What stands behind the payload type in a line that speaks of a format.
+/// What stands behind the payload type in a line that the table has chained.
 std::string_view behindPayload(const Line& line);
 /// The payload type that `apt` of a format's fmtp names (RFC 4588, section 8.1); empty without one.
 std::string_view aptOf(const Model& model, FormatEntry& entry);

@@ -12,7 +12,6 @@
 #include <bit>
 
 #include "attributeNames.h"
-#include "payloads.h"
 
 namespace sdp::core {
 
@@ -27,7 +26,7 @@ inline std::size_t beforeColon(const char* text) {
 #endif
 }
 
-/// Reads the name of an attribute, in front of which stands "a=", and the payload type that it speaks of.
+/// Reads the name of an attribute, in front of which stands "a=".
 inline void readName(Line& line) {
   const char* const name = line.begin + 2;
   const std::size_t behind = line.length - 2;
@@ -39,9 +38,6 @@ inline void readName(Line& line) {
   length = std::min(length, behind);
   line.detail = static_cast<std::uint16_t>(std::min<std::size_t>(length, kLongName));
   line.kind = knownAttribute(name, length);
-  if (has(kOfFormats, line.kind)) {
-    line.detail = length + 1 >= behind ? kOtherPayload : payloadAt(name + length + 1, behind - length - 1);
-  }
 }
 
 constexpr std::array<Kind, 256> makeTypes() {

@@ -90,8 +90,8 @@ struct Line {
   const char* begin;
   Index length;  ///< of the content
   Index next;    ///< of a chain that a table makes of lines
-  /// Of an attribute of an unknown name the name's length; kLongName when it is longer than this can tell. Of one that
-  /// speaks of a format the payload type (see payloads.h).
+  /// Of an attribute the length of its name; kLongName when it is longer than this can tell. Of one that a table of
+  /// formats has chained the payload type that it speaks of (see payloads.h).
   std::uint16_t detail;
   Kind kind;
   std::uint8_t endLength : 2;  ///< CR LF, LF, a CR at the text's end, or nothing

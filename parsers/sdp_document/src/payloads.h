@@ -27,7 +27,8 @@ inline std::size_t leadingDigits(std::uint64_t digits) {
   return static_cast<std::size_t>(std::countr_zero(others)) / 8;
 }
 
-/// The small number of the field that a text begins with.
+/// The small number of the field that a text begins with. Payload types have two and three digits in turn, so there is no
+/// branch on how many they are.
 /// @param text not empty; four characters must be readable there
 inline std::uint16_t payloadAt(const char* text, std::size_t length) {
   const auto digit = [text](std::size_t at) {
@@ -36,12 +37,14 @@ inline std::uint16_t payloadAt(const char* text, std::size_t length) {
   const unsigned first = digit(0);
   const unsigned second = digit(1);
   const unsigned third = digit(2);
-  const std::size_t digits = second > 9 ? 1 : third > 9 ? 2 : 3;
-  const std::size_t count = std::min(digits, length);
+  const unsigned two = second <= 9 && length > 1 ? 1U : 0U;
+  const unsigned three = third <= 9 && length > 2 ? two : 0U;
+  const std::size_t count = 1 + two + three;
   if (first > 9 || (count != length && !Fields::isBlank(text[count]))) return kOtherPayload;
-  if (count == 1) return static_cast<std::uint16_t>(first);
-  if (count == 2) return static_cast<std::uint16_t>(10 + first * 10 + second);
-  return static_cast<std::uint16_t>(110 + first * 100 + second * 10 + third);
+  unsigned number = first;
+  number += two * (number * 9 + 10 + second);
+  number += three * (number * 9 + 10 + third);
+  return static_cast<std::uint16_t>(number);
 }
 
 /// How many digits a payload type has that is not kOtherPayload.

@@ -5,6 +5,7 @@
 #include "fieldReader.h"
 #include "lineReader.h"
 #include "model.h"
+#include "scan.h"
 
 namespace sdp::core {
 namespace {
@@ -57,17 +58,21 @@ void readPortField(MLine& m) {
 }
 
 void readMLine(Model& model, Part& section) {
-  const std::string_view value = model.lines[section.first].content().substr(2);
-  FieldReader fields(value);
+  const std::string_view content = model.lines[section.first].content();
+  const char* at = content.data() + 2;
+  const char* const end = content.data() + content.size();
   MLine& m = section.m;
   model.mostFormats -= m.mostFormats;
   m = {};
-  m.media = fields.next();
-  m.port = fields.next();
-  m.transport = fields.next();
-  const std::string_view format = fields.next();
-  if (format.empty()) return;
-  m.formats = fields.from(format);
+  for (std::string_view* field : {&m.media, &m.port, &m.transport}) {
+    at = skipBlanks(at, end);
+    const char* const behind = findBlank(at, end);
+    *field = {at, static_cast<std::size_t>(behind - at)};
+    at = behind;
+  }
+  at = skipBlanks(at, end);
+  if (at == end) return;
+  m.formats = {at, static_cast<std::size_t>(end - at)};
   m.mostFormats = mostFormatsOf(m.formats);
   model.mostFormats += m.mostFormats;
   readPortField(m);

@@ -12,16 +12,24 @@ namespace {
 bool isBlankOrControl(char c) { return c == ' ' || sdpneg::isControl(c); }
 
 std::optional<CodecListEntry> entryOf(std::string_view text) {
-  if (text.empty() || std::any_of(text.begin(), text.end(), isBlankOrControl)) return std::nullopt;
+  if (text.empty()) return std::nullopt;
   CodecListEntry entry;
-  entry.name = EncodingName(text);
-  entry.isPayload = isDigits(text);
-  if (entry.isPayload || !sdpneg::contains(text, "/")) return entry;
+  entry.isPayload = true;
+  std::size_t slashes = 0;
+  for (const char c : text) {
+    if (isBlankOrControl(c)) return std::nullopt;
+    entry.isPayload = entry.isPayload && sdpneg::isDigit(c);
+    if (c == '/') ++slashes;
+  }
+  if (slashes == 0) {
+    entry.name = EncodingName(text);
+    return entry;
+  }
   EncodingParts encoding;
   if (!readEncoding(text, 0, encoding)) return std::nullopt;
   entry.name = encoding.name;
   entry.clock = encoding.clock;
-  if (std::count(text.begin(), text.end(), '/') == 2) entry.channels = encoding.channels;
+  if (slashes == 2) entry.channels = encoding.channels;
   return entry;
 }
 

@@ -14,7 +14,7 @@ import browserAnswers
 import browserOffers
 import calls
 import description
-from chromium import BrowserError, Chromium, find_program
+from chromium import BrowserDoesNotStart, BrowserError, Chromium, find_program
 
 FOLDER = os.path.dirname(os.path.abspath(__file__))
 SKIPPED = 77
@@ -242,6 +242,9 @@ def main():
         with Chromium(program) as browser:
             passed, failed = check_all(browser, Tool(sys.argv[1]))
             print(f"{browser.version}: {passed} ok, {failed} failed, in {time.monotonic() - start:.0f} seconds")
+    except BrowserDoesNotStart as problem:
+        print(f"skipped: {program} does not start here: {problem}")
+        return SKIPPED
     except (BrowserError, OSError) as problem:
         print(f"failed {program}: {problem}")
         return 1

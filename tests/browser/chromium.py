@@ -34,6 +34,10 @@ class BrowserError(Exception):
     """What the browser refused, in its words."""
 
 
+class BrowserDoesNotStart(Exception):
+    """The browser is there, but does not run on this machine."""
+
+
 def find_program():
     """The browser that the environment's CHROMIUM names, else the first that is installed, else None."""
     if named := os.environ.get("CHROMIUM"):
@@ -76,6 +80,9 @@ class Chromium:
             target = self._request("Target.createTarget", {"url": "about:blank"})["targetId"]
             attached = self._request("Target.attachToTarget", {"targetId": target, "flatten": True})
             self.session = attached["sessionId"]
+        except (BrowserError, OSError) as problem:
+            self._end()
+            raise BrowserDoesNotStart(str(problem)) from problem
         except BaseException:
             self._end()
             raise

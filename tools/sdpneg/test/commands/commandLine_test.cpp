@@ -105,6 +105,7 @@ TEST(Completion, FollowsTheCommandTable) {
   EXPECT_EQ(runSdpneg({"--complete", "pack"}).out, "--output\n--help\n<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "pack", "-o"}).out, "<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect"}).out, "--json\n--trace\n--color\n--help\n<file>\n");
+  EXPECT_EQ(runSdpneg({"--complete", "check-answer"}).out, "--json\n--help\n<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "sections"}).out, "--json\n--color\n--help\n<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect", "--color"}).out, "auto\nalways\nnever\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect", "--color", "="}).out, "auto\nalways\nnever\n");

@@ -5,6 +5,7 @@
 
 #include "bodies.h"
 #include "process.h"
+#include "schemaCheck.h"
 #include "sections/richBody.h"
 #include "testFiles.h"
 
@@ -54,43 +55,7 @@ TEST(SectionsSchema, HasTheKeysThatThePageLists) {
   expectListed(properties["rtcp"]["anyOf"][1], "rtcp.");
 }
 
-/// The Python that has the module jsonschema; empty when none has.
-std::string python() {
-  for (const std::string each : {"python3", "/usr/bin/python3"}) {
-    if (std::system((each + " -c 'import jsonschema' >/dev/null 2>&1").c_str()) == 0) return each;
-  }
-  return {};
-}
-
-class SectionsSchemaCheck : public testing::Test {
- protected:
-  void SetUp() override {
-    if (python().empty()) GTEST_SKIP() << "python3-jsonschema is not installed";
-  }
-
-  /// How many mistakes each document has, with what they are in `errors()`.
-  std::vector<int> mistakesIn(const json& documents) const {
-    folder_.write("documents", documents.dump());
-    folder_.write("check.py",
-                  "import json, sys\n"
-                  "from jsonschema import Draft7Validator\n"
-                  "schema, documents = (json.load(open(name)) for name in sys.argv[1:])\n"
-                  "Draft7Validator.check_schema(schema)\n"
-                  "found = [list(Draft7Validator(schema).iter_errors(each)) for each in documents]\n"
-                  "for each in found:\n"
-                  "  for error in each: print(error.message[:200], list(error.path), file=sys.stderr)\n"
-                  "print(json.dumps([len(each) for each in found]))\n");
-    const std::string command = python() + " '" + folder_.path("check.py") + "' '" + schemaFile + "' '" +
-                                folder_.path("documents") + "' >'" + folder_.path("counts") + "' 2>'" +
-                                folder_.path("errors") + "'";
-    EXPECT_EQ(std::system(command.c_str()), 0) << errors();
-    return json::parse(readBytes(folder_.path("counts")), nullptr, false).get<std::vector<int>>();
-  }
-  std::string errors() const { return readBytes(folder_.path("errors")); }
-
- private:
-  TemporaryFolder folder_;
-};
+class SectionsSchemaCheck : public SchemaCheck {};
 
 json documentOf(const std::vector<std::string>& inputs) {
   std::vector<std::string> arguments = {"sections", "--json"};
@@ -106,12 +71,13 @@ TEST_F(SectionsSchemaCheck, FindsNothingInTheOutput) {
   folder.write("secure.sdp", bodies::secureCall);
   const json document = documentOf({"-", folder.path(), folder.path("missing")});
   ASSERT_EQ(document["bodies"].size(), 6U);
-  EXPECT_EQ(mistakesIn(json::array({document})), std::vector<int>{0}) << errors();
+  EXPECT_EQ(mistakesIn(schemaFile, json::array({document})), std::vector<int>{0}) << errors();
 }
 
 TEST_F(SectionsSchemaCheck, FindsNothingInTheCorpus) {
   if (corpusFolder().empty()) GTEST_SKIP() << "SDP_CORPUS_DIR is not set";
-  EXPECT_EQ(mistakesIn(json::array({documentOf({corpusFolder()})})), std::vector<int>{0}) << errors();
+  EXPECT_EQ(mistakesIn(schemaFile, json::array({documentOf({corpusFolder()})})), std::vector<int>{0})
+      << errors();
 }
 
 TEST_F(SectionsSchemaCheck, FindsWhatIsWrong) {
@@ -144,7 +110,7 @@ TEST_F(SectionsSchemaCheck, FindsWhatIsWrong) {
   }
   documents.push_back(document);
   documents.back()["bodies"][0]["sections"][0]["formats"][0].erase("apt");
-  const std::vector<int> mistakes = mistakesIn(documents);
+  const std::vector<int> mistakes = mistakesIn(schemaFile, documents);
   ASSERT_EQ(mistakes.size(), documents.size());
   for (std::size_t i = 0; i < std::size(cases); ++i) EXPECT_NE(mistakes[i], 0) << cases[i].place;
   EXPECT_NE(mistakes.back(), 0);

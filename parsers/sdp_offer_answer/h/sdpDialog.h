@@ -124,6 +124,7 @@ class SDP_OFFER_ANSWER_API Dialog {
   /// Nothing was said yet. Allocates nothing.
   Dialog() noexcept = default;
 
+  /// Whose turn it is.
   DialogState state() const noexcept;
   /// Who made the offer that is pending, else the one that was last answered; nothing before the first.
   std::optional<Party> offerer() const noexcept;

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "process.h"
 #include "schemaCheck.h"
@@ -145,6 +146,27 @@ TEST(CheckAnswerRules, OfTheSchemaAreThoseOfTheLibrary) {
   }
   EXPECT_EQ(schema["definitions"]["finding"]["properties"]["rule"]["enum"].size(), 39U);
   EXPECT_EQ(names.find("{\"", at + 1), std::string::npos);
+}
+
+TEST(CheckAnswerRules, StandOnThePageInTheirOrderWithTheirSeverity) {
+  const std::string page = readBytes(SDPNEG_SOURCE_DIR "/../../docs/offer-answer.md");
+  const std::size_t begin = page.find("\n## The judge\n");
+  ASSERT_NE(begin, std::string::npos);
+  std::istringstream lines(page.substr(begin, page.find("\n## The dialog\n", begin) - begin));
+  std::vector<std::string> shown;
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.starts_with("| `")) continue;
+    const bool isWarning = line.find(" | warning | ") != std::string::npos;
+    EXPECT_NE(isWarning, line.find(" | error | ") != std::string::npos) << line;
+    shown.push_back(line.substr(3, line.find('`', 3) - 3) + (isWarning ? ": warning" : ""));
+  }
+  std::vector<std::string> rules;
+  const json schema = json::parse(readBytes(schemaFile));
+  for (const std::string rule : schema["definitions"]["finding"]["properties"]["rule"]["enum"]) {
+    const bool isWarning = rule == "codec-not-offered" || rule == "payload-reserved";
+    rules.push_back(rule + (isWarning ? ": warning" : ""));
+  }
+  EXPECT_EQ(shown, rules);
 }
 
 }  // namespace

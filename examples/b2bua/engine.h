@@ -96,6 +96,10 @@ class Engine {
   /// Parses a body from a side, applies the policy and gives the result that side's dialog of the other.
   /// @return why it cannot be used; empty when it can
   std::string takeBody(Call& call, Side from, const std::string& body, bool isAnswer);
+  /// Writes into the log what is wrong with an answer.
+  /// @param offer   what the party was sent
+  /// @param answer  what it said, before anything is done to it
+  void judge(const Call& call, Side party, const Body& offer, const std::string& answer);
 
   const Options& options_;
   StateStore& store_;

@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "answerCheck.h"
 #include "engine.h"
 #include "multipart.h"
 #include "policyCheck.h"
@@ -67,6 +68,7 @@ std::string Engine::takeBody(Call& call, Side from, const std::string& body, boo
   Exchange& exchange = *call.exchange;
   Body& received = exchange.received[from];
   Body& sent = exchange.sent[otherOf(from)];
+  const Body& offer = exchange.sent[from];
   std::string reason = takeIn(body);
   if (!reason.empty()) return reason;
   const std::string canonical(incoming_.text());
@@ -81,11 +83,17 @@ std::string Engine::takeBody(Call& call, Side from, const std::string& body, boo
   reason = whatIsForbidden(options_.policy, textOf(sent),
                            isAnswer && exchange.changes.mLines == MLineChange::madeSecure);
   if (!reason.empty()) return reason;
+  if (offer.isSdpPresent()) judge(call, from, offer, body);
   if (options_.show) {
     showBodies("call " + call.id + ": " + (isAnswer ? "answer" : "offer") + " from the " + nameOf(from), body,
                textOf(sent));
   }
   return "";
+}
+
+void Engine::judge(const Call& call, Side party, const Body& offer, const std::string& answer) {
+  for (const std::string& line : whatIsWrong(textOf(offer), answer))
+    note(call, std::string("answer from the ") + nameOf(party) + ", " + line);
 }
 
 /// An INVITE that came, the first one of its call included.
@@ -315,8 +323,10 @@ void Engine::onDummyReplaced(Call& call, const std::string& body) {
   sendAck(call, "");
   const std::string reason = takeIn(body);
   const std::string canonical(incoming_.text());
-  if (reason.empty() && call.exchange->received[kTarget].sdpParse(canonical.c_str(), SDP_TYPE_ANSWER) == 0)
+  if (reason.empty() && call.exchange->received[kTarget].sdpParse(canonical.c_str(), SDP_TYPE_ANSWER) == 0) {
+    judge(call, kTarget, call.legs[kTarget].sent, body);
     return complete(call);
+  }
   note(call, "body refused: " + (reason.empty() ? "no answer to the offer after the dummy" : reason));
   end(call, "engine: body refused");
 }

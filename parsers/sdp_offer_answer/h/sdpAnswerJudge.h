@@ -136,8 +136,8 @@ enum class AnswerRule : std::uint8_t {
   /// No setup, where one was offered (RFC 8842, section 5.3). Here and in setupRole it counts with TLS, TCP or a
   /// fingerprint of the answer; words other than active, passive and actpass count as none.
   noSetup,
-  /// A setup that was not offered. With TLS or TCP, or a fingerprint, an offer without one counts as active (RFC 4145,
-  /// section 4).
+  /// A setup that was not offered. With TLS or TCP, or a fingerprint of its own, an offer without one counts as active
+  /// (RFC 4145, section 4).
   setupNotOffered,
   /// actpass, which leaves a choice that answers have to make (RFC 4145, section 4.1).
   setupActpass,

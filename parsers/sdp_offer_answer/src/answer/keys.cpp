@@ -109,6 +109,8 @@ KeyChoice KeyChooser::chooseSdes(const KeySide& offered, const KeySide& local) {
 SectionOutcome KeyChooser::choose(const KeySide& offered, const KeySide& local, KeyChoice& choice) {
   const std::string_view transport = offered.section.transport();
   if (!offered.section.isRtp()) {
+    // A transport of RTP in another spelling has no keys.
+    if (local.section.isRtp() && isSecure(local.section.transport())) return SectionOutcome::notProtected;
     choice.protection = hasTls(transport) ? Protection::tls : Protection::none;
     return SectionOutcome::accepted;
   }

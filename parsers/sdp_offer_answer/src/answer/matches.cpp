@@ -22,11 +22,9 @@ bool isKnownProfile(std::string_view profile) {
 
 /// Whether a local section can take the transport of an offered one; keys are another matter.
 bool canServe(const Section& local, const Section& offered) {
-  if (!offered.isRtp() || !local.isRtp()) {
-    return offered.isRtp() == local.isRtp() && sdpneg::equalNoCase(offered.transport(), local.transport());
-  }
+  if (!offered.isRtp()) return sdpneg::equalNoCase(offered.transport(), local.transport());
   if (offered.transport() == local.transport()) return true;
-  return isOverTcp(offered.transport()) == isOverTcp(local.transport()) &&
+  return local.isRtp() && isOverTcp(offered.transport()) == isOverTcp(local.transport()) &&
          isKnownProfile(profileOf(offered.transport())) && isKnownProfile(profileOf(local.transport()));
 }
 

@@ -76,22 +76,23 @@ bool isConnected(const Pair& pair) {
 
 void judgeRole(const Pair& pair, std::optional<Role> offered, std::optional<Role> answered,
                Findings& findings) {
-  if (!offered) offered = Role::active;  // RFC 4145, section 4
-  if (!answered || *answered == Role::actpass || *offered != *answered) return;
+  if (!answered || *answered == Role::actpass || offered != answered) return;
   const std::string_view word = *answered == Role::active ? "active" : "passive";
   findings.add(pair.number, AnswerRule::setupRole, {"both are ", word});
 }
 
 void judgeSetup(const Pair& pair, Findings& findings) {
-  const std::optional<Role> offered =
-      roleOf(pair.bodies.offerBundles.valueOf(pair.number, Credential::setup));
+  std::optional<Role> offered = roleOf(pair.bodies.offerBundles.valueOf(pair.number, Credential::setup));
   const std::optional<Role> answered =
       roleOf(pair.bodies.answerBundles.valueOf(pair.number, Credential::setup));
   const bool counts = isConnected(pair) || pair.answers(Credential::fingerprint);
   if (offered && !answered && counts) {
     findings.add(pair.number, AnswerRule::noSetup, {"setup was offered and has no answer"});
   }
-  if (answered && !offered && !isConnected(pair) && !pair.offers(Credential::fingerprint)) {
+  if (!offered && (isConnected(pair) || pair.offers(Credential::fingerprint))) {
+    offered = Role::active;  // RFC 4145, section 4
+  }
+  if (answered && !offered) {
     findings.add(pair.number, AnswerRule::setupNotOffered, {"setup was not offered"});
   }
   if (answered == Role::actpass) {

@@ -3,7 +3,7 @@
 //
 //   sdpDocumentBench [FOLDER] [--benchmark_... options]
 //
-// Without a folder the benchmark's own browser offer is read. At the end stand the ratios.
+// Without a folder the benchmark's own browser offer is read. Ratios and growing texts stand at the end.
 
 #include <benchmark/benchmark.h>
 

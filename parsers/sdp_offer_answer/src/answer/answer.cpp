@@ -33,7 +33,7 @@ bool isAllRefused(const std::vector<AnsweredSection>& sections) {
 }
 
 std::string textOfAnswer(const Sides& sides, const Matches& matches) {
-  const WritingContext context(sides);
+  const WritingContext context(sides, matches);
   Lines before;
   writeVersion(sides, before);
   Lines behind;

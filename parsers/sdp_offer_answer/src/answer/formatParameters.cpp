@@ -43,6 +43,7 @@ FormatParameters::FormatParameters(const FormatPair& pair, const AnsweredFormats
     : pair_(pair) {
   const Codec& theirs = *pair.offered;
   const Codec& ours = *pair.local;
+  if (theirs.family != ours.family) return;  // they are words
   switch (ours.family) {
     case Family::h264:
       lowerLevel();

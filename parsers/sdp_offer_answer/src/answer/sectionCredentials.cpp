@@ -9,11 +9,11 @@ bool SectionWriter::isTlsIdAnswered() const {
   return hasTlsKeys() && sides_.offered.has(section_.offered.index(), Credential::tlsId);
 }
 
-/// One transport has one role, so that a new section of a group takes that of the first.
+/// One transport has one role, so that a new section of a group takes that of the others.
 void SectionWriter::writeSetup() {
   const std::uint32_t index = section_.offered.index();
   std::string_view previous = context_.previousRole(index);
-  if (previous.empty()) previous = context_.previousRole(section_.leader->offered.index());
+  if (previous.empty() && section_.group) previous = context_.groupRoles[*section_.group];
   const std::string_view offered = sides_.offered.valueOf(index, Credential::setup);
   out_.addAttribute("setup", answeredSetup(offered, previous, sides_.options));
   isSetupWritten_ = true;

@@ -11,12 +11,18 @@
 
 namespace sdp::exchange {
 
-WritingContext::WritingContext(const Sides& theSides)
+WritingContext::WritingContext(const Sides& theSides, const Matches& matches)
     : sides(theSides),
       previous(theSides.options.previous),
       sessionExtensions(theSides.offer.session().attributes("extmap")),
       isMixOffered(theSides.offer.session().has("extmap-allow-mixed")) {
   if (previous != nullptr) previousBundles.emplace(*previous);
+  for (const AnsweredGroup& group : matches.groups()) {
+    std::string_view& role = groupRoles.emplace_back();
+    for (const std::size_t member : group.members) {
+      if (role.empty()) role = previousRole(matches.accepted()[member].offered.index());
+    }
+  }
 }
 
 std::string_view WritingContext::previousRole(std::uint32_t section) const {

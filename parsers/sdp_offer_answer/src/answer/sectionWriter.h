@@ -25,7 +25,10 @@ struct WritingContext {
   ExtensionMap sessionExtensions;  ///< of the offer
   bool isMixOffered;               ///< the offer's session has extmap-allow-mixed
 
-  explicit WritingContext(const Sides& theSides);
+  std::vector<std::string_view>
+      groupRoles;  ///< by group of the answer: the role of its first section that had one
+
+  WritingContext(const Sides& theSides, const Matches& matches);
   /// The DTLS role that the section of a number had in the answer before; empty without.
   std::string_view previousRole(std::uint32_t section) const;
 };

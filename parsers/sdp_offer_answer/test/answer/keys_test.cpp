@@ -112,6 +112,26 @@ TEST(Dtls, KeepsTheRoleOfTheAnswerBefore) {
       options);
 }
 
+TEST(Dtls, KeepsTheRoleOfABundleForItsNewSections) {
+  const sdp::Document previous = documentOf(
+      "v=0\r\no=me 7 4 IN IP4 192.0.2.2\r\nm=audio 0 UDP/TLS/RTP/SAVP 0\r\nm=audio 5000 UDP/TLS/RTP/SAVP 0\r\n"
+      "a=setup:passive\r\n");
+  sdp::AnswerOptions options;
+  options.previous = &previous;
+  const char* const offer =
+      "a=group:BUNDLE a b|a=fingerprint:sha-1 CC|a=setup:actpass|m=audio 4000 UDP/TLS/RTP/SAVP "
+      "0|a=mid:a|a=rtcp-mux|m=audio 4000 UDP/TLS/RTP/SAVP 0|a=mid:b|a=rtcp-mux|";
+  const char* const local =
+      "a=group:BUNDLE x y|a=fingerprint:sha-256 AA:BB|m=audio 5000 UDP/TLS/RTP/SAVP 0|a=mid:x|a=rtcp-mux|m=audio "
+      "5002 UDP/TLS/RTP/SAVP 0|a=mid:y|a=rtcp-mux|";
+  expectAnswers(
+      {{"although the first had none", offer, local,
+        "v=0|o=me 7 5 IN IP4 192.0.2.2|s=us|c=IN IP4 192.0.2.2|t=0 0|a=group:BUNDLE a b|m=audio 5000 "
+        "UDP/TLS/RTP/SAVP 0|a=mid:a|a=rtcp-mux|a=fingerprint:sha-256 AA:BB|a=setup:passive|m=audio 5000 "
+        "UDP/TLS/RTP/SAVP 0|a=mid:b|a=rtcp-mux|a=fingerprint:sha-256 AA:BB|a=setup:passive|"}},
+      options);
+}
+
 TEST(Osrtp, IsAnsweredWithTheKeysThatWeHave) {
   const char* const offer =
       "m=audio 4000 RTP/AVP 0|a=fingerprint:sha-1 CC|a=setup:actpass|a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:t80|";

@@ -34,6 +34,9 @@ TEST(Sections, HaveTheTransportOfTheOffer) {
         "m=audio 4000 rtp/avp 0 97 101|a=rtpmap:97 opus/48000/2|",
         "m=audio 5000 RTP/AVP 101 98 0|a=rtpmap:101 telephone-event/8000|a=rtpmap:98 opus/48000/2|",
         "m=audio 5000 rtp/avp 0 101|a=rtpmap:101 telephone-event/8000|"},
+       {"whose parameters are the local ones", "m=audio 4000 rtp/avp 101|",
+        "m=audio 5000 RTP/AVP 101|a=rtpmap:101 telephone-event/8000|a=fmtp:101 0-16|",
+        "m=audio 5000 rtp/avp 101|a=rtpmap:101 telephone-event/8000|a=fmtp:101 0-16|"},
        {"the words in common", "m=message 4000 TCP/MSRP a * A|a=setup:active|",
         "m=message 5000 TCP/MSRP * b A|", "m=message 5000 TCP/MSRP a *|a=setup:passive|"},
        {"an unknown one of RTP", "m=audio 4000 RTP/X 0|", "m=audio 5000 RTP/X 0|", "m=audio 5000 RTP/X 0|"}});

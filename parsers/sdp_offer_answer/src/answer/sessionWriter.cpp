@@ -20,15 +20,9 @@ std::string_view firstLine(const Session& session, std::string_view kind) {
   return {};
 }
 
-void writeAll(const Session& session, std::string_view kind, Lines& out) {
-  for (const Line& line : session.lines()) {
-    if (line.content.starts_with(kind)) out.add({line.content});
-  }
-}
-
 void writeFirst(const Session& session, std::string_view kind, std::string_view otherwise, Lines& out) {
   const std::string_view line = firstLine(session, kind);
-  if (!line.empty() || !otherwise.empty()) out.add({line.empty() ? otherwise : line});
+  out.add({line.empty() ? otherwise : line});
 }
 
 /// The c-line of the session, else that of the first section that has one: browsers want one here.
@@ -44,8 +38,13 @@ void writeConnection(const Document& local, Lines& out) {
 }
 
 void writeTimes(const Document& offer, Lines& out) {
-  const bool hasTime = !firstLine(offer.session(), "t=").empty();
-  hasTime ? writeAll(offer.session(), "t=", out) : out.add({"t=0 0"});
+  bool hasTime = false;
+  for (const Line& line : offer.session().lines()) {
+    if (!line.content.starts_with("t=")) continue;
+    out.add({line.content});
+    hasTime = true;
+  }
+  if (!hasTime) out.add({"t=0 0"});
 }
 
 /// Attributes of the local session that are no such, that each section has for itself, or that answers never have.
@@ -136,12 +135,7 @@ void writeVersion(const Sides& sides, Lines& out) { writeFirst(sides.local.sessi
 void writeSession(const Sides& sides, const Matches& matches, Lines& out) {
   const Session session = sides.local.session();
   writeFirst(session, "s=", "s=-", out);
-  writeFirst(session, "i=", "", out);
-  writeFirst(session, "u=", "", out);
-  writeAll(session, "e=", out);
-  writeAll(session, "p=", out);
   writeConnection(sides.local, out);
-  writeAll(session, "b=", out);
   writeTimes(sides.offer, out);
   writeAttributes(sides, matches, out);
 }

@@ -6,9 +6,6 @@
 #include <array>
 #include <set>
 
-#include "answer/iceAttributes.h"
-#include "answer/sectionWriter.h"
-
 namespace sdp::exchange {
 namespace {
 
@@ -47,7 +44,8 @@ void writeTimes(const Document& offer, Lines& out) {
   if (!hasTime) out.add({"t=0 0"});
 }
 
-/// Attributes of the local session that are no such, that each section has for itself, or that answers never have.
+/// Attributes of the local session that are no such, that each section has for itself (credentials unless all have those
+/// of the session), or that answers never have.
 constexpr std::array<std::string_view, 36> kNotOfSession{"sendrecv",
                                                          "sendonly",
                                                          "recvonly",
@@ -109,7 +107,8 @@ bool hasIce(const Sides& sides, const Matches& matches) {
   return false;
 }
 
-void writeAttributes(const Sides& sides, const Matches& matches, Lines& out) {
+void writeAttributes(const Sides& sides, const Matches& matches, const SessionCredentials& credentials,
+                     Lines& out) {
   const bool withIce = hasIce(sides, matches);
   bool areGroupsWritten = false;
   for (const Attribute& attribute : sides.local.session().attributes()) {
@@ -122,6 +121,8 @@ void writeAttributes(const Sides& sides, const Matches& matches, Lines& out) {
       if (sides.offer.session().has(name)) out.add(attribute);
     } else if (isOfIceSession(name)) {
       if (withIce) out.add(attribute);
+    } else if (credentials.have(name)) {
+      out.add(attribute);
     } else if (std::find(kNotOfSession.begin(), kNotOfSession.end(), name) == kNotOfSession.end()) {
       out.add(attribute);
     }
@@ -132,12 +133,13 @@ void writeAttributes(const Sides& sides, const Matches& matches, Lines& out) {
 
 void writeVersion(const Sides& sides, Lines& out) { writeFirst(sides.local.session(), "v=", "v=0", out); }
 
-void writeSession(const Sides& sides, const Matches& matches, Lines& out) {
+void writeSession(const Sides& sides, const Matches& matches, const SessionCredentials& credentials,
+                  Lines& out) {
   const Session session = sides.local.session();
   writeFirst(session, "s=", "s=-", out);
   writeConnection(sides.local, out);
   writeTimes(sides.offer, out);
-  writeAttributes(sides, matches, out);
+  writeAttributes(sides, matches, credentials, out);
 }
 
 void writeRefused(const Section& offered, Lines& out) {

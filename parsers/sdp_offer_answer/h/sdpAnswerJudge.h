@@ -177,7 +177,8 @@ struct Judgement {
 
 /// Judges an answer by its offer, whoever made either: both may be any text. Without sections in both there is nothing
 /// to judge, and nothing is wrong. The time that it takes grows with the bodies nearly as their length.
-SDP_OFFER_ANSWER_API Judgement checkAnswer(const Document& offer, const Document& answer) noexcept;
+[[nodiscard]] SDP_OFFER_ANSWER_API Judgement checkAnswer(const Document& offer,
+                                                         const Document& answer) noexcept;
 
 }  // namespace sdp
 

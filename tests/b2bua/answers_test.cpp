@@ -87,7 +87,6 @@ TEST(WhatIsWrong, IsToldWithSectionRuleSeverityAndText) {
   const std::string other = replaced(replaced(kAnswer, " 96 101", " 96 3"), "G726-32", "AMR");
   EXPECT_EQ(b2bua::whatIsWrong(kOffer, other + "m=video 0 RTP/AVP 34\n"),
             (Lines{"session: section-count (error): the answer has 2 sections, the offer 1",
-                   "section 1: no-format (error): none of its formats was offered",
                    "section 1: codec-not-offered (warning): 3 GSM/8000 was not offered",
                    "section 1: payload-changed (error): 96 AMR/8000; offered was 96 G726-32/8000"}));
 }

@@ -73,8 +73,8 @@ struct SDP_OFFER_ANSWER_API Answer {
 /// in its order of preference, fmtp, direction, keys, ICE, mid
 /// @return the answer; its lines end with CR LF. An offer without sections, or with disabled ones alone, is answered in
 /// kind
-SDP_OFFER_ANSWER_API Answer makeAnswer(const Document& offer, const Document& local,
-                                       const AnswerOptions& options = {}) noexcept;
+[[nodiscard]] SDP_OFFER_ANSWER_API Answer makeAnswer(const Document& offer, const Document& local,
+                                                     const AnswerOptions& options = {}) noexcept;
 
 }  // namespace sdp
 

@@ -32,8 +32,8 @@ enum class AnswerRule : std::uint8_t {
   /// Another transport than that of the offered section (RFC 3264, section 6.1), which compares exactly for RTP, else
   /// without regard to case. Also of a refused section.
   transport,
-  /// None of its formats was offered (RFC 3264, section 6.1): of RTP no payload type that means the same, nor an
-  /// encoding under another; else no format without regard to case.
+  /// None of its formats was offered (RFC 3264, section 6.1): of RTP neither a payload type, whatever it means, nor an
+  /// encoding; else no format without regard to case.
   noFormat,
   /// A direction that the offered one does not allow (RFC 3264, section 6.1): what the offer does not take is sent, or
   /// what it does not send is received. The address 0.0.0.0, by which peers of old hold media, is not looked at.
@@ -177,7 +177,8 @@ struct Judgement {
 
 /// Judges an answer by its offer, whoever made either: both may be any text. Without sections in both there is nothing
 /// to judge, and nothing is wrong. The time that it takes grows with the bodies nearly as their length.
-SDP_OFFER_ANSWER_API Judgement checkAnswer(const Document& offer, const Document& answer) noexcept;
+[[nodiscard]] SDP_OFFER_ANSWER_API Judgement checkAnswer(const Document& offer,
+                                                         const Document& answer) noexcept;
 
 }  // namespace sdp
 

@@ -37,7 +37,7 @@ std::string textOfAnswer(const Sides& sides, const Matches& matches) {
   Lines before;
   writeVersion(sides, before);
   Lines behind;
-  writeSession(sides, matches, behind);
+  writeSession(sides, matches, context.sessionCredentials, behind);
   for (const Section& offered : sides.offer.sections()) {
     const Accepted* const section = matches.find(offered.index());
     if (section == nullptr) {

@@ -55,7 +55,7 @@ FormatParameters::FormatParameters(const FormatPair& pair, const AnsweredFormats
       if (is(theirs, "annexb", "no") && !is(ours, "annexb", "no")) set("annexb", "no");
       break;
     case Family::ilbc:
-      if (isOneOf30(theirs) && !isOneOf30(ours)) set("mode", "30");
+      if (isOneOf30(theirs) != isOneOf30(ours)) set("mode", "30");  // said, since one of them says another
       break;
     case Family::telephoneEvent:
       restrictEvents();

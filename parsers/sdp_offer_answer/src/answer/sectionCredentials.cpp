@@ -5,10 +5,6 @@
 
 namespace sdp::exchange {
 
-bool SectionWriter::isTlsIdAnswered() const {
-  return hasTlsKeys() && sides_.offered.has(section_.offered.index(), Credential::tlsId);
-}
-
 /// One transport has one role, so that a new section of a group takes that of the others.
 void SectionWriter::writeSetup() {
   const std::uint32_t index = section_.offered.index();
@@ -19,8 +15,9 @@ void SectionWriter::writeSetup() {
   isSetupWritten_ = true;
 }
 
-/// Adds attributes that the local section has from elsewhere.
+/// Adds attributes that the local section has from elsewhere, unless the answer's session has them.
 void SectionWriter::addInherited(std::uint32_t local, Credential credential) {
+  if (context_.sessionCredentials.have(credential)) return;
   if (sides_.own.placeOf(local, credential) == Place::section) return;
   for (const Attribute& attribute : sides_.own.attributesOf(local, credential)) out_.add(attribute);
 }
@@ -29,9 +26,9 @@ void SectionWriter::addKeys() {
   const std::uint32_t local = section_.local.index();
   if (section_.keys.protection == Protection::sdes && !isCryptoWritten_)
     out_.addAttribute("crypto", section_.keys.crypto);
-  if (hasTlsKeys()) addInherited(local, Credential::fingerprint);
+  if (hasAnsweredTls(section_)) addInherited(local, Credential::fingerprint);
   if (needsSetup_ && !isSetupWritten_) writeSetup();
-  if (isTlsIdAnswered()) addInherited(local, Credential::tlsId);
+  if (hasAnsweredTlsId(sides_, section_)) addInherited(local, Credential::tlsId);
 }
 
 /// Each section of a group has the ICE of the first (RFC 8843, section 7.4).

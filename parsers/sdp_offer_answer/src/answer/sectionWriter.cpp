@@ -14,6 +14,7 @@ namespace sdp::exchange {
 WritingContext::WritingContext(const Sides& theSides, const Matches& matches)
     : sides(theSides),
       previous(theSides.options.previous),
+      sessionCredentials(theSides, matches),
       sessionExtensions(theSides.offer.session().attributes("extmap")),
       isMixOffered(theSides.offer.session().has("extmap-allow-mixed")) {
   if (previous != nullptr) previousBundles.emplace(*previous);
@@ -31,11 +32,6 @@ std::string_view WritingContext::previousRole(std::uint32_t section) const {
   if (!before.isReadable() || before.isDisabled()) return {};
   const std::string_view role = previousBundles->valueOf(section, Credential::setup);
   return role == "active" || role == "passive" ? role : std::string_view();
-}
-
-bool hasAnsweredIce(const Sides& sides, const Accepted& section) {
-  const Accepted& leader = *section.leader;
-  return sides.offered.hasIce(leader.offered.index()) && sides.own.hasIce(leader.local.index());
 }
 
 /// What becomes of an attribute.
@@ -91,7 +87,7 @@ SectionWriter::SectionWriter(const WritingContext& context, const Accepted& sect
       section_(section),
       out_(out),
       hasIce_(hasAnsweredIce(context.sides, section)),
-      needsSetup_(section.keys.protection >= Protection::dtls || isOverTcp(section.offered.transport())),
+      needsSetup_(hasAnsweredTls(section) || isOverTcp(section.offered.transport())),
       feedback_(section.offered),
       extensions_(section.offered.attributes("extmap")),
       answers_(section.localFormats->size()),
@@ -181,7 +177,7 @@ void SectionWriter::takeCrypto(const Attribute& attribute) {
 }
 
 void SectionWriter::takeFingerprint(const Attribute& attribute) {
-  if (hasTlsKeys()) out_.add(attribute);
+  if (hasAnsweredTls(section_)) out_.add(attribute);
 }
 
 void SectionWriter::takeSetup(const Attribute& /*attribute*/) {
@@ -189,7 +185,7 @@ void SectionWriter::takeSetup(const Attribute& /*attribute*/) {
 }
 
 void SectionWriter::takeTlsId(const Attribute& attribute) {
-  if (isTlsIdAnswered()) out_.add(attribute);
+  if (hasAnsweredTlsId(sides_, section_)) out_.add(attribute);
 }
 
 void SectionWriter::takeIce(const Attribute& attribute) {

@@ -9,6 +9,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "answer/credentials.h"
 #include "answer/extensions.h"
 #include "answer/feedback.h"
 #include "answer/formatParameters.h"
@@ -22,6 +23,7 @@ struct WritingContext {
   const Sides& sides;
   const Document* previous;
   std::optional<Bundles> previousBundles;
+  SessionCredentials sessionCredentials;
   ExtensionMap sessionExtensions;  ///< of the offer
   bool isMixOffered;               ///< the offer's session has extmap-allow-mixed
 
@@ -32,9 +34,6 @@ struct WritingContext {
   /// The DTLS role that the section of a number had in the answer before; empty without.
   std::string_view previousRole(std::uint32_t section) const;
 };
-
-/// Whether a section has ICE in the answer; the first of its group decides.
-bool hasAnsweredIce(const Sides& sides, const Accepted& section);
 
 /// Writes one accepted section: the lines of the local one in their order, as they are to be, and behind them what
 /// comes from elsewhere.
@@ -82,8 +81,6 @@ class SectionWriter {
   /// The formats that are answered for a local payload type, in the order of the answer.
   const std::vector<std::size_t>& answersTo(std::string_view localPayload) const;
   bool isMuxed() const { return section_.offered.hasRtcpMux() && section_.local.hasRtcpMux(); }
-  bool hasTlsKeys() const { return section_.keys.protection >= Protection::dtls; }
-  bool isTlsIdAnswered() const;
 
   const WritingContext& context_;
   const Sides& sides_;

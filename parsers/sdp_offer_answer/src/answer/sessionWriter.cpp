@@ -6,9 +6,6 @@
 #include <array>
 #include <set>
 
-#include "answer/iceAttributes.h"
-#include "answer/sectionWriter.h"
-
 namespace sdp::exchange {
 namespace {
 
@@ -20,15 +17,9 @@ std::string_view firstLine(const Session& session, std::string_view kind) {
   return {};
 }
 
-void writeAll(const Session& session, std::string_view kind, Lines& out) {
-  for (const Line& line : session.lines()) {
-    if (line.content.starts_with(kind)) out.add({line.content});
-  }
-}
-
 void writeFirst(const Session& session, std::string_view kind, std::string_view otherwise, Lines& out) {
   const std::string_view line = firstLine(session, kind);
-  if (!line.empty() || !otherwise.empty()) out.add({line.empty() ? otherwise : line});
+  out.add({line.empty() ? otherwise : line});
 }
 
 /// The c-line of the session, else that of the first section that has one: browsers want one here.
@@ -44,11 +35,17 @@ void writeConnection(const Document& local, Lines& out) {
 }
 
 void writeTimes(const Document& offer, Lines& out) {
-  const bool hasTime = !firstLine(offer.session(), "t=").empty();
-  hasTime ? writeAll(offer.session(), "t=", out) : out.add({"t=0 0"});
+  bool hasTime = false;
+  for (const Line& line : offer.session().lines()) {
+    if (!line.content.starts_with("t=")) continue;
+    out.add({line.content});
+    hasTime = true;
+  }
+  if (!hasTime) out.add({"t=0 0"});
 }
 
-/// Attributes of the local session that are no such, that each section has for itself, or that answers never have.
+/// Attributes of the local session that are no such, that each section has for itself (credentials unless all have those
+/// of the session), or that answers never have.
 constexpr std::array<std::string_view, 36> kNotOfSession{"sendrecv",
                                                          "sendonly",
                                                          "recvonly",
@@ -110,7 +107,8 @@ bool hasIce(const Sides& sides, const Matches& matches) {
   return false;
 }
 
-void writeAttributes(const Sides& sides, const Matches& matches, Lines& out) {
+void writeAttributes(const Sides& sides, const Matches& matches, const SessionCredentials& credentials,
+                     Lines& out) {
   const bool withIce = hasIce(sides, matches);
   bool areGroupsWritten = false;
   for (const Attribute& attribute : sides.local.session().attributes()) {
@@ -123,6 +121,8 @@ void writeAttributes(const Sides& sides, const Matches& matches, Lines& out) {
       if (sides.offer.session().has(name)) out.add(attribute);
     } else if (isOfIceSession(name)) {
       if (withIce) out.add(attribute);
+    } else if (credentials.have(name)) {
+      out.add(attribute);
     } else if (std::find(kNotOfSession.begin(), kNotOfSession.end(), name) == kNotOfSession.end()) {
       out.add(attribute);
     }
@@ -133,17 +133,13 @@ void writeAttributes(const Sides& sides, const Matches& matches, Lines& out) {
 
 void writeVersion(const Sides& sides, Lines& out) { writeFirst(sides.local.session(), "v=", "v=0", out); }
 
-void writeSession(const Sides& sides, const Matches& matches, Lines& out) {
+void writeSession(const Sides& sides, const Matches& matches, const SessionCredentials& credentials,
+                  Lines& out) {
   const Session session = sides.local.session();
   writeFirst(session, "s=", "s=-", out);
-  writeFirst(session, "i=", "", out);
-  writeFirst(session, "u=", "", out);
-  writeAll(session, "e=", out);
-  writeAll(session, "p=", out);
   writeConnection(sides.local, out);
-  writeAll(session, "b=", out);
   writeTimes(sides.offer, out);
-  writeAttributes(sides, matches, out);
+  writeAttributes(sides, matches, credentials, out);
 }
 
 void writeRefused(const Section& offered, Lines& out) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "answer/credentials.h"
 #include "answer/lines.h"
 #include "answer/sides.h"
 
@@ -14,7 +15,9 @@ namespace sdp::exchange {
 /// Writes what stands in front of the o-line.
 void writeVersion(const Sides& sides, Lines& out);
 /// Writes what stands behind the o-line, up to the sections.
-void writeSession(const Sides& sides, const Matches& matches, Lines& out);
+/// @param credentials those that stay in the session
+void writeSession(const Sides& sides, const Matches& matches, const SessionCredentials& credentials,
+                  Lines& out);
 /// The o-line: with an answer before, its session id, and its version, raised where the rest differs.
 /// @param before what stands in front of it
 /// @param behind what stands behind it, sections included

@@ -36,7 +36,7 @@ void addMisfit(std::uint32_t section, const Codec& codec, const Misfit& misfit, 
 }
 
 /// Judges one format by those of the offer.
-/// @return whether the offer has it, with other parameters perhaps
+/// @return whether the offer has its number, whatever that means there, or its encoding
 bool judgeCodec(std::uint32_t section, const CodecList& list, const OfferedCodecs& offered,
                 const Codec& codec, Findings& findings) {
   const Codec* const numbered = list.find(codec.payload);
@@ -45,14 +45,13 @@ bool judgeCodec(std::uint32_t section, const CodecList& list, const OfferedCodec
     addMisfit(section, codec, misfitOf(CodecTraits(*numbered), CodecTraits(codec)), findings);
     return true;
   }
-  const bool isChanged = isKnown;
-  if (isChanged) {
+  if (isKnown) {
     findings.add(section, AnswerRule::payloadChanged, {textOf(codec), "; offered was ", textOf(*numbered)});
   }
   const bool isOffered = offered.has(codec);
   if (isOffered) addMisfit(section, codec, offered.misfitOf(codec, CodecTraits(codec)), findings);
-  if (isOffered || (numbered != nullptr && !isChanged)) return true;
-  if (!isChanged) findings.add(section, AnswerRule::codecNotOffered, {textOf(codec), " was not offered"});
+  if (isOffered || numbered != nullptr) return true;
+  findings.add(section, AnswerRule::codecNotOffered, {textOf(codec), " was not offered"});
   return false;
 }
 

@@ -75,7 +75,7 @@ TEST(Ice, IsAnsweredWhereBothCredentialsAreOffered) {
         "m=audio 5000 RTP/AVP 0|a=ice-ufrag:ours|", plain},
        {"of the sessions", "a=ice-ufrag:them|a=ice-pwd:themthemthemthemthemth|m=audio 4000 RTP/AVP 0|",
         "a=ice-pwd:oursoursoursoursoursour|a=ice-ufrag:ours|m=audio 5000 RTP/AVP 0|a=ptime:20|",
-        "m=audio 5000 RTP/AVP 0|a=ptime:20|a=ice-ufrag:ours|a=ice-pwd:oursoursoursoursoursour|"},
+        "a=ice-pwd:oursoursoursoursoursour|a=ice-ufrag:ours|m=audio 5000 RTP/AVP 0|a=ptime:20|"},
        {"a group has that of its first",
         "a=group:BUNDLE 1 2|m=audio 4000 RTP/AVP 0|a=mid:1|a=rtcp-mux|a=ice-ufrag:them|a=ice-pwd:themthemthemthemthemth|m="
         "video 4000 RTP/AVP 31|a=mid:2|a=rtcp-mux|",

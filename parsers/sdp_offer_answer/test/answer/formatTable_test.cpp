@@ -141,7 +141,13 @@ TEST(FormatTable, AgreesOnG729AndIlbc) {
               {"annex B is on", "G729/8000", "annexb=yes", "annexb=yes", "annexb=yes"},
               {"30 ms are the longer", "iLBC/8000", "mode=30", "mode=20", "mode=30"},
               {"30 ms where nothing is told", "iLBC/8000", nullptr, "mode=20", "mode=30"},
-              {"30 ms of ours", "iLBC/8000", "mode=20", nullptr, nullptr},
+              {"30 ms of ours", "iLBC/8000", "mode=20", "mode=30", "mode=30"},
+              {"30 ms of ours where nothing is told", "iLBC/8000", "mode=20", nullptr, "mode=30"},
+              {"30 ms of ours beside something else", "iLBC/8000", "mode=20", "x=1", "x=1;mode=30"},
+              {"30 ms of ours without a value", "iLBC/8000", "mode=20", "mode=", "mode=30"},
+              {"another mode is told", "iLBC/8000", "mode=25", nullptr, "mode=30"},
+              {"30 ms for both", "iLBC/8000", "mode=30", nullptr, nullptr},
+              {"30 ms where neither tells", "iLBC/8000", nullptr, nullptr, nullptr},
               {"20 ms for both", "iLBC/8000", "mode=20", "mode=20", "mode=20"}});
 }
 

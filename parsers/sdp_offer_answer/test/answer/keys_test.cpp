@@ -66,7 +66,8 @@ TEST(Dtls, HasTheLocalFingerprintAndTheOtherRole) {
        {"to another word", "m=audio 4000 UDP/TLS/RTP/SAVP 0|a=fingerprint:sha-1 CC|a=setup:holdconn|", kDtls,
         passive},
        {"from the sessions", "a=fingerprint:sha-1 CC|a=setup:actpass|m=audio 4000 UDP/TLS/RTP/SAVP 0|",
-        "a=fingerprint:sha-256 AA:BB|m=audio 5000 UDP/TLS/RTP/SAVP 0|", active},
+        "a=fingerprint:sha-256 AA:BB|m=audio 5000 UDP/TLS/RTP/SAVP 0|",
+        "a=fingerprint:sha-256 AA:BB|m=audio 5000 UDP/TLS/RTP/SAVP 0|a=setup:active|"},
        {"keys of SDES do not count there",
         "m=audio 4000 UDP/TLS/RTP/SAVP 0|a=fingerprint:sha-1 CC|a=setup:actpass|a=crypto:1 AES_CM_128_HMAC_SHA1_80 "
         "inline:t80|",
@@ -106,9 +107,8 @@ TEST(Dtls, KeepsTheRoleOfTheAnswerBefore) {
       "a=fingerprint:sha-256 AA:BB|m=audio 5000 UDP/TLS/RTP/SAVP 0|m=audio 5002 UDP/TLS/RTP/SAVP 0|";
   expectAnswers(
       {{"where there was one", offer, local,
-        "v=0|o=me 7 5 IN IP4 192.0.2.2|s=us|c=IN IP4 192.0.2.2|t=0 0|m=audio 5000 UDP/TLS/RTP/SAVP "
-        "0|a=fingerprint:sha-256 AA:BB|a=setup:passive|m=audio 5002 UDP/TLS/RTP/SAVP 0|a=fingerprint:sha-256 "
-        "AA:BB|a=setup:active|"}},
+        "v=0|o=me 7 5 IN IP4 192.0.2.2|s=us|c=IN IP4 192.0.2.2|t=0 0|a=fingerprint:sha-256 AA:BB|m=audio 5000 "
+        "UDP/TLS/RTP/SAVP 0|a=setup:passive|m=audio 5002 UDP/TLS/RTP/SAVP 0|a=setup:active|"}},
       options);
 }
 
@@ -126,9 +126,9 @@ TEST(Dtls, KeepsTheRoleOfABundleForItsNewSections) {
       "5002 UDP/TLS/RTP/SAVP 0|a=mid:y|a=rtcp-mux|";
   expectAnswers(
       {{"although the first had none", offer, local,
-        "v=0|o=me 7 5 IN IP4 192.0.2.2|s=us|c=IN IP4 192.0.2.2|t=0 0|a=group:BUNDLE a b|m=audio 5000 "
-        "UDP/TLS/RTP/SAVP 0|a=mid:a|a=rtcp-mux|a=fingerprint:sha-256 AA:BB|a=setup:passive|m=audio 5000 "
-        "UDP/TLS/RTP/SAVP 0|a=mid:b|a=rtcp-mux|a=fingerprint:sha-256 AA:BB|a=setup:passive|"}},
+        "v=0|o=me 7 5 IN IP4 192.0.2.2|s=us|c=IN IP4 192.0.2.2|t=0 0|a=group:BUNDLE a b|a=fingerprint:sha-256 "
+        "AA:BB|m=audio 5000 UDP/TLS/RTP/SAVP 0|a=mid:a|a=rtcp-mux|a=setup:passive|m=audio 5000 UDP/TLS/RTP/SAVP "
+        "0|a=mid:b|a=rtcp-mux|a=setup:passive|"}},
       options);
 }
 
@@ -163,8 +163,8 @@ TEST(Tls, HasRolesWithoutRtpToo) {
       {{"DTLS of a data channel",
         "m=application 4000 UDP/DTLS/SCTP webrtc-datachannel|a=fingerprint:sha-1 CC|a=setup:actpass|a=sctp-port:5000|",
         "a=fingerprint:sha-256 AA:BB|m=application 5000 UDP/DTLS/SCTP webrtc-datachannel|a=sctp-port:5001|",
-        "m=application 5000 UDP/DTLS/SCTP webrtc-datachannel|a=sctp-port:5001|a=fingerprint:sha-256 "
-        "AA:BB|a=setup:active|"},
+        "a=fingerprint:sha-256 AA:BB|m=application 5000 UDP/DTLS/SCTP "
+        "webrtc-datachannel|a=sctp-port:5001|a=setup:active|"},
        {"TLS by names in certificates", "m=message 4000 TCP/TLS/MSRP *|a=path:msrps://a;tcp|",
         "m=message 5000 TCP/TLS/MSRP *|a=path:msrps://b;tcp|",
         "m=message 5000 TCP/TLS/MSRP *|a=path:msrps://b;tcp|a=setup:passive|"},

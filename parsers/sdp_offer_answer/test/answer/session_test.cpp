@@ -13,9 +13,8 @@ TEST(AnswerSession, HasTheLinesOfTheLocalOneAndTheTimesOfTheOffer) {
   expectAnswers(
       {{"in their order", kOffer,
         "v=0|o=me 7 3 IN IP4 192.0.2.2|s=us|e=a@example.org|p=+1 555|e=b@example.org|u=http://example.org|i=info|b=AS:1|"
-        "c=IN IP4 192.0.2.2|t=9 9|z=0 0|k=x|b=CT:2|a=tool:t|m=audio 5000 RTP/AVP 0|",
-        "v=0|o=me 7 3 IN IP4 192.0.2.2|s=us|i=info|u=http://example.org|e=a@example.org|e=b@example.org|p=+1 555|c=IN IP4 "
-        "192.0.2.2|b=AS:1|b=CT:2|t=1 2|t=3 4|a=tool:t|m=audio 5000 RTP/AVP 0|"},
+        "c=IN IP4 192.0.2.2|t=9 9|z=0 0|k=x|b=CT:2|a=tool:t|m=audio 5000 RTP/AVP 0|b=AS:64|",
+        "v=0|o=me 7 3 IN IP4 192.0.2.2|s=us|c=IN IP4 192.0.2.2|t=1 2|t=3 4|a=tool:t|m=audio 5000 RTP/AVP 0|b=AS:64|"},
        {"t=0 0 where none is offered", "v=0|m=audio 4000 RTP/AVP 0|", "m=audio 5000 RTP/AVP 0|",
         "m=audio 5000 RTP/AVP 0|"},
        {"the address of the first section that has one", kOffer,

@@ -42,7 +42,7 @@ Codec codecOf(const Format& format) {
   Codec codec;
   codec.payload = format.format;
   codec.isCompanion = format.isCompanion;
-  if (format.encoding) {
+  if (format.encoding && readNumber(format.format)) {
     codec.name = format.encoding->name;
     codec.clockRate = format.encoding->clockRate;
     codec.channels = format.encoding->channels;

@@ -33,7 +33,8 @@ enum class Family : std::uint8_t {
 /// A payload type of an RTP section.
 struct Codec {
   std::string_view payload;
-  std::string_view name;  ///< of the encoding; empty when that is unknown
+  std::string_view
+      name;  ///< of the encoding; empty when that is unknown, and where the payload type is no number
   std::uint32_t clockRate = 0;
   std::uint32_t channels = 1;
   std::optional<std::string_view> fmtp;     ///< what stands behind the payload type in its first fmtp

@@ -6,6 +6,8 @@
 #include <array>
 #include <set>
 
+#include "plainText.h"
+
 namespace sdp::exchange {
 namespace {
 
@@ -37,7 +39,7 @@ void writeConnection(const Document& local, Lines& out) {
 void writeTimes(const Document& offer, Lines& out) {
   bool hasTime = false;
   for (const Line& line : offer.session().lines()) {
-    if (!line.content.starts_with("t=")) continue;
+    if (!line.content.starts_with("t=") || !isPlain(line.content)) continue;
     out.add({line.content});
     hasTime = true;
   }
@@ -145,7 +147,7 @@ void writeSession(const Sides& sides, const Matches& matches, const SessionCrede
 void writeRefused(const Section& offered, Lines& out) {
   std::string_view mLine = (*offered.lines().begin()).content.substr(2);
   const auto next = [&mLine](std::string_view otherwise) {
-    const std::string_view field = Fields::takeField(mLine);
+    const std::string_view field = plainOrEmpty(Fields::takeField(mLine));
     return field.empty() ? otherwise : field;
   };
   const std::string_view media = next("audio");
@@ -153,7 +155,7 @@ void writeRefused(const Section& offered, Lines& out) {
   const std::string_view transport = next("RTP/AVP");
   out.add({"m=", media, " 0 ", transport, " ", next("0")});
   const std::optional<Attribute> mid = offered.attribute("mid");
-  const std::string_view value = mid ? mid->fields()[0] : std::string_view();
+  const std::string_view value = mid ? plainOrEmpty(mid->fields()[0]) : std::string_view();
   if (!value.empty()) out.addAttribute("mid", value);
 }
 

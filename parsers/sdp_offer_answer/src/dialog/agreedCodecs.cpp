@@ -1,8 +1,9 @@
 // The formats that both sides have.
 
 #include <algorithm>
-#include <unordered_set>
+#include <set>
 
+#include "agreedFeedback.h"
 #include "agreedParts.h"
 #include "codecs.h"
 #include "text/search.h"
@@ -10,40 +11,27 @@
 namespace sdp::exchange {
 namespace {
 
-std::vector<std::string> feedbackOf(const Format& format, const std::optional<Format>& other) {
-  std::vector<std::string> common;
-  if (!other) return common;
-  std::unordered_set<std::string_view> theirs;
-  for (const std::string_view value : other->feedback()) theirs.insert(value);
-  for (const std::string_view value : format.feedback()) {
-    if (theirs.erase(value) != 0) common.emplace_back(value);
-  }
-  return common;
-}
-
 /// The formats of one section that another has as well.
-/// @param theirs codecs of `other`
-std::vector<AgreedCodec> commonOf(const Section& section, const CodecList& ours, const Section& other,
-                                  const CodecList& theirs) {
+/// @param areSame whether a format of the one is the same as one of the other
+template <typename AreSame>
+std::vector<AgreedCodec> commonOf(const CodecList& ours, const CodecList& theirs,
+                                  const CommonFeedback& feedback, AreSame areSame) {
   std::vector<AgreedCodec> common;
   for (const Codec& codec : ours) {
     const Codec* same = theirs.find(codec.payload);
-    if (same == nullptr || !areSame(ours, codec, theirs, *same)) {
-      const auto found = std::find_if(theirs.begin(), theirs.end(), [&](const Codec& candidate) {
-        return areSame(ours, codec, theirs, candidate);
-      });
+    if (same == nullptr || !areSame(codec, *same)) {
+      const auto found = std::find_if(theirs.begin(), theirs.end(),
+                                      [&](const Codec& candidate) { return areSame(codec, candidate); });
       if (found == theirs.end()) continue;
       same = &*found;
     }
-    const std::optional<Format> format = section.format(codec.payload);
-    if (!format) continue;
     AgreedCodec agreed;
     agreed.payload = codec.payload;
     agreed.name = codec.name;
     agreed.clockRate = codec.clockRate;
     agreed.channels = codec.channels;
-    agreed.fmtp = format->fmtp.value_or(std::string_view());
-    agreed.feedback = feedbackOf(*format, other.format(same->payload));
+    agreed.fmtp = codec.parameters();
+    agreed.feedback = feedback.of(ours.placeOf(codec), theirs.placeOf(*same));
     agreed.isCompanion = codec.isCompanion;
     common.push_back(std::move(agreed));
   }
@@ -57,7 +45,7 @@ std::vector<AgreedCodec> commonWords(const Section& section, const Section& othe
     std::transform(text.begin(), text.end(), text.begin(), sdpneg::lower);
     return text;
   };
-  std::unordered_set<std::string> theirs;
+  std::set<std::string> theirs;
   for (const Format& format : other.formats()) theirs.insert(lower(format.format));
   std::vector<AgreedCodec> common;
   for (const Format& format : section.formats()) {
@@ -77,8 +65,15 @@ void fillCodecs(AgreedSection& agreed, const Section& local, const Section& remo
   }
   const CodecList ours(local);
   const CodecList theirs(remote);
-  agreed.local.codecs = commonOf(local, ours, remote, theirs);
-  agreed.remote.codecs = commonOf(remote, theirs, local, ours);
+  const FeedbackValues ourFeedback(local, ours);
+  const FeedbackValues theirFeedback(remote, theirs);
+  Sameness sameness(ours, theirs);
+  agreed.local.codecs =
+      commonOf(ours, theirs, CommonFeedback(ourFeedback, theirFeedback),
+               [&](const Codec& own, const Codec& other) { return sameness.areSame(own, other); });
+  agreed.remote.codecs =
+      commonOf(theirs, ours, CommonFeedback(theirFeedback, ourFeedback),
+               [&](const Codec& other, const Codec& own) { return sameness.areSame(own, other); });
 }
 
 }  // namespace sdp::exchange

@@ -63,6 +63,13 @@ constexpr Codecs kCodecs[] = {
      "m=video 4000 RTP/AVPF 96|a=rtpmap:96 VP8/90000|a=rtcp-fb:96 nack|a=rtcp-fb:96 nack pli|a=rtcp-fb:96 ccm fir|",
      "m=video 5000 RTP/AVPF 100|a=rtpmap:100 VP8/90000|a=rtcp-fb:* nack pli|a=rtcp-fb:100 nack|",
      "96 VP8/90000 {nack} {nack pli}", "100 VP8/90000 {nack pli} {nack}"},
+    {"feedback for all formats is that of each, and what stands there twice is told once",
+     "m=video 4000 RTP/AVPF 96 97|a=rtpmap:96 VP8/90000|a=rtpmap:97 VP9/90000|a=rtcp-fb:97 nack|"
+     "a=rtcp-fb:* ccm fir|a=rtcp-fb:96 ccm fir|a=rtcp-fb:96 nack pli|",
+     "m=video 5000 RTP/AVPF 100 101|a=rtpmap:100 VP8/90000|a=rtpmap:101 VP9/90000|a=rtcp-fb:* nack pli|"
+     "a=rtcp-fb:* ccm fir|a=rtcp-fb:101 nack|a=rtcp-fb:101 transport-cc|a=rtcp-fb:102 nack|",
+     "96 VP8/90000 {ccm fir} {nack pli}, 97 VP9/90000 {nack} {ccm fir}",
+     "100 VP8/90000 {nack pli} {ccm fir}, 101 VP9/90000 {ccm fir} {nack}"},
     {"formats without RTP are words", "m=application 4000 UDP/DTLS/SCTP webrtc-datachannel|",
      "m=application 5000 UDP/DTLS/SCTP WebRTC-datachannel|", "webrtc-datachannel", "WebRTC-datachannel"},
 };
@@ -79,6 +86,24 @@ TEST(DialogAgreed, CodecsAreThoseOfBothWithTheNumbersOfWhoReceives) {
       EXPECT_EQ(textOf(agreed.remote.codecs), codecs.sent);
     }
   }
+}
+
+TEST(DialogAgreed, ThousandsOfFormatsThatAreOneAreAllTold) {
+  std::string formats = "m=video 5000 RTP/AVPF";
+  std::string attributes;
+  constexpr int kFirst = 1000;
+  constexpr int kCount = 8000;
+  for (int number = kFirst; number < kFirst + kCount; ++number) {
+    formats.append(" ").append(std::to_string(number));
+    attributes.append("a=rtpmap:").append(std::to_string(number)).append(" VP8/90000|a=rtcp-fb:* x");
+    attributes.append(std::to_string(number)).append("|");
+  }
+  const AgreedSection agreed = only(offered(
+      ours("1", "m=video 4000 RTP/AVPF 96|a=rtpmap:96 VP8/90000|a=rtcp-fb:96 nack|a=rtcp-fb:96 x2000|"),
+      theirs("1", formats + "|" + attributes)));
+  EXPECT_EQ(textOf(agreed.local.codecs), "96 VP8/90000 {x2000}");
+  ASSERT_EQ(agreed.remote.codecs.size(), std::size_t{kCount});
+  EXPECT_EQ(textOf({agreed.remote.codecs.back()}), "8999 VP8/90000 {x2000}");
 }
 
 struct Directions {

@@ -229,6 +229,14 @@ TEST(DialogAgreed, WhatProtectsTheMedia) {
       {"offered and not answered", "RTP/AVP 0|a=crypto:1 A inline:k|a=fingerprint:sha-256 A|", "RTP/AVP 0|",
        Security::plain},
       {"MIKEY", "RTP/SAVP 0|a=key-mgmt:mikey X|", "RTP/SAVP 0|a=key-mgmt:mikey Y|", Security::mikey},
+      {"an answer that drops the keys of a secure offer", "RTP/SAVP 0|a=crypto:1 A inline:k|", "RTP/AVP 0|",
+       Security::keyless},
+      {"and those of DTLS", "UDP/TLS/RTP/SAVPF 0|a=fingerprint:sha-256 A|", "RTP/AVPF 0|", Security::keyless},
+      {"an answer that asks for keys", "RTP/AVP 0|", "RTP/SAVP 0|a=crypto:1 A inline:k|", Security::keyless},
+      {"keys of both are told whatever the profile", "RTP/SAVP 0|a=crypto:1 A inline:k|",
+       "RTP/AVP 0|a=crypto:1 A inline:l|", Security::sdes},
+      {"MSRP of which one side drops TLS", "TCP/TLS/MSRP *|", "TCP/MSRP *|", Security::keyless},
+      {"or adds it", "TCP/MSRP *|", "TCP/TLS/MSRP *|", Security::keyless},
       {"a secure profile without keys", "RTP/SAVP 0|", "RTP/SAVP 0|", Security::keyless},
       {"MSRP over TLS", "TCP/TLS/MSRP *|", "TCP/TLS/MSRP *|", Security::dtls},
       {"MSRP", "TCP/MSRP *|", "TCP/MSRP *|", Security::plain},
@@ -238,6 +246,9 @@ TEST(DialogAgreed, WhatProtectsTheMedia) {
     const AgreedSection agreed = only(offered(ours("1", std::string("m=audio 4000 ") + secured.local),
                                               theirs("1", std::string("m=audio 5000 ") + secured.remote)));
     EXPECT_EQ(sdp::textOf(agreed.security), sdp::textOf(secured.security));
+    const AgreedSection reversed = only(answered(theirs("1", std::string("m=audio 5000 ") + secured.remote),
+                                                 ours("1", std::string("m=audio 4000 ") + secured.local)));
+    EXPECT_EQ(sdp::textOf(reversed.security), sdp::textOf(secured.security));
   }
 }
 

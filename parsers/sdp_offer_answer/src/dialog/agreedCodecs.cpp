@@ -21,30 +21,55 @@ std::vector<std::string> feedbackOf(const Format& format, const std::optional<Fo
   return common;
 }
 
+/// The codec of a list that is the same as one of another list, under the same number first; null where there is none.
+const Codec* sameOf(const CodecList& ours, const Codec& codec, const CodecList& theirs) {
+  const Codec* const numbered = theirs.find(codec.payload);
+  if (numbered != nullptr && areSame(ours, codec, theirs, *numbered)) return numbered;
+  const auto found = std::find_if(theirs.begin(), theirs.end(), [&](const Codec& candidate) {
+    return areSame(ours, codec, theirs, candidate);
+  });
+  return found == theirs.end() ? nullptr : &*found;
+}
+
+/// Whether nothing but parameters, or an rtpmap that is missing, makes two formats of one number differ.
+bool areNamedAlike(const Codec& x, const Codec& y) {
+  return x.name.empty() || y.name.empty() || sdpneg::equalNoCase(x.name, y.name);
+}
+
+/// The codec under the number of one that has no other in common: by its name it is meant, and what is wrong with its
+/// parameters the judge tells. Null where it is none.
+const Codec* meantOf(const CodecList& ours, const Codec& codec, const CodecList& theirs) {
+  const Codec* const numbered = theirs.find(codec.payload);
+  if (numbered == nullptr || !areNamedAlike(codec, *numbered)) return nullptr;
+  if (codec.family == Family::rtx || numbered->family == Family::rtx) {
+    const Codec* const served = ours.find(codec.apt());
+    const Codec* const other = theirs.find(numbered->apt());
+    if (served == nullptr || other == nullptr || served->payload != other->payload) return nullptr;
+    if (!areNamedAlike(*served, *other)) return nullptr;
+  }
+  return sameOf(theirs, *numbered, ours) == nullptr ? numbered : nullptr;
+}
+
 /// The formats of one section that another has as well.
 /// @param theirs codecs of `other`
 std::vector<AgreedCodec> commonOf(const Section& section, const CodecList& ours, const Section& other,
                                   const CodecList& theirs) {
   std::vector<AgreedCodec> common;
   for (const Codec& codec : ours) {
-    const Codec* same = theirs.find(codec.payload);
-    if (same == nullptr || !areSame(ours, codec, theirs, *same)) {
-      const auto found = std::find_if(theirs.begin(), theirs.end(), [&](const Codec& candidate) {
-        return areSame(ours, codec, theirs, candidate);
-      });
-      if (found == theirs.end()) continue;
-      same = &*found;
-    }
+    const Codec* same = sameOf(ours, codec, theirs);
+    if (same == nullptr) same = meantOf(ours, codec, theirs);
+    if (same == nullptr) continue;
     const std::optional<Format> format = section.format(codec.payload);
     if (!format) continue;
     AgreedCodec agreed;
     agreed.payload = codec.payload;
-    agreed.name = codec.name;
-    agreed.clockRate = codec.clockRate;
-    agreed.channels = codec.channels;
+    const Codec& named = codec.name.empty() ? *same : codec;
+    agreed.name = named.name;
+    agreed.clockRate = named.clockRate;
+    agreed.channels = named.channels;
     agreed.fmtp = format->fmtp.value_or(std::string_view());
     agreed.feedback = feedbackOf(*format, other.format(same->payload));
-    agreed.isCompanion = codec.isCompanion;
+    agreed.isCompanion = named.isCompanion;
     common.push_back(std::move(agreed));
   }
   return common;

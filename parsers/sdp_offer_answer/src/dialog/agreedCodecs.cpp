@@ -11,6 +11,38 @@
 namespace sdp::exchange {
 namespace {
 
+/// The codec of a list that is the same as one of another list, under the same number first; null where there is none.
+/// @param areSame whether a format of the other list is the same as one of this
+template <typename AreSame>
+const Codec* sameOf(const Codec& codec, const CodecList& theirs, AreSame areSame) {
+  const Codec* const numbered = theirs.find(codec.payload);
+  if (numbered != nullptr && areSame(codec, *numbered)) return numbered;
+  const auto found = std::find_if(theirs.begin(), theirs.end(),
+                                  [&](const Codec& candidate) { return areSame(codec, candidate); });
+  return found == theirs.end() ? nullptr : &*found;
+}
+
+/// Whether nothing but parameters, or an rtpmap that is missing, makes two formats of one number differ.
+bool areNamedAlike(const Codec& x, const Codec& y) {
+  return x.name.empty() || y.name.empty() || sdpneg::equalNoCase(x.name, y.name);
+}
+
+/// The codec under the number of one that has no other in common: by its name it is meant, and what is wrong with its
+/// parameters the judge tells. Null where it is none.
+template <typename AreSame>
+const Codec* meantOf(const CodecList& ours, const Codec& codec, const CodecList& theirs, AreSame areSame) {
+  const Codec* const numbered = theirs.find(codec.payload);
+  if (numbered == nullptr || !areNamedAlike(codec, *numbered)) return nullptr;
+  if (codec.family == Family::rtx || numbered->family == Family::rtx) {
+    const Codec* const served = ours.find(codec.apt());
+    const Codec* const other = theirs.find(numbered->apt());
+    if (served == nullptr || other == nullptr || served->payload != other->payload) return nullptr;
+    if (!areNamedAlike(*served, *other)) return nullptr;
+  }
+  const auto areSameBack = [&](const Codec& other, const Codec& own) { return areSame(own, other); };
+  return sameOf(*numbered, ours, areSameBack) == nullptr ? numbered : nullptr;
+}
+
 /// The formats of one section that another has as well.
 /// @param areSame whether a format of the one is the same as one of the other
 template <typename AreSame>
@@ -18,21 +50,18 @@ std::vector<AgreedCodec> commonOf(const CodecList& ours, const CodecList& theirs
                                   const CommonFeedback& feedback, AreSame areSame) {
   std::vector<AgreedCodec> common;
   for (const Codec& codec : ours) {
-    const Codec* same = theirs.find(codec.payload);
-    if (same == nullptr || !areSame(codec, *same)) {
-      const auto found = std::find_if(theirs.begin(), theirs.end(),
-                                      [&](const Codec& candidate) { return areSame(codec, candidate); });
-      if (found == theirs.end()) continue;
-      same = &*found;
-    }
+    const Codec* same = sameOf(codec, theirs, areSame);
+    if (same == nullptr) same = meantOf(ours, codec, theirs, areSame);
+    if (same == nullptr) continue;
+    const Codec& named = codec.name.empty() ? *same : codec;
     AgreedCodec agreed;
     agreed.payload = codec.payload;
-    agreed.name = codec.name;
-    agreed.clockRate = codec.clockRate;
-    agreed.channels = codec.channels;
+    agreed.name = named.name;
+    agreed.clockRate = named.clockRate;
+    agreed.channels = named.channels;
     agreed.fmtp = codec.parameters();
     agreed.feedback = feedback.of(ours.placeOf(codec), theirs.placeOf(*same));
-    agreed.isCompanion = codec.isCompanion;
+    agreed.isCompanion = named.isCompanion;
     common.push_back(std::move(agreed));
   }
   return common;

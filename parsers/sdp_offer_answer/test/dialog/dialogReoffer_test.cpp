@@ -225,6 +225,26 @@ TEST(DialogReoffer, NumbersAreRememberedBeyondTheCurrentBody) {
                 "4", "m=audio 4000 RTP/AVP 0 98 96|a=rtpmap:98 speex/8000|a=rtpmap:96 opus/48000/2|");
 }
 
+TEST(DialogReoffer, ANumberIsRememberedOnceHoweverManyZerosAPeerWritesInFront) {
+  Dialog dialog = offered(ours("1", "m=audio 4000 RTP/AVP 96|a=rtpmap:96 opus/48000/2|"),
+                          theirs("1", "m=audio 5000 RTP/AVP 96|a=rtpmap:96 opus/48000/2|"));
+  std::string payload = "96";
+  std::size_t size = 0;
+  for (int i = 0; i < 40; ++i) {
+    payload.insert(0, 1, '0');
+    const std::string formats = " RTP/AVP " + payload + "|a=rtpmap:" + payload + " opus/48000/2|";
+    ASSERT_TRUE(dialog.receiveOffer(theirs("2", "m=audio 5000" + formats)));
+    ASSERT_TRUE(dialog.answerAsIs(ours("2", "m=audio 4000" + formats)));
+    // Both bodies and the last sent have the number twice each, a zero longer each time; what is remembered does not grow.
+    const std::size_t now = dialog.serialise().bytes.size();
+    EXPECT_EQ(now, size == 0 ? now : size + 6);
+    size = now;
+  }
+  // 096 was the number 96.
+  expectReoffer(dialog, dialog.offer(ours("1", "m=audio 4000 RTP/AVP 96|a=rtpmap:96 iLBC/8000|")), "3",
+                "m=audio 4000 RTP/AVP 97|a=rtpmap:97 iLBC/8000|");
+}
+
 TEST(DialogReoffer, WhereNumbersRunOutTheyAreUsedAgain) {
   std::string before = "m=audio 4000 RTP/AVP";
   std::string maps;

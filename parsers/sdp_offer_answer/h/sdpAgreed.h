@@ -14,10 +14,12 @@
 
 namespace sdp {
 
-/// A format that both sides have.
+/// A format that both sides have: the same by its parameters too, else one under the same number that has the same name,
+/// or none on one side. checkAnswer() tells where parameters do not fit.
 struct AgreedCodec {
   std::string payload;  ///< the number that the receiving side gave it; in sections without RTP the format
-  std::string name;     ///< of the encoding, as the receiving side writes it; empty in sections without RTP
+  /// Of the encoding, as the receiving side writes it, else as the other does; empty in sections without RTP.
+  std::string name;
   std::uint32_t clockRate = 0;
   std::uint32_t channels = 1;
   std::string fmtp;                   ///< of the receiving side
@@ -68,7 +70,8 @@ struct AgreedSection {
   std::string mid;        ///< empty without one
   /// From one's own side: sendonly when one sends and the peer receives. Whoever has hold of old does not receive.
   Direction direction = Direction::inactive;
-  /// What protects the media: plain, sdes, mikey or dtls, and keyless where the transport wants keys that one side lacks.
+  /// What protects the media: plain, sdes, mikey or dtls, and keyless where the transport of either side wants keys that
+  /// one lacks: an answer that drops the profile of a secure offer leaves nothing plain.
   /// Keys beside a profile that is not secure are told as sdes, mikey or dtls.
   Security security = Security::plain;
   DtlsRole dtlsRole = DtlsRole::none;

@@ -35,25 +35,32 @@ DtlsRole roleOf(const AgreedSection& agreed, bool isOfferLocal) {
   return isAnswererClient == isOfferLocal ? DtlsRole::server : DtlsRole::client;
 }
 
+std::string_view transportOf(const SidePart& side) { return side.body.section(side.section).transport(); }
+bool hasTls(std::string_view transport) { return sdpneg::contains(transport, "TLS"); }
+bool wantsKeys(std::string_view transport) {
+  return hasTls(transport) || sdpneg::contains(transport, "SAVP");
+}
+
 }  // namespace
 
 void chooseKeys(AgreedSection& agreed, const SidePart& local, const SidePart& remote, bool isOfferLocal) {
-  const bool hasTls = sdpneg::contains(agreed.transport, "TLS");
+  const std::string_view ours = transportOf(local);
+  const std::string_view theirs = transportOf(remote);
+  const bool isTls = hasTls(agreed.transport);
   const bool isRtp = sdpneg::contains(agreed.transport, "RTP/");
-  const bool isSecure = hasTls || sdpneg::contains(agreed.transport, "SAVP");
-  if (isRtp && !hasTls) chooseCrypto(agreed, local, remote, isOfferLocal);
+  if (isRtp && !isTls) chooseCrypto(agreed, local, remote, isOfferLocal);
   const bool hasFingerprints = !agreed.local.fingerprints.empty() && !agreed.remote.fingerprints.empty();
   if (!agreed.local.crypto.empty()) {
     agreed.security = Security::sdes;
-  } else if (hasFingerprints && (isRtp || hasTls)) {
+  } else if (hasFingerprints && (isRtp || isTls)) {
     agreed.security = Security::dtls;
     agreed.dtlsRole = roleOf(agreed, isOfferLocal);
-  } else if (isRtp && !hasTls && !agreed.local.keyMgmt.empty() && !agreed.remote.keyMgmt.empty()) {
+  } else if (isRtp && !isTls && !agreed.local.keyMgmt.empty() && !agreed.remote.keyMgmt.empty()) {
     agreed.security = Security::mikey;
-  } else if (isRtp && isSecure) {
-    agreed.security = Security::keyless;
-  } else if (hasTls) {
+  } else if (!isRtp && hasTls(ours) && hasTls(theirs)) {
     agreed.security = Security::dtls;  // with certificates that nothing tells of
+  } else if (wantsKeys(ours) || wantsKeys(theirs)) {
+    agreed.security = Security::keyless;  // an answer that drops them makes no secure offer a plain one
   }
 }
 

@@ -3,8 +3,8 @@
 #include "arrangement.h"
 
 #include <algorithm>
+#include <map>
 #include <string_view>
-#include <unordered_map>
 
 #include "bodies.h"
 #include "text/search.h"
@@ -84,7 +84,7 @@ class Arranger {
   }
 
   void placeByMid() {
-    std::unordered_map<std::string_view, std::size_t> places;
+    std::map<std::string_view, std::size_t> places;
     for (std::size_t at = 0; at < places_.size(); ++at) {
       if (!places_[at].mid.empty()) places.emplace(places_[at].mid, at);
     }

@@ -52,8 +52,10 @@ SectionChange changeOf(const Section& now, const Section& before) {
   if (isAlive(now) != isAlive(before)) {
     return isAlive(now) ? SectionChange::added : SectionChange::disabled;
   }
-  const bool isSame = areSameParts(now, before) && isSameAddress(now.connection(), before.connection()) &&
-                      now.direction() == before.direction();
+  if (!areSameParts(now, before)) return SectionChange::changed;
+  // What is of all does not concern a section that was disabled and still is.
+  const bool isSame = !isAlive(now) || (isSameAddress(now.connection(), before.connection()) &&
+                                        now.direction() == before.direction());
   return isSame ? SectionChange::same : SectionChange::changed;
 }
 

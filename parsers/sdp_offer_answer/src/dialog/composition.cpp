@@ -2,7 +2,7 @@
 
 #include "composition.h"
 
-#include <unordered_set>
+#include <set>
 
 #include "renumbering.h"
 #include "text/search.h"
@@ -42,7 +42,7 @@ class Mids {
     for (const std::uint32_t index : places) {
       const Section section = wanted.section(index);
       if (section.mid().empty() || !of_[index].empty()) continue;
-      set(section, used_.contains(std::string(section.mid())) ? fresh() : section.mid());
+      set(section, used_.contains(section.mid()) ? fresh() : section.mid());
     }
   }
 
@@ -85,7 +85,7 @@ class Mids {
     return std::to_string(next_);
   }
 
-  std::unordered_set<std::string> used_;
+  std::set<std::string, std::less<>> used_;
   std::vector<std::string> of_;  ///< by section of the description
   std::map<std::string_view, std::string> old_;
   std::uint32_t next_ = 0;

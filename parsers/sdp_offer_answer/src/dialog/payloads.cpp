@@ -3,10 +3,11 @@
 #include "payloads.h"
 
 #include <algorithm>
-#include <unordered_set>
+#include <deque>
 
 #include "bundles.h"
 #include "codecs.h"
+#include "parameters.h"
 #include "text/search.h"
 
 namespace sdp::exchange {
@@ -19,32 +20,86 @@ struct NumberRange {
 };
 constexpr NumberRange kRanges[] = {{96, 127}, {35, 63}};
 
-/// Whether two formats are the same for a dialog: also where nobody knows what they are, and yet all is as it was.
-bool isStill(const CodecList& a, const Codec& x, const CodecList& b, const Codec& y) {
-  if (areSame(a, x, b, y)) return true;
-  return x.payload == y.payload && sdpneg::equalNoCase(x.name, y.name) && x.clockRate == y.clockRate &&
-         x.channels == y.channels && x.parameters() == y.parameters();
+/// A payload type without leading zeros: 096 and 96 are one number.
+std::string_view plainNumber(std::string_view payload) {
+  if (!readNumber(payload)) return payload;
+  return payload.substr(std::min(payload.find_first_not_of('0'), payload.size() - 1));
 }
+
+/// Whether two formats are the same for a dialog: also where nobody knows what they are, and yet all is as it was.
+/// @param areSame whether they are the same codec
+bool isStill(const Codec& x, const Codec& y, bool areSame) {
+  if (areSame) return true;
+  return plainNumber(x.payload) == plainNumber(y.payload) && sdpneg::equalNoCase(x.name, y.name) &&
+         x.clockRate == y.clockRate && x.channels == y.channels && x.parameters() == y.parameters();
+}
+
+/// What numbers stand or stood for.
+class Meanings {
+ public:
+  /// @param wanted what is compared with it; must outlive this
+  explicit Meanings(const CodecList& wanted) : sameness_(wanted, codecs_) {}
+  Meanings(const Meanings&) = delete;  // it points into itself
+  Meanings& operator=(const Meanings&) = delete;
+
+  void read(const Section& section) {
+    codecs_ = CodecList(section);
+    for (const Codec& codec : codecs_) byNumber_.push_back({plainNumber(codec.payload), &codec});
+    std::stable_sort(byNumber_.begin(), byNumber_.end(), IsLess());
+  }
+
+  const CodecList& codecs() const { return codecs_; }
+  bool isStill(const Codec& wanted, const Codec& known) {
+    return exchange::isStill(wanted, known, sameness_.areSame(wanted, known));
+  }
+  /// The first codec of a number that `willDo`, in whatever way it is written; null where there is none.
+  template <typename WillDo>
+  const Codec* find(std::string_view number, WillDo willDo) const {
+    const auto [begin, end] =
+        std::equal_range(byNumber_.begin(), byNumber_.end(), Entry{plainNumber(number), nullptr}, IsLess());
+    const auto found = std::find_if(begin, end, [&](const Entry& entry) { return willDo(*entry.codec); });
+    return found == end ? nullptr : found->codec;
+  }
+  /// Whether a number stands for something else than a format.
+  bool hasOther(const Codec& wanted, std::string_view number) {
+    return find(number, [&](const Codec& known) { return !isStill(wanted, known); }) != nullptr;
+  }
+
+ private:
+  struct Entry {
+    std::string_view number;
+    const Codec* codec;
+  };
+  struct IsLess {
+    bool operator()(const Entry& a, const Entry& b) const { return a.number < b.number; }
+  };
+
+  CodecList codecs_;
+  std::vector<Entry> byNumber_;
+  Sameness sameness_;
+};
 
 /// A section whose formats get numbers.
 struct Sheet {
-  std::uint32_t section = 0;
+  explicit Sheet(const Section& of) : section(of.index()), wanted(of), numbers(wanted.size()) {}
+
+  std::uint32_t section;
   CodecList wanted;
-  CodecList remembered;
-  CodecList current;
-  CodecList peers;
-  std::vector<std::string> numbers;  ///< of what is wanted; empty while there is none
-  std::unordered_set<std::string> taken;
+  Meanings remembered{wanted};
+  Meanings current{wanted};
+  Meanings peers{wanted};
+  std::vector<std::string> numbers;                       ///< of what is wanted; empty while there is none
+  std::map<std::string, std::size_t, std::less<>> taken;  ///< the codecs by their numbers
 
   void assign(std::size_t codec, std::string_view number) {
     numbers[codec] = number;
-    taken.insert(numbers[codec]);
+    taken.emplace(plainNumber(number), codec);
   }
-  bool isTaken(std::string_view number) const { return taken.contains(std::string(number)); }
-  /// Whether a number stands for something else in a list.
-  bool isOther(std::size_t codec, const CodecList& list, std::string_view number) const {
-    const Codec* const present = list.find(number);
-    return present != nullptr && !isStill(wanted, wanted[codec], list, *present);
+  bool isTaken(std::string_view number) const { return taken.contains(plainNumber(number)); }
+  /// What a number was given to; null where nothing has it.
+  const Codec* holderOf(std::string_view number) const {
+    const auto found = taken.find(plainNumber(number));
+    return found == taken.end() ? nullptr : &wanted[found->second];
   }
 };
 
@@ -56,18 +111,13 @@ class Numberer {
       const Section section = wanted.section(places[at]);
       if (!section.isRtp() || section.isDisabled()) continue;
       const auto place = static_cast<std::uint32_t>(at + 1);
-      Sheet sheet;
-      sheet.section = places[at];
-      sheet.wanted = CodecList(section);
+      Sheet& sheet = sheets_.emplace_back(section);
       const Section past = known.remembered.section(place);
       // Another media in a disabled place is another stream.
-      if (past.isReadable() && past.media() == section.media()) {
-        sheet.remembered = CodecList(past);
-        sheet.current = listOf(known.local.section(place));
-        sheet.peers = listOf(known.remote.section(place));
-      }
-      sheet.numbers.resize(sheet.wanted.size());
-      sheets_.push_back(std::move(sheet));
+      if (!past.isReadable() || past.media() != section.media()) continue;
+      sheet.remembered.read(past);
+      read(sheet.current, known.local.section(place));
+      read(sheet.peers, known.remote.section(place));
     }
   }
 
@@ -99,25 +149,25 @@ class Numberer {
   }
 
  private:
-  static CodecList listOf(const Section& section) {
-    return section.isRtp() && !section.isDisabled() ? CodecList(section) : CodecList();
+  static void read(Meanings& meanings, const Section& section) {
+    if (section.isRtp() && !section.isDisabled()) meanings.read(section);
   }
 
-  /// Gives a format a number that stands for it in a list.
-  static bool keep(Sheet& sheet, std::size_t codec, const CodecList& list) {
+  /// Gives a format a number that stands for it.
+  static bool keep(Sheet& sheet, std::size_t codec, Meanings& meanings) {
     const Codec& wanted = sheet.wanted[codec];
-    const Codec* const written = list.find(wanted.payload);
     const auto willDo = [&](const Codec& known) {
-      return !sheet.isTaken(known.payload) && isStill(sheet.wanted, wanted, list, known) &&
-             !sheet.isOther(codec, sheet.remembered, known.payload);
+      return !sheet.isTaken(known.payload) && meanings.isStill(wanted, known) &&
+             !sheet.remembered.hasOther(wanted, known.payload);
     };
-    if (written != nullptr && willDo(*written)) {
-      sheet.assign(codec, written->payload);
+    // As the description writes it, where that is the number.
+    if (meanings.find(wanted.payload, willDo) != nullptr) {
+      sheet.assign(codec, wanted.payload);
       return true;
     }
-    for (const Codec& known : list) {
-      if (!willDo(known)) continue;
-      sheet.assign(codec, known.payload);
+    for (const Codec& known : meanings.codecs()) {
+      if (!readNumber(known.payload) || !willDo(known)) continue;
+      sheet.assign(codec, plainNumber(known.payload));
       return true;
     }
     return false;
@@ -128,27 +178,24 @@ class Numberer {
       // What nobody knows cannot be told from anything else.
       if (sheet.wanted[i].name.empty()) sheet.assign(i, sheet.wanted[i].payload);
     }
-    for (const CodecList* list : {&sheet.current, &sheet.remembered, &sheet.peers}) {
+    for (Meanings* meanings : {&sheet.current, &sheet.remembered, &sheet.peers}) {
       for (std::size_t i = 0; i < sheet.wanted.size(); ++i) {
-        if (sheet.numbers[i].empty()) keep(sheet, i, *list);
+        if (sheet.numbers[i].empty()) keep(sheet, i, *meanings);
       }
     }
   }
 
   /// @param isNew nor may the number have stood for something else before
-  bool isFree(const Sheet& sheet, std::size_t codec, std::string_view number, bool isNew) const {
+  bool isFree(Sheet& sheet, std::size_t codec, std::string_view number, bool isNew) const {
     if (sheet.isTaken(number)) return false;
-    if (isNew &&
-        (sheet.isOther(codec, sheet.remembered, number) || sheet.isOther(codec, sheet.peers, number))) {
+    const Codec& wanted = sheet.wanted[codec];
+    if (isNew && (sheet.remembered.hasOther(wanted, number) || sheet.peers.hasOther(wanted, number)))
       return false;
-    }
     // In a BUNDLE group a number stands for one codec in all sections (RFC 8843, section 9.1).
     for (const Sheet& other : sheets_) {
-      if (&other == &sheet || !other.isTaken(number) || !bundles_.areTogether(sheet.section, other.section))
-        continue;
-      const auto at = std::find(other.numbers.begin(), other.numbers.end(), number) - other.numbers.begin();
-      const Codec& present = other.wanted[static_cast<std::size_t>(at)];
-      if (!isStill(sheet.wanted, sheet.wanted[codec], other.wanted, present)) return false;
+      const Codec* const present = &other == &sheet ? nullptr : other.holderOf(number);
+      if (present == nullptr || !bundles_.areTogether(sheet.section, other.section)) continue;
+      if (!isStill(wanted, *present, areSame(sheet.wanted, wanted, other.wanted, *present))) return false;
     }
     return true;
   }
@@ -167,11 +214,12 @@ class Numberer {
 
   /// There are more formats than numbers: those of the description are at least its own.
   static void leaveAsWritten(Sheet& sheet) {
+    sheet.taken.clear();
     for (std::size_t i = 0; i < sheet.wanted.size(); ++i) sheet.assign(i, sheet.wanted[i].payload);
   }
 
   Bundles bundles_;
-  std::vector<Sheet> sheets_;
+  std::deque<Sheet> sheets_;
 };
 
 }  // namespace

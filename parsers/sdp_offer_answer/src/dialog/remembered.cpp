@@ -1,6 +1,6 @@
 // What payload numbers stood for, kept as a text.
 
-#include <unordered_set>
+#include <bitset>
 
 #include "parameters.h"
 #include "payloads.h"
@@ -8,19 +8,22 @@
 namespace sdp::exchange {
 namespace {
 
-constexpr std::uint64_t kMostPayload = 127;
+constexpr std::size_t kPayloads = 128;
 
 /// A section of the text.
 class Memory {
  public:
-  /// Adds formats whose numbers have no meaning yet.
+  /// Adds formats whose numbers have no meaning yet. Each number counts once, however many zeros a body writes in front
+  /// of it: what is remembered would grow with every other spelling.
   void add(const Section& section) {
     for (const Format& format : section.formats()) {
       const std::optional<std::uint64_t> number = readNumber(format.format);
-      if (!number || *number > kMostPayload || !numbers_.emplace(format.format).second) continue;
-      formats_.append(" ").append(format.format);
-      if (format.encoding) addLine("a=rtpmap:", format.format, textOf(*format.encoding));
-      if (format.fmtp) addLine("a=fmtp:", format.format, *format.fmtp);
+      if (!number || *number >= kPayloads || numbers_.test(*number)) continue;
+      numbers_.set(*number);
+      const std::string payload = std::to_string(*number);
+      formats_.append(" ").append(payload);
+      if (format.encoding) addLine("a=rtpmap:", payload, textOf(*format.encoding));
+      if (format.fmtp) addLine("a=fmtp:", payload, *format.fmtp);
     }
   }
 
@@ -36,7 +39,7 @@ class Memory {
   }
   std::string formats_;
   std::string lines_;
-  std::unordered_set<std::string_view> numbers_;
+  std::bitset<kPayloads> numbers_;
 };
 
 }  // namespace

@@ -63,6 +63,36 @@ constexpr Codecs kCodecs[] = {
      "m=video 4000 RTP/AVPF 96|a=rtpmap:96 VP8/90000|a=rtcp-fb:96 nack|a=rtcp-fb:96 nack pli|a=rtcp-fb:96 ccm fir|",
      "m=video 5000 RTP/AVPF 100|a=rtpmap:100 VP8/90000|a=rtcp-fb:* nack pli|a=rtcp-fb:100 nack|",
      "96 VP8/90000 {nack} {nack pli}", "100 VP8/90000 {nack pli} {nack}"},
+    {"feedback for all formats is that of each, and what stands there twice is told once",
+     "m=video 4000 RTP/AVPF 96 97|a=rtpmap:96 VP8/90000|a=rtpmap:97 VP9/90000|a=rtcp-fb:97 nack|"
+     "a=rtcp-fb:* ccm fir|a=rtcp-fb:96 ccm fir|a=rtcp-fb:96 nack pli|",
+     "m=video 5000 RTP/AVPF 100 101|a=rtpmap:100 VP8/90000|a=rtpmap:101 VP9/90000|a=rtcp-fb:* nack pli|"
+     "a=rtcp-fb:* ccm fir|a=rtcp-fb:101 nack|a=rtcp-fb:101 transport-cc|a=rtcp-fb:102 nack|",
+     "96 VP8/90000 {ccm fir} {nack pli}, 97 VP9/90000 {nack} {ccm fir}",
+     "100 VP8/90000 {nack pli} {ccm fir}, 101 VP9/90000 {ccm fir} {nack}"},
+    {"another packetization-mode under the same number is for the judge",
+     "m=video 4000 RTP/AVP 96|a=rtpmap:96 H264/90000|a=fmtp:96 packetization-mode=1|",
+     "m=video 5000 RTP/AVP 96|a=rtpmap:96 H264/90000|", "96 H264/90000 packetization-mode=1",
+     "96 H264/90000"},
+    {"so are channels", "m=audio 4000 RTP/AVP 111|a=rtpmap:111 opus/48000/2|",
+     "m=audio 5000 RTP/AVP 111|a=rtpmap:111 OPUS/48000|", "111 opus/48000/2", "111 OPUS/48000"},
+    {"a number without rtpmap is what the other side says", "m=audio 4000 RTP/AVP 96|a=rtpmap:96 iLBC/8000|",
+     "m=audio 5000 RTP/AVP 96|a=fmtp:96 mode=30|", "96 iLBC/8000", "96 iLBC/8000 mode=30"},
+    {"rtx goes with what it serves",
+     "m=video 4000 RTP/AVP 96 97|a=rtpmap:96 H264/90000|a=fmtp:96 packetization-mode=1|a=rtpmap:97 rtx/90000|a=fmtp:97 apt=96|",
+     "m=video 5000 RTP/AVP 96 97|a=rtpmap:96 H264/90000|a=rtpmap:97 rtx/90000|a=fmtp:97 apt=96|",
+     "96 H264/90000 packetization-mode=1, [97 rtx/90000 apt=96]", "96 H264/90000, [97 rtx/90000 apt=96]"},
+    {"rtx of something else does not",
+     "m=video 4000 RTP/AVP 96 97 98|a=rtpmap:96 VP8/90000|a=rtpmap:97 rtx/90000|a=fmtp:97 apt=98|a=rtpmap:98 H264/90000|",
+     "m=video 5000 RTP/AVP 96 97|a=rtpmap:96 VP8/90000|a=rtpmap:97 rtx/90000|a=fmtp:97 apt=96|",
+     "96 VP8/90000", "96 VP8/90000"},
+    {"another encoding under the same number is not agreed",
+     "m=audio 4000 RTP/AVP 0 96|a=rtpmap:96 iLBC/8000|", "m=audio 5000 RTP/AVP 0 96|a=rtpmap:96 speex/8000|",
+     "0 PCMU/8000", "0 PCMU/8000"},
+    {"a number whose format is the same under another number counts there alone",
+     "m=video 4000 RTP/AVP 96 97|a=rtpmap:96 H264/90000|a=fmtp:96 packetization-mode=1|a=rtpmap:97 H264/90000|",
+     "m=video 5000 RTP/AVP 97|a=rtpmap:97 H264/90000|a=fmtp:97 packetization-mode=1|",
+     "96 H264/90000 packetization-mode=1", "97 H264/90000 packetization-mode=1"},
     {"formats without RTP are words", "m=application 4000 UDP/DTLS/SCTP webrtc-datachannel|",
      "m=application 5000 UDP/DTLS/SCTP WebRTC-datachannel|", "webrtc-datachannel", "WebRTC-datachannel"},
 };
@@ -79,6 +109,24 @@ TEST(DialogAgreed, CodecsAreThoseOfBothWithTheNumbersOfWhoReceives) {
       EXPECT_EQ(textOf(agreed.remote.codecs), codecs.sent);
     }
   }
+}
+
+TEST(DialogAgreed, ThousandsOfFormatsThatAreOneAreAllTold) {
+  std::string formats = "m=video 5000 RTP/AVPF";
+  std::string attributes;
+  constexpr int kFirst = 1000;
+  constexpr int kCount = 8000;
+  for (int number = kFirst; number < kFirst + kCount; ++number) {
+    formats.append(" ").append(std::to_string(number));
+    attributes.append("a=rtpmap:").append(std::to_string(number)).append(" VP8/90000|a=rtcp-fb:* x");
+    attributes.append(std::to_string(number)).append("|");
+  }
+  const AgreedSection agreed = only(offered(
+      ours("1", "m=video 4000 RTP/AVPF 96|a=rtpmap:96 VP8/90000|a=rtcp-fb:96 nack|a=rtcp-fb:96 x2000|"),
+      theirs("1", formats + "|" + attributes)));
+  EXPECT_EQ(textOf(agreed.local.codecs), "96 VP8/90000 {x2000}");
+  ASSERT_EQ(agreed.remote.codecs.size(), std::size_t{kCount});
+  EXPECT_EQ(textOf({agreed.remote.codecs.back()}), "8999 VP8/90000 {x2000}");
 }
 
 struct Directions {
@@ -229,6 +277,14 @@ TEST(DialogAgreed, WhatProtectsTheMedia) {
       {"offered and not answered", "RTP/AVP 0|a=crypto:1 A inline:k|a=fingerprint:sha-256 A|", "RTP/AVP 0|",
        Security::plain},
       {"MIKEY", "RTP/SAVP 0|a=key-mgmt:mikey X|", "RTP/SAVP 0|a=key-mgmt:mikey Y|", Security::mikey},
+      {"an answer that drops the keys of a secure offer", "RTP/SAVP 0|a=crypto:1 A inline:k|", "RTP/AVP 0|",
+       Security::keyless},
+      {"and those of DTLS", "UDP/TLS/RTP/SAVPF 0|a=fingerprint:sha-256 A|", "RTP/AVPF 0|", Security::keyless},
+      {"an answer that asks for keys", "RTP/AVP 0|", "RTP/SAVP 0|a=crypto:1 A inline:k|", Security::keyless},
+      {"keys of both are told whatever the profile", "RTP/SAVP 0|a=crypto:1 A inline:k|",
+       "RTP/AVP 0|a=crypto:1 A inline:l|", Security::sdes},
+      {"MSRP of which one side drops TLS", "TCP/TLS/MSRP *|", "TCP/MSRP *|", Security::keyless},
+      {"or adds it", "TCP/MSRP *|", "TCP/TLS/MSRP *|", Security::keyless},
       {"a secure profile without keys", "RTP/SAVP 0|", "RTP/SAVP 0|", Security::keyless},
       {"MSRP over TLS", "TCP/TLS/MSRP *|", "TCP/TLS/MSRP *|", Security::dtls},
       {"MSRP", "TCP/MSRP *|", "TCP/MSRP *|", Security::plain},
@@ -238,6 +294,9 @@ TEST(DialogAgreed, WhatProtectsTheMedia) {
     const AgreedSection agreed = only(offered(ours("1", std::string("m=audio 4000 ") + secured.local),
                                               theirs("1", std::string("m=audio 5000 ") + secured.remote)));
     EXPECT_EQ(sdp::textOf(agreed.security), sdp::textOf(secured.security));
+    const AgreedSection reversed = only(answered(theirs("1", std::string("m=audio 5000 ") + secured.remote),
+                                                 ours("1", std::string("m=audio 4000 ") + secured.local)));
+    EXPECT_EQ(sdp::textOf(reversed.security), sdp::textOf(secured.security));
   }
 }
 

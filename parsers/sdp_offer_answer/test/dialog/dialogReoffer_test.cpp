@@ -180,6 +180,24 @@ constexpr Numbers kNumbers[] = {
      "m=video 5000 RTP/AVP 96|a=rtpmap:96 VP8/90000|",
      "m=video 4000 RTP/AVP 96 97 31|a=rtpmap:96 VP8/90000|a=rtpmap:97 rtx/90000|",
      "m=video 4000 RTP/AVP 96 97 31|a=rtpmap:96 VP8/90000|a=rtpmap:97 rtx/90000|"},
+    {"numbers are numbers, however they are written", "m=audio 4000 RTP/AVP 096|a=rtpmap:096 PCMU/8000|",
+     "m=audio 5000 RTP/AVP 096|a=rtpmap:096 PCMU/8000|", "m=audio 4000 RTP/AVP 0 96|a=rtpmap:96 AMR/8000|",
+     "m=audio 4000 RTP/AVP 96 97|a=rtpmap:97 AMR/8000|a=rtpmap:96 PCMU/8000|"},
+    {"the peer's zeros are not taken over", "m=audio 4000 RTP/AVP 0|",
+     "m=audio 5000 RTP/AVP 0 0100|a=rtpmap:0100 opus/48000/2|",
+     "m=audio 4000 RTP/AVP 0 96|a=rtpmap:96 opus/48000/2|",
+     "m=audio 4000 RTP/AVP 0 100|a=rtpmap:100 opus/48000/2|"},
+    {"nor hide that a number has another meaning", "m=audio 4000 RTP/AVP 0|",
+     "m=audio 5000 RTP/AVP 0 0096|a=rtpmap:0096 opus/48000/2|",
+     "m=audio 4000 RTP/AVP 0 96|a=rtpmap:96 iLBC/8000|", "m=audio 4000 RTP/AVP 0 97|a=rtpmap:97 iLBC/8000|"},
+    {"the description's own zeros stay", "m=audio 4000 RTP/AVP 096|a=rtpmap:096 opus/48000/2|",
+     "m=audio 5000 RTP/AVP 096|a=rtpmap:096 opus/48000/2|",
+     "m=audio 4000 RTP/AVP 096 0|a=rtpmap:096 opus/48000/2|",
+     "m=audio 4000 RTP/AVP 096 0|a=rtpmap:096 opus/48000/2|"},
+    {"what is no number is not taken over", "m=audio 4000 RTP/AVP 0|",
+     "m=audio 5000 RTP/AVP 0 x|a=rtpmap:x opus/48000/2|",
+     "m=audio 4000 RTP/AVP 0 96|a=rtpmap:96 opus/48000/2|",
+     "m=audio 4000 RTP/AVP 0 96|a=rtpmap:96 opus/48000/2|"},
     {"what nobody knows stays as it is", "m=audio 4000 RTP/AVP 96|", "m=audio 5000 RTP/AVP 96|",
      "m=audio 4000 RTP/AVP 96 0|", "m=audio 4000 RTP/AVP 96 0|"},
 };
@@ -207,6 +225,26 @@ TEST(DialogReoffer, NumbersAreRememberedBeyondTheCurrentBody) {
                 "4", "m=audio 4000 RTP/AVP 0 98 96|a=rtpmap:98 speex/8000|a=rtpmap:96 opus/48000/2|");
 }
 
+TEST(DialogReoffer, ANumberIsRememberedOnceHoweverManyZerosAPeerWritesInFront) {
+  Dialog dialog = offered(ours("1", "m=audio 4000 RTP/AVP 96|a=rtpmap:96 opus/48000/2|"),
+                          theirs("1", "m=audio 5000 RTP/AVP 96|a=rtpmap:96 opus/48000/2|"));
+  std::string payload = "96";
+  std::size_t size = 0;
+  for (int i = 0; i < 40; ++i) {
+    payload.insert(0, 1, '0');
+    const std::string formats = " RTP/AVP " + payload + "|a=rtpmap:" + payload + " opus/48000/2|";
+    ASSERT_TRUE(dialog.receiveOffer(theirs("2", "m=audio 5000" + formats)));
+    ASSERT_TRUE(dialog.answerAsIs(ours("2", "m=audio 4000" + formats)));
+    // Both bodies and the last sent have the number twice each, a zero longer each time; what is remembered does not grow.
+    const std::size_t now = dialog.serialise().bytes.size();
+    EXPECT_EQ(now, size == 0 ? now : size + 6);
+    size = now;
+  }
+  // 096 was the number 96.
+  expectReoffer(dialog, dialog.offer(ours("1", "m=audio 4000 RTP/AVP 96|a=rtpmap:96 iLBC/8000|")), "3",
+                "m=audio 4000 RTP/AVP 97|a=rtpmap:97 iLBC/8000|");
+}
+
 TEST(DialogReoffer, WhereNumbersRunOutTheyAreUsedAgain) {
   std::string before = "m=audio 4000 RTP/AVP";
   std::string maps;
@@ -224,6 +262,31 @@ TEST(DialogReoffer, WhereNumbersRunOutTheyAreUsedAgain) {
   Dialog dialog = offered(ours("1", all), theirs("1", kPeersAudio));
   expectReoffer(dialog, dialog.offer(ours("1", "m=audio 4000 RTP/AVP 120|a=rtpmap:120 opus/48000/2|")), "2",
                 "m=audio 4000 RTP/AVP 96|a=rtpmap:96 opus/48000/2|");
+}
+
+/// An audio section whose formats have all numbers that may be chosen is written with others, and with one more.
+TEST(DialogReoffer, WhereNumbersRunOutInABundleTheOtherSectionsMayHaveThem) {
+  std::string before = "m=audio 4000 RTP/AVP";
+  std::string wanted = before;
+  std::string mapsBefore;
+  std::string maps;
+  int written = 1000;
+  const auto add = [&](int number) {
+    const std::string encoding = " c" + std::to_string(number) + "/8000|";
+    before.append(" ").append(std::to_string(number));
+    mapsBefore.append("a=rtpmap:").append(std::to_string(number)).append(encoding);
+    wanted.append(" ").append(std::to_string(written));
+    maps.append("a=rtpmap:").append(std::to_string(written)).append(encoding);
+    ++written;
+  };
+  for (int number = 35; number <= 63; ++number) add(number);
+  for (int number = 96; number <= 127; ++number) add(number);
+  const std::string all = "a=group:BUNDLE a|" + before + "|" + mapsBefore + "a=mid:a|";
+  const std::string more =
+      "a=group:BUNDLE a v|" + wanted + " 96|" + maps +
+      "a=rtpmap:96 new/8000|a=mid:a|m=video 4000 RTP/AVP 97|a=rtpmap:97 VP8/90000|a=mid:v|";
+  Dialog dialog = offered(ours("1", all), theirs("1", all));
+  expectReoffer(dialog, dialog.offer(ours("1", more)), "2", more);
 }
 
 TEST(DialogReoffer, TheVersionIsRaisedByOneExactlyWhenTheTextDiffers) {

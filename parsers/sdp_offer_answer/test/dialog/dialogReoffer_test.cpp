@@ -301,7 +301,34 @@ TEST(DialogReoffer, AVersionThatWasRefusedIsNotUsedForAnotherText) {
   ASSERT_TRUE(dialog.rollback());
   EXPECT_EQ(textOf(dialog.offer(ours("1", "m=audio 4000 RTP/AVP 8|"))), ours("2", "m=audio 4000 RTP/AVP 8|"));
   ASSERT_TRUE(dialog.rollback());
-  EXPECT_EQ(textOf(dialog.offer(ours("1", kAudio))), ours("3", kAudio));
+  EXPECT_EQ(textOf(dialog.offer(ours("1", "m=audio 4000 RTP/AVP 9|"))), ours("3", "m=audio 4000 RTP/AVP 9|"));
+}
+
+TEST(DialogReoffer, TheCurrentBodyComesAgainAsItWasAfterAnOfferThatWasRefused) {
+  Dialog dialog = offered(ours("1", kAudio), theirs("1", kPeersAudio));
+  ASSERT_TRUE(dialog.offer(ours("1", "m=audio 4000 RTP/AVP 8|")));
+  ASSERT_TRUE(dialog.rollback());
+  const sdp::LocalBody same = dialog.offer(ours("1", kAudio));
+  EXPECT_TRUE(same.isRefresh);
+  EXPECT_EQ(textOf(same), ours("1", kAudio));
+  expectRoundTrip(dialog);
+  ASSERT_TRUE(dialog.receiveAnswer(theirs("1", kPeersAudio)));
+  // Answers too.
+  ASSERT_TRUE(dialog.receiveOffer(theirs("2", kPeersAudio)));
+  const sdp::LocalBody answer = dialog.answer(ours("1", kAudio));
+  EXPECT_TRUE(answer.isRefresh);
+  EXPECT_EQ(textOf(answer), ours("1", kAudio));
+  // The version of the refused offer stays used.
+  EXPECT_EQ(textOf(dialog.offer(ours("1", "m=audio 4000 RTP/AVP 9|"))), ours("3", "m=audio 4000 RTP/AVP 9|"));
+}
+
+TEST(DialogReoffer, AFinishedBodyOfAnEarlierVersionThatWasRefusedDoesNotCount) {
+  Dialog dialog = offered(ours("5", kAudio), theirs("1", kPeersAudio));
+  ASSERT_TRUE(dialog.offerAsIs(ours("2", "m=audio 4000 RTP/AVP 8|")));
+  ASSERT_TRUE(dialog.rollback());
+  EXPECT_EQ(textOf(dialog.offer(ours("1", kAudio))), ours("5", kAudio));
+  ASSERT_TRUE(dialog.rollback());
+  EXPECT_EQ(textOf(dialog.offer(ours("1", "m=audio 4000 RTP/AVP 9|"))), ours("6", "m=audio 4000 RTP/AVP 9|"));
 }
 
 TEST(DialogReoffer, TheFirstOfferHasTheLinesOfTheDescription) {

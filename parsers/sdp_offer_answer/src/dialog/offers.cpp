@@ -58,7 +58,7 @@ void disableRefused(Document& body, const Document& remote) {
   for (const Section& section : body.sections()) {
     if (!section.isDisabled() && !isAlive(remote, section.index())) sections.push_back(section.index());
   }
-  for (const std::uint32_t section : sections) require(disable(body, std::to_string(section)));
+  if (!sections.empty()) require(disableSections(body, sections));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #ifndef SDP_DOCUMENT_REQUESTS_H
 #define SDP_DOCUMENT_REQUESTS_H
 
+#include <cstdint>
 #include <initializer_list>
 #include <span>
 #include <string_view>
@@ -70,6 +71,10 @@ SDP_DOCUMENT_API Refusal setDirection(Document& document, Direction direction,
                                       std::string_view media = {}) noexcept;
 /// Puts sections away: port 0, out of their groups. In a BUNDLE group another member takes the port over.
 SDP_DOCUMENT_API Refusal disable(Document& document, std::string_view media) noexcept;
+/// Puts the sections of these numbers away, as disable() does one after the other in the document's order, in about the
+/// time of one. Numbers may stand in any order, and more than once.
+SDP_DOCUMENT_API Refusal disableSections(Document& document,
+                                         std::span<const std::uint32_t> sections) noexcept;
 /// Brings the text into the form on which all readers agree: CR LF, no empty lines, single blanks in m-lines, known
 /// words in their spelling. For texts from outside, before anything decides about them.
 /// @return nulCharacter, loneCarriageReturn, noLine, noVersionLine or unreadableSection

@@ -120,6 +120,11 @@ Refusal disable(Document& document, std::string_view media) noexcept {
   return performOn(document, media, Default::nothing, core::disable);
 }
 
+Refusal disableSections(Document& document, std::span<const std::uint32_t> sections) noexcept {
+  return DocumentAccess::perform(document,
+                                 [&](Model& model) { return core::disableSections(model, sections); });
+}
+
 Refusal canonicalise(Document& document) noexcept {
   return DocumentAccess::perform(document,
                                  [](Model& model) { return explained(model, core::canonicalise(model)); });

@@ -183,6 +183,31 @@ TEST(Selections, AreAudioAndVideoForCodecsAndAllOtherwise) {
   });
 }
 
+TEST(PutAway, SeveralByTheirNumbersAreAsOneAfterTheOther) {
+  const char* const body =
+      "a=group:BUNDLE a b c d|a=group:LS a d|m=audio 9 RTP/AVP 0|a=mid:a|m=video 0 RTP/AVP 31|a=mid:b|a=bundle-only|"
+      "m=video 0 RTP/AVP 31|a=mid:c|a=bundle-only|m=text x|m=video 0 RTP/AVP 31|a=mid:d|";
+  struct Case {
+    std::vector<std::uint32_t> sections;
+    const char* after;
+  };
+  const Case cases[] = {
+      {{}, body},
+      {{0, 6, 4, 5, 4294967295U}, body},
+      {{1},
+       "a=group:BUNDLE b c d|a=group:LS d|m=audio 0 RTP/AVP 0|a=mid:a|m=video 9 RTP/AVP 31|a=mid:b|"
+       "m=video 0 RTP/AVP 31|a=mid:c|a=bundle-only|m=text x|m=video 0 RTP/AVP 31|a=mid:d|"},
+      {{2, 1, 2},
+       "a=group:BUNDLE c d|a=group:LS d|m=audio 0 RTP/AVP 0|a=mid:a|m=video 0 RTP/AVP 31|a=mid:b|"
+       "m=video 9 RTP/AVP 31|a=mid:c|m=text x|m=video 0 RTP/AVP 31|a=mid:d|"},
+  };
+  for (const Case& c : cases) {
+    sdp::Document document = documentTest::documentBehindHead(body);
+    EXPECT_FALSE(disableSections(document, c.sections));
+    EXPECT_EQ(document.text(), documentTest::documentBehindHead(c.after).text());
+  }
+}
+
 TEST(PutAway, LeavesEachOfManyGroups) {
   std::string before = "v=0\n";
   std::string after = "v=0\n";

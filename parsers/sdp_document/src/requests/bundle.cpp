@@ -36,6 +36,12 @@ std::string_view portOfGroup(const Model& model, const Part& section) {
   return leader == kNone ? std::string_view() : model.parts[leader].m.port;
 }
 
+void putAwayChosen(Model& model) {
+  PuttingAway putting(model);
+  for (const Index n : model.chosen) putting.putAway(model.parts[n]);
+  putting.finish();
+}
+
 }  // namespace
 
 Refusal unbundle(Model& model) {
@@ -62,9 +68,18 @@ Refusal unbundle(Model& model) {
 
 Refusal disable(Model& model, const Selection& selection) {
   choose(model, selection);
-  PuttingAway putting(model);
-  for (const Index n : model.chosen) putting.putAway(model.parts[n]);
-  putting.finish();
+  putAwayChosen(model);
+  return {};
+}
+
+Refusal disableSections(Model& model, std::span<const std::uint32_t> sections) {
+  std::vector<bool> isWanted(model.parts.size());
+  for (const std::uint32_t n : sections) {
+    if (n < isWanted.size()) isWanted[n] = true;
+  }
+  choose(model, {Selection::By::all, {}, 0});
+  std::erase_if(model.chosen, [&](Index n) { return !isWanted[n]; });
+  putAwayChosen(model);
   return {};
 }
 

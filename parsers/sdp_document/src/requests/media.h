@@ -39,6 +39,7 @@ Refusal setDirection(Model& model, Direction direction, const Selection& selecti
 /// Gives one section a direction.
 void setDirectionOf(Model& model, Part& section, Direction direction);
 Refusal disable(Model& model, const Selection& selection);
+Refusal disableSections(Model& model, std::span<const std::uint32_t> sections);
 Refusal canonicalise(Model& model);
 
 /// Adds a line behind the last of a part that is not empty.

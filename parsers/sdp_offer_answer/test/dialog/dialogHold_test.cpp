@@ -1,3 +1,5 @@
+#include <chrono>
+
 #include "dialogTestSupport.h"
 
 // Hold and resume, on both sides.
@@ -90,7 +92,10 @@ TEST(DialogHold, AHoldThatIsRefusedIsNone) {
   ASSERT_TRUE(dialog.hold());
   ASSERT_TRUE(dialog.rollback());
   EXPECT_FALSE(dialog.isHeld());
-  expectReoffer(dialog, dialog.resume(), "3", kAudio);
+  // The peer is back at the first body.
+  const sdp::LocalBody same = dialog.resume();
+  EXPECT_TRUE(same.isRefresh);
+  expectReoffer(dialog, same, "1", kAudio);
 }
 
 TEST(DialogHold, AResumeThatIsRefusedLeavesTheHold) {
@@ -158,6 +163,29 @@ TEST(DialogHold, WhatThePeerRefusedStaysDisabled) {
               theirs("1", "a=group:BUNDLE a|m=audio 5000 RTP/AVP 0|a=mid:a|m=video 0 RTP/AVP 31|a=mid:v|"));
   expectReoffer(dialog, dialog.hold(), "2",
                 "a=group:BUNDLE a|m=audio 4000 RTP/AVP 0|a=mid:a|a=sendonly|m=video 0 RTP/AVP 31|a=mid:v|");
+}
+
+TEST(DialogHold, ThousandsOfSectionsThatThePeerRefusedTakeNoMoreThanTheirLength) {
+  std::string members;
+  std::string offer;
+  std::string answer;
+  std::string held;
+  constexpr int kSections = 12000;
+  for (int i = 0; i < kSections; ++i) {
+    const std::string number = std::to_string(i);
+    const std::string rest = " RTP/AVP 0|a=mid:" + number + "|";
+    const bool isTaken = i == 0 || i == kSections - 1;
+    members.append(" ").append(number);
+    offer.append("m=audio 4000").append(rest);
+    answer.append(isTaken ? "m=audio 5000" : "m=audio 0").append(rest);
+    held.append(isTaken ? "m=audio 4000" : "m=audio 0").append(rest).append(isTaken ? "a=sendonly|" : "");
+  }
+  const std::string taken = "a=group:BUNDLE 0 " + std::to_string(kSections - 1) + "|";
+  Dialog dialog = offered(ours("1", "a=group:BUNDLE" + members + "|" + offer), theirs("1", taken + answer));
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(textOf(dialog.hold()), ours("2", taken + held));
+  // One after the other they took minutes.
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
 }
 
 TEST(DialogHold, WhatIsNoRtpIsNotHeld) {

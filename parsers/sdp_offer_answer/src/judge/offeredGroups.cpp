@@ -3,7 +3,7 @@
 #include "judge/offeredGroups.h"
 
 #include <algorithm>
-#include <unordered_set>
+#include <utility>
 
 namespace sdp::exchange {
 namespace {
@@ -14,9 +14,14 @@ std::uint64_t bitOf(std::uint32_t number) { return std::uint64_t{1} << number % 
 }  // namespace
 
 MidSet::MidSet(const Fields& mids) {
-  std::unordered_set<std::string_view> told;
-  for (const std::string_view mid : mids) {
-    if (told.insert(mid).second) mids_.push_back(mid);
+  std::vector<std::string_view> all;
+  for (const std::string_view mid : mids) all.push_back(mid);
+  sorted_ = Words(all);
+  std::vector<bool> isTaken(sorted_.all().size());
+  for (const std::string_view mid : all) {
+    const std::size_t place = sorted_.placeOf(mid);
+    if (!isTaken[place]) mids_.push_back(mid);
+    isTaken[place] = true;
   }
 }
 

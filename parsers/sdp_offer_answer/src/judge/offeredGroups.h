@@ -4,10 +4,11 @@
 // The groups of an offer (RFC 5888), and whether one has all members of another.
 
 #include <cstdint>
+#include <map>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "judge/words.h"
 #include "sdpDocument.h"
 
 namespace sdp::exchange {
@@ -19,8 +20,11 @@ class MidSet {
 
   std::vector<std::string_view>::const_iterator begin() const { return mids_.begin(); }
   std::vector<std::string_view>::const_iterator end() const { return mids_.end(); }
+  /// The same, sorted.
+  const std::vector<std::string_view>& sorted() const { return sorted_.all(); }
 
  private:
+  Words sorted_;
   std::vector<std::string_view> mids_;
 };
 
@@ -42,11 +46,11 @@ class OfferedGroups {
   /// The groups of one semantics, by their members.
   struct Kind {
     std::uint32_t count = 0;
-    std::unordered_map<std::string_view, Bearers> byMid;
+    std::map<std::string_view, Bearers> byMid;
   };
   static bool haveCommon(const std::vector<const Bearers*>& all);
 
-  std::unordered_map<std::string_view, Kind> kinds_;
+  std::map<std::string_view, Kind> kinds_;
 };
 
 }  // namespace sdp::exchange

@@ -99,6 +99,23 @@ TEST(HostileAnswers, WithThousandsOfGroups) {
   endure(bodyOf(pieces(30'000, subset(1)) + section), bodyOf(pieces(30'000, subset(2)) + section));
 }
 
+TEST(HostileAnswers, WithThousandsOfMidsAndEncodings) {
+  constexpr std::size_t kCount = 15'000;
+  const std::string group =
+      "a=group:L" + pieces(kCount, [](std::size_t n) { return " " + number(n); }) + "\n";
+  const std::string sections = pieces(
+      kCount, [](std::size_t n) { return "m=audio 9 RTP/AVP 0\na=mid:" + number(kCount - 1 - n) + "\n"; });
+  EXPECT_EQ(endure(bodyOf(group + sections), bodyOf(group + sections)), 0U);
+  const auto encodings = [](char letter) {
+    return bodyOf("m=audio 9 RTP/AVP" +
+                  pieces(kCount, [](std::size_t n) { return " " + number(n + 1'000); }) + "\n" +
+                  pieces(kCount, [letter](std::size_t n) {
+                    return "a=rtpmap:" + number(n + 1'000) + " " + letter + number(n) + "/8000\n";
+                  }));
+  };
+  EXPECT_EQ(endure(encodings('x'), encodings('X')), 0U);
+}
+
 TEST(HostileAnswers, WithOneMidForAll) {
   const std::string body =
       bodyOf(pieces(10'000, "a=group:BUNDLE a a\n") + pieces(20'000, "m=audio 9 RTP/AVP 0\na=mid:a\n"));

@@ -75,7 +75,8 @@ enum class AnswerRule : std::uint8_t {
   // Groups and mids.
 
   /// No group of the offer has these semantics and all these members (RFC 5888, section 9.2; RFC 8843, section 7.3).
-  /// Told of the session, once for each group.
+  /// Told of the session, once for each group. The search has an end: where answers have very many groups, and offers too,
+  /// the last may count as not offered.
   groupNotOffered,
   /// A group names a mid that no section of the answer has (RFC 5888, section 6). Told of the session.
   groupWithoutSection,

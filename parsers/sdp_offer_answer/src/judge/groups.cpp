@@ -61,7 +61,7 @@ void judgeBundle(const Pair& pair, Findings& findings) {
 
 void judgeGroups(const Bodies& bodies, Findings& findings) {
   const Words mids = midsOf(bodies.answer);
-  const OfferedGroups offered(bodies.offer.session());
+  OfferedGroups offered(bodies.offer.session());
   for (const Group& group : bodies.answer.session().groups()) {
     const MidSet members(group.mids);
     if (!offered.contain(group.semantics, members)) {

@@ -32,8 +32,9 @@ class OfferedGroups {
  public:
   explicit OfferedGroups(const Session& session);
 
-  /// Whether a group of these semantics has all these members.
-  bool contain(std::string_view semantics, const MidSet& members) const;
+  /// Whether a group of these semantics has all these members. Peers may ask for so many sets of members of so many
+  /// groups that all steps are taken; what is asked for behind that is not found.
+  bool contain(std::string_view semantics, const MidSet& members);
 
  private:
   /// The groups that have a member.
@@ -47,9 +48,13 @@ class OfferedGroups {
   struct Kind {
     std::uint32_t count = 0;
     std::map<std::string_view, Bearers> byMid;
+    /// Whether one group has certain members, sorted, of those that were asked for.
+    std::map<std::vector<std::string_view>, bool> known;
   };
-  static bool haveCommon(const std::vector<const Bearers*>& all);
+  bool haveCommon(const std::vector<const Bearers*>& all);
+  bool take(std::size_t steps);
 
+  std::size_t stepsLeft_;
   std::map<std::string_view, Kind> kinds_;
 };
 

@@ -1,6 +1,7 @@
 #ifndef SDP_ANSWER_JUDGE_H
 #define SDP_ANSWER_JUDGE_H
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -75,7 +76,8 @@ enum class AnswerRule : std::uint8_t {
   // Groups and mids.
 
   /// No group of the offer has these semantics and all these members (RFC 5888, section 9.2; RFC 8843, section 7.3).
-  /// Told of the session, once for each group.
+  /// Told of the session, once for each group. The search has an end: where answers have very many groups, and offers too,
+  /// the last may count as not offered.
   groupNotOffered,
   /// A group names a mid that no section of the answer has (RFC 5888, section 6). Told of the session.
   groupWithoutSection,
@@ -168,8 +170,12 @@ struct Finding {
 
 /// What is wrong with an answer.
 struct Judgement {
+  /// So many findings are told. Of a rule that none of them is of, the first is told beside them.
+  static constexpr std::size_t kMostFindings = 1000;
+
   bool isComplete = true;         ///< false when memory ran out; there are no findings then
   std::vector<Finding> findings;  ///< by section, then in the order of the rules
+  bool hasMore = false;  ///< there were more than are told; every rule that is broken is told all the same
 
   /// Nothing is wrong, warnings included.
   bool isGood() const noexcept { return isComplete && findings.empty(); }
@@ -177,6 +183,7 @@ struct Judgement {
 
 /// Judges an answer by its offer, whoever made either: both may be any text. Without sections in both there is nothing
 /// to judge, and nothing is wrong. The time that it takes grows with the bodies nearly as their length.
+/// A document is used by one thread at a time, also where it is const: two threads judge by documents of their own.
 [[nodiscard]] SDP_OFFER_ANSWER_API Judgement checkAnswer(const Document& offer,
                                                          const Document& answer) noexcept;
 

@@ -2,6 +2,8 @@
 
 #include "judge/bodies.h"
 
+#include <utility>
+
 namespace sdp::exchange {
 
 MLineFields::MLineFields(const Section& section) {
@@ -34,9 +36,11 @@ bool hasOwnAddress(const Section& section) {
 
 AnswerGroups::AnswerGroups(const Document& offer, const Document& answer, const Bundles& bundles)
     : bundles_(&bundles), groups_(bundles.groupCount()) {
+  std::vector<std::string_view> named;
   for (const sdp::Group& group : answer.session().groups()) {
-    for (const std::string_view mid : group.mids) named_.insert(mid);
+    for (const std::string_view mid : group.mids) named.push_back(mid);
   }
+  named_ = Words(std::move(named));
   for (const Section& section : answer.sections()) {
     const std::optional<std::uint32_t> number = bundles.groupOf(section.index());
     if (!number || section.port() == 0) continue;

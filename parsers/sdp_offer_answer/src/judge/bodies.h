@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 #include "bundles.h"
@@ -13,6 +12,7 @@
 #include "judge/cryptos.h"
 #include "judge/extmaps.h"
 #include "judge/findings.h"
+#include "judge/words.h"
 
 namespace sdp::exchange {
 
@@ -34,7 +34,7 @@ class AnswerGroups {
   AnswerGroups(const Document& offer, const Document& answer, const Bundles& bundles);
 
   /// Whether any group names a mid.
-  bool names(std::string_view mid) const { return named_.count(mid) != 0; }
+  bool names(std::string_view mid) const { return named_.has(mid); }
   /// Whether a section of the BUNDLE group of a section has a port, and an address of its own.
   bool haveAddress(std::uint32_t section) const { return isOf(section, &Group::hasAddress); }
   /// Whether one has a port and was offered with one.
@@ -48,7 +48,7 @@ class AnswerGroups {
   bool isOf(std::uint32_t section, bool Group::*what) const;
 
   const Bundles* bundles_;
-  std::unordered_set<std::string_view> named_;
+  Words named_;
   std::vector<Group> groups_;  ///< the BUNDLE groups by their number
 };
 

@@ -69,6 +69,12 @@ std::string shown(std::string_view piece) {
 }
 
 void Findings::add(std::uint32_t section, AnswerRule rule, std::initializer_list<std::string_view> pieces) {
+  const auto place = static_cast<std::size_t>(rule);
+  if (findings_.size() >= Judgement::kMostFindings && broken_[place]) {
+    hasMore_ = true;
+    return;
+  }
+  broken_[place] = true;
   Finding finding{section, rule, {}};
   for (const std::string_view piece : pieces) finding.text.append(piece);
   findings_.push_back(std::move(finding));

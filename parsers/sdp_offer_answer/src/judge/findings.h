@@ -3,6 +3,8 @@
 
 // What the judge has found so far, and texts of bodies as they may be shown to people.
 
+#include <bitset>
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <string>
@@ -19,13 +21,18 @@ std::string shown(std::string_view piece);
 
 class Findings {
  public:
+  /// Keeps as many as a judgement may have.
   /// @param pieces of the text; those that come of a body are `shown`
   void add(std::uint32_t section, AnswerRule rule, std::initializer_list<std::string_view> pieces);
-  /// All of them by section and rule; those of one rule in the order in which they were found.
+  /// Those that were kept by section and rule; those of one rule in the order in which they were found.
   std::vector<Finding> take();
+  /// Whether more were found than were kept.
+  bool hasMore() const { return hasMore_; }
 
  private:
   std::vector<Finding> findings_;
+  std::bitset<static_cast<std::size_t>(AnswerRule::setupRole) + 1> broken_;  ///< the rules of what was kept
+  bool hasMore_ = false;
 };
 
 }  // namespace sdp::exchange

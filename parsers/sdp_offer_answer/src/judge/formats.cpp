@@ -1,8 +1,9 @@
 // The rules of formats.
 
 #include <algorithm>
+#include <map>
+#include <set>
 #include <string>
-#include <unordered_set>
 
 #include "judge/bodies.h"
 #include "judge/offeredCodecs.h"
@@ -79,7 +80,7 @@ void judgeWords(const Pair& pair, Findings& findings) {
     std::transform(text.begin(), text.end(), text.begin(), sdpneg::lower);
     return text;
   };
-  std::unordered_set<std::string> offered;
+  std::set<std::string> offered;
   for (const Format& format : pair.offered.formats()) offered.insert(lowerCase(format.format));
   for (const Format& format : pair.answered.formats()) {
     if (offered.count(lowerCase(format.format)) != 0) return;
@@ -90,7 +91,7 @@ void judgeWords(const Pair& pair, Findings& findings) {
 /// Payload types that stand in the m-line again, each once.
 void judgeRepeated(const Pair& pair, Findings& findings) {
   enum : std::uint8_t { once, again };
-  std::unordered_map<std::string_view, std::uint8_t> told;
+  std::map<std::string_view, std::uint8_t> told;
   for (const Format& format : pair.answered.formats()) {
     const auto [place, isNew] = told.emplace(format.format, once);
     if (isNew || place->second == again) continue;

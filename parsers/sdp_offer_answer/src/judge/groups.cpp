@@ -1,7 +1,8 @@
 // The rules of groups and mids.
 
 #include <string>
-#include <unordered_set>
+#include <utility>
+#include <vector>
 
 #include "judge/bodies.h"
 #include "judge/offeredGroups.h"
@@ -9,11 +10,10 @@
 namespace sdp::exchange {
 namespace {
 
-std::unordered_set<std::string_view> midsOf(const Document& document) {
-  std::unordered_set<std::string_view> mids;
-  for (const Section& section : document.sections()) mids.insert(midOf(section));
-  mids.erase(std::string_view());
-  return mids;
+Words midsOf(const Document& document) {
+  std::vector<std::string_view> mids;
+  for (const Section& section : document.sections()) mids.push_back(midOf(section));
+  return Words(std::move(mids));
 }
 
 /// "BUNDLE 0 1", to be shown.
@@ -60,8 +60,8 @@ void judgeBundle(const Pair& pair, Findings& findings) {
 }  // namespace
 
 void judgeGroups(const Bodies& bodies, Findings& findings) {
-  const std::unordered_set<std::string_view> mids = midsOf(bodies.answer);
-  const OfferedGroups offered(bodies.offer.session());
+  const Words mids = midsOf(bodies.answer);
+  OfferedGroups offered(bodies.offer.session());
   for (const Group& group : bodies.answer.session().groups()) {
     const MidSet members(group.mids);
     if (!offered.contain(group.semantics, members)) {
@@ -69,7 +69,7 @@ void judgeGroups(const Bodies& bodies, Findings& findings) {
                    {textOf(group, members), ": no such group of the offer has all these members"});
     }
     for (const std::string_view mid : members) {
-      if (mids.count(mid) != 0) continue;
+      if (mids.has(mid)) continue;
       findings.add(0, AnswerRule::groupWithoutSection,
                    {"the group ", shown(group.semantics), " names ", shown(mid), ", which no section has"});
     }

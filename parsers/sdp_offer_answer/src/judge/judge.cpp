@@ -19,7 +19,7 @@ void judgePair(const Pair& pair, Findings& findings) {
   judgeKeys(pair, findings);
 }
 
-std::vector<Finding> judge(const Document& offer, const Document& answer) {
+Judgement judge(const Document& offer, const Document& answer) {
   const Bodies bodies(offer, answer);
   Findings findings;
   judgeSectionCount(bodies, findings);
@@ -27,7 +27,10 @@ std::vector<Finding> judge(const Document& offer, const Document& answer) {
   judgeSessionConnectivity(bodies, findings);
   const std::uint32_t count = std::min(offer.sectionCount(), answer.sectionCount());
   for (std::uint32_t number = 1; number <= count; ++number) judgePair(Pair(bodies, number), findings);
-  return findings.take();
+  Judgement judgement;
+  judgement.findings = findings.take();
+  judgement.hasMore = findings.hasMore();
+  return judgement;
 }
 
 }  // namespace
@@ -36,7 +39,7 @@ std::vector<Finding> judge(const Document& offer, const Document& answer) {
 Judgement checkAnswer(const Document& offer, const Document& answer) noexcept {
   Judgement judgement;
   try {
-    judgement.findings = exchange::judge(offer, answer);
+    judgement = exchange::judge(offer, answer);
   } catch (const std::bad_alloc&) {
     judgement.isComplete = false;
   } catch (const std::length_error&) {

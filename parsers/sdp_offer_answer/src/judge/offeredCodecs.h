@@ -5,9 +5,9 @@
 // both may have thousands.
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <utility>
 
 #include "codecs.h"
@@ -62,13 +62,13 @@ class OfferedCodecs {
 
     CodecTraits first;
     bool anyProfile = false;  ///< one has no profile-level-id
-    std::unordered_map<std::string, Alike> alike;
+    std::map<std::string, Alike> alike;
   };
   static void add(Encoding& encoding, const CodecTraits& traits);
   const Encoding* find(const Codec& codec) const;
   static bool fits(const Encoding& encoding, const CodecTraits& answered);
 
-  std::unordered_map<std::string, Encoding> encodings_;
+  std::map<std::string, Encoding> encodings_;
 };
 
 }  // namespace sdp::exchange

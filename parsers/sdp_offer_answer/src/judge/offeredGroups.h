@@ -4,10 +4,11 @@
 // The groups of an offer (RFC 5888), and whether one has all members of another.
 
 #include <cstdint>
+#include <map>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "judge/words.h"
 #include "sdpDocument.h"
 
 namespace sdp::exchange {
@@ -19,8 +20,11 @@ class MidSet {
 
   std::vector<std::string_view>::const_iterator begin() const { return mids_.begin(); }
   std::vector<std::string_view>::const_iterator end() const { return mids_.end(); }
+  /// The same, sorted.
+  const std::vector<std::string_view>& sorted() const { return sorted_.all(); }
 
  private:
+  Words sorted_;
   std::vector<std::string_view> mids_;
 };
 
@@ -28,8 +32,9 @@ class OfferedGroups {
  public:
   explicit OfferedGroups(const Session& session);
 
-  /// Whether a group of these semantics has all these members.
-  bool contain(std::string_view semantics, const MidSet& members) const;
+  /// Whether a group of these semantics has all these members. Peers may ask for so many sets of members of so many
+  /// groups that all steps are taken; what is asked for behind that is not found.
+  bool contain(std::string_view semantics, const MidSet& members);
 
  private:
   /// The groups that have a member.
@@ -42,11 +47,15 @@ class OfferedGroups {
   /// The groups of one semantics, by their members.
   struct Kind {
     std::uint32_t count = 0;
-    std::unordered_map<std::string_view, Bearers> byMid;
+    std::map<std::string_view, Bearers> byMid;
+    /// Whether one group has certain members, sorted, of those that were asked for.
+    std::map<std::vector<std::string_view>, bool> known;
   };
-  static bool haveCommon(const std::vector<const Bearers*>& all);
+  bool haveCommon(const std::vector<const Bearers*>& all);
+  bool take(std::size_t steps);
 
-  std::unordered_map<std::string_view, Kind> kinds_;
+  std::size_t stepsLeft_;
+  std::map<std::string_view, Kind> kinds_;
 };
 
 }  // namespace sdp::exchange

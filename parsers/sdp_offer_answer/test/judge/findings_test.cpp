@@ -134,6 +134,29 @@ TEST(Findings, HaveNoKeys) {
                    "1: ice-short: ice-pwd has 4 characters, not 22"}));
 }
 
+struct Many {
+  std::size_t unreadable;  ///< sections of an answer, each of which breaks one rule; the last breaks another
+  std::size_t told;
+  bool hasMore;
+};
+
+TEST(Findings, AreAThousandAtMostAndTheFirstOfEachOtherRule) {
+  for (const Many& each : {Many{999, 1000, false}, Many{1000, 1001, false}, Many{1001, 1001, true}}) {
+    std::string lines;
+    for (std::size_t n = 0; n < each.unreadable; ++n) lines += "m=\n";
+    sdp::Document offer;
+    sdp::Document answer;
+    ASSERT_FALSE(offer.read(bodyOf(lines + "m=audio 4000 RTP/AVP 0\na=sendonly\n")));
+    ASSERT_FALSE(answer.read(bodyOf(lines + "m=audio 5000 RTP/AVP 0\n")));
+    const sdp::Judgement judgement = sdp::checkAnswer(offer, answer);
+    EXPECT_EQ(judgement.findings.size(), each.told) << each.unreadable;
+    EXPECT_EQ(judgement.hasMore, each.hasMore) << each.unreadable;
+    EXPECT_EQ(judgement.findings.back().rule, AnswerRule::direction);
+    EXPECT_EQ(judgement.findings.back().section, each.unreadable + 1);
+    EXPECT_EQ(judgement.findings[each.told - 2].section, each.told - 1);
+  }
+}
+
 TEST(Judgements, OfOneDocumentByItselfAreThoseOfTwo) {
   const std::string body = bodyOf(
       "m=audio 4000 RTP/AVP 0 96\na=rtpmap:96 opus/48000/2\na=sendonly\n"

@@ -71,6 +71,7 @@ struct SDP_OFFER_ANSWER_API Answer {
 /// @param offer what the peer sent
 /// @param local what the engine can do, as an SDP text: for each medium a section with address, port, profile, formats
 /// in its order of preference, fmtp, direction, keys, ICE, mid
+/// The documents, also options.previous, are used by one thread at a time, for they keep what was asked of them.
 /// @return the answer; its lines end with CR LF. An offer without sections, or with disabled ones alone, is answered in
 /// kind
 [[nodiscard]] SDP_OFFER_ANSWER_API Answer makeAnswer(const Document& offer, const Document& local,

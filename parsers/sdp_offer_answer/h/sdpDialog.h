@@ -190,7 +190,7 @@ class SDP_OFFER_ANSWER_API Dialog {
   /// The dialog as bytes, for a later restore(), also by another process. They have keys.
   DialogBytes serialise() const noexcept;
   /// Becomes the dialog that was made to bytes.
-  /// @return damaged, unknownFormat, noMemory
+  /// @return damaged, also where the bodies cannot be a dialog's, unknownFormat, noMemory
   DialogStatus restore(std::string_view bytes) noexcept;
 
   /// Whether both are in the same state with the same bodies, and will go on alike.

@@ -121,6 +121,9 @@ struct [[nodiscard]] DialogBytes {
 /// used by one thread at a time; copies are independent.
 class SDP_OFFER_ANSWER_API Dialog {
  public:
+  /// The most sections that a peer's offer may have: what is agreed of one takes far more memory than its m-line.
+  static constexpr std::uint32_t kMaximumSections = 4096;
+
   /// Nothing was said yet. Allocates nothing.
   Dialog() noexcept = default;
 
@@ -164,7 +167,7 @@ class SDP_OFFER_ANSWER_API Dialog {
   LocalBody resume() noexcept;
 
   /// Takes a peer's offer.
-  /// @return what it changes; brokenBody, offerPending, glare, noMemory, textTooLong
+  /// @return what it changes; brokenBody, tooManySections, offerPending, glare, noMemory, textTooLong
   ReceivedOffer receiveOffer(std::string_view body) noexcept;
   /// Answers the peer's offer by makeAnswer(), with DTLS roles that were agreed before.
   /// @param options its `previous` is the dialog's

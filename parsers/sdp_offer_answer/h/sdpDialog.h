@@ -143,11 +143,13 @@ class SDP_OFFER_ANSWER_API Dialog {
 
   /// Offers what the engine wants. The first offer has the lines of the description as they are. Later ones have the
   /// sections of the current body in their places: those of the description go there by mid, else by media and order;
-  /// what is missing in the description, or disabled there, gets port 0; what is new takes the place of a section that
-  /// either side has disabled, else the end. Payload numbers that stand or stood for a codec in a place stay for it, and
-  /// what is new takes numbers that had no other meaning there, as long as there are such (RFC 3264, section 8.3.2).
-  /// mids are those of the places. While the peer is held the directions are those of hold(). The o-line is that of
-  /// the last body sent, its version raised by one when anything else differs.
+  /// what is missing in the description, or disabled there, gets port 0. A disabled section keeps its place: of two of
+  /// one media without mids, leaving out the first would remove the second. What is new takes the place of a section
+  /// that either side has disabled, else the end. Payload numbers that stand or stood for a codec in a place stay for
+  /// it, and what is new takes numbers that had no other meaning there, as long as there are such (RFC 3264, section
+  /// 8.3.2). mids are those of the places, also where the description has none. While the peer is held the directions
+  /// are those of hold(). The o-line is that of the last body sent, its version raised by one when anything else
+  /// differs; the current body comes again as it is, also after another offer that was refused.
   /// @param description as makeAnswer() takes it; it may be without a section
   /// @return the offer, its lines with CR LF; brokenBody, unreadableSection, noOrigin, offerPending, glare, noMemory,
   /// textTooLong
@@ -161,15 +163,17 @@ class SDP_OFFER_ANSWER_API Dialog {
   /// disabled is so here as well, and the roles of DTLS are offered anew as actpass (RFC 5763, section 5).
   /// @return besides those of offer() noBody, when nothing was agreed yet
   LocalBody hold() noexcept;
-  /// Offers the current body with the directions that the descriptions behind it had, whatever the peer made of them: a
-  /// peer that holds meanwhile answers so. Where nobody holds, offers the same again. The rest as hold().
+  /// Offers the current body with the directions that the descriptions behind it had, in each RTP section that is not
+  /// disabled, whatever the peer made of them: a peer that holds meanwhile answers so. Other sections keep theirs, as
+  /// hold() leaves them alone. Where nobody holds, offers the same again. The rest as hold().
   /// @return as hold()
   LocalBody resume() noexcept;
 
   /// Takes a peer's offer.
   /// @return what it changes; brokenBody, tooManySections, offerPending, glare, noMemory, textTooLong
   ReceivedOffer receiveOffer(std::string_view body) noexcept;
-  /// Answers the peer's offer by makeAnswer(), with DTLS roles that were agreed before.
+  /// Answers the peer's offer by makeAnswer(), with DTLS roles that were agreed before. Where no answer comes the offer
+  /// stays pending: who refuses it because of nothingAccepted (488 in SIP) drops it by rollback().
   /// @param options its `previous` is the dialog's
   /// @return the answer; noLocalSection, nothingAccepted, brokenBody, noOffer, wrongParty, noMemory, textTooLong
   LocalBody answer(std::string_view description, const AnswerOptions& options = {}) noexcept;

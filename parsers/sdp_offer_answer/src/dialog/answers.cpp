@@ -125,7 +125,7 @@ LocalBody answerDescription(DialogData& data, std::string_view description, cons
   LocalBody sent = refused(failureOf(answer.failure));
   if (sent) {
     Intent intent{data.intent.isHeld, directionsBy(answer.sections, directions)};
-    sent = sendAnswer(data, following(answer.text, data.sent), std::move(intent));
+    sent = sendAnswer(data, versioned(data, answer.text), std::move(intent));
   }
   sent.sections = std::move(answer.sections);
   return sent;

@@ -36,7 +36,8 @@ class Mids {
     for (std::size_t at = 0; at < places.size(); ++at) {
       const Section place = known.local.section(static_cast<std::uint32_t>(at + 1));
       const Section section = wanted.section(places[at]);
-      if (section.mid().empty() || !goesOn(section, place, known)) continue;
+      // Where the description tells none, the peer knows the section by its mid all the same.
+      if (places[at] == 0 || !goesOn(section, place, known)) continue;
       set(section, place.mid());
     }
     for (const std::uint32_t index : places) {
@@ -77,7 +78,7 @@ class Mids {
   void set(const Section& section, std::string_view mid) {
     of_[section.index()] = mid;
     used_.emplace(mid);
-    old_[section.mid()] = mid;
+    if (!section.mid().empty()) old_[section.mid()] = mid;
   }
 
   std::string fresh() {
@@ -120,17 +121,19 @@ class Composer {
  private:
   void addSection(const Section& section) {
     const RenumberedSection writer(section, numbers_[section.index() - 1]);
-    bool hasMid = false;
+    const std::string_view mid = mids_.of(section.index());
+    bool hasMid = mid.empty();
     for (const Line& line : section.lines()) {
       if (line.content.empty()) continue;
-      if (!sdpneg::startsWith(line.content, kMid) || section.mid().empty()) {
+      if (!sdpneg::startsWith(line.content, kMid) || mid.empty()) {
         addLine(text_, writer.written(line.content));
         continue;
       }
-      if (!hasMid) addLine(text_, std::string(kMid).append(mids_.of(section.index())));
+      if (!hasMid) addMid(mid);
       hasMid = true;
     }
     text_.append(writer.addedMaps());
+    if (!hasMid) addMid(mid);
   }
 
   void addDisabled(const Section& section) {
@@ -142,8 +145,10 @@ class Composer {
     }
     text_.append("m=").append(section.media()).append(" 0 ").append(section.transport()).append(" ");
     addLine(text_, section.formats().begin()->format);
-    if (!section.mid().empty()) addLine(text_, std::string(kMid).append(section.mid()));
+    if (!section.mid().empty()) addMid(section.mid());
   }
+
+  void addMid(std::string_view mid) { addLine(text_, std::string(kMid).append(mid)); }
 
   const Document& wanted_;
   const Arrangement& places_;

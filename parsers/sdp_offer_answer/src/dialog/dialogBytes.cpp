@@ -113,7 +113,9 @@ bool isConsistent(const DialogData& data) {
   if (data.local.empty() != data.remote.empty() || data.local.empty() == data.offerer.has_value())
     return false;
   if (!data.local.empty() && data.sent.empty()) return false;
-  if (data.state == DialogState::localOffer) return data.sent == data.pending;
+  if (data.state == DialogState::localOffer) {
+    return data.sent == data.pending || data.local == data.pending;
+  }
   return data.pendingIntent == Intent();
 }
 

@@ -27,7 +27,8 @@ struct DialogData {
   std::string local;
   std::string remote;
   std::string pending;
-  std::string sent;  ///< the last local body that went out, also when it was refused
+  /// The last local body that went out, also when it was refused: then until one goes out that is not the current one.
+  std::string sent;
   std::string
       payloads;   ///< what payload numbers of local bodies stand and stood for, as remembered() writes it
   Intent intent;  ///< behind the current local body

@@ -79,11 +79,11 @@ LocalBody offerDescription(DialogData& data, std::string_view description) {
   const Arrangement places = arrange(wanted, local, remote);
   data.pendingIntent = {data.intent.isHeld, directionsBy(places, wanted)};
   const std::string text = composed(wanted, places, {known, local, remote});
-  if (!data.intent.isHeld) return sendOffer(data, following(text, data.sent));
+  if (!data.intent.isHeld) return sendOffer(data, versioned(data, text));
   Document body;
   read(body, text);
   setDirections(body, [](std::uint32_t, Direction direction) { return held(direction); });
-  return sendOffer(data, following(body.text(), data.sent));
+  return sendOffer(data, versioned(data, body.text()));
 }
 
 LocalBody offerFinished(DialogData& data, std::string_view body) {
@@ -117,7 +117,7 @@ LocalBody offerAgain(DialogData& data, bool isHeld) {
   });
   offerBothRoles(body);
   data.pendingIntent = {isHeld, before};
-  return sendOffer(data, following(body.text(), data.sent));
+  return sendOffer(data, versioned(data, body.text()));
 }
 
 ReceivedOffer takeOffer(DialogData& data, std::string_view body) {

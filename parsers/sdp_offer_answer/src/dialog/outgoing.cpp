@@ -5,6 +5,7 @@
 #include "answer/direction.h"
 #include "bodies.h"
 #include "bundles.h"
+#include "origins.h"
 #include "payloads.h"
 
 namespace sdp::exchange {
@@ -17,6 +18,13 @@ bool receivesAny(const Document& body) {
     if (receives && isHoldable(section)) return true;
   }
   return false;
+}
+
+/// Whether a text has a higher version than another one of the same session.
+bool isLater(std::string_view text, std::string_view other) {
+  const std::optional<Origin> now = originOf(text);
+  const std::optional<Origin> before = originOf(other);
+  return now && before && now->isSameSession(*before) && compareVersions(now->version, before->version) > 0;
 }
 
 }  // namespace
@@ -32,7 +40,14 @@ void rememberSent(DialogData& data, const Document& body) {
   Document before;
   read(before, data.payloads);
   data.payloads = remembered(body, before);
-  data.sent = body.text();
+  // The current body again leaves the version of a later offer used that was refused.
+  if (body.text() != data.local || !isLater(data.sent, data.local)) data.sent = body.text();
+}
+
+std::string versioned(const DialogData& data, std::string_view text) {
+  // Where another offer was refused in between, the peer is back at the current body.
+  const bool isCurrent = originOf(text) && originOf(data.local) && haveSameLines(text, data.local);
+  return isCurrent ? data.local : following(text, data.sent);
 }
 
 Intent finishedIntent(const Intent& before, const Document& body, const Document& offer) {

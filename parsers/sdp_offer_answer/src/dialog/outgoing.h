@@ -3,6 +3,9 @@
 
 // What offers and answers of one's own have in common.
 
+#include <string>
+#include <string_view>
+
 #include "dialogData.h"
 #include "sdpDocument.h"
 
@@ -12,6 +15,10 @@ LocalBody refused(DialogFailure failure, std::uint32_t section = 0);
 
 /// Puts what is known of the dialog's bodies up to date with one that goes out.
 void rememberSent(DialogData& data, const Document& body);
+
+/// A text as it goes out: the current body again when nothing but the o-line differs, else with the o-line of the last
+/// body that went out and a version of its own.
+std::string versioned(const DialogData& data, std::string_view text);
 
 /// What the engine wants by a body that it made itself. Hold ends when it receives in any section. Where a direction is
 /// what the peer's offer left of the one wanted before, that is still wanted.

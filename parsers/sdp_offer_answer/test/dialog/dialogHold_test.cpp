@@ -90,7 +90,10 @@ TEST(DialogHold, AHoldThatIsRefusedIsNone) {
   ASSERT_TRUE(dialog.hold());
   ASSERT_TRUE(dialog.rollback());
   EXPECT_FALSE(dialog.isHeld());
-  expectReoffer(dialog, dialog.resume(), "3", kAudio);
+  // The peer is back at the first body.
+  const sdp::LocalBody same = dialog.resume();
+  EXPECT_TRUE(same.isRefresh);
+  expectReoffer(dialog, same, "1", kAudio);
 }
 
 TEST(DialogHold, AResumeThatIsRefusedLeavesTheHold) {

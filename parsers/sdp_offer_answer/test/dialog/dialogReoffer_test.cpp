@@ -102,6 +102,19 @@ constexpr Mids kMids[] = {
      "a=group:BUNDLE a v|m=audio 5000 RTP/AVP 0|a=mid:a|m=video 5000 RTP/AVP 31|a=mid:v|",
      "a=group:BUNDLE a v|m=audio 4000 RTP/AVP 0|a=mid:a|m=video 0 RTP/AVP 31|a=mid:v|",
      "a=group:BUNDLE a|m=audio 4000 RTP/AVP 0|a=mid:a|m=video 0 RTP/AVP 31|a=mid:v|"},
+    {"a section without mid has that of its place", "m=audio 4000 RTP/AVP 0|a=mid:0|",
+     "m=audio 5000 RTP/AVP 0|a=mid:0|", "m=audio 4000 RTP/AVP 8|a=ptime:20|",
+     "m=audio 4000 RTP/AVP 8|a=ptime:20|a=mid:0|"},
+    {"an empty one gives way to it", "m=audio 4000 RTP/AVP 0|a=mid:0|", "m=audio 5000 RTP/AVP 0|a=mid:0|",
+     "m=audio 4000 RTP/AVP 0|a=mid:|a=ptime:20|", "m=audio 4000 RTP/AVP 0|a=mid:0|a=ptime:20|"},
+    {"a new section takes no mid that one without had", "m=audio 4000 RTP/AVP 0|a=mid:0|",
+     "m=audio 5000 RTP/AVP 0|a=mid:0|", "m=audio 4000 RTP/AVP 0|m=video 4002 RTP/AVP 31|a=mid:0|",
+     "m=audio 4000 RTP/AVP 0|a=mid:0|m=video 4002 RTP/AVP 31|a=mid:1|"},
+    {"a new section without mid in a disabled place has none",
+     "m=audio 4000 RTP/AVP 0|a=mid:0|m=video 0 RTP/AVP 31|a=mid:1|",
+     "m=audio 5000 RTP/AVP 0|a=mid:0|m=video 0 RTP/AVP 31|a=mid:1|",
+     "m=audio 4000 RTP/AVP 0|m=video 4002 RTP/AVP 31|",
+     "m=audio 4000 RTP/AVP 0|a=mid:0|m=video 4002 RTP/AVP 31|"},
     {"a new section takes no mid that was used, the one of its disabled place included",
      "m=audio 4000 RTP/AVP 0|a=mid:0|m=video 0 RTP/AVP 31|a=mid:1|",
      "m=audio 5000 RTP/AVP 0|a=mid:0|m=video 0 RTP/AVP 31|a=mid:1|",
@@ -331,7 +344,34 @@ TEST(DialogReoffer, AVersionThatWasRefusedIsNotUsedForAnotherText) {
   ASSERT_TRUE(dialog.rollback());
   EXPECT_EQ(textOf(dialog.offer(ours("1", "m=audio 4000 RTP/AVP 8|"))), ours("2", "m=audio 4000 RTP/AVP 8|"));
   ASSERT_TRUE(dialog.rollback());
-  EXPECT_EQ(textOf(dialog.offer(ours("1", kAudio))), ours("3", kAudio));
+  EXPECT_EQ(textOf(dialog.offer(ours("1", "m=audio 4000 RTP/AVP 9|"))), ours("3", "m=audio 4000 RTP/AVP 9|"));
+}
+
+TEST(DialogReoffer, TheCurrentBodyComesAgainAsItWasAfterAnOfferThatWasRefused) {
+  Dialog dialog = offered(ours("1", kAudio), theirs("1", kPeersAudio));
+  ASSERT_TRUE(dialog.offer(ours("1", "m=audio 4000 RTP/AVP 8|")));
+  ASSERT_TRUE(dialog.rollback());
+  const sdp::LocalBody same = dialog.offer(ours("1", kAudio));
+  EXPECT_TRUE(same.isRefresh);
+  EXPECT_EQ(textOf(same), ours("1", kAudio));
+  expectRoundTrip(dialog);
+  ASSERT_TRUE(dialog.receiveAnswer(theirs("1", kPeersAudio)));
+  // Answers too.
+  ASSERT_TRUE(dialog.receiveOffer(theirs("2", kPeersAudio)));
+  const sdp::LocalBody answer = dialog.answer(ours("1", kAudio));
+  EXPECT_TRUE(answer.isRefresh);
+  EXPECT_EQ(textOf(answer), ours("1", kAudio));
+  // The version of the refused offer stays used.
+  EXPECT_EQ(textOf(dialog.offer(ours("1", "m=audio 4000 RTP/AVP 9|"))), ours("3", "m=audio 4000 RTP/AVP 9|"));
+}
+
+TEST(DialogReoffer, AFinishedBodyOfAnEarlierVersionThatWasRefusedDoesNotCount) {
+  Dialog dialog = offered(ours("5", kAudio), theirs("1", kPeersAudio));
+  ASSERT_TRUE(dialog.offerAsIs(ours("2", "m=audio 4000 RTP/AVP 8|")));
+  ASSERT_TRUE(dialog.rollback());
+  EXPECT_EQ(textOf(dialog.offer(ours("1", kAudio))), ours("5", kAudio));
+  ASSERT_TRUE(dialog.rollback());
+  EXPECT_EQ(textOf(dialog.offer(ours("1", "m=audio 4000 RTP/AVP 9|"))), ours("6", "m=audio 4000 RTP/AVP 9|"));
 }
 
 TEST(DialogReoffer, TheFirstOfferHasTheLinesOfTheDescription) {

@@ -176,7 +176,7 @@ void ModelledDialog::answer() {
   require_(read(body.text).sectionCount() == offered.sectionCount(),
            "an answer has the sections of its offer");
   if (!isFinished) checkVersion(body.text);
-  sent_ = body.text;
+  rememberSent(body.text);
   rememberNumbers(read(body.text));
   offerer_ = Party::remote;
   ++exchanges_;
@@ -254,14 +254,22 @@ void ModelledDialog::takeSent(const sdp::LocalBody& body, bool isFinished) {
       require_(!receives, "who holds does not receive");
   }
   rememberNumbers(offer);
-  sent_ = body.text;
+  rememberSent(body.text);
 }
 
 void ModelledDialog::checkVersion(std::string_view text) {
   if (sent_.empty()) return;
+  if (withoutOrigin(text) == withoutOrigin(local_)) {
+    return require_(text == local_, "the current body comes again as it is");
+  }
   const bool isSame = withoutOrigin(text) == withoutOrigin(sent_);
   require_(versionOf(text) == versionOf(sent_) + (isSame ? 0 : 1),
            "the version is raised when the text differs");
+}
+
+/// The current body again leaves the version of a later offer used.
+void ModelledDialog::rememberSent(const std::string& text) {
+  if (text != local_ || versionOf(sent_) <= versionOf(text)) sent_ = text;
 }
 
 void ModelledDialog::checkPlaces(const Document& offer) {

@@ -62,6 +62,7 @@ class ModelledDialog {
                  DialogFailure remote);
   void takeSent(const sdp::LocalBody& body, bool isFinished);
   void checkVersion(std::string_view text);
+  void rememberSent(const std::string& text);
   void checkPlaces(const Document& offer);
   void checkNumbers(const Document& offer);
   void rememberNumbers(const Document& body);

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "plainText.h"
+
 namespace sdp::exchange {
 namespace {
 
@@ -39,7 +41,7 @@ void Bundles::findMembers() {
   std::vector<Member> members;
   for (const Section& section : document_->sections()) {
     const std::optional<std::uint32_t> group = section.bundle();
-    if (!group) continue;
+    if (!group || !isPlain(section.mid())) continue;
     groupOf_[section.index()] = *group;
     members.push_back({section.mid(), section.index()});
   }

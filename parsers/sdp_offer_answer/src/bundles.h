@@ -22,7 +22,8 @@ std::string_view nameOf(Credential credential);
 /// Where an attribute that holds for a section stands.
 enum class Place : std::uint8_t { nowhere, section, session, group };
 
-/// The groups of a body, read once. The document must outlive it, and not be edited.
+/// The groups of a body, read once. A mid at which a reader might end its line is none. The document must outlive it,
+/// and not be edited.
 class Bundles {
  public:
   explicit Bundles(const Document& document);

@@ -42,13 +42,23 @@ Codec codecOf(const Format& format) {
   Codec codec;
   codec.payload = format.format;
   codec.isCompanion = format.isCompanion;
-  if (format.encoding) {
+  if (format.encoding && readNumber(format.format)) {
     codec.name = format.encoding->name;
     codec.clockRate = format.encoding->clockRate;
     codec.channels = format.encoding->channels;
     codec.family = familyOf(codec.name);
   }
   return codec;
+}
+
+std::string_view aptOf(const Codec& rtx) {
+  const std::string_view value = Fields(rtx.parameter("apt").value_or(std::string_view()))[0];
+  return readNumber(value) ? value : std::string_view();
+}
+
+std::string_view carriedBy(const Codec& red) {
+  const std::string_view text = red.parameters();
+  return Fields(text.substr(0, text.find(';')))[0];
 }
 
 }  // namespace
@@ -65,18 +75,6 @@ bool Codec::hasParameter(std::string_view wanted) const {
   return std::any_of(fmtps.begin(), fmtps.end(), [wanted](std::string_view parameters) {
     return parameterOf(parameters, wanted).has_value();
   });
-}
-
-std::string_view Codec::apt() const {
-  if (family != Family::rtx) return {};
-  const std::string_view value = Fields(parameter("apt").value_or(std::string_view()))[0];
-  return readNumber(value) ? value : std::string_view();
-}
-
-std::string_view Codec::carried() const {
-  if (family != Family::red) return {};
-  const std::string_view text = parameters();
-  return Fields(text.substr(0, text.find(';')))[0];
 }
 
 std::string_view Payloads::next() {
@@ -140,6 +138,8 @@ void CodecList::readParameters(const Section& section) {
     Codec& codec = codecs_[static_cast<std::size_t>(lines[first].codec - codecs_.data())];
     codec.fmtp = fmtps_[first];
     codec.fmtps = std::span(fmtps_).subspan(first, i - first);
+    if (codec.family == Family::rtx) codec.served = aptOf(codec);
+    if (codec.family == Family::red) codec.served = carriedBy(codec);
   }
 }
 

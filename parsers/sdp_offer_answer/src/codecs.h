@@ -33,11 +33,13 @@ enum class Family : std::uint8_t {
 /// A payload type of an RTP section.
 struct Codec {
   std::string_view payload;
-  std::string_view name;  ///< of the encoding; empty when that is unknown
+  std::string_view
+      name;  ///< of the encoding; empty when that is unknown, and where the payload type is no number
   std::uint32_t clockRate = 0;
   std::uint32_t channels = 1;
   std::optional<std::string_view> fmtp;     ///< what stands behind the payload type in its first fmtp
   std::span<const std::string_view> fmtps;  ///< in all its fmtp, in the order of their lines
+  std::string_view served;                  ///< what rtx and red tell of others, read from their fmtp once
   Family family = Family::other;
   bool isCompanion = false;  ///< it serves other formats
 
@@ -47,9 +49,9 @@ struct Codec {
   /// Whether a parameter is there, with a value or without.
   bool hasParameter(std::string_view wanted) const;
   /// The payload type that rtx repairs; empty without one.
-  std::string_view apt() const;
+  std::string_view apt() const { return family == Family::rtx ? served : std::string_view(); }
   /// The payload types that red carries, with slashes between; empty without.
-  std::string_view carried() const;
+  std::string_view carried() const { return family == Family::red ? served : std::string_view(); }
 };
 
 /// The payload types of a section, each once, in the order of its m-line.
@@ -97,8 +99,6 @@ class Sameness {
   bool areSame(const Codec& x, const Codec& y);
 
  private:
-  bool areSameAlone(const Codec& x, const Codec& y);
-
   const CodecList* a_;
   const CodecList* b_;
   std::vector<std::uint8_t> known_;  ///< by format of a and of b

@@ -69,7 +69,7 @@ bool haveCommonModes(const Codec& x, const Codec& y) {
 
 /// All but formats that serve others by their payload types.
 bool areSameAlone(const Codec& x, const Codec& y) {
-  if (!haveSameEncoding(x, y) || !agree(x, y)) return false;
+  if (!agree(x, y)) return false;
   if (x.family == Family::h264) return haveSameProfile(x, y);
   if (x.family == Family::amr) return haveCommonModes(x, y);
   return x.family != Family::telephoneEvent || (eventsOf(x) & eventsOf(y)).any();
@@ -77,27 +77,27 @@ bool areSameAlone(const Codec& x, const Codec& y) {
 
 bool isForOthers(const Codec& codec) { return codec.family == Family::rtx || codec.family == Family::red; }
 
-/// Two lists, and how their formats compare that are neither red nor rtx: `Alone(const Codec&, const Codec&)`.
-template <typename Alone>
+using Known = std::vector<std::uint8_t>;
+
+/// Two lists, and what is known of their formats already.
 struct Comparison {
   const CodecList& a;
   const CodecList& b;
-  Alone alone;
+  Known* known;  ///< by format of a and of b; null where nothing is kept
 
+  bool areSame(const Codec& x, const Codec& y) const;
+  bool areSameButRtx(const Codec& x, const Codec& y) const;
+  bool haveSameCarried(const Codec& x, const Codec& y) const;
   /// Whether two payload types stand for the same, neither of them red or rtx.
   bool areSamePayloads(std::string_view p, std::string_view q) const {
     const Codec* const x = a.find(p);
     const Codec* const y = b.find(q);
-    return x != nullptr && y != nullptr && !isForOthers(*x) && !isForOthers(*y) && alone(*x, *y);
+    return x != nullptr && y != nullptr && !isForOthers(*x) && !isForOthers(*y) && areSameButRtx(*x, *y);
   }
-  bool haveSameCarried(const Codec& x, const Codec& y) const;
-  bool haveSameApt(const Codec& x, const Codec& y) const;
-  bool areSame(const Codec& x, const Codec& y) const;
 };
 
 /// What red carries is the same in order, where both tell it.
-template <typename Alone>
-bool Comparison<Alone>::haveSameCarried(const Codec& x, const Codec& y) const {
+bool Comparison::haveSameCarried(const Codec& x, const Codec& y) const {
   Payloads ours(x.carried());
   Payloads others(y.carried());
   std::string_view p = ours.next();
@@ -109,27 +109,25 @@ bool Comparison<Alone>::haveSameCarried(const Codec& x, const Codec& y) const {
   return p.empty() && q.empty();
 }
 
-template <typename Alone>
-bool Comparison<Alone>::haveSameApt(const Codec& x, const Codec& y) const {
+/// Formats of one encoding, compared but once where that is kept: many rtx may serve one of them.
+bool Comparison::areSameButRtx(const Codec& x, const Codec& y) const {
+  enum : std::uint8_t { unknown, same, different };
+  if (!haveSameEncoding(x, y)) return false;
+  const auto compare = [&] { return x.family == Family::red ? haveSameCarried(x, y) : areSameAlone(x, y); };
+  if (known == nullptr) return compare();
+  if (known->empty()) known->resize(a.size() * b.size(), unknown);
+  const std::size_t place = a.placeOf(x) * b.size() + b.placeOf(y);
+  if ((*known)[place] == unknown) (*known)[place] = compare() ? same : different;
+  return (*known)[place] == same;
+}
+
+bool Comparison::areSame(const Codec& x, const Codec& y) const {
+  if (x.family != Family::rtx) return areSameButRtx(x, y);
+  if (!haveSameEncoding(x, y)) return false;
   const Codec* const served = a.find(x.apt());
   const Codec* const other = b.find(y.apt());
-  if (served == nullptr || other == nullptr) return false;
-  if (served->family == Family::red && other->family == Family::red) {
-    return haveSameEncoding(*served, *other) && haveSameCarried(*served, *other);
-  }
-  return areSamePayloads(served->payload, other->payload);
-}
-
-template <typename Alone>
-bool Comparison<Alone>::areSame(const Codec& x, const Codec& y) const {
-  if (!isForOthers(x) && !isForOthers(y)) return alone(x, y);
-  if (!haveSameEncoding(x, y)) return false;
-  return x.family == Family::red ? haveSameCarried(x, y) : haveSameApt(x, y);
-}
-
-template <typename Alone>
-Comparison<Alone> comparisonOf(const CodecList& a, const CodecList& b, Alone alone) {
-  return {a, b, alone};
+  return served != nullptr && other != nullptr && served->family != Family::rtx &&
+         areSameButRtx(*served, *other);
 }
 
 }  // namespace
@@ -151,21 +149,9 @@ bool haveSameEncoding(const Codec& x, const Codec& y) {
 }
 
 bool areSame(const CodecList& a, const Codec& x, const CodecList& b, const Codec& y) {
-  return comparisonOf(a, b, &areSameAlone).areSame(x, y);
+  return Comparison{a, b, nullptr}.areSame(x, y);
 }
 
-bool Sameness::areSame(const Codec& x, const Codec& y) {
-  const auto alone = [this](const Codec& one, const Codec& other) { return areSameAlone(one, other); };
-  return comparisonOf(*a_, *b_, alone).areSame(x, y);
-}
-
-bool Sameness::areSameAlone(const Codec& x, const Codec& y) {
-  enum : std::uint8_t { unknown, same, different };
-  if (!haveSameEncoding(x, y)) return false;
-  if (known_.empty()) known_.resize(a_->size() * b_->size(), unknown);
-  std::uint8_t& known = known_[a_->placeOf(x) * b_->size() + b_->placeOf(y)];
-  if (known == unknown) known = exchange::areSameAlone(x, y) ? same : different;
-  return known == same;
-}
+bool Sameness::areSame(const Codec& x, const Codec& y) { return Comparison{*a_, *b_, &known_}.areSame(x, y); }
 
 }  // namespace sdp::exchange

@@ -5,8 +5,8 @@
 #include <algorithm>
 
 #include "h264.h"
-#include "parameterSets.h"
 #include "parameters.h"
+#include "plainText.h"
 #include "text/search.h"
 
 namespace sdp::exchange {
@@ -34,6 +34,16 @@ std::string withList(std::string_view text, std::string_view list) {
   if (present.empty()) return std::string(" ").append(list).append(trimmed(text));
   const auto begin = static_cast<std::size_t>(present.data() - text.data());
   return std::string(text.substr(0, begin)).append(list).append(text.substr(begin + present.size()));
+}
+
+/// A list of payload types without what else stands there.
+std::string joinedPayloads(std::string_view carried) {
+  std::string list;
+  Payloads payloads(carried);
+  for (std::string_view payload = payloads.next(); !payload.empty(); payload = payloads.next()) {
+    list.append(list.empty() ? "" : "/").append(payload);
+  }
+  return list;
 }
 
 }  // namespace
@@ -91,9 +101,17 @@ void FormatParameters::restrictModes() {
   const std::optional<ModeSet> theirs = modesOf(*pair_.offered);
   if (!theirs) return;
   const std::optional<ModeSet> ours = modesOf(*pair_.local);
-  if (!ours) return set(kModes, *pair_.offered->parameter(kModes));
+  if (!ours) return takeModes(*pair_.offered->parameter(kModes), *theirs);
   if ((*ours & *theirs) == *ours) return;
   set(kModes, textOfCommonModes(*pair_.local->parameter(kModes), *theirs));
+}
+
+/// Of a text that may not stand in a line the modes that were understood are taken.
+void FormatParameters::takeModes(std::string_view text, ModeSet modes) {
+  constexpr std::string_view kModes = "mode-set";
+  if (isPlain(text)) return set(kModes, text);
+  modes.reset(kOtherMode);
+  if (modes.any()) set(kModes, textOfCommonModes(text, modes));
 }
 
 void FormatParameters::restrictEvents() {
@@ -114,7 +132,7 @@ void FormatParameters::translateCarried(const AnsweredFormats& answered, const C
     list += codec->payload;
   }
   const std::string_view theirs = pair_.offered->carried();
-  if (!Payloads(theirs).next().empty()) list = theirs;
+  if (!Payloads(theirs).next().empty()) list = isPlain(theirs) ? std::string(theirs) : joinedPayloads(theirs);
   if (!Payloads(pair_.local->carried()).next().empty() && list != pair_.local->carried()) list_ = list;
 }
 

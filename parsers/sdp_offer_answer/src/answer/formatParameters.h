@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "answer/formatChoice.h"
+#include "parameterSets.h"
 
 namespace sdp::exchange {
 
@@ -35,6 +36,7 @@ class FormatParameters {
   void set(std::string_view name, std::string_view text);
   void lowerLevel();
   void restrictModes();
+  void takeModes(std::string_view text, ModeSet modes);
   void restrictEvents();
   void translateCarried(const AnsweredFormats& answered, const CodecList& local);
 

@@ -5,6 +5,7 @@
 #include "answer/fax.h"
 #include "answer/sides.h"
 #include "parameters.h"
+#include "plainText.h"
 #include "text/search.h"
 
 namespace sdp::exchange {
@@ -24,6 +25,7 @@ bool isKnownProfile(std::string_view profile) {
 bool canServe(const Section& local, const Section& offered) {
   if (!offered.isRtp()) return sdpneg::equalNoCase(offered.transport(), local.transport());
   if (offered.transport() == local.transport()) return true;
+  if (!isPlain(offered.transport())) return false;
   return local.isRtp() && isOverTcp(offered.transport()) == isOverTcp(local.transport()) &&
          isKnownProfile(profileOf(offered.transport())) && isKnownProfile(profileOf(local.transport()));
 }

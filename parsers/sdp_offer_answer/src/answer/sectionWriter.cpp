@@ -8,6 +8,7 @@
 #include "answer/direction.h"
 #include "answer/fax.h"
 #include "answer/iceAttributes.h"
+#include "plainText.h"
 
 namespace sdp::exchange {
 
@@ -113,7 +114,7 @@ void SectionWriter::write() {
   for (const Attribute& attribute : sides_.local.session().attributes("extmap")) takeExtension(attribute);
   addFormats();
   if (!isDirectionWritten_ && direction() != Direction::sendrecv) out_.add({"a=", textOf(direction())});
-  if (!isMidWritten_ && !section_.offered.mid().empty()) out_.addAttribute("mid", section_.offered.mid());
+  writeMid();
 }
 
 void SectionWriter::writeHead() {
@@ -137,8 +138,10 @@ void SectionWriter::writeLines(const Section& from, std::string_view kind) {
 void SectionWriter::copy(const Attribute& attribute) { out_.add(attribute); }
 void SectionWriter::leaveOut(const Attribute& /*attribute*/) {}
 
-void SectionWriter::takeMid(const Attribute& /*attribute*/) {
-  const std::string_view mid = section_.offered.mid();
+void SectionWriter::takeMid(const Attribute& /*attribute*/) { writeMid(); }
+
+void SectionWriter::writeMid() {
+  const std::string_view mid = plainOrEmpty(section_.offered.mid());
   if (!isMidWritten_ && !mid.empty()) out_.addAttribute("mid", mid);
   isMidWritten_ = true;
 }

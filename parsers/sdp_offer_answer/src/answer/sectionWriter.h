@@ -71,6 +71,7 @@ class SectionWriter {
 
   void writeLines(const Section& from, std::string_view kind);
   Direction direction() const;
+  void writeMid();
   void writeSetup();
   void writeIceOfLeader();
   void writeFeedback(std::string_view payload, std::string_view rest);

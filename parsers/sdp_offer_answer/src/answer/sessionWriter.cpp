@@ -8,6 +8,7 @@
 
 #include "answer/iceAttributes.h"
 #include "answer/sectionWriter.h"
+#include "plainText.h"
 
 namespace sdp::exchange {
 namespace {
@@ -44,8 +45,13 @@ void writeConnection(const Document& local, Lines& out) {
 }
 
 void writeTimes(const Document& offer, Lines& out) {
-  const bool hasTime = !firstLine(offer.session(), "t=").empty();
-  hasTime ? writeAll(offer.session(), "t=", out) : out.add({"t=0 0"});
+  bool hasTime = false;
+  for (const Line& line : offer.session().lines()) {
+    if (!line.content.starts_with("t=") || !isPlain(line.content)) continue;
+    out.add({line.content});
+    hasTime = true;
+  }
+  if (!hasTime) out.add({"t=0 0"});
 }
 
 /// Attributes of the local session that are no such, that each section has for itself, or that answers never have.
@@ -149,7 +155,7 @@ void writeSession(const Sides& sides, const Matches& matches, Lines& out) {
 void writeRefused(const Section& offered, Lines& out) {
   std::string_view mLine = (*offered.lines().begin()).content.substr(2);
   const auto next = [&mLine](std::string_view otherwise) {
-    const std::string_view field = Fields::takeField(mLine);
+    const std::string_view field = plainOrEmpty(Fields::takeField(mLine));
     return field.empty() ? otherwise : field;
   };
   const std::string_view media = next("audio");
@@ -157,7 +163,7 @@ void writeRefused(const Section& offered, Lines& out) {
   const std::string_view transport = next("RTP/AVP");
   out.add({"m=", media, " 0 ", transport, " ", next("0")});
   const std::optional<Attribute> mid = offered.attribute("mid");
-  const std::string_view value = mid ? mid->fields()[0] : std::string_view();
+  const std::string_view value = mid ? plainOrEmpty(mid->fields()[0]) : std::string_view();
   if (!value.empty()) out.addAttribute("mid", value);
 }
 

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "judge/bodies.h"
+#include "plainText.h"
 #include "text/search.h"
 
 namespace sdp::exchange {
@@ -22,16 +23,19 @@ State stateOf(const Pair& pair) {
   return pair.offered.isReadable() && !pair.offered.isDisabled() ? State::accepted : State::notAcceptable;
 }
 
+/// What an answer may have in the place of a field that is missing, or may not stand in lines of ours, is not judged.
+bool isJudged(std::string_view offered) { return !offered.empty() && isPlain(offered); }
+
 void judgeMedia(const Pair& pair, const MLineFields& offered, const MLineFields& answered,
                 Findings& findings) {
-  if (offered.media.empty() || offered.media == answered.media) return;
+  if (!isJudged(offered.media) || offered.media == answered.media) return;
   findings.add(pair.number, AnswerRule::sectionMedia,
                {shown(answered.media), " answers ", shown(offered.media)});
 }
 
 void judgeTransport(const Pair& pair, const MLineFields& offered, const MLineFields& answered,
                     Findings& findings) {
-  if (offered.transport.empty() || offered.transport == answered.transport) return;
+  if (!isJudged(offered.transport) || offered.transport == answered.transport) return;
   const bool isRtp = sdpneg::contains(offered.transport, "RTP/");
   if (!isRtp && sdpneg::equalNoCase(offered.transport, answered.transport)) return;
   findings.add(pair.number, AnswerRule::transport,

@@ -121,6 +121,9 @@ struct [[nodiscard]] DialogBytes {
 /// used by one thread at a time; copies are independent.
 class SDP_OFFER_ANSWER_API Dialog {
  public:
+  /// The most sections that a peer's offer may have: what is agreed of one takes far more memory than its m-line.
+  static constexpr std::uint32_t kMaximumSections = 4096;
+
   /// Nothing was said yet. Allocates nothing.
   Dialog() noexcept = default;
 
@@ -167,7 +170,7 @@ class SDP_OFFER_ANSWER_API Dialog {
   LocalBody resume() noexcept;
 
   /// Takes a peer's offer.
-  /// @return what it changes; brokenBody, offerPending, glare, noMemory, textTooLong
+  /// @return what it changes; brokenBody, tooManySections, offerPending, glare, noMemory, textTooLong
   ReceivedOffer receiveOffer(std::string_view body) noexcept;
   /// Answers the peer's offer by makeAnswer(), with DTLS roles that were agreed before. Where no answer comes the offer
   /// stays pending: who refuses it because of nothingAccepted (488 in SIP) drops it by rollback().
@@ -194,7 +197,7 @@ class SDP_OFFER_ANSWER_API Dialog {
   /// The dialog as bytes, for a later restore(), also by another process. They have keys.
   DialogBytes serialise() const noexcept;
   /// Becomes the dialog that was made to bytes.
-  /// @return damaged, unknownFormat, noMemory
+  /// @return damaged, also where the bodies cannot be a dialog's, unknownFormat, noMemory
   DialogStatus restore(std::string_view bytes) noexcept;
 
   /// Whether both are in the same state with the same bodies, and will go on alike.

@@ -38,6 +38,7 @@ enum class DialogFailure : std::uint8_t {
   noLocalSection,     ///< the local description has no section
   nothingAccepted,    ///< no section would be accepted
   noSection,          ///< there is no section of this number
+  tooManySections,    ///< a peer's offer has more sections than Dialog::kMaximumSections
 
   // Of a serialised dialog.
   damaged = 64,   ///< it is none, or not whole, or changed

@@ -105,6 +105,7 @@ class Agreement {
 AgreedMedia agreedMedia(const DialogData& data) {
   AgreedMedia agreed;
   const Agreement agreement(data);
+  agreed.sections.reserve(agreement.sectionCount());
   for (std::uint32_t i = 1; i <= agreement.sectionCount(); ++i)
     agreed.sections.push_back(agreement.section(i));
   return agreed;

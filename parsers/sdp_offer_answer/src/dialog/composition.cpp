@@ -4,6 +4,7 @@
 
 #include <set>
 
+#include "plainText.h"
 #include "renumbering.h"
 #include "text/search.h"
 
@@ -69,7 +70,7 @@ class Mids {
   /// A section goes on where its medium was; what takes a disabled place is another one, unless it
   /// is of its media and has its mid.
   static bool goesOn(const Section& section, const Section& place, const KnownPayloads& known) {
-    if (place.mid().empty()) return false;
+    if (plainOrEmpty(place.mid()).empty()) return false;
     const Section theirs = known.remote.section(place.index());
     const bool isDisabled = place.isDisabled() || theirs.isDisabled() || !theirs.isReadable();
     return !isDisabled || (section.mid() == place.mid() && section.media() == place.media());
@@ -136,16 +137,28 @@ class Composer {
     if (!hasMid) addMid(mid);
   }
 
+  static bool areLinesPlain(const Section& section) {
+    for (const Line& line : section.lines()) {
+      if (!isPlain(line.content)) return false;
+    }
+    return true;
+  }
+
   void addDisabled(const Section& section) {
-    if (section.isDisabled()) {
+    if (section.isDisabled() && areLinesPlain(section)) {
       for (const Line& line : section.lines()) {
         if (!line.content.empty()) addLine(text_, line.content);
       }
       return;
     }
-    text_.append("m=").append(section.media()).append(" 0 ").append(section.transport()).append(" ");
-    addLine(text_, section.formats().begin()->format);
-    if (!section.mid().empty()) addMid(section.mid());
+    // What a finished body took over of the peer's may be no text of one line.
+    const auto plainOr = [](std::string_view text, std::string_view otherwise) {
+      return isPlain(text) ? text : otherwise;
+    };
+    text_.append("m=").append(plainOr(section.media(), "audio")).append(" 0 ");
+    text_.append(plainOr(section.transport(), "RTP/AVP")).append(" ");
+    addLine(text_, plainOr(section.formats().begin()->format, "0"));
+    if (const std::string_view mid = plainOrEmpty(section.mid()); !mid.empty()) addMid(mid);
   }
 
   void addMid(std::string_view mid) { addLine(text_, std::string(kMid).append(mid)); }

@@ -3,6 +3,7 @@
 
 #include <concepts>
 
+#include "bodies.h"
 #include "checksum.h"
 #include "exchange.h"
 #include "sdpDocument.h"
@@ -88,6 +89,24 @@ class Reader {
   bool isGood_ = true;
 };
 
+/// Whether bodies can be a dialog's.
+bool areGood(const DialogData& data) {
+  Document local;
+  Document remote;
+  Document pending;
+  read(local, data.local);
+  read(remote, data.remote);
+  read(pending, data.pending);
+  if (!data.local.empty()) {
+    if (!isDescription(local) || !isDescription(remote) || firstUnreadable(local) != 0) return false;
+    if (local.sectionCount() != remote.sectionCount()) return false;
+  }
+  if (data.state == DialogState::stable) return true;
+  if (!isDescription(pending)) return false;
+  if (data.state == DialogState::remoteOffer) return true;
+  return firstUnreadable(pending) == 0 && pending.sectionCount() >= local.sectionCount();
+}
+
 /// Whether data can be a dialog's.
 bool isConsistent(const DialogData& data) {
   if (data.pending.empty() != (data.state == DialogState::stable)) return false;
@@ -140,7 +159,7 @@ DialogFailure readBytes(std::string_view bytes, DialogData& data) {
   }
   next.intent = reader.intent();
   next.pendingIntent = reader.intent();
-  if (!reader.isDone() || !isConsistent(next)) return DialogFailure::damaged;
+  if (!reader.isDone() || !isConsistent(next) || !areGood(next)) return DialogFailure::damaged;
   data = std::move(next);
   return DialogFailure::none;
 }

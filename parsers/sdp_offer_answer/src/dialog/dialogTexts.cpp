@@ -54,6 +54,8 @@ std::string_view textOf(DialogFailure failure) noexcept {
       return "no section would be accepted";
     case DialogFailure::noSection:
       return "there is no such section";
+    case DialogFailure::tooManySections:
+      return "the offer has too many sections";
     case DialogFailure::damaged:
       return "the bytes are no whole dialog";
     case DialogFailure::unknownFormat:

@@ -133,6 +133,10 @@ ReceivedOffer takeOffer(DialogData& data, std::string_view body) {
     result.failure = DialogFailure::brokenBody;
     return result;
   }
+  if (offer.sectionCount() > Dialog::kMaximumSections) {
+    result.failure = DialogFailure::tooManySections;
+    return result;
+  }
   result = changesOf(offer, current);
   data.state = step.next;
   data.pending = body;

@@ -114,6 +114,54 @@ TEST(DialogBytes, WhatNoDialogHoldsIsRefused) {
   }
 }
 
+/// The bytes of a dialog in which a piece of its bodies is another one of the same length.
+std::string withOther(const Dialog& dialog, std::string_view piece, std::string_view other) {
+  std::string bytes = dialog.serialise().bytes;
+  EXPECT_EQ(piece.size(), other.size());
+  const std::size_t first = bytes.find(piece);
+  EXPECT_NE(first, std::string::npos) << piece;
+  for (std::size_t at = first; at != std::string::npos; at = bytes.find(piece, at + piece.size())) {
+    bytes.replace(at, piece.size(), other);
+  }
+  return dialogBytes::withSum(bytes);
+}
+
+TEST(DialogBytes, BodiesThatNoDialogHoldsAreRefused) {
+  Dialog offering;
+  EXPECT_TRUE(offering.offer(ours("1", kAudio)));
+  Dialog asked;
+  EXPECT_TRUE(asked.receiveOffer(theirs("1", "")));
+  const Dialog agreed = offered(ours("1", kAudio), theirs("1", kPeersAudio));
+  const Dialog empty = offered(ours("1", ""), theirs("1", ""));
+  Dialog again = agreed;
+  EXPECT_TRUE(again.hold());  // its body is told from the current one by its direction
+  struct Change {
+    const char* what;
+    const Dialog& dialog;
+    std::string piece;
+    std::string other;
+  };
+  const Change cases[] = {
+      {"a local section less", agreed, "m=audio 4000", "i=audio 4000"},
+      {"a section of the peer's less", agreed, "m=audio 5000", "i=audio 5000"},
+      {"a local section that cannot be read", agreed, "m=audio 4000", "m=audio x000"},
+      {"a local body that is none", empty, "v=0\r\no=a", "x=0\r\no=a"},
+      {"a peer's body that is none", empty, "v=0\r\no=b", "x=0\r\no=b"},
+      {"an offer that cannot be read", offering, "m=audio 4000", "m=audio x000"},
+      {"a peer's offer that is none", asked, "v=0", "x=0"},
+      {"a local offer with fewer sections", again, "m=audio 4000 RTP/AVP 0\r\na=sendonly",
+       "i=audio 4000 RTP/AVP 0\r\na=sendonly"},
+  };
+  for (const Change& change : cases) {
+    SCOPED_TRACE(change.what);
+    Dialog restored;
+    ASSERT_TRUE(restored.restore(withOther(change.dialog, change.piece, change.piece)));
+    EXPECT_EQ(restored.restore(withOther(change.dialog, change.piece, change.other)).failure,
+              DialogFailure::damaged);
+    EXPECT_TRUE(restored == change.dialog);
+  }
+}
+
 TEST(DialogBytes, ARestoredDialogGoesOnAsTheOther) {
   for (const Dialog& dialog : samples()) {
     Dialog restored;

@@ -284,4 +284,20 @@ TEST(DialogReceived, AnOfferOfWhichNothingIsAcceptedStaysPending) {
   EXPECT_TRUE(dialog.rollback());
 }
 
+TEST(DialogReceived, OffersHaveAtMost4096Sections) {
+  std::string sections(kPeersAudio);
+  for (int i = 1; i < 4096; ++i) sections.append("m=|");
+  Dialog dialog;
+  const sdp::ReceivedOffer refused = dialog.receiveOffer(theirs("1", sections + "m=|"));
+  EXPECT_EQ(refused.failure, DialogFailure::tooManySections);
+  EXPECT_EQ(sdp::textOf(refused.failure), "the offer has too many sections");
+  EXPECT_TRUE(refused.sections.empty());
+  EXPECT_TRUE(dialog == Dialog());
+  const sdp::ReceivedOffer taken = dialog.receiveOffer(theirs("1", sections));
+  EXPECT_TRUE(taken);
+  EXPECT_EQ(taken.sections.size(), 4096U);
+  ASSERT_TRUE(dialog.answer(ours("1", kAudio)));
+  EXPECT_EQ(dialog.agreed().sections.size(), 4096U);
+}
+
 }  // namespace

@@ -131,6 +131,17 @@ TEST(DialogReoffer, MidsStayWithTheirPlaces) {
   }
 }
 
+/// Finished answers have what the peer offered: a CR in it ends a line for some readers.
+TEST(DialogReoffer, NothingOfThePeersIsTakenOverThatARecipientMayReadAsALine) {
+  const std::string sections =
+      "m=audio 5000 RTP/AVP 0|a=mid:x\ra=inactive|m=vi\rdeo 0 RT\rP/AVP 3\r1|a=mid:y\ra=b|"
+      "m=text 0 RTP/AVP 98|a=mid:t|a=c\rd|m=application 5002 UDP/\rDTLS webrtc|a=mid:z\r|";
+  Dialog dialog = answered(theirs("1", sections), ours("1", sections));
+  expectReoffer(dialog, dialog.offer(ours("1", "m=audio 4000 RTP/AVP 0|a=mid:a|")), "2",
+                "m=audio 4000 RTP/AVP 0|a=mid:a|m=audio 0 RTP/AVP 0|m=text 0 RTP/AVP 98|a=mid:t|"
+                "m=application 0 RTP/AVP webrtc|");
+}
+
 struct Numbers {
   const char* what;
   const char* local;

@@ -4,6 +4,7 @@
 // The formats of a section as codecs, and when those of two sections are the same.
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -89,6 +90,23 @@ class CodecList {
 /// parameters must have in common. Unknown formats equal nothing.
 bool areSame(const CodecList& a, const Codec& x, const CodecList& b, const Codec& y);
 
+/// What is known of pairs of formats, 0 for nothing: a table, or where both sections have very many formats only the
+/// pairs that were asked for.
+class KnownPairs {
+ public:
+  /// @param count of all pairs, the same each time
+  std::uint8_t& at(std::size_t pair, std::size_t count) {
+    if (count > kMostInTable) return few_[pair];
+    if (table_.empty()) table_.resize(count);
+    return table_[pair];
+  }
+
+ private:
+  static constexpr std::size_t kMostInTable = std::size_t{1} << 22U;
+  std::vector<std::uint8_t> table_;
+  std::map<std::size_t, std::uint8_t> few_;
+};
+
 /// Tells of two sections which formats are the same, and compares each two of them but once: many of one section may
 /// serve one format. For a section of a peer and a small one of ours.
 class Sameness {
@@ -101,7 +119,7 @@ class Sameness {
  private:
   const CodecList* a_;
   const CodecList* b_;
-  std::vector<std::uint8_t> known_;  ///< by format of a and of b
+  KnownPairs known_;  ///< by format of a and of b
 };
 
 /// The values of the parameters that formats of one encoding must both have to be the same, as a text that is the same

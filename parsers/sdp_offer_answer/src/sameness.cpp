@@ -77,7 +77,7 @@ bool areSameAlone(const Codec& x, const Codec& y) {
 
 bool isForOthers(const Codec& codec) { return codec.family == Family::rtx || codec.family == Family::red; }
 
-using Known = std::vector<std::uint8_t>;
+using Known = KnownPairs;
 
 /// Two lists, and what is known of their formats already.
 struct Comparison {
@@ -115,10 +115,9 @@ bool Comparison::areSameButRtx(const Codec& x, const Codec& y) const {
   if (!haveSameEncoding(x, y)) return false;
   const auto compare = [&] { return x.family == Family::red ? haveSameCarried(x, y) : areSameAlone(x, y); };
   if (known == nullptr) return compare();
-  if (known->empty()) known->resize(a.size() * b.size(), unknown);
-  const std::size_t place = a.placeOf(x) * b.size() + b.placeOf(y);
-  if ((*known)[place] == unknown) (*known)[place] = compare() ? same : different;
-  return (*known)[place] == same;
+  std::uint8_t& result = known->at(a.placeOf(x) * b.size() + b.placeOf(y), a.size() * b.size());
+  if (result == unknown) result = compare() ? same : different;
+  return result == same;
 }
 
 bool Comparison::areSame(const Codec& x, const Codec& y) const {

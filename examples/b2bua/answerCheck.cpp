@@ -24,7 +24,8 @@ std::vector<std::string> whatIsWrong(std::string_view offer, std::string_view an
   std::vector<std::string> lines;
   for (const sdp::Finding& finding : judgement.findings) {
     if (lines.size() == kMostFindings) {
-      lines.push_back(std::to_string(judgement.findings.size() - kMostFindings) + " more findings");
+      lines.push_back((judgement.hasMore ? "at least " : "") +
+                      std::to_string(judgement.findings.size() - kMostFindings) + " more findings");
       break;
     }
     lines.push_back(lineOf(finding));

@@ -4,9 +4,9 @@
 // Writing a section of an answer.
 
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 #include "answer/credentials.h"
@@ -96,7 +96,7 @@ class SectionWriter {
   std::vector<std::size_t> fmtpCount_;             ///< by local format: fmtp that were met
   std::vector<bool> hasRtpmap_;                    ///< by local format
   std::vector<Extension> writtenExtensions_;
-  std::unordered_set<std::string> writtenFeedback_;
+  std::set<std::string, std::less<>> writtenFeedback_;
   bool isCryptoWritten_ = false;
   bool isSetupWritten_ = false;
   bool isIceWritten_ = false;

@@ -60,6 +60,7 @@ int runCheckAnswer(const Arguments& arguments, Streams streams) {
   const sdp::Judgement judgement = sdp::checkAnswer(offer, answer);
   if (!judgement.isComplete) throw std::bad_alloc();
   (arguments.has("--json") ? writeJson : writeLines)(streams.out, judgement.findings);
+  if (judgement.hasMore) streams.err.write("sdpneg: there are more findings than these\n");
   return judgement.findings.empty() ? exitSuccess : exitFindings;
 }
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -51,6 +52,19 @@ TEST_F(CheckAnswer, ListsWhatIsWrongALineEach) {
             "1: codec-not-offered: 8 PCMA/8000 was not offered\n"
             "2: section-media: \\x1b[2J\\xff answers video\n");
   EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.status, 1);
+}
+
+TEST_F(CheckAnswer, TellsWhenThereIsMoreThanItLists) {
+  std::string answer =
+      "v=0\r\nc=IN IP4 192.0.2.2\r\nm=audio 5000 RTP/AVP 0\r\na=recvonly\r\nm=video 0 RTP/AVP 34\r\n";
+  std::string extensions;
+  for (int n = 0; n < 2000; ++n)
+    extensions += "a=extmap:" + std::to_string(n + 1) + " urn:x:" + std::to_string(n) + "\r\n";
+  answer.insert(answer.find("m=video"), extensions);
+  const Outcome outcome = check({}, answer);
+  EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 1000);
+  EXPECT_EQ(outcome.err, "sdpneg: there are more findings than these\n");
   EXPECT_EQ(outcome.status, 1);
 }
 

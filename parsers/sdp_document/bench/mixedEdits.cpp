@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 #include "sdpDocument.h"
@@ -33,6 +34,13 @@ std::string longSection(std::size_t count) {
 
 using sdp::Document;
 
+/// An edit that is not refused otherwise than is meant measures something else.
+void expect(const sdp::Refusal& refusal, sdp::Reason reason = sdp::Reason::none) {
+  if (refusal.reason == reason) return;
+  std::fprintf(stderr, "an edit was refused that is to be measured, or none was\n");
+  std::exit(1);
+}
+
 /// What is done with the section of a number, from 1.
 struct Mix {
   const char* name;
@@ -42,32 +50,32 @@ struct Mix {
 constexpr Mix kOfManySections[] = {
     {"addAttribute, setPort",
      [](Document& d, std::uint32_t n) {
-       d.addAttribute(n, "x");
-       d.setPort(n, 5004);
+       expect(d.addAttribute(n, "x"));
+       expect(d.setPort(n, 5004));
      }},
     {"setConnection, setDirection",
      [](Document& d, std::uint32_t n) {
-       d.setConnection(n, "::1");
-       d.setDirection(n, sdp::Direction::inactive);
+       expect(d.setConnection(n, "::1"));
+       expect(d.setDirection(n, sdp::Direction::inactive));
      }},
     {"addAttribute, attribute()",
      [](Document& d, std::uint32_t n) {
-       d.addAttribute(n, "x");
+       expect(d.addAttribute(n, "x"));
        (void)d.section(n).attribute("x");
      }},
     {"add a group, bundle()",
      [](Document& d, std::uint32_t n) {
-       d.addAttribute(0, "group", "BUNDLE 1");
+       expect(d.addAttribute(0, "group", "BUNDLE 1"));
        (void)d.section(n).bundle();
      }},
     {"set the mid, bundle()",
      [](Document& d, std::uint32_t n) {
-       d.setAttribute(n, "mid", "1");
+       expect(d.setAttribute(n, "mid", "1"));
        (void)d.section(n).bundle();
      }},
     {"a refusal, bundle()",
      [](Document& d, std::uint32_t n) {
-       d.setTransport(n, "");
+       expect(d.setTransport(n, ""), sdp::Reason::wrongText);
        (void)d.section(n).bundle();
      }},
 };
@@ -75,23 +83,23 @@ constexpr Mix kOfManySections[] = {
 constexpr Mix kOfALongSection[] = {
     {"addAttribute, setPort",
      [](Document& d, std::uint32_t) {
-       d.addAttribute(1, "x");
-       d.setPort(1, 5004);
+       expect(d.addAttribute(1, "x"));
+       expect(d.setPort(1, 5004));
      }},
     {"addAttribute, formats() of the next",
      [](Document& d, std::uint32_t) {
-       d.addAttribute(1, "x");
+       expect(d.addAttribute(1, "x"));
        (void)d.section(2).formats().size();
      }},
     {"addAttribute to it and to the next",
      [](Document& d, std::uint32_t) {
-       d.addAttribute(1, "x");
-       d.addAttribute(2, "x");
+       expect(d.addAttribute(1, "x"));
+       expect(d.addAttribute(2, "x"));
      }},
     {"addAttribute to the session, setPort",
      [](Document& d, std::uint32_t) {
-       d.addAttribute(0, "x");
-       d.setPort(2, 5004);
+       expect(d.addAttribute(0, "x"));
+       expect(d.setPort(2, 5004));
      }},
 };
 

@@ -84,14 +84,16 @@ Names requestOperations() {
   return names;
 }
 
-/// The requests of the document layer, by their functions.
+/// The requests of the document layer, by their functions. `disableSections` is `disable` for several at once, which
+/// the tool has as several requests.
 Names documentFunctions() {
   const std::string header = readBytes(SDPNEG_DOCUMENT_HEADER);
   const std::regex function("\\nSDP_DOCUMENT_API Refusal (\\w+)\\(Document& document");
   Names names;
   for (auto found = std::sregex_iterator(header.begin(), header.end(), function);
        found != std::sregex_iterator(); ++found) {
-    if ((*found)[1] != "perform") names.insert("sdp::" + (*found)[1].str());
+    if ((*found)[1] != "perform" && (*found)[1] != "disableSections")
+      names.insert("sdp::" + (*found)[1].str());
   }
   return names;
 }

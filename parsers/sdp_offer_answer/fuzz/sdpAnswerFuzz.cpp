@@ -48,6 +48,9 @@ void checkSection(const sdp::Section& offered, const sdp::Section& answered,
   require(isAccepted == (answered.port() != 0), "a port does not fit what became of its section");
   require(isAccepted == (told.local != 0), "a refused section is served");
   if (!offered.isReadable()) return;
+  // At a CR or a NUL some readers end a line, so that nothing with one is taken over.
+  constexpr std::string_view kEnds("\r\0", 2);
+  if (offered.lines().begin()->content.find_first_of(kEnds) != std::string_view::npos) return;
   require(answered.media() == offered.media() && answered.transport() == offered.transport(),
           "a section became another");
   const std::vector<std::string_view> formats = formatsOf(answered);

@@ -95,7 +95,6 @@ bool hasAnyKey(const KeySide& side) {
 
 }  // namespace
 
-bool hasTls(std::string_view transport) { return sdpneg::contains(transport, "TLS"); }
 bool isOverTcp(std::string_view transport) { return transport.starts_with("TCP"); }
 
 KeyChoice KeyChooser::chooseSdes(const KeySide& offered, const KeySide& local) {

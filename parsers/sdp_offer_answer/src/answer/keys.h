@@ -9,6 +9,7 @@
 
 #include "bundles.h"
 #include "sdpAnswer.h"
+#include "transports.h"
 
 namespace sdp::exchange {
 
@@ -49,8 +50,6 @@ class KeyChooser {
   std::map<std::pair<std::uint32_t, std::uint32_t>, KeyChoice> crypto_;
 };
 
-/// Whether a transport has TLS or DTLS.
-bool hasTls(std::string_view transport);
 /// Whether a transport is over TCP, where setup tells who connects (RFC 4145).
 bool isOverTcp(std::string_view transport);
 

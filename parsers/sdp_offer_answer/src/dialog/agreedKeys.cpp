@@ -2,6 +2,7 @@
 
 #include "agreedParts.h"
 #include "text/search.h"
+#include "transports.h"
 
 namespace sdp::exchange {
 namespace {
@@ -36,7 +37,6 @@ DtlsRole roleOf(const AgreedSection& agreed, bool isOfferLocal) {
 }
 
 std::string_view transportOf(const SidePart& side) { return side.body.section(side.section).transport(); }
-bool hasTls(std::string_view transport) { return sdpneg::contains(transport, "TLS"); }
 bool wantsKeys(std::string_view transport) {
   return hasTls(transport) || sdpneg::contains(transport, "SAVP");
 }

@@ -6,12 +6,10 @@
 
 #include "judge/bodies.h"
 #include "text/search.h"
+#include "transports.h"
 
 namespace sdp::exchange {
 namespace {
-
-/// Also by way of DTLS.
-bool hasTls(std::string_view transport) { return sdpneg::contains(transport, "TLS"); }
 
 enum class Role : std::uint8_t { active, passive, actpass };
 

@@ -2,6 +2,7 @@
 #include <pthread.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
+#include <ucontext.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -72,35 +73,64 @@ int parseOn(const GuardedStack& stack) {
   return pthread_join(thread, nullptr) == 0 && status == 0 ? 0 : 1;
 }
 
-/// The wait status of a process that parses on a thread with that stack.
-int parseInAChild(const GuardedStack& stack) {
+/// Parses on that stack as a coroutine of the main thread, which has parsed on its own before.
+int parseAsCoroutine(const GuardedStack& stack) {
+  static ucontext_t mainContext;
+  static ucontext_t coroutine;
+  static unsigned short status;
+  parse(&status);
+  if (status != 0 || getcontext(&coroutine) != 0) return 2;
+  status = 99;
+  coroutine.uc_stack.ss_sp = stack.lowest();
+  coroutine.uc_stack.ss_size = stack.size();
+  coroutine.uc_link = &mainContext;
+  makecontext(
+      &coroutine, [] { parse(&status); }, 0);
+  return swapcontext(&mainContext, &coroutine) == 0 && status == 0 ? 0 : 1;
+}
+
+using Parse = int (*)(const GuardedStack&);
+
+/// The wait status of a process that parses on that stack.
+int parseInAChild(const GuardedStack& stack, Parse parseThere) {
   const pid_t child = fork();
   if (child == 0) {
     std::signal(SIGSEGV, SIG_DFL);
-    _exit(parseOn(stack));
+    _exit(parseThere(stack));
   }
   int status = -1;
   EXPECT_EQ(waitpid(child, &status, 0), child);
   return status;
 }
 
-TEST(SmallStack, EndsAtItsGuardAndLeavesForeignMemoryUntouched) {
-  if (sizeof(sDescription) > std::size_t{1} << 20U) GTEST_SKIP() << "such large descriptions are allocated";
+void expectTheEndAtTheGuard(Parse parseThere) {
   for (const std::size_t kilobytes : {32U, 64U, 128U, 256U, 512U}) {
     const GuardedStack stack(kilobytes << 10U);
     ASSERT_TRUE(stack.usable());
-    const int status = parseInAChild(stack);
+    const int status = parseInAChild(stack, parseThere);
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGSEGV) << kilobytes << " KB: status " << status;
     EXPECT_TRUE(stack.foreignMemoryIsUntouched()) << kilobytes << " KB";
   }
 }
 
+TEST(SmallStack, EndsAtItsGuardAndLeavesForeignMemoryUntouched) {
+  if (sizeof(sDescription) > std::size_t{1} << 20U) GTEST_SKIP() << "such large descriptions are allocated";
+  expectTheEndAtTheGuard(parseOn);
+}
+
+TEST(SmallStack, OfACoroutineEndsAtItsGuardAlthoughTheThreadHasRoom) {
+  if (sizeof(sDescription) > std::size_t{1} << 20U) GTEST_SKIP() << "such large descriptions are allocated";
+  expectTheEndAtTheGuard(parseAsCoroutine);
+}
+
 TEST(SmallStack, OfOneMegabyteIsEnough) {
-  const GuardedStack stack(std::size_t{1} << 20U);
-  ASSERT_TRUE(stack.usable());
-  const int status = parseInAChild(stack);
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
-  EXPECT_TRUE(stack.foreignMemoryIsUntouched());
+  for (const Parse parseThere : {parseOn, parseAsCoroutine}) {
+    const GuardedStack stack(std::size_t{1} << 20U);
+    ASSERT_TRUE(stack.usable());
+    const int status = parseInAChild(stack, parseThere);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    EXPECT_TRUE(stack.foreignMemoryIsUntouched());
+  }
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "benchBodies.h"
+#include "benchRatios.h"
 #include "sessionDescription.h"
 
 namespace {
@@ -88,6 +89,13 @@ void BM_decodeAndEncode(benchmark::State& state) {
   std::free(text);
 }
 
+void printRatios() {
+  const auto [index, decoding] = leastNanoseconds(over(bodies, indexLinesAndColons), over(bodies, decode));
+  const auto lines = static_cast<double>(bodies.lines);
+  std::printf("decode / index of lines and colons: %.2f (%.1f and %.1f ns a line)\n", decoding / index,
+              decoding / lines, index / lines);
+}
+
 void registerAll() {
   benchmark::RegisterBenchmark("floor: memchr over the lines", BM_floor);
   benchmark::RegisterBenchmark("decode", BM_decode);
@@ -116,6 +124,7 @@ int main(int argc, char** argv) {
   }
   std::printf("%zu bodies, %lld lines, a record of %zu bytes\n", bodies.texts.size(),
               static_cast<long long>(bodies.lines), sizeof(sDescription));
+  printRatios();
   registerAll();
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();

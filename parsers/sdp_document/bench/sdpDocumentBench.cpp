@@ -8,15 +8,14 @@
 #include <benchmark/benchmark.h>
 
 #include <array>
-#include <chrono>
 #include <cstdio>
-#include <cstring>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "benchBodies.h"
+#include "benchRatios.h"
 #include "documentBodies.h"
 #include "mixedEdits.h"
 #include "sdpDocumentRequests.h"
@@ -25,31 +24,6 @@ namespace {
 
 Bodies bodies;
 Bodies offers;  ///< those of them that the chain of requests works on
-
-/// What the least of indexes keeps of a line.
-struct Place {
-  std::uint32_t begin;
-  std::uint32_t end;
-  std::uint32_t colon;
-};
-std::vector<Place> places;
-
-std::size_t indexLines(const std::string& body) {
-  places.clear();
-  const char* const begin = body.data();
-  const char* const end = begin + body.size();
-  for (const char* at = begin; at != end;) {
-    const auto* const lf =
-        static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)));
-    const char* const stop = lf != nullptr ? lf : end;
-    const auto* const colon =
-        static_cast<const char*>(std::memchr(at, ':', static_cast<std::size_t>(stop - at)));
-    places.push_back({static_cast<std::uint32_t>(at - begin), static_cast<std::uint32_t>(stop - begin),
-                      static_cast<std::uint32_t>((colon != nullptr ? colon : stop) - begin)});
-    at = lf != nullptr ? lf + 1 : end;
-  }
-  return places.size();
-}
 
 using Words = std::vector<std::string_view>;
 const std::vector<Words> kChain = {{"keep-codecs", "opus,PCMA,telephone-event,VP8"},
@@ -98,46 +72,17 @@ void load(const char* folder) {
   }
 }
 
-/// Nanoseconds of one call, the least of many short runs, since other programs take longer ones apart.
-template <typename Step>
-double nanosecondsOf(Step step) {
-  using Clock = std::chrono::steady_clock;
-  double least = 1e18;
-  for (int run = 0; run < 70; ++run) {
-    const auto begin = Clock::now();
-    std::size_t calls = 0;
-    do {
-      benchmark::DoNotOptimize(step());
-      ++calls;
-    } while (Clock::now() - begin < std::chrono::milliseconds(2));
-    const std::chrono::duration<double, std::nano> taken = Clock::now() - begin;
-    least = std::min(least, taken.count() / static_cast<double>(calls));
-  }
-  return least;
-}
-
-template <typename Step>
-double overAll(const Bodies& texts, Step step) {
-  return nanosecondsOf([&] {
-    std::size_t sum = 0;
-    for (const std::string& text : texts.texts) sum += step(text);
-    return sum;
-  });
-}
-
 void printRatios() {
-  const double index = overAll(bodies, indexLines);
-  const double reading = overAll(bodies, read);
+  const auto [index, reading] = leastNanoseconds(over(bodies, indexLinesAndColons), over(bodies, read));
   std::printf("\nreading / index of lines and colons: %.2f (%.1f and %.1f ns a line)\n", reading / index,
               reading / static_cast<double>(bodies.lines), index / static_cast<double>(bodies.lines));
   if (offers.texts.empty()) return;
-  const double offerReading = overAll(offers, read);
-  const double chain = overAll(offers, readAndChangeOnly);
-  const double withText = overAll(offers, readAndChange);
+  const auto [offerIndex, offerReading, chain, withText] =
+      leastNanoseconds(over(offers, indexLinesAndColons), over(offers, read), over(offers, readAndChangeOnly),
+                       over(offers, readAndChange));
   std::printf(
       "offers of browsers, %zu: reading / index: %.2f; three requests / reading: %.2f, with the text: %.2f\n",
-      offers.texts.size(), offerReading / overAll(offers, indexLines), chain / offerReading - 1,
-      withText / offerReading - 1);
+      offers.texts.size(), offerReading / offerIndex, chain / offerReading - 1, withText / offerReading - 1);
 }
 
 /// Costs of texts that grow, as nanoseconds a character: they stay the same where the cost is linear.
@@ -165,7 +110,8 @@ void printGrowth() {
                                 const std::function<std::size_t(const std::string&)>& step) {
       std::printf("  %-18s", what);
       for (const std::string& text : grown) {
-        std::printf(" %8.2f", nanosecondsOf([&] { return step(text); }) / static_cast<double>(text.size()));
+        std::printf(" %8.2f",
+                    leastNanoseconds([&] { return step(text); })[0] / static_cast<double>(text.size()));
       }
       std::printf("\n");
     };
@@ -186,7 +132,7 @@ void registerAll() {
     benchmark::RegisterBenchmark(name,
                                  [&texts, step](benchmark::State& state) { overBodies(state, texts, step); });
   };
-  add("index: lines and colons", bodies, indexLines);
+  add("index: lines and colons", bodies, indexLinesAndColons);
   add("read", bodies, read);
   add("read and ask", bodies, readAndAsk);
   if (!offers.texts.empty()) {

@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "benchBodies.h"
+#include "benchRatios.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiatorParser.h"
 
@@ -48,6 +49,15 @@ void load(const char* folder) {
   }
 }
 
+void printRatios(const std::string& kind, const Bodies& bodies) {
+  const auto [decoding, analysing, parsing] =
+      leastNanoseconds(over(bodies, decode), over(bodies, analyse), over(bodies, parse));
+  const auto lines = static_cast<double>(bodies.lines);
+  std::printf("%s: analysis / decode: %.2f, sdpParse / decode: %.2f (%.1f, %.1f and %.1f ns a line)\n",
+              kind.c_str(), analysing / decoding, parsing / decoding, analysing / lines, parsing / lines,
+              decoding / lines);
+}
+
 template <typename Step>
 void registerOne(const std::string& name, const Bodies& bodies, Step step) {
   benchmark::RegisterBenchmark(name.c_str(),
@@ -58,6 +68,7 @@ void registerAll(const std::string& kind, const Bodies& bodies) {
   if (bodies.texts.empty()) return;
   std::printf("%s: %zu bodies, %lld lines\n", kind.c_str(), bodies.texts.size(),
               static_cast<long long>(bodies.lines));
+  printRatios(kind, bodies);
   registerOne(kind + ": decode", bodies, decode);
   registerOne(kind + ": decode and analysis", bodies, analyse);
   registerOne(kind + ": storing", bodies, store);

@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "refusal.h"
+#include "sdpNegotiatorParser/descriptionStack.h"
 #include "sessionDescription.h"
 
 // A place for a description, which is large.
@@ -22,14 +23,24 @@ inline constexpr std::size_t kDescriptionStackLimit = 1U << 20U;
 /// @return what `work` returns; without memory for the description that refusal, or 1 when it has been told
 template <typename Work>
 auto withDescription(Work work) -> std::invoke_result_t<Work, sDescription&> {
+  using Result = std::invoke_result_t<Work, sDescription&>;
   if constexpr (sizeof(sDescription) <= kDescriptionStackLimit) {
-    sDescription description;
-    return work(description);
+    struct Call {
+      Work& work;
+      Result result{};
+    } call{work};
+    withDescriptionOfStack(
+        [](void* context, sDescription& description) {
+          auto& own = *static_cast<Call*>(context);
+          own.result = own.work(description);
+        },
+        &call);
+    return call.result;
   } else {
     const std::unique_ptr<sDescription> description(new (std::nothrow) sDescription);
     if (description != nullptr) return work(*description);
     const Refusal refusal{.reason = SDP_REFUSED_NO_MEMORY_FOR_DESCRIPTION};
-    if constexpr (std::is_same_v<std::invoke_result_t<Work, sDescription&>, Refusal>) {
+    if constexpr (std::is_same_v<Result, Refusal>) {
       return refusal;
     } else {
       return refuse(refusal);

@@ -6,23 +6,15 @@
 
 namespace sdpcodec {
 
-void readAttribute(std::string_view value, a_line& line, bool& cut) {
-  if (line.count >= SDP_ATTRIBUTE_CAPACITY) {
-    cut = true;
-    return;
-  }
+bool readAttribute(std::string_view value, const char* readable, a_line& line) {
+  if (line.count >= SDP_ATTRIBUTE_CAPACITY) return false;
   a_line::entry& entry = line.entries[line.count++];
-  const void* colon = value.empty() ? nullptr : std::memchr(value.data(), ':', value.size());
-  if (colon == nullptr) {
-    cut |= !copyField(entry.name, value);
-    entry.value[0] = '\0';
-    entry.hasColon = 0;
-    return;
-  }
-  const auto length = static_cast<std::size_t>(static_cast<const char*>(colon) - value.data());
-  cut |= !copyField(entry.name, value.substr(0, length));
-  cut |= !copyField(entry.value, value.substr(length + 1));
-  entry.hasColon = 1;
+  const std::size_t colon = positionOf(':', value, readable);
+  bool whole = copyField(entry.name, value.substr(0, colon), readable);
+  entry.hasColon = colon != value.size() ? 1 : 0;
+  entry.value[0] = '\0';
+  if (entry.hasColon != 0) whole &= copyField(entry.value, value.substr(colon + 1), readable);
+  return whole;
 }
 
 void writeAttributes(TextWriter& out, const a_line& line) {

@@ -18,17 +18,17 @@ std::size_t digitsEnd(std::string_view text) {
   return end;
 }
 
-Problem splitBandwidth(std::string_view value, std::string_view& type, std::string_view& number) {
-  const std::size_t colon = value.find(':');
+Problem splitBandwidth(std::string_view value, const char* readable, std::string_view& type,
+                       std::string_view& number) {
+  const std::size_t colon = positionOf(':', value, readable);
   const char* end = value.data() + value.size();
   if (colon == 0 || value.empty() || isBlank(value.front()))
     return expected("a bandwidth type", value.data());
-  if (colon == std::string_view::npos) return expected("a colon behind the bandwidth type", end);
+  if (colon == value.size()) return expected("a colon behind the bandwidth type", end);
   type = value.substr(0, colon);
-  const std::size_t blank = type.find_first_of(" \t");
-  if (blank != std::string_view::npos)
-    return expected("a colon behind the bandwidth type", type.data() + blank);
-  const std::string_view rest = LineFields(value.substr(colon + 1)).rest();
+  const std::size_t blank = std::min(positionOf(' ', type, readable), positionOf('\t', type, readable));
+  if (blank != type.size()) return expected("a colon behind the bandwidth type", type.data() + blank);
+  const std::string_view rest = LineFields(value.substr(colon + 1), readable).rest();
   const std::size_t length = digitsEnd(rest);
   number = rest.substr(0, length);
   if (length == 0) return expected("a bandwidth in digits", value.data() + colon + 1);
@@ -40,35 +40,35 @@ Problem splitBandwidth(std::string_view value, std::string_view& type, std::stri
 
 namespace {
 
-void addBandwidth(b_line& line, std::string_view type, std::string_view number) {
+void addBandwidth(b_line& line, std::string_view type, std::string_view number, const char* readable) {
   if (line.count >= SDP_BANDWIDTH_CAPACITY) {
     line.incomplete = 1;
     return;
   }
   b_line::entry& entry = line.entries[line.count++];
-  const bool typeFits = copyField(entry.type, type);
-  const bool numberFits = copyField(entry.number, number);
+  const bool typeFits = copyField(entry.type, type, readable);
+  const bool numberFits = copyField(entry.number, number, readable);
   if (!typeFits || !numberFits) line.incomplete = 1;
   entry.value = saturatingNumber(number);
 }
 
 }  // namespace
 
-Problem readBandwidth(std::string_view value, b_line& line) {
+Problem readBandwidth(std::string_view value, const char* readable, b_line& line) {
   std::string_view type;
   std::string_view number;
-  if (const Problem problem = splitBandwidth(value, type, number)) return problem;
-  addBandwidth(line, type, number);
+  if (const Problem problem = splitBandwidth(value, readable, type, number)) return problem;
+  addBandwidth(line, type, number, readable);
   return {};
 }
 
-Problem readOnlyBandwidth(std::string_view value, b_line& line) {
+Problem readOnlyBandwidth(std::string_view value, const char* readable, b_line& line) {
   std::string_view type;
   std::string_view number;
-  if (const Problem problem = splitBandwidth(value, type, number)) return problem;
+  if (const Problem problem = splitBandwidth(value, readable, type, number)) return problem;
   line.count = 0;
   line.incomplete = 0;
-  addBandwidth(line, type, number);
+  addBandwidth(line, type, number, readable);
   return {};
 }
 
@@ -100,9 +100,10 @@ unsigned short sdp_Bdecode_r(b_line* line, const char*& position, char* error, i
                              int& errorColumn) {
   return decodeSingleLine(
       'b', position, error, errorLine, errorColumn,
-      line == nullptr ? nullptr
-                      : +[](std::string_view value,
-                            void* record) { return readOnlyBandwidth(value, *static_cast<b_line*>(record)); },
+      line == nullptr
+          ? nullptr
+          : +[](std::string_view value, const char* readable,
+                void* record) { return readOnlyBandwidth(value, readable, *static_cast<b_line*>(record)); },
       line);
 }
 

@@ -6,26 +6,26 @@
 
 namespace sdpcodec {
 
-Problem readConnection(std::string_view value, c_line& line, bool& cut) {
+Problem readConnection(std::string_view value, const char* readable, c_line& line, bool& cut) {
   static const char* const kNames[] = {"a network type", "an address type", "an address"};
-  LineFields fields(value);
+  LineFields fields(value, readable);
   std::string_view field[3];
   for (int i = 0; i < 3; ++i) {
     if (fields.atEnd()) return expected(kNames[i], fields.position());
     field[i] = fields.take();
   }
   if (!fields.atEnd()) return expected("the end of the line", fields.position());
-  const std::size_t suffix = suffixStart(field[2]);
+  const std::size_t suffix = positionOf('/', field[2], readable);
   if (suffix == 0) return expected(kNames[2], field[2].data());
   if (line.count >= SDP_CONNECTION_CAPACITY) {
     cut = true;
     return {};
   }
   c_line::entry& entry = line.entries[line.count++];
-  cut |= !copyField(entry.networkType, field[0]);
-  cut |= !copyField(entry.addressType, field[1]);
-  cut |= !copyField(entry.address, field[2].substr(0, suffix));
-  cut |= !copyField(entry.suffix, field[2].substr(suffix));
+  cut |= !copyField(entry.networkType, field[0], readable);
+  cut |= !copyField(entry.addressType, field[1], readable);
+  cut |= !copyField(entry.address, field[2].substr(0, suffix), readable);
+  cut |= !copyField(entry.suffix, field[2].substr(suffix), readable);
   return {};
 }
 

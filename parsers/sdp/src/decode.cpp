@@ -48,7 +48,7 @@ void resetMedia(mDescription& media) {
 // m-line; behind the last media description that is held they go nowhere.
 class Decoder {
  public:
-  explicit Decoder(sDescription& description) : description_(description) {}
+  Decoder(sDescription& description, const LineReader& lines) : description_(description), lines_(lines) {}
 
   Problem read(std::string_view line);
 
@@ -64,6 +64,7 @@ class Decoder {
   void noteCut(bool cut) { description_.incomplete |= cut ? 1 : 0; }
 
   sDescription& description_;
+  const LineReader& lines_;
   mDescription* media_ = nullptr;
   bool timeLeftOut_ = false;  // the last time line was left out; its repeats go with it
 };
@@ -72,7 +73,7 @@ class Decoder {
 template <typename Line>
 void Decoder::readOnce(std::string_view value, unsigned int bit, unsigned int& presence, Line& line) {
   if ((presence & bit) != 0) return noteCut(true);
-  noteCut(!copyField(line.text, value));
+  noteCut(!copyField(line.text, value, lines_.textEnd()));
   presence |= bit;
 }
 
@@ -82,16 +83,16 @@ Problem Decoder::readInto(Section& section, char letter, std::string_view value)
   Problem problem;
   switch (letter) {
     case 'a':
-      readAttribute(value, section.aLine, cut);
+      cut = !readAttribute(value, lines_.textEnd(), section.aLine);
       section.linePresence |= SDP_HAS_A_LINE;
       break;
     case 'b':
-      problem = readBandwidth(value, section.bLine);
+      problem = readBandwidth(value, lines_.textEnd(), section.bLine);
       cut = section.bLine.incomplete != 0;
       section.linePresence |= SDP_HAS_B_LINE;
       break;
     case 'c':
-      problem = readConnection(value, section.cLine, cut);
+      problem = readConnection(value, lines_.textEnd(), section.cLine, cut);
       section.linePresence |= SDP_HAS_C_LINE;
       break;
     case 'i':
@@ -112,13 +113,13 @@ Problem Decoder::readSectionLine(char letter, std::string_view value) {
   // Behind the media descriptions that are held a line is checked and left out.
   if (letter == 'b') {
     b_line ignored;
-    return readOnlyBandwidth(value, ignored);
+    return readOnlyBandwidth(value, lines_.textEnd(), ignored);
   }
   if (letter == 'c') {
     c_line ignored;
     bool cut = false;
     ignored.count = 0;
-    return readConnection(value, ignored, cut);
+    return readConnection(value, lines_.textEnd(), ignored, cut);
   }
   return {};
 }
@@ -126,14 +127,14 @@ Problem Decoder::readSectionLine(char letter, std::string_view value) {
 Problem Decoder::readMediaLine(std::string_view value) {
   if (description_.noOfMDs >= SDP_MEDIA_CAPACITY) {
     m_line ignored;
-    const Problem problem = readMedia(value, ignored);
+    const Problem problem = readMedia(value, lines_.textEnd(), ignored);
     media_ = nullptr;
     ++description_.noOfMDs;
     noteCut(true);
     return problem;
   }
   mDescription& media = description_.media[description_.noOfMDs];
-  if (const Problem problem = readMedia(value, media.mLine)) return problem;
+  if (const Problem problem = readMedia(value, lines_.textEnd(), media.mLine)) return problem;
   resetMedia(media);
   noteCut(media.mLine.incomplete != 0);
   media_ = &media;
@@ -159,27 +160,27 @@ Problem Decoder::readSessionLine(char letter, std::string_view value) {
       readOnce(value, SDP_HAS_Z_LINE, d.linePresence, d.zLine);
       break;
     case 'e':
-      readEntry(value, d.eLine, cut);
+      readEntry(value, lines_.textEnd(), d.eLine, cut);
       d.linePresence |= SDP_HAS_E_LINE;
       break;
     case 'p':
-      readEntry(value, d.pLine, cut);
+      readEntry(value, lines_.textEnd(), d.pLine, cut);
       d.linePresence |= SDP_HAS_P_LINE;
       break;
     case 't':
-      readEntry(value, d.tLine, cut);
+      readEntry(value, lines_.textEnd(), d.tLine, cut);
       timeLeftOut_ = cut && d.tLine.count == SDP_TIME_CAPACITY;
       d.linePresence |= SDP_HAS_T_LINE;
       break;
     case 'r':
       cut = timeLeftOut_;
-      if (!timeLeftOut_) readRepeat(value, d.tLine.count, d.rLine, cut);
+      if (!timeLeftOut_) readRepeat(value, lines_.textEnd(), d.tLine.count, d.rLine, cut);
       d.linePresence |= SDP_HAS_R_LINE;
       break;
     case 'o': {
       o_line again;
       const bool repeated = d.oLine.present != 0;
-      const Problem problem = readOrigin(value, repeated ? again : d.oLine, cut);
+      const Problem problem = readOrigin(value, lines_.textEnd(), repeated ? again : d.oLine, cut);
       d.linePresence |= SDP_HAS_O_LINE;
       noteCut(cut || repeated);
       return problem;
@@ -217,7 +218,7 @@ struct OriginOffsets {
 
 // Reads all lines; the reader stays at the line of a problem.
 Problem decodeLines(LineReader& lines, sDescription& description, OriginOffsets& origin) {
-  Decoder decoder(description);
+  Decoder decoder(description, lines);
   bool first = true;
   while (lines.next()) {
     const std::string_view line = lines.line();

@@ -1,10 +1,14 @@
 #ifndef SDP_FIELDS_H
 #define SDP_FIELDS_H
 
+#include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <iterator>
 #include <string_view>
+
+#include "pieces.h"
 
 // The parts of a line's value: fields between blanks, suffixes, numbers.
 
@@ -23,14 +27,22 @@ inline bool isBlank(char c) { return c == ' ' || c == '\t'; }
 inline bool isDigit(char c) { return c >= '0' && c <= '9'; }
 inline bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
-/// Copies a text into a field and ends it with NUL.
+/// Copies a text into a field and ends it with NUL; what stands behind the NUL means nothing.
+/// @param readable the end of what may be read, at or behind the text's end
 /// @return whether it fitted; otherwise it was cut
 template <std::size_t N>
-bool copyField(char (&field)[N], std::string_view text) {
-  const std::size_t length = text.size() < N ? text.size() : N - 1;
-  std::memcpy(field, text.data(), length);
+bool copyField(char (&field)[N], std::string_view text, const char* readable) {
+  const bool fits = text.size() < N;
+  const std::size_t length = fits ? text.size() : N - 1;
+  copyInPieces(field, N, text.data(), static_cast<std::size_t>(readable - text.data()), length);
   field[length] = '\0';
-  return length == text.size();
+  return fits;
+}
+
+/// Copies a text behind which nothing may be read.
+template <std::size_t N>
+bool copyField(char (&field)[N], std::string_view text) {
+  return copyField(field, text, text.data() + text.size());
 }
 
 /// The text of a field, never further than the field.
@@ -47,14 +59,16 @@ inline std::string_view trimEnd(std::string_view text) {
 /// The fields of a line's value, separated by blanks and tabs.
 class LineFields {
  public:
-  explicit LineFields(std::string_view value) : next_(value.data()), end_(value.data() + value.size()) {
+  /// @param readable the end of what may be read, at or behind the value's end
+  LineFields(std::string_view value, const char* readable)
+      : next_(value.data()), end_(value.data() + value.size()), readable_(readable) {
     skipBlanks();
   }
 
   /// The next field; empty when there is none left.
   std::string_view take() {
     const char* begin = next_;
-    while (next_ != end_ && !isBlank(*next_)) ++next_;
+    next_ = findBlank();
     const std::string_view field(begin, static_cast<std::size_t>(next_ - begin));
     skipBlanks();
     return field;
@@ -67,19 +81,25 @@ class LineFields {
   const char* position() const { return next_; }
 
  private:
+  const char* findBlank() const {
+    const char* at = next_;
+    for (; static_cast<std::size_t>(readable_ - at) >= kPiece && at < end_; at += kPiece) {
+      const Piece piece(at);
+      const unsigned blanks = piece.where(' ') | piece.where('\t');
+      if (blanks != 0) return std::min(at + std::countr_zero(blanks), end_);
+    }
+    while (at < end_ && !isBlank(*at)) ++at;
+    return std::min(at, end_);
+  }
+
   void skipBlanks() {
     while (next_ != end_ && isBlank(*next_)) ++next_;
   }
 
   const char* next_;
   const char* end_;
+  const char* readable_;
 };
-
-/// Splits at the first slash: the bare text, and the suffix that begins with the slash.
-inline std::size_t suffixStart(std::string_view text) {
-  const std::size_t slash = text.find('/');
-  return slash == std::string_view::npos ? text.size() : slash;
-}
 
 /// A number of digits only, the largest value when it is larger.
 inline std::uint32_t saturatingNumber(std::string_view digits) {

@@ -13,25 +13,25 @@
 
 namespace sdpcodec {
 
-Problem readOrigin(std::string_view value, o_line& line, bool& cut);
-Problem readConnection(std::string_view value, c_line& line, bool& cut);
-Problem readBandwidth(std::string_view value, b_line& line);
+Problem readOrigin(std::string_view value, const char* readable, o_line& line, bool& cut);
+Problem readConnection(std::string_view value, const char* readable, c_line& line, bool& cut);
+Problem readBandwidth(std::string_view value, const char* readable, b_line& line);
 /// Reads a bandwidth line into a record that holds nothing defined yet.
-Problem readOnlyBandwidth(std::string_view value, b_line& line);
-Problem readMedia(std::string_view value, m_line& line);
-void readAttribute(std::string_view value, a_line& line, bool& cut);
+Problem readOnlyBandwidth(std::string_view value, const char* readable, b_line& line);
+Problem readMedia(std::string_view value, const char* readable, m_line& line);
+bool readAttribute(std::string_view value, const char* readable, a_line& line);
 
-void readRepeat(std::string_view value, int timeCount, r_line& line, bool& cut);
+void readRepeat(std::string_view value, const char* readable, int timeCount, r_line& line, bool& cut);
 
 /// A line of a kind that may stand several times and is kept as it stands.
 template <typename Lines>
-void readEntry(std::string_view value, Lines& line, bool& cut) {
+void readEntry(std::string_view value, const char* readable, Lines& line, bool& cut) {
   const auto capacity = static_cast<int>(std::size(line.entries));
   if (line.count >= capacity) {
     cut = true;
     return;
   }
-  cut |= !copyField(line.entries[line.count].text, value);
+  cut |= !copyField(line.entries[line.count].text, value, readable);
   ++line.count;
 }
 

@@ -1,8 +1,9 @@
 #ifndef SDP_LINE_READER_H
 #define SDP_LINE_READER_H
 
-#include <cstring>
 #include <string_view>
+
+#include "pieces.h"
 
 // Taking a text apart into lines.
 
@@ -16,25 +17,20 @@ inline constexpr const char* kLineEndWanted = "CR LF or LF at the line's end";
 class LineReader {
  public:
   explicit LineReader(std::string_view text)
-      : begin_(text.data()),
-        next_(begin_),
-        end_(begin_ + text.size()),
-        cr_(find('\r')),
-        lf_(find('\n')),
-        line_(text.substr(0, 0)) {}
+      : begin_(text.data()), next_(begin_), end_(begin_ + text.size()), line_(text.substr(0, 0)) {}
 
   /// Goes to the next line, empty ones included.
   /// @return false at the end of the text
   bool next() {
     if (next_ == end_) return false;
-    if (cr_ < next_) cr_ = find('\r');
-    if (lf_ < next_) lf_ = find('\n');
-    const char* lineEnd = lf_ != next_ && lf_[-1] == '\r' ? lf_ - 1 : lf_;
-    line_ = {next_, static_cast<std::size_t>(lineEnd - next_)};
-    loneCr_ = cr_ < lineEnd ? cr_ : nullptr;
-    next_ = lf_ != end_ ? lf_ + 1 : end_;
+    loneCr_ = nullptr;
     ++number_;
-    return true;
+    for (const char* window = next_;; window += kWindow) {
+      for (std::uint64_t ends = possibleEnds(window); ends != 0; ends &= ends - 1) {
+        if (endsAt(window + std::countr_zero(ends))) return true;
+      }
+      if (static_cast<std::size_t>(end_ - window) <= kWindow) return take(end_, end_);
+    }
   }
 
   /// The line without its end.
@@ -46,18 +42,60 @@ class LineReader {
   /// The offset behind the line's end.
   std::size_t endOffset() const { return static_cast<std::size_t>(next_ - begin_); }
   const char* position() const { return next_; }
+  const char* textEnd() const { return end_; }
 
  private:
-  const char* find(char c) const {
-    const void* found = std::memchr(next_, c, static_cast<std::size_t>(end_ - next_));
-    return found != nullptr ? static_cast<const char*>(found) : end_;
+  static constexpr std::size_t kWindow = 64;
+
+  bool take(const char* lineEnd, const char* next) {
+    line_ = {next_, static_cast<std::size_t>(lineEnd - next_)};
+    next_ = next;
+    return true;
+  }
+
+  // Ends the line where a control character stands, if it is one that ends lines.
+  bool endsAt(const char* at) {
+    if (*at == '\n') return take(at, at + 1);
+    if (*at != '\r') return false;
+    if (at + 1 == end_) return take(at, end_);
+    if (at[1] == '\n') return take(at, at + 2);
+    if (loneCr_ == nullptr) loneCr_ = at;
+    return false;
+  }
+
+  // Where in the next 64 characters there is one up to CR, of which only tabs are common within lines: bit i for the
+  // i-th. Near the text's end the window is one that ends there, without the characters in front.
+  std::uint64_t possibleEnds(const char* window) const {
+    const auto left = static_cast<std::size_t>(end_ - window);
+    if (left >= kWindow) return controls(window);
+    if (static_cast<std::size_t>(end_ - begin_) >= kWindow)
+      return controls(end_ - kWindow) >> (kWindow - left);
+    return controlsOfFew(window, left);
+  }
+
+  static std::uint64_t controls(const char* window) {
+    const auto at = [window](std::size_t offset) {
+      return std::uint64_t{Piece(window + offset).whereUpTo('\r')} << offset;
+    };
+    return at(0) | at(kPiece) | at(2 * kPiece) | at(3 * kPiece);
+  }
+
+  // The same in a text shorter than a window.
+  static std::uint64_t controlsOfFew(const char* text, std::size_t length) {
+    std::uint64_t found = 0;
+    std::size_t at = 0;
+    for (; at + kPiece <= length; at += kPiece) {
+      found |= std::uint64_t{Piece(text + at).whereUpTo('\r')} << at;
+    }
+    for (; at < length; ++at) {
+      if (static_cast<unsigned char>(text[at]) <= '\r') found |= std::uint64_t{1} << at;
+    }
+    return found;
   }
 
   const char* begin_;
   const char* next_;
   const char* end_;
-  const char* cr_;  // the next CR at or behind next_, else the text's end
-  const char* lf_;  // the next LF at or behind next_, else the text's end
   std::string_view line_;
   const char* loneCr_ = nullptr;
   unsigned int number_ = 0;

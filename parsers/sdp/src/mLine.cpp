@@ -22,32 +22,32 @@ unsigned int mediaTypeOf(std::string_view name) {
 }
 
 // Returns whether all formats fitted.
-bool readFormats(LineFields& fields, m_line& line) {
+bool readFormats(LineFields& fields, const char* readable, m_line& line) {
   bool whole = true;
   line.formatCount = 0;
   while (!fields.atEnd()) {
     if (line.formatCount == SDP_FORMAT_CAPACITY) return false;
-    whole &= copyField(line.formats[line.formatCount++], fields.take());
+    whole &= copyField(line.formats[line.formatCount++], fields.take(), readable);
   }
   return whole;
 }
 
 }  // namespace
 
-Problem readMedia(std::string_view value, m_line& line) {
-  LineFields fields(value);
+Problem readMedia(std::string_view value, const char* readable, m_line& line) {
+  LineFields fields(value, readable);
   if (fields.atEnd()) return expected("a media name", fields.position());
   const std::string_view media = fields.take();
   if (fields.atEnd() || !isDigit(*fields.position())) return expected("a port", fields.position());
   const std::string_view port = fields.take();
   if (fields.atEnd()) return expected("a transport", fields.position());
-  const std::size_t suffix = suffixStart(port);
+  const std::size_t suffix = positionOf('/', port, readable);
   line.mediaType = mediaTypeOf(media);
-  bool whole = copyField(line.media, media);
-  whole &= copyField(line.port, port.substr(0, suffix));
-  whole &= copyField(line.portSuffix, port.substr(suffix));
-  whole &= copyField(line.transport, fields.take());
-  whole &= readFormats(fields, line);
+  bool whole = copyField(line.media, media, readable);
+  whole &= copyField(line.port, port.substr(0, suffix), readable);
+  whole &= copyField(line.portSuffix, port.substr(suffix), readable);
+  whole &= copyField(line.transport, fields.take(), readable);
+  whole &= readFormats(fields, readable, line);
   line.incomplete = whole ? 0 : 1;
   return {};
 }
@@ -87,8 +87,9 @@ unsigned short sdp_Mdecode_r(m_line* line, const char*& position, char* error, i
                              int& errorColumn) {
   return decodeSingleLine(
       'm', position, error, errorLine, errorColumn,
-      line == nullptr ? nullptr
-                      : +[](std::string_view value,
-                            void* record) { return readMedia(value, *static_cast<m_line*>(record)); },
+      line == nullptr
+          ? nullptr
+          : +[](std::string_view value, const char* readable,
+                void* record) { return readMedia(value, readable, *static_cast<m_line*>(record)); },
       line);
 }

@@ -6,24 +6,24 @@
 
 namespace sdpcodec {
 
-Problem readOrigin(std::string_view value, o_line& line, bool& cut) {
+Problem readOrigin(std::string_view value, const char* readable, o_line& line, bool& cut) {
   static const char* const kNames[] = {"a user name", "a session id", "a session version", "a network type",
                                        "an address type"};
-  LineFields fields(value);
+  LineFields fields(value, readable);
   std::string_view field[5];
   for (int i = 0; i < 5; ++i) {
     if (fields.atEnd()) return expected(kNames[i], fields.position());
     field[i] = fields.take();
   }
   if (fields.atEnd()) return expected("an address", fields.position());
-  cut |= !copyField(line.userName, field[0]);
-  cut |= !copyField(line.sessionId, field[1]);
-  cut |= !copyField(line.sessionVersion, field[2]);
-  cut |= !copyField(line.networkType, field[3]);
-  cut |= !copyField(line.addressType, field[4]);
+  cut |= !copyField(line.userName, field[0], readable);
+  cut |= !copyField(line.sessionId, field[1], readable);
+  cut |= !copyField(line.sessionVersion, field[2], readable);
+  cut |= !copyField(line.networkType, field[3], readable);
+  cut |= !copyField(line.addressType, field[4], readable);
   // A cut in front of a blank must not leave one at the end: read again it would be gone.
   cut |= fields.rest().size() >= sizeof line.address;
-  copyField(line.address, trimEnd(fields.rest().substr(0, sizeof line.address - 1)));
+  copyField(line.address, trimEnd(fields.rest().substr(0, sizeof line.address - 1)), readable);
   line.present = 1;
   return {};
 }

@@ -19,7 +19,7 @@ Problem readLine(char letter, const LineReader& lines, ValueReader read, void* r
   if (line.size() < 2 || line[0] != letter || line[1] != '=') {
     return expected(letter == 'm' ? kMediaStart : kBandwidthStart, line.data());
   }
-  return read(line.substr(2), record);
+  return read(line.substr(2), lines.textEnd(), record);
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 namespace sdpcodec {
 
 /// Reads the value of one line into a record.
-using ValueReader = Problem (*)(std::string_view value, void* record);
+using ValueReader = Problem (*)(std::string_view value, const char* readable, void* record);
 
 /// Decodes the one line that begins at `position`: its letter, an equals sign and a value for `read`.
 /// On success the position is moved behind the line's end.

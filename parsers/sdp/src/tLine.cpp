@@ -6,9 +6,9 @@
 
 namespace sdpcodec {
 
-void readRepeat(std::string_view value, int timeCount, r_line& line, bool& cut) {
+void readRepeat(std::string_view value, const char* readable, int timeCount, r_line& line, bool& cut) {
   const int index = line.count;
-  readEntry(value, line, cut);
+  readEntry(value, readable, line, cut);
   if (line.count > index) line.entries[index].time = timeCount - 1;
 }
 

@@ -16,28 +16,39 @@
 
 // Ratios of what is measured in one run: they hold on machines that differ, and on one that has other work.
 
+/// How many runs the steps have each, and how long one of them takes at least.
+struct Runs {
+  int count = 70;
+  std::chrono::microseconds length{2000};
+};
+
 /// Nanoseconds of one call of each step, the least of many short runs. The steps take turns, so that what else the machine
 /// does falls on all of them.
 template <typename... Steps>
-std::array<double, sizeof...(Steps)> leastNanoseconds(Steps... steps) {
+std::array<double, sizeof...(Steps)> leastNanoseconds(Runs runs, Steps... steps) {
   using Clock = std::chrono::steady_clock;
   std::array<double, sizeof...(Steps)> least;
   least.fill(1e18);
-  const auto run = [](auto& step, double& best) {
+  const auto run = [runs](auto& step, double& best) {
     const auto begin = Clock::now();
     std::size_t calls = 0;
     do {
       benchmark::DoNotOptimize(step());
       ++calls;
-    } while (Clock::now() - begin < std::chrono::milliseconds(2));
+    } while (Clock::now() - begin < runs.length);
     const std::chrono::duration<double, std::nano> taken = Clock::now() - begin;
     best = std::min(best, taken.count() / static_cast<double>(calls));
   };
-  for (int turn = 0; turn < 70; ++turn) {
+  for (int turn = 0; turn < runs.count; ++turn) {
     std::size_t index = 0;
     (run(steps, least[index++]), ...);
   }
   return least;
+}
+
+template <typename... Steps>
+std::array<double, sizeof...(Steps)> leastNanoseconds(Steps... steps) {
+  return leastNanoseconds(Runs{}, steps...);
 }
 
 /// One call of a step that goes over all texts.

@@ -6,9 +6,7 @@
 
 namespace sdpcodec {
 
-bool readAttribute(std::string_view value, const char* readable, a_line& line) {
-  if (line.count >= SDP_ATTRIBUTE_CAPACITY) return false;
-  a_line::entry& entry = line.entries[line.count++];
+bool readAnyAttribute(std::string_view value, const char* readable, a_line::entry& entry) {
   const std::size_t colon = positionOf(':', value, readable);
   bool whole = copyField(entry.name, value.substr(0, colon), readable);
   entry.hasColon = colon != value.size() ? 1 : 0;

@@ -48,8 +48,11 @@ void resetMedia(mDescription& media) {
 // m-line; behind the last media description that is held they go nowhere.
 class Decoder {
  public:
-  Decoder(sDescription& description, const LineReader& lines) : description_(description), lines_(lines) {}
+  Decoder(sDescription& description, const char* readable) : description_(description), readable_(readable) {}
 
+  /// Reads a line if it is an attribute's.
+  bool readAttributeLine(std::string_view line);
+  /// Reads a line of another kind.
   Problem read(std::string_view line);
 
  private:
@@ -61,10 +64,18 @@ class Decoder {
   template <typename Line>
   void readOnce(std::string_view value, unsigned int bit, unsigned int& presence, Line& line);
 
-  void noteCut(bool cut) { description_.incomplete |= cut ? 1 : 0; }
+  template <typename Section>
+  void readAttributeInto(Section& section, std::string_view value) {
+    if (!readAttribute(value, readable_, section.aLine)) noteCut(true);
+    section.linePresence |= SDP_HAS_A_LINE;
+  }
+
+  void noteCut(bool cut) {
+    if (cut) description_.incomplete = 1;
+  }
 
   sDescription& description_;
-  const LineReader& lines_;
+  const char* const readable_;
   mDescription* media_ = nullptr;
   bool timeLeftOut_ = false;  // the last time line was left out; its repeats go with it
 };
@@ -73,7 +84,7 @@ class Decoder {
 template <typename Line>
 void Decoder::readOnce(std::string_view value, unsigned int bit, unsigned int& presence, Line& line) {
   if ((presence & bit) != 0) return noteCut(true);
-  noteCut(!copyField(line.text, value, lines_.textEnd()));
+  noteCut(!copyField(line.text, value, readable_));
   presence |= bit;
 }
 
@@ -82,17 +93,13 @@ Problem Decoder::readInto(Section& section, char letter, std::string_view value)
   bool cut = false;
   Problem problem;
   switch (letter) {
-    case 'a':
-      cut = !readAttribute(value, lines_.textEnd(), section.aLine);
-      section.linePresence |= SDP_HAS_A_LINE;
-      break;
     case 'b':
-      problem = readBandwidth(value, lines_.textEnd(), section.bLine);
+      problem = readBandwidth(value, readable_, section.bLine);
       cut = section.bLine.incomplete != 0;
       section.linePresence |= SDP_HAS_B_LINE;
       break;
     case 'c':
-      problem = readConnection(value, lines_.textEnd(), section.cLine, cut);
+      problem = readConnection(value, readable_, section.cLine, cut);
       section.linePresence |= SDP_HAS_C_LINE;
       break;
     case 'i':
@@ -113,13 +120,13 @@ Problem Decoder::readSectionLine(char letter, std::string_view value) {
   // Behind the media descriptions that are held a line is checked and left out.
   if (letter == 'b') {
     b_line ignored;
-    return readOnlyBandwidth(value, lines_.textEnd(), ignored);
+    return readOnlyBandwidth(value, readable_, ignored);
   }
   if (letter == 'c') {
     c_line ignored;
     bool cut = false;
     ignored.count = 0;
-    return readConnection(value, lines_.textEnd(), ignored, cut);
+    return readConnection(value, readable_, ignored, cut);
   }
   return {};
 }
@@ -127,14 +134,14 @@ Problem Decoder::readSectionLine(char letter, std::string_view value) {
 Problem Decoder::readMediaLine(std::string_view value) {
   if (description_.noOfMDs >= SDP_MEDIA_CAPACITY) {
     m_line ignored;
-    const Problem problem = readMedia(value, lines_.textEnd(), ignored);
+    const Problem problem = readMedia(value, readable_, ignored);
     media_ = nullptr;
     ++description_.noOfMDs;
     noteCut(true);
     return problem;
   }
   mDescription& media = description_.media[description_.noOfMDs];
-  if (const Problem problem = readMedia(value, lines_.textEnd(), media.mLine)) return problem;
+  if (const Problem problem = readMedia(value, readable_, media.mLine)) return problem;
   resetMedia(media);
   noteCut(media.mLine.incomplete != 0);
   media_ = &media;
@@ -160,27 +167,27 @@ Problem Decoder::readSessionLine(char letter, std::string_view value) {
       readOnce(value, SDP_HAS_Z_LINE, d.linePresence, d.zLine);
       break;
     case 'e':
-      readEntry(value, lines_.textEnd(), d.eLine, cut);
+      readEntry(value, readable_, d.eLine, cut);
       d.linePresence |= SDP_HAS_E_LINE;
       break;
     case 'p':
-      readEntry(value, lines_.textEnd(), d.pLine, cut);
+      readEntry(value, readable_, d.pLine, cut);
       d.linePresence |= SDP_HAS_P_LINE;
       break;
     case 't':
-      readEntry(value, lines_.textEnd(), d.tLine, cut);
+      readEntry(value, readable_, d.tLine, cut);
       timeLeftOut_ = cut && d.tLine.count == SDP_TIME_CAPACITY;
       d.linePresence |= SDP_HAS_T_LINE;
       break;
     case 'r':
       cut = timeLeftOut_;
-      if (!timeLeftOut_) readRepeat(value, lines_.textEnd(), d.tLine.count, d.rLine, cut);
+      if (!timeLeftOut_) readRepeat(value, readable_, d.tLine.count, d.rLine, cut);
       d.linePresence |= SDP_HAS_R_LINE;
       break;
     case 'o': {
       o_line again;
       const bool repeated = d.oLine.present != 0;
-      const Problem problem = readOrigin(value, lines_.textEnd(), repeated ? again : d.oLine, cut);
+      const Problem problem = readOrigin(value, readable_, repeated ? again : d.oLine, cut);
       d.linePresence |= SDP_HAS_O_LINE;
       noteCut(cut || repeated);
       return problem;
@@ -193,12 +200,22 @@ Problem Decoder::readSessionLine(char letter, std::string_view value) {
   return {};
 }
 
+bool Decoder::readAttributeLine(std::string_view line) {
+  if (!line.starts_with("a=")) return false;
+  line.remove_prefix(2);
+  if (media_ != nullptr) {
+    readAttributeInto(*media_, line);
+  } else if (description_.noOfMDs == 0) {
+    readAttributeInto(description_, line);
+  }
+  return true;
+}
+
 Problem Decoder::read(std::string_view line) {
   if (!isLetter(line[0])) return expected("a line of a letter, an equals sign and a value", line.data());
   if (line.size() < 2 || line[1] != '=') return expected("an equals sign behind the letter", line.data() + 1);
   const std::string_view value = line.substr(2);
   switch (line[0]) {
-    case 'a':
     case 'b':
     case 'c':
     case 'i':
@@ -216,23 +233,30 @@ struct OriginOffsets {
   std::size_t end = 0;
 };
 
+// Goes to the next line that is not empty.
+bool nextFilled(LineReader& lines) {
+  while (lines.next()) {
+    if (!lines.line().empty()) return true;
+  }
+  return false;
+}
+
+constexpr const char* kFirstLineWanted = "a first line \"v=\"";
+
 // Reads all lines; the reader stays at the line of a problem.
 Problem decodeLines(LineReader& lines, sDescription& description, OriginOffsets& origin) {
-  Decoder decoder(description, lines);
+  if (!nextFilled(lines)) return expected(kFirstLineWanted, lines.position());
+  Decoder decoder(description, lines.textEnd());
   bool first = true;
-  while (lines.next()) {
-    const std::string_view line = lines.line();
+  do {
     if (lines.loneCr() != nullptr) return expected(kLineEndWanted, lines.loneCr());
-    if (line.empty()) continue;
-    if (first && (line[0] != 'v' || line.size() < 2 || line[1] != '=')) {
-      return expected("a first line \"v=\"", line.data());
-    }
+    const std::string_view line = lines.line();
+    if (first && !line.starts_with("v=")) return expected(kFirstLineWanted, line.data());
     first = false;
-    const bool hadOrigin = description.oLine.present != 0;
+    if (decoder.readAttributeLine(line)) continue;
     if (const Problem problem = decoder.read(line)) return problem;
-    if (!hadOrigin && description.oLine.present != 0) origin = {lines.startOffset(), lines.endOffset()};
-  }
-  if (first) return expected("a first line \"v=\"", lines.position());
+    if (origin.end == 0 && description.oLine.present != 0) origin = {lines.startOffset(), lines.endOffset()};
+  } while (nextFilled(lines));
   return {};
 }
 

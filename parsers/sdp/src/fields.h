@@ -85,7 +85,7 @@ class LineFields {
     const char* at = next_;
     for (; static_cast<std::size_t>(readable_ - at) >= kPiece && at < end_; at += kPiece) {
       const Piece piece(at);
-      const unsigned blanks = piece.where(' ') | piece.where('\t');
+      const unsigned blanks = piece.where(' ', '\t');
       if (blanks != 0) return std::min(at + std::countr_zero(blanks), end_);
     }
     while (at < end_ && !isBlank(*at)) ++at;

@@ -19,7 +19,31 @@ Problem readBandwidth(std::string_view value, const char* readable, b_line& line
 /// Reads a bandwidth line into a record that holds nothing defined yet.
 Problem readOnlyBandwidth(std::string_view value, const char* readable, b_line& line);
 Problem readMedia(std::string_view value, const char* readable, m_line& line);
-bool readAttribute(std::string_view value, const char* readable, a_line& line);
+
+/// Reads an attribute of any length, wherever it stands.
+/// @return whether it was held whole
+bool readAnyAttribute(std::string_view value, const char* readable, a_line::entry& entry);
+
+/// Reads an attribute, of which most lines are. Its name mostly has less than sixteen characters: one piece is the name
+/// and tells where it ends.
+/// @return whether it was held whole
+inline bool readAttribute(std::string_view value, const char* readable, a_line& line) {
+  if (line.count >= SDP_ATTRIBUTE_CAPACITY) return false;
+  a_line::entry& entry = line.entries[line.count++];
+  const char* const name = value.data();
+  if (!kPiecesGoBehindTexts || static_cast<std::size_t>(readable - name) < kPiece)
+    return readAnyAttribute(value, readable, entry);
+  const Piece piece(name);
+  const auto colon = static_cast<std::size_t>(std::countr_zero(piece.where(':') | 1U << kPiece));
+  const std::size_t length = std::min(colon, value.size());
+  if (length == kPiece) return readAnyAttribute(value, readable, entry);
+  piece.store(entry.name);
+  entry.name[length] = '\0';
+  entry.value[0] = '\0';
+  entry.hasColon = length == colon ? 1 : 0;
+  if (length != colon) return true;
+  return copyField(entry.value, {name + colon + 1, value.size() - colon - 1}, readable);
+}
 
 void readRepeat(std::string_view value, const char* readable, int timeCount, r_line& line, bool& cut);
 

@@ -1,6 +1,7 @@
 #ifndef SDP_LINE_READER_H
 #define SDP_LINE_READER_H
 
+#include <algorithm>
 #include <string_view>
 
 #include "pieces.h"
@@ -23,8 +24,6 @@ class LineReader {
   /// @return false at the end of the text
   bool next() {
     if (next_ == end_) return false;
-    loneCr_ = nullptr;
-    ++number_;
     for (const char* window = next_;; window += kWindow) {
       for (std::uint64_t ends = possibleEnds(window); ends != 0; ends &= ends - 1) {
         if (endsAt(window + std::countr_zero(ends))) return true;
@@ -35,9 +34,12 @@ class LineReader {
 
   /// The line without its end.
   std::string_view line() const { return line_; }
-  /// The first CR within the line, null when there is none.
+  /// The first CR within the lines so far, null when there is none.
   const char* loneCr() const { return loneCr_; }
-  unsigned int number() const { return number_; }
+  /// The line's number, from 1; 0 in front of the first one.
+  unsigned int number() const {
+    return next_ == begin_ ? 0 : 1 + static_cast<unsigned int>(std::count(begin_, line_.data(), '\n'));
+  }
   std::size_t startOffset() const { return static_cast<std::size_t>(line_.data() - begin_); }
   /// The offset behind the line's end.
   std::size_t endOffset() const { return static_cast<std::size_t>(next_ - begin_); }
@@ -98,7 +100,6 @@ class LineReader {
   const char* end_;
   std::string_view line_;
   const char* loneCr_ = nullptr;
-  unsigned int number_ = 0;
 };
 
 }  // namespace sdpcodec

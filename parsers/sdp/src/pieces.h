@@ -44,6 +44,8 @@ class WordPiece {
     const std::uint64_t wanted = kEach * static_cast<unsigned char>(c);
     return bitsOf([wanted](std::uint64_t word) { return upTo(word ^ wanted, 0); });
   }
+  /// Where one of two characters stands.
+  unsigned where(char one, char other) const { return where(one) | where(other); }
   /// Where a character stands that is not above `most`, which is below 128.
   unsigned whereUpTo(char most) const {
     const auto limit = static_cast<unsigned char>(most);
@@ -82,6 +84,10 @@ class RegisterPiece {
   void store(char* to) const { _mm_storeu_si128(reinterpret_cast<__m128i*>(to), characters_); }
 
   unsigned where(char c) const { return bitsOf(_mm_cmpeq_epi8(characters_, _mm_set1_epi8(c))); }
+  unsigned where(char one, char other) const {
+    return bitsOf(_mm_or_si128(_mm_cmpeq_epi8(characters_, _mm_set1_epi8(one)),
+                               _mm_cmpeq_epi8(characters_, _mm_set1_epi8(other))));
+  }
   unsigned whereUpTo(char most) const {
     return bitsOf(_mm_cmpeq_epi8(_mm_min_epu8(characters_, _mm_set1_epi8(most)), characters_));
   }

@@ -15,13 +15,15 @@ bool readAnyAttribute(std::string_view value, const char* readable, a_line::entr
   return whole;
 }
 
-void writeAttributes(TextWriter& out, const a_line& line) {
+void writeAttributes(TextWriter& out, const a_line& line, int exactFrom) {
   for (int i = 0; i < usable(line.count, SDP_ATTRIBUTE_CAPACITY); ++i) {
     const a_line::entry& entry = line.entries[i];
+    if (i == exactFrom) out.writeExactly();
     if (!out.reserve(sizeof entry + 16)) return;
-    out.put('a').put('=').putShort(entry.name);
-    if (entry.hasColon != 0 || entry.value[0] != '\0') out.put(':').put(entry.value);
-    out.endLine();
+    LineWriter text = out.line('a');
+    text.put(entry.name);
+    if (entry.hasColon != 0 || entry.value[0] != '\0') text.put(':').put(entry.value);
+    out.endLine(text);
   }
 }
 

@@ -76,15 +76,17 @@ void writeBandwidths(TextWriter& out, const b_line& line) {
   for (int i = 0; i < usable(line.count, SDP_BANDWIDTH_CAPACITY); ++i) {
     const b_line::entry& entry = line.entries[i];
     if (!out.reserve(sizeof entry + 16)) return;
-    out.put('b').put('=').put(entry.type).put(':');
+    LineWriter text = out.line('b');
+    text.put(entry.type).put(':');
     const std::string_view number = fieldText(entry.number);
     if (digitsEnd(number) == number.size() && !number.empty() && saturatingNumber(number) == entry.value) {
-      out.put(number).endLine();  // as it stood, leading zeros included
-      continue;
+      text.put(entry.number);  // as it stood, leading zeros included
+    } else {
+      char digits[16];
+      const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, entry.value);
+      text.put(std::string_view(digits, static_cast<std::size_t>(end.ptr - digits)));
     }
-    char digits[16];
-    const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, entry.value);
-    out.put(std::string_view(digits, static_cast<std::size_t>(end.ptr - digits))).endLine();
+    out.endLine(text);
   }
 }
 
@@ -111,6 +113,7 @@ unsigned short sdp_Bencode_r(const b_line* line, char*& text, int& length, int& 
   length = 0;
   if (line == nullptr) return 1;
   TextWriter out(text, size);
+  out.writeExactly();
   writeBandwidths(out, *line);
   return out.finish(length, size) ? 0 : 1;
 }

@@ -33,8 +33,9 @@ void writeConnections(TextWriter& out, const c_line& line) {
   for (int i = 0; i < usable(line.count, SDP_CONNECTION_CAPACITY); ++i) {
     const c_line::entry& entry = line.entries[i];
     if (!out.reserve(sizeof entry + 16)) return;
-    out.put('c').put('=').put(entry.networkType).put(' ').put(entry.addressType).put(' ');
-    out.put(entry.address).put(entry.suffix).endLine();
+    LineWriter text = out.line('c');
+    text.put(entry.networkType).put(' ').put(entry.addressType).put(' ').put(entry.address).put(entry.suffix);
+    out.endLine(text);
   }
 }
 

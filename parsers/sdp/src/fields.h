@@ -48,7 +48,17 @@ bool copyField(char (&field)[N], std::string_view text) {
 /// The text of a field, never further than the field.
 template <std::size_t N>
 std::string_view fieldText(const char (&field)[N]) {
+  if constexpr (kPiecesGoBehindTexts && N >= kPiece) {
+    const unsigned ends = Piece(field).where('\0');
+    if (ends != 0) return {field, firstOf(ends)};
+  }
   return {field, strnlen(field, N - 1)};
+}
+
+/// Copies a field into one of its size.
+template <std::size_t N>
+void copyField(char (&to)[N], const char (&from)[N]) {
+  copyField(to, fieldText(from), from + N);
 }
 
 inline std::string_view trimEnd(std::string_view text) {
@@ -86,7 +96,7 @@ class LineFields {
     for (; static_cast<std::size_t>(readable_ - at) >= kPiece && at < end_; at += kPiece) {
       const Piece piece(at);
       const unsigned blanks = piece.where(' ', '\t');
-      if (blanks != 0) return std::min(at + std::countr_zero(blanks), end_);
+      if (blanks != 0) return std::min(at + firstOf(blanks), end_);
     }
     while (at < end_ && !isBlank(*at)) ++at;
     return std::min(at, end_);

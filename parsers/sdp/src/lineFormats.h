@@ -34,7 +34,7 @@ inline bool readAttribute(std::string_view value, const char* readable, a_line& 
   if (!kPiecesGoBehindTexts || static_cast<std::size_t>(readable - name) < kPiece)
     return readAnyAttribute(value, readable, entry);
   const Piece piece(name);
-  const auto colon = static_cast<std::size_t>(std::countr_zero(piece.where(':') | 1U << kPiece));
+  const auto colon = firstOf(piece.where(':') | 1U << kPiece);
   const std::size_t length = std::min(colon, value.size());
   if (length == kPiece) return readAnyAttribute(value, readable, entry);
   piece.store(entry.name);
@@ -63,14 +63,17 @@ void writeOrigin(TextWriter& out, const o_line& line);
 void writeConnections(TextWriter& out, const c_line& line);
 void writeBandwidths(TextWriter& out, const b_line& line);
 void writeMedia(TextWriter& out, const m_line& line);
-void writeAttributes(TextWriter& out, const a_line& line);
+/// @param exactFrom the index of the line from which on nothing is written behind lines
+void writeAttributes(TextWriter& out, const a_line& line, int exactFrom);
 void writeTimes(TextWriter& out, const t_line& times, const r_line& repeats);
 
 /// One line whose value is written as it stands.
 template <std::size_t N>
 void writeText(TextWriter& out, char letter, const char (&text)[N]) {
   if (!out.reserve(N + 4)) return;
-  out.put(letter).put('=').put(text).endLine();
+  LineWriter line = out.line(letter);
+  line.put(text);
+  out.endLine(line);
 }
 
 /// The lines of a kind that may stand several times.

@@ -54,16 +54,10 @@ Problem readMedia(std::string_view value, const char* readable, m_line& line) {
 
 void writeMedia(TextWriter& out, const m_line& line) {
   if (!out.reserve(sizeof line + SDP_FORMAT_CAPACITY + 16)) return;
-  out.put('m')
-      .put('=')
-      .put(line.media)
-      .put(' ')
-      .put(line.port)
-      .put(line.portSuffix)
-      .put(' ')
-      .put(line.transport);
-  for (int i = 0; i < usable(line.formatCount, SDP_FORMAT_CAPACITY); ++i) out.put(' ').put(line.formats[i]);
-  out.endLine();
+  LineWriter text = out.line('m');
+  text.put(line.media).put(' ').put(line.port).put(line.portSuffix).put(' ').put(line.transport);
+  for (int i = 0; i < usable(line.formatCount, SDP_FORMAT_CAPACITY); ++i) text.put(' ').put(line.formats[i]);
+  out.endLine(text);
 }
 
 }  // namespace sdpcodec

@@ -30,15 +30,10 @@ Problem readOrigin(std::string_view value, const char* readable, o_line& line, b
 
 void writeOrigin(TextWriter& out, const o_line& line) {
   if (line.present == 0 || !out.reserve(sizeof line + 16)) return;
-  out.put('o')
-      .put('=')
-      .put(line.userName)
-      .put(' ')
-      .put(line.sessionId)
-      .put(' ')
-      .put(line.sessionVersion)
-      .put(' ');
-  out.put(line.networkType).put(' ').put(line.addressType).put(' ').put(line.address).endLine();
+  LineWriter text = out.line('o');
+  text.put(line.userName).put(' ').put(line.sessionId).put(' ').put(line.sessionVersion).put(' ');
+  text.put(line.networkType).put(' ').put(line.addressType).put(' ').put(line.address);
+  out.endLine(text);
 }
 
 namespace {

@@ -5,6 +5,7 @@
 #include <emmintrin.h>
 #endif
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
@@ -102,8 +103,13 @@ using Piece = RegisterPiece;
 using Piece = WordPiece;
 #endif
 
+/// The first of the places that a piece tells, which are not none.
+inline std::size_t firstOf(unsigned places) { return static_cast<std::size_t>(std::countr_zero(places)); }
+
 /// Copies exactly what there is, for texts whose pieces would go too far.
 void copyExactly(char* to, const char* from, std::size_t length);
+/// Copies any bytes.
+void copyBytes(void* to, const void* from, std::size_t size);
 
 /// Copies a text of `length` characters in pieces.
 /// @param toRoom   how much may be written from `to` on, at least `length`
@@ -127,8 +133,7 @@ inline std::size_t positionOf(char c, std::string_view text, const char* readabl
   if (kPiece <= static_cast<std::size_t>(readable - text.data())) {
     const unsigned found = Piece(text.data()).where(c);
     if (found != 0) {
-      const auto first = static_cast<std::size_t>(std::countr_zero(found));
-      return first < text.size() ? first : text.size();
+      return std::min(firstOf(found), text.size());
     }
     if (text.size() <= kPiece) return text.size();
     searched = kPiece;

@@ -1,6 +1,5 @@
 #include "sessionDescription.h"
 
-#include <cstring>
 #include <iterator>
 
 #include "fields.h"
@@ -10,28 +9,33 @@
 namespace sdpcodec {
 namespace {
 
+template <typename Entry, std::size_t N>
+void copyList(Entry (&to)[N], const Entry (&from)[N], int count) {
+  copyBytes(to, from, sizeof(Entry) * static_cast<std::size_t>(count));
+}
+
 // Copies a list with its count, of its entries those in use.
 template <typename Lines>
 void copyEntries(Lines& to, const Lines& from) {
   const auto capacity = static_cast<int>(std::size(from.entries));
   to.count = usable(from.count, capacity);
-  std::memcpy(to.entries, from.entries, sizeof from.entries[0] * static_cast<std::size_t>(to.count));
+  copyList(to.entries, from.entries, to.count);
 }
 
 template <typename Line>
 void copyText(Line& to, const Line& from) {
-  copyField(to.text, fieldText(from.text));
+  copyField(to.text, from.text);
 }
 
 void copyMediaLine(m_line& to, const m_line& from) {
   to.mediaType = from.mediaType;
-  copyField(to.media, fieldText(from.media));
-  copyField(to.port, fieldText(from.port));
-  copyField(to.portSuffix, fieldText(from.portSuffix));
-  copyField(to.transport, fieldText(from.transport));
+  copyField(to.media, from.media);
+  copyField(to.port, from.port);
+  copyField(to.portSuffix, from.portSuffix);
+  copyField(to.transport, from.transport);
   to.incomplete = from.incomplete;
   to.formatCount = sdp_MgetNoOfFormats(&from);
-  std::memcpy(to.formats, from.formats, sizeof from.formats[0] * static_cast<std::size_t>(to.formatCount));
+  copyList(to.formats, from.formats, to.formatCount);
 }
 
 // The lines that the session and each media description have.

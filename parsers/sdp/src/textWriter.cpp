@@ -9,7 +9,7 @@ namespace sdpcodec {
 
 namespace {
 constexpr std::size_t kFirstSize = 4096;
-}
+}  // namespace
 
 TextWriter::TextWriter(char*& text, int size)
     : text_(text), next_(text), limit_(text != nullptr && size > 0 ? text + size : text) {}

@@ -44,7 +44,10 @@ keep what they learn in plain records, and rewrite those bodies on request
 without disturbing the rest.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS zlib1g-dev) # named in sdp_negotiator.pc
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS zlib1g-dev) # these are named in sdp_negotiator.pc
+if(SDP_DEFLATE STREQUAL "libdeflate")
+  string(APPEND CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS ", libdeflate-dev")
+endif()
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "SDP bodies for SIP call-control engines: development files
 The libraries read the SDP bodies (RFC 4566) that pass through a SIP engine,
 keep what they learn in plain records, and rewrite those bodies on request

@@ -17,8 +17,17 @@ install(EXPORT sdp_negotiator_targets NAMESPACE sdp_negotiator:: FILE sdp_negoti
 
 set(SDP_CONFIG_DEPENDENCIES "")
 if(NOT BUILD_SHARED_LIBS)
-  # Of the libraries, sdp_negotiator alone needs zlib. Where there is none, CMake says so to those who link that one.
+  # Of the libraries, sdp_negotiator alone needs what deflates. Where that is missing, CMake says so to those who link that
+  # one.
   string(APPEND SDP_CONFIG_DEPENDENCIES "find_dependency(Threads)\nfind_package(ZLIB QUIET)\n")
+  if(SDP_DEFLATE STREQUAL "libdeflate")
+    string(APPEND SDP_CONFIG_DEPENDENCIES
+           "list(INSERT CMAKE_MODULE_PATH 0 \"\${CMAKE_CURRENT_LIST_DIR}\")\n"
+           "find_package(Libdeflate QUIET MODULE)\n"
+           "list(REMOVE_AT CMAKE_MODULE_PATH 0)\n")
+    install(FILES ${PROJECT_SOURCE_DIR}/cmake/FindLibdeflate.cmake
+            DESTINATION ${SDP_INSTALL_CMAKEDIR} COMPONENT development)
+  endif()
 endif()
 # An exported target refuses include folders inside the source tree, where a host that carries this project
 # may well have its headers, so they are added when the package is found.

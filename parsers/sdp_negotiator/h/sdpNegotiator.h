@@ -35,9 +35,10 @@ inline constexpr unsigned short SDP_M_LINES_NOT_ADDED = 3;
 /// the caller. Operations that need the text want 20480 characters of stack, and those that decode it the
 /// size of an `sDescription` on top, several hundred kilobytes.
 ///
-/// Memory: texts of 2560 characters and more are deflated with zlib and inflated at every request. A thread
-/// that does so makes its zlib state once (some 260 KB for storing, 40 KB for expanding), clears it for every
-/// later use, and gives it back when it ends. It shares none of it with other threads, so there is no lock,
+/// Memory: texts of 2560 characters and more are deflated (RFC 1950) and inflated at every request, by libdeflate or by
+/// zlib as the library was built. A thread that does so makes what that takes once (with libdeflate some 230 KB for
+/// storing and 10 KB more for expanding; with zlib 260 KB and 40 KB, also where libdeflate leaves a text to zlib), uses
+/// it ever after, and gives it back when it ends. It shares none of it with other threads, so there is no lock,
 /// and as it is allocated when it is needed, a process may load the library while it runs. What is called
 /// still later, from a destructor of the thread's own, makes and releases a state of its own.
 class SDP_NEGOTIATOR_API cSdpNegotiator {
@@ -52,8 +53,8 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// object empty.
   /// @param sdp  the body, at most 20480 characters
   /// @param type handed to the codec unchanged
-  /// @return 0; 1 for a null, empty or too long text, one that the analysis refuses, or when zlib gets no
-  ///         memory; 2 when the body is 2560 characters or longer and does not deflate into 2560 bytes. All
+  /// @return 0; 1 for a null, empty or too long text, one that the analysis refuses, or when there is no
+  ///         memory to deflate it; 2 when the body is 2560 characters or longer and does not deflate into 2560 bytes. All
   ///         but the last two are traced.
   unsigned short sdpParse(const char* sdp, eSdpType type);
 
@@ -71,7 +72,7 @@ class SDP_NEGOTIATOR_API cSdpNegotiator {
   /// Stores a text without a look at it; the summary stays as it is. Texts of up to 2559 characters are kept
   /// as they are, longer ones deflated (RFC 1950).
   /// @param sdp the text
-  /// @return 0; 1 when `sdp` is null or zlib gets no memory, nothing changed then; 2 when the deflated text
+  /// @return 0; 1 when `sdp` is null or there is no memory, nothing changed then; 2 when the deflated text
   ///         does not fit 2560 bytes: the former text is destroyed then, though its recorded form stays, and
   ///         the object is to be reset
   unsigned short setRawSDP(const char* sdp);

@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "deflateTestSupport.h"
 #include "objectTestSupport.h"
-#include "sdpNegotiator/deflate.h"
 
 // The streams behind the stored text: they give what fresh ones give, and their memory is bounded.
 
@@ -13,63 +13,29 @@ namespace {
 using sdpneg::Deflated;
 using sdpneg::Inflated;
 using sdpneg::TextStreams;
+using sdpneg::ZlibStreams;
 
 constexpr std::size_t room = SDP_STORED_TEXT_SIZE;
 
-std::string_view withNul(const std::string& text) { return {text.c_str(), text.size() + 1}; }
-
-/// What a stream that was never used before makes of a text; empty when it does not fit.
-std::string freshlyDeflated(const std::string& text) {
-  z_stream stream{};
-  EXPECT_EQ(deflateInit(&stream, Z_DEFAULT_COMPRESSION), Z_OK);
-  stream.data_type = Z_TEXT;
-  std::string in(withNul(text));
-  std::string out(room, '\0');
-  stream.next_in = reinterpret_cast<Bytef*>(in.data());
-  stream.avail_in = static_cast<uInt>(in.size());
-  stream.next_out = reinterpret_cast<Bytef*>(out.data());
-  stream.avail_out = static_cast<uInt>(out.size());
-  const bool done = deflate(&stream, Z_FINISH) == Z_STREAM_END;
-  out.resize(done ? stream.total_out : 0);
-  deflateEnd(&stream);
-  return out;
-}
-
-std::string deflatedBy(TextStreams& streams, const std::string& text) {
-  char out[room];
-  const Deflated result = streams.deflate(withNul(text), out, room);
-  return result.status == Deflated::Status::done ? std::string(out, result.length) : std::string();
-}
-
-/// Ends its streams.
-struct OwnStreams : TextStreams {
-  using TextStreams::TextStreams;
-  ~OwnStreams() { end(); }
-};
-
-TEST(TextStreams, AResetStreamGivesTheBytesOfAFreshOne) {
-  OwnStreams streams;
-  // Long and short, repeating and not, and one that does not fit: nothing of a text shows in the next one.
-  const std::string texts[] = {
+// Long and short, repeating and not, and some that do not fit: nothing of a text may show in the next one.
+const std::vector<std::string>& differentTexts() {
+  static const std::vector<std::string> texts = {
       paddedTo(2560), incompressibleBody(2600), paddedTo(20480),         incompressibleBody(9000),
       paddedTo(3000), incompressibleBody(3000), std::string(60000, 'p'), incompressibleBody(30000),
       "v=0"};
+  return texts;
+}
+
+TEST(ZlibStreams, AResetStreamGivesTheBytesOfAFreshOne) {
+  Owned<ZlibStreams> streams;
   for (int round = 0; round < 3; ++round) {
-    for (const std::string& text : texts) EXPECT_EQ(deflatedBy(streams, text), freshlyDeflated(text));
+    for (const std::string& text : differentTexts())
+      EXPECT_EQ(deflatedBy(streams, text), freshlyDeflated(text));
   }
 }
 
-TEST(TextStreams, AnObjectStoresTheBytesOfAFreshStream) {
-  for (const std::string& text : {paddedTo(2560), paddedTo(20480), incompressibleBody(2700)}) {
-    const cSdpNegotiator object = objectWithText(text);
-    const std::string expected = freshlyDeflated(text);
-    ASSERT_EQ(object.getParsedData().storedSdpLength, expected.size());
-    EXPECT_EQ(std::string(Record(object).raw, expected.size()), expected);
-  }
-}
-
-TEST(TextStreams, TheRoomIsUsedToItsLastByteAndNotBeyond) {
-  OwnStreams streams;
+TEST(ZlibStreams, TheRoomIsUsedToItsLastByteAndNotBeyond) {
+  Owned<ZlibStreams> streams;
   const std::string text = paddedTo(4000);
   const std::string bytes = freshlyDeflated(text);
   std::string out(bytes.size() + 4, '\x5b');
@@ -81,26 +47,64 @@ TEST(TextStreams, TheRoomIsUsedToItsLastByteAndNotBeyond) {
   EXPECT_EQ(out, bytes + "\x5b\x5b\x5b\x5b");
 }
 
+TEST(TextStreams, UsedOnesGiveTheBytesThatTheBuildIsToWrite) {
+  Owned<TextStreams> streams;
+  for (int round = 0; round < 3; ++round) {
+    for (const std::string& text : differentTexts()) EXPECT_EQ(deflatedBy(streams, text), bytesToStore(text));
+  }
+}
+
+TEST(TextStreams, AnObjectStoresTheBytesThatTheBuildIsToWrite) {
+  for (const std::string& text : {paddedTo(2560), paddedTo(20480), incompressibleBody(2700)}) {
+    const cSdpNegotiator object = objectWithText(text);
+    const std::string expected = bytesToStore(text);
+    ASSERT_EQ(object.getParsedData().storedSdpLength, expected.size());
+    EXPECT_EQ(std::string(Record(object).raw, expected.size()), expected);
+  }
+}
+
+// What is stored may be as long as what zlib makes of the text, and needs no byte more room than it takes.
+TEST(TextStreams, TheRoomIsUsedToItsLastByteAndNotBeyond) {
+  Owned<TextStreams> streams;
+  for (const std::string& text : {paddedTo(4000), incompressibleBody(2700)}) {
+    const std::size_t least = std::min(bytesToStore(text).size(), freshlyDeflated(text).size());
+    std::string out(least + 4, '\x5b');
+    EXPECT_EQ(streams.deflate(withNul(text), out.data(), least - 1).status, Deflated::Status::noRoom);
+    EXPECT_EQ(out.substr(least - 1), std::string(5, '\x5b'));
+    for (std::size_t length = least; length < least + 4; ++length) {
+      std::fill(out.begin(), out.end(), '\x5b');
+      const Deflated exact = streams.deflate(withNul(text), out.data(), length);
+      ASSERT_EQ(exact.status, Deflated::Status::done);
+      EXPECT_LE(exact.length, length);
+      EXPECT_EQ(out.substr(exact.length), std::string(out.size() - exact.length, '\x5b'));
+      EXPECT_EQ(inflatedByZlib(out.substr(0, exact.length)), withNul(text));
+    }
+  }
+}
+
 TEST(TextStreams, AFailedExpansionDoesNotShowInTheNextOne) {
-  OwnStreams streams;
+  Owned<TextStreams> streams;
   const std::string text = paddedTo(4000);
-  const std::string bytes = freshlyDeflated(text);
-  std::string out(5000, '\0');
-  for (std::size_t length = 0; length < bytes.size(); ++length) {
-    EXPECT_FALSE(streams.inflate({bytes.data(), length}, out.data(), out.size()).whole);
-    const Inflated whole = streams.inflate(bytes, out.data(), out.size());
-    ASSERT_TRUE(whole.whole);
-    ASSERT_EQ(std::string_view(out.data(), whole.length), withNul(text));
+  for (const std::string& bytes : {freshlyDeflated(text), bytesToStore(text)}) {
+    std::string out(5000, '\0');
+    for (std::size_t length = 0; length < bytes.size(); ++length) {
+      EXPECT_FALSE(streams.inflate({bytes.data(), length}, out.data(), out.size()).whole);
+      const Inflated whole = streams.inflate(bytes, out.data(), out.size());
+      ASSERT_TRUE(whole.whole);
+      ASSERT_EQ(std::string_view(out.data(), whole.length), withNul(text));
+    }
   }
 }
 
 TEST(TextStreams, TheyMayBeUsedAgainAfterTheirEnd) {
-  OwnStreams streams;
+  Owned<TextStreams> streams;
   const std::string text = paddedTo(4000);
   const std::string first = deflatedBy(streams, text);
+  EXPECT_EQ(inflatedBy(streams, first), withNul(text));
   streams.end();
   streams.end();
   EXPECT_EQ(deflatedBy(streams, text), first);
+  EXPECT_EQ(inflatedBy(streams, first), withNul(text));
 }
 
 /// Grants a number of allocations.
@@ -121,12 +125,12 @@ struct Memory {
   }
 };
 
-TEST(TextStreams, WithoutMemoryNothingIsWrittenAndALaterUseTriesAgain) {
+TEST(ZlibStreams, WithoutMemoryNothingIsWrittenAndALaterUseTriesAgain) {
   const std::string text = paddedTo(4000);
   const std::string bytes = freshlyDeflated(text);
   for (int granted = 0; granted < 5; ++granted) {  // a deflate stream takes five pieces
     Memory memory{granted};
-    TextStreams streams(&Memory::allocate, &Memory::release, &memory);
+    ZlibStreams streams(&Memory::allocate, &Memory::release, &memory);
     std::string out(room, '\x5b');
     EXPECT_EQ(streams.deflate(withNul(text), out.data(), room).status, Deflated::Status::noStream);
     EXPECT_EQ(out, std::string(room, '\x5b'));

@@ -1,33 +1,45 @@
-// What it costs to store and to expand a body that is kept deflated: with zlib streams made for each use,
-// with streams that are only reset, and as an object does it. All three work on the same body and give the
-// same bytes.
+// What it costs to store and to expand bodies that are kept deflated: with zlib streams made for each use, with streams
+// that are only reset, and as an object does it, all over the same bodies. In front of them stand ratios of one run: the
+// object beside zlib's reused streams.
 //
-//   sdpStorageBench [FILE] [--benchmark_... options]
+//   sdpStorageBench [FILE|FOLDER] [--benchmark_... options]
 //
-// Without a file the first 3400 characters of the project's own browser offer are taken.
+// Without either the project's own bodies for benchmarks are taken. Those count that an object parses and keeps deflated.
 
 #include <benchmark/benchmark.h>
 #include <zlib.h>
 
 #include <cstdio>
-#include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "benchBodies.h"
+#include "benchRatios.h"
 #include "sdpNegotiator.h"
 
 namespace {
 
-std::string body;
+/// What zlib and the object keep of a body.
+struct Kept {
+  std::string byZlib;
+  cSdpNegotiator object;
+};
+
+Bodies bodies;
+std::vector<Kept> kept;  ///< of each body
 cSdpNegotiator object;
-unsigned char stored[SDP_STORED_TEXT_SIZE];
+char stored[SDP_STORED_TEXT_SIZE];
 char expanded[MAX_SDP_PROTOCOL_DATA_SIZE];
 
-void aim(z_stream& stream, void* in, std::size_t inSize, void* out, std::size_t outSize) {
-  stream.next_in = static_cast<Bytef*>(in);
+void aim(z_stream& stream, const std::string& in, std::size_t inSize, char* out, std::size_t outSize) {
+  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(in.c_str()));
   stream.avail_in = static_cast<uInt>(inSize);
-  stream.next_out = static_cast<Bytef*>(out);
+  stream.next_out = reinterpret_cast<Bytef*>(out);
   stream.avail_out = static_cast<uInt>(outSize);
 }
 
@@ -36,108 +48,146 @@ struct Streams {
   z_stream deflater{};
   z_stream inflater{};
 
-  std::size_t store() {
+  std::size_t store(const std::string& body) {
     deflater.data_type = Z_TEXT;
-    aim(deflater, body.data(), body.size() + 1, stored, sizeof stored);
+    aim(deflater, body, body.size() + 1, stored, sizeof stored);
     return deflate(&deflater, Z_FINISH) == Z_STREAM_END ? deflater.total_out : 0;
   }
-  bool expand(std::size_t length) {
-    aim(inflater, stored, length, expanded, sizeof expanded);
+  bool expand(const std::string& bytes) {
+    aim(inflater, bytes, bytes.size(), expanded, sizeof expanded);
     return inflate(&inflater, Z_FINISH) == Z_STREAM_END;
   }
 };
 
-std::size_t storeFresh() {
-  Streams streams;
-  deflateInit(&streams.deflater, Z_DEFAULT_COMPRESSION);
-  const std::size_t length = streams.store();
-  deflateEnd(&streams.deflater);
-  return length;
-}
-
-bool expandFresh(std::size_t length) {
-  Streams streams;
-  inflateInit(&streams.inflater);
-  const bool done = streams.expand(length);
-  inflateEnd(&streams.inflater);
-  return done;
-}
-
-Streams& reusedStreams() {
-  static Streams streams;
-  if (streams.deflater.state == nullptr) {
+struct Fresh {
+  static std::size_t store(const std::string& body) {
+    Streams streams;
     deflateInit(&streams.deflater, Z_DEFAULT_COMPRESSION);
+    const std::size_t length = streams.store(body);
+    deflateEnd(&streams.deflater);
+    return length;
+  }
+  static bool expand(const Kept& each) {
+    Streams streams;
     inflateInit(&streams.inflater);
+    const bool done = streams.expand(each.byZlib);
+    inflateEnd(&streams.inflater);
+    return done;
   }
-  return streams;
-}
+};
 
-std::size_t storeReused() {
-  Streams& streams = reusedStreams();
-  deflateReset(&streams.deflater);
-  return streams.store();
-}
-
-bool expandReused(std::size_t length) {
-  Streams& streams = reusedStreams();
-  inflateReset(&streams.inflater);
-  return streams.expand(length);
-}
-
-std::size_t storeInObject() {
-  return object.setRawSDP(body.c_str()) == 0 ? object.getParsedData().storedSdpLength : 0;
-}
-
-bool expandFromObject(std::size_t) { return object.getRawSDP(expanded, sizeof expanded) == 0; }
-
-template <typename Store>
-void onlyStore(benchmark::State& state, Store store) {
-  for (auto _ : state) benchmark::DoNotOptimize(store());
-}
-
-template <typename Expand>
-void onlyExpand(benchmark::State& state, Expand expand) {
-  const std::size_t length = storeReused();
-  storeInObject();
-  for (auto _ : state) benchmark::DoNotOptimize(expand(length));
-}
-
-template <typename Store, typename Expand>
-void both(benchmark::State& state, Store store, Expand expand) {
-  for (auto _ : state) {
-    const std::size_t length = store();
-    if (!expand(length) || body != expanded) state.SkipWithError("the body did not come back");
+struct Reused {
+  static Streams& streams() {
+    static Streams streams;
+    if (streams.deflater.state == nullptr) {
+      deflateInit(&streams.deflater, Z_DEFAULT_COMPRESSION);
+      inflateInit(&streams.inflater);
+    }
+    return streams;
   }
+  static std::size_t store(const std::string& body) {
+    deflateReset(&streams().deflater);
+    return streams().store(body);
+  }
+  static bool expand(const Kept& each) {
+    inflateReset(&streams().inflater);
+    return streams().expand(each.byZlib);
+  }
+};
+
+struct Object {
+  static std::size_t store(const std::string& body) {
+    return object.setRawSDP(body.c_str()) == 0 ? object.getParsedData().storedSdpLength : 0;
+  }
+  static bool expand(const Kept& each) { return each.object.getRawSDP(expanded, sizeof expanded) == 0; }
+};
+
+bool parse(const std::string& body) { return object.sdpParse(body.c_str(), SDP_TYPE_OFFER) == 0; }
+
+template <typename Way>
+bool expandAll() {
+  bool all = true;
+  for (const Kept& each : kept) all = Way::expand(each) && all;
+  return all;
 }
 
-template <typename Store, typename Expand>
-void registerOne(const std::string& name, Store store, Expand expand) {
-  benchmark::RegisterBenchmark((name + ": store").c_str(), [=](benchmark::State& s) { onlyStore(s, store); });
-  benchmark::RegisterBenchmark((name + ": expand").c_str(),
-                               [=](benchmark::State& s) { onlyExpand(s, expand); });
-  benchmark::RegisterBenchmark((name + ": store and expand").c_str(),
-                               [=](benchmark::State& s) { both(s, store, expand); });
+template <typename Way>
+void registerOne(const std::string& name) {
+  benchmark::RegisterBenchmark((name + ": store").c_str(),
+                               [](benchmark::State& state) { overBodies(state, bodies, Way::store); });
+  benchmark::RegisterBenchmark((name + ": expand").c_str(), [](benchmark::State& state) {
+    const std::size_t before = allocations;
+    for (auto _ : state) {
+      if (!expandAll<Way>()) state.SkipWithError("a body did not come back");
+    }
+    const auto passes = static_cast<double>(state.iterations());
+    report(state, before, passes * static_cast<double>(bodies.lines),
+           passes * static_cast<double>(kept.size()));
+  });
 }
 
-std::string read(const char* path) {
+void printRatios() {
+  const auto [zlibStoring, storing, zlibExpanding, expanding, parsing] =
+      leastNanoseconds(over(bodies, Reused::store), over(bodies, Object::store), expandAll<Reused>,
+                       expandAll<Object>, over(bodies, parse));
+  const auto lines = static_cast<double>(bodies.lines);
+  std::printf(
+      "store / reused zlib stream: %.2f, expand / reused zlib stream: %.2f, sdpParse / deflating with a reused "
+      "zlib stream: %.2f\n",
+      storing / zlibStoring, expanding / zlibExpanding, parsing / zlibStoring);
+  std::printf(
+      "(ns a line: zlib stores in %.1f and expands in %.1f, the object stores in %.1f, expands in %.1f, and parses "
+      "in %.1f)\n",
+      zlibStoring / lines, zlibExpanding / lines, storing / lines, expanding / lines, parsing / lines);
+}
+
+/// Takes a body that is parsed and kept deflated, and that comes back as it was.
+/// @return false for another one
+bool take(std::string body) {
+  Kept each;
+  if (body.size() < SDP_STORED_TEXT_SIZE || !parse(body)) return false;
+  each.object = object;
+  each.byZlib.assign(stored, Fresh::store(body));
+  const bool both = !each.byZlib.empty() && Fresh::expand(each) && body == expanded && Object::expand(each) &&
+                    body == expanded;
+  if (!both) return false;
+  kept.push_back(each);
+  bodies.add(std::move(body));
+  return true;
+}
+
+void load(const char* path) {
+  if (std::filesystem::is_directory(path)) {
+    for (std::string& body : readBodies(path)) take(std::move(body));
+    return;
+  }
   std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+  take({std::istreambuf_iterator<char>(file), {}});
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
-  body = argc > 1 ? read(argv[1]) : read(SDP_BENCH_BODY).substr(0, 3400);
-  const std::size_t length = storeFresh();
-  if (body.size() < SDP_STORED_TEXT_SIZE || length == 0 || storeInObject() != length) {
-    std::fprintf(stderr, "sdpStorageBench: a body of %zu characters is not stored deflated\n", body.size());
+  load(argc > 1 ? argv[1] : SDP_BENCH_BODIES);
+  if (kept.empty()) {
+    std::fprintf(stderr, "sdpStorageBench: no body that is stored deflated\n");
     return 2;
   }
-  std::printf("a body of %zu characters, deflated into %zu bytes\n", body.size(), length);
-  registerOne("fresh streams", storeFresh, expandFresh);
-  registerOne("reused streams", storeReused, expandReused);
-  registerOne("object", storeInObject, expandFromObject);
+  std::size_t characters = 0;
+  std::size_t byZlib = 0;
+  std::size_t byObject = 0;
+  for (std::size_t i = 0; i < kept.size(); ++i) {
+    characters += bodies.texts[i].size();
+    byZlib += kept[i].byZlib.size();
+    byObject += kept[i].object.getParsedData().storedSdpLength;
+  }
+  std::printf("%zu bodies of %zu characters, deflated into %zu bytes, by zlib into %zu\n", kept.size(),
+              characters, byObject, byZlib);
+  printRatios();
+  registerOne<Fresh>("fresh streams");
+  registerOne<Reused>("reused streams");
+  registerOne<Object>("object");
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
   return 0;

@@ -270,12 +270,25 @@ TEST(Numbers, SaturateAndTellAbsentFromBad) {
     ASSERT_EQ(asUnsigned.has_value(), one.found) << one.text;
     ASSERT_EQ(asInt.has_value(), one.found) << one.text;
     EXPECT_EQ(numberOrZero<int>(one.text), one.asInt) << one.text;
+    EXPECT_EQ(numberOrZeroOf<int>(std::string(one.text).c_str()), one.asInt) << one.text;
     if (!one.found) continue;
     EXPECT_EQ(asUnsigned->value, one.asUnsigned) << one.text;
     EXPECT_EQ(asUnsigned->length, one.length) << one.text;
     EXPECT_EQ(asInt->value, one.asInt) << one.text;
   }
   EXPECT_EQ(leadingNumber<unsigned short>("65536")->value, 65535);
+  EXPECT_EQ(leadingNumberOf<unsigned short>("65536")->value, 65535);
+  EXPECT_EQ(leadingNumberOf<unsigned short>("0065535x")->value, 65535);
+  EXPECT_EQ(leadingNumberOf<unsigned short>("0065535x")->length, 7U);
+  EXPECT_EQ(leadingNumberOf<std::uint8_t>("256")->value, 255);
+  EXPECT_EQ(leadingNumberOf<std::uint8_t>("99")->value, 99);
+  EXPECT_EQ(leadingNumberOf<int>("123456789")->value, 123456789);
+  EXPECT_EQ(leadingNumberOf<int>("2147483647")->value, 2147483647);
+  EXPECT_EQ(leadingNumberOf<int>("2147483648")->value, 2147483647);
+  EXPECT_EQ(leadingNumberOf<int>("-12 3")->length, 3U);
+  EXPECT_FALSE(leadingNumberOf<int>(""));
+  EXPECT_FALSE(leadingNumberOf<int>("x1"));
+  EXPECT_EQ(numberOrZeroOf<int>(nullptr), 0);
   EXPECT_EQ(leadingNumber<unsigned int>(std::string(1000, '9'))->value, 4294967295U);
   EXPECT_EQ(leadingNumber<long long>("9223372036854775808")->value, 9223372036854775807LL);
   EXPECT_EQ(leadingNumber<long long>("-9223372036854775809")->value, -9223372036854775807LL - 1);

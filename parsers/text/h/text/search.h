@@ -17,7 +17,7 @@ inline std::string_view viewOf(const char* text) {
   return text != nullptr ? std::string_view(text) : std::string_view();
 }
 
-inline char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+constexpr char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 inline bool isDigit(char c) { return c >= '0' && c <= '9'; }
 /// The control characters of ASCII, among them those that end lines.
 inline bool isControl(char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }
@@ -123,10 +123,31 @@ std::optional<Leading<Number>> leadingNumber(std::string_view text) {
   return Leading<Number>{value, at};
 }
 
+/// The same for a text ended by NUL whose length is not known.
+template <typename Number>
+std::optional<Leading<Number>> leadingNumberOf(const char* text) {
+  // Most numbers have no sign, and so few digits that they fit whatever the digits are.
+  constexpr std::size_t few = std::numeric_limits<Number>::digits10;
+  Number value = 0;
+  std::size_t at = 0;
+  for (; at < few && isDigit(text[at]); ++at) {
+    value = static_cast<Number>(value * 10 + static_cast<Number>(text[at] - '0'));
+  }
+  if (at != 0 && !isDigit(text[at])) return Leading<Number>{value, at};
+  return leadingNumber<Number>(text);
+}
+
 /// The number that a text begins with, 0 when there is none, as `atoi` reads but within its type.
 template <typename Number>
 Number numberOrZero(std::string_view text) {
   const std::optional<Leading<Number>> number = leadingNumber<Number>(text);
+  return number ? number->value : Number{0};
+}
+
+/// The same for a text ended by NUL whose length is not known; 0 for null.
+template <typename Number>
+Number numberOrZeroOf(const char* text) {
+  const std::optional<Leading<Number>> number = leadingNumberOf<Number>(text != nullptr ? text : "");
   return number ? number->value : Number{0};
 }
 

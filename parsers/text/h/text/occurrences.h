@@ -1,0 +1,77 @@
+#ifndef SDP_TEXT_OCCURRENCES_H
+#define SDP_TEXT_OCCURRENCES_H
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+#include "text/search.h"
+
+// The places of a piece in a text, in a time that does not grow with the piece.
+
+namespace sdpneg {
+
+/// Finds the places of a piece one after the other, letters compared without regard to case, by the algorithm of Knuth,
+/// Morris and Pratt: it goes over the text once, whatever nearly matches in it.
+class OccurrencesNoCase {
+ public:
+  OccurrencesNoCase(std::string_view text, std::string_view piece) : text_(text), piece_(piece) {
+    if (!isLong()) findBorders();
+  }
+
+  /// The first place at or behind `begin`, which never falls from call to call.
+  /// @return npos when there is none
+  std::size_t from(std::size_t begin) {
+    if (piece_.empty() || isLong()) return findNoCase(text_, piece_, begin);
+    if (at_ < begin) {
+      at_ = begin;
+      matched_ = 0;
+    }
+    while (place_ == kUnknown || (place_ != npos && place_ < begin)) place_ = next();
+    return place_;
+  }
+
+ private:
+  /// Longer pieces have no table; they are compared place by place.
+  static constexpr std::size_t kLongest = 255;
+  static constexpr std::size_t kUnknown = npos - 1;
+
+  bool isLong() const { return piece_.size() > kLongest; }
+  char wanted(std::size_t at) const { return lower(piece_[at]); }
+
+  /// How much of the piece matches when a character is put behind what matched before.
+  std::size_t matchedWith(char c, std::size_t matched) const {
+    while (matched != 0 && wanted(matched) != c) matched = borders_[matched - 1];
+    return wanted(matched) == c ? matched + 1 : matched;
+  }
+
+  /// For each beginning of the piece the length of the longest one that it ends in, other than itself.
+  void findBorders() {
+    std::size_t matched = 0;
+    for (std::size_t at = 0; at < piece_.size(); ++at) {
+      if (at != 0) matched = matchedWith(wanted(at), matched);
+      borders_[at] = static_cast<std::uint8_t>(matched);
+    }
+  }
+
+  std::size_t next() {
+    if (matched_ == piece_.size()) matched_ = borders_[matched_ - 1];
+    while (at_ < text_.size()) {
+      matched_ = matchedWith(lower(text_[at_++]), matched_);
+      if (matched_ == piece_.size()) return at_ - matched_;
+    }
+    return npos;
+  }
+
+  std::string_view text_;
+  std::string_view piece_;
+  std::size_t place_ = kUnknown;
+  std::size_t at_ = 0;       ///< behind what has been looked at
+  std::size_t matched_ = 0;  ///< of the piece, in front of `at_`
+  std::uint8_t borders_[kLongest];
+};
+
+}  // namespace sdpneg
+
+#endif

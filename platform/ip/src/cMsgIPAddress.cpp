@@ -18,17 +18,37 @@ namespace {
 constexpr std::string_view kUnspecifiedText = "0.0.0.0";
 
 /// Whether a text is short enough to be an address; reads no further than that takes.
-bool hasAddressLength(const char* text) {
-  return text != nullptr && strnlen(text, INET6_ADDRSTRLEN) < INET6_ADDRSTRLEN;
+bool hasAddressLength(const char* text) { return strnlen(text, INET6_ADDRSTRLEN) < INET6_ADDRSTRLEN; }
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+/// Reads a decimal number from 0 to 255 without leading zeros, and leaves `text` behind it.
+bool readByte(const char*& text, std::uint8_t& byte) {
+  if (!isDigit(*text)) return false;
+  unsigned int value = static_cast<unsigned int>(*text++ - '0');
+  for (int more = 0; more < 2 && value != 0 && isDigit(*text); ++more) {
+    value = value * 10 + static_cast<unsigned int>(*text++ - '0');
+  }
+  byte = static_cast<std::uint8_t>(value);
+  return value <= UINT8_MAX;
+}
+
+/// inet_pton(3) for IPv4, which almost all addresses are.
+/// @param bytes its first four receive the address in network order, or some of it where there is none
+bool parseIPv4(const char* text, std::uint8_t (&bytes)[16]) {
+  for (int i = 0; i < 4; ++i) {
+    if (i != 0 && *text++ != '.') return false;
+    if (!readByte(text, bytes[i])) return false;
+  }
+  return *text == '\0';
 }
 
 /// @param bytes receives the address in network order, when there is one; an IPv4 address in its first four
 /// @return the version of the address, unknown when the text is none
 eIPAddressVersion parse(const char* text, std::uint8_t (&bytes)[16]) {
-  if (!hasAddressLength(text)) return IP_VERSION_UNKNOWN;
-  if (inet_pton(AF_INET, text, bytes) == 1) return IP_VERSION_4;
-  if (inet_pton(AF_INET6, text, bytes) == 1) return IP_VERSION_6;
-  return IP_VERSION_UNKNOWN;
+  if (text == nullptr) return IP_VERSION_UNKNOWN;
+  if (parseIPv4(text, bytes)) return IP_VERSION_4;
+  return hasAddressLength(text) && inet_pton(AF_INET6, text, bytes) == 1 ? IP_VERSION_6 : IP_VERSION_UNKNOWN;
 }
 
 constexpr std::size_t addressSize(eIPAddressVersion version) {

@@ -74,7 +74,7 @@ inline const char* addressTypeOf(int version) { return version == kIpVersion4 ? 
 inline constexpr std::size_t kDirectionLength = 8;
 
 /// @return the direction of that name (RFC 4566 6), or of "confrnce"; CONNECTION_MODE_NONE for another name
-inline eConnectionMode directionOf(std::string_view name) {
+constexpr eConnectionMode directionOf(std::string_view name) {
   if (name.size() != kDirectionLength) return CONNECTION_MODE_NONE;
   if (name == "sendonly") return CONNECTION_MODE_SENDONLY;
   if (name == "recvonly") return CONNECTION_MODE_RECVONLY;

@@ -1,6 +1,8 @@
 #include "mediaAddress.h"
+#include "payloadCodecs.h"
 #include "refusal.h"
 #include "sdpNegotiatorParser.h"
+#include "steps.h"
 #include "vocabulary.h"
 
 // The audio of a description: which m-line counts, its codecs and its attributes.
@@ -11,24 +13,25 @@ namespace {
 /// The first audio m-line in use. One that is not in use is taken when no other m-line follows it.
 /// @param chosen receives it, or null
 /// @return a refusal of a port up to it
-Refusal chooseAudio(sDescription& description, int noOfMDs, mDescription*& chosen) {
+Refusal chooseAudio(Body& body, int noOfMDs, Section*& chosen) {
   chosen = nullptr;
-  const auto media = mediaOf(description, noOfMDs);
-  for (mDescription& each : media) {
-    if (each.mLine.mediaType != MEDIA_AUDIO) continue;
-    description.mediaKinds |= MEDIA_AUDIO;
-    if (const Refusal refusal = checkPort("audio", description, each)) return refusal;
-    if (portOf(each) == 0 && &each != &media.back()) continue;
-    chosen = &each;
+  const auto sections = body.sections(noOfMDs);
+  for (Section& section : sections) {
+    if (section.kind() != MEDIA_AUDIO) continue;
+    if (const Refusal refusal = checkPort("audio", body, section)) return refusal;
+    if (section.port() == 0 && &section != &sections.back()) continue;
+    chosen = &section;
     break;
   }
   return {};
 }
 
-void takeCodecs(sSdpParsedData& data, const mDescription& audio, unsigned int& count) {
-  for (int i = 0; i < sdp_MgetNoOfFormats(&audio.mLine); ++i) {
-    if (count >= MAX_SDP_NEGOTIATOR_AUDIO_CODECS) return;
-    const unsigned char codec = sdpParserMessage::convertCodec(sdp_MgetFormat(&audio.mLine, i), &audio.aLine);
+void takeCodecs(sSdpParsedData& data, Section& audio, unsigned int& count) {
+  const m_line& line = audio.media().mLine;
+  const int formats = sdp_MgetNoOfFormats(&line);
+  PayloadCodecs codecs(audio.attributes());
+  for (int i = 0; i < formats && count < MAX_SDP_NEGOTIATOR_AUDIO_CODECS; ++i) {
+    const std::uint8_t codec = codecs.of(sdp_MgetFormat(&line, i));
     if (codec != SDP_NO_CODEC) data.audioCodec[count++] = codec;
   }
 }
@@ -39,16 +42,32 @@ class AudioAttributes {
   AudioAttributes(sSdpParsedData& data, int noOfFormats, unsigned char* periods)
       : data_(data), noOfFormats_(noOfFormats), periods_(periods) {}
 
+  /// The lines that are read.
+  static constexpr KindSet kinds() {
+    return KindSet(AttributeKind::mptime, AttributeKind::ptime, AttributeKind::silenceSupp,
+                   AttributeKind::ecan, AttributeKind::gpmd, AttributeKind::fmtp);
+  }
+
   /// @return false when the lines behind this one are not to be read
-  bool read(const a_line::entry& line) {
+  bool read(const a_line::entry& line, AttributeKind kind) {
     const char* value = valueOf(line);
-    if (isNamed(line, "mptime")) return sdpParserMessage::setCodecMptime(periods_, noOfFormats_, value) == 0;
-    if (isNamed(line, "ptime")) return readPtime(value);
-    if (isNamed(line, "silenceSupp")) return sdpParserMessage::setSilenceSuppression(data_, value) == 0;
-    if (isNamed(line, "ecan")) sdpParserMessage::setEchoCancellation(data_, value);
-    if (isNamed(line, "gpmd") && value != nullptr) readVoiceBandData(value);
-    if (isNamed(line, "fmtp") && value != nullptr) readAnnexB(value);
-    return true;
+    switch (kind) {
+      case AttributeKind::mptime:
+        return sdpParserMessage::setCodecMptime(periods_, noOfFormats_, value) == 0;
+      case AttributeKind::ptime:
+        return readPtime(value);
+      case AttributeKind::silenceSupp:
+        return sdpParserMessage::setSilenceSuppression(data_, value) == 0;
+      case AttributeKind::ecan:
+        sdpParserMessage::setEchoCancellation(data_, value);
+        return true;
+      case AttributeKind::gpmd:
+        if (value != nullptr) readVoiceBandData(value);
+        return true;
+      default:
+        if (value != nullptr) readAnnexB(value);
+        return true;
+    }
   }
 
  private:
@@ -88,28 +107,34 @@ class AudioAttributes {
 };
 
 }  // namespace
+
+unsigned short takeAudio(sSdpParsedData& data, Body& body, unsigned int& count, int noOfMDs,
+                         unsigned char* periods) {
+  Section* audio = nullptr;
+  if (const Refusal refusal = chooseAudio(body, noOfMDs, audio)) return refuse(refusal);
+  if (audio == nullptr) return 0;
+  if (hasConnection(audio->connection())) {
+    const Refusal refusal = takeAddressOf(data, body, *audio);
+    if (refusal) return refuse(refusal);
+  }
+  data.mediaType |= MEDIA_AUDIO;
+  data.port = static_cast<std::uint32_t>(audio->port());
+  takeCodecs(data, *audio, count);
+  data.sessionMode = firstGiven(audio->attributes().mode(), data.sessionMode);
+  AudioAttributes reader(data, sdp_MgetNoOfFormats(&audio->media().mLine), periods);
+  audio->attributes().forEach(AudioAttributes::kinds(), [&](const a_line::entry& line, AttributeKind kind) {
+    return reader.read(line, kind);
+  });
+  return 0;
+}
+
 }  // namespace sdpneg
 
 using namespace sdpneg;
 
 unsigned short sdpParserMessage::findFirstAudio(sSdpParsedData& data, sDescription& description,
                                                 unsigned int& count, int noOfMDs, unsigned char* periods) {
-  mDescription* audio = nullptr;
-  if (const Refusal refusal = chooseAudio(description, noOfMDs, audio)) {
-    return refuse(refusal);
-  }
-  if (audio == nullptr) return 0;
-  if (hasConnection(audio->cLine)) {
-    const Refusal refusal = takeAddressOf(data, description, *audio);
-    if (refusal) return refuse(refusal);
-  }
-  data.mediaType |= MEDIA_AUDIO;
-  data.port = static_cast<std::uint32_t>(portOf(*audio));
-  takeCodecs(data, *audio, count);
-  data.sessionMode = firstGiven(getConnectionMode(&audio->aLine), data.sessionMode);
-  AudioAttributes reader(data, sdp_MgetNoOfFormats(&audio->mLine), periods);
-  for (const a_line::entry& line : entriesOf(&audio->aLine)) {
-    if (!reader.read(line)) break;
-  }
-  return 0;
+  noteKind(description, noOfMDs, MEDIA_AUDIO);
+  Body body(description);
+  return takeAudio(data, body, count, noOfMDs, periods);
 }

@@ -20,8 +20,15 @@ namespace sdpneg {
 /// The media descriptions that are held, of the first `noOfMDs`.
 template <typename Description>
 auto mediaOf(Description& description, int noOfMDs = SDP_MEDIA_CAPACITY) {
-  const int count = std::clamp(std::min(noOfMDs, sdp_getNoOfMDs(&description)), 0, SDP_MEDIA_CAPACITY);
+  const int count = std::clamp(std::min(noOfMDs, description.noOfMDs), 0, SDP_MEDIA_CAPACITY);
   return std::span(description.media).first(static_cast<std::size_t>(count));
+}
+
+/// Notes a kind of media that the description has among its first `noOfMDs`.
+inline void noteKind(sDescription& description, int noOfMDs, eMediaType kind) {
+  const auto media = mediaOf(description, noOfMDs);
+  const auto isOfKind = [kind](const mDescription& each) { return each.mLine.mediaType == kind; };
+  if (std::any_of(media.begin(), media.end(), isOfKind)) description.mediaKinds |= kind;
 }
 
 /// The value of an attribute line; null when it has neither a value nor a colon.
@@ -35,13 +42,35 @@ inline bool isNamed(const a_line::entry& line, const char* name) {
 }
 
 /// The port of an m-line, at most the largest value of its type.
-inline int portOf(const mDescription& media) { return numberOrZero<int>(viewOf(sdp_MgetPort(&media.mLine))); }
+inline int portOf(const mDescription& media) { return numberOrZeroOf<int>(sdp_MgetPort(&media.mLine)); }
 
 inline std::string_view transportOf(const mDescription& media) {
   return viewOf(sdp_MgetTransport(&media.mLine));
 }
 
-inline bool hasConnection(const c_line& line) { return sdp_CgetNoOfCs(&line) > 0; }
+inline bool hasConnection(const c_line& line) { return line.count > 0; }
+
+/// The first address of a c-line; null when it has none.
+inline const char* addressOf(const c_line& line) {
+  return hasConnection(line) ? line.entries[0].address : nullptr;
+}
+
+/// The type of that address; null when it has none.
+inline const char* addressTypeOf(const c_line& line) {
+  return hasConnection(line) ? line.entries[0].addressType : nullptr;
+}
+
+/// What media may have from a session: eSdpLinePresence bits.
+inline unsigned int inheritedLines(const sDescription& session) {
+  const unsigned int connection = hasConnection(session.cLine) ? SDP_HAS_C_LINE : 0U;
+  return session.linePresence & (SDP_HAS_A_LINE | connection);
+}
+
+/// What of it a media description lacks.
+/// @param inherited `inheritedLines` of the session
+inline unsigned int missingLines(unsigned int inherited, const mDescription& media) {
+  return inherited & ~media.linePresence;
+}
 
 }  // namespace sdpneg
 

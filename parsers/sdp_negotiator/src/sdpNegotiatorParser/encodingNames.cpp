@@ -5,8 +5,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "attributeKinds.h"
 #include "attributeLines.h"
-#include "descriptionView.h"
 #include "sdpNegotiatorParser.h"
 #include "text/search.h"
 
@@ -19,20 +19,20 @@ namespace {
 constexpr std::size_t kRtpmapLimit = 512;
 constexpr std::size_t kCompareLimit = 100;
 
+bool isBlank(char c) { return c == ' ' || c == '\t'; }
 bool isLineEnd(char c) { return c == '\r' || c == '\n'; }
 
 /// The encoding name that an rtpmap value gives a format; empty when it defines another format or none.
 /// @param value ended by NUL; its line may be followed by others
 std::string_view encodingNameOf(const char* value, std::string_view format) {
-  constexpr std::string_view blanks = " \t";
   // Most lines that are tried belong to another format.
-  const bool beginsWithBlank = *value == ' ' || *value == '\t';
-  if (!beginsWithBlank && !textStartsWith(value, format)) return {};
-  Words words({value, strnlen(value, kRtpmapLimit)}, blanks);
-  if (words.next() != format) return {};
-  std::string_view name = words.rest();
-  name.remove_prefix(std::min(name.find_first_not_of(blanks), name.size()));
-  return {name.begin(), std::find_if(name.begin(), name.end(), isLineEnd)};
+  if (!isBlank(*value) && !textStartsWith(value, format)) return {};
+  const char* const end = value + strnlen(value, kRtpmapLimit);
+  const char* const word = std::find_if_not(value, end, isBlank);
+  const char* const wordEnd = std::find_if(word, end, isBlank);
+  if (std::string_view(word, static_cast<std::size_t>(wordEnd - word)) != format) return {};
+  const char* const name = std::find_if_not(wordEnd, end, isBlank);
+  return {name, std::find_if(name, end, isLineEnd)};
 }
 
 /// Hands out what was found: cuts it to the buffer.
@@ -60,6 +60,17 @@ std::string_view findEncodingName(const char* begin, const char* end, const char
   return {};
 }
 
+std::string_view findEncodingName(std::span<const a_line::entry> lines, const char* format) {
+  if (format == nullptr) return {};
+  const std::string_view wanted = format;
+  for (const a_line::entry& line : lines) {
+    if (!kRtpmapName.matches(line.name)) continue;
+    const std::string_view name = encodingNameOf(line.value, wanted);
+    if (!name.empty()) return name;
+  }
+  return {};
+}
+
 }  // namespace sdpneg
 
 using namespace sdpneg;
@@ -67,12 +78,7 @@ using namespace sdpneg;
 bool sdpParserMessage::getEncodingName(const mDescription* media, const char* format, char* name,
                                        unsigned int size) {
   if (media == nullptr) return false;
-  for (const a_line::entry& line : entriesOf(&media->aLine)) {
-    if (isNamed(line, "rtpmap") && isEncodingDefinedInAline(line.value, format, name, size)) {
-      return true;
-    }
-  }
-  return false;
+  return deliver(findEncodingName(entriesOf(&media->aLine), format), name, size);
 }
 
 bool sdpParserMessage::getEncodingName(const char* begin, const char* end, const char* format, char* name,

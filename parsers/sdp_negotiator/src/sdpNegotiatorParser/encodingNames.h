@@ -1,9 +1,12 @@
 #ifndef SDP_ENCODING_NAMES_H
 #define SDP_ENCODING_NAMES_H
 
+#include <span>
 #include <string_view>
 
-// The encoding names of formats, from the rtpmap lines of a text.
+#include "aLine.h"
+
+// The encoding names of formats, from rtpmap lines.
 
 namespace sdpneg {
 
@@ -12,6 +15,10 @@ namespace sdpneg {
 /// @param begin a text ended by NUL
 /// @return the name inside the text; empty when there is none or an argument is null
 std::string_view findEncodingName(const char* begin, const char* end, const char* format);
+
+/// The same in the attribute lines of a description.
+/// @param format null, or as it stands in the m-line
+std::string_view findEncodingName(std::span<const a_line::entry> lines, const char* format);
 
 }  // namespace sdpneg
 

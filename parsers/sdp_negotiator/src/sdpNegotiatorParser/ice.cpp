@@ -2,6 +2,10 @@
 
 #include "descriptionView.h"
 #include "sdpNegotiatorParser.h"
+#include "steps.h"
+#include "text/fixedText.h"
+#include "text/occurrences.h"
+#include "text/pairs.h"
 #include "trace.h"
 #include "vocabulary.h"
 
@@ -34,51 +38,74 @@ bool isFullIceName(std::string_view text) {
   }
 }
 
+/// @param text what follows an "a=", as far as its first colon at least
+void takeName(IceNames& names, std::string_view text) {
+  names.lite = names.lite || startsWithNoCase(text, "ice-lite");
+  names.full = names.full || isFullIceName(text);
+}
+
 /// Looks behind each "a=" of a text, inside lines as well, in one pass: equals signs are rarer than the
 /// names' other characters.
 IceNames iceNamesIn(std::string_view text) {
   IceNames found;
   for (std::size_t at = text.find('=', 1); at != npos && !found.lite; at = text.find('=', at + 1)) {
-    if (lower(text[at - 1]) != 'a') continue;
-    const std::string_view name = text.substr(at + 1);
-    found.lite = startsWithNoCase(name, "ice-lite");
-    found.full = found.full || isFullIceName(name);
+    if (lower(text[at - 1]) == 'a') takeName(found, text.substr(at + 1));
   }
   return found;
 }
 
-/// Finds the next place of a piece, letters compared without regard to case. Asked with places that never
-/// fall, it goes over the text once.
-class NextPlace {
- public:
-  NextPlace(std::string_view text, std::string_view piece) : text_(text), piece_(piece) {}
+void takeNames(IceNames& names, const AttributeIndex& attributes) {
+  attributes.forEach(KindSet(AttributeKind::candidate, AttributeKind::remoteOrIce),
+                     [&](const a_line::entry& line, AttributeKind) {
+                       FixedText<sizeof line.name + 1> text;
+                       text.add(line.name);
+                       if (valueOf(line) != nullptr) text.add(":");
+                       takeName(names, text.view());
+                       return true;
+                     });
+}
 
-  std::size_t from(std::size_t begin) {
-    if (!known_ || (place_ != npos && place_ < begin)) place_ = findNoCase(text_, piece_, begin);
-    known_ = true;
-    return place_;
+/// The same of a decoded body. Where each "a=" of the text is the beginning of an attribute line that is held whole, the
+/// lines' names tell.
+IceNames iceNamesIn(Body& body, const BodyText& text) {
+  const bool isWhole = sdp_isComplete(&body.description());
+  if (!isWhole || text.attributeStarts != body.attributeLines()) return iceNamesIn(text.text);
+  IceNames found;
+  takeNames(found, body.session());
+  for (Section& section : body.sections()) takeNames(found, section.attributes());
+  return found;
+}
+
+void noteIce(sSdpParsedData& data, IceNames found) {
+  setBit(data, SDP_ATTR_ICE_LITE, found.lite);
+  if (found.lite) {
+    trace::progress("There is an ice-lite attribute in the SDP.");
+    return;
   }
+  setBit(data, SDP_ATTR_FULL_ICE, found.full);
+  if (found.full) trace::progress("There is ice attributes in the SDP.");
+}
 
- private:
-  std::string_view text_;
-  std::string_view piece_;
-  std::size_t place_ = npos;
-  bool known_ = false;
-};
+std::size_t nextCandidate(std::string_view text, std::size_t from) {
+  // "da" stands in few other places.
+  constexpr std::string_view candidate = "a=candidate:";
+  return findByPair(text, candidate, candidate.find("da"), from);
+}
 
 /// Goes over the candidate lines of a text until one tells whether they match. The bit stays as it is when the lines
 /// run out.
 /// @return 0, or 1 for a line without LF, which leaves the bit as well
 unsigned short matchCandidates(sSdpParsedData& data, std::string_view text, std::string_view address,
                                std::string_view port) {
-  NextPlace nextPort(text, port);
-  NextPlace nextAddress(text, address);
-  NextPlace nextLineFeed(text, "\n");
-  for (std::size_t line = text.find("a=candidate:"); line != npos;
-       line = text.find("a=candidate:", line + 1)) {
-    const std::size_t lineFeed = nextLineFeed.from(line);
+  std::size_t line = nextCandidate(text, 0);
+  if (line == npos) return 0;
+  OccurrencesNoCase ports(text, port);
+  OccurrencesNoCase addresses(text, address);
+  OccurrencesNoCase lineFeeds(text, "\n");
+  for (; line != npos; line = nextCandidate(text, line + 1)) {
+    const std::size_t lineFeed = lineFeeds.from(line);
     if (lineFeed == npos) return 1;
-    const std::size_t last = std::max(nextPort.from(line), nextAddress.from(line));
+    const std::size_t last = std::max(ports.from(line), addresses.from(line));
     if (last == npos) {
       trace::info("Ice mismatch occurred within the SDP");
       setBit(data, SDP_ATTR_ICE_CANDIDATES_MATCH, false);
@@ -99,19 +126,18 @@ struct Indication {
 };
 
 /// @return true when a candidate has an IPv6 address, which decides
-bool takeCandidates(Indication& indication, const a_line& line) {
-  for (const a_line::entry& each : entriesOf(&line)) {
-    if (lower(each.name[0]) != 'c' || !equalNoCase(each.name, "candidate")) continue;
-    indication.candidate = cMsgIPAddress::getIPAddressVersion(each.value);
-    if (indication.candidate == kIpVersion6) return true;
-  }
-  return false;
+bool takeCandidates(Indication& indication, const AttributeIndex& attributes) {
+  attributes.forEach(KindSet(AttributeKind::candidate), [&](const a_line::entry& line, AttributeKind) {
+    indication.candidate = cMsgIPAddress::getIPAddressVersion(line.value);
+    return indication.candidate != kIpVersion6;
+  });
+  return indication.candidate == kIpVersion6;
 }
 
-void takeConnection(Indication& indication, const c_line& line) {
+void takeConnection(Indication& indication, ReadAddress& addresses, const c_line& line) {
   if (!hasConnection(line)) return;
   const bool isFirst = indication.connection == kIpVersionUnknown;
-  if (cMsgIPAddress::isIPv6(sdp_CgetAddress(&line, 0))) {
+  if (addresses.versionOf(addressOf(line)) == kIpVersion6) {
     indication.connection = kIpVersion6;
   } else if (isFirst) {
     indication.connection = kIpVersion4;
@@ -119,39 +145,46 @@ void takeConnection(Indication& indication, const c_line& line) {
 }
 
 }  // namespace
+
+void findIce(sSdpParsedData& data, Body& body, const BodyText& text) {
+  noteIce(data, iceNamesIn(body, text));
+}
+
+unsigned short matchCandidates(sSdpParsedData& data, const sDescription& description, std::string_view text) {
+  const auto media = mediaOf(description);
+  const std::string_view address = viewOf(addressOf(description.cLine));
+  if (media.empty() || address.empty()) return 1;
+  const std::string_view port = viewOf(sdp_MgetPort(&media[0].mLine));
+  if (port.empty()) return 1;
+  return matchCandidates(data, text, address, port);
+}
+
+unsigned int indicatedVersion(Body& body) {
+  Indication indication;
+  for (Section& section : body.sections()) {
+    if (section.port() == 0) continue;
+    if (takeCandidates(indication, section.attributes())) return kIpVersion6;
+    takeConnection(indication, body.addresses(), section.connection());
+  }
+  const bool byCandidate = indication.candidate != kIpVersionUnknown;
+  return static_cast<unsigned int>(byCandidate ? indication.candidate : indication.connection);
+}
+
 }  // namespace sdpneg
 
 using namespace sdpneg;
 
 unsigned short sdpParserMessage::checkIce(const char* sdp, sSdpParsedData& data) {
-  const IceNames found = iceNamesIn(viewOf(sdp));
-  setBit(data, SDP_ATTR_ICE_LITE, found.lite);
-  if (found.lite) {
-    trace::progress("There is an ice-lite attribute in the SDP.");
-    return 0;
-  }
-  setBit(data, SDP_ATTR_FULL_ICE, found.full);
-  if (found.full) trace::progress("There is ice attributes in the SDP.");
+  noteIce(data, iceNamesIn(viewOf(sdp)));
   return 0;
 }
 
 unsigned short sdpParserMessage::checkFullIceAttributes(const char* sdp, sSdpParsedData& data,
                                                         const sDescription& description) {
-  const auto media = mediaOf(description);
-  const std::string_view address = viewOf(sdp_CgetAddress(&description.cLine, 0));
-  if (media.empty() || address.empty()) return 1;
-  const std::string_view port = viewOf(sdp_MgetPort(&media[0].mLine));
-  if (port.empty()) return 1;
-  return matchCandidates(data, viewOf(sdp), address, port);
+  return matchCandidates(data, description, viewOf(sdp));
 }
 
 unsigned int sdpParserMessage::checkMediaStreamsForIPIndication(const sDescription& description) {
-  Indication indication;
-  for (const mDescription& media : mediaOf(description)) {
-    if (portOf(media) == 0) continue;
-    if (takeCandidates(indication, media.aLine)) return kIpVersion6;
-    takeConnection(indication, media.cLine);
-  }
-  const bool byCandidate = indication.candidate != kIpVersionUnknown;
-  return static_cast<unsigned int>(byCandidate ? indication.candidate : indication.connection);
+  Body body(description);
+  return indicatedVersion(body);
 }

@@ -1,14 +1,13 @@
 #include "descriptionView.h"
 #include "sdpNegotiatorParser.h"
 
-// Media without a connection line have that of the session.
+// What media have from the session, put into their records.
 
 namespace sdpneg {
 namespace {
 
 // Records are never cleared: nothing but the entry in use is copied.
 void inheritConnection(mDescription& media, const c_line& session) {
-  if (sdp_CgetNoOfCs(&session) == 0) return;
   media.cLine.entries[0] = session.entries[0];
   media.cLine.count = 1;
 }
@@ -19,8 +18,9 @@ void inheritConnection(mDescription& media, const c_line& session) {
 using namespace sdpneg;
 
 void sdpParserMessage::sdpPreProcessDescription(sDescription& description) {
+  const unsigned int inherited = inheritedLines(description);
   for (mDescription& media : mediaOf(description)) {
-    const unsigned int missing = description.linePresence & ~media.linePresence;
+    const unsigned int missing = missingLines(inherited, media);
     if ((missing & SDP_HAS_C_LINE) != 0) inheritConnection(media, description.cLine);
     if ((missing & SDP_HAS_A_LINE) != 0) sdp_Acopy(&media.aLine, &description.aLine);
   }

@@ -1,7 +1,5 @@
 #include "mediaAddress.h"
 
-#include <algorithm>
-
 #include "sdpNegotiatorParser.h"
 #include "vocabulary.h"
 
@@ -11,46 +9,45 @@ namespace sdpneg {
 
 namespace {
 
-bool holdsAudio(const sDescription& description) {
-  const auto media = mediaOf(description);
-  return std::any_of(media.begin(), media.end(),
-                     [](const mDescription& each) { return each.mLine.mediaType == MEDIA_AUDIO; });
+/// The section's number, from 1.
+int numberOf(const Body& body, const Section& section) {
+  return static_cast<int>(&section.media() - body.description().media) + 1;
 }
 
 }  // namespace
 
-Refusal checkPort(const char* kind, const sDescription& description, const mDescription& media) {
-  const int port = portOf(media);
+Refusal checkPort(const char* kind, const Body& body, Section& section) {
+  const int port = section.port();
   if (isMediaPort(port)) return {};
   return {.reason = SDP_REFUSED_INVALID_PORT,
           .what = kind,
           .number = port,
-          .section = sectionOf(description, media),
+          .section = numberOf(body, section),
           .field = SDP_REFUSAL_FIELD_PORT};
 }
 
-Refusal takeAddress(sSdpParsedData& data, const c_line& line, int section) {
-  const char* const address = sdp_CgetAddress(&line, 0);
-  if (!cMsgIPAddress::isValid(address)) {
+Refusal takeAddress(sSdpParsedData& data, ReadAddress& addresses, const c_line& line, int section) {
+  const char* const text = addressOf(line);
+  const cMsgIPAddress& address = addresses.read(text);
+  if (address.getIPAddressVersion() == kIpVersionUnknown) {
     return {.reason = SDP_REFUSED_INVALID_ADDRESS,
-            .what = viewOf(address),
+            .what = viewOf(text),
             .section = section,
             .field = SDP_REFUSAL_FIELD_ADDRESS};
   }
-  data.address.setIPAddress(address);
+  data.address = address;
   return {};
 }
 
-Refusal takeAddressOf(sSdpParsedData& data, const sDescription& description, const mDescription& media) {
-  return takeAddress(data, media.cLine, sectionOf(description, media));
+Refusal takeAddressOf(sSdpParsedData& data, Body& body, const Section& section) {
+  return takeAddress(data, body.addresses(), section.connection(), numberOf(body, section));
 }
 
-Refusal addressWithoutAudio(sSdpParsedData& data, const sDescription& description, const mDescription& media,
-                            const char* kind) {
-  if (holdsAudio(description) || !hasConnection(media.cLine)) return {};
-  if (const Refusal refusal = checkPort(kind, description, media)) return refusal;
-  data.port = static_cast<std::uint32_t>(portOf(media));
-  return takeAddressOf(data, description, media);
+Refusal addressWithoutAudio(sSdpParsedData& data, Body& body, Section& section, const char* kind) {
+  if (body.holds(MEDIA_AUDIO) || !hasConnection(section.connection())) return {};
+  if (const Refusal refusal = checkPort(kind, body, section)) return refusal;
+  data.port = static_cast<std::uint32_t>(section.port());
+  return takeAddressOf(data, body, section);
 }
 
 }  // namespace sdpneg
@@ -58,5 +55,6 @@ Refusal addressWithoutAudio(sSdpParsedData& data, const sDescription& descriptio
 using namespace sdpneg;
 
 unsigned short sdpParserMessage::getIpAddr(sSdpParsedData& data, const c_line& line) {
-  return statusOf(takeAddress(data, line, 0));
+  ReadAddress addresses;
+  return statusOf(takeAddress(data, addresses, line, 0));
 }

@@ -1,10 +1,11 @@
 #include <algorithm>
+#include <cstring>
 #include <new>
 
 #include "descriptionView.h"
-#include "mediaList.h"
 #include "refusal.h"
 #include "sdpNegotiatorParser.h"
+#include "steps.h"
 #include "videoFormats.h"
 #include "vocabulary.h"
 
@@ -13,19 +14,21 @@
 namespace sdpneg {
 namespace {
 
-void takeCodecs(mediaStruct& entry, const mDescription& media) {
-  const int count = sdp_MgetNoOfFormats(&media.mLine);
+void takeCodecs(mediaStruct& entry, Section& section) {
+  const m_line& line = section.media().mLine;
+  const int count = sdp_MgetNoOfFormats(&line);
   entry.codecs.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) {
-    const codecDetailStruct detail = detailOf(media, sdp_MgetFormat(&media.mLine, i));
+    const codecDetailStruct detail =
+        detailOf(section.kind(), section.attributes().lines(), sdp_MgetFormat(&line, i));
     if (detail.codec != SDP_NO_CODEC) entry.codecs.push_back(detail);
   }
 }
 
 std::uint32_t flagsOf(const sDescription& description, const mDescription& media) {
   const std::uint32_t flags = contains(transportOf(media), "SAVP") ? MEDIA_FLAG_SECURE : MEDIA_FLAG_PLAIN;
-  const char* type = sdp_CgetAddressType(&media.cLine, 0);
-  if (type == nullptr) type = sdp_CgetAddressType(&description.cLine, 0);
+  const char* type = addressTypeOf(media.cLine);
+  if (type == nullptr) type = addressTypeOf(description.cLine);
   if (type == nullptr) return flags;
   return flags | (viewOf(type) == kIp4 ? MEDIA_FLAG_ADDRESS_IP4 : MEDIA_FLAG_ADDRESS_OTHER);
 }
@@ -37,55 +40,69 @@ mediaStruct* labelled(std::vector<mediaStruct>& list, std::string_view label) {
   return label.empty() || entry == list.end() ? nullptr : &*entry;
 }
 
-std::string_view labelOf(const mDescription& media) {
-  return viewOf(sdp_AfindAttribute(&media.aLine, "label"));
+/// The label of a section; empty when it has none.
+std::string_view labelOf(Section& section) {
+  std::string_view label;
+  section.attributes().forEach(KindSet(AttributeKind::label), [&](const a_line::entry& line, AttributeKind) {
+    label = line.value;
+    return false;
+  });
+  return label;
 }
 
-/// The direction of the session's media that have none of their own.
-unsigned char sessionModeOf(const sDescription& description) {
-  return firstGiven(sdpParserMessage::getConnectionMode(&description.aLine), CONNECTION_MODE_SENDRECV);
+bool isListed(Section& section) {
+  return (section.kind() == MEDIA_VIDEO || section.kind() == MEDIA_APPLICATION) && section.port() != 0;
 }
 
-unsigned char modeOf(const mDescription& media, unsigned char sessionMode) {
-  return firstGiven(sdpParserMessage::getConnectionMode(&media.aLine), sessionMode);
-}
-
-void addMedia(std::vector<mediaStruct>& list, const sDescription& description, const mDescription& media,
-              unsigned char sessionMode) {
-  const std::string_view label = labelOf(media);
+void addMedia(std::vector<mediaStruct>& list, Body& body, Section& section) {
+  const std::string_view label = labelOf(section);
   if (mediaStruct* known = labelled(list, label)) {
-    known->flags |= flagsOf(description, media);
+    known->flags |= flagsOf(body.description(), section.media());
     return;
   }
   mediaStruct& entry = list.emplace_back();
-  entry.mediaType = media.mLine.mediaType;
+  entry.mediaType = section.kind();
   entry.label = label;
-  entry.flags = flagsOf(description, media);
-  entry.mode = modeOf(media, sessionMode);
-  entry.bandwidth = sdp_BgetBandwidthValue(&media.bLine);
-  takeCodecs(entry, media);
-}
-
-bool isListed(const mDescription& media) {
-  const unsigned int kind = media.mLine.mediaType;
-  return (kind == MEDIA_VIDEO || kind == MEDIA_APPLICATION) && portOf(media) != 0;
+  entry.flags = flagsOf(body.description(), section.media());
+  entry.mode = firstGiven(section.attributes().mode(), body.sessionMode());
+  entry.bandwidth = sdp_BgetBandwidthValue(&section.media().bLine);
+  takeCodecs(entry, section);
 }
 
 /// Whether a medium of the list shares the entry of one in front of it.
-bool sharesEntry(std::span<const mDescription> before, const mDescription& media) {
-  const std::string_view label = labelOf(media);
-  return !label.empty() && std::any_of(before.begin(), before.end(), [label](const mDescription& each) {
+bool sharesEntry(std::span<Section> before, Section& section) {
+  const std::string_view label = labelOf(section);
+  return !label.empty() && std::any_of(before.begin(), before.end(), [label](Section& each) {
     return isListed(each) && labelOf(each) == label;
   });
 }
 
-void takeVideo(sSdpParsedData& data, const mDescription& video, unsigned char sessionMode) {
-  if (modeOf(video, sessionMode) == CONNECTION_MODE_RECVONLY) data.sdpAttributes |= SDP_ATTR_RECVONLY_VIDEO;
-  data.videoBandwidth = std::max(data.videoBandwidth, sdp_BgetBandwidthValue(&video.bLine));
-  for (int i = 0; i < sdp_MgetNoOfFormats(&video.mLine); ++i) {
-    const codecDetailStruct detail = detailOf(video, sdp_MgetFormat(&video.mLine, i));
+/// Whether a section may have formats of H.264: their name stands in an rtpmap line.
+bool mayHoldH264(Section& section) {
+  bool found = false;
+  section.attributes().forEach(KindSet(AttributeKind::rtpmap), [&](const a_line::entry& line, AttributeKind) {
+    found = std::strchr(line.value, 'H') != nullptr;
+    return !found;
+  });
+  return found;
+}
+
+void takeH264Levels(sSdpParsedData& data, Section& video) {
+  if (!mayHoldH264(video)) return;
+  const m_line& line = video.media().mLine;
+  const int count = sdp_MgetNoOfFormats(&line);
+  for (int i = 0; i < count; ++i) {
+    const codecDetailStruct detail =
+        detailOf(MEDIA_VIDEO, video.attributes().lines(), sdp_MgetFormat(&line, i));
     if (detail.codec == kCodecH264) data.h264Profile = std::max(data.h264Profile, detail.profile);
   }
+}
+
+void takeListed(sSdpParsedData& data, Section& video, unsigned char sessionMode) {
+  const unsigned char mode = firstGiven(video.attributes().mode(), sessionMode);
+  if (mode == CONNECTION_MODE_RECVONLY) data.sdpAttributes |= SDP_ATTR_RECVONLY_VIDEO;
+  data.videoBandwidth = std::max(data.videoBandwidth, sdp_BgetBandwidthValue(&video.media().bLine));
+  takeH264Levels(data, video);
 }
 
 /// Empties a list that there is no memory for.
@@ -97,12 +114,12 @@ unsigned short withoutMemory(List& list) {
 
 }  // namespace
 
-void takeVideoList(sSdpParsedData& data, const sDescription& description) {
-  const auto media = mediaOf(description);
-  const unsigned char sessionMode = sessionModeOf(description);
-  for (std::size_t i = 0; i < media.size(); ++i) {
-    if (media[i].mLine.mediaType != MEDIA_VIDEO || !isListed(media[i])) continue;
-    if (!sharesEntry(media.first(i), media[i])) takeVideo(data, media[i], sessionMode);
+void takeVideoList(sSdpParsedData& data, Body& body) {
+  if (!body.holds(MEDIA_VIDEO)) return;
+  const std::span<Section> sections = body.sections();
+  for (std::size_t i = 0; i < sections.size(); ++i) {
+    if (sections[i].kind() != MEDIA_VIDEO || !isListed(sections[i])) continue;
+    if (!sharesEntry(sections.first(i), sections[i])) takeListed(data, sections[i], body.sessionMode());
   }
 }
 
@@ -111,20 +128,15 @@ void takeVideoList(sSdpParsedData& data, const sDescription& description) {
 using namespace sdpneg;
 
 unsigned char sdpParserMessage::getConnectionMode(const a_line* attributes) {
-  unsigned char mode = CONNECTION_MODE_NONE;
-  for (const a_line::entry& line : entriesOf(attributes)) {
-    if (!mayBeDirection(line.name)) continue;
-    mode = firstGiven(static_cast<unsigned char>(directionOf(line.name)), mode);
-  }
-  return mode;
+  return AttributeIndex(attributes).mode();
 }
 
 unsigned short sdpParserMessage::getMedia(const sDescription& description, std::vector<mediaStruct>& media) {
-  const unsigned char sessionMode = sessionModeOf(description);
+  Body body(description);
   media.clear();
   try {
-    for (const mDescription& each : mediaOf(description)) {
-      if (isListed(each)) addMedia(media, description, each, sessionMode);
+    for (Section& section : body.sections()) {
+      if (isListed(section)) addMedia(media, body, section);
     }
   } catch (const std::bad_alloc&) {
     return withoutMemory(media);

@@ -4,6 +4,7 @@
 #include "mediaAddress.h"
 #include "refusal.h"
 #include "sdpNegotiatorParser.h"
+#include "steps.h"
 #include "vocabulary.h"
 
 // Media other than audio: video, fax, messages, text.
@@ -12,33 +13,27 @@ namespace sdpneg {
 namespace {
 
 /// The first video m-line in use that is not inactive. Each one in use up to it leaves its direction.
-const mDescription* chooseVideo(sSdpParsedData& data, sDescription& description, int noOfMDs) {
-  const unsigned char session =
-      firstGiven(sdpParserMessage::getConnectionMode(&description.aLine), CONNECTION_MODE_SENDRECV);
-  for (const mDescription& media : mediaOf(description, noOfMDs)) {
-    if (media.mLine.mediaType != MEDIA_VIDEO) continue;
-    description.mediaKinds |= MEDIA_VIDEO;
-    if (portOf(media) == 0) continue;
-    data.videoMode = firstGiven(sdpParserMessage::getConnectionMode(&media.aLine), session);
-    if (data.videoMode != CONNECTION_MODE_INACTIVE) return &media;
+Section* chooseVideo(sSdpParsedData& data, Body& body, int noOfMDs) {
+  for (Section& section : body.sections(noOfMDs)) {
+    if (section.kind() != MEDIA_VIDEO || section.port() == 0) continue;
+    data.videoMode = firstGiven(section.attributes().mode(), body.sessionMode());
+    if (data.videoMode != CONNECTION_MODE_INACTIVE) return &section;
   }
   return nullptr;
 }
 
-/// The first m-line of a kind; null when there is none.
-const mDescription* firstOf(const sDescription& description, int noOfMDs, eMediaType kind) {
-  for (const mDescription& media : mediaOf(description, noOfMDs)) {
-    if (media.mLine.mediaType == kind) return &media;
+/// The first m-line of a kind when it is in use; those behind it do not count.
+Section* firstInUse(Body& body, int noOfMDs, eMediaType kind) {
+  if (!body.holds(kind)) return nullptr;
+  for (Section& section : body.sections(noOfMDs)) {
+    if (section.kind() == kind) return section.port() != 0 ? &section : nullptr;
   }
   return nullptr;
 }
 
-/// Notes a kind whose first m-line is in use; those behind it do not count.
-unsigned short noteFirst(sSdpParsedData& data, sDescription& description, int noOfMDs, eMediaType kind) {
-  const mDescription* first = firstOf(description, noOfMDs, kind);
-  if (first == nullptr) return 0;
-  description.mediaKinds |= kind;
-  if (portOf(*first) != 0) data.mediaType |= kind;
+/// Notes a kind whose first m-line is in use.
+unsigned short noteFirst(sSdpParsedData& data, Body& body, int noOfMDs, eMediaType kind) {
+  if (firstInUse(body, noOfMDs, kind) != nullptr) data.mediaType |= kind;
   return 0;
 }
 
@@ -50,59 +45,90 @@ bool hasT38Format(const m_line& line) {
   return false;
 }
 
-void takeT38(sSdpParsedData& data, const mDescription& image) {
-  for (const a_line::entry& line : entriesOf(&image.aLine)) {
-    const std::string_view value = line.value;
-    if (!isNamed(line, "T38MaxBitRate") || value.empty()) continue;
-    data.T38MaxBitRate = numberOrZero<std::uint32_t>(value);
-  }
-  if (!hasT38Format(image.mLine)) return;
+void takeT38(sSdpParsedData& data, Section& image) {
+  image.attributes().forEach(KindSet(AttributeKind::t38MaxBitRate),
+                             [&](const a_line::entry& line, AttributeKind) {
+                               const std::string_view value = line.value;
+                               if (!value.empty()) data.T38MaxBitRate = numberOrZero<std::uint32_t>(value);
+                               return true;
+                             });
+  if (!hasT38Format(image.media().mLine)) return;
   std::uint8_t* const end = std::end(data.audioCodec);
   std::uint8_t* const place = std::find(data.audioCodec, end, SDP_NO_CODEC);
   if (place != end) *place = kCodecT38Image;
 }
 
 }  // namespace
+
+unsigned short takeVideo(sSdpParsedData& data, Body& body, int noOfMDs) {
+  if (!body.holds(MEDIA_VIDEO)) return 0;
+  Section* const video = chooseVideo(data, body, noOfMDs);
+  if (video == nullptr) return 0;
+  data.mediaType |= MEDIA_VIDEO;
+  if (data.port == 0) data.mediaType &= ~static_cast<std::uint32_t>(MEDIA_AUDIO);
+  if (data.videoMode == CONNECTION_MODE_RECVONLY) data.sdpAttributes |= SDP_ATTR_RECVONLY_VIDEO;
+  return statusOf(addressWithoutAudio(data, body, *video, "video"));
+}
+
+unsigned short takeMessage(sSdpParsedData& data, Body& body, int noOfMDs) {
+  return noteFirst(data, body, noOfMDs, MEDIA_MESSAGE);
+}
+
+unsigned short takeText(sSdpParsedData& data, Body& body, int noOfMDs) {
+  return noteFirst(data, body, noOfMDs, MEDIA_TEXT);
+}
+
+unsigned short takeImage(sSdpParsedData& data, Body& body, int noOfMDs) {
+  Section* const image = firstInUse(body, noOfMDs, MEDIA_IMAGE);
+  if (image == nullptr) return 0;
+  data.mediaType |= MEDIA_IMAGE;
+  takeT38(data, *image);
+  return statusOf(addressWithoutAudio(data, body, *image, "image"));
+}
+
+unsigned short takeApplication(sSdpParsedData& data, Body& body, int noOfMDs) {
+  if (!body.holds(MEDIA_APPLICATION)) return 0;
+  for (Section& section : body.sections(noOfMDs)) {
+    if (section.kind() != MEDIA_APPLICATION || section.port() == 0) continue;
+    data.mediaType |= MEDIA_APPLICATION;
+    break;
+  }
+  return 0;
+}
+
 }  // namespace sdpneg
 
 using namespace sdpneg;
 
 unsigned short sdpParserMessage::findFirstVideo(sSdpParsedData& data, sDescription& description,
                                                 int noOfMDs) {
-  const mDescription* video = chooseVideo(data, description, noOfMDs);
-  if (video == nullptr) return 0;
-  data.mediaType |= MEDIA_VIDEO;
-  if (data.port == 0) data.mediaType &= ~static_cast<std::uint32_t>(MEDIA_AUDIO);
-  if (data.videoMode == CONNECTION_MODE_RECVONLY) data.sdpAttributes |= SDP_ATTR_RECVONLY_VIDEO;
-  return statusOf(addressWithoutAudio(data, description, *video, "video"));
+  noteKind(description, noOfMDs, MEDIA_VIDEO);
+  Body body(description);
+  return takeVideo(data, body, noOfMDs);
 }
 
 unsigned short sdpParserMessage::findFirstMsg(sSdpParsedData& data, sDescription& description, int noOfMDs) {
-  return noteFirst(data, description, noOfMDs, MEDIA_MESSAGE);
+  noteKind(description, noOfMDs, MEDIA_MESSAGE);
+  Body body(description);
+  return takeMessage(data, body, noOfMDs);
 }
 
 unsigned short sdpParserMessage::findFirstTxt(sSdpParsedData& data, sDescription& description, int noOfMDs) {
-  return noteFirst(data, description, noOfMDs, MEDIA_TEXT);
+  noteKind(description, noOfMDs, MEDIA_TEXT);
+  Body body(description);
+  return takeText(data, body, noOfMDs);
 }
 
 unsigned short sdpParserMessage::findFirstImage(sSdpParsedData& data, sDescription& description,
                                                 int noOfMDs) {
-  const mDescription* image = firstOf(description, noOfMDs, MEDIA_IMAGE);
-  if (image == nullptr || portOf(*image) == 0) return 0;
-  description.mediaKinds |= MEDIA_IMAGE;
-  data.mediaType |= MEDIA_IMAGE;
-  takeT38(data, *image);
-  return statusOf(addressWithoutAudio(data, description, *image, "image"));
+  Body body(description);
+  if (firstInUse(body, noOfMDs, MEDIA_IMAGE) != nullptr) description.mediaKinds |= MEDIA_IMAGE;
+  return takeImage(data, body, noOfMDs);
 }
 
 unsigned short sdpParserMessage::findApplication(sSdpParsedData& data, sDescription& description,
                                                  int noOfMDs) {
-  for (const mDescription& media : mediaOf(description, noOfMDs)) {
-    if (media.mLine.mediaType != MEDIA_APPLICATION) continue;
-    description.mediaKinds |= MEDIA_APPLICATION;
-    if (portOf(media) == 0) continue;
-    data.mediaType |= MEDIA_APPLICATION;
-    break;
-  }
-  return 0;
+  noteKind(description, noOfMDs, MEDIA_APPLICATION);
+  Body body(description);
+  return takeApplication(data, body, noOfMDs);
 }

@@ -2,9 +2,10 @@
 #include <iterator>
 
 #include "mediaAddress.h"
-#include "mediaList.h"
 #include "refusal.h"
 #include "sdpNegotiatorParser.h"
+#include "steps.h"
+#include "text/pairs.h"
 #include "trace.h"
 #include "vocabulary.h"
 #include "withDescription.h"
@@ -41,102 +42,111 @@ unsigned short decode(sDescription& description, const char* sdp, eSdpType type,
 }
 
 /// Whether an address is of the type that stands before it; types other than these two have any.
-bool isOfItsType(const c_line& line) {
-  const char* type = sdp_CgetAddressType(&line, 0);
-  const char* address = sdp_CgetAddress(&line, 0);
+bool isOfItsType(const c_line& line, ReadAddress& addresses) {
+  const char* type = addressTypeOf(line);
+  const char* address = addressOf(line);
   if (type == nullptr || address == nullptr) return true;
-  if (equalNoCase(type, kIp4)) return cMsgIPAddress::isIPv4(address);
-  return !equalNoCase(type, kIp6) || cMsgIPAddress::isIPv6(address);
+  if (equalNoCase(type, kIp4)) return addresses.versionOf(address) == kIpVersion4;
+  return !equalNoCase(type, kIp6) || addresses.versionOf(address) == kIpVersion6;
 }
 
-void takeSession(sSdpParsedData& data, const sDescription& description, const char* sdp) {
-  data.bandwidth = sdp_BgetBandwidthValue(&description.bLine);
-  data.sessionMode =
-      firstGiven(sdpParserMessage::getConnectionMode(&description.aLine), CONNECTION_MODE_SENDRECV);
-  sdpParserMessage::checkForMickey(data, description);
-  sdpParserMessage::checkIce(sdp, data);
+void takeSession(sSdpParsedData& data, Body& body, const BodyText& sdp) {
+  data.bandwidth = sdp_BgetBandwidthValue(&body.description().bLine);
+  data.sessionMode = body.sessionMode();
+  findMikey(data, body);
+  findIce(data, body, sdp);
   // Without any ICE attribute there is no candidate either, and that leaves the match as it is.
   if ((data.sdpAttributes & (SDP_ATTR_ICE_LITE | SDP_ATTR_FULL_ICE)) != 0) {
-    sdpParserMessage::checkFullIceAttributes(sdp, data, description);
+    matchCandidates(data, body.description(), sdp.text);
   }
 }
 
 /// A body without m-lines names at most the address of its session; one that is invalid is traced only.
-void finishWithoutMedia(sSdpParsedData& data, const sDescription& description) {
-  if (hasConnection(description.cLine)) {
-    const Refusal refusal = takeAddress(data, description.cLine, 0);
+void finishWithoutMedia(sSdpParsedData& data, Body& body) {
+  const c_line& line = body.description().cLine;
+  if (hasConnection(line)) {
+    const Refusal refusal = takeAddress(data, body.addresses(), line, 0);
     if (refusal) mention(refusal);
   }
   data.gainControl = kGainWithoutMedia;
   trace::progress("The gain control value is set to: %d", data.gainControl);
 }
 
+constexpr std::string_view kTelephoneEvent = "telephone-event";
+/// Two characters of it that stand in few other places.
+constexpr std::size_t kRarePair = kTelephoneEvent.find("-e");
+
+BodyText lookAt(std::string_view text) {
+  const PairCounts counts =
+      countPairs(text, {'a', '=', true}, {kTelephoneEvent[kRarePair], kTelephoneEvent[kRarePair + 1]});
+  return {text, counts.one, counts.other != 0};
+}
+
+bool holdsTelephoneEvent(const BodyText& sdp) {
+  return sdp.mayHoldTelephoneEvent && findByPair(sdp.text, kTelephoneEvent, kRarePair) != npos;
+}
+
 /// Telephone events of any media count as an audio codec. In a full list they take the last place.
-void addTelephoneEvent(sSdpParsedData& data, std::string_view sdp, unsigned int& count) {
+void addTelephoneEvent(sSdpParsedData& data, const BodyText& sdp, unsigned int& count) {
   std::uint8_t* const end = data.audioCodec + count;
-  if (std::find(data.audioCodec, end, kCodecTelephoneEvent) != end || !contains(sdp, "telephone-event"))
-    return;
+  if (std::find(data.audioCodec, end, kCodecTelephoneEvent) != end || !holdsTelephoneEvent(sdp)) return;
   if (count == MAX_SDP_NEGOTIATOR_AUDIO_CODECS) --count;
   data.audioCodec[count++] = kCodecTelephoneEvent;
 }
 
-unsigned short takeOtherMedia(sSdpParsedData& data, sDescription& description, int noOfMDs) {
-  using Finder = unsigned short (*)(sSdpParsedData&, sDescription&, int);
-  static constexpr Finder finders[] = {sdpParserMessage::findFirstVideo, sdpParserMessage::findFirstMsg,
-                                       sdpParserMessage::findFirstTxt, sdpParserMessage::findFirstImage,
-                                       sdpParserMessage::findApplication};
-  for (const Finder find : finders) {
-    if (find(data, description, noOfMDs) != 0) return 1;
-  }
-  return 0;
+unsigned short takeOtherMedia(sSdpParsedData& data, Body& body, int noOfMDs) {
+  const bool refused = takeVideo(data, body, noOfMDs) != 0 || takeMessage(data, body, noOfMDs) != 0 ||
+                       takeText(data, body, noOfMDs) != 0 || takeImage(data, body, noOfMDs) != 0 ||
+                       takeApplication(data, body, noOfMDs) != 0;
+  return refused ? 1 : 0;
 }
 
 /// The audio codecs and the media that follow them, in the order in which they overwrite each other.
 /// @return 1 for a port or address that is refused
-unsigned short takeMedia(sSdpParsedData& data, sDescription& description, const char* sdp, int noOfMDs) {
-  sdpParserMessage::containsSecureMedia(data, description, noOfMDs);
+unsigned short takeMedia(sSdpParsedData& data, Body& body, const BodyText& sdp, int noOfMDs) {
+  findSecureMedia(data, body, noOfMDs);
   unsigned int count = 0;
   unsigned char periods[MAX_SDP_NEGOTIATOR_AUDIO_CODECS];
   std::fill(std::begin(periods), std::end(periods), SDP_PACKETIZATION_NOT_SET);
-  if (sdpParserMessage::findFirstAudio(data, description, count, noOfMDs, periods) != 0) return 1;
-  addTelephoneEvent(data, viewOf(sdp), count);
-  if (takeOtherMedia(data, description, noOfMDs) != 0) return 1;
+  if (takeAudio(data, body, count, noOfMDs, periods) != 0) return 1;
+  addTelephoneEvent(data, sdp, count);
+  if (takeOtherMedia(data, body, noOfMDs) != 0) return 1;
   // All codecs get the one period, also where the body lists one per codec or a range.
   std::fill_n(data.packetizationPeriod, count, periods[0]);
   return 0;
 }
 
 /// Media that indicate no version have the session's.
-void takeIPVersion(sSdpParsedData& data, const sDescription& description) {
-  const unsigned int version = sdpParserMessage::checkMediaStreamsForIPIndication(description);
-  const bool isIPv6 = version == kIpVersionUnknown
-                          ? cMsgIPAddress::isIPv6(sdp_CgetAddress(&description.cLine, 0))
-                          : version == kIpVersion6;
-  if (isIPv6) data.sdpAttributes |= SDP_ATTR_IPV6;
+void takeIPVersion(sSdpParsedData& data, Body& body) {
+  unsigned int version = indicatedVersion(body);
+  if (version == kIpVersionUnknown) {
+    version = body.addresses().versionOf(addressOf(body.description().cLine));
+  }
+  if (version == kIpVersion6) data.sdpAttributes |= SDP_ATTR_IPV6;
 }
 
 /// Whether the session's address and the number of m-lines let a body be analysed.
-Refusal checkDescription(const sDescription& description) {
-  if (!isOfItsType(description.cLine)) {
+Refusal checkDescription(Body& body) {
+  if (!isOfItsType(body.description().cLine, body.addresses())) {
     return {.reason = SDP_REFUSED_SESSION_ADDRESS_TYPE, .field = SDP_REFUSAL_FIELD_ADDRESS_TYPE};
   }
   constexpr int kMost = MAX_SDP_NEGOTIATOR_MEDIA_DESCRIPTIONS;
-  if (sdp_getNoOfMDs(&description) <= kMost) return {};
+  if (sdp_getNoOfMDs(&body.description()) <= kMost) return {};
   return {.reason = SDP_REFUSED_TOO_MANY_M_LINES, .limit = kMost, .section = kMost + 1};
 }
 
-unsigned short analyse(sSdpParsedData& data, sDescription& description, const char* sdp) {
-  sdpParserMessage::sdpPreProcessDescription(description);
-  takeSession(data, description, sdp);
-  if (const Refusal refusal = checkDescription(description)) return refuse(refusal);
+unsigned short analyse(sSdpParsedData& data, const sDescription& description, const BodyText& sdp) {
+  Body body(description, Inheritance::yes);
+  takeSession(data, body, sdp);
+  if (const Refusal refusal = checkDescription(body)) return refuse(refusal);
   const int noOfMDs = sdp_getNoOfMDs(&description);
   if (noOfMDs == 0) {
-    finishWithoutMedia(data, description);
+    finishWithoutMedia(data, body);
     return 0;
   }
-  if (takeMedia(data, description, sdp, noOfMDs) != 0) return 1;
-  takeVideoList(data, description);
-  takeIPVersion(data, description);
+  if (takeMedia(data, body, sdp, noOfMDs) != 0) return 1;
+  takeVideoList(data, body);
+  takeIPVersion(data, body);
   trace::progress("Exiting sdpParse() method");
   return 0;
 }
@@ -149,6 +159,6 @@ using namespace sdpneg;
 unsigned short sdpParserMessage::sdpParse(const char* sdp, eSdpType type, sSdpParsedData& data) {
   return withDescription([&](sDescription& description) {
     const unsigned short status = decode(description, sdp, type, data);
-    return status != 0 ? status : analyse(data, description, sdp);
+    return status != 0 ? status : analyse(data, description, lookAt(viewOf(sdp)));
   });
 }

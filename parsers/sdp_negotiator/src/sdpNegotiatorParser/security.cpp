@@ -1,7 +1,6 @@
-#include <algorithm>
-
 #include "descriptionView.h"
 #include "sdpNegotiatorParser.h"
+#include "steps.h"
 #include "trace.h"
 #include "vocabulary.h"
 
@@ -10,21 +9,17 @@
 namespace sdpneg {
 namespace {
 
-bool isSecurityLine(const a_line::entry& line) {
-  return isNamed(line, "crypto") || isNamed(line, "setup") || isNamed(line, "fingerprint") ||
-         isNamed(line, "key-mgmt");
-}
+constexpr KindSet kSecurityLines(AttributeKind::crypto, AttributeKind::setup, AttributeKind::fingerprint,
+                                 AttributeKind::keyMgmt);
 
-bool hasSecurityLine(const a_line& line) {
-  const auto entries = entriesOf(&line);
-  return std::any_of(entries.begin(), entries.end(), isSecurityLine);
-}
-
-bool hasMikeyLine(const a_line& line) {
-  const auto entries = entriesOf(&line);
-  return std::any_of(entries.begin(), entries.end(), [](const a_line::entry& each) {
-    return textStartsWith(each.name, "key-mgmt") && each.value[0] != '\0';
-  });
+bool hasMikeyLine(const AttributeIndex& attributes) {
+  bool found = false;
+  attributes.forEach(KindSet(AttributeKind::keyMgmt, AttributeKind::longerKeyMgmt),
+                     [&](const a_line::entry& line, AttributeKind) {
+                       found = line.value[0] != '\0';
+                       return !found;
+                     });
+  return found;
 }
 
 void noteMikey(sSdpParsedData& data) {
@@ -32,34 +27,44 @@ void noteMikey(sSdpParsedData& data) {
   trace::progress("Mikey attribute is found.");
 }
 
-void noteSecureMedia(sSdpParsedData& data, const mDescription& media) {
-  const std::string_view transport = transportOf(media);
-  if (contains(transport, kSecureTransport) && portOf(media) != 0) {
+void noteSecureMedia(sSdpParsedData& data, Section& section) {
+  const std::string_view transport = transportOf(section.media());
+  if (contains(transport, kSecureTransport) && section.port() != 0) {
     data.sdpAttributes |= SDP_ATTR_SECURE_RTP;
-    if (media.mLine.mediaType == MEDIA_VIDEO) data.sdpAttributes |= SDP_ATTR_SECURE_VIDEO;
+    if (section.kind() == MEDIA_VIDEO) data.sdpAttributes |= SDP_ATTR_SECURE_VIDEO;
     trace::info("Setting secure RTP call flag");
   }
-  if (contains(transport, kPlainTransport) && hasSecurityLine(media.aLine)) {
+  const bool isPlain = startsWith(transport, kPlainTransport) || contains(transport, kPlainTransport);
+  if (isPlain && section.attributes().hasAnyOf(kSecurityLines)) {
     data.sdpAttributes |= SDP_ATTR_SECURE_RTP;
     trace::info("RTP/AVP media with secure line. Setting secure RTP call flag");
   }
 }
 
 }  // namespace
+
+void findMikey(sSdpParsedData& data, Body& body) {
+  if (hasMikeyLine(body.session())) return noteMikey(data);
+  for (Section& section : body.sections()) {
+    if (hasMikeyLine(section.attributes())) noteMikey(data);
+  }
+}
+
+void findSecureMedia(sSdpParsedData& data, Body& body, int noOfMDs) {
+  for (Section& section : body.sections(noOfMDs)) noteSecureMedia(data, section);
+}
+
 }  // namespace sdpneg
 
 using namespace sdpneg;
 
 void sdpParserMessage::containsSecureMedia(sSdpParsedData& data, const sDescription& description,
                                            int noOfMDs) {
-  for (const mDescription& media : mediaOf(description, noOfMDs)) {
-    noteSecureMedia(data, media);
-  }
+  Body body(description);
+  findSecureMedia(data, body, noOfMDs);
 }
 
 void sdpParserMessage::checkForMickey(sSdpParsedData& data, const sDescription& description) {
-  if (hasMikeyLine(description.aLine)) return noteMikey(data);
-  for (const mDescription& media : mediaOf(description)) {
-    if (hasMikeyLine(media.aLine)) noteMikey(data);
-  }
+  Body body(description);
+  findMikey(data, body);
 }

@@ -1,13 +1,17 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <span>
 #include <string_view>
 
+#include "attributeKinds.h"
 #include "attributeLines.h"
 #include "encodingNames.h"
 #include "sdpNegotiatorParser.h"
 #include "text/search.h"
 #include "videoCodecRules.h"
+#include "videoFormats.h"
+#include "vocabulary.h"
 
 // Which codec a video format stands for, and its H.264 level.
 
@@ -26,13 +30,6 @@ bool matches(const VideoRule& rule, std::string_view name, std::string_view form
       return format == rule.text;
   }
   return false;
-}
-
-std::uint8_t videoCodecOf(std::string_view name, std::string_view format) {
-  for (const VideoRule& rule : kVideoRules) {
-    if (matches(rule, name, format)) return rule.codec;
-  }
-  return SDP_NO_CODEC;
 }
 
 constexpr std::size_t kProfileLevelIdLength = 6;
@@ -64,13 +61,45 @@ int h264LevelOf(std::string_view profileLevelId) {
 /// The level that an fmtp line gives for a format.
 int h264LevelOf(const a_line::entry& line, std::string_view format) {
   constexpr std::string_view parameter = "profile-level-id=";
-  if (!textStartsWith(line.name, "fmtp") || !textStartsWith(line.value, format)) return kNoProfileLevelId;
+  if (!kFmtpPrefix.matches(line.name) || !textStartsWith(line.value, format)) return kNoProfileLevelId;
   const std::string_view value = line.value;
   const std::size_t at = value.find(parameter);
   return at == npos ? kNoProfileLevelId : h264LevelOf(value.substr(at + parameter.size()));
 }
 
+int h264LevelOf(std::span<const a_line::entry> lines, std::string_view format) {
+  for (const a_line::entry& line : lines) {
+    const int level = h264LevelOf(line, format);
+    if (level != kNoProfileLevelId) return level;
+  }
+  return H264_LEVEL_1;
+}
+
+bool isStatic(std::string_view format) {
+  return std::find(std::begin(kStaticPayloads), std::end(kStaticPayloads), format) !=
+         std::end(kStaticPayloads);
+}
+
 }  // namespace
+
+std::uint8_t videoCodecOf(std::string_view name, std::string_view format) {
+  for (const VideoRule& rule : kVideoRules) {
+    if (matches(rule, name, format)) return rule.codec;
+  }
+  return SDP_NO_CODEC;
+}
+
+codecDetailStruct detailOf(unsigned int kind, std::span<const a_line::entry> lines, const char* format) {
+  codecDetailStruct detail;
+  detail.kind = kind == MEDIA_VIDEO ? CODEC_DETAIL_VIDEO : CODEC_DETAIL_APPLICATION;
+  const std::string_view text = viewOf(format);
+  const std::string_view name = findEncodingName(lines, format);
+  if (name.empty() && !isStatic(text)) return detail;
+  detail.codec = videoCodecOf(name.empty() ? text : name, text);
+  if (detail.codec == kCodecH264) detail.profile = h264LevelOf(lines, text);
+  return detail;
+}
+
 }  // namespace sdpneg
 
 using namespace sdpneg;
@@ -80,10 +109,7 @@ unsigned char sdpParserMessage::convertVideoCodec(const char* encodingName, cons
   return videoCodecOf(encodingName, viewOf(format));
 }
 
-bool sdpParserMessage::isStaticPayload(const char* format) {
-  const std::string_view text = viewOf(format);
-  return std::find(std::begin(kStaticPayloads), std::end(kStaticPayloads), text) != std::end(kStaticPayloads);
-}
+bool sdpParserMessage::isStaticPayload(const char* format) { return isStatic(viewOf(format)); }
 
 int sdpParserMessage::decodeH264ProfileString(const char* profileLevelId) {
   using namespace sdpneg;
@@ -93,12 +119,7 @@ int sdpParserMessage::decodeH264ProfileString(const char* profileLevelId) {
 
 int sdpParserMessage::decodeH264ProfileId(const a_line* attributes, const char* format) {
   using namespace sdpneg;
-  if (format == nullptr) return H264_LEVEL_1;
-  for (const a_line::entry& line : entriesOf(attributes)) {
-    const int level = h264LevelOf(line, format);
-    if (level != kNoProfileLevelId) return level;
-  }
-  return H264_LEVEL_1;
+  return format != nullptr ? h264LevelOf(entriesOf(attributes), format) : H264_LEVEL_1;
 }
 
 unsigned char sdpParserMessage::getMediaCodec(const char* begin, const char* end, const char* format) {

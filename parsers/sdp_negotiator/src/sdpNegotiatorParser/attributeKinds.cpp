@@ -1,0 +1,119 @@
+#include "attributeKinds.h"
+
+#include <iterator>
+#include <span>
+#include <string_view>
+
+#include "attributeLines.h"
+#include "vocabulary.h"
+
+// The kinds of attribute lines: a table of names, found by their first two characters.
+
+namespace sdpneg {
+namespace {
+
+struct Row {
+  std::string_view name;
+  NameTest test;
+  AttributeKind kind;
+};
+
+/// Of rows that fit one name, the first counts.
+constexpr Row kRows[] = {
+    {"rtpmap", NameTest::whole, AttributeKind::rtpmap},
+    {"rtpmap", NameTest::prefix, AttributeKind::longerRtpmap},
+    {"fmtp", NameTest::whole, AttributeKind::fmtp},
+    {"fmtp", NameTest::prefix, AttributeKind::longerFmtp},
+    {"key-mgmt", NameTest::whole, AttributeKind::keyMgmt},
+    {"key-mgmt", NameTest::prefix, AttributeKind::longerKeyMgmt},
+    {"crypto", NameTest::whole, AttributeKind::crypto},
+    {"setup", NameTest::whole, AttributeKind::setup},
+    {"fingerprint", NameTest::whole, AttributeKind::fingerprint},
+    {"sendrecv", NameTest::whole, AttributeKind::direction},
+    {"sendonly", NameTest::whole, AttributeKind::direction},
+    {"recvonly", NameTest::whole, AttributeKind::direction},
+    {"inactive", NameTest::whole, AttributeKind::direction},
+    {"confrnce", NameTest::whole, AttributeKind::direction},
+    {"mptime", NameTest::whole, AttributeKind::mptime},
+    {"ptime", NameTest::whole, AttributeKind::ptime},
+    {"silenceSupp", NameTest::whole, AttributeKind::silenceSupp},
+    {"ecan", NameTest::whole, AttributeKind::ecan},
+    {"gpmd", NameTest::whole, AttributeKind::gpmd},
+    {"label", NameTest::whole, AttributeKind::label},
+    {"T38MaxBitRate", NameTest::whole, AttributeKind::t38MaxBitRate},
+    {"candidate", NameTest::wholeAnyCase, AttributeKind::candidate},
+    {"remote-", NameTest::prefixAnyCase, AttributeKind::remoteOrIce},
+    {"ice-", NameTest::prefixAnyCase, AttributeKind::remoteOrIce},
+};
+
+constexpr std::size_t kBuckets = 64;
+
+/// Rows of one bucket in their order. All names of more than one character fall into one, letters in either case.
+constexpr std::size_t bucketOf(char first, char second) {
+  constexpr unsigned int lowerCase = 'a' - 'A';
+  const unsigned int a = static_cast<unsigned char>(first) | lowerCase;
+  const unsigned int b = static_cast<unsigned char>(second) | lowerCase;
+  return (a * 5 + b) % kBuckets;
+}
+
+struct alignas(64) Entry {
+  NamePattern pattern{"", NameTest::prefix};
+  KindSet set = KindSet(AttributeKind::other);
+  AttributeKind kind = AttributeKind::other;
+  std::uint8_t mode = CONNECTION_MODE_NONE;
+  std::uint8_t next = 0;  ///< in the same bucket
+};
+
+/// Entry 0 ends each bucket.
+struct Table {
+  Entry entries[std::size(kRows) + 1];
+  std::uint8_t first[kBuckets] = {};
+};
+
+constexpr Table makeTable() {
+  Table table;
+  for (std::size_t i = std::size(kRows); i > 0; --i) {
+    const Row& row = kRows[i - 1];
+    std::uint8_t& first = table.first[bucketOf(row.name[0], row.name[1])];
+    table.entries[i] = {NamePattern(row.name, row.test), KindSet(row.kind), row.kind,
+                        static_cast<std::uint8_t>(directionOf(row.name)), first};
+    first = static_cast<std::uint8_t>(i);
+  }
+  return table;
+}
+
+constexpr Table kTable = makeTable();
+
+/// The entry of a name; entry 0 for one that is not known.
+inline const Entry& entryOf(const a_line::entry& line) {
+  // What stands behind the NUL of an empty name is not looked at.
+  if (line.name[0] == '\0') return kTable.entries[0];
+  std::size_t at = kTable.first[bucketOf(line.name[0], line.name[1])];
+  while (at != 0 && !kTable.entries[at].pattern.matches(line.name)) at = kTable.entries[at].next;
+  return kTable.entries[at];
+}
+
+}  // namespace
+
+AttributeKind kindOf(const a_line::entry& line) { return entryOf(line).kind; }
+
+void AttributeIndex::read(const a_line* block) {
+  const std::span<const a_line::entry> lines = entriesOf(block);
+  KindSet present = KindSet::none();
+  unsigned char mode = CONNECTION_MODE_NONE;
+  std::size_t known = 0;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const Entry& entry = entryOf(lines.data()[i]);
+    lines_[known] = {static_cast<std::uint8_t>(i), entry.kind};
+    known += entry.kind != AttributeKind::other ? 1 : 0;
+    present.add(entry.set);
+    mode = firstGiven(entry.mode, mode);
+  }
+  entries_ = lines.data();
+  size_ = lines.size();
+  known_ = known;
+  present_ = present;
+  mode_ = mode;
+}
+
+}  // namespace sdpneg

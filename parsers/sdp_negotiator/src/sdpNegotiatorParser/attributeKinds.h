@@ -1,0 +1,115 @@
+#ifndef SDP_ATTRIBUTE_KINDS_H
+#define SDP_ATTRIBUTE_KINDS_H
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "aLine.h"
+#include "namePattern.h"
+
+// What the attribute lines of a section are, read once for all steps of the analysis.
+
+namespace sdpneg {
+
+/// What an attribute line is by its name. Names are compared exactly where nothing else is said.
+enum class AttributeKind : std::uint8_t {
+  other,
+  rtpmap,
+  longerRtpmap,  ///< begins with "rtpmap"
+  fmtp,
+  longerFmtp,  ///< begins with "fmtp"
+  keyMgmt,
+  longerKeyMgmt,  ///< begins with "key-mgmt"
+  crypto,
+  setup,
+  fingerprint,
+  direction,
+  mptime,
+  ptime,
+  silenceSupp,
+  ecan,
+  gpmd,
+  label,
+  t38MaxBitRate,
+  candidate,    ///< in any case
+  remoteOrIce,  ///< begins with "remote-" or "ice-" in any case
+};
+
+/// A set of kinds.
+class KindSet {
+ public:
+  /// Undefined, as a member of a record that is filled later.
+  KindSet() = default;
+  template <typename... Kinds>
+  constexpr explicit KindSet(AttributeKind first, Kinds... others)
+      : bits_((bitOf(first) | ... | bitOf(others))) {}
+
+  static constexpr KindSet none() { return KindSet(Bits{0}); }
+
+  constexpr void add(KindSet others) { bits_ |= others.bits_; }
+  constexpr bool has(AttributeKind kind) const { return (bits_ & bitOf(kind)) != 0; }
+  constexpr bool hasAnyOf(KindSet others) const { return (bits_ & others.bits_) != 0; }
+
+ private:
+  using Bits = std::uint32_t;
+
+  constexpr explicit KindSet(Bits bits) : bits_(bits) {}
+  static constexpr Bits bitOf(AttributeKind kind) { return Bits{1} << static_cast<unsigned int>(kind); }
+
+  Bits bits_;
+};
+
+/// The names that are also looked for by themselves.
+inline constexpr NamePattern kRtpmapName{"rtpmap", NameTest::whole};
+inline constexpr NamePattern kRtpmapPrefix{"rtpmap", NameTest::prefix};
+inline constexpr NamePattern kFmtpPrefix{"fmtp", NameTest::prefix};
+
+AttributeKind kindOf(const a_line::entry& line);
+
+/// The kinds of a block's attribute lines.
+class AttributeIndex {
+ public:
+  /// Undefined until a block is read: there are many, and few are used.
+  AttributeIndex() = default;
+  explicit AttributeIndex(const a_line* block) { read(block); }
+
+  /// @param block null, or what the index looks into from now on
+  void read(const a_line* block);
+
+  std::span<const a_line::entry> lines() const { return {entries_, size_}; }
+  bool has(AttributeKind kind) const { return present_.has(kind); }
+  bool hasAnyOf(KindSet kinds) const { return present_.hasAnyOf(kinds); }
+
+  /// The eConnectionMode of the last direction line, 0 when there is none.
+  unsigned char mode() const { return mode_; }
+
+  /// Calls `work` with each line of the kinds, and its kind, in their order until it returns false.
+  template <typename Work>
+  void forEach(KindSet kinds, Work work) const {
+    if (!hasAnyOf(kinds)) return;
+    for (std::size_t i = 0; i < known_; ++i) {
+      if (kinds.has(lines_[i].kind) && !work(entries_[lines_[i].index], lines_[i].kind)) return;
+    }
+  }
+
+ private:
+  /// A line that is not of the kind `other`.
+  struct Line {
+    std::uint8_t index;
+    AttributeKind kind;
+  };
+  static_assert(SDP_ATTRIBUTE_CAPACITY <= UINT8_MAX);
+
+  const a_line::entry* entries_;
+  std::size_t size_;
+  std::size_t known_;
+  KindSet present_;
+  unsigned char mode_;
+  /// One more than there are: lines are written before it is known whether they stay.
+  Line lines_[SDP_ATTRIBUTE_CAPACITY + 1];
+};
+
+}  // namespace sdpneg
+
+#endif

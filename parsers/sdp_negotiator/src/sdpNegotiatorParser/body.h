@@ -1,0 +1,105 @@
+#ifndef SDP_ANALYSIS_BODY_H
+#define SDP_ANALYSIS_BODY_H
+
+#include <algorithm>
+#include <span>
+#include <string_view>
+
+#include "attributeKinds.h"
+#include "descriptionView.h"
+#include "vocabulary.h"
+
+// A decoded body as the steps of the analysis ask it. What several of them ask is read once, when it is first asked for.
+
+namespace sdpneg {
+
+/// Whether media have what the session has and they have not.
+enum class Inheritance : bool { no, yes };
+
+/// A media description in place.
+class Section {
+ public:
+  // The members are set by the body that the section belongs to: those of unused sections are never touched.
+  Section() {}  // NOLINT(modernize-use-equals-default)
+
+  const mDescription& media() const { return *media_; }
+  unsigned int kind() const { return media_->mLine.mediaType; }
+  /// Its own c-lines, or the session's: then the first one alone counts.
+  const c_line& connection() const { return *connection_; }
+
+  int port() {
+    if (!hasPort_) port_ = portOf(*media_);
+    hasPort_ = true;
+    return port_;
+  }
+
+  /// Its own attribute lines, or those that it inherits.
+  const AttributeIndex& attributes() {
+    if (attributes_ == nullptr) {
+      own_.read(&media_->aLine);
+      attributes_ = &own_;
+    }
+    return *attributes_;
+  }
+
+ private:
+  friend class Body;
+
+  const mDescription* media_;
+  const c_line* connection_;
+  const AttributeIndex* attributes_;
+  int port_;
+  bool hasPort_;
+  AttributeIndex own_;
+};
+
+/// An address text with what it reads as.
+class ReadAddress {
+ public:
+  /// Reads an address; the one that was read last is not read again.
+  /// @param text null, or a text that stays as it is for as long as it is the last
+  const cMsgIPAddress& read(const char* text);
+  eIPAddressVersion versionOf(const char* text) { return read(text).getIPAddressVersion(); }
+
+ private:
+  const char* text_ = nullptr;
+  cIPAddress address_;
+};
+
+/// A decoded body.
+class Body {
+ public:
+  explicit Body(const sDescription& description, Inheritance inheritance = Inheritance::no);
+  Body(const Body&) = delete;
+  Body& operator=(const Body&) = delete;
+
+  const sDescription& description() const { return description_; }
+  /// The attribute lines of the session.
+  const AttributeIndex& session();
+  /// The sections that are held.
+  std::span<Section> sections() { return std::span(sections_).first(count_); }
+  /// Those of them among the first `noOfMDs`.
+  std::span<Section> sections(int noOfMDs) {
+    return sections().first(static_cast<std::size_t>(std::clamp(noOfMDs, 0, static_cast<int>(count_))));
+  }
+  /// How many attribute lines the description holds, inherited ones counted once.
+  std::size_t attributeLines();
+  /// Whether a section of that kind is held.
+  bool holds(eMediaType kind) const { return (kinds_ & kind) != 0; }
+  /// The direction of media that have none of their own.
+  unsigned char sessionMode() { return firstGiven(session().mode(), CONNECTION_MODE_SENDRECV); }
+  ReadAddress& addresses() { return addresses_; }
+
+ private:
+  const sDescription& description_;
+  std::size_t count_;
+  unsigned int kinds_ = 0;
+  bool hasSession_ = false;
+  AttributeIndex session_;
+  ReadAddress addresses_;
+  Section sections_[SDP_MEDIA_CAPACITY];
+};
+
+}  // namespace sdpneg
+
+#endif

@@ -30,10 +30,15 @@ cSdpNegotiator cSdpNegotiator::empty() noexcept {
 }
 
 unsigned short cSdpNegotiator::sdpParse(const char* sdp, eSdpType type) {
-  clear(parsedData, rawSdp);
-  if (sdp == nullptr || *sdp == '\0') return refuse({.reason = SDP_REFUSED_EMPTY_TEXT});
   constexpr unsigned long limit = MAX_SDP_PROTOCOL_DATA_SIZE;
-  const unsigned long length = std::strlen(sdp);
+  const unsigned long length = sdp != nullptr ? std::strlen(sdp) : 0;
+  // A text that is stored as it is takes all of the store, and need not find it empty.
+  if (length == 0 || length >= sizeof rawSdp) {
+    clear(parsedData, rawSdp);
+  } else {
+    parsedData.init();
+  }
+  if (length == 0) return refuse({.reason = SDP_REFUSED_EMPTY_TEXT});
   if (length > limit) {
     return refuse({.reason = SDP_REFUSED_TEXT_TOO_LONG,
                    .number = static_cast<long long>(length),

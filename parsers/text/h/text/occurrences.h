@@ -57,8 +57,11 @@ class OccurrencesNoCase {
 
   std::size_t next() {
     if (matched_ == piece_.size()) matched_ = borders_[matched_ - 1];
+    const char first = wanted(0);
     while (at_ < text_.size()) {
-      matched_ = matchedWith(lower(text_[at_++]), matched_);
+      const char c = lower(text_[at_++]);
+      if (matched_ == 0 && c != first) continue;
+      matched_ = matchedWith(c, matched_);
       if (matched_ == piece_.size()) return at_ - matched_;
     }
     return npos;

@@ -43,6 +43,14 @@ class PairPlaces {
                          _mm_cmpeq_epi8(second_, _mm_set1_epi8(pair.second)));
   }
 
+  /// Bytes of all ones for the last places.
+  static __m128i last(std::size_t count) {
+    static constexpr signed char kBytes[2 * kPairWidth] = {0,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,
+                                                           0,  0,  0,  0,  0,  -1, -1, -1, -1, -1, -1,
+                                                           -1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(kBytes + count));
+  }
+
   /// The sum of what each byte has counted.
   static std::size_t sumOf(__m128i counts) {
     const __m128i halves = _mm_sad_epu8(counts, _mm_setzero_si128());
@@ -83,6 +91,15 @@ inline PairCounts countPairs(std::string_view text, Pair one, Pair other) {
     }
     counts.one += PairPlaces::sumOf(ones);
     counts.other += PairPlaces::sumOf(others);
+  }
+  if (left != 0 && text.size() > kPairWidth) {
+    // The last places, and some in front of them that have been counted.
+    const PairPlaces places(at + left - kPairWidth);
+    const __m128i uncounted = PairPlaces::last(left);
+    const __m128i zero = _mm_setzero_si128();
+    counts.one += PairPlaces::sumOf(_mm_sub_epi8(zero, _mm_and_si128(uncounted, places.of(one))));
+    counts.other += PairPlaces::sumOf(_mm_sub_epi8(zero, _mm_and_si128(uncounted, places.of(other))));
+    left = 0;
   }
 #endif
   for (; left != 0; --left, ++at) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <string>
 #include <vector>
@@ -78,6 +79,58 @@ TEST(ParserIce, IsToldByTheText) {
 }
 
 /// The session has 192.0.2.1, the first m-line port 5004.
+struct BodyIceCase {
+  std::vector<std::string> lines;
+  unsigned int bits;
+};
+
+// The parse asks the names of the attribute lines where they tell all of it, and the text where they do not.
+TEST(ParserIce, OfABodyIsThatOfItsText) {
+  const std::string audio = "m=audio 5004 RTP/AVP 0";
+  const std::vector<std::string> more(SDP_ATTRIBUTE_CAPACITY, "a=x");
+  const auto behindMore = [&](const std::string& line) {
+    std::vector<std::string> lines = {audio};
+    lines.insert(lines.end(), more.begin(), more.end());
+    lines.push_back(line);
+    return lines;
+  };
+  const std::vector<BodyIceCase> cases = {
+      {{audio}, 0},
+      {{audio, "a=ICE-Lite"}, lite},
+      {{audio, "a=ice-litex:1"}, lite},
+      {{audio, "a=ice-lit"}, 0},
+      {{"a=ice-lite", audio}, lite},
+      {{"a=ice-pwd:x", audio, "a=x"}, full},
+      {{audio, "a=ice-pwd"}, 0},
+      {{audio, "a=ice-pwd:"}, full},
+      {{audio, "a=Ice-Ufrag:x"}, full},
+      {{audio, "a=ice-options:x"}, full},
+      {{audio, "a=ice-mismatchx"}, full},
+      {{audio, "a=candidate"}, 0},
+      {{audio, "a=candidates:1"}, 0},
+      {{audio, "a=Candidate:1"}, full},
+      {{audio, "a=candidate", "a=candidate:1"}, full},
+      {{audio, "a=remote-candidates"}, 0},
+      {{audio, "a=REMOTE-candidates:1"}, full},
+      {{audio, "a=candidate:1", "a=ice-lite"}, lite},
+      {{audio, "i=a=ice-lite"}, lite},  // inside a line as well
+      {{audio, "a=x:a=candidate:1"}, full},
+      {{audio, "a=x:xA=ICE-PWD:1"}, full},
+      {{audio, "A=ice-lite"}, lite},  // a line that is not held
+      {behindMore("a=ice-lite"), lite},
+      {behindMore("a=ice-pwd:x"), full},
+      {behindMore("a=y"), 0},
+  };
+  for (const BodyIceCase& each : cases) {
+    const Parsed result = parsed(bodyOf(each.lines));
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.data.sdpAttributes & (lite | full), each.bits) << each.lines.back();
+    const TraceLines all = result.traces;
+    EXPECT_EQ(std::count(all.begin(), all.end(), liteLine), each.bits == lite ? 1 : 0);
+    EXPECT_EQ(std::count(all.begin(), all.end(), fullLine), each.bits == full ? 1 : 0);
+  }
+}
+
 struct MatchCase {
   std::vector<std::string> lines;
   int status;

@@ -4,7 +4,7 @@
 
 #include "refusal.h"
 #include "sdpNegotiator.h"
-#include "sdpNegotiatorParser.h"
+#include "sdpNegotiatorParser/sdpParse.h"
 #include "trace.h"
 
 // The parse of a body into an object, and parts of a summary in their initial state.
@@ -45,7 +45,7 @@ unsigned short cSdpNegotiator::sdpParse(const char* sdp, eSdpType type) {
                    .limit = static_cast<long long>(limit)});
   }
   trace::progress("Entering sdpParse() method: SDP length is %lu", length);
-  if (sdpParserMessage::sdpParse(sdp, type, parsedData) != 0) {
+  if (parseText(parsedData, {sdp, length}, type) != 0) {
     trace::error("Exiting sdpParse() method. Exiting...");  // behind the refusal that says why
     clear(parsedData, rawSdp);
     return 1;

@@ -1,5 +1,8 @@
 #include "attributeKinds.h"
 
+#include <array>
+#include <bit>
+#include <cstring>
 #include <iterator>
 #include <span>
 #include <string_view>
@@ -47,13 +50,20 @@ constexpr Row kRows[] = {
 };
 
 constexpr std::size_t kBuckets = 64;
+constexpr std::uint32_t kMultiplier = 22007;
 
-/// Rows of one bucket in their order. All names of more than one character fall into one, letters in either case.
-constexpr std::size_t bucketOf(char first, char second) {
-  constexpr unsigned int lowerCase = 'a' - 'A';
-  const unsigned int a = static_cast<unsigned char>(first) | lowerCase;
-  const unsigned int b = static_cast<unsigned char>(second) | lowerCase;
-  return (a * 5 + b) % kBuckets;
+/// The first two characters of a name.
+using Beginning = std::uint16_t;
+
+/// The bucket of a name with that beginning, letters in either case. A bucket holds rows in their order.
+constexpr std::size_t bucketOf(Beginning beginning) {
+  constexpr std::uint32_t lowerCase = 0x2020;
+  // A multiplier that puts the names into buckets of their own, but for those that begin alike.
+  return ((beginning | lowerCase) * kMultiplier >> 16U) % kBuckets;
+}
+
+constexpr Beginning beginningOf(std::string_view name) {
+  return std::bit_cast<Beginning>(std::array<char, 2>{name[0], name[1]});
 }
 
 struct alignas(64) Entry {
@@ -64,7 +74,7 @@ struct alignas(64) Entry {
   std::uint8_t next = 0;  ///< in the same bucket
 };
 
-/// Entry 0 ends each bucket.
+/// Entry 0 ends each bucket: it fits every name.
 struct Table {
   Entry entries[std::size(kRows) + 1];
   std::uint8_t first[kBuckets] = {};
@@ -74,7 +84,7 @@ constexpr Table makeTable() {
   Table table;
   for (std::size_t i = std::size(kRows); i > 0; --i) {
     const Row& row = kRows[i - 1];
-    std::uint8_t& first = table.first[bucketOf(row.name[0], row.name[1])];
+    std::uint8_t& first = table.first[bucketOf(beginningOf(row.name))];
     table.entries[i] = {NamePattern(row.name, row.test), KindSet(row.kind), row.kind,
                         static_cast<std::uint8_t>(directionOf(row.name)), first};
     first = static_cast<std::uint8_t>(i);
@@ -88,8 +98,10 @@ constexpr Table kTable = makeTable();
 inline const Entry& entryOf(const a_line::entry& line) {
   // What stands behind the NUL of an empty name is not looked at.
   if (line.name[0] == '\0') return kTable.entries[0];
-  std::size_t at = kTable.first[bucketOf(line.name[0], line.name[1])];
-  while (at != 0 && !kTable.entries[at].pattern.matches(line.name)) at = kTable.entries[at].next;
+  Beginning beginning = 0;
+  std::memcpy(&beginning, line.name, sizeof beginning);
+  std::size_t at = kTable.first[bucketOf(beginning)];
+  while (!kTable.entries[at].pattern.matches(line.name)) at = kTable.entries[at].next;
   return kTable.entries[at];
 }
 

@@ -20,21 +20,24 @@
 namespace sdpneg {
 namespace {
 
-/// The payload type that an attribute's value begins with, and what stands behind it, as in "97 iLBC/8000".
-struct PayloadLine {
-  int payloadType;
-  const char* word;  ///< the word that follows, and what stands behind that
-  std::size_t room;  ///< characters from the word to the end of its field
+/// The word that stands behind the payload type in an attribute's value, as in "97 iLBC/8000"; the value goes on behind it.
+struct PayloadWord {
+  const char* text;  ///< empty when there is none
+  std::size_t room;  ///< characters up to the end of its field
 };
 
-/// @return nothing when the value lacks the number or the word
-std::optional<PayloadLine> payloadLine(const a_line::entry& line) {
-  const std::optional<Leading<int>> number = leadingNumberOf<int>(line.value);
-  if (!number) return std::nullopt;
-  const char* word = line.value + number->length;
+/// @param behind where the number of the value ends
+PayloadWord wordBehind(const a_line::entry& line, std::size_t behind) {
+  const char* word = line.value + behind;
   while (isSpace(*word)) ++word;
-  if (*word == '\0') return std::nullopt;
-  return PayloadLine{number->value, word, static_cast<std::size_t>(line.value + sizeof line.value - word)};
+  return {word, static_cast<std::size_t>(line.value + sizeof line.value - word)};
+}
+
+/// The word behind a payload type; empty when the value begins with another number or none.
+PayloadWord wordOf(const a_line::entry& line, int payloadType) {
+  const std::optional<Leading<int>> number = leadingNumberOf<int>(line.value);
+  if (!number || number->value != payloadType) return {"", 1};
+  return wordBehind(line, number->length);
 }
 
 /// The dynamic rules, prepared for comparisons.
@@ -46,13 +49,13 @@ constexpr std::array<NamePattern, sizeof...(Indices)> patternsOf(std::index_sequ
 
 constexpr auto kEncodings = patternsOf(std::make_index_sequence<std::size(kDynamicAudioRules)>());
 
-/// @param rtpmap with an encoding: no rule holds white space
-std::uint8_t codecOfEncoding(const PayloadLine& rtpmap) {
+/// Of the word itself: no rule holds white space.
+std::uint8_t codecOfEncoding(PayloadWord word) {
   char copy[NamePattern::kSize] = {};
-  const char* encoding = rtpmap.word;
+  const char* encoding = word.text;
   // Near the end of its field a word is copied, so that as much as is compared can be read.
-  if (rtpmap.room < sizeof copy) {
-    std::memcpy(copy, rtpmap.word, rtpmap.room);
+  if (word.room < sizeof copy) {
+    std::memcpy(copy, word.text, word.room);
     encoding = copy;
   }
   for (std::size_t i = 0; i < kEncodings.size(); ++i) {
@@ -74,59 +77,68 @@ bool dependsOnRate(const char* encoding) {
 }
 
 /// The codec of an encoding whose rate stands in an fmtp line of its payload type.
-std::uint8_t codecOfFmtp(const PayloadLine& rtpmap, std::span<const a_line::entry> attributes) {
-  if (!dependsOnRate(rtpmap.word)) return SDP_NO_CODEC;
+std::uint8_t codecOfFmtp(const char* encoding, int payloadType, std::span<const a_line::entry> attributes) {
+  if (!dependsOnRate(encoding)) return SDP_NO_CODEC;
   for (const a_line::entry& line : attributes) {
     if (!kFmtpPrefix.matches(line.name)) continue;
-    const std::optional<PayloadLine> fmtp = payloadLine(line);
-    if (!fmtp || fmtp->payloadType != rtpmap.payloadType) continue;
-    const std::uint8_t codec = codecOfRate(rtpmap.word, Words(fmtp->word).next());
+    const std::uint8_t codec = codecOfRate(encoding, Words(wordOf(line, payloadType).text).next());
     if (codec != SDP_NO_CODEC) return codec;
   }
   return SDP_NO_CODEC;
 }
 
-/// The codec that an rtpmap line gives its payload type.
-std::uint8_t codecOfRtpmap(const PayloadLine& rtpmap, std::span<const a_line::entry> attributes) {
-  const std::uint8_t codec = codecOfEncoding(rtpmap);
-  return codec != SDP_NO_CODEC ? codec : codecOfFmtp(rtpmap, attributes);
+/// The codec of a dynamic payload type by the word that its rtpmap line has.
+std::uint8_t codecOfWord(PayloadWord encoding, int payloadType, std::span<const a_line::entry> attributes) {
+  if (*encoding.text == '\0') return SDP_NO_CODEC;
+  const std::uint8_t codec = codecOfEncoding(encoding);
+  return codec != SDP_NO_CODEC ? codec : codecOfFmtp(encoding.text, payloadType, attributes);
 }
 
 bool isDynamic(int payloadType) {
   return payloadType >= kFirstDynamicPayload && payloadType <= kLastDynamicPayload;
 }
 
+/// The codecs of static payload types by their number.
+struct StaticCodecs {
+  std::uint8_t of[kFirstDynamicPayload];
+};
+
+constexpr StaticCodecs staticCodecs() {
+  StaticCodecs codecs{};
+  for (const StaticAudioRule& rule : kStaticAudioRules) codecs.of[rule.payloadType] = rule.codec;
+  return codecs;
+}
+
+constexpr StaticCodecs kStaticCodecs = staticCodecs();
+
 /// @param format the payload type's text, or null
 std::uint8_t staticCodec(int payloadType, const char* format) {
   // By the text: one without a number, and a sign in front of a zero, is no payload type.
   if (payloadType == 0 && format != nullptr && *format == '0') return kCodecPcmu;
-  for (const StaticAudioRule& rule : kStaticAudioRules) {
-    if (rule.payloadType == payloadType) return rule.codec;
-  }
-  return SDP_NO_CODEC;
+  return payloadType >= 0 && payloadType < kFirstDynamicPayload ? kStaticCodecs.of[payloadType]
+                                                                : SDP_NO_CODEC;
 }
 
 }  // namespace
 
 // Of several lines for one payload type the first that names a known codec counts.
-void PayloadCodecs::readDynamic() {
-  std::fill(std::begin(dynamic_), std::end(dynamic_), SDP_NO_CODEC);
-  hasDynamic_ = true;
-  attributes_.forEach(KindSet(AttributeKind::rtpmap, AttributeKind::longerRtpmap),
-                      [this](const a_line::entry& line, AttributeKind) {
-                        const std::optional<PayloadLine> rtpmap = payloadLine(line);
-                        if (!rtpmap || !isDynamic(rtpmap->payloadType)) return true;
-                        std::uint8_t& codec = dynamic_[rtpmap->payloadType - kFirstDynamicPayload];
-                        if (codec == SDP_NO_CODEC) codec = codecOfRtpmap(*rtpmap, attributes_.lines());
-                        return true;
-                      });
+PayloadCodecs::PayloadCodecs(const AttributeIndex& attributes) {
+  attributes.forEach(KindSet(AttributeKind::rtpmap, AttributeKind::longerRtpmap),
+                     [&](const a_line::entry& line, AttributeKind) {
+                       const std::optional<Leading<int>> number = leadingNumberOf<int>(line.value);
+                       if (!number || !isDynamic(number->value)) return true;
+                       std::uint8_t& codec = dynamic_[number->value - kFirstDynamicPayload];
+                       if (codec != SDP_NO_CODEC) return true;
+                       codec =
+                           codecOfWord(wordBehind(line, number->length), number->value, attributes.lines());
+                       return true;
+                     });
 }
 
-std::uint8_t PayloadCodecs::of(const char* format) {
+std::uint8_t PayloadCodecs::of(const char* format) const {
   const int payloadType = numberOrZeroOf<int>(format);
-  if (!isDynamic(payloadType)) return staticCodec(payloadType, format);
-  if (!hasDynamic_) readDynamic();
-  return dynamic_[payloadType - kFirstDynamicPayload];
+  return isDynamic(payloadType) ? dynamic_[payloadType - kFirstDynamicPayload]
+                                : staticCodec(payloadType, format);
 }
 
 }  // namespace sdpneg
@@ -145,9 +157,7 @@ unsigned char sdpParserMessage::convertDynamicCodec(int payloadType, const a_lin
   const std::span<const a_line::entry> lines = entriesOf(attributes);
   for (const a_line::entry& line : lines) {
     if (!kRtpmapPrefix.matches(line.name)) continue;
-    const std::optional<PayloadLine> rtpmap = payloadLine(line);
-    if (!rtpmap || rtpmap->payloadType != payloadType) continue;
-    const std::uint8_t codec = codecOfRtpmap(*rtpmap, lines);
+    const std::uint8_t codec = codecOfWord(wordOf(line, payloadType), payloadType, lines);
     if (codec != SDP_NO_CODEC) return codec;
   }
   return SDP_NO_CODEC;

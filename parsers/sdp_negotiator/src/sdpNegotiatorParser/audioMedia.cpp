@@ -29,7 +29,7 @@ Refusal chooseAudio(Body& body, int noOfMDs, Section*& chosen) {
 void takeCodecs(sSdpParsedData& data, Section& audio, unsigned int& count) {
   const m_line& line = audio.media().mLine;
   const int formats = sdp_MgetNoOfFormats(&line);
-  PayloadCodecs codecs(audio.attributes());
+  const PayloadCodecs codecs(audio.attributes());
   for (int i = 0; i < formats && count < MAX_SDP_NEGOTIATOR_AUDIO_CODECS; ++i) {
     const std::uint8_t codec = codecs.of(sdp_MgetFormat(&line, i));
     if (codec != SDP_NO_CODEC) data.audioCodec[count++] = codec;

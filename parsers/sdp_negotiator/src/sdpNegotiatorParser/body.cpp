@@ -8,14 +8,14 @@
 namespace sdpneg {
 
 const cMsgIPAddress& ReadAddress::read(const char* text) {
-  const bool isLast = text == text_ || (text != nullptr && text_ != nullptr && std::strcmp(text, text_) == 0);
-  if (!isLast) {
-    if (text != nullptr) {
-      address_.setIPAddress(text);
-    } else {
-      address_.init();
-    }
+  const bool isSame = text == text_ || (text != nullptr && text_ != nullptr && std::strcmp(text, text_) == 0);
+  if (isRead_ && isSame) return address_;
+  if (text != nullptr) {
+    address_.setIPAddress(text);
+  } else {
+    address_.init();
   }
+  isRead_ = true;
   text_ = text;
   return address_;
 }

@@ -62,8 +62,9 @@ class ReadAddress {
   eIPAddressVersion versionOf(const char* text) { return read(text).getIPAddressVersion(); }
 
  private:
+  bool isRead_ = false;
   const char* text_ = nullptr;
-  cIPAddress address_;
+  cMsgIPAddress address_;
 };
 
 /// A decoded body.

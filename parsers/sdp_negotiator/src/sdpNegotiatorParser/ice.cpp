@@ -56,7 +56,9 @@ IceNames iceNamesIn(std::string_view text) {
 
 void takeNames(IceNames& names, const AttributeIndex& attributes) {
   attributes.forEach(KindSet(AttributeKind::candidate, AttributeKind::remoteOrIce),
-                     [&](const a_line::entry& line, AttributeKind) {
+                     [&](const a_line::entry& line, AttributeKind kind) {
+                       // There may be many candidates; each tells the same.
+                       if (kind == AttributeKind::candidate && names.full) return true;
                        FixedText<sizeof line.name + 1> text;
                        text.add(line.name);
                        if (valueOf(line) != nullptr) text.add(":");

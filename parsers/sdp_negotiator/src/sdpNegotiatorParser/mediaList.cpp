@@ -77,11 +77,18 @@ bool sharesEntry(std::span<Section> before, Section& section) {
   });
 }
 
+bool holdsH264(const char* value) {
+  constexpr std::string_view name = "H264";
+  const char* at = std::strchr(value, name[0]);
+  while (at != nullptr && !textStartsWith(at, name)) at = std::strchr(at + 1, name[0]);
+  return at != nullptr;
+}
+
 /// Whether a section may have formats of H.264: their name stands in an rtpmap line.
 bool mayHoldH264(Section& section) {
   bool found = false;
   section.attributes().forEach(KindSet(AttributeKind::rtpmap), [&](const a_line::entry& line, AttributeKind) {
-    found = std::strchr(line.value, 'H') != nullptr;
+    found = holdsH264(line.value);
     return !found;
   });
   return found;

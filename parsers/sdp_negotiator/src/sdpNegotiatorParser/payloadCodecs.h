@@ -14,19 +14,16 @@ namespace sdpneg {
 /// Tells the codec of each format as `sdpParserMessage::convertCodec` does, and reads the attribute lines once for all.
 class PayloadCodecs {
  public:
-  /// @param attributes of the m-line; they must outlive this
-  explicit PayloadCodecs(const AttributeIndex& attributes) : attributes_(attributes) {}
+  /// @param attributes of the m-line
+  explicit PayloadCodecs(const AttributeIndex& attributes);
 
   /// @param format a text ended by NUL, or null
   /// @return its audio codec value, SDP_NO_CODEC when it is unknown
-  std::uint8_t of(const char* format);
+  std::uint8_t of(const char* format) const;
 
  private:
-  void readDynamic();
-
-  const AttributeIndex& attributes_;
-  bool hasDynamic_ = false;
-  std::uint8_t dynamic_[kLastDynamicPayload - kFirstDynamicPayload + 1];
+  /// Those of dynamic payload types.
+  std::uint8_t dynamic_[kLastDynamicPayload - kFirstDynamicPayload + 1] = {};
 };
 
 }  // namespace sdpneg

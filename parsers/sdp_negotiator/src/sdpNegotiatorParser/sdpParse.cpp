@@ -4,6 +4,7 @@
 #include "mediaAddress.h"
 #include "refusal.h"
 #include "sdpNegotiatorParser.h"
+#include "sdpNegotiatorParser/sdpParse.h"
 #include "steps.h"
 #include "text/pairs.h"
 #include "trace.h"
@@ -135,30 +136,36 @@ Refusal checkDescription(Body& body) {
   return {.reason = SDP_REFUSED_TOO_MANY_M_LINES, .limit = kMost, .section = kMost + 1};
 }
 
-unsigned short analyse(sSdpParsedData& data, const sDescription& description, const BodyText& sdp) {
+}  // namespace
+
+unsigned short analyse(sSdpParsedData& data, const sDescription& description, std::string_view sdp) {
+  const BodyText text = lookAt(sdp);
   Body body(description, Inheritance::yes);
-  takeSession(data, body, sdp);
+  takeSession(data, body, text);
   if (const Refusal refusal = checkDescription(body)) return refuse(refusal);
   const int noOfMDs = sdp_getNoOfMDs(&description);
   if (noOfMDs == 0) {
     finishWithoutMedia(data, body);
     return 0;
   }
-  if (takeMedia(data, body, sdp, noOfMDs) != 0) return 1;
+  if (takeMedia(data, body, text, noOfMDs) != 0) return 1;
   takeVideoList(data, body);
   takeIPVersion(data, body);
   trace::progress("Exiting sdpParse() method");
   return 0;
 }
 
-}  // namespace
+unsigned short parseText(sSdpParsedData& data, std::string_view sdp, eSdpType type) {
+  return withDescription([&](sDescription& description) {
+    const unsigned short status = decode(description, sdp.data(), type, data);
+    return status != 0 ? status : analyse(data, description, sdp);
+  });
+}
+
 }  // namespace sdpneg
 
 using namespace sdpneg;
 
 unsigned short sdpParserMessage::sdpParse(const char* sdp, eSdpType type, sSdpParsedData& data) {
-  return withDescription([&](sDescription& description) {
-    const unsigned short status = decode(description, sdp, type, data);
-    return status != 0 ? status : analyse(data, description, lookAt(viewOf(sdp)));
-  });
+  return parseText(data, viewOf(sdp), type);
 }

@@ -27,15 +27,19 @@ void noteMikey(sSdpParsedData& data) {
   trace::progress("Mikey attribute is found.");
 }
 
+/// Whether a transport is named, at the beginning as mostly or further on.
+bool names(std::string_view transport, std::string_view name) {
+  return startsWith(transport, name) || contains(transport, name);
+}
+
 void noteSecureMedia(sSdpParsedData& data, Section& section) {
   const std::string_view transport = transportOf(section.media());
-  if (contains(transport, kSecureTransport) && section.port() != 0) {
+  if (names(transport, kSecureTransport) && section.port() != 0) {
     data.sdpAttributes |= SDP_ATTR_SECURE_RTP;
     if (section.kind() == MEDIA_VIDEO) data.sdpAttributes |= SDP_ATTR_SECURE_VIDEO;
     trace::info("Setting secure RTP call flag");
   }
-  const bool isPlain = startsWith(transport, kPlainTransport) || contains(transport, kPlainTransport);
-  if (isPlain && section.attributes().hasAnyOf(kSecurityLines)) {
+  if (names(transport, kPlainTransport) && section.attributes().hasAnyOf(kSecurityLines)) {
     data.sdpAttributes |= SDP_ATTR_SECURE_RTP;
     trace::info("RTP/AVP media with secure line. Setting secure RTP call flag");
   }

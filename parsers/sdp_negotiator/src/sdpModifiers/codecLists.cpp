@@ -5,6 +5,7 @@
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
+#include "sdpModifiers/codecRecords.h"
 #include "sdpModifiers/codecText.h"
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorParser/withDescription.h"
@@ -14,9 +15,9 @@
 #include "trace.h"
 #include "vocabulary.h"
 
-// Codec lists are edited line by line in the text of the audio sections, so that every line that nobody asked to
-// change survives. A description that held the text whole is then decoded and written again by the codec, which
-// gives the text the codec's form; one that did not would lose what it could not hold.
+// A description that holds its text whole is edited and written again by the codec, which gives the text the codec's
+// form. One that does not would lose what it could not hold: there, and where the lists might outgrow a description, the
+// text of the audio sections is edited line by line, so that every line that nobody asked to change survives.
 
 namespace sdpneg {
 
@@ -203,18 +204,20 @@ void orderCodecs(AudioSection section, std::span<const unsigned char> order, int
       lines, [&](std::string_view line) { return isAttribute(line) && !formatValue(line); }, addAttribute);
 }
 
+/// What a refusal names an edited text.
+constexpr const char* kEditedText = "edited SDP";
+
 /// Puts an edited text in the place of the old one, in the codec's form when it and the old one are complete.
 Refusal keepEdited(SdpText& text, const Composed& edited, sDescription& description, const char* operation) {
-  constexpr const char* kWhat = "edited SDP";
-  if (edited.cut()) return refusalOfRoom(operation, kWhat);
+  if (edited.cut()) return refusalOfRoom(operation, kEditedText);
   if (!sdp_isComplete(&description)) {
     const bool fits = text.replace({0, text.size()}, edited.view()) == Edit::done;
-    return fits ? Refusal() : refusalOfRoom(operation, kWhat);
+    return fits ? Refusal() : refusalOfRoom(operation, kEditedText);
   }
   if (decodeText(description, edited.text()) != 0) {
     return {.reason = SDP_REFUSED_EDITED_NOT_DECODED, .operation = operation};
   }
-  return replaceByEncoded(text, description, operation, kWhat);
+  return replaceByEncoded(text, description, operation, kEditedText);
 }
 
 /// Composes a text whose audio sections an edit writes.
@@ -230,39 +233,93 @@ void composeSections(std::string_view text, SectionEdit edit, Composed& edited) 
   }
 }
 
-/// @param edit takes an audio section, where to write it, and the attribute lines that it may have
+/// How an edit of codec lists is named.
+struct Names {
+  const char* operation;
+  const char* done;  ///< traced when it is done
+};
+
+/// Edits a text line by line.
+/// @param description of the text; of no use afterwards
+/// @param edit        takes an audio section, where to write it, and the attribute lines that it may have
 template <typename SectionEdit>
-Refusal editAudioSections(SdpText& text, const char* operation, const char* done, SectionEdit edit) {
-  if (const Refusal refusal = refusalOfBuffer(text, operation)) return refusal;
-  return withDescription([&](sDescription& description) -> Refusal {
-    if (const Refusal refusal = decode(description, text.view())) return refusal;
-    const int limit = sdp_isComplete(&description) ? SDP_ATTRIBUTE_CAPACITY : MAX_SDP_PROTOCOL_DATA_SIZE;
-    Composed edited;
-    composeSections(
-        text.view(), [&](const AudioSection& section, Composed& out) { edit(section, out, limit); }, edited);
-    if (const Refusal refusal = keepEdited(text, edited, description, operation)) return refusal;
-    trace::progress("%s", done);
-    return {};
-  });
+Refusal editLines(SdpText& text, sDescription& description, const Names& names, SectionEdit edit) {
+  const int limit = sdp_isComplete(&description) ? SDP_ATTRIBUTE_CAPACITY : MAX_SDP_PROTOCOL_DATA_SIZE;
+  Composed edited;
+  composeSections(
+      text.view(), [&](const AudioSection& section, Composed& out) { edit(section, out, limit); }, edited);
+  return keepEdited(text, edited, description, names.operation);
+}
+
+/// Whether the lines of a text cannot become too many or too long for it: none but the last one's end is added.
+bool holdsItsLines(const SdpText& text) {
+  constexpr std::size_t kLineEnd = 2;
+  return text.room() >= kLineEnd;
+}
+
+bool hasRepeats(std::span<const unsigned char> codecs) {
+  for (std::size_t i = 1; i < codecs.size(); ++i) {
+    if (holds(codecs.first(i), codecs[i])) return true;
+  }
+  return false;
+}
+
+/// Edits the audio sections of a text, by its description where that holds all of it, else line by line.
+/// @param byRecord  false for what a description may not hold afterwards
+/// @param describes receives whether the description is that of the edited text
+template <typename RecordEdit, typename SectionEdit>
+Refusal editAudioSections(SdpText& text, sDescription& description, bool& describes, const Names& names,
+                          bool byRecord, RecordEdit editRecord, SectionEdit editSection) {
+  describes = false;
+  if (const Refusal refusal = refusalOfBuffer(text, names.operation)) return refusal;
+  if (const Refusal refusal = decode(description, text.view())) return refusal;
+  Refusal refusal;
+  if (byRecord && sdp_isComplete(&description) && holdsItsLines(text)) {
+    editRecord(description);
+    refusal = replaceByEncoded(text, description, names.operation, kEditedText);
+    describes = !refusal;
+  } else {
+    refusal = editLines(text, description, names, editSection);
+  }
+  if (!refusal) trace::progress("%s", names.done);
+  return refusal;
 }
 
 }  // namespace
 
-Refusal removeCodecs(SdpText& text, const unsigned char* keep) {
+Refusal removeCodecs(SdpText& text, const unsigned char* keep, sDescription& description, bool& describes) {
   if (keep == nullptr) return {.reason = SDP_REFUSED_NO_CODEC_LIST};
-  return editAudioSections(text, "sdpRemoveCodecs",
-                           "The selected audio codecs have been removed from the SDP",
-                           [keep](const AudioSection& section, Composed& out, int /*attributeLimit*/) {
-                             keepCodecs(section, listOf(keep), out);
-                           });
+  return editAudioSections(
+      text, description, describes,
+      {"sdpRemoveCodecs", "The selected audio codecs have been removed from the SDP"}, true,
+      [keep](sDescription& record) { keepCodecs(record, listOf(keep)); },
+      [keep](const AudioSection& section, Composed& out, int /*attributeLimit*/) {
+        keepCodecs(section, listOf(keep), out);
+      });
+}
+
+Refusal reorderCodecs(SdpText& text, const unsigned char* order, sDescription& description, bool& describes) {
+  if (order == nullptr) return {.reason = SDP_REFUSED_NO_CODEC_LIST};
+  return editAudioSections(
+      text, description, describes, {"sdpCodecsReordering", "The audio codecs reordering has been done"},
+      !hasRepeats(listOf(order)), [order](sDescription& record) { orderCodecs(record, listOf(order)); },
+      [order](const AudioSection& section, Composed& out, int attributeLimit) {
+        orderCodecs(section, listOf(order), attributeLimit, out);
+      });
+}
+
+Refusal removeCodecs(SdpText& text, const unsigned char* keep) {
+  return withDescription([&](sDescription& description) -> Refusal {
+    bool describes = false;
+    return removeCodecs(text, keep, description, describes);
+  });
 }
 
 Refusal reorderCodecs(SdpText& text, const unsigned char* order) {
-  if (order == nullptr) return {.reason = SDP_REFUSED_NO_CODEC_LIST};
-  return editAudioSections(text, "sdpCodecsReordering", "The audio codecs reordering has been done",
-                           [order](const AudioSection& section, Composed& out, int attributeLimit) {
-                             orderCodecs(section, listOf(order), attributeLimit, out);
-                           });
+  return withDescription([&](sDescription& description) -> Refusal {
+    bool describes = false;
+    return reorderCodecs(text, order, description, describes);
+  });
 }
 
 }  // namespace sdpneg

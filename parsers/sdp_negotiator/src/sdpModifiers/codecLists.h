@@ -7,10 +7,10 @@
 #include <span>
 #include <string_view>
 
-#include "aLine.h"
 #include "refusal.h"
 #include "sdpDataDefinitions.h"
 #include "sdpNegotiatorParser/audioCodecRules.h"
+#include "sessionDescription.h"
 #include "text/sdpText.h"
 #include "vocabulary.h"
 
@@ -77,6 +77,15 @@ Refusal removeCodecs(SdpText& text, const unsigned char* keep);
 /// `sdpModifications::sdpCodecsReordering`.
 /// @param order null is refused
 Refusal reorderCodecs(SdpText& text, const unsigned char* order);
+
+// The same for those that go on with the body.
+
+/// @param description receives what the text is decoded into
+/// @param describes   receives whether the description is that of the edited text; where it is not, the text tells more
+Refusal removeCodecs(SdpText& text, const unsigned char* keep, sDescription& description, bool& describes);
+
+/// @param description,describes as for `removeCodecs`
+Refusal reorderCodecs(SdpText& text, const unsigned char* order, sDescription& description, bool& describes);
 
 }  // namespace sdpneg
 

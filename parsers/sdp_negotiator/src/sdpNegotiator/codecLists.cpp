@@ -4,6 +4,7 @@
 #include "refusal.h"
 #include "sdpModifiers/codecLists.h"
 #include "sdpNegotiator.h"
+#include "sdpNegotiator/parse.h"
 #include "trace.h"
 
 // Which audio codecs a body offers, and in which order. The codec slots of the summary and the text change together.
@@ -120,13 +121,17 @@ unsigned short cSdpNegotiator::sdpRestrictAudioCodecsTo(const unsigned char* cod
     tell({.reason = SDP_REFUSED_NO_COMMON_CODEC});
     return 0;
   }
-  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE] = "";
+  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
+  buffer[0] = '\0';
   // An empty object has an empty text. A part of one would be taken for all of it.
   if (getSDP(buffer, sizeof buffer) != 0 && isSdpPresent()) return 0;
   replaceAudioCodecs(parsedData, result.data(), result.count());
   SdpText text(buffer);
-  statusOf(reorder ? reorderCodecs(text, result.data()) : removeCodecs(text, result.data()));
-  sdpParse(buffer, SDP_TYPE_UNKNOWN);
+  const auto edit = [&](SdpText& body, sDescription& description, bool& describes) {
+    statusOf(reorder ? reorderCodecs(body, result.data(), description, describes)
+                     : removeCodecs(body, result.data(), description, describes));
+  };
+  if (!editAndParseDecoded({*this, parsedData, rawSdp}, text, edit)) sdpParse(buffer, SDP_TYPE_UNKNOWN);
   return 1;
 }
 

@@ -1,13 +1,15 @@
-#include <new>
-#include <optional>
-#include <string>
-#include <vector>
+#include <array>
+#include <span>
+#include <string_view>
 
-#include "sdpModifiers/bestEffort.h"
+#include "sdpModifiers/codecText.h"
 #include "sdpModifiers/mediaReturn.h"
 #include "sdpModifiers/mediaTransport.h"
 #include "sdpNegotiator.h"
+#include "sdpNegotiator/parse.h"
 #include "sdpNegotiator/request.h"
+#include "sdpNegotiatorParser/descriptionView.h"
+#include "text/sections.h"
 #include "trace.h"
 
 // The transports of m-lines: another one for all media, and the secure one for m-lines that were removed.
@@ -15,27 +17,33 @@
 namespace sdpneg {
 namespace {
 
-/// The media names of a text's m-lines.
-/// @return nothing when they cannot be told
-std::optional<std::vector<std::string>> mediaNames(const SdpText& text) {
-  try {
-    std::vector<mDescription> mLines;
-    const unsigned int before = toldSoFar();
-    if (readMLines(text, mLines) != 0) {
-      tellUnlessTold({.reason = SDP_REFUSED_STORED_NOT_DECODED}, before);
-      return std::nullopt;
-    }
-    std::vector<std::string> names;
-    for (const mDescription& media : mLines) {
-      names.emplace_back(media.mLine.media);
-      trace::debug("sdpModifyTransportTypes():Request to modify transport type for all m = %s",
-                   media.mLine.media);
-    }
-    return names;
-  } catch (const std::bad_alloc&) {
-    tell({.reason = SDP_REFUSED_NO_MEMORY_FOR_TRANSPORTS});
-    return std::nullopt;
+/// Changes the transport of all m-lines, of each medium that a description names.
+void changeTransports(SdpText& text, const sDescription& description, const char* from, const char* to) {
+  std::array<std::string_view, SDP_MEDIA_CAPACITY> names;
+  std::size_t count = 0;
+  for (const mDescription& media : mediaOf(description)) {
+    names[count++] = media.mLine.media;
+    trace::debug("sdpModifyTransportTypes():Request to modify transport type for all m = %s",
+                 media.mLine.media);
   }
+  setMediaTransport(text, from, to, std::span<const std::string_view>(names).first(count));
+}
+
+/// Reads the m-lines of a text anew into the description of what it was before.
+/// @return whether that is now the text's
+bool readMLinesAnew(std::string_view text, sDescription& description) {
+  if (!sdp_isComplete(&description)) return false;
+  std::size_t at = 0;
+  for (mDescription& media : mediaOf(description)) {
+    at = nextMLine(text, at);
+    if (at == npos) return false;
+    const char* position = text.data() + at;
+    int line = 0;
+    int column = 0;
+    if (sdp_Mdecode_r(&media.mLine, position, nullptr, line, column) != 0) return false;
+    if (media.mLine.incomplete != 0) return false;
+  }
+  return nextMLine(text, at) == npos;
 }
 
 }  // namespace
@@ -45,12 +53,24 @@ using namespace sdpneg;
 
 void cSdpNegotiator::sdpModifyTransportTypes(const char* fromTransport, const char* toTransport) {
   trace::debug("sdpModifyTransportTypes():Request to modify transport type for all m-lines");
-  editAndKeep(*this, kParsed, [&](SdpText& text) -> unsigned short {
-    const auto names = mediaNames(text);
-    if (!names) return 1;
-    setMediaTransport(text, fromTransport, toTransport, *names);
-    return 0;
-  });
+  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
+  if (getSDP(buffer, sizeof buffer) == 0) {
+    SdpText text(buffer);
+    const unsigned int before = toldSoFar();
+    bool changed = false;
+    const auto edit = [&](SdpText& body, sDescription& description, bool& describes) {
+      changed = statusOf(decode(description, body.view())) == 0;
+      if (!changed) return;
+      changeTransports(body, description, fromTransport, toTransport);
+      describes = readMLinesAnew(body.view(), description);
+    };
+    const bool parsed = editAndParseDecoded({*this, parsedData, rawSdp}, text, edit);
+    if (!changed) {
+      tellUnlessTold({.reason = SDP_REFUSED_STORED_NOT_DECODED}, before);
+    } else if (!parsed) {
+      sdpParse(buffer, SDP_TYPE_UNKNOWN);
+    }
+  }
   // The text that ends this request names another one.
   trace::debug("Exiting sdpRemoveMlinesZeroPort()");
 }

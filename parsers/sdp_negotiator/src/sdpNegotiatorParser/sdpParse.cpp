@@ -6,6 +6,7 @@
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorParser/sdpParse.h"
 #include "steps.h"
+#include "text/lines.h"
 #include "text/pairs.h"
 #include "trace.h"
 #include "vocabulary.h"
@@ -137,6 +138,17 @@ Refusal checkDescription(Body& body) {
 }
 
 }  // namespace
+
+void takeOriginPlace(sSdpParsedData& data, const sDescription& description, std::string_view text) {
+  data.oLineStart = 0;
+  data.oLineEnd = 0;
+  const std::size_t start = description.oLine.present != 0 ? findLine(text, kOriginLine) : npos;
+  if (start == npos) return;
+  const std::size_t end = lineAt(text, start).next();
+  if (end > UINT16_MAX) return;
+  data.oLineStart = static_cast<std::uint16_t>(start);
+  data.oLineEnd = static_cast<std::uint16_t>(end);
+}
 
 unsigned short analyse(sSdpParsedData& data, const sDescription& description, std::string_view sdp) {
   const BodyText text = lookAt(sdp);

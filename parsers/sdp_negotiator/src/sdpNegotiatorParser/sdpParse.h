@@ -15,6 +15,10 @@ namespace sdpneg {
 /// @return 0, or 1 for a body that is refused, which is told
 unsigned short analyse(sSdpParsedData& data, const sDescription& description, std::string_view sdp);
 
+/// Notes where the o-line of a text is, as the codec does: the first line that is one.
+/// @param description of the text
+void takeOriginPlace(sSdpParsedData& data, const sDescription& description, std::string_view text);
+
 /// `sdpParserMessage::sdpParse`.
 /// @param sdp ended by NUL; without data it is a null text
 unsigned short parseText(sSdpParsedData& data, std::string_view sdp, eSdpType type);

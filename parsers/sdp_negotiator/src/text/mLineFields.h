@@ -4,6 +4,7 @@
 #include <optional>
 #include <string_view>
 
+#include "text/fixedText.h"
 #include "text/sections.h"
 
 // The fields of an m-line, "m=<media> <port> <transport> <formats>" (RFC 4566 5.14). Edits differ in what separates
@@ -25,8 +26,14 @@ std::optional<unsigned short> portAt(std::string_view text, std::size_t at);
 /// Whether an m-line reads as one of RTP with port 0. No other port than "0" counts, not "00" or "0/2" either.
 inline bool hasZeroPortOfRtp(std::string_view mLine) { return contains(mLine, " 0 RTP"); }
 
-/// Rewrites the port of the m-line at `line`, at most seven digits of it. A line without port field, or with one
-/// that begins with the new digits, stays as it is.
+/// A port as an m-line gets it.
+using PortDigits = FixedText<kLongestPort + 1>;
+
+/// The change of the port of the m-line at an offset; nothing for a line without port field, and for one with a field that
+/// begins with the new digits.
+std::optional<Change> portChange(std::string_view text, std::size_t mLine, const PortDigits& port);
+
+/// Rewrites the port of the m-line at `line`, whose LF may stand anywhere behind it, as `portChange` has it.
 Edit replacePort(SdpText& text, const Line& line, unsigned int port);
 
 /// Where the transport begins as the codec reads it: behind the media name and the port, where runs of blanks separate

@@ -1,6 +1,7 @@
 #include "text/sdpText.h"
 
 #include <algorithm>
+#include <bitset>
 #include <cstring>
 #include <functional>
 
@@ -24,7 +25,9 @@ Edit SdpText::replace(Span span, std::string_view inserted) {
 
 void SdpText::put(Span span, std::string_view inserted) {
   char* const place = text_ + span.begin;
-  std::memmove(place + inserted.size(), text_ + span.end, length_ - span.end + 1);
+  if (inserted.size() != span.end - span.begin) {
+    std::memmove(place + inserted.size(), text_ + span.end, length_ - span.end + 1);
+  }
   if (!inserted.empty()) std::memcpy(place, inserted.data(), inserted.size());
   length_ = length_ - (span.end - span.begin) + inserted.size();
 }
@@ -51,13 +54,18 @@ Edit SdpText::putAside(Span span, std::string_view inserted) {
 // from `rest` on. Each piece is moved once.
 class SdpText::Removal {
  public:
-  Removal(char* text, std::size_t length) : text_(text), length_(length), kept_(length), rest_(length) {}
+  Removal(char* text, std::size_t length, std::span<const std::string_view> prefixes)
+      : text_(text), length_(length), kept_(length), rest_(length) {
+    for (const std::string_view prefix : prefixes) {
+      for (std::size_t i = 1; i < prefix.size(); ++i) inPrefixes_.set(numberOf(prefix[i - 1], prefix[i]));
+    }
+  }
 
   // Removes the lines of prefixes[index]; none of the prefixes before it occurs when this begins.
   // Returns false when a matched line has no LF.
   bool run(std::span<const std::string_view> prefixes, std::size_t index) {
     while (true) {
-      const std::size_t match = remaining().find(prefixes[index]);
+      const std::size_t match = findPiece(remaining(), prefixes[index]);
       keep(match == npos ? length_ - rest_ : match);
       if (match == npos) return true;
       if (!dropLine(kept_)) return false;
@@ -79,6 +87,13 @@ class SdpText::Removal {
   }
 
  private:
+  static constexpr std::size_t kNumbers = 4096;
+
+  // A number of two characters in a row, which few others share.
+  static std::size_t numberOf(char first, char second) {
+    return (static_cast<unsigned char>(first) * 31U + static_cast<unsigned char>(second)) % kNumbers;
+  }
+
   std::string_view remaining() const { return {text_ + rest_, length_ - rest_}; }
 
   void keep(std::size_t count) {
@@ -109,6 +124,7 @@ class SdpText::Removal {
   std::size_t seamMatch(std::span<const std::string_view> prefixes) const {
     if (kept_ == 0) return 0;
     const char last = text_[kept_ - 1];
+    if (rest_ == length_ || !inPrefixes_.test(numberOf(last, text_[rest_]))) return 0;
     for (const std::string_view prefix : prefixes) {
       for (std::size_t overlap = std::min(prefix.size() - 1, kept_); overlap != 0; --overlap) {
         if (prefix[overlap - 1] != last) continue;
@@ -124,11 +140,12 @@ class SdpText::Removal {
   std::size_t kept_;
   std::size_t rest_;
   std::size_t removed_ = 0;
+  std::bitset<kNumbers> inPrefixes_;  ///< pairs of characters that stand in a prefix, as few do at a seam
 };
 
 std::size_t SdpText::removeLines(std::span<const std::string_view> prefixes) {
   if (!usable()) return 0;
-  Removal removal(text_, length_);
+  Removal removal(text_, length_, prefixes);
   for (std::size_t index = 0; index < prefixes.size(); ++index) {
     removal.rewind();
     if (!removal.run(prefixes, index)) break;

@@ -2,6 +2,7 @@
 #define SDP_TEXT_H
 
 #include <cstddef>
+#include <cstring>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -19,6 +20,18 @@ struct Span {
   std::size_t begin;
   std::size_t end;
 };
+
+/// A piece of text in the place of a span.
+struct Change {
+  Span span;
+  std::string_view inserted;
+};
+
+/// What a change takes of the room of a text: nothing where the text does not grow.
+inline std::size_t takes(const Change& change) {
+  const std::size_t old = change.span.end - change.span.begin;
+  return change.inserted.size() > old ? change.inserted.size() - old : 0;
+}
 
 /// What became of an edit. A refused edit changes nothing.
 enum class Edit { done, noRoom };
@@ -54,6 +67,13 @@ class SdpText {
   /// @return the number of spans
   template <typename Next>
   std::size_t eraseEach(Next next);
+
+  /// Makes change after change in one pass over a copy of the text as it is now.
+  /// @param next gives the first change at or behind an offset of the copy. It is also given the room that the changes
+  ///             so far leave, and gives none that takes more. What is inserted may lie in the copy. Nothing ends the
+  ///             pass.
+  template <typename Next>
+  void changeEach(Next next);
 
   /// Removes every line that holds one of the prefixes, wherever in the line, from the match through its LF.
   /// Each time the first prefix in the list's order that occurs at all goes, at its first place; a removal
@@ -95,6 +115,29 @@ std::size_t SdpText::eraseEach(Next next) {
   keepUpTo(length_);
   end(kept);
   return count;
+}
+
+template <typename Next>
+void SdpText::changeEach(Next next) {
+  char copied[MAX_SDP_PROTOCOL_DATA_SIZE];
+  if (!usable() || length_ >= sizeof copied) return;
+  std::memcpy(copied, text_, length_ + 1);
+  const std::string_view text(copied, length_);
+  std::size_t rest = 0;
+  length_ = 0;
+  const auto add = [&](std::string_view piece) {
+    if (!piece.empty()) std::memcpy(text_ + length_, piece.data(), piece.size());
+    length_ += piece.size();
+  };
+  const auto room = [&] { return capacity_ - 1 - length_ - (text.size() - rest); };
+  for (std::optional<Change> change = next(text, rest, room()); change && takes(*change) <= room();
+       change = next(text, rest, room())) {
+    add(text.substr(rest, change->span.begin - rest));
+    add(change->inserted);
+    rest = change->span.end;
+  }
+  add(text.substr(rest));
+  end(length_);
 }
 
 }  // namespace sdpneg

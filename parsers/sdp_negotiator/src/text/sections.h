@@ -24,10 +24,8 @@ inline std::size_t nextMLine(std::string_view text, std::size_t from = 0) {
 
 /// The next one of a medium: what follows "m=" begins with its name.
 inline std::size_t nextMLineOf(std::string_view text, std::string_view media, std::size_t from = 0) {
-  for (std::size_t at = nextMLine(text, from); at != npos; at = nextMLine(text, at)) {
-    if (startsWith(text.substr(at + kMLine.size()), media)) return at;
-  }
-  return npos;
+  const std::size_t lf = findSought(text, {"\nm=", media}, from);
+  return lf != npos ? lf + 1 : npos;
 }
 
 /// The next "m=" wherever it stands, inside a value too.
@@ -42,10 +40,7 @@ inline std::size_t nextMAnywhereBehind(std::string_view text, std::size_t mLine)
 
 /// The next one of a medium, wherever "m=" and the medium's name stand.
 inline std::size_t nextMAnywhereOf(std::string_view text, std::string_view media, std::size_t from = 0) {
-  for (std::size_t at = nextMAnywhere(text, from); at != npos; at = nextMAnywhereBehind(text, at)) {
-    if (startsWith(text.substr(at + kMLine.size()), media)) return at;
-  }
-  return npos;
+  return findSought(text, {kMLine, media}, from);
 }
 
 /// Where the section of an m-line ends: at the next m-line at a line's start, else with the text.

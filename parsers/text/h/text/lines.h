@@ -19,9 +19,20 @@ struct Line {
   std::size_t next() const { return terminated ? lf + 1 : lf; }
 };
 
+/// The first LF at or behind an offset.
+inline std::size_t findLf(std::string_view text, std::size_t from) {
+  // Short lines are not worth a call.
+  constexpr std::size_t kNear = 8;
+  for (std::size_t at = from; at < from + kNear; ++at) {
+    if (at >= text.size()) return npos;
+    if (text[at] == '\n') return at;
+  }
+  return text.find('\n', from + kNear);
+}
+
 /// The line from `begin`, which need not be a line's start, through the next LF.
 inline Line lineAt(std::string_view text, std::size_t begin) {
-  const std::size_t lf = text.find('\n', begin);
+  const std::size_t lf = findLf(text, begin);
   return {begin, lf == npos ? text.size() : lf, lf != npos};
 }
 
@@ -33,16 +44,14 @@ inline std::string_view content(std::string_view text, const Line& line) {
 
 /// The first place of a piece of text, inside a value too, as std::string_view::find has it.
 inline std::size_t findAnywhere(std::string_view text, std::string_view piece, std::size_t from = 0) {
-  return text.find(piece, from);
+  return findPiece(text, piece, from);
 }
 
 /// The start of the first line that begins with `prefix` and whose LF in front stands at or behind `from`.
 /// @return npos when there is none; the text's first line never counts
 inline std::size_t findLine(std::string_view text, std::string_view prefix, std::size_t from = 0) {
-  for (std::size_t lf = text.find('\n', from); lf != npos; lf = text.find('\n', lf + 1)) {
-    if (startsWith(text.substr(lf + 1), prefix)) return lf + 1;
-  }
-  return npos;
+  const std::size_t lf = findSought(text, {"\n", prefix}, from);
+  return lf != npos ? lf + 1 : npos;
 }
 
 /// An offset, or the text's end where nothing was found.

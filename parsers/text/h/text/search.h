@@ -6,6 +6,8 @@
 #include <optional>
 #include <string_view>
 
+#include "text/find.h"
+
 // Reading text: comparisons, words and numbers. Nothing here writes, allocates or goes beyond its view.
 
 namespace sdpneg {
@@ -24,7 +26,7 @@ inline bool isControl(char c) { return static_cast<unsigned char>(c) < ' ' || c 
 /// The white space of the C locale.
 inline bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-inline bool contains(std::string_view text, std::string_view piece) { return text.find(piece) != npos; }
+inline bool contains(std::string_view text, std::string_view piece) { return findPiece(text, piece) != npos; }
 inline bool startsWith(std::string_view text, std::string_view prefix) {
   if (prefix.size() > text.size()) return false;
   for (std::size_t i = 0; i < prefix.size(); ++i) {
@@ -72,11 +74,13 @@ class Words {
 
   /// The next word; empty when there is none left.
   std::string_view next() {
-    const std::size_t begin = rest_.find_first_not_of(separators_);
-    if (begin == npos) return rest_ = {};
-    const std::size_t end = rest_.find_first_of(separators_, begin);
-    const std::string_view word = rest_.substr(begin, end == npos ? npos : end - begin);
-    rest_ = end == npos ? std::string_view() : rest_.substr(end);
+    std::size_t begin = 0;
+    while (begin < rest_.size() && separates(rest_[begin])) ++begin;
+    if (begin == rest_.size()) return rest_ = {};
+    std::size_t end = begin;
+    while (end < rest_.size() && !separates(rest_[end])) ++end;
+    const std::string_view word = rest_.substr(begin, end - begin);
+    rest_ = end == rest_.size() ? std::string_view() : rest_.substr(end);
     return word;
   }
 
@@ -84,6 +88,13 @@ class Words {
   std::string_view rest() const { return rest_; }
 
  private:
+  bool separates(char c) const {
+    for (const char separator : separators_) {
+      if (c == separator) return true;
+    }
+    return false;
+  }
+
   std::string_view rest_;
   std::string_view separators_;
 };

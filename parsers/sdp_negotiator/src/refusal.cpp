@@ -299,7 +299,8 @@ Message messageOf(const Refusal& refusal) {
     addField(message, rest.substr(brace + 1, end - brace - 1), refusal);
     rest.remove_prefix(end + 1);
   }
-  return message.add(rest);
+  message.add(rest);
+  return message;
 }
 
 thread_local sSdpRefusal lastRefusal{};
@@ -328,6 +329,12 @@ int tell(const Refusal& refusal) {
   const Message message = messageOf(refusal);
   keep(refusal, row, message.view());
   return row.verb != kNone ? row.verb("%s", message.text()) : 0;
+}
+
+void tellAgain(const Refusal& refusal, unsigned int times) {
+  if (times == 0) return;
+  tell(refusal);
+  lastRefusal.number += times - 1;
 }
 
 int mention(const Refusal& refusal) {

@@ -30,6 +30,9 @@ struct Refusal {
 /// @return what the trace call returned; 0 for a reason that is not traced
 int tell(const Refusal& refusal);
 
+/// Tells a refusal as often as it came, to be called while nothing is traced.
+void tellAgain(const Refusal& refusal, unsigned int times);
+
 /// Traces a refusal and leaves the thread's last one as it is: the work goes on, or another one was its reason.
 /// @return as `tell`
 int mention(const Refusal& refusal);

@@ -218,6 +218,14 @@ const Removal removals[] = {
      session + off + c + "m=text 9 x 0\r\na=z\r\n", 1},
     {"the connection of a second video section", session + vid + vid + c, session + off + c + " 96\r\n" + c,
      session + off + c, 1},
+    {"a video section that begins where the copy ends",
+     "v=0\nm=video 5 x 0\nxxxxxxxxm=video 7 x 0\na=y\nc=12345\na=z\n",
+     "v=0\nm=video 0 x 0\nc=12345\nm=video 0 x 0\nc=12345\n345\na=z\n",
+     "v=0\nm=video 0 x 0\nc=12345\nm=video 0 x 0\nc=12345\n", 2},
+    {"one connection for all",
+     "v=0\nm=video 5 x 0\na=111\nm=video 6 x 0\na=222\nm=audio 7 x 0\nc=456\nm=video 8 x 0\n",
+     "v=0\nm=video 0 x 0\nc=456\nm=video 0 x 0\nc=456\nm=audio 7 x 0\nc=456\nm=video 0 x 0\n",
+     "v=0\nm=video 0 x 0\nc=456\nm=video 0 x 0\nc=456\nm=audio 7 x 0\nc=456\nm=video 0 x 0\n", 3},
     // Deliberate: a medium is recognised by its beginning, a first line is not seen, and a port that begins with
     // the new one stays.
     {"a longer media name", session + "m=videoconf 5 x 0\r\na=y\r\n",

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "modifiersTestSupport.h"
+#include "sdpRefusal.h"
 
 // The transport of the m-lines of chosen media (RFC 4566 5.14).
 
@@ -190,6 +191,46 @@ TEST(MediaTransportEdit, LeavesAnMLineThatDoesNotFitAndGoesOn) {
     buffer.expectText((room >= 7 ? both : second) + fill);
     EXPECT_EQ(trace.count(refused.flag, refused.level, refused.text), room >= 7 ? 0 : 1) << room;
   }
+}
+
+// Tracing would have the m-lines gone through name after name.
+TEST(MediaTransportEdit, OfManyNamesIsSetOnceOnEachMLine) {
+  const Names names = {"text", "audio", "aud", "audio", "video", "audiox", "v", "video", "m"};
+  expectEdit(
+      session + "m=audio 1 RTP/AVP 0\r\nm=video 2 RTP/AVP 0\r\nm=au 3 RTP/AVP 0\r\nm=text 4 RTP/AVP 0\r\n",
+      setTransport("RTP/AVP", "RTP/SAVP", names), 0,
+      session +
+          "m=audio 1 RTP/SAVP 0\r\nm=video 2 RTP/SAVP 0\r\nm=au 3 RTP/AVP 0\r\nm=text 4 RTP/SAVP 0\r\n");
+}
+
+TEST(MediaTransportEdit, OfMoreNamesThanADescriptionHasMLines) {
+  Names names;
+  for (char last = 'a'; last <= 'z'; ++last) names.push_back(std::string("audi") + last);
+  expectEdit(session + "m=audio 1 RTP/AVP 0\r\nm=audi 2 RTP/AVP 0\r\nm=audiz 3 RTP/AVP 0\r\n",
+             setTransport("RTP/AVP", "RTP/SAVP", names), 0,
+             session + "m=audio 1 RTP/SAVP 0\r\nm=audi 2 RTP/AVP 0\r\nm=audiz 3 RTP/SAVP 0\r\n");
+}
+
+// The second and third visit of "audio" meet what the ones in front of them left.
+TEST(MediaTransportEdit, ANameThatComesAgainIsRefusedAgain) {
+  const std::string full = filledTo(kLongestBody, session + "m=audio 1 RTP/AVP 0\r\nm=audio 2 RTP/AVP 0\r\n");
+  EditBuffer buffer(full);
+  const unsigned int before = sdpLastRefusal().number;
+  EXPECT_EQ(setTransport("RTP/AVP", "RTP/SAVP", {"audio", "video", "audio", "audio"})(buffer.data()), 0);
+  buffer.expect(full);
+  EXPECT_EQ(sdpLastRefusal().number - before, 6U);
+  EXPECT_EQ(sdpLastRefusal().reason, SDP_REFUSED_TRANSPORT_DOES_NOT_FIT);
+}
+
+TEST(MediaTransportEdit, ANameThatComesAgainUsesTheRoomThatAnotherMade) {
+  const std::string rest = "m=video 2 RTP/AVPFFF 0\r\n";
+  const std::string full = filledTo(kLongestBody, session + "m=audio 1 RTP/AVP 0\r\n" + rest);
+  const std::string note = full.substr(full.find("a=note:"));
+  EditBuffer buffer(full);
+  const unsigned int before = sdpLastRefusal().number;
+  EXPECT_EQ(setTransport("RTP/AVP", "RTP/SAVP", {"audio", "video", "audio"})(buffer.data()), 0);
+  buffer.expect(session + "m=audio 1 RTP/SAVP 0\r\nm=video 2 RTP/SAVP 0\r\n" + note);
+  EXPECT_EQ(sdpLastRefusal().number - before, 1U);
 }
 
 TEST(MediaTransportEdit, TakesATransportThatLiesInTheTextItself) {

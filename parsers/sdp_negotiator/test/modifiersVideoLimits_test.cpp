@@ -258,6 +258,28 @@ TEST(BandwidthLimit, CapsTheLinesOfVideoSections) {
 }
 
 // A bare line feed becomes CR LF, which takes one character more.
+// An "m=" counts wherever it stands, in a b-line's type too: what follows such a line belongs to its medium.
+TEST(BandwidthLimit, AnMInABLineBeginsASection) {
+  const auto cap = [](char* sdp) { return sdpModifications::sdpApplyBLine(sdp, 5); };
+  expectEdit(session + "m=video 2 x 0\r\nb=m=video:99\r\nb=AS:9\r\n", cap, 0,
+             session + "m=video 2 x 0\r\nb=m=video:5\r\nb=AS:5\r\n");
+  expectEdit(session + "m=video 2 x 0\r\nb=m=audio:99\r\nb=AS:9\r\nm=video 3 x 0\r\nb=AS:9\r\n", cap, 0,
+             session + "m=video 2 x 0\r\nb=m=audio:5\r\nb=AS:9\r\nm=video 3 x 0\r\nb=AS:5\r\n");
+  expectEdit(session + "m=video 2 x 0\r\nb=m=video:1\r\nb=AS:9\r\n", cap, 0,
+             session + "m=video 2 x 0\r\nb=m=video:1\r\nb=AS:5\r\n");
+}
+
+TEST(ProfileLimit, NeedsSixCharactersInFrontOfTheLinesEnd) {
+  const auto limit = [](char* sdp) { return sdpModifications::sdpModifyProfileId(sdp, H264_LEVEL_1); };
+  const std::string head = session + "m=video 2 x 0\r\na=fmtp:9 profile-level-id=";
+  for (const char* const end : {"\r\n", "\n", "", "\r", ";x\r\n", "\r\r\n"}) {
+    expectEdit(head + "42e01f" + end, limit, 0, head + "42e00A" + end);
+  }
+  for (const char* const kept : {"42e01", "42e01\r", "42e01\n", "42e01\r\n", "42e0\r\n1f", "42e01\n1f\r\n"}) {
+    expectUntouched(head + kept, limit, 0);
+  }
+}
+
 TEST(BandwidthLimit, ALineThatWouldNotFitStays) {
   for (const int spare : {-1, 0, 1}) {
     const std::string tail = videoLine + "b=AS:512\n";

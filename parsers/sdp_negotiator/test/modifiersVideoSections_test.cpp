@@ -153,6 +153,18 @@ TEST(VideoSectionsResult, EndsTheBufferWithNul) {
   EXPECT_EQ(out[sizeof out - 1], '\0');
 }
 
+// Three sections with a connection of 9000 characters each are more than any text.
+TEST(VideoSectionsResult, OfMoreThanABufferIsEmptyAndLeavesTheBody) {
+  const std::string connection = "c=" + std::string(8996, 'x') + "\r\n";
+  const std::string one = "m=video 1 x 0\r\n";
+  const std::string body = "v=0\r\n" + connection + audio + one + audio + one + audio + one;
+  EditBuffer buffer(body);
+  EditBuffer out("old");
+  EXPECT_EQ(sdpModifications::getVideoDescriptions(buffer.data(), out.data(), EditBuffer::capacity, true), 0);
+  buffer.expect("v=0\r\n" + connection + audio + "\n" + audio + "\n" + audio);
+  out.expect("");
+}
+
 TEST(VideoSectionsResult, WritesNothingWithoutABuffer) {
   const std::string body = head + videoLine + ownLine;
   SdpBuffer buffer(body);

@@ -34,6 +34,7 @@ void addGroupLine(Composed& out, std::string_view text) {
   forEachMLine(text, [&](std::size_t at) {
     if (!hasZeroPortOfRtp(content(text, lineAt(text, at)))) out.add(" ").add(number);
     ++number;
+    return !out.cut();
   });
   out.add("\r\n");
 }
@@ -48,6 +49,7 @@ void addSectionsWithMid(Composed& out, std::string_view text) {
       out.add(missingLineEnd(section)).add("a=mid:").add(number).add("\r\n");
     }
     ++number;
+    return !out.cut();
   });
 }
 

@@ -3,18 +3,15 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <optional>
 #include <span>
-#include <string_view>
 
 #include "refusal.h"
 #include "sdpDataDefinitions.h"
-#include "sdpNegotiatorParser/audioCodecRules.h"
 #include "sessionDescription.h"
 #include "text/sdpText.h"
 #include "vocabulary.h"
 
-// Codec lists, and audio sections as edits of them see these.
+// Codec lists, and their edits.
 
 namespace sdpneg {
 
@@ -32,43 +29,6 @@ inline bool holds(std::span<const unsigned char> list, std::uint8_t codec) {
 inline bool isAlwaysKept(std::uint8_t codec) {
   return codec == kCodecTelephoneEvent || codec == kCodecComfortNoise;
 }
-
-/// The lines of one audio section, as text.
-class AudioSection {
- public:
-  /// @param text begins with the section's m-line and ends where the next section begins
-  explicit AudioSection(std::string_view text) : text_(text) {
-    std::fill_n(dynamic_, kDynamicTypes, kUnasked);
-  }
-
-  std::string_view text() const { return text_; }
-
-  /// The codec of a format, or of an rtpmap or fmtp value, by the section's own lines; 0 when unknown.
-  std::uint8_t codecOf(std::string_view formatOrValue);
-
- private:
-  static constexpr int kDynamicTypes = kLastDynamicPayload - kFirstDynamicPayload + 1;
-  static constexpr std::uint8_t kUnasked = 255;
-  static constexpr std::size_t kRemembered = 64;
-
-  /// An rtpmap or fmtp attribute.
-  struct FormatLine {
-    std::string_view name;
-    std::string_view value;
-    int payloadType;
-  };
-
-  void readFormatLines();
-  std::uint8_t dynamicCodec(int payloadType);
-  static std::optional<FormatLine> formatLine(std::string_view line);
-  static void addLine(a_line& block, const FormatLine& line, int payloadType);
-
-  std::string_view text_;
-  std::uint8_t dynamic_[kDynamicTypes];  ///< codecs of the dynamic payload types asked for so far
-  FormatLine lines_[kRemembered];        ///< the section's first ones
-  std::size_t noOfLines_ = 0;
-  std::string_view unread_ = text_;  ///< behind them
-};
 
 /// `sdpModifications::sdpRemoveCodecs`.
 /// @param keep null is refused

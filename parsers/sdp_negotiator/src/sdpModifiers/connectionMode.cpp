@@ -31,14 +31,6 @@ bool stops(eConnectionMode oneWay, eConnectionMode requested) {
          (requested == CONNECTION_MODE_SENDONLY || requested == CONNECTION_MODE_RECVONLY);
 }
 
-/// Changes the direction word at `at` if the request asks for it.
-bool changeMode(SdpText& text, std::size_t at, std::string_view requested) {
-  const std::optional<std::string_view> mode = commonMode(text.view().substr(at), requested);
-  if (!mode) return false;
-  text.replace({at, at + kDirectionLength}, *mode);
-  return true;
-}
-
 /// The direction word of the first a-line from `from` on.
 std::size_t findMode(std::string_view text, std::size_t from) {
   for (std::size_t line = findLine(text, kAttribute, from); line != npos;
@@ -47,18 +39,6 @@ std::size_t findMode(std::string_view text, std::size_t from) {
     if (startsWithDirection(text.substr(name))) return name;
   }
   return npos;
-}
-
-/// The one section whose m-line begins at `mLine`.
-void applyModeToSection(SdpText& text, std::size_t mLine, std::string_view mode) {
-  const std::size_t end = sectionEnd(text.view(), mLine);
-  const std::size_t found = findMode(text.view().substr(0, end), mLine);
-  if (found != npos) {
-    changeMode(text, found, mode);
-    return;
-  }
-  // A line that does not fit is left out.
-  text.insert(end, directionLine(word(mode)).view());
 }
 
 }  // namespace
@@ -79,13 +59,39 @@ std::optional<std::string_view> commonMode(std::string_view current, std::string
   return result;
 }
 
+namespace {
+
+/// The change of the direction word at `at`, if the request asks for it.
+std::optional<Change> modeChange(std::string_view text, std::size_t at, std::string_view requested) {
+  const std::optional<std::string_view> mode = commonMode(text.substr(at), requested);
+  return mode ? std::optional(Change{{at, at + kDirectionLength}, *mode}) : std::nullopt;
+}
+
+/// What becomes of the section whose m-line begins at `mLine`.
+/// @param line stands at the end of one that has no direction
+std::optional<Change> modeOfSection(std::string_view text, std::size_t mLine, std::string_view mode,
+                                    std::string_view line) {
+  const std::size_t end = sectionEnd(text, mLine);
+  const std::size_t found = findMode(text.substr(0, end), mLine);
+  return found != npos ? modeChange(text, found, mode) : Change{{end, end}, line};
+}
+
+}  // namespace
+
 void applyModeToMedia(SdpText& text, std::size_t from, std::string_view mediaName, std::string_view mode) {
   trace::progress("Entering setMediaConnectionMode(): request to set the mode to %s for all %s media",
                   FixedText<10>().add(mode).text(), FixedText<64>().add(mediaName).text());
-  for (std::size_t mLine = nextMLineOf(text.view(), mediaName, from); mLine != npos;
-       mLine = nextMLineOf(text.view(), mediaName, mLine)) {
-    applyModeToSection(text, mLine, mode);
-  }
+  std::size_t at = from;
+  const FixedText<16> line = directionLine(word(mode));
+  text.changeEach(
+      [&](std::string_view view, std::size_t /*from*/, std::size_t room) -> std::optional<Change> {
+        for (at = nextMLineOf(view, mediaName, at); at != npos; at = nextMLineOf(view, mediaName, at)) {
+          const std::optional<Change> change = modeOfSection(view, at, mode, line.view());
+          // A line that does not fit is left out.
+          if (change && takes(*change) <= room) return change;
+        }
+        return std::nullopt;
+      });
 }
 
 namespace {
@@ -104,7 +110,8 @@ bool applyModeToSession(SdpText& text, eConnectionMode mode, SessionLines& lines
   const std::size_t media = nextMLine(text.view());
   for (std::size_t at = findMode(text.view().substr(0, media), 0); at != npos;
        at = findMode(text.view().substr(0, media), at)) {
-    if (changeMode(text, at, name)) {
+    if (const auto change = modeChange(text.view(), at, name)) {
+      text.replace(change->span, change->inserted);
       lines.modified = 1;
       return true;
     }

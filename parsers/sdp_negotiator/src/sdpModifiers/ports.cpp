@@ -43,41 +43,56 @@ struct PortFilter {
   eIPAddressVersion sessionVersion;
 };
 
-bool passes(const SdpText& text, const Line& mLine, const PortFilter& filter) {
-  const std::string_view view = text.view();
+bool passes(std::string_view text, std::size_t mLine, const PortFilter& filter) {
   if (filter.ipVersion != kIpVersionUnknown) {
     // From an m-line on, the first c-line in front of the next one is its own.
-    const eIPAddressVersion own = connectionVersion(view.substr(mLine.begin));
+    const eIPAddressVersion own = connectionVersion(text.substr(mLine));
     if (filter.ipVersion != (own != kIpVersionUnknown ? own : filter.sessionVersion)) return false;
   }
   if (filter.security == sdpModifications::MEDIA_SECURITY_ANY) return true;
-  return isSecure(view, mLine) == (filter.security == sdpModifications::MEDIA_SECURITY_SECURE);
+  return isSecure(text, lineAt(text, mLine)) == (filter.security == sdpModifications::MEDIA_SECURITY_SECURE);
 }
-
-/// What became of the m-lines of a filter.
-struct PortsSet {
-  int count = 0;
-  bool failed = false;  ///< at the m-line behind those that are counted, which are changed
-};
 
 /// Sets the port of every m-line that passes; ends with the first that cannot be changed.
-PortsSet setPorts(SdpText& text, const PortFilter& filter, unsigned int port) {
-  PortsSet set;
-  forEachMLineOf(text, filter.name, [&](std::size_t at) {
-    const Line mLine = lineAt(text.view(), at);
-    if (!mLine.terminated) return false;
-    if (!passes(text, mLine, filter)) return true;
-    if (isReservedPort(port)) {
-      tell({.reason = SDP_REFUSED_ILLEGAL_PORT, .number = port});
-      set.failed = true;
-    } else {
-      set.failed = replacePort(text, mLine, port) != Edit::done;
+class PortChanges {
+ public:
+  PortChanges(std::string_view text, const PortFilter& filter, unsigned int port)
+      : filter_(filter), port_(port), digits_(PortDigits().add(port)), lastLf_(text.rfind('\n')) {}
+
+  std::optional<Change> next(std::string_view text, std::size_t room) {
+    while (!failed_) {
+      at_ = nextMLineOf(text, filter_.name, at_);
+      // One without LF ends the text.
+      if (at_ == npos || at_ > lastLf_) break;
+      if (!passes(text, at_, filter_)) continue;
+      const std::optional<Change> change = isReservedPort(port_) ? refuse() : portChange(text, at_, digits_);
+      failed_ = failed_ || (change && takes(*change) > room);
+      if (failed_) break;
+      ++count_;
+      if (change) return change;
     }
-    if (!set.failed) ++set.count;
-    return !set.failed;
-  });
-  return set;
-}
+    return std::nullopt;
+  }
+
+  int count() const { return count_; }
+  /// Whether the m-line behind those that are counted could not be changed.
+  bool failed() const { return failed_; }
+
+ private:
+  std::optional<Change> refuse() {
+    tell({.reason = SDP_REFUSED_ILLEGAL_PORT, .number = port_});
+    failed_ = true;
+    return std::nullopt;
+  }
+
+  const PortFilter& filter_;
+  unsigned int port_;
+  PortDigits digits_;
+  std::size_t lastLf_;
+  std::size_t at_ = 0;
+  int count_ = 0;
+  bool failed_ = false;
+};
 
 const char* shown(eIPAddressVersion version) {
   return version == kIpVersion4 || version == kIpVersion6 ? addressTypeOf(version) : "ANY";
@@ -103,9 +118,13 @@ Refusal setMediaPort(SdpText& text, int mediaType, eIPAddressVersion ipVersion,
   if (const Refusal refusal = refusalOfBuffer(text, "sdpSetMediaPort")) return refusal;
   const eIPAddressVersion sessionVersion =
       ipVersion != kIpVersionUnknown ? connectionVersion(text.view()) : kIpVersionUnknown;
-  const PortsSet set = setPorts(text, {name, ipVersion, security, sessionVersion}, port);
-  if (set.failed) return {.reason = SDP_REFUSED_PORT_NOT_SET, .number = port};
-  trace::progress("Exiting sdpSetMediaPort() : set port=%u on %i m= line(s)", port, set.count);
+  const PortFilter filter{name, ipVersion, security, sessionVersion};
+  PortChanges changes(text.view(), filter, port);
+  text.changeEach([&](std::string_view view, std::size_t /*from*/, std::size_t room) {
+    return changes.next(view, room);
+  });
+  if (changes.failed()) return {.reason = SDP_REFUSED_PORT_NOT_SET, .number = port};
+  trace::progress("Exiting sdpSetMediaPort() : set port=%u on %i m= line(s)", port, changes.count());
   return {};
 }
 

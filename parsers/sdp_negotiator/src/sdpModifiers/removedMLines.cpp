@@ -71,7 +71,8 @@ Edit addDummy(SdpText& text, std::size_t at, DummyMLine dummy) {
 }  // namespace
 
 std::optional<MediaSection> findSection(std::string_view text, std::size_t from) {
-  const std::size_t at = nextMAnywhere(text, from);
+  // Where the last section ended, most often.
+  const std::size_t at = startsWith(text.substr(from), kMLine) ? from : nextMAnywhere(text, from);
   if (at == npos) return std::nullopt;
   const Line mLine = lineAt(text, at);
   return MediaSection{mLine, sectionEndAnywhere(text, mLine.next())};

@@ -14,6 +14,7 @@
 #include "sdpModifiers/adopt.h"
 #include "text/fixedText.h"
 #include "text/mLineFields.h"
+#include "text/nextPlace.h"
 #include "text/sections.h"
 #include "trace.h"
 #include "vocabulary.h"
@@ -180,19 +181,21 @@ class CryptoPass {
   Refusal refusal_;
 };
 
-/// What makes a text other than secured by crypto attributes alone, searched for once.
+/// What makes a text other than secured by crypto attributes alone.
 struct Keys {
   std::size_t management;  ///< the first key management, which counts for all sections behind it
-  std::size_t lastCrypto;  ///< may stand in any later section than the one that it counts for
+  NextPlace crypto;        ///< may stand in any later section than the one that it counts for
+  NextPlace plain;         ///< a plain transport
 };
 
 /// Whether the m-line of a section is inactive, or secured by crypto attributes alone.
-bool isSdesOnlyAt(std::string_view text, std::size_t mLine, const Keys& keys) {
+bool isSdesOnlyAt(std::string_view text, std::size_t mLine, Keys& keys) {
   if (portAt(text, mLine).value_or(0) == 0) return true;
   const std::size_t end = sectionEnd(text, mLine);
   if (keys.management < end) return false;
-  if (contains(text.substr(mLine, end - mLine), kPlainTransport)) return false;
-  return keys.lastCrypto != npos && keys.lastCrypto >= mLine;
+  const std::size_t plain = keys.plain.from(mLine);
+  if (plain != npos && plain + std::string_view(kPlainTransport).size() <= end) return false;
+  return keys.crypto.from(mLine) != npos;
 }
 
 }  // namespace
@@ -216,7 +219,7 @@ Refusal addSdesLine(SdpText& text, std::size_t mediaStart) {
 }
 
 bool isSdesOnly(std::string_view text) {
-  const Keys keys{findAnywhere(text, kKeyManagement), text.rfind(kCrypto)};
+  Keys keys{findAnywhere(text, kKeyManagement), {text, {kCrypto}}, {text, {kPlainTransport}}};
   bool only = true;
   forEachMLine(text, [&](std::size_t mLine) { return only = isSdesOnlyAt(text, mLine, keys); });
   return only;

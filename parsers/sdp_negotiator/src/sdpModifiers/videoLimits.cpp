@@ -1,7 +1,9 @@
 #include "sdpModifiers/videoLimits.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include "sdpModifiers.h"
@@ -23,6 +25,8 @@ constexpr const char* kLevelTexts[] = {"0A", "0B", "0B", "0C", "0D", "14", "15",
                                        "1E", "1F", "20", "28", "29", "2A", "32", "33"};
 constexpr int kLevels = static_cast<int>(std::size(kLevelTexts));
 constexpr std::string_view kVideo = "video";
+/// Digits of a profile-level-id.
+constexpr std::size_t kLevelIdLength = 6;
 constexpr std::size_t kLongestBandwidthLine = 55;
 
 /// An index outside the table is level 1.
@@ -31,6 +35,13 @@ const char* levelText(int id) { return kLevelTexts[id >= 0 && id < kLevels ? id 
 Refusal refusalOfLevel(eH264_profile_id id) {
   if (id != H264_PROFILE_NOT_PRESENT && static_cast<int>(id) != -1) return {};
   return {.reason = SDP_REFUSED_H264_LEVEL, .number = static_cast<int>(id)};
+}
+
+/// Whether a line goes on for so many characters from an offset on.
+bool hasCharacters(std::string_view text, std::size_t at, std::size_t count) {
+  // Behind them, a CR may be part of the line's end.
+  const std::string_view near = text.substr(0, std::min(text.size(), at + count + 2));
+  return content(near, lineAt(near, at)).size() >= count;
 }
 
 /// Lowers the levels of one video section.
@@ -43,8 +54,7 @@ int lowerLevels(SdpText& text, std::size_t mLine, int id) {
        at = findAnywhere(text.view().substr(0, end), kParameter, at)) {
     at += kParameter.size();
     const int level = sdpParserMessage::decodeH264ProfileString(text.view().data() + at);
-    const Line line = lineAt(text.view(), at);
-    if (level == -1 || id >= level || content(text.view(), line).size() < 6) continue;
+    if (level == -1 || id >= level || !hasCharacters(text.view(), at, kLevelIdLength)) continue;
     text.replace({at + 4, at + 6}, levelText(id));
     ++changed;
   }
@@ -84,21 +94,73 @@ class LoweredBandwidth {
   std::string_view line_;
 };
 
-/// Caps the b-lines of one video section, which ends at the next "m=" wherever that stands.
-void capBandwidths(SdpText& text, std::size_t mLine, unsigned int maxBandwidth, BandwidthCounts& counts) {
-  std::size_t end = sectionEndAnywhere(text.view(), mLine + kMLine.size());
-  for (std::size_t at = findLine(text.view().substr(0, end), "b=", mLine); at != npos;
-       at = findLine(text.view().substr(0, end), "b=", at)) {
-    ++counts.found;
-    const Line line = lineAt(text.view(), at);
-    if (!line.terminated) return;
-    const LoweredBandwidth lowered(text.view().data() + at, maxBandwidth);
-    if (lowered.line().empty() || text.replace({at, line.next()}, lowered.line()) != Edit::done) continue;
-    ++counts.modified;
-    if (end < line.next()) return;  // the "m=" stood in the old line
-    end = end - (line.next() - at) + lowered.line().size();
+/// Caps the b-lines of video sections, which end at the next "m=" wherever that stands.
+class BandwidthCaps {
+ public:
+  explicit BandwidthCaps(unsigned int maxBandwidth) : maxBandwidth_(maxBandwidth) {}
+
+  std::optional<Change> next(std::string_view text, std::size_t room) {
+    while (inSection_ || enterSection(text)) {
+      const std::size_t found = findLine(text.substr(0, end_), kBandwidth, at_);
+      if (found == npos) {
+        leaveSection(end_);
+        continue;
+      }
+      ++counts_.found;
+      const Line line = lineAt(text, found);
+      if (!line.terminated) break;
+      at_ = line.begin;
+      if (const auto change = cap(text, line); change && takes(*change) <= room) {
+        ++counts_.modified;
+        if (end_ < line.next()) goOnBehind(text, line);
+        return change;
+      }
+    }
+    return std::nullopt;
   }
-}
+
+  const BandwidthCounts& counts() const { return counts_; }
+
+ private:
+  bool enterSection(std::string_view text) {
+    at_ = nextMAnywhereOf(text, kVideo, at_);
+    inSection_ = at_ != npos;
+    if (inSection_) end_ = sectionEndAnywhere(text, at_ + kMLine.size());
+    return inSection_;
+  }
+
+  void leaveSection(std::size_t from) {
+    inSection_ = false;
+    at_ = from;
+  }
+
+  std::optional<Change> cap(std::string_view text, const Line& line) {
+    lowered_.emplace(text.data() + line.begin, maxBandwidth_);
+    if (lowered_->line().empty()) return std::nullopt;
+    return Change{{line.begin, line.next()}, lowered_->line()};
+  }
+
+  /// The next "m=" stood in a line that was changed. The section behind it is that of the last one in the line's new
+  /// text, if there is one.
+  void goOnBehind(std::string_view text, const Line& line) {
+    const std::string_view last =
+        lowered_->line().substr(std::min(lowered_->line().rfind(kMLine), lowered_->line().size()));
+    leaveSection(line.next());
+    inSection_ = nextMAnywhereOf(last, kVideo) == 0;
+    if (!inSection_) return;
+    at_ = line.lf;
+    end_ = sectionEndAnywhere(text, line.next());
+  }
+
+  static constexpr std::string_view kBandwidth = "b=";
+
+  unsigned int maxBandwidth_;
+  bool inSection_ = false;
+  std::size_t at_ = 0;   ///< where the search goes on
+  std::size_t end_ = 0;  ///< of the section
+  std::optional<LoweredBandwidth> lowered_;
+  BandwidthCounts counts_;
+};
 
 }  // namespace
 
@@ -114,15 +176,13 @@ Refusal lowerH264Levels(SdpText& text, eH264_profile_id id) {
 
 void lowerBandwidths(SdpText& text, unsigned int maxBandwidth) {
   trace::progress("Entering sdpApplyBLine method: max bandwidth=%u", maxBandwidth);
-  BandwidthCounts counts;
+  BandwidthCaps caps(maxBandwidth);
   if (adopted(text, "sdpApplyBLine")) {
-    for (std::size_t mLine = nextMAnywhereOf(text.view(), kVideo); mLine != npos;
-         mLine = nextMAnywhereOf(text.view(), kVideo, mLine + kMLine.size())) {
-      capBandwidths(text, mLine, maxBandwidth, counts);
-    }
+    text.changeEach(
+        [&](std::string_view view, std::size_t /*from*/, std::size_t room) { return caps.next(view, room); });
   }
-  trace::info("Exiting sdpApplyBLine method: Found total %i b-lines, modified %i of them", counts.found,
-              counts.modified);
+  trace::info("Exiting sdpApplyBLine method: Found total %i b-lines, modified %i of them",
+              caps.counts().found, caps.counts().modified);
 }
 
 }  // namespace sdpneg

@@ -12,31 +12,20 @@ namespace {
 bool isBlank(char c) { return c == ' ' || c == '\t'; }
 
 /// What stands behind the first word of a line and the white space that follows it.
-/// @param end ends the line as well
-std::string_view behindFirstWord(std::string_view line, char end = '\0') {
+std::string_view behindFirstWord(std::string_view line) {
   std::size_t at = 1;
   while (at < line.size() && !isSpace(line[at])) ++at;
-  while (at < line.size() && isSpace(line[at]) && line[at] != end) ++at;
+  while (at < line.size() && isSpace(line[at])) ++at;
   return line.substr(std::min(at, line.size()));
 }
 
 /// The second word of a line; nothing when the line has none that ends before the line does.
-std::optional<Span> secondWord(std::string_view line, char end = '\0') {
-  const std::string_view rest = behindFirstWord(line, end);
+std::optional<Span> secondWord(std::string_view line) {
+  const std::string_view rest = behindFirstWord(line);
   const auto* const wordEnd = std::find_if(rest.begin(), rest.end(), isSpace);
-  if (wordEnd == rest.begin() || wordEnd == rest.end() || *wordEnd == end) return std::nullopt;
+  if (wordEnd == rest.begin() || wordEnd == rest.end()) return std::nullopt;
   const std::size_t begin = line.size() - rest.size();
   return Span{begin, begin + static_cast<std::size_t>(wordEnd - rest.begin())};
-}
-
-/// The change of a port's field, which lies behind an offset.
-std::optional<Change> changeOf(std::string_view text, std::size_t offset, const std::optional<Span>& field,
-                               std::string_view digits) {
-  // Only as many digits as the new port has are compared: 5000 leaves 50000 as it is.
-  if (!field || startsWith(text.substr(offset + field->begin, field->end - field->begin), digits)) {
-    return std::nullopt;
-  }
-  return Change{{offset + field->begin, offset + field->end}, digits};
 }
 
 }  // namespace
@@ -54,15 +43,24 @@ std::optional<unsigned short> portAt(std::string_view text, std::size_t at) {
   return lf == npos ? std::nullopt : portOf(text.substr(at, lf + 1 - at));
 }
 
-std::optional<Change> portChange(std::string_view text, std::size_t mLine, const PortDigits& port) {
-  return changeOf(text, mLine, secondWord(text.substr(mLine), '\n'), port.view());
+std::optional<Span> portToReplace(std::string_view text, const Line& line, std::string_view digits) {
+  const std::string_view whole = text.substr(line.begin, line.lf - line.begin);
+  const std::optional<Span> field = secondWord(whole);
+  // Only as many digits as the new port has are compared: 5000 leaves 50000 as it is.
+  if (!field || startsWith(whole.substr(field->begin, field->end - field->begin), digits))
+    return std::nullopt;
+  return Span{line.begin + field->begin, line.begin + field->end};
+}
+
+std::optional<Change> portChange(std::string_view text, std::size_t mLine, const PortDigits& digits) {
+  const std::optional<Span> field = portToReplace(text, lineAt(text, mLine), digits.view());
+  return field ? std::optional(Change{*field, digits.view()}) : std::nullopt;
 }
 
 Edit replacePort(SdpText& text, const Line& line, unsigned int port) {
-  const PortDigits digits = PortDigits().add(port);
-  const auto field = secondWord(text.view().substr(line.begin, line.lf - line.begin));
-  const auto change = changeOf(text.view(), line.begin, field, digits.view());
-  return change ? text.replace(change->span, change->inserted) : Edit::done;
+  const PortDigits digits = digitsOf(port);
+  const std::optional<Span> field = portToReplace(text.view(), line, digits.view());
+  return field ? text.replace(*field, digits.view()) : Edit::done;
 }
 
 std::size_t blankFrom(std::string_view text, const Line& mLine, std::size_t from) {

@@ -26,14 +26,19 @@ std::optional<unsigned short> portAt(std::string_view text, std::size_t at);
 /// Whether an m-line reads as one of RTP with port 0. No other port than "0" counts, not "00" or "0/2" either.
 inline bool hasZeroPortOfRtp(std::string_view mLine) { return contains(mLine, " 0 RTP"); }
 
-/// A port as an m-line gets it.
+/// How a port is written: at most seven digits of it.
 using PortDigits = FixedText<kLongestPort + 1>;
+inline PortDigits digitsOf(unsigned int port) { return PortDigits().add(port); }
 
-/// The change of the port of the m-line at an offset; nothing for a line without port field, and for one with a field that
-/// begins with the new digits.
-std::optional<Change> portChange(std::string_view text, std::size_t mLine, const PortDigits& port);
+/// Where an m-line's port is replaced by digits; nothing for a line without port field, or with one that begins with them.
+std::optional<Span> portToReplace(std::string_view text, const Line& line, std::string_view digits);
 
-/// Rewrites the port of the m-line at `line`, whose LF may stand anywhere behind it, as `portChange` has it.
+/// That as a change of the m-line at an offset.
+/// @param digits those that the change inserts
+std::optional<Change> portChange(std::string_view text, std::size_t mLine, const PortDigits& digits);
+
+/// Rewrites the port of the m-line at `line`. A line without port field, or with one that begins with the new digits,
+/// stays as it is.
 Edit replacePort(SdpText& text, const Line& line, unsigned int port);
 
 /// Where the transport begins as the codec reads it: behind the media name and the port, where runs of blanks separate

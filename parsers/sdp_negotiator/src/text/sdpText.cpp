@@ -41,6 +41,43 @@ void SdpText::end(std::size_t length) {
   text_[length] = '\0';
 }
 
+// Makes the gap wide enough for `size` characters in front of what is left from `from` on, which there is room for. From
+// the second time on it gets some more, so that what is left is not moved for every edit.
+void SdpText::Pass::makeRoom(std::size_t size, std::size_t from) {
+  constexpr std::size_t kMore = 512;
+  const std::size_t gap = from + shift_ - kept_;
+  if (size <= gap) return;
+  const std::size_t room = text_.capacity_ - 1 - text_.length_ - shift_;
+  const std::size_t wider = std::min(size - gap + (shift_ != 0 ? kMore : 0), room);
+  char* const left = text_.text_ + from + shift_;
+  std::memmove(left + wider, left, text_.length_ - from);
+  shift_ += wider;
+}
+
+Edit SdpText::Pass::replace(Span span, std::string_view inserted) {
+  if (!text_.usable() || span.begin < rest_ || span.begin > span.end || span.end > text_.length_) {
+    return Edit::noRoom;
+  }
+  const std::size_t front = span.begin - rest_;
+  const std::size_t left = text_.length_ - span.end;
+  if (kept_ + front + inserted.size() + left >= text_.capacity_) return Edit::noRoom;
+  text_.moveDown(kept_, rest_ + shift_, front);
+  kept_ += front;
+  makeRoom(inserted.size(), span.end);
+  if (!inserted.empty()) std::memcpy(text_.text_ + kept_, inserted.data(), inserted.size());
+  kept_ += inserted.size();
+  rest_ = span.end;
+  return Edit::done;
+}
+
+void SdpText::Pass::finish() {
+  if (!hasBegun()) return;
+  const std::size_t left = text_.length_ - rest_;
+  text_.moveDown(kept_, rest_ + shift_, left);
+  text_.end(kept_ + left);
+  kept_ = rest_ = shift_ = 0;
+}
+
 // The inserted text would move or be overwritten under the edit, so it is taken aside first.
 Edit SdpText::putAside(Span span, std::string_view inserted) {
   char aside[MAX_SDP_PROTOCOL_DATA_SIZE];

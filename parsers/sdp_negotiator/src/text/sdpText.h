@@ -61,6 +61,8 @@ class SdpText {
   void erase(Span span) { replace(span, {}); }
   void truncate(std::size_t length) { erase({length, size()}); }
 
+  class Pass;
+
   /// Erases span after span in one pass.
   /// @param next gives the first span at or behind an offset of a text; what stands before that offset is not to
   ///             be looked at. Nothing ends the pass.
@@ -96,24 +98,49 @@ class SdpText {
   std::size_t length_;
 };
 
+/// Edits of a text from its beginning to its end, each behind the one before, by the offsets that stood before the first
+/// of them. They are linear in the text together: what stands between two edits is moved once, and what stands behind the
+/// last one only when room has to be made. In between the text itself is not to be looked at.
+class SdpText::Pass {
+ public:
+  explicit Pass(SdpText& text) : text_(text) {}
+
+  /// The text as it was before the first edit; what stands in front of the end of the last one is not to be looked at.
+  std::string_view view() const {
+    return text_.usable() ? std::string_view(text_.text_ + shift_, text_.length_) : std::string_view();
+  }
+
+  /// @param span     behind those before
+  /// @param inserted not of this very text
+  Edit replace(Span span, std::string_view inserted);
+
+  /// Whether there has been an edit.
+  bool hasBegun() const { return kept_ != 0 || rest_ != 0; }
+
+  /// Ends the pass. Another one may follow, by the offsets that stand then.
+  void finish();
+
+ private:
+  void makeRoom(std::size_t size, std::size_t from);
+
+  SdpText& text_;
+  std::size_t kept_ = 0;   ///< characters of the edited text, in front of a gap
+  std::size_t rest_ = 0;   ///< the offset of what is left
+  std::size_t shift_ = 0;  ///< how far what is left stands behind its offset
+};
+
 template <typename Next>
 std::size_t SdpText::eraseEach(Next next) {
   if (!usable()) return 0;
-  std::size_t kept = 0;
+  Pass pass(*this);
   std::size_t rest = 0;
   std::size_t count = 0;
-  const auto keepUpTo = [&](std::size_t end) {
-    moveDown(kept, rest, end - rest);
-    kept += end - rest;
-    rest = end;
-  };
   for (std::optional<Span> span = next(view(), rest); span; span = next(view(), rest)) {
-    keepUpTo(span->begin);
+    pass.replace(*span, {});
     rest = span->end;
     ++count;
   }
-  keepUpTo(length_);
-  end(kept);
+  pass.finish();
   return count;
 }
 

@@ -1,6 +1,7 @@
 // What requests of an object cost per body: fetching the text, editing it, parsing and storing what comes of it. The
 // object is restored before each, which "restore" measures alone. Beside them stand the parse of the same bodies and
-// what other parsers need to decode them and encode them again.
+// what other parsers need to decode them and encode them again. Ahead of all come the ratios of the most used requests
+// to the parse, measured in turns.
 //
 //   sdpRequestBench [FOLDER] [--benchmark_... options]
 //
@@ -10,12 +11,16 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "../test/requestTable.h"
 #include "benchBodies.h"
+#include "benchRatios.h"
 #include "sdpNegotiator.h"
 
 namespace {
@@ -63,10 +68,56 @@ void overObjects(benchmark::State& state, const Parsed& parsed, Step step) {
          passes * static_cast<double>(parsed.objects.size()));
 }
 
+/// The requests whose ratios are printed.
+constexpr std::string_view kMostUsed[] = {"sdpRestrictAudioCodecsTo",
+                                          "sdpReorderAudioCodecPreference",
+                                          "sdpModifyTransportTypes",
+                                          "sdpReplaceMode",
+                                          "createDummy",
+                                          "createDummy, own o-line",
+                                          "createDummyAnswer",
+                                          "createDummyAck",
+                                          "createDummyAck, codecs",
+                                          "copyOLine"};
+
+/// One call of a step on each object, which is restored before.
+template <typename Step>
+auto overRestored(const Parsed& parsed, Step step) {
+  auto values = std::make_shared<RequestValues>();
+  values->other = parsed.objects.front();
+  return [&parsed, values, step] {
+    std::size_t sum = 0;
+    for (const cSdpNegotiator& each : parsed.objects) {
+      object = each;
+      sum += step(object, *values);
+    }
+    return sum;
+  };
+}
+
+/// Prints a request's time, with that of restoring the object, in times of the parse of the same bodies.
+template <typename Step>
+void printRatio(const char* name, const Parsed& parsed, Step step) {
+  const auto parse = [](const std::string& body) { return object.sdpParse(body.c_str(), SDP_TYPE_OFFER); };
+  const auto [parsing, requesting] = leastNanoseconds(over(parsed.bodies, parse), overRestored(parsed, step));
+  const auto lines = static_cast<double>(parsed.bodies.lines);
+  std::printf("  %s / sdpParse: %.2f (%.1f and %.1f ns a line)\n", name, requesting / parsing,
+              requesting / lines, parsing / lines);
+}
+
+void printRatios(const Parsed& parsed) {
+  printRatio("restore", parsed, [](cSdpNegotiator&, RequestValues&) -> unsigned short { return 0; });
+  for (const RequestRow& request : allRequests()) {
+    if (std::ranges::find(kMostUsed, request.name) == std::end(kMostUsed)) continue;
+    printRatio(request.name, parsed, request.run);
+  }
+}
+
 void registerAll(const std::string& kind, const Parsed& parsed) {
   if (parsed.objects.empty()) return;
   std::printf("%s: %zu bodies, %lld lines\n", kind.c_str(), parsed.objects.size(),
               static_cast<long long>(parsed.bodies.lines));
+  printRatios(parsed);
   const auto addText = [&](const std::string& name, auto step) {
     benchmark::RegisterBenchmark((kind + ": " + name).c_str(), [&parsed, step](benchmark::State& s) {
       overBodies(s, parsed.bodies, step);

@@ -46,14 +46,16 @@ TEST(NewArrays, AnOriginLineWithoutMemoryIsNull) {
   EXPECT_EQ(length, 0);
 }
 
-TEST(NewArrays, ComparingAndCopyingAnOriginLineWithoutMemoryFails) {
-  const cSdpNegotiator other = parsedObject(audioBody());
-  const cSdpNegotiator before = parsedObject(audioBody());
-  cSdpNegotiator object = before;
+TEST(NewArrays, ComparingAndCopyingAnOriginLineNeedsNone) {
+  const cSdpNegotiator same = parsedObject(audioBody());
+  cSdpNegotiator other = same;
+  EXPECT_EQ(other.sdpSetVersionNumber(77), 0);
+  cSdpNegotiator object = same;
   const ArraysAreOut out;
+  EXPECT_EQ(object.compareSdpOLine(&same), 0);
   EXPECT_EQ(object.compareSdpOLine(&other), 1);
-  EXPECT_EQ(object.copyOLine(&other), 1);
-  EXPECT_TRUE(sameBytes(object, before));
+  EXPECT_EQ(object.copyOLine(&other), 0);
+  EXPECT_EQ(object.compareSdpOLine(&other), 0);
 }
 
 }  // namespace

@@ -286,7 +286,7 @@ Refusal updateInPlace(SdpText& text, const SdpText& oldOffer, const SdpText& new
   bool concerned = false;
   if (const Refusal refusal = decodeAndUpdate(text, oldOffer, newOffer, concerned)) return refusal;
   if (!concerned || !modifyOLine) return {};
-  const Refusal ofOrigin = renewOriginLine(text, nullptr, oLineEnd);
+  const Refusal ofOrigin = renewOriginLine(text, GivenAddress(nullptr), oLineEnd);
   if (!ofOrigin) return {};
   tell(ofOrigin);
   return {.reason = SDP_REFUSED_ANSWER_O_LINE};

@@ -1,5 +1,8 @@
 #include "sdpModifiers/attributeRemoval.h"
 
+#include <algorithm>
+#include <iterator>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -25,19 +28,55 @@ std::size_t removeLines(SdpText& text, std::span<const std::string_view> prefixe
   return !text.isNull() && adopted(text, operation) ? text.removeLines(prefixes) : 0;
 }
 
+/// The same by notes, where these are enough.
+std::size_t removeLines(NotedText& text, Noted what, std::span<const std::string_view> prefixes,
+                        const char* operation) {
+  if (!text.notes().mayHave(what)) return 0;
+  if (const std::optional<std::size_t> removed = text.removeLines(what)) return *removed;
+  const std::size_t removed = removeLines(text.text(), prefixes, operation);
+  text.noteAgain();
+  return removed;
+}
+
+constexpr const char* kRemoveSecure = "sdpRemoveSecureAttributes";
+constexpr const char* kRemoveIce = "sdpRemoveICE";
+
+/// @param remove gives the number of lines removed
+template <typename Remove>
+std::size_t removeSecure(const char* prefix, bool tracing, Remove remove) {
+  if (tracing) trace::progress("Entering sdpRemoveSecureAttributes() method.");
+  const std::size_t removed = remove();
+  if (tracing && removed > 0) {
+    trace::info("The %s attribute has been removed from the SDP. Exiting...", prefix);
+  } else if (tracing) {
+    trace::info("No %s attribute found. Exiting.", prefix != nullptr ? prefix : "");
+  }
+  return removed;
+}
+
+/// @param remove removes the lines
+template <typename Remove>
+void removeAllIce(bool tracing, Remove remove) {
+  if (tracing) trace::progress("Entering sdpRemoveFullICE() method.");
+  remove();
+  // No error: the pair of this line is another than its words suggest.
+  if (tracing) trace::error("The ICE attributes have been removed. Exiting...");
+}
+
 }  // namespace
 
 std::size_t removeSecureAttributes(SdpText& text, const char* prefix) {
-  trace::progress("Entering sdpRemoveSecureAttributes() method.");
-  const std::string_view prefixes[] = {viewOf(prefix)};
-  const bool given = !prefixes[0].empty();
-  const std::size_t removed = given ? removeLines(text, prefixes, "sdpRemoveSecureAttributes") : 0;
-  if (removed > 0) {
-    trace::info("The %s attribute has been removed from the SDP. Exiting...", prefix);
-  } else {
-    trace::info("No %s attribute found. Exiting.", given ? prefix : "");
-  }
-  return removed;
+  return removeSecure(prefix, isTracing(), [&]() -> std::size_t {
+    const std::string_view prefixes[] = {viewOf(prefix)};
+    return prefixes[0].empty() ? 0 : removeLines(text, prefixes, kRemoveSecure);
+  });
+}
+
+void removeKeyManagement(NotedText& text) {
+  removeSecure(kKeyManagement, text.tracing(), [&] {
+    const std::string_view prefixes[] = {kKeyManagement};
+    return removeLines(text, Noted::keyManagement, prefixes, kRemoveSecure);
+  });
 }
 
 void removeDtlsAttributes(SdpText& text) {
@@ -54,10 +93,16 @@ void removeAnatAttributes(SdpText& text) {
 }
 
 void removeIce(SdpText& text) {
-  trace::progress("Entering sdpRemoveFullICE() method.");
-  removeLines(text, kIceLines, "sdpRemoveICE");
-  // No error: the pair of this line is another than its words suggest.
-  trace::error("The ICE attributes have been removed. Exiting...");
+  removeAllIce(isTracing(), [&] { removeLines(text, kIceLines, kRemoveIce); });
+}
+
+void removeIce(NotedText& text) {
+  removeAllIce(text.tracing(), [&] { removeLines(text, Noted::ice, kIceLines, kRemoveIce); });
+}
+
+bool isIceAttribute(std::string_view text) {
+  return std::any_of(std::begin(kIceLines), std::end(kIceLines),
+                     [text](std::string_view line) { return startsWith(text, line); });
 }
 
 void removeCandidates(SdpText& text) {

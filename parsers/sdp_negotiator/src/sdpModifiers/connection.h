@@ -5,14 +5,29 @@
 #include <string_view>
 
 #include "refusal.h"
-#include "text/sdpText.h"
+#include "sdpModifiers/givenAddress.h"
+#include "sdpModifiers/notes.h"
+#include "text/fixedText.h"
 
 // The address of one connection line.
 
 namespace sdpneg {
 
-/// Replaces the first c-line at or behind an offset, see `sdpModifications::sdpReplaceCxIP`.
-Refusal replaceConnection(SdpText& text, std::size_t from, const char* ip);
+/// What is put in the place of connection lines, made once for all.
+class NewConnection {
+ public:
+  explicit NewConnection(const GivenAddress& address);
+
+  /// Replaces the first c-line at or behind an offset, see `sdpModifications::sdpReplaceCxIP`.
+  /// @param text an `SdpText` or a `NotedText`
+  template <typename Text>
+  Refusal replaceIn(Text& text, std::size_t from) const;
+
+ private:
+  const char* ip_;
+  Refusal refusal_;  ///< why there is no line
+  FixedText<255> line_;
+};
 
 }  // namespace sdpneg
 

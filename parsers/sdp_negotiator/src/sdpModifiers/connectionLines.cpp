@@ -15,46 +15,54 @@ namespace {
 
 /// Sets the address of the session's c-line.
 /// @param present receives whether there is one
-Refusal replaceSessionConnection(SdpText& text, const char* ip, bool& present) {
-  const std::size_t cLine = findLine(sessionPart(text.view()), kCLine);
+Refusal replaceSessionConnection(NotedText& text, const NewConnection& connection, bool& present) {
+  const std::size_t cLine = text.notes().find(Noted::cLine, 0, nextMLine(text.notes()));
   present = cLine != npos;
-  return present ? replaceConnection(text, cLine, ip) : Refusal{};
+  if (!present) return {};
+  const Refusal refusal = connection.replaceIn(text, cLine);
+  text.settle();
+  return refusal;
 }
 
 /// Sets the address of a section's c-line when the section has one and its port is not 0.
 /// @param line the section's m-line
 /// @return the refusal of the port or of the edit
-Refusal replaceSectionConnection(SdpText& text, std::size_t line, const char* ip) {
+Refusal replaceSectionConnection(NotedText& text, std::size_t line, const NewConnection& connection) {
   const std::optional<unsigned short> port = portAt(text.view(), line);
   if (!port) return {.reason = SDP_REFUSED_PORT_NOT_READ};
   if (*port == 0) return {};
-  const std::string_view section = text.view().substr(0, sectionEnd(text.view(), line));
-  const std::size_t cLine = findLine(section, kCLine, line);
-  return cLine != npos ? replaceConnection(text, cLine, ip) : Refusal{};
+  const std::size_t cLine = text.notes().find(Noted::cLine, line + 1, nextMLine(text.notes(), line));
+  return cLine != npos ? connection.replaceIn(text, cLine) : Refusal{};
 }
 
 }  // namespace
 
-Refusal replaceSessionAndAudioConnections(SdpText& text, const char* ip) {
-  Refusal refusal = refusalOfBuffer(text, "sdpModifyCLines");
+Refusal replaceSessionAndAudioConnections(NotedText& text, const GivenAddress& address) {
+  Refusal refusal = refusalOfBuffer(text.text(), "sdpModifyCLines");
+  if (refusal) return refusal;
+  const NewConnection connection(address);
   bool hasSessionConnection = false;
-  if (!refusal) refusal = replaceSessionConnection(text, ip, hasSessionConnection);
+  refusal = replaceSessionConnection(text, connection, hasSessionConnection);
   if (refusal) return refusal;
   forEachMLineOf(text, "audio", [&](std::size_t mLine) {
-    refusal = replaceSectionConnection(text, mLine, ip);
+    refusal = replaceSectionConnection(text, mLine, connection);
     return !refusal;
   });
   return refusal;
 }
 
-Refusal replaceSessionOrFirstConnection(SdpText& text, const char* ip) {
-  if (const Refusal refusal = refusalOfBuffer(text, "sdpModifyCLinesAllLines")) return refusal;
-  std::size_t mLine = nextMLine(text.view());
+Refusal replaceSessionOrFirstConnection(NotedText& text, const GivenAddress& address) {
+  if (const Refusal refusal = refusalOfBuffer(text.text(), "sdpModifyCLinesAllLines")) return refusal;
+  const NewConnection connection(address);
+  std::size_t mLine = nextMLine(text.notes());
   bool hasSessionConnection = false;
-  if (const Refusal refusal = replaceSessionConnection(text, ip, hasSessionConnection)) return refusal;
+  if (const Refusal refusal = replaceSessionConnection(text, connection, hasSessionConnection))
+    return refusal;
   // The text's second character then stands for the m-line.
   if (hasSessionConnection) mLine = 1;
-  return mLine != npos ? replaceSectionConnection(text, mLine, ip) : Refusal{};
+  const Refusal refusal = mLine != npos ? replaceSectionConnection(text, mLine, connection) : Refusal{};
+  text.settle();
+  return refusal;
 }
 
 }  // namespace sdpneg
@@ -63,10 +71,12 @@ using namespace sdpneg;
 
 unsigned short sdpModifications::sdpModifyCLines(char* sdp, const char* ip) {
   SdpText text(sdp);
-  return statusOf(replaceSessionAndAudioConnections(text, ip));
+  NotedText noted(text);
+  return statusOf(replaceSessionAndAudioConnections(noted, GivenAddress(ip)));
 }
 
 unsigned short sdpModifications::sdpModifyCLinesAllLines(char* sdp, const char* ip) {
   SdpText text(sdp);
-  return statusOf(replaceSessionOrFirstConnection(text, ip));
+  NotedText noted(text);
+  return statusOf(replaceSessionOrFirstConnection(noted, GivenAddress(ip)));
 }

@@ -2,17 +2,18 @@
 #define SDP_MODIFIERS_CONNECTION_LINES_H
 
 #include "refusal.h"
-#include "text/sdpText.h"
+#include "sdpModifiers/givenAddress.h"
+#include "sdpModifiers/notes.h"
 
 // The address in the connection lines of a session and of its media sections.
 
 namespace sdpneg {
 
 /// `sdpModifications::sdpModifyCLines`.
-Refusal replaceSessionAndAudioConnections(SdpText& text, const char* ip);
+Refusal replaceSessionAndAudioConnections(NotedText& text, const GivenAddress& address);
 
 /// `sdpModifications::sdpModifyCLinesAllLines`.
-Refusal replaceSessionOrFirstConnection(SdpText& text, const char* ip);
+Refusal replaceSessionOrFirstConnection(NotedText& text, const GivenAddress& address);
 
 }  // namespace sdpneg
 

@@ -19,10 +19,16 @@ namespace {
 /// changed for another in place.
 std::string_view word(std::string_view text) { return text.substr(0, kDirectionLength); }
 
-/// A line of its own for a direction of at most eight characters.
-FixedText<16> directionLine(std::string_view direction) {
-  return FixedText<16>().add(kAttribute).add(direction).add("\r\n");
-}
+/// A direction that is asked for.
+struct Wanted {
+  /// @param requested its first eight characters count
+  explicit Wanted(std::string_view requested) : name(requested) {
+    line.add(kAttribute).add(word(requested)).add("\r\n");
+  }
+
+  std::string_view name;
+  FixedText<16> line;  ///< one of its own
+};
 
 /// Whether nothing of a one-way direction is left under a request: for the other way or none.
 bool stops(eConnectionMode oneWay, eConnectionMode requested) {
@@ -31,20 +37,38 @@ bool stops(eConnectionMode oneWay, eConnectionMode requested) {
          (requested == CONNECTION_MODE_SENDONLY || requested == CONNECTION_MODE_RECVONLY);
 }
 
-/// The direction word of the first a-line from `from` on.
-std::size_t findMode(std::string_view text, std::size_t from) {
-  for (std::size_t line = findLine(text, kAttribute, from); line != npos;
-       line = findLine(text, kAttribute, line)) {
-    const std::size_t name = line + kAttribute.size();
-    if (startsWithDirection(text.substr(name))) return name;
+/// Changes the direction word at `at` if the request asks for it.
+bool changeMode(NotedText& text, std::size_t at, const Wanted& wanted) {
+  const std::optional<std::string_view> mode =
+      commonMode(text.view().substr(at, kDirectionLength), wanted.name, text.tracing());
+  if (!mode) return false;
+  text.replace({at, at + kDirectionLength}, *mode);
+  return true;
+}
+
+/// The word of the first direction from `from` on.
+std::size_t findMode(const NotedText& text, std::size_t from, std::size_t end) {
+  const std::size_t line = text.notes().find(Noted::direction, from, end);
+  return line != npos ? line + kAttribute.size() : npos;
+}
+
+/// The one section whose m-line begins at `mLine`.
+void applyModeToSection(NotedText& text, std::size_t mLine, const Wanted& wanted) {
+  const std::size_t end = sectionEnd(text, mLine);
+  const std::size_t found = findMode(text, mLine, end);
+  if (found != npos) {
+    changeMode(text, found, wanted);
+    return;
   }
-  return npos;
+  // A line that does not fit is left out.
+  text.insert(end, wanted.line.view());
 }
 
 }  // namespace
 
-std::optional<std::string_view> commonMode(std::string_view current, std::string_view requested) {
-  trace::progress("Enter changeConnectionMode");
+std::optional<std::string_view> commonMode(std::string_view current, std::string_view requested,
+                                           bool tracing) {
+  if (tracing) trace::progress("Enter changeConnectionMode");
   current = word(current);
   requested = word(requested);
   const eConnectionMode direction = directionOf(current);
@@ -53,48 +77,28 @@ std::optional<std::string_view> commonMode(std::string_view current, std::string
     return std::nullopt;
   }
   const std::string_view result = oneWay ? nameOf(CONNECTION_MODE_INACTIVE) : requested;
-  trace::progress("currentMode is %s needs to change to %s, the new mediaMode is %s",
-                  FixedText<10>().add(current).text(), FixedText<10>().add(requested).text(),
-                  FixedText<10>().add(result).text());
+  if (tracing) {
+    trace::progress("currentMode is %s needs to change to %s, the new mediaMode is %s",
+                    FixedText<10>().add(current).text(), FixedText<10>().add(requested).text(),
+                    FixedText<10>().add(result).text());
+  }
   return result;
 }
 
 namespace {
 
-/// The change of the direction word at `at`, if the request asks for it.
-std::optional<Change> modeChange(std::string_view text, std::size_t at, std::string_view requested) {
-  const std::optional<std::string_view> mode = commonMode(text.substr(at), requested);
-  return mode ? std::optional(Change{{at, at + kDirectionLength}, *mode}) : std::nullopt;
+/// Applies a direction to each section of one medium, from the LF of a first m-line on.
+void applyModeToMedia(NotedText& text, std::size_t from, std::string_view mediaName, const Wanted& wanted) {
+  if (text.tracing()) {
+    trace::progress("Entering setMediaConnectionMode(): request to set the mode to %s for all %s media",
+                    FixedText<10>().add(wanted.name).text(), FixedText<64>().add(mediaName).text());
+  }
+  const auto apply = [&](std::size_t mLine) {
+    applyModeToSection(text, mLine, wanted);
+    return true;
+  };
+  forEachMLineOf(text, mediaName, apply, from);
 }
-
-/// What becomes of the section whose m-line begins at `mLine`.
-/// @param line stands at the end of one that has no direction
-std::optional<Change> modeOfSection(std::string_view text, std::size_t mLine, std::string_view mode,
-                                    std::string_view line) {
-  const std::size_t end = sectionEnd(text, mLine);
-  const std::size_t found = findMode(text.substr(0, end), mLine);
-  return found != npos ? modeChange(text, found, mode) : Change{{end, end}, line};
-}
-
-}  // namespace
-
-void applyModeToMedia(SdpText& text, std::size_t from, std::string_view mediaName, std::string_view mode) {
-  trace::progress("Entering setMediaConnectionMode(): request to set the mode to %s for all %s media",
-                  FixedText<10>().add(mode).text(), FixedText<64>().add(mediaName).text());
-  std::size_t at = from;
-  const FixedText<16> line = directionLine(word(mode));
-  text.changeEach(
-      [&](std::string_view view, std::size_t /*from*/, std::size_t room) -> std::optional<Change> {
-        for (at = nextMLineOf(view, mediaName, at); at != npos; at = nextMLineOf(view, mediaName, at)) {
-          const std::optional<Change> change = modeOfSection(view, at, mode, line.view());
-          // A line that does not fit is left out.
-          if (change && takes(*change) <= room) return change;
-        }
-        return std::nullopt;
-      });
-}
-
-namespace {
 
 /// The counts of the trace at the end of a request.
 struct SessionLines {
@@ -105,33 +109,34 @@ struct SessionLines {
 /// Changes the first session direction that the request changes; a send-only or inactive request that changes
 /// none adds a line of its own, also beside one that stays.
 /// @return false when there is no room for the line
-bool applyModeToSession(SdpText& text, eConnectionMode mode, SessionLines& lines) {
-  const std::string_view name = nameOf(mode);
-  const std::size_t media = nextMLine(text.view());
-  for (std::size_t at = findMode(text.view().substr(0, media), 0); at != npos;
-       at = findMode(text.view().substr(0, media), at)) {
-    if (const auto change = modeChange(text.view(), at, name)) {
-      text.replace(change->span, change->inserted);
+bool applyModeToSession(NotedText& text, eConnectionMode mode, const Wanted& wanted, SessionLines& lines) {
+  const std::size_t media = nextMLine(text.notes());
+  for (std::size_t at = findMode(text, 0, media); at != npos; at = findMode(text, at, media)) {
+    if (changeMode(text, at, wanted)) {
       lines.modified = 1;
       return true;
     }
   }
   if (mode == CONNECTION_MODE_RECVONLY) return true;
   lines.added = 1;
-  return text.insert(media, directionLine(name).view()) == Edit::done;
+  return text.insert(media, wanted.line.view()) == Edit::done;
 }
 
-Refusal applyMode(SdpText& text, eConnectionMode mode, int mediaSelect) {
-  const std::string_view name = nameOf(mode);
+Refusal applyMode(NotedText& text, eConnectionMode mode, int mediaSelect) {
+  const Wanted wanted(nameOf(mode));
   SessionLines lines;
-  if (!applyModeToSession(text, mode, lines)) return {.reason = SDP_REFUSED_NO_ROOM_FOR_MODE, .what = name};
-  const std::size_t firstMLine = nextMLine(text.view()) - 1;
-  if (mediaSelect != kVideoAlone) applyModeToMedia(text, firstMLine, "audio", name);
-  if (mediaSelect != kAudioAlone) applyModeToMedia(text, firstMLine, "video", name);
-  trace::progress(
-      "sdpReplaceMode(): Applied %s mode. Modified %i session-level lines and %i media-level lines. Added %i "
-      "session-level lines and %i media-level lines.",
-      name.data(), lines.modified, 0, lines.added, 0);
+  if (!applyModeToSession(text, mode, wanted, lines)) {
+    return {.reason = SDP_REFUSED_NO_ROOM_FOR_MODE, .what = wanted.name};
+  }
+  if (mediaSelect != kVideoAlone) applyModeToMedia(text, 0, "audio", wanted);
+  if (mediaSelect != kAudioAlone) applyModeToMedia(text, 0, "video", wanted);
+  text.settle();
+  if (text.tracing()) {
+    trace::progress(
+        "sdpReplaceMode(): Applied %s mode. Modified %i session-level lines and %i media-level lines. Added %i "
+        "session-level lines and %i media-level lines.",
+        wanted.name.data(), lines.modified, 0, lines.added, 0);
+  }
   return {};
 }
 
@@ -144,27 +149,33 @@ Refusal setMediaMode(SdpText& text, std::uintptr_t from, const char* mediaName, 
     return {.reason = SDP_REFUSED_DIRECTION_ARGUMENTS};
   }
   if (const Refusal refusal = refusalOfLineTexts({mode}, kOperation)) return refusal;
-  applyModeToMedia(text, from, mediaName, mode);
+  NotedText noted(text);
+  applyModeToMedia(noted, from, mediaName, Wanted(mode));
   return {};
 }
 
 }  // namespace
 
-Refusal replaceMode(SdpText& text, unsigned char mode, int mediaSelect) {
+Refusal replaceMode(NotedText& text, unsigned char mode, int mediaSelect) {
   const auto requested = static_cast<eConnectionMode>(mode);
   const std::string_view name = nameOf(requested);
   if (name.empty()) return {.reason = SDP_REFUSED_UNSUPPORTED_MODE, .number = mode};
-  trace::progress("Entering sdpReplaceMode(): request to set mode to %s", name.data());
+  if (text.tracing()) trace::progress("Entering sdpReplaceMode(): request to set mode to %s", name.data());
   if (requested == CONNECTION_MODE_SENDRECV) {
     trace::progress("Not valid change to %s", name.data());
     return {};
   }
-  if (const Refusal refusal = refusalOfBuffer(text, "sdpReplaceMode")) return refusal;
-  if (nextMLine(text.view()) == npos) {
+  if (const Refusal refusal = refusalOfBuffer(text.text(), "sdpReplaceMode")) return refusal;
+  if (nextMLine(text.notes()) == npos) {
     trace::progress("sdpReplaceMode(): No media lines are present to the SDP message. Exiting.");
     return {};
   }
   return applyMode(text, requested, mediaSelect);
+}
+
+Refusal replaceMode(SdpText& text, unsigned char mode, int mediaSelect) {
+  NotedText noted(text);
+  return replaceMode(noted, mode, mediaSelect);
 }
 
 }  // namespace sdpneg
@@ -182,7 +193,8 @@ unsigned short sdpModifications::changeConnectionMode(const char* currentMode, c
   const auto bounded = [](const char* text) {
     return text != nullptr ? std::string_view(text, strnlen(text, kDirectionLength + 1)) : std::string_view();
   };
-  const std::optional<std::string_view> mode = commonMode(bounded(currentMode), bounded(requestedMode));
+  const std::optional<std::string_view> mode =
+      commonMode(bounded(currentMode), bounded(requestedMode), isTracing());
   if (!mode || requestedMode == nullptr || newMode == nullptr) return 0;
   FixedText<10> result;
   // The requested word is handed on with one character more when it has one.

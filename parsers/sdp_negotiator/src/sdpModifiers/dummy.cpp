@@ -2,13 +2,13 @@
 
 #include <string_view>
 
-#include "cMsgIPAddress.h"
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "sdpModifiers/attributeRemoval.h"
 #include "sdpModifiers/connectionLines.h"
 #include "sdpModifiers/connectionMode.h"
 #include "sdpModifiers/mediaSet.h"
+#include "sdpModifiers/notes.h"
 #include "sdpModifiers/originLine.h"
 #include "sdpModifiers/ports.h"
 #include "sdpModifiers/sdes.h"
@@ -26,7 +26,7 @@ constexpr const char* kOperation = "sdpCreateDummy";
 constexpr int kAllButAudio = ~static_cast<int>(MEDIA_AUDIO);
 
 /// Leaves a port only to audio of one address version; to secure audio only when that is wanted.
-Refusal closePorts(SdpText& text, eIPAddressVersion version, bool keepSecure, unsigned short port) {
+Refusal closePorts(NotedText& text, eIPAddressVersion version, bool keepSecure, unsigned short port) {
   using M = sdpModifications;
   const eIPAddressVersion other = version == kIpVersion4 ? kIpVersion6 : kIpVersion4;
   const Refusal secure = setMediaPort(text, kAnyMedia, kIpVersionUnknown, M::MEDIA_SECURITY_SECURE, 0);
@@ -37,26 +37,36 @@ Refusal closePorts(SdpText& text, eIPAddressVersion version, bool keepSecure, un
   return keepSecure ? setMediaPort(text, MEDIA_AUDIO, version, M::MEDIA_SECURITY_SECURE, port) : Refusal();
 }
 
-Refusal replaceAddresses(SdpText& text, const char* ip, unsigned short& oLineEnd, bool modifyOLine) {
+Refusal replaceOriginLine(NotedText& text, const GivenAddress& address, unsigned short& oLineEnd) {
+  const std::size_t before = text.text().size();
+  const std::size_t begin = findAnywhere(text.view(), kOriginLine);
+  if (const Refusal refusal = renewOriginLine(text.text(), address, oLineEnd)) return refusal;
+  text.noteReplaced({begin, oLineEnd + before - text.text().size()}, {begin, oLineEnd});
+  return {};
+}
+
+Refusal replaceAddresses(NotedText& text, const GivenAddress& address, unsigned short& oLineEnd,
+                         bool modifyOLine) {
   if (modifyOLine) {
-    if (const Refusal refusal = renewOriginLine(text, ip, oLineEnd)) return refusal;
+    if (const Refusal refusal = replaceOriginLine(text, address, oLineEnd)) return refusal;
   }
-  return replaceSessionAndAudioConnections(text, ip);
+  return replaceSessionAndAudioConnections(text, address);
 }
 
 /// Overwrites every one-way direction, whether of the session or of a section.
-void overwriteOneWay(SdpText& text, eConnectionMode direction) {
-  for (std::size_t line = findLine(text.view(), kAttribute); line != npos;
-       line = findLine(text.view(), kAttribute, line)) {
+void overwriteOneWay(NotedText& text, eConnectionMode direction) {
+  for (std::size_t line = text.notes().find(Noted::direction, 0); line != npos;
+       line = text.notes().find(Noted::direction, line + 1)) {
     const std::size_t at = line + kAttribute.size();
     const eConnectionMode mode = directionOf(text.view().substr(at, kDirectionLength));
     if (mode == CONNECTION_MODE_SENDONLY || mode == CONNECTION_MODE_RECVONLY) {
       text.replace({at, at + kDirectionLength}, nameOf(direction));
     }
   }
+  text.settle();
 }
 
-Refusal setDirections(SdpText& text, const DummyKind& kind) {
+Refusal setDirections(NotedText& text, const DummyKind& kind) {
   if (kind.hold && (kind.answer || !kind.third)) {
     const unsigned char mode = kind.answer ? CONNECTION_MODE_INACTIVE : CONNECTION_MODE_RECVONLY;
     return replaceMode(text, mode, kAudioAndVideo);
@@ -97,22 +107,24 @@ Refusal refusalOfArguments(const SdpText& text, const char* ip) {
 unsigned short createDummy(SdpText& text, const DummyKind& kind, const char* ip, unsigned short port,
                            int& length, unsigned short& oLineEnd, bool modifyOLine) {
   if (const Refusal refusal = refusalOfArguments(text, ip)) return refuse(refusal);
-  const bool sdesOnly = isSdesOnly(text.view());
+  NotedText noted(text);
+  const bool sdesOnly = isSdesOnly(text.view(), noted.notes());
   // No refusal: readers of traces know this line by the pair of one.
   if (sdesOnly) trace::invalidArgument("FRN4034: SRTP-only scenario with SDES only.");
   const bool single = hasSingleMLine(text);
-  removeSecureAttributes(text, kKeyManagement);
-  const eIPAddressVersion version = cMsgIPAddress::getIPAddressVersion(ip);
-  if (const Refusal refusal = closePorts(text, version, single || sdesOnly, port)) return refuse(refusal);
-  if (const Refusal refusal = replaceAddresses(text, ip, oLineEnd, modifyOLine)) return refuse(refusal);
-  removeIce(text);
+  removeKeyManagement(noted);
+  const GivenAddress address(ip);
+  if (const Refusal refusal = closePorts(noted, address.version, single || sdesOnly, port))
+    return refuse(refusal);
+  if (const Refusal refusal = replaceAddresses(noted, address, oLineEnd, modifyOLine)) return refuse(refusal);
+  removeIce(noted);
   // Keys are replaced, and the length is given, in spite of a refusal of directions.
-  const unsigned short status = statusOf(setDirections(text, kind));
+  const unsigned short status = statusOf(setDirections(noted, kind));
   if (sdesOnly) {
     if (const Refusal refusal = replaceKeys(text)) return refuse(refusal);
   }
   length = static_cast<int>(text.size());
-  if (status == 0) trace::progress("A dummy SDP message has been succesfully created.");
+  if (status == 0 && noted.tracing()) trace::progress("A dummy SDP message has been succesfully created.");
   return status;
 }
 

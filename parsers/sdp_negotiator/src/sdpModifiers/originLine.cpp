@@ -8,7 +8,6 @@
 #include <limits>
 #include <optional>
 
-#include "cMsgIPAddress.h"
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
 #include "text/fixedText.h"
@@ -80,13 +79,12 @@ struct OriginAddress {
 };
 
 /// @param between the text from the old o-line to the s-line, asked for its address type when no ip is given
-std::optional<OriginAddress> originAddress(const char* ip, std::string_view between) {
-  if (ip == nullptr) {
+std::optional<OriginAddress> originAddress(const GivenAddress& given, std::string_view between) {
+  if (given.text == nullptr) {
     return contains(between, kIp6) ? OriginAddress{kIp6, "::"} : OriginAddress{kIp4, "0.0.0.0"};
   }
-  const int version = cMsgIPAddress::getIPAddressVersion(ip);
-  if (version == kIpVersionUnknown) return std::nullopt;
-  return OriginAddress{addressTypeOf(version), ip};
+  if (given.version == kIpVersionUnknown) return std::nullopt;
+  return OriginAddress{addressTypeOf(given.version), given.text};
 }
 
 /// Puts a new o-line, cut at 336 characters, in the place of all that stands from "o=" to "s=".
@@ -103,7 +101,6 @@ Refusal rebuildOriginLine(SdpText& text, Span old, std::string_view id, std::str
   }
   oLineEnd = static_cast<unsigned short>(old.begin + line.next());
   if (!line.terminated) return {.reason = SDP_REFUSED_ORIGIN_CUT};
-  trace::info("The o-line has been changed. Exiting...");
   return {};
 }
 
@@ -170,35 +167,40 @@ void composeSessionIdNow(char* id) {
 
 }  // namespace
 
-Refusal modifyOriginLine(SdpText& text, const char* sessionId, const char* version, const char* ip,
+Refusal modifyOriginLine(SdpText& text, const char* sessionId, const char* version, const GivenAddress& given,
                          unsigned short& oLineEnd) {
   constexpr const char* kOperation = "sdpModifyOLine";
   const auto shown = [](const char* value) { return value != nullptr ? value : "(null)"; };
-  trace::progress("Entering sdpModifyOLine() method. sessionId=[%s] version=[%s] ip=[%s]", shown(sessionId),
-                  shown(version), shown(ip));
+  const bool tracing = isTracing();
+  if (tracing) {
+    trace::progress("Entering sdpModifyOLine() method. sessionId=[%s] version=[%s] ip=[%s]", shown(sessionId),
+                    shown(version), shown(given.text));
+  }
   if (text.isNull()) return {.reason = SDP_REFUSED_NO_ORIGIN_BUFFER};
   if (const Refusal refusal = refusalOfBuffer(text, kOperation)) return refusal;
   const std::size_t oLine = findAnywhere(text.view(), kOriginLine);
   if (oLine == npos) return {.reason = SDP_REFUSED_ORIGIN_WITHOUT_O_LINE};
   const std::size_t sLine = findAnywhere(text.view(), kSessionNameLine, oLine);
   if (sLine == npos) return {.reason = SDP_REFUSED_ORIGIN_WITHOUT_S_LINE};
-  const std::optional<OriginAddress> address = originAddress(ip, text.view().substr(oLine, sLine - oLine));
+  const std::optional<OriginAddress> address = originAddress(given, text.view().substr(oLine, sLine - oLine));
   if (!address) return {.reason = SDP_REFUSED_ORIGIN_ADDRESS};
   const std::string_view id = viewOf(sessionId);
-  if (const Refusal refusal = refusalOfLineTexts({id, viewOf(version), viewOf(ip)}, kOperation)) {
+  if (const Refusal refusal = refusalOfLineTexts({id, viewOf(version), viewOf(given.text)}, kOperation)) {
     return refusal;
   }
-  return rebuildOriginLine(text, {oLine, sLine}, id, viewOf(version), *address, oLineEnd);
+  const Refusal refusal = rebuildOriginLine(text, {oLine, sLine}, id, viewOf(version), *address, oLineEnd);
+  if (tracing && !refusal) trace::info("The o-line has been changed. Exiting...");
+  return refusal;
 }
 
-Refusal renewOriginLine(SdpText& text, const char* ip, unsigned short& oLineEnd) {
+Refusal renewOriginLine(SdpText& text, const GivenAddress& address, unsigned short& oLineEnd) {
   char id[16] = "";
   composeSessionIdNow(id);
-  return modifyOriginLine(text, id, id, ip, oLineEnd);
+  return modifyOriginLine(text, id, id, address, oLineEnd);
 }
 
 void renewOriginLineIfThere(SdpText& text, unsigned short& oLineEnd) {
-  const Refusal refusal = renewOriginLine(text, nullptr, oLineEnd);
+  const Refusal refusal = renewOriginLine(text, GivenAddress(nullptr), oLineEnd);
   switch (refusal.reason) {
     case SDP_REFUSED_ORIGIN_WITHOUT_O_LINE:
     case SDP_REFUSED_ORIGIN_WITHOUT_S_LINE:
@@ -246,12 +248,12 @@ unsigned short sdpModifications::sdpReplaceVersionNumberLong(char* sdp, long lon
 unsigned short sdpModifications::sdpModifyOLine(char* sdp, const char* sessionId, const char* version,
                                                 const char* ip, unsigned short& oLineEnd) {
   SdpText text(sdp);
-  return statusOf(modifyOriginLine(text, sessionId, version, ip, oLineEnd));
+  return statusOf(modifyOriginLine(text, sessionId, version, GivenAddress(ip), oLineEnd));
 }
 
 unsigned short sdpModifications::sdpModifyOLine(char* sdp, const char* ip, unsigned short& oLineEnd) {
   SdpText text(sdp);
-  return statusOf(renewOriginLine(text, ip, oLineEnd));
+  return statusOf(renewOriginLine(text, GivenAddress(ip), oLineEnd));
 }
 
 unsigned short sdpModifications::sdpIncVersion(char* sdp) {

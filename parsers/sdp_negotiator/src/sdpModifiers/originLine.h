@@ -2,6 +2,7 @@
 #define SDP_MODIFIERS_ORIGIN_LINE_H
 
 #include "refusal.h"
+#include "sdpModifiers/givenAddress.h"
 #include "text/sdpText.h"
 
 // The o-line of a text. The operations of `sdpModifications` that these stand for say what each does.
@@ -9,11 +10,11 @@
 namespace sdpneg {
 
 /// `sdpModifyOLine` with values of the caller.
-Refusal modifyOriginLine(SdpText& text, const char* sessionId, const char* version, const char* ip,
-                         unsigned short& oLineEnd);
+Refusal modifyOriginLine(SdpText& text, const char* sessionId, const char* version,
+                         const GivenAddress& address, unsigned short& oLineEnd);
 
 /// `sdpModifyOLine` with a session id and version by the clock.
-Refusal renewOriginLine(SdpText& text, const char* ip, unsigned short& oLineEnd);
+Refusal renewOriginLine(SdpText& text, const GivenAddress& address, unsigned short& oLineEnd);
 
 /// `renewOriginLine` on the way of an edit that goes on without an o-line: a text that has none, or none that can be
 /// replaced, is no reason to have refused anything.

@@ -1,5 +1,6 @@
 #include "sdpModifiers/ports.h"
 
+#include <optional>
 #include <string_view>
 
 #include "sdpModifiers/adopt.h"
@@ -17,7 +18,7 @@ namespace {
 
 struct MediaName {
   int type;
-  const char* name;
+  std::string_view name;  ///< which ends in NUL
 };
 
 /// In the order in which ports are disabled.
@@ -25,12 +26,12 @@ constexpr MediaName kMediaNames[] = {{MEDIA_AUDIO, "audio"},     {MEDIA_VIDEO, "
                                      {MEDIA_MESSAGE, "message"}, {MEDIA_TEXT, "text"},
                                      {MEDIA_IMAGE, "image"},     {MEDIA_APPLICATION, "application"}};
 
-/// @return null for another value than one of a medium
-const char* mediaNameOf(int mediaType) {
+/// @return nothing for another value than one of a medium
+std::string_view mediaNameOf(int mediaType) {
   for (const MediaName& media : kMediaNames) {
     if (media.type == mediaType) return media.name;
   }
-  return nullptr;
+  return {};
 }
 
 Refusal refusalOfMedia(int mediaType) { return {.reason = SDP_REFUSED_UNKNOWN_MEDIA, .number = mediaType}; }
@@ -43,56 +44,48 @@ struct PortFilter {
   eIPAddressVersion sessionVersion;
 };
 
-bool passes(std::string_view text, std::size_t mLine, const PortFilter& filter) {
+/// The address version of the first c-line from `begin` to the next m-line.
+eIPAddressVersion connectionVersion(const NotedText& text, std::size_t begin) {
+  const std::size_t cLine = text.notes().find(Noted::cLine, begin, nextMLine(text.notes(), begin));
+  return cLine != npos ? versionOfConnection(text.view(), cLine) : kIpVersionUnknown;
+}
+
+bool passes(const NotedText& text, const Line& mLine, const PortFilter& filter) {
   if (filter.ipVersion != kIpVersionUnknown) {
-    // From an m-line on, the first c-line in front of the next one is its own.
-    const eIPAddressVersion own = connectionVersion(text.substr(mLine));
+    const eIPAddressVersion own = connectionVersion(text, mLine.begin);
     if (filter.ipVersion != (own != kIpVersionUnknown ? own : filter.sessionVersion)) return false;
   }
   if (filter.security == sdpModifications::MEDIA_SECURITY_ANY) return true;
-  return isSecure(text, lineAt(text, mLine)) == (filter.security == sdpModifications::MEDIA_SECURITY_SECURE);
+  return isSecure(text.view(), mLine) == (filter.security == sdpModifications::MEDIA_SECURITY_SECURE);
 }
 
-/// Sets the port of every m-line that passes; ends with the first that cannot be changed.
-class PortChanges {
- public:
-  PortChanges(std::string_view text, const PortFilter& filter, unsigned int port)
-      : filter_(filter), port_(port), digits_(PortDigits().add(port)), lastLf_(text.rfind('\n')) {}
-
-  std::optional<Change> next(std::string_view text, std::size_t room) {
-    while (!failed_) {
-      at_ = nextMLineOf(text, filter_.name, at_);
-      // One without LF ends the text.
-      if (at_ == npos || at_ > lastLf_) break;
-      if (!passes(text, at_, filter_)) continue;
-      const std::optional<Change> change = isReservedPort(port_) ? refuse() : portChange(text, at_, digits_);
-      failed_ = failed_ || (change && takes(*change) > room);
-      if (failed_) break;
-      ++count_;
-      if (change) return change;
-    }
-    return std::nullopt;
-  }
-
-  int count() const { return count_; }
-  /// Whether the m-line behind those that are counted could not be changed.
-  bool failed() const { return failed_; }
-
- private:
-  std::optional<Change> refuse() {
-    tell({.reason = SDP_REFUSED_ILLEGAL_PORT, .number = port_});
-    failed_ = true;
-    return std::nullopt;
-  }
-
-  const PortFilter& filter_;
-  unsigned int port_;
-  PortDigits digits_;
-  std::size_t lastLf_;
-  std::size_t at_ = 0;
-  int count_ = 0;
-  bool failed_ = false;
+/// What became of the m-lines of a filter.
+struct PortsSet {
+  int count = 0;
+  bool failed = false;  ///< at the m-line behind those that are counted, which are changed
 };
+
+/// Sets the port of every m-line that passes; ends with the first that cannot be changed.
+PortsSet setPorts(NotedText& text, const PortFilter& filter, unsigned int port) {
+  PortsSet set;
+  std::optional<PortDigits> digits;  // written when an m-line gets them, which is rare
+  forEachMLineOf(text, filter.name, [&](std::size_t at) {
+    const Line mLine = lineAt(text.view(), at);
+    if (!mLine.terminated) return false;
+    if (!passes(text, mLine, filter)) return true;
+    if (isReservedPort(port)) {
+      tell({.reason = SDP_REFUSED_ILLEGAL_PORT, .number = port});
+      set.failed = true;
+    } else {
+      if (!digits) digits = digitsOf(port);
+      const std::optional<Span> field = portToReplace(text.view(), mLine, digits->view());
+      set.failed = field && text.replace(*field, digits->view()) != Edit::done;
+    }
+    if (!set.failed) ++set.count;
+    return !set.failed;
+  });
+  return set;
+}
 
 const char* shown(eIPAddressVersion version) {
   return version == kIpVersion4 || version == kIpVersion6 ? addressTypeOf(version) : "ANY";
@@ -105,30 +98,44 @@ const char* shown(sdpModifications::eMediaSecurityType security) {
 
 }  // namespace
 
-Refusal setMediaPort(SdpText& text, int mediaType, eIPAddressVersion ipVersion,
+Refusal setMediaPort(NotedText& text, int mediaType, eIPAddressVersion ipVersion,
                      sdpModifications::eMediaSecurityType security, unsigned int port) {
-  const char* const name = mediaType == kAnyMedia ? "" : mediaNameOf(mediaType);
-  if (name == nullptr) {
+  const std::string_view name = mediaType == kAnyMedia ? std::string_view() : mediaNameOf(mediaType);
+  if (name.empty() && mediaType != kAnyMedia) {
     tell(refusalOfMedia(mediaType));
     return {.reason = SDP_REFUSED_MEDIA_OF_PORT, .number = mediaType};
   }
-  trace::progress(
-      "Entering sdpSetMediaPort(): set port=%u on all m=%s lines with address type=%s, which are %s", port,
-      name[0] != '\0' ? name : "<any>", shown(ipVersion), shown(security));
-  if (const Refusal refusal = refusalOfBuffer(text, "sdpSetMediaPort")) return refusal;
-  const eIPAddressVersion sessionVersion =
-      ipVersion != kIpVersionUnknown ? connectionVersion(text.view()) : kIpVersionUnknown;
-  const PortFilter filter{name, ipVersion, security, sessionVersion};
-  PortChanges changes(text.view(), filter, port);
-  text.changeEach([&](std::string_view view, std::size_t /*from*/, std::size_t room) {
-    return changes.next(view, room);
-  });
-  if (changes.failed()) return {.reason = SDP_REFUSED_PORT_NOT_SET, .number = port};
-  trace::progress("Exiting sdpSetMediaPort() : set port=%u on %i m= line(s)", port, changes.count());
+  if (text.tracing()) {
+    trace::progress(
+        "Entering sdpSetMediaPort(): set port=%u on all m=%s lines with address type=%s, which are %s", port,
+        !name.empty() ? name.data() : "<any>", shown(ipVersion), shown(security));
+  }
+  if (const Refusal refusal = refusalOfBuffer(text.text(), "sdpSetMediaPort")) return refusal;
+  PortsSet set;
+  if (text.notes().mayHaveMedia(name)) {
+    const bool asksVersion = ipVersion != kIpVersionUnknown;
+    const eIPAddressVersion sessionVersion = asksVersion ? connectionVersion(text, 0) : kIpVersionUnknown;
+    set = setPorts(text, {name, ipVersion, security, sessionVersion}, port);
+  }
+  if (set.failed) return {.reason = SDP_REFUSED_PORT_NOT_SET, .number = port};
+  if (text.tracing()) {
+    trace::progress("Exiting sdpSetMediaPort() : set port=%u on %i m= line(s)", port, set.count);
+  }
   return {};
 }
 
+Refusal setMediaPort(SdpText& text, int mediaType, eIPAddressVersion ipVersion,
+                     sdpModifications::eMediaSecurityType security, unsigned int port) {
+  NotedText noted(text);
+  return setMediaPort(noted, mediaType, ipVersion, security, port);
+}
+
 Refusal disablePorts(SdpText& text, int mediaMask, eIPAddressVersion ipVersion) {
+  NotedText noted(text);
+  return disablePorts(noted, mediaMask, ipVersion);
+}
+
+Refusal disablePorts(NotedText& text, int mediaMask, eIPAddressVersion ipVersion) {
   Refusal last;
   for (const MediaName& media : kMediaNames) {
     if ((mediaMask & media.type) == 0) continue;
@@ -146,10 +153,10 @@ Refusal disablePorts(SdpText& text, int mediaMask, eIPAddressVersion ipVersion) 
 using namespace sdpneg;
 
 unsigned short sdpModifications::getMediaName(int mediaType, char* out, int outSize) {
-  const char* const name = mediaNameOf(mediaType);
-  if (name == nullptr) return refuse(refusalOfMedia(mediaType));
+  const std::string_view name = mediaNameOf(mediaType);
+  if (name.empty()) return refuse(refusalOfMedia(mediaType));
   if (out != nullptr && outSize > 0) {
-    out[std::string_view(name).copy(out, static_cast<std::size_t>(outSize) - 1)] = '\0';
+    out[name.copy(out, static_cast<std::size_t>(outSize) - 1)] = '\0';
   }
   return 0;
 }

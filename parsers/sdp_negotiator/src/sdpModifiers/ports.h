@@ -3,18 +3,21 @@
 
 #include "refusal.h"
 #include "sdpModifiers.h"
-#include "text/sdpText.h"
+#include "sdpModifiers/notes.h"
 
 // The ports of m-lines.
 
 namespace sdpneg {
 
 /// `sdpModifications::sdpSetMediaPort`. What it owes to another refusal it tells itself before it gives its own.
+Refusal setMediaPort(NotedText& text, int mediaType, eIPAddressVersion ipVersion,
+                     sdpModifications::eMediaSecurityType security, unsigned int port);
 Refusal setMediaPort(SdpText& text, int mediaType, eIPAddressVersion ipVersion,
                      sdpModifications::eMediaSecurityType security, unsigned int port);
 
 /// `sdpModifications::sdpDisablePort`. Goes on behind a medium that is refused.
 /// @return the last refusal; all have been told
+Refusal disablePorts(NotedText& text, int mediaMask, eIPAddressVersion ipVersion);
 Refusal disablePorts(SdpText& text, int mediaMask, eIPAddressVersion ipVersion);
 
 }  // namespace sdpneg

@@ -14,7 +14,6 @@
 #include "sdpModifiers/adopt.h"
 #include "text/fixedText.h"
 #include "text/mLineFields.h"
-#include "text/nextPlace.h"
 #include "text/sections.h"
 #include "trace.h"
 #include "vocabulary.h"
@@ -92,13 +91,25 @@ bool mayHaveKey(std::string_view suite) {
                      [suite](std::string_view name) { return sortsFrom(suite, name); });
 }
 
+/// A key and the second that it is for. One that is made again within its second is the same.
+struct KeyOfSecond {
+  bool made = false;
+  unsigned int second = 0;
+  unsigned char bytes[kKeyBytes] = {};
+};
+
 /// @return as `base64_encode`
 int writeKey(char* out, unsigned long outCap) {
+  thread_local KeyOfSecond key;
   timeval now{};
   gettimeofday(&now, nullptr);
-  unsigned char key[kKeyBytes];
-  fillKey(key, static_cast<unsigned int>(now.tv_sec));
-  return base64_encode(key, sizeof key, out, outCap);
+  const auto second = static_cast<unsigned int>(now.tv_sec);
+  if (!key.made || key.second != second) {
+    fillKey(key.bytes, second);
+    key.second = second;
+    key.made = true;
+  }
+  return base64_encode(key.bytes, sizeof key.bytes, out, outCap);
 }
 
 /// Puts a new key in the place of all that follows a suite.
@@ -184,18 +195,15 @@ class CryptoPass {
 /// What makes a text other than secured by crypto attributes alone.
 struct Keys {
   std::size_t management;  ///< the first key management, which counts for all sections behind it
-  NextPlace crypto;        ///< may stand in any later section than the one that it counts for
-  NextPlace plain;         ///< a plain transport
+  std::size_t lastCrypto;  ///< may stand in any later section than the one that it counts for
 };
 
-/// Whether the m-line of a section is inactive, or secured by crypto attributes alone.
-bool isSdesOnlyAt(std::string_view text, std::size_t mLine, Keys& keys) {
-  if (portAt(text, mLine).value_or(0) == 0) return true;
-  const std::size_t end = sectionEnd(text, mLine);
-  if (keys.management < end) return false;
-  const std::size_t plain = keys.plain.from(mLine);
-  if (plain != npos && plain + std::string_view(kPlainTransport).size() <= end) return false;
-  return keys.crypto.from(mLine) != npos;
+/// Whether a section is inactive, or secured by crypto attributes alone.
+bool isSdesOnlyAt(std::string_view text, const Span& section, const Keys& keys) {
+  if (portAt(text, section.begin).value_or(0) == 0) return true;
+  if (keys.management < section.end) return false;
+  if (keys.lastCrypto == npos || keys.lastCrypto < section.begin) return false;
+  return !contains(text.substr(section.begin, section.end - section.begin), kPlainTransport);
 }
 
 }  // namespace
@@ -218,11 +226,14 @@ Refusal addSdesLine(SdpText& text, std::size_t mediaStart) {
   }
 }
 
-bool isSdesOnly(std::string_view text) {
-  Keys keys{findAnywhere(text, kKeyManagement), {text, {kCrypto}}, {text, {kPlainTransport}}};
-  bool only = true;
-  forEachMLine(text, [&](std::size_t mLine) { return only = isSdesOnlyAt(text, mLine, keys); });
-  return only;
+bool isSdesOnly(std::string_view text, const Notes& notes) {
+  const Keys keys{notes.find(Noted::keyManagement, 0), notes.last(Noted::crypto)};
+  for (std::size_t mLine = nextMLine(notes); mLine != npos;) {
+    const std::size_t next = nextMLine(notes, mLine);
+    if (!isSdesOnlyAt(text, {mLine, orEnd(next, text)}, keys)) return false;
+    mLine = next;
+  }
+  return true;
 }
 
 }  // namespace sdpneg
@@ -238,5 +249,5 @@ unsigned short sdpModifications::addSDESLine(char* mediaStart) {
 
 bool sdpModifications::isSDESonly(const char* sdp) {
   const auto text = adoptedView(sdp, "isSDESonly");
-  return text && isSdesOnly(*text);
+  return text && isSdesOnly(*text, Notes(*text));
 }

@@ -4,7 +4,7 @@
 #include <cstddef>
 
 #include "refusal.h"
-#include "text/sdpText.h"
+#include "sdpModifiers/notes.h"
 
 // Crypto attributes of SDES (RFC 4568).
 
@@ -16,7 +16,7 @@ namespace sdpneg {
 Refusal addSdesLine(SdpText& text, std::size_t mediaStart);
 
 /// `sdpModifications::isSDESonly`.
-bool isSdesOnly(std::string_view text);
+bool isSdesOnly(std::string_view text, const Notes& notes);
 
 }  // namespace sdpneg
 

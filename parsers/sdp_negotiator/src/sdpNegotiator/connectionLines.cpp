@@ -9,5 +9,6 @@ using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpReplaceCxIP(const char* ip) {
   trace::progress("Request to replace the IP to:%s.", ip != nullptr ? ip : "");
-  return editAndKeep(*this, kParsed, [&](SdpText& text) { return replaceConnection(text, 0, ip); });
+  return editAndKeep(*this, kParsed,
+                     [&](SdpText& text) { return NewConnection(GivenAddress(ip)).replaceIn(text, 0); });
 }

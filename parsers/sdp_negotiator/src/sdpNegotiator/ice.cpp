@@ -12,7 +12,7 @@ unsigned short cSdpNegotiator::sdpRemoveIce() {
   constexpr unsigned int kIce = SDP_ATTR_ICE_LITE | SDP_ATTR_FULL_ICE;
   trace::progress("Request to remove the FICE attributes.");
   if ((parsedData.sdpAttributes & kIce) == 0) return refuse({.reason = SDP_REFUSED_NO_ICE});
-  const unsigned short status = editAndKeep(*this, kStoredOrAsBefore, removeIce);
+  const unsigned short status = editAndKeep(*this, kStoredOrAsBefore, [](SdpText& text) { removeIce(text); });
   if (status == 0) parsedData.sdpAttributes &= ~kIce;
   return 0;
 }

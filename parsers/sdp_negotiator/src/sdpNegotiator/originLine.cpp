@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cstring>
-#include <memory>
 #include <new>
 #include <string_view>
 
@@ -55,7 +54,10 @@ std::string_view originLine(const sSdpParsedData& data, const char* text) {
 }
 
 /// The first line of what an object's offsets name as its o-line, and no more when they span several.
-std::string_view firstLineOf(std::string_view line) { return line.substr(0, line.find_first_of("\r\n")); }
+std::string_view firstLineOf(std::string_view line) {
+  const auto end = std::find_if(line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; });
+  return line.substr(0, static_cast<std::size_t>(end - line.begin()));
+}
 
 /// The o-line of an object, in a text of its own.
 class OriginLineOf {
@@ -79,21 +81,32 @@ class OriginLineOf {
 /// Puts a line with CR LF in the place of an object's o-line and stores the text.
 /// @param start,oLineEnd where the object has recorded its o-line
 unsigned short takeOriginLine(cSdpNegotiator& object, std::size_t start, std::uint16_t& oLineEnd,
-                              const char* line) {
-  const std::size_t length = std::strlen(line);
+                              std::string_view line) {
   const Span old = {start, oLineEnd};
-  const std::size_t end = old.begin + length + 2;
-  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE] = "";
+  const std::size_t end = old.begin + line.size() + 2;
+  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
+  buffer[0] = '\0';
   // An empty object starts from an empty text; a text that cannot be expanded stays as it is.
   const unsigned short expanded = object.getSDP(buffer, sizeof buffer);
   if (expanded != 0 && object.isSdpPresent()) return expanded;
-  trace::progress("copyOLine(): request to replace existing o-line with [%s] len=[%i]", line,
-                  static_cast<int>(length));
+  trace::progress("copyOLine(): request to replace existing o-line with [%.*s] len=[%i]",
+                  static_cast<int>(line.size()), line.data(), static_cast<int>(line.size()));
   trace::progress("copyOLine(): SDP length change is %i characters",
                   static_cast<int>(end) - static_cast<int>(old.end));
   SdpText text(buffer);
   if (const Refusal refusal = replaceOriginLine(text, old, line)) return refuse(refusal);
   return storeWithEnd(object, buffer, static_cast<std::uint16_t>(end), oLineEnd);
+}
+
+/// Whether an object has a line for its o-line; tells by a trace.
+/// @return 0 when it has, else 1
+unsigned short compareOriginLine(const cSdpNegotiator& object, std::string_view line) {
+  if (OriginLineOf(object).view() == line) {
+    trace::progress("The o-line is the same as the given one.");
+    return 0;
+  }
+  trace::debug("Different o-line");
+  return 1;
 }
 
 /// A fresh array with a text and its NUL; null when there is no memory.
@@ -123,22 +136,12 @@ void cSdpNegotiator::getOLine(o_line& record) const {
 
 unsigned short cSdpNegotiator::compareSdpOLine(const char* line) const {
   if (line == nullptr) return refuse({.reason = SDP_REFUSED_NO_O_LINE_GIVEN});
-  const OriginLineOf own(*this);
-  if (own.view() == line) {
-    trace::progress("The o-line is the same as the given one.");
-    return 0;
-  }
-  trace::debug("Different o-line");
-  return 1;
+  return compareOriginLine(*this, line);
 }
 
 unsigned short cSdpNegotiator::compareSdpOLine(const cSdpNegotiator* other) const {
   if (other == nullptr) return refuse({.reason = SDP_REFUSED_NO_OBJECT_TO_COMPARE});
-  char* line = nullptr;
-  int length = 0;
-  other->getOLine(line, length);
-  const std::unique_ptr<char[]> owned(line);
-  return compareSdpOLine(line);
+  return compareOriginLine(*this, OriginLineOf(*other).view());
 }
 
 bool cSdpNegotiator::compareSdpOLineUpdate(const cSdpNegotiator* other) const {
@@ -161,17 +164,9 @@ bool cSdpNegotiator::compareSdpOLineUpdate(const cSdpNegotiator* other) const {
 unsigned short cSdpNegotiator::copyOLine(const cSdpNegotiator* other) {
   unsigned short status = 1;
   if (other != nullptr) {
-    char* line = nullptr;
-    int length = 0;
-    other->getOLine(line, length);
-    const std::unique_ptr<char[]> owned(line);
-    if (line == nullptr) {
-      tell({.reason = SDP_REFUSED_NO_MEMORY_FOR_ARRAY});
-    } else {
-      const std::size_t first = firstLineOf(line).size();
-      line[first] = '\0';
-      status = first > 1 ? takeOriginLine(*this, parsedData.oLineStart, parsedData.oLineEnd, line) : 0;
-    }
+    const OriginLineOf others(*other);
+    const std::string_view line = firstLineOf(others.view());
+    status = line.size() > 1 ? takeOriginLine(*this, parsedData.oLineStart, parsedData.oLineEnd, line) : 0;
   } else {
     tell({.reason = SDP_REFUSED_NULL, .operation = "copyOLine"});
   }
@@ -202,7 +197,7 @@ unsigned short cSdpNegotiator::sdpModifyOLine(const char* sessionId, const char*
   }
   trace::progress("Request to set the session-id to:(%s) and the version to:(%s).", sessionId, version);
   return editOriginLine(*this, parsedData.oLineEnd, [&](SdpText& text, unsigned short& end) {
-    return modifyOriginLine(text, sessionId, version, ip, end);
+    return modifyOriginLine(text, sessionId, version, GivenAddress(ip), end);
   });
 }
 
@@ -213,7 +208,7 @@ unsigned short cSdpNegotiator::sdpModifyOLine(const char* sessionId, const char*
 unsigned short cSdpNegotiator::sdpModifyOLine() {
   trace::progress("Request to modify the o-line based on the timestamp.");
   return editOriginLine(*this, parsedData.oLineEnd, [&](SdpText& text, unsigned short& end) {
-    return renewOriginLine(text, nullptr, end);
+    return renewOriginLine(text, GivenAddress(nullptr), end);
   });
 }
 

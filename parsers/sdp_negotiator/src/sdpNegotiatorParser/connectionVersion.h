@@ -13,6 +13,9 @@ namespace sdpneg {
 /// counts, so that a text may begin at the m-line whose c-line is asked for.
 eIPAddressVersion connectionVersion(std::string_view text);
 
+/// The address version that the c-line at an offset names.
+eIPAddressVersion versionOfConnection(std::string_view text, std::size_t cLine);
+
 }  // namespace sdpneg
 
 #endif

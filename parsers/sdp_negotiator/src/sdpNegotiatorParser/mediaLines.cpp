@@ -28,8 +28,11 @@ std::string_view between(const char* begin, const char* end) {
 eIPAddressVersion connectionVersion(std::string_view text) {
   const std::string_view first = sessionPart(text);
   const std::size_t line = findLine(first, kCLine);
-  if (line == npos) return kIpVersionUnknown;
-  const std::string_view connection = content(text, lineAt(text, line));
+  return line != npos ? versionOfConnection(text, line) : kIpVersionUnknown;
+}
+
+eIPAddressVersion versionOfConnection(std::string_view text, std::size_t cLine) {
+  const std::string_view connection = content(text, lineAt(text, cLine));
   if (contains(connection, kIp4)) return kIpVersion4;
   return contains(connection, kIp6) ? kIpVersion6 : kIpVersionUnknown;
 }

@@ -71,14 +71,17 @@ class LineFields {
  public:
   /// @param readable the end of what may be read, at or behind the value's end
   LineFields(std::string_view value, const char* readable)
-      : next_(value.data()), end_(value.data() + value.size()), readable_(readable) {
+      : next_(value.data()), end_(value.data() + value.size()), readable_(readable), window_(next_) {
+    if (next_ != end_) look();
     skipBlanks();
   }
 
   /// The next field; empty when there is none left.
   std::string_view take() {
     const char* begin = next_;
-    next_ = findBlank();
+    while (blanks_ == 0 && nextWindow()) {
+    }
+    next_ = blanks_ != 0 ? std::min(window_ + std::countr_zero(blanks_), end_) : end_;
     const std::string_view field(begin, static_cast<std::size_t>(next_ - begin));
     skipBlanks();
     return field;
@@ -91,24 +94,30 @@ class LineFields {
   const char* position() const { return next_; }
 
  private:
-  const char* findBlank() const {
-    const char* at = next_;
-    for (; static_cast<std::size_t>(readable_ - at) >= kPiece && at < end_; at += kPiece) {
-      const Piece piece(at);
-      const unsigned blanks = piece.where(' ', '\t');
-      if (blanks != 0) return std::min(at + firstOf(blanks), end_);
-    }
-    while (at < end_ && !isBlank(*at)) ++at;
-    return std::min(at, end_);
+  // Goes on to the window behind what was looked at and skipped.
+  bool nextWindow() {
+    const std::ptrdiff_t passed = std::max(next_ - window_, static_cast<std::ptrdiff_t>(kWindow));
+    if (passed >= end_ - window_) return false;
+    window_ += passed;
+    look();
+    return true;
   }
 
+  void look() {
+    blanks_ = windowOf(window_, static_cast<std::size_t>(readable_ - window_),
+                       [](const Piece& piece) { return piece.where(' ', '\t'); });
+  }
+
+  // Each blank that is skipped is the first one of the window, as long as it is in there.
   void skipBlanks() {
-    while (next_ != end_ && isBlank(*next_)) ++next_;
+    for (; next_ != end_ && isBlank(*next_); ++next_) blanks_ &= blanks_ - 1;
   }
 
   const char* next_;
   const char* end_;
   const char* readable_;
+  const char* window_;        // what was looked at last
+  std::uint64_t blanks_ = 0;  // the blanks in there that were not passed
 };
 
 /// A number of digits only, the largest value when it is larger.

@@ -24,6 +24,8 @@ class LineReader {
   /// @return false at the end of the text
   bool next() {
     if (next_ == end_) return false;
+    // An empty line is not worth a window.
+    if (isControl(*next_) && endsAt(next_)) return true;
     for (const char* window = next_;; window += kWindow) {
       for (std::uint64_t ends = possibleEnds(window); ends != 0; ends &= ends - 1) {
         if (endsAt(window + std::countr_zero(ends))) return true;
@@ -47,7 +49,10 @@ class LineReader {
   const char* textEnd() const { return end_; }
 
  private:
-  static constexpr std::size_t kWindow = 64;
+  static constexpr auto kControlsOf = [](const auto& piece) { return piece.whereUpTo('\r'); };
+
+  // Up to CR, of which only tabs are common within lines.
+  static bool isControl(char c) { return static_cast<unsigned char>(c) <= '\r'; }
 
   bool take(const char* lineEnd, const char* next) {
     line_ = {next_, static_cast<std::size_t>(lineEnd - next_)};
@@ -65,34 +70,14 @@ class LineReader {
     return false;
   }
 
-  // Where in the next 64 characters there is one up to CR, of which only tabs are common within lines: bit i for the
-  // i-th. Near the text's end the window is one that ends there, without the characters in front.
+  // The places of control characters in a window. Near the text's end it is one that ends there, without the
+  // characters in front.
   std::uint64_t possibleEnds(const char* window) const {
     const auto left = static_cast<std::size_t>(end_ - window);
-    if (left >= kWindow) return controls(window);
+    if (left >= kWindow) return wholeWindow(window, kControlsOf);
     if (static_cast<std::size_t>(end_ - begin_) >= kWindow)
-      return controls(end_ - kWindow) >> (kWindow - left);
-    return controlsOfFew(window, left);
-  }
-
-  static std::uint64_t controls(const char* window) {
-    const auto at = [window](std::size_t offset) {
-      return std::uint64_t{Piece(window + offset).whereUpTo('\r')} << offset;
-    };
-    return at(0) | at(kPiece) | at(2 * kPiece) | at(3 * kPiece);
-  }
-
-  // The same in a text shorter than a window.
-  static std::uint64_t controlsOfFew(const char* text, std::size_t length) {
-    std::uint64_t found = 0;
-    std::size_t at = 0;
-    for (; at + kPiece <= length; at += kPiece) {
-      found |= std::uint64_t{Piece(text + at).whereUpTo('\r')} << at;
-    }
-    for (; at < length; ++at) {
-      if (static_cast<unsigned char>(text[at]) <= '\r') found |= std::uint64_t{1} << at;
-    }
-    return found;
+      return wholeWindow(end_ - kWindow, kControlsOf) >> (kWindow - left);
+    return windowOf(window, left, kControlsOf);
   }
 
   const char* begin_;

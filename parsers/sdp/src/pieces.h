@@ -111,6 +111,27 @@ void copyExactly(char* to, const char* from, std::size_t length);
 /// Copies any bytes.
 void copyBytes(void* to, const void* from, std::size_t size);
 
+/// How many characters a window is, whose places are bits of one word.
+inline constexpr std::size_t kWindow = 4 * kPiece;
+
+/// The places in a window, all of which may be read: bit i for the i-th character.
+/// @param where the places in a piece
+template <typename Where>
+std::uint64_t wholeWindow(const char* window, Where where) {
+  const auto at = [&](std::size_t offset) { return std::uint64_t{where(Piece(window + offset))} << offset; };
+  return at(0) | at(kPiece) | at(2 * kPiece) | at(3 * kPiece);
+}
+
+/// The places in a window of which only `length` characters may be read.
+template <typename Where>
+std::uint64_t windowOf(const char* window, std::size_t length, Where where) {
+  if (length >= kWindow) return wholeWindow(window, where);
+  char filled[kWindow];
+  std::memset(filled, 'x', kWindow);
+  copyExactly(filled, window, length);
+  return wholeWindow(filled, where);
+}
+
 /// Copies a text of `length` characters in pieces.
 /// @param toRoom   how much may be written from `to` on, at least `length`
 /// @param fromRoom how much may be read from `from` on, at least `length`

@@ -129,6 +129,39 @@ TEST(LineLength, ALineOfTabsIsOneLine) {
   EXPECT_STREQ(d->iLine.text, "x");
 }
 
+TEST(FieldsOfALine, StandBehindAnyNumberOfBlanks) {
+  for (std::size_t count = 1; count < 200; ++count) {
+    const std::string blanks = std::string(count - 1, ' ') + '\t';
+    for (const std::string end : {"", "\n", "\r\na=y z\r\n"}) {
+      const Decoded d("v=0\nm=audio" + blanks + "5004/2" + blanks + "RTP/AVP" + blanks + "0 8" + blanks +
+                      "101" + blanks + end);
+      ASSERT_EQ(d.status, 0) << d.error;
+      const m_line& line = d->media[0].mLine;
+      EXPECT_STREQ(line.media, "audio");
+      EXPECT_STREQ(line.port, "5004");
+      EXPECT_STREQ(line.portSuffix, "/2");
+      EXPECT_STREQ(line.transport, "RTP/AVP");
+      ASSERT_EQ(line.formatCount, 3);
+      EXPECT_STREQ(line.formats[0], "0");
+      EXPECT_STREQ(line.formats[1], "8");
+      EXPECT_STREQ(line.formats[2], "101");
+    }
+  }
+}
+
+TEST(FieldsOfALine, EndWithTheLine) {
+  for (std::size_t length = 1; length < 200; ++length) {
+    const std::string name(length, 'n');
+    for (const std::string end : {"", "\n", "\r\na=1 1 IN IP4 x\r\n"}) {
+      const Decoded d("v=0\no=" + name + " 1 1 IN" + end);
+      EXPECT_EQ(d.status, 1);
+      EXPECT_EQ(d.error, "line 2, column " + std::to_string(length + 10) +
+                             ": expected an address type, found the end of the " +
+                             (end.empty() ? "text" : "line"));
+    }
+  }
+}
+
 struct LastLines {
   const char* name;
   std::string text;

@@ -16,32 +16,34 @@
 
 // Ratios of what is measured in one run: they hold on machines that differ, and on one that has other work.
 
-/// How many runs the steps have each, and how long one of them takes at least.
+/// How many runs the steps have each, and how long they take, more or less.
 struct Runs {
   int count = 70;
   std::chrono::microseconds length{2000};
 };
 
 /// Nanoseconds of one call of each step, the least of many short runs. The steps take turns, so that what else the machine
-/// does falls on all of them.
+/// does falls on all of them; the runs differ in length, so that the turns of another program do not fall on one of them
+/// again and again.
 template <typename... Steps>
 std::array<double, sizeof...(Steps)> leastNanoseconds(Runs runs, Steps... steps) {
   using Clock = std::chrono::steady_clock;
   std::array<double, sizeof...(Steps)> least;
   least.fill(1e18);
-  const auto run = [runs](auto& step, double& best) {
+  const auto run = [](auto& step, std::chrono::microseconds length, double& best) {
     const auto begin = Clock::now();
     std::size_t calls = 0;
     do {
       benchmark::DoNotOptimize(step());
       ++calls;
-    } while (Clock::now() - begin < runs.length);
+    } while (Clock::now() - begin < length);
     const std::chrono::duration<double, std::nano> taken = Clock::now() - begin;
     best = std::min(best, taken.count() / static_cast<double>(calls));
   };
   for (int turn = 0; turn < runs.count; ++turn) {
     std::size_t index = 0;
-    (run(steps, least[index++]), ...);
+    const std::chrono::microseconds length = runs.length * (4 + turn % 7) / 8;
+    (run(steps, length, least[index++]), ...);
   }
   return least;
 }

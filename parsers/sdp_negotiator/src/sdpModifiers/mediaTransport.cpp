@@ -243,15 +243,24 @@ bool changeAtOnce(SdpText& text, const NamedChange& change, const Names& names) 
   MediaNames all;
   const auto take = [&](std::string_view name) { return all.add(name.substr(0, name.find('\0'))); };
   if (!isOneWord(change.to) || !std::all_of(std::begin(names), std::end(names), take)) return false;
+  // The first of them are kept, which are all in a text of a usual length.
+  constexpr std::size_t kKept = 32;
+  Change kept[kKept];
   std::size_t count = 0;
   std::size_t taken = 0;
   ChangesAtOnce measured(all, change.from, change.to);
   for (auto made = measured.next(text.view()); made; made = measured.next(text.view())) {
+    if (count < kKept) kept[count] = *made;
     ++count;
     taken += takes(*made);
   }
   if (taken > text.room()) return false;
-  if (count == 0) return true;
+  if (count <= kKept) {
+    SdpText::Pass pass(text);
+    for (const Change& made : std::span(kept).first(count)) pass.replace(made.span, made.inserted);
+    pass.finish();
+    return true;
+  }
   ChangesAtOnce changes(all, change.from, change.to);
   text.changeEach([&](std::string_view view, std::size_t, std::size_t) { return changes.next(view); });
   return true;
@@ -261,8 +270,7 @@ bool changeAtOnce(SdpText& text, const NamedChange& change, const Names& names) 
 /// @param change all but its name
 /// @return the last refusal; all have been told
 template <typename Names>
-Refusal setEach(SdpText& text, NamedChange change, const Names& names) {
-  const bool tracing = isTracing();
+Refusal setEach(SdpText& text, NamedChange change, const Names& names, bool tracing) {
   Refusal last;
   if (!tracing && changeAtOnce(text, change, names)) return last;
   UntracedChanges untraced;
@@ -288,16 +296,19 @@ Refusal refusalOfArguments(const SdpText& text, const char* from, const char* to
 /// @return the last refusal; all have been told
 template <typename Names>
 Refusal setTransports(SdpText& text, const char* from, const char* to, const Names& names) {
-  trace::info(" sdpSetMediaTransportType() method. Enter");
-  trace::info("sdpSetMediaTransportType() method. change mediaLines=%d", static_cast<int>(names.size()));
+  const bool tracing = isTracing();
+  if (tracing) {
+    trace::info(" sdpSetMediaTransportType() method. Enter");
+    trace::info("sdpSetMediaTransportType() method. change mediaLines=%d", static_cast<int>(names.size()));
+  }
   Refusal last = refusalOfArguments(text, from, to);
   if (last) {
     tell(last);
   } else {
     const Transport transport = Transport().add(to);
-    last = setEach(text, {0, {}, from, transport.view()}, names);
+    last = setEach(text, {0, {}, from, transport.view()}, names, tracing);
   }
-  trace::info(" sdpSetMediaTransportType() method. Exit");
+  if (tracing) trace::info(" sdpSetMediaTransportType() method. Exit");
   return last;
 }
 

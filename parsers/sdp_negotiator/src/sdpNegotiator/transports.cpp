@@ -21,12 +21,20 @@ namespace {
 void changeTransports(SdpText& text, const sDescription& description, const char* from, const char* to) {
   std::array<std::string_view, SDP_MEDIA_CAPACITY> names;
   std::size_t count = 0;
+  const bool tracing = isTracing();
   for (const mDescription& media : mediaOf(description)) {
     names[count++] = media.mLine.media;
+    if (!tracing) continue;
     trace::debug("sdpModifyTransportTypes():Request to modify transport type for all m = %s",
                  media.mLine.media);
   }
   setMediaTransport(text, from, to, std::span<const std::string_view>(names).first(count));
+}
+
+/// Whether a text is the one that a store holds as it is.
+bool isIn(const char (&store)[SDP_STORED_TEXT_SIZE], std::string_view text) {
+  return text.size() < sizeof store && std::string_view(store, text.size()) == text &&
+         store[text.size()] == '\0';
 }
 
 /// Reads the m-lines of a text anew into the description of what it was before.
@@ -62,7 +70,10 @@ void cSdpNegotiator::sdpModifyTransportTypes(const char* fromTransport, const ch
       changed = statusOf(decode(description, body.view())) == 0;
       if (!changed) return;
       changeTransports(body, description, fromTransport, toTransport);
-      describes = readMLinesAnew(body.view(), description);
+      // What is deflated is no text, but may look like one.
+      const bool same =
+          parsedData.storedSdpLength == 0 && sdp_isComplete(&description) && isIn(rawSdp, body.view());
+      describes = same || readMLinesAnew(body.view(), description);
     };
     const bool parsed = editAndParseDecoded({*this, parsedData, rawSdp}, text, edit);
     if (!changed) {

@@ -25,16 +25,29 @@ namespace {
 constexpr const char* kOperation = "sdpCreateDummy";
 constexpr int kAllButAudio = ~static_cast<int>(MEDIA_AUDIO);
 
-/// Leaves a port only to audio of one address version; to secure audio only when that is wanted.
-Refusal closePorts(NotedText& text, eIPAddressVersion version, bool keepSecure, unsigned short port) {
+/// Closes the ports that a dummy does not keep, request after request.
+Refusal closeEachKind(NotedText& text, eIPAddressVersion other) {
   using M = sdpModifications;
-  const eIPAddressVersion other = version == kIpVersion4 ? kIpVersion6 : kIpVersion4;
   const Refusal secure = setMediaPort(text, kAnyMedia, kIpVersionUnknown, M::MEDIA_SECURITY_SECURE, 0);
   if (secure) return secure;
   // Neither is a reason to give up: what cannot be closed keeps its port.
   disablePorts(text, kAllButAudio, kIpVersionUnknown);
   statusOf(setMediaPort(text, MEDIA_AUDIO, other, M::MEDIA_SECURITY_ANY, 0));
-  return keepSecure ? setMediaPort(text, MEDIA_AUDIO, version, M::MEDIA_SECURITY_SECURE, port) : Refusal();
+  return {};
+}
+
+/// Leaves a port only to audio of one address version; to secure audio only when that is wanted.
+Refusal closePorts(NotedText& text, eIPAddressVersion version, bool keepSecure, unsigned short port) {
+  const eIPAddressVersion other = version == kIpVersion4 ? kIpVersion6 : kIpVersion4;
+  bool hasSecure = true;
+  if (text.tracing()) {
+    if (const Refusal refusal = closeEachKind(text, other)) return refusal;
+  } else {
+    hasSecure = closePortsBut(text, MEDIA_AUDIO, other);
+  }
+  return keepSecure && hasSecure
+             ? setMediaPort(text, MEDIA_AUDIO, version, sdpModifications::MEDIA_SECURITY_SECURE, port)
+             : Refusal();
 }
 
 Refusal replaceOriginLine(NotedText& text, const GivenAddress& address, unsigned short& oLineEnd) {

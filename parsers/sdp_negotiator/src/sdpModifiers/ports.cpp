@@ -148,6 +148,40 @@ Refusal disablePorts(NotedText& text, int mediaMask, eIPAddressVersion ipVersion
   return last;
 }
 
+namespace {
+
+/// The medium that an m-line names, by the beginning of what follows its "m="; 0 for another one.
+int mediaTypeOf(std::string_view name) {
+  for (const MediaName& media : kMediaNames) {
+    if (startsWith(name, media.name)) return media.type;
+  }
+  return 0;
+}
+
+}  // namespace
+
+bool closePortsBut(NotedText& text, int mediaType, eIPAddressVersion ipVersion) {
+  constexpr std::string_view kClosed = "0";
+  const eIPAddressVersion sessionVersion = connectionVersion(text, 0);
+  const PortFilter closed = {{}, ipVersion, sdpModifications::MEDIA_SECURITY_ANY, sessionVersion};
+  bool hasSecure = false;
+  forEachMLineOf(text, {}, [&](std::size_t at) {
+    const Line mLine = lineAt(text.view(), at);
+    if (!mLine.terminated) return false;
+    const int type = mediaTypeOf(text.view().substr(at + kMLine.size()));
+    bool closes = type != 0 && type != mediaType;
+    if (!closes && isSecure(text.view(), mLine)) {
+      closes = true;
+      hasSecure = hasSecure || type == mediaType;
+    }
+    if (!closes && (type != mediaType || !passes(text, mLine, closed))) return true;
+    // What is no longer than a port always has room.
+    if (const auto field = portToReplace(text.view(), mLine, kClosed)) text.replace(*field, kClosed);
+    return true;
+  });
+  return hasSecure;
+}
+
 }  // namespace sdpneg
 
 using namespace sdpneg;

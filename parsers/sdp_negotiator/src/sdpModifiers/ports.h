@@ -20,6 +20,11 @@ Refusal setMediaPort(SdpText& text, int mediaType, eIPAddressVersion ipVersion,
 Refusal disablePorts(NotedText& text, int mediaMask, eIPAddressVersion ipVersion);
 Refusal disablePorts(SdpText& text, int mediaMask, eIPAddressVersion ipVersion);
 
+/// Sets the port 0, as while nothing is traced `setMediaPort` does for secure m-lines of any medium, `disablePorts` for all
+/// media but one, and `setMediaPort` for that one with addresses of a version: all m-lines in one pass.
+/// @return whether that one has secure m-lines
+bool closePortsBut(NotedText& text, int mediaType, eIPAddressVersion ipVersion);
+
 }  // namespace sdpneg
 
 #endif

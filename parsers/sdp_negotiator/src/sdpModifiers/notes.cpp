@@ -18,25 +18,24 @@ bool isLineStart(std::string_view text, std::size_t at) { return at > 0 && text[
 /// Where the value of a line begins.
 constexpr std::size_t kPrefix = 2;
 
-constexpr unsigned int letters(char first, char second) {
-  return static_cast<unsigned char>(first) * 256U + static_cast<unsigned char>(second);
+/// A bit for a letter, whatever its case; few other characters share it.
+constexpr std::uint32_t bitOfLetter(char letter) {
+  return 1U << (static_cast<unsigned char>(letter) & 0x1FU);
 }
 
-/// Tells attributes that are not noted from the others by their beginning.
+constexpr std::uint32_t bitsOf(std::string_view letters) {
+  std::uint32_t bits = 0;
+  for (const char letter : letters) bits |= bitOfLetter(letter);
+  return bits;
+}
+
+/// Tells most attributes that are not noted from the others by their first two letters: those of candidate, crypto, ice-,
+/// inactive, key-mgmt, recvonly, remote-candidates, sendonly and sendrecv.
 bool mayBeNoted(std::string_view attribute) {
+  constexpr std::uint32_t kFirst = bitsOf("cikrs");
+  constexpr std::uint32_t kSecond = bitsOf("arcne");
   if (attribute.size() < kPrefix) return false;
-  switch (letters(attribute[0], attribute[1])) {
-    case letters('c', 'a'):  // candidate
-    case letters('c', 'r'):  // crypto
-    case letters('i', 'c'):  // ice-
-    case letters('i', 'n'):  // inactive
-    case letters('k', 'e'):  // key-mgmt
-    case letters('r', 'e'):  // recvonly, remote-candidates
-    case letters('s', 'e'):  // sendonly, sendrecv, but also setup
-      return true;
-    default:
-      return false;
-  }
+  return (bitOfLetter(attribute[0]) & kFirst) != 0 && (bitOfLetter(attribute[1]) & kSecond) != 0;
 }
 
 }  // namespace
@@ -71,14 +70,14 @@ void Notes::noteAt(std::string_view text, std::size_t at) {
 
 void Notes::noteAttribute(std::string_view text, std::size_t at) {
   const std::string_view attribute = text.substr(at);
-  if (startsWith(attribute, kKeyManagement)) {
+  if (startsWithDirection(attribute.substr(kPrefix))) {
+    if (isLineStart(text, at)) add(at, Noted::direction);
+  } else if (startsWith(attribute, kKeyManagement)) {
     add(at, Noted::keyManagement);
   } else if (startsWith(attribute, kCrypto)) {
     add(at, Noted::crypto);
   } else if (isIceAttribute(attribute)) {
     add(at, Noted::ice);
-  } else if (isLineStart(text, at) && startsWithDirection(attribute.substr(kPrefix))) {
-    add(at, Noted::direction);
   }
 }
 

@@ -38,7 +38,31 @@ std::optional<unsigned short> portOf(std::string_view line) {
   return static_cast<unsigned short>(number->value);
 }
 
+namespace {
+
+/// The port of a line as most are written: one space in front of its digits and one behind them, and few digits.
+std::optional<unsigned short> plainPort(std::string_view text, std::size_t at) {
+  constexpr std::size_t kMostDigits = 5;
+  ++at;
+  while (at < text.size() && !isSpace(text[at])) ++at;
+  if (at >= text.size() || text[at] != ' ') return std::nullopt;
+  const std::size_t first = ++at;
+  unsigned int port = 0;
+  for (; at < text.size() && isDigit(text[at]); ++at) {
+    if (at - first == kMostDigits) return std::nullopt;
+    port = port * 10 + static_cast<unsigned int>(text[at] - '0');
+  }
+  const bool ends = at != first && at < text.size() && text[at] == ' ';
+  return ends && port <= UINT16_MAX ? std::optional(static_cast<unsigned short>(port)) : std::nullopt;
+}
+
+}  // namespace
+
 std::optional<unsigned short> portAt(std::string_view text, std::size_t at) {
+  // Where the text ends in LF, every line has one.
+  if (text.ends_with('\n')) {
+    if (const std::optional<unsigned short> port = plainPort(text, at)) return port;
+  }
   const std::size_t lf = findLf(text, at + 1);
   return lf == npos ? std::nullopt : portOf(text.substr(at, lf + 1 - at));
 }

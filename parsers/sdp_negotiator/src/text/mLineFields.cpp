@@ -40,14 +40,13 @@ std::optional<unsigned short> portOf(std::string_view line) {
 
 namespace {
 
-/// The port of a line as most are written: one space in front of its digits and one behind them, and few digits.
-std::optional<unsigned short> plainPort(std::string_view text, std::size_t at) {
+/// The port behind the first word of a line as most are written: one space in front of its digits and one behind them,
+/// and few digits.
+std::optional<unsigned short> plainPort(std::string_view text, std::size_t wordEnd) {
   constexpr std::size_t kMostDigits = 5;
-  ++at;
-  while (at < text.size() && !isSpace(text[at])) ++at;
-  if (at >= text.size() || text[at] != ' ') return std::nullopt;
-  const std::size_t first = ++at;
+  const std::size_t first = wordEnd + 1;
   unsigned int port = 0;
+  std::size_t at = first;
   for (; at < text.size() && isDigit(text[at]); ++at) {
     if (at - first == kMostDigits) return std::nullopt;
     port = port * 10 + static_cast<unsigned int>(text[at] - '0');
@@ -60,8 +59,13 @@ std::optional<unsigned short> plainPort(std::string_view text, std::size_t at) {
 
 std::optional<unsigned short> portAt(std::string_view text, std::size_t at) {
   // Where the text ends in LF, every line has one.
-  if (text.ends_with('\n')) {
-    if (const std::optional<unsigned short> port = plainPort(text, at)) return port;
+  if (at < text.size() && text.ends_with('\n')) {
+    std::size_t wordEnd = at + 1;
+    while (wordEnd < text.size() && !isSpace(text[wordEnd])) ++wordEnd;
+    if (wordEnd >= text.size() || text[wordEnd] == '\n') return std::nullopt;
+    if (text[wordEnd] == ' ') {
+      if (const std::optional<unsigned short> port = plainPort(text, wordEnd)) return port;
+    }
   }
   const std::size_t lf = findLf(text, at + 1);
   return lf == npos ? std::nullopt : portOf(text.substr(at, lf + 1 - at));

@@ -66,20 +66,20 @@ struct BandwidthCounts {
   int modified = 0;
 };
 
-/// A b-line with its value lowered, in the codec's form; empty when it stays as it is.
+/// A b-line with its value lowered, in the codec's form; empty when it stays as it is. Its text is used again for another.
 class LoweredBandwidth {
  public:
-  LoweredBandwidth(const char* line, unsigned int maxBandwidth) {
+  void lower(const char* line, unsigned int maxBandwidth) {
+    line_ = {};
     b_line bandwidth;
     int first = 0;
     int second = 0;
     if (sdp_Bdecode_r(&bandwidth, line, nullptr, first, second) != 0) return;
     if (sdp_BgetBandwidthValue(&bandwidth) <= maxBandwidth) return;
     bandwidth.entries[0].value = maxBandwidth;
-    char* text = nullptr;
+    char* text = text_.release();
     int length = 0;
-    int size = 0;
-    if (sdp_Bencode_r(&bandwidth, text, length, size) == 0)
+    if (sdp_Bencode_r(&bandwidth, text, length, size_) == 0)
       line_ = std::string_view(text, static_cast<std::size_t>(length));
     text_.reset(text);
     if (line_.size() > kLongestBandwidthLine) line_ = {};
@@ -91,6 +91,7 @@ class LoweredBandwidth {
     void operator()(char* text) const { std::free(text); }
   };
   std::unique_ptr<char, Free> text_;
+  int size_ = 0;
   std::string_view line_;
 };
 
@@ -135,16 +136,16 @@ class BandwidthCaps {
   }
 
   std::optional<Change> cap(std::string_view text, const Line& line) {
-    lowered_.emplace(text.data() + line.begin, maxBandwidth_);
-    if (lowered_->line().empty()) return std::nullopt;
-    return Change{{line.begin, line.next()}, lowered_->line()};
+    lowered_.lower(text.data() + line.begin, maxBandwidth_);
+    if (lowered_.line().empty()) return std::nullopt;
+    return Change{{line.begin, line.next()}, lowered_.line()};
   }
 
   /// The next "m=" stood in a line that was changed. The section behind it is that of the last one in the line's new
   /// text, if there is one.
   void goOnBehind(std::string_view text, const Line& line) {
     const std::string_view last =
-        lowered_->line().substr(std::min(lowered_->line().rfind(kMLine), lowered_->line().size()));
+        lowered_.line().substr(std::min(lowered_.line().rfind(kMLine), lowered_.line().size()));
     leaveSection(line.next());
     inSection_ = nextMAnywhereOf(last, kVideo) == 0;
     if (!inSection_) return;
@@ -158,7 +159,7 @@ class BandwidthCaps {
   bool inSection_ = false;
   std::size_t at_ = 0;   ///< where the search goes on
   std::size_t end_ = 0;  ///< of the section
-  std::optional<LoweredBandwidth> lowered_;
+  LoweredBandwidth lowered_;
   BandwidthCounts counts_;
 };
 

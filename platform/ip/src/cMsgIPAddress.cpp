@@ -22,6 +22,8 @@ bool hasAddressLength(const char* text) { return strnlen(text, INET6_ADDRSTRLEN)
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
+bool isHexDigit(char c) { return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
+
 /// Reads a decimal number from 0 to 255 without leading zeros, and leaves `text` behind it.
 bool readByte(const char*& text, std::uint8_t& byte) {
   if (!isDigit(*text)) return false;
@@ -43,12 +45,21 @@ bool parseIPv4(const char* text, std::uint8_t (&bytes)[16]) {
   return *text == '\0';
 }
 
+/// Whether a text begins as each IPv6 address does: with at most four hexadecimal digits in front of a colon. Most texts
+/// that are no address do not.
+bool mayBeIPv6(const char* text) {
+  constexpr int mostDigits = 4;
+  int digits = 0;
+  while (digits < mostDigits && isHexDigit(text[digits])) ++digits;
+  return text[digits] == ':';
+}
+
 /// @param bytes receives the address in network order, when there is one; an IPv4 address in its first four
 /// @return the version of the address, unknown when the text is none
 eIPAddressVersion parse(const char* text, std::uint8_t (&bytes)[16]) {
   if (text == nullptr) return IP_VERSION_UNKNOWN;
   if (parseIPv4(text, bytes)) return IP_VERSION_4;
-  return hasAddressLength(text) && inet_pton(AF_INET6, text, bytes) == 1 ? IP_VERSION_6 : IP_VERSION_UNKNOWN;
+  return mayBeIPv6(text) && hasAddressLength(text) && inet_pton(AF_INET6, text, bytes) == 1 ? IP_VERSION_6 : IP_VERSION_UNKNOWN;
 }
 
 constexpr std::size_t addressSize(eIPAddressVersion version) {

@@ -21,6 +21,10 @@ inline void clear(sSdpParsedData& data, char (&text)[SDP_STORED_TEXT_SIZE]) {
   std::memset(text, 0, sizeof text);
 }
 
+/// `cSdpNegotiator::setRawSDP` of a text whose length is known.
+/// @param text ended by NUL, without one in it
+unsigned short storeText(sSdpParsedData& data, char (&store)[SDP_STORED_TEXT_SIZE], std::string_view text);
+
 /// An object's own, for what parses into it.
 struct ParseTarget {
   cSdpNegotiator& object;
@@ -42,7 +46,7 @@ unsigned short parseInto(const ParseTarget& to, std::string_view sdp, Condense c
     clear(to.data, to.store);
     return 1;
   }
-  const unsigned short status = to.object.setRawSDP(sdp.data());
+  const unsigned short status = storeText(to.data, to.store, sdp);
   if (status != 0) clear(to.data, to.store);
   return status;
 }

@@ -6,6 +6,7 @@
 #include "refusal.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/deflate.h"
+#include "sdpNegotiator/parse.h"
 #include "trace.h"
 
 // The stored text, as it is or deflated.
@@ -26,29 +27,33 @@ bool expand(std::string_view bytes, char* dst, std::size_t len) {
 }
 
 }  // namespace
-}  // namespace sdpneg
 
-using namespace sdpneg;
-
-unsigned short cSdpNegotiator::setRawSDP(const char* sdp) {
-  if (sdp == nullptr) return refuse({.reason = SDP_REFUSED_NULL, .operation = "setRawSDP"});
-  const std::string_view text(sdp);
-  if (text.size() < sizeof rawSdp) {
-    const std::size_t length = text.copy(rawSdp, sizeof rawSdp);
-    std::memset(rawSdp + length, 0, sizeof rawSdp - length);
-    parsedData.storedSdpLength = 0;
+unsigned short storeText(sSdpParsedData& data, char (&store)[SDP_STORED_TEXT_SIZE], std::string_view text) {
+  if (text.size() < sizeof store) {
+    std::memcpy(store, text.data(), text.size());
+    std::memset(store + text.size(), 0, sizeof store - text.size());
+    data.storedSdpLength = 0;
     return 0;
   }
   // The NUL is deflated too, so expanding the text ends it.
-  const Deflated result = deflateText({text.data(), text.size() + 1}, rawSdp, sizeof rawSdp);
+  const Deflated result = deflateText({text.data(), text.size() + 1}, store, sizeof store);
   if (result.status == Deflated::Status::noStream) return refuse({.reason = SDP_REFUSED_NO_MEMORY_TO_STORE});
   if (result.status == Deflated::Status::noRoom) {
     constexpr unsigned short kTooLong = 2;
     tell({.reason = SDP_REFUSED_NOT_STORED});
     return kTooLong;
   }
-  parsedData.storedSdpLength = static_cast<std::uint16_t>(result.length);
+  data.storedSdpLength = static_cast<std::uint16_t>(result.length);
   return 0;
+}
+
+}  // namespace sdpneg
+
+using namespace sdpneg;
+
+unsigned short cSdpNegotiator::setRawSDP(const char* sdp) {
+  if (sdp == nullptr) return refuse({.reason = SDP_REFUSED_NULL, .operation = "setRawSDP"});
+  return storeText(parsedData, rawSdp, sdp);
 }
 
 unsigned short cSdpNegotiator::getRawSDP(char* dst, unsigned int len) const {

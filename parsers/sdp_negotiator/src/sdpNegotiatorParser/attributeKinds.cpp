@@ -4,13 +4,14 @@
 #include <bit>
 #include <cstring>
 #include <iterator>
+#include <limits>
 #include <span>
 #include <string_view>
 
 #include "attributeLines.h"
 #include "vocabulary.h"
 
-// The kinds of attribute lines: a table of names, found by their first two characters.
+// The kinds of attribute lines: a table of names, found by their first characters.
 
 namespace sdpneg {
 namespace {
@@ -46,24 +47,30 @@ constexpr Row kRows[] = {
     {"T38MaxBitRate", NameTest::whole, AttributeKind::t38MaxBitRate},
     {"candidate", NameTest::wholeAnyCase, AttributeKind::candidate},
     {"remote-", NameTest::prefixAnyCase, AttributeKind::remoteOrIce},
+    {"ice-ufrag", NameTest::wholeAnyCase, AttributeKind::iceWithValue},
+    {"ice-pwd", NameTest::wholeAnyCase, AttributeKind::iceWithValue},
+    {"ice-options", NameTest::wholeAnyCase, AttributeKind::iceWithValue},
     {"ice-", NameTest::prefixAnyCase, AttributeKind::remoteOrIce},
 };
 
 constexpr std::size_t kBuckets = 64;
-constexpr std::uint32_t kMultiplier = 22007;
 
-/// The first two characters of a name.
-using Beginning = std::uint16_t;
+/// The first characters of a name; those that are known have as many at least.
+using Beginning = std::uint32_t;
 
 /// The bucket of a name with that beginning, letters in either case. A bucket holds rows in their order.
 constexpr std::size_t bucketOf(Beginning beginning) {
-  constexpr std::uint32_t lowerCase = 0x2020;
-  // A multiplier that puts the names into buckets of their own, but for those that begin alike.
-  return ((beginning | lowerCase) * kMultiplier >> 16U) % kBuckets;
+  constexpr Beginning lowerCase = 0x20202020;
+  // A multiplier that puts the names, and most others that are common, into buckets of their own, but for those that
+  // begin alike.
+  constexpr Beginning multiplier = 0x5A7EB083;
+  constexpr int bits = 6;
+  static_assert(std::size_t{1} << bits == kBuckets);
+  return (beginning | lowerCase) * multiplier >> (std::numeric_limits<Beginning>::digits - bits);
 }
 
 constexpr Beginning beginningOf(std::string_view name) {
-  return std::bit_cast<Beginning>(std::array<char, 2>{name[0], name[1]});
+  return std::bit_cast<Beginning>(std::array<char, sizeof(Beginning)>{name[0], name[1], name[2], name[3]});
 }
 
 struct alignas(64) Entry {
@@ -96,8 +103,8 @@ constexpr Table kTable = makeTable();
 
 /// The entry of a name; entry 0 for one that is not known.
 inline const Entry& entryOf(const a_line::entry& line) {
-  // What stands behind the NUL of an empty name is not looked at.
-  if (line.name[0] == '\0') return kTable.entries[0];
+  // What stands behind the NUL of a shorter name is not looked at.
+  if (line.name[0] == '\0' || line.name[1] == '\0' || line.name[2] == '\0') return kTable.entries[0];
   Beginning beginning = 0;
   std::memcpy(&beginning, line.name, sizeof beginning);
   std::size_t at = kTable.first[bucketOf(beginning)];

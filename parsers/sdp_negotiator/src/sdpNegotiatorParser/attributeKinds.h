@@ -32,8 +32,9 @@ enum class AttributeKind : std::uint8_t {
   gpmd,
   label,
   t38MaxBitRate,
-  candidate,    ///< in any case
-  remoteOrIce,  ///< begins with "remote-" or "ice-" in any case
+  candidate,     ///< in any case
+  iceWithValue,  ///< "ice-ufrag", "ice-pwd" or "ice-options" in any case
+  remoteOrIce,   ///< begins with "remote-" or otherwise with "ice-" in any case
 };
 
 /// A set of kinds.

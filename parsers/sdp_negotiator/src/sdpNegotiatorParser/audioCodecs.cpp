@@ -40,28 +40,58 @@ PayloadWord wordOf(const a_line::entry& line, int payloadType) {
   return wordBehind(line, number->length);
 }
 
-/// The dynamic rules, prepared for comparisons.
-template <std::size_t... Indices>
-constexpr std::array<NamePattern, sizeof...(Indices)> patternsOf(std::index_sequence<Indices...> /*rules*/) {
-  return {NamePattern(kDynamicAudioRules[Indices].prefix,
-                      kDynamicAudioRules[Indices].anyCase ? NameTest::prefixAnyCase : NameTest::prefix)...};
+/// An encoding to compare with. Those that begin alike, letters in either case, form a chain in their order.
+struct Encoding {
+  NamePattern pattern{"", NameTest::prefix};
+  std::uint8_t codec = SDP_NO_CODEC;  ///< none where it depends on a rate
+  std::uint8_t next = 0;
+};
+
+constexpr std::size_t kBeginnings = 32;
+
+constexpr std::size_t beginningOf(char first) { return static_cast<unsigned char>(first) % kBeginnings; }
+
+/// Encoding 0 ends each chain: it fits every word.
+struct Encodings {
+  Encoding entries[1 + std::size(kDynamicAudioRules) + std::size(kRateAudioRules)];
+  std::uint8_t first[kBeginnings] = {};
+
+  constexpr void addInFront(std::size_t index, std::string_view prefix, NameTest test, std::uint8_t codec) {
+    std::uint8_t& chain = first[beginningOf(prefix[0])];
+    entries[index] = {NamePattern(prefix, test), codec, chain};
+    chain = static_cast<std::uint8_t>(index);
+  }
+};
+
+constexpr Encodings makeEncodings() {
+  Encodings encodings;
+  std::size_t index = std::size(encodings.entries);
+  for (std::size_t i = std::size(kRateAudioRules); i > 0; --i) {
+    encodings.addInFront(--index, kRateAudioRules[i - 1].prefix, NameTest::prefix, SDP_NO_CODEC);
+  }
+  for (std::size_t i = std::size(kDynamicAudioRules); i > 0; --i) {
+    const DynamicAudioRule& rule = kDynamicAudioRules[i - 1];
+    const NameTest test = rule.anyCase ? NameTest::prefixAnyCase : NameTest::prefix;
+    encodings.addInFront(--index, rule.prefix, test, rule.codec);
+  }
+  return encodings;
 }
 
-constexpr auto kEncodings = patternsOf(std::make_index_sequence<std::size(kDynamicAudioRules)>());
+constexpr Encodings kEncodings = makeEncodings();
 
-/// Of the word itself: no rule holds white space.
-std::uint8_t codecOfEncoding(PayloadWord word) {
-  char copy[NamePattern::kSize] = {};
+/// The index of a word's encoding, 0 when it is not known. Of the word itself: no rule holds white space.
+std::size_t encodingOf(PayloadWord word) {
+  char copy[NamePattern::kSize];
   const char* encoding = word.text;
   // Near the end of its field a word is copied, so that as much as is compared can be read.
-  if (word.room < sizeof copy) {
+  if (word.room < sizeof copy) [[unlikely]] {
+    std::memset(copy, 0, sizeof copy);
     std::memcpy(copy, word.text, word.room);
     encoding = copy;
   }
-  for (std::size_t i = 0; i < kEncodings.size(); ++i) {
-    if (kEncodings[i].matchesAt(encoding)) return kDynamicAudioRules[i].codec;
-  }
-  return SDP_NO_CODEC;
+  std::size_t at = kEncodings.first[beginningOf(*encoding)];
+  while (!kEncodings.entries[at].pattern.matchesAt(encoding)) at = kEncodings.entries[at].next;
+  return at;
 }
 
 std::uint8_t codecOfRate(const char* encoding, std::string_view parameters) {
@@ -71,14 +101,8 @@ std::uint8_t codecOfRate(const char* encoding, std::string_view parameters) {
   return SDP_NO_CODEC;
 }
 
-bool dependsOnRate(const char* encoding) {
-  return std::any_of(std::begin(kRateAudioRules), std::end(kRateAudioRules),
-                     [encoding](const RateAudioRule& rule) { return textStartsWith(encoding, rule.prefix); });
-}
-
 /// The codec of an encoding whose rate stands in an fmtp line of its payload type.
 std::uint8_t codecOfFmtp(const char* encoding, int payloadType, std::span<const a_line::entry> attributes) {
-  if (!dependsOnRate(encoding)) return SDP_NO_CODEC;
   for (const a_line::entry& line : attributes) {
     if (!kFmtpPrefix.matches(line.name)) continue;
     const std::uint8_t codec = codecOfRate(encoding, Words(wordOf(line, payloadType).text).next());
@@ -89,22 +113,24 @@ std::uint8_t codecOfFmtp(const char* encoding, int payloadType, std::span<const 
 
 /// The codec of a dynamic payload type by the word that its rtpmap line has.
 std::uint8_t codecOfWord(PayloadWord encoding, int payloadType, std::span<const a_line::entry> attributes) {
-  if (*encoding.text == '\0') return SDP_NO_CODEC;
-  const std::uint8_t codec = codecOfEncoding(encoding);
-  return codec != SDP_NO_CODEC ? codec : codecOfFmtp(encoding.text, payloadType, attributes);
+  const std::size_t found = encodingOf(encoding);
+  const std::uint8_t codec = kEncodings.entries[found].codec;
+  // A known one without a codec depends on its rate.
+  return codec != SDP_NO_CODEC || found == 0 ? codec : codecOfFmtp(encoding.text, payloadType, attributes);
 }
 
 bool isDynamic(int payloadType) {
   return payloadType >= kFirstDynamicPayload && payloadType <= kLastDynamicPayload;
 }
 
-/// The codecs of static payload types by their number.
+/// Codecs of payload types by their number.
 struct StaticCodecs {
-  std::uint8_t of[kFirstDynamicPayload];
+  std::uint8_t of[kLastDynamicPayload + 1];
 };
 
 constexpr StaticCodecs staticCodecs() {
   StaticCodecs codecs{};
+  codecs.of[0] = kCodecPcmu;
   for (const StaticAudioRule& rule : kStaticAudioRules) codecs.of[rule.payloadType] = rule.codec;
   return codecs;
 }
@@ -114,7 +140,7 @@ constexpr StaticCodecs kStaticCodecs = staticCodecs();
 /// @param format the payload type's text, or null
 std::uint8_t staticCodec(int payloadType, const char* format) {
   // By the text: one without a number, and a sign in front of a zero, is no payload type.
-  if (payloadType == 0 && format != nullptr && *format == '0') return kCodecPcmu;
+  if (payloadType == 0 && (format == nullptr || *format != '0')) return SDP_NO_CODEC;
   return payloadType >= 0 && payloadType < kFirstDynamicPayload ? kStaticCodecs.of[payloadType]
                                                                 : SDP_NO_CODEC;
 }
@@ -123,22 +149,24 @@ std::uint8_t staticCodec(int payloadType, const char* format) {
 
 // Of several lines for one payload type the first that names a known codec counts.
 PayloadCodecs::PayloadCodecs(const AttributeIndex& attributes) {
-  attributes.forEach(KindSet(AttributeKind::rtpmap, AttributeKind::longerRtpmap),
-                     [&](const a_line::entry& line, AttributeKind) {
-                       const std::optional<Leading<int>> number = leadingNumberOf<int>(line.value);
-                       if (!number || !isDynamic(number->value)) return true;
-                       std::uint8_t& codec = dynamic_[number->value - kFirstDynamicPayload];
-                       if (codec != SDP_NO_CODEC) return true;
-                       codec =
-                           codecOfWord(wordBehind(line, number->length), number->value, attributes.lines());
-                       return true;
-                     });
+  static_assert(sizeof codecs_ == sizeof kStaticCodecs.of);
+  std::memcpy(codecs_, kStaticCodecs.of, sizeof codecs_);
+  constexpr KindSet kinds(AttributeKind::rtpmap, AttributeKind::longerRtpmap);
+  attributes.forEach(kinds, [&](const a_line::entry& line, AttributeKind) {
+    Leading<int> number = shortNumberOf(line.value);
+    if (number.length == 0) number = leadingNumberOf<int>(line.value).value_or(number);
+    if (!isDynamic(number.value)) return true;
+    std::uint8_t& codec = codecs_[number.value];
+    if (codec == SDP_NO_CODEC) {
+      codec = codecOfWord(wordBehind(line, number.length), number.value, attributes.lines());
+    }
+    return true;
+  });
 }
 
-std::uint8_t PayloadCodecs::of(const char* format) const {
+std::uint8_t PayloadCodecs::ofLonger(const char* format) const {
   const int payloadType = numberOrZeroOf<int>(format);
-  return isDynamic(payloadType) ? dynamic_[payloadType - kFirstDynamicPayload]
-                                : staticCodec(payloadType, format);
+  return isDynamic(payloadType) ? codecs_[payloadType] : staticCodec(payloadType, format);
 }
 
 }  // namespace sdpneg

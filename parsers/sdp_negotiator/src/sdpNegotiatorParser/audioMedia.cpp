@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <cstdint>
+
+#include "fieldNumbers.h"
 #include "mediaAddress.h"
 #include "payloadCodecs.h"
 #include "refusal.h"
@@ -27,12 +31,13 @@ Refusal chooseAudio(Body& body, int noOfMDs, Section*& chosen) {
 }
 
 void takeCodecs(sSdpParsedData& data, Section& audio, unsigned int& count) {
-  const m_line& line = audio.media().mLine;
-  const int formats = sdp_MgetNoOfFormats(&line);
   const PayloadCodecs codecs(audio.attributes());
-  for (int i = 0; i < formats && count < MAX_SDP_NEGOTIATOR_AUDIO_CODECS; ++i) {
-    const std::uint8_t codec = codecs.of(sdp_MgetFormat(&line, i));
-    if (codec != SDP_NO_CODEC) data.audioCodec[count++] = codec;
+  for (const auto& format : formatsOf(audio.media().mLine)) {
+    if (count >= MAX_SDP_NEGOTIATOR_AUDIO_CODECS) return;
+    const std::uint8_t codec = codecs.of(format);
+    std::uint8_t& place = data.audioCodec[count];
+    place = codec != SDP_NO_CODEC ? codec : place;
+    count += codec != SDP_NO_CODEC ? 1 : 0;
   }
 }
 
@@ -55,7 +60,7 @@ class AudioAttributes {
       case AttributeKind::mptime:
         return sdpParserMessage::setCodecMptime(periods_, noOfFormats_, value) == 0;
       case AttributeKind::ptime:
-        return readPtime(value);
+        return readPtime(line);
       case AttributeKind::silenceSupp:
         return sdpParserMessage::setSilenceSuppression(data_, value) == 0;
       case AttributeKind::ecan:
@@ -71,8 +76,14 @@ class AudioAttributes {
   }
 
  private:
-  bool readPtime(const char* value) {
-    const bool valid = sdpParserMessage::setCodecPtime(data_, value) == 0;
+  bool readPtime(const a_line::entry& line) {
+    const Leading<int> period = shortNumberOf(line.value);
+    bool valid = true;
+    if (period.length != 0 && line.value[period.length] == '\0') {
+      data_.packetizationPeriod[0] = static_cast<std::uint8_t>(std::min<int>(period.value, UINT8_MAX));
+    } else {
+      valid = sdpParserMessage::setCodecPtime(data_, valueOf(line)) == 0;
+    }
     if (periods_ != nullptr) periods_[0] = data_.packetizationPeriod[0];
     return valid;
   }
@@ -92,6 +103,8 @@ class AudioAttributes {
 
   /// The form with a colon is the one that is known; RFC 4856 writes an equals sign.
   void readAnnexB(const char* value) {
+    // Most lines are of another payload type.
+    if (value[0] != ' ' && (value[0] != '1' || (value[1] != ' ' && value[1] != '8'))) return;
     if (sdpParserMessage::strcmpwospaces(value, "18annexb:no") == 0) {
       sdpParserMessage::setG729AnnexB(data_, noOfFormats_, kCodecG729AnnexA);
     } else if (sdpParserMessage::strcmpwospaces(value, "18annexb:yes") == 0) {
@@ -121,7 +134,7 @@ unsigned short takeAudio(sSdpParsedData& data, Body& body, unsigned int& count, 
   data.port = static_cast<std::uint32_t>(audio->port());
   takeCodecs(data, *audio, count);
   data.sessionMode = firstGiven(audio->attributes().mode(), data.sessionMode);
-  AudioAttributes reader(data, sdp_MgetNoOfFormats(&audio->media().mLine), periods);
+  AudioAttributes reader(data, static_cast<int>(formatsOf(audio->media().mLine).size()), periods);
   audio->attributes().forEach(AudioAttributes::kinds(), [&](const a_line::entry& line, AttributeKind kind) {
     return reader.read(line, kind);
   });

@@ -1,6 +1,5 @@
 #include "body.h"
 
-#include <bit>
 #include <cstring>
 
 // What the steps of the analysis ask of a decoded body.
@@ -34,7 +33,7 @@ Body::Body(const sDescription& description, Inheritance inheritance) : descripti
     section.connection_ = (missing & SDP_HAS_C_LINE) != 0 ? &description.cLine : &media[i].cLine;
     // A record that is filled by hand may have several bits, and is of no kind then.
     const unsigned int kind = section.kind();
-    if (std::has_single_bit(kind)) kinds_ |= kind;
+    if (kind != 0 && (kind & (kind - 1)) == 0) kinds_ |= kind;
   }
 }
 

@@ -41,12 +41,15 @@ inline bool isNamed(const a_line::entry& line, const char* name) {
   return line.name[0] == name[0] && std::strcmp(line.name, name) == 0;
 }
 
-/// The port of an m-line, at most the largest value of its type.
-inline int portOf(const mDescription& media) { return numberOrZeroOf<int>(sdp_MgetPort(&media.mLine)); }
-
-inline std::string_view transportOf(const mDescription& media) {
-  return viewOf(sdp_MgetTransport(&media.mLine));
+/// The formats of an m-line that are held.
+inline std::span<const char[SDP_FORMAT_SIZE]> formatsOf(const m_line& line) {
+  return {line.formats, static_cast<std::size_t>(std::clamp(line.formatCount, 0, SDP_FORMAT_CAPACITY))};
 }
+
+/// The port of an m-line, at most the largest value of its type.
+inline int portOf(const mDescription& media) { return numberOrZeroOf<int>(media.mLine.port); }
+
+inline std::string_view transportOf(const mDescription& media) { return media.mLine.transport; }
 
 inline bool hasConnection(const c_line& line) { return line.count > 0; }
 

@@ -71,6 +71,23 @@ std::string_view findEncodingName(std::span<const a_line::entry> lines, const ch
   return {};
 }
 
+std::string_view findEncodingName(const AttributeIndex& attributes, const char* format) {
+  const std::string_view wanted = format;
+  std::string_view name;
+  attributes.forEach(KindSet(AttributeKind::rtpmap), [&](const a_line::entry& line, AttributeKind) {
+    name = encodingNameOf(line.value, wanted);
+    return name.empty();
+  });
+  return name;
+}
+
+bool encodingNameStartsWith(const char* value, std::string_view prefix) {
+  while (isBlank(*value)) ++value;
+  while (*value != '\0' && !isBlank(*value)) ++value;
+  while (isBlank(*value)) ++value;
+  return textStartsWith(value, prefix);
+}
+
 }  // namespace sdpneg
 
 using namespace sdpneg;

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "aLine.h"
+#include "attributeKinds.h"
 
 // The encoding names of formats, from rtpmap lines.
 
@@ -19,6 +20,12 @@ std::string_view findEncodingName(const char* begin, const char* end, const char
 /// The same in the attribute lines of a description.
 /// @param format null, or as it stands in the m-line
 std::string_view findEncodingName(std::span<const a_line::entry> lines, const char* format);
+
+/// The same of lines whose kinds are known.
+std::string_view findEncodingName(const AttributeIndex& attributes, const char* format);
+
+/// Whether the encoding name of an rtpmap value begins so, whatever its format is.
+bool encodingNameStartsWith(const char* value, std::string_view prefix);
 
 }  // namespace sdpneg
 

@@ -55,27 +55,24 @@ IceNames iceNamesIn(std::string_view text) {
 }
 
 void takeNames(IceNames& names, const AttributeIndex& attributes) {
-  attributes.forEach(KindSet(AttributeKind::candidate, AttributeKind::remoteOrIce),
-                     [&](const a_line::entry& line, AttributeKind kind) {
-                       // There may be many candidates; each tells the same.
-                       if (kind == AttributeKind::candidate && names.full) return true;
-                       FixedText<sizeof line.name + 1> text;
-                       text.add(line.name);
-                       if (valueOf(line) != nullptr) text.add(":");
-                       takeName(names, text.view());
-                       return true;
-                     });
+  constexpr KindSet kinds(AttributeKind::candidate, AttributeKind::iceWithValue, AttributeKind::remoteOrIce);
+  attributes.forEach(kinds, [&](const a_line::entry& line, AttributeKind kind) {
+    if (kind != AttributeKind::remoteOrIce) {
+      names.full = names.full || valueOf(line) != nullptr;
+      return true;
+    }
+    FixedText<sizeof line.name + 1> text;
+    text.add(line.name);
+    if (valueOf(line) != nullptr) text.add(":");
+    takeName(names, text.view());
+    return true;
+  });
 }
 
-/// The same of a decoded body. Where each "a=" of the text is the beginning of an attribute line that is held whole, the
-/// lines' names tell.
-IceNames iceNamesIn(Body& body, const BodyText& text) {
-  const bool isWhole = sdp_isComplete(&body.description());
-  if (!isWhole || text.attributeStarts != body.attributeLines()) return iceNamesIn(text.text);
-  IceNames found;
-  takeNames(found, body.session());
-  for (Section& section : body.sections()) takeNames(found, section.attributes());
-  return found;
+/// Whether each "a=" of the text is the beginning of an attribute line that is held whole, so that the lines' names tell
+/// what the text holds.
+bool isToldByLines(Body& body, const BodyText& text) {
+  return sdp_isComplete(&body.description()) && text.attributeStarts == body.attributeLines();
 }
 
 void noteIce(sSdpParsedData& data, IceNames found) {
@@ -148,8 +145,20 @@ void takeConnection(Indication& indication, ReadAddress& addresses, const c_line
 
 }  // namespace
 
-void findIce(sSdpParsedData& data, Body& body, const BodyText& text) {
-  noteIce(data, iceNamesIn(body, text));
+bool findIce(sSdpParsedData& data, Body& body, const BodyText& text) {
+  if (!isToldByLines(body, text)) {
+    noteIce(data, iceNamesIn(text.text));
+    return true;
+  }
+  IceNames found;
+  bool hasCandidates = body.session().has(AttributeKind::candidate);
+  takeNames(found, body.session());
+  for (Section& section : body.sections()) {
+    hasCandidates = hasCandidates || section.attributes().has(AttributeKind::candidate);
+    takeNames(found, section.attributes());
+  }
+  noteIce(data, found);
+  return hasCandidates;
 }
 
 unsigned short matchCandidates(sSdpParsedData& data, const sDescription& description, std::string_view text) {

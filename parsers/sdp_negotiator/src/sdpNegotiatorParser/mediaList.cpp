@@ -3,6 +3,7 @@
 #include <new>
 
 #include "descriptionView.h"
+#include "encodingNames.h"
 #include "refusal.h"
 #include "sdpNegotiatorParser.h"
 #include "steps.h"
@@ -77,18 +78,13 @@ bool sharesEntry(std::span<Section> before, Section& section) {
   });
 }
 
-bool holdsH264(const char* value) {
-  constexpr std::string_view name = "H264";
-  const char* at = std::strchr(value, name[0]);
-  while (at != nullptr && !textStartsWith(at, name)) at = std::strchr(at + 1, name[0]);
-  return at != nullptr;
-}
+constexpr std::string_view kH264 = "H264";
 
 /// Whether a section may have formats of H.264: their name stands in an rtpmap line.
 bool mayHoldH264(Section& section) {
   bool found = false;
   section.attributes().forEach(KindSet(AttributeKind::rtpmap), [&](const a_line::entry& line, AttributeKind) {
-    found = holdsH264(line.value);
+    found = encodingNameStartsWith(line.value, kH264);
     return !found;
   });
   return found;
@@ -96,11 +92,9 @@ bool mayHoldH264(Section& section) {
 
 void takeH264Levels(sSdpParsedData& data, Section& video) {
   if (!mayHoldH264(video)) return;
-  const m_line& line = video.media().mLine;
-  const int count = sdp_MgetNoOfFormats(&line);
-  for (int i = 0; i < count; ++i) {
-    const codecDetailStruct detail =
-        detailOf(MEDIA_VIDEO, video.attributes().lines(), sdp_MgetFormat(&line, i));
+  for (const auto& format : formatsOf(video.media().mLine)) {
+    if (!startsWith(findEncodingName(video.attributes(), format), kH264)) continue;
+    const codecDetailStruct detail = detailOf(MEDIA_VIDEO, video.attributes().lines(), format);
     if (detail.codec == kCodecH264) data.h264Profile = std::max(data.h264Profile, detail.profile);
   }
 }

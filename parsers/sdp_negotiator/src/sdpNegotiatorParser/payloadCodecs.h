@@ -1,10 +1,12 @@
 #ifndef SDP_PAYLOAD_CODECS_H
 #define SDP_PAYLOAD_CODECS_H
 
+#include <cstddef>
 #include <cstdint>
 
 #include "attributeKinds.h"
 #include "audioCodecRules.h"
+#include "fieldNumbers.h"
 #include "sdpDataDefinitions.h"
 
 // The audio codecs of an m-line's formats.
@@ -17,13 +19,21 @@ class PayloadCodecs {
   /// @param attributes of the m-line
   explicit PayloadCodecs(const AttributeIndex& attributes);
 
-  /// @param format a text ended by NUL, or null
+  /// @param format a field that begins with one
   /// @return its audio codec value, SDP_NO_CODEC when it is unknown
-  std::uint8_t of(const char* format) const;
+  template <std::size_t Size>
+  std::uint8_t of(const char (&format)[Size]) const {
+    const Leading<int> number = shortNumberOf(format);
+    if (number.length == 0) return ofLonger(format);
+    return number.value <= kLastDynamicPayload ? codecs_[number.value] : SDP_NO_CODEC;
+  }
 
  private:
-  /// Those of dynamic payload types.
-  std::uint8_t dynamic_[kLastDynamicPayload - kFirstDynamicPayload + 1] = {};
+  /// Of a format that is no number of few digits.
+  std::uint8_t ofLonger(const char* format) const;
+
+  /// By payload type.
+  std::uint8_t codecs_[kLastDynamicPayload + 1];
 };
 
 }  // namespace sdpneg

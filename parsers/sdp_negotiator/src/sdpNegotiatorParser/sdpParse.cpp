@@ -56,9 +56,9 @@ void takeSession(sSdpParsedData& data, Body& body, const BodyText& sdp) {
   data.bandwidth = sdp_BgetBandwidthValue(&body.description().bLine);
   data.sessionMode = body.sessionMode();
   findMikey(data, body);
-  findIce(data, body, sdp);
+  const bool mayMatch = findIce(data, body, sdp);
   // Without any ICE attribute there is no candidate either, and that leaves the match as it is.
-  if ((data.sdpAttributes & (SDP_ATTR_ICE_LITE | SDP_ATTR_FULL_ICE)) != 0) {
+  if (mayMatch && (data.sdpAttributes & (SDP_ATTR_ICE_LITE | SDP_ATTR_FULL_ICE)) != 0) {
     matchCandidates(data, body.description(), sdp.text);
   }
 }

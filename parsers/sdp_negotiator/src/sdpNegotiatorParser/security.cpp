@@ -27,19 +27,33 @@ void noteMikey(sSdpParsedData& data) {
   trace::progress("Mikey attribute is found.");
 }
 
-/// Whether a transport is named, at the beginning as mostly or further on.
-bool names(std::string_view transport, std::string_view name) {
-  return startsWith(transport, name) || contains(transport, name);
+/// Which transports a transport field names, at its beginning as mostly or further on.
+struct Named {
+  bool plain;
+  bool secure;
+};
+
+/// Whether nothing stands behind the name of a transport, or what tells one with feedback.
+bool isEndOfName(const char* behind) { return behind[0] == '\0' || (behind[0] == 'F' && behind[1] == '\0'); }
+
+Named namedBy(const char* transport) {
+  constexpr std::string_view tls = "UDP/TLS/";
+  constexpr std::string_view plain = kPlainTransport;
+  constexpr std::string_view secure = kSecureTransport;
+  const char* const name = textStartsWith(transport, tls) ? transport + tls.size() : transport;
+  if (textStartsWith(name, plain) && isEndOfName(name + plain.size())) return {true, false};
+  if (textStartsWith(name, secure) && isEndOfName(name + secure.size())) return {false, true};
+  return {contains(transport, plain), contains(transport, secure)};
 }
 
 void noteSecureMedia(sSdpParsedData& data, Section& section) {
-  const std::string_view transport = transportOf(section.media());
-  if (names(transport, kSecureTransport) && section.port() != 0) {
+  const Named named = namedBy(section.media().mLine.transport);
+  if (named.secure && section.port() != 0) {
     data.sdpAttributes |= SDP_ATTR_SECURE_RTP;
     if (section.kind() == MEDIA_VIDEO) data.sdpAttributes |= SDP_ATTR_SECURE_VIDEO;
     trace::info("Setting secure RTP call flag");
   }
-  if (names(transport, kPlainTransport) && section.attributes().hasAnyOf(kSecurityLines)) {
+  if (named.plain && section.attributes().hasAnyOf(kSecurityLines)) {
     data.sdpAttributes |= SDP_ATTR_SECURE_RTP;
     trace::info("RTP/AVP media with secure line. Setting secure RTP call flag");
   }

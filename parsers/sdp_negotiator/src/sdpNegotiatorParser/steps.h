@@ -23,7 +23,8 @@ void findMikey(sSdpParsedData& data, Body& body);
 void findSecureMedia(sSdpParsedData& data, Body& body, int noOfMDs);
 
 // ice.cpp
-void findIce(sSdpParsedData& data, Body& body, const BodyText& text);
+/// @return whether the text may hold candidates
+bool findIce(sSdpParsedData& data, Body& body, const BodyText& text);
 /// @return 0 or 1
 unsigned short matchCandidates(sSdpParsedData& data, const sDescription& description, std::string_view text);
 /// @return the eIPAddressVersion that active media indicate

@@ -59,7 +59,9 @@ bool mayBeIPv6(const char* text) {
 eIPAddressVersion parse(const char* text, std::uint8_t (&bytes)[16]) {
   if (text == nullptr) return IP_VERSION_UNKNOWN;
   if (parseIPv4(text, bytes)) return IP_VERSION_4;
-  return mayBeIPv6(text) && hasAddressLength(text) && inet_pton(AF_INET6, text, bytes) == 1 ? IP_VERSION_6 : IP_VERSION_UNKNOWN;
+  return mayBeIPv6(text) && hasAddressLength(text) && inet_pton(AF_INET6, text, bytes) == 1
+             ? IP_VERSION_6
+             : IP_VERSION_UNKNOWN;
 }
 
 constexpr std::size_t addressSize(eIPAddressVersion version) {

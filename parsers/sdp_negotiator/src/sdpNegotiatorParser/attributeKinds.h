@@ -79,6 +79,7 @@ class AttributeIndex {
   void read(const a_line* block);
 
   std::span<const a_line::entry> lines() const { return {entries_, size_}; }
+  KindSet kinds() const { return present_; }
   bool has(AttributeKind kind) const { return present_.has(kind); }
   bool hasAnyOf(KindSet kinds) const { return present_.hasAnyOf(kinds); }
 

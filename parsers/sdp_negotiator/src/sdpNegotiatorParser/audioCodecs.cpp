@@ -153,7 +153,7 @@ PayloadCodecs::PayloadCodecs(const AttributeIndex& attributes) {
   std::memcpy(codecs_, kStaticCodecs.of, sizeof codecs_);
   constexpr KindSet kinds(AttributeKind::rtpmap, AttributeKind::longerRtpmap);
   attributes.forEach(kinds, [&](const a_line::entry& line, AttributeKind) {
-    Leading<int> number = shortNumberOf(line.value);
+    Leading<int> number = shortNumberOf<kPayloadDigits>(line.value);
     if (number.length == 0) number = leadingNumberOf<int>(line.value).value_or(number);
     if (!isDynamic(number.value)) return true;
     std::uint8_t& codec = codecs_[number.value];

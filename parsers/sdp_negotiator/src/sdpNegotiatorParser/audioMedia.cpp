@@ -77,7 +77,7 @@ class AudioAttributes {
 
  private:
   bool readPtime(const a_line::entry& line) {
-    const Leading<int> period = shortNumberOf(line.value);
+    const Leading<int> period = shortNumberOf<kPayloadDigits>(line.value);
     bool valid = true;
     if (period.length != 0 && line.value[period.length] == '\0') {
       data_.packetizationPeriod[0] = static_cast<std::uint8_t>(std::min<int>(period.value, UINT8_MAX));

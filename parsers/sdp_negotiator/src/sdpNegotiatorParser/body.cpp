@@ -43,12 +43,17 @@ const AttributeIndex& Body::session() {
   return session_;
 }
 
-std::size_t Body::attributeLines() {
-  std::size_t count = session().lines().size();
+const HeldLines& Body::lines() {
+  if (hasLines_) return lines_;
+  hasLines_ = true;
+  lines_ = {session().lines().size(), session().kinds()};
   for (Section& section : sections()) {
-    if (section.attributes_ != &session_) count += section.attributes().lines().size();
+    if (section.attributes_ == &session_) continue;
+    const AttributeIndex& attributes = section.attributes();
+    lines_.count += attributes.lines().size();
+    lines_.kinds.add(attributes.kinds());
   }
-  return count;
+  return lines_;
 }
 
 }  // namespace sdpneg

@@ -67,6 +67,12 @@ class ReadAddress {
   cMsgIPAddress address_;
 };
 
+/// The attribute lines of a whole body.
+struct HeldLines {
+  std::size_t count;  ///< inherited ones counted once
+  KindSet kinds;
+};
+
 /// A decoded body.
 class Body {
  public:
@@ -83,8 +89,8 @@ class Body {
   std::span<Section> sections(int noOfMDs) {
     return sections().first(static_cast<std::size_t>(std::clamp(noOfMDs, 0, static_cast<int>(count_))));
   }
-  /// How many attribute lines the description holds, inherited ones counted once.
-  std::size_t attributeLines();
+  /// What the session and all sections hold together. Reads the attribute lines of each.
+  const HeldLines& lines();
   /// Whether a section of that kind is held.
   bool holds(eMediaType kind) const { return (kinds_ & kind) != 0; }
   /// The direction of media that have none of their own.
@@ -96,6 +102,8 @@ class Body {
   std::size_t count_;
   unsigned int kinds_ = 0;
   bool hasSession_ = false;
+  bool hasLines_ = false;
+  HeldLines lines_;
   AttributeIndex session_;
   ReadAddress addresses_;
   Section sections_[SDP_MEDIA_CAPACITY];

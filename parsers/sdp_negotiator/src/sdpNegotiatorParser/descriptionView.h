@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "attributeLines.h"
+#include "fieldNumbers.h"
 #include "sdpDataDefinitions.h"
 #include "sessionDescription.h"
 #include "text/search.h"
@@ -47,7 +48,10 @@ inline std::span<const char[SDP_FORMAT_SIZE]> formatsOf(const m_line& line) {
 }
 
 /// The port of an m-line, at most the largest value of its type.
-inline int portOf(const mDescription& media) { return numberOrZeroOf<int>(media.mLine.port); }
+inline int portOf(const mDescription& media) {
+  const Leading<int> number = shortNumberOf<kPortDigits>(media.mLine.port);
+  return number.length != 0 ? number.value : numberOrZeroOf<int>(media.mLine.port);
+}
 
 inline std::string_view transportOf(const mDescription& media) { return media.mLine.transport; }
 

@@ -22,19 +22,6 @@ constexpr std::size_t kCompareLimit = 100;
 bool isBlank(char c) { return c == ' ' || c == '\t'; }
 bool isLineEnd(char c) { return c == '\r' || c == '\n'; }
 
-/// The encoding name that an rtpmap value gives a format; empty when it defines another format or none.
-/// @param value ended by NUL; its line may be followed by others
-std::string_view encodingNameOf(const char* value, std::string_view format) {
-  // Most lines that are tried belong to another format.
-  if (!isBlank(*value) && !textStartsWith(value, format)) return {};
-  const char* const end = value + strnlen(value, kRtpmapLimit);
-  const char* const word = std::find_if_not(value, end, isBlank);
-  const char* const wordEnd = std::find_if(word, end, isBlank);
-  if (std::string_view(word, static_cast<std::size_t>(wordEnd - word)) != format) return {};
-  const char* const name = std::find_if_not(wordEnd, end, isBlank);
-  return {name, std::find_if(name, end, isLineEnd)};
-}
-
 /// Hands out what was found: cuts it to the buffer.
 /// @param name null, or a buffer of `size` characters
 /// @return whether something was found
@@ -45,6 +32,17 @@ bool deliver(std::string_view found, char* name, unsigned int size) {
 }
 
 }  // namespace
+
+std::string_view encodingNameOf(const char* value, std::string_view format) {
+  // Most lines that are tried belong to another format.
+  if (!isBlank(*value) && !textStartsWith(value, format)) return {};
+  const char* const end = value + strnlen(value, kRtpmapLimit);
+  const char* const word = std::find_if_not(value, end, isBlank);
+  const char* const wordEnd = std::find_if(word, end, isBlank);
+  if (std::string_view(word, static_cast<std::size_t>(wordEnd - word)) != format) return {};
+  const char* const name = std::find_if_not(wordEnd, end, isBlank);
+  return {name, std::find_if(name, end, isLineEnd)};
+}
 
 std::string_view findEncodingName(const char* begin, const char* end, const char* format) {
   constexpr std::string_view lineStart = "\na=rtpmap:";
@@ -69,16 +67,6 @@ std::string_view findEncodingName(std::span<const a_line::entry> lines, const ch
     if (!name.empty()) return name;
   }
   return {};
-}
-
-std::string_view findEncodingName(const AttributeIndex& attributes, const char* format) {
-  const std::string_view wanted = format;
-  std::string_view name;
-  attributes.forEach(KindSet(AttributeKind::rtpmap), [&](const a_line::entry& line, AttributeKind) {
-    name = encodingNameOf(line.value, wanted);
-    return name.empty();
-  });
-  return name;
 }
 
 bool encodingNameStartsWith(const char* value, std::string_view prefix) {

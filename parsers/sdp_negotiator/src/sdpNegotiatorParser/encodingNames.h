@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "aLine.h"
-#include "attributeKinds.h"
 
 // The encoding names of formats, from rtpmap lines.
 
@@ -21,8 +20,9 @@ std::string_view findEncodingName(const char* begin, const char* end, const char
 /// @param format null, or as it stands in the m-line
 std::string_view findEncodingName(std::span<const a_line::entry> lines, const char* format);
 
-/// The same of lines whose kinds are known.
-std::string_view findEncodingName(const AttributeIndex& attributes, const char* format);
+/// The encoding name that an rtpmap value gives a format; empty when it defines another format or none.
+/// @param value ended by NUL; its line may be followed by others
+std::string_view encodingNameOf(const char* value, std::string_view format);
 
 /// Whether the encoding name of an rtpmap value begins so, whatever its format is.
 bool encodingNameStartsWith(const char* value, std::string_view prefix);

@@ -44,19 +44,22 @@ void takeName(IceNames& names, std::string_view text) {
   names.full = names.full || isFullIceName(text);
 }
 
-/// Looks behind each "a=" of a text, inside lines as well, in one pass: equals signs are rarer than the
-/// names' other characters.
+/// Looks behind each "a=" of a text, inside lines as well, in one pass.
 IceNames iceNamesIn(std::string_view text) {
+  constexpr Pair attribute = {'a', '=', true};
   IceNames found;
-  for (std::size_t at = text.find('=', 1); at != npos && !found.lite; at = text.find('=', at + 1)) {
-    if (lower(text[at - 1]) == 'a') takeName(found, text.substr(at + 1));
+  for (std::size_t at = findPair(text, attribute); at != npos && !found.lite;
+       at = findPair(text, attribute, at + 2)) {
+    takeName(found, text.substr(at + 2));
   }
   return found;
 }
 
+constexpr KindSet kIceLines(AttributeKind::candidate, AttributeKind::iceWithValue,
+                            AttributeKind::remoteOrIce);
+
 void takeNames(IceNames& names, const AttributeIndex& attributes) {
-  constexpr KindSet kinds(AttributeKind::candidate, AttributeKind::iceWithValue, AttributeKind::remoteOrIce);
-  attributes.forEach(kinds, [&](const a_line::entry& line, AttributeKind kind) {
+  attributes.forEach(kIceLines, [&](const a_line::entry& line, AttributeKind kind) {
     if (kind != AttributeKind::remoteOrIce) {
       names.full = names.full || valueOf(line) != nullptr;
       return true;
@@ -72,7 +75,7 @@ void takeNames(IceNames& names, const AttributeIndex& attributes) {
 /// Whether each "a=" of the text is the beginning of an attribute line that is held whole, so that the lines' names tell
 /// what the text holds.
 bool isToldByLines(Body& body, const BodyText& text) {
-  return sdp_isComplete(&body.description()) && text.attributeStarts == body.attributeLines();
+  return sdp_isComplete(&body.description()) && text.attributeStarts == body.lines().count;
 }
 
 void noteIce(sSdpParsedData& data, IceNames found) {
@@ -151,14 +154,12 @@ bool findIce(sSdpParsedData& data, Body& body, const BodyText& text) {
     return true;
   }
   IceNames found;
-  bool hasCandidates = body.session().has(AttributeKind::candidate);
-  takeNames(found, body.session());
-  for (Section& section : body.sections()) {
-    hasCandidates = hasCandidates || section.attributes().has(AttributeKind::candidate);
-    takeNames(found, section.attributes());
+  if (body.lines().kinds.hasAnyOf(kIceLines)) {
+    takeNames(found, body.session());
+    for (Section& section : body.sections()) takeNames(found, section.attributes());
   }
   noteIce(data, found);
-  return hasCandidates;
+  return body.lines().kinds.has(AttributeKind::candidate);
 }
 
 unsigned short matchCandidates(sSdpParsedData& data, const sDescription& description, std::string_view text) {

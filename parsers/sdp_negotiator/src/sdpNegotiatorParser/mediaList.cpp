@@ -78,25 +78,19 @@ bool sharesEntry(std::span<Section> before, Section& section) {
   });
 }
 
-constexpr std::string_view kH264 = "H264";
-
-/// Whether a section may have formats of H.264: their name stands in an rtpmap line.
-bool mayHoldH264(Section& section) {
-  bool found = false;
-  section.attributes().forEach(KindSet(AttributeKind::rtpmap), [&](const a_line::entry& line, AttributeKind) {
-    found = encodingNameStartsWith(line.value, kH264);
-    return !found;
-  });
-  return found;
-}
-
+/// Takes the levels of those formats whose rtpmap line names H.264.
 void takeH264Levels(sSdpParsedData& data, Section& video) {
-  if (!mayHoldH264(video)) return;
-  for (const auto& format : formatsOf(video.media().mLine)) {
-    if (!startsWith(findEncodingName(video.attributes(), format), kH264)) continue;
-    const codecDetailStruct detail = detailOf(MEDIA_VIDEO, video.attributes().lines(), format);
-    if (detail.codec == kCodecH264) data.h264Profile = std::max(data.h264Profile, detail.profile);
-  }
+  const AttributeIndex& attributes = video.attributes();
+  attributes.forEach(KindSet(AttributeKind::rtpmap), [&](const a_line::entry& line, AttributeKind) {
+    if (!encodingNameStartsWith(line.value, "H264")) return true;
+    for (const auto& format : formatsOf(video.media().mLine)) {
+      if (encodingNameOf(line.value, format).empty()) continue;
+      // The line may not be the first one of its format.
+      const codecDetailStruct detail = detailOf(MEDIA_VIDEO, attributes.lines(), format);
+      if (detail.codec == kCodecH264) data.h264Profile = std::max(data.h264Profile, detail.profile);
+    }
+    return true;
+  });
 }
 
 void takeListed(sSdpParsedData& data, Section& video, unsigned char sessionMode) {

@@ -23,7 +23,7 @@ class PayloadCodecs {
   /// @return its audio codec value, SDP_NO_CODEC when it is unknown
   template <std::size_t Size>
   std::uint8_t of(const char (&format)[Size]) const {
-    const Leading<int> number = shortNumberOf(format);
+    const Leading<int> number = shortNumberOf<kPayloadDigits>(format);
     if (number.length == 0) return ofLonger(format);
     return number.value <= kLastDynamicPayload ? codecs_[number.value] : SDP_NO_CODEC;
   }

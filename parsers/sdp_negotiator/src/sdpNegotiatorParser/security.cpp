@@ -12,13 +12,14 @@ namespace {
 constexpr KindSet kSecurityLines(AttributeKind::crypto, AttributeKind::setup, AttributeKind::fingerprint,
                                  AttributeKind::keyMgmt);
 
+constexpr KindSet kMikeyLines(AttributeKind::keyMgmt, AttributeKind::longerKeyMgmt);
+
 bool hasMikeyLine(const AttributeIndex& attributes) {
   bool found = false;
-  attributes.forEach(KindSet(AttributeKind::keyMgmt, AttributeKind::longerKeyMgmt),
-                     [&](const a_line::entry& line, AttributeKind) {
-                       found = line.value[0] != '\0';
-                       return !found;
-                     });
+  attributes.forEach(kMikeyLines, [&](const a_line::entry& line, AttributeKind) {
+    found = line.value[0] != '\0';
+    return !found;
+  });
   return found;
 }
 
@@ -63,6 +64,7 @@ void noteSecureMedia(sSdpParsedData& data, Section& section) {
 
 void findMikey(sSdpParsedData& data, Body& body) {
   if (hasMikeyLine(body.session())) return noteMikey(data);
+  if (!body.lines().kinds.hasAnyOf(kMikeyLines)) return;
   for (Section& section : body.sections()) {
     if (hasMikeyLine(section.attributes())) noteMikey(data);
   }

@@ -109,6 +109,22 @@ inline PairCounts countPairs(std::string_view text, Pair one, Pair other) {
   return counts;
 }
 
+/// The first place of a pair at or behind `from`.
+/// @return npos when there is none
+inline std::size_t findPair(std::string_view text, Pair pair, std::size_t from = 0) {
+  std::size_t at = from;
+#ifdef __SSE2__
+  for (; at + kPairWidth < text.size(); at += kPairWidth) {
+    const auto places = static_cast<unsigned int>(_mm_movemask_epi8(PairPlaces(text.data() + at).of(pair)));
+    if (places != 0) return at + static_cast<std::size_t>(std::countr_zero(places));
+  }
+#endif
+  for (; at + 1 < text.size(); ++at) {
+    if (pair.standsAt(text.data() + at)) return at;
+  }
+  return std::string_view::npos;
+}
+
 /// The first place of a piece at or behind `from`. Only places of two of its characters are looked at: those should
 /// seldom stand together in the texts at hand.
 /// @param pair where the first of the two stands in the piece

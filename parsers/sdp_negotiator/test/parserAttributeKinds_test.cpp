@@ -74,6 +74,13 @@ TEST(AttributeKinds, AreToldByTheName) {
       {"candidates", other},
       {"ice-lite", remoteOrIce},
       {"ICE-x", remoteOrIce},
+      {"ice-mismatch", remoteOrIce},
+      {"ice-ufrag", iceWithValue},
+      {"Ice-Pwd", iceWithValue},
+      {"ice-options", iceWithValue},
+      {"ice-pwds", remoteOrIce},
+      {"ice-pw", remoteOrIce},
+      {"ic", other},
       {"ice\rlite", other},  // differs from "-" in the bit that tells the cases of letters apart
       {"ice", other},
       {"remote-candidates", remoteOrIce},

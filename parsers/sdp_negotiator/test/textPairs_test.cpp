@@ -43,6 +43,25 @@ TEST(TextPairs, AreCountedBeyondWhatAByteCounts) {
   EXPECT_EQ(countPairs(text.substr(0, text.size() - 1), kAnyCase, kExact).one, 9999U);
 }
 
+TEST(TextPairs, AreFoundAtOrBehindABeginning) {
+  EXPECT_EQ(findPair("", kAnyCase), npos);
+  EXPECT_EQ(findPair("a", kAnyCase), npos);
+  EXPECT_EQ(findPair("aA=a=", kAnyCase), 1U);
+  EXPECT_EQ(findPair("aA=a=", kAnyCase, 2), 3U);
+  EXPECT_EQ(findPair("aA=a=", kAnyCase, 4), npos);
+  EXPECT_EQ(findPair("aA=a=", kAnyCase, 100), npos);
+  EXPECT_EQ(findPair("-E-e", kExact), 2U);
+  for (std::size_t size = 2; size < 70; ++size) {
+    for (std::size_t at = 0; at + 1 < size; ++at) {
+      std::string text(size, 'a');
+      text[at + 1] = '=';
+      EXPECT_EQ(findPair(text, kAnyCase), at) << size;
+      EXPECT_EQ(findPair(text, kAnyCase, at), at) << size;
+      EXPECT_EQ(findPair(text, kAnyCase, at + 1), npos) << size;
+    }
+  }
+}
+
 TEST(TextPairs, LeadToAPieceAtEveryPlace) {
   constexpr std::string_view piece = "xx-exx";
   for (std::size_t size = piece.size(); size < 60; ++size) {

@@ -64,10 +64,6 @@ eIPAddressVersion parse(const char* text, std::uint8_t (&bytes)[16]) {
              : IP_VERSION_UNKNOWN;
 }
 
-constexpr std::size_t addressSize(eIPAddressVersion version) {
-  return version == IP_VERSION_4 ? sizeof(in_addr) : version == IP_VERSION_6 ? sizeof(in6_addr) : 0;
-}
-
 /// Copies as much as fits in front of the NUL; `size` is at least 1.
 void copyCut(std::string_view from, char* to, std::size_t size) {
   const std::size_t length = std::min(from.size(), size - 1);
@@ -81,10 +77,10 @@ void cMsgIPAddress::init() { *this = cMsgIPAddress{}; }
 
 void cMsgIPAddress::setIPAddress(const char* text) {
   std::uint8_t parsed[sizeof bytes] = {};
-  const eIPAddressVersion parsedVersion = parse(text, parsed);
-  init();
-  version = parsedVersion;
-  std::copy_n(parsed, addressSize(parsedVersion), bytes);
+  version = parse(text, parsed);
+  // A text that is no address may have left some of one.
+  if (version == IP_VERSION_UNKNOWN) std::memset(parsed, 0, sizeof parsed);
+  std::memcpy(bytes, parsed, sizeof bytes);
 }
 
 void cMsgIPAddress::getIPAddressText(char* text, int size) const {

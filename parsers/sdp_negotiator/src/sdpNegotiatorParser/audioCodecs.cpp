@@ -79,19 +79,23 @@ constexpr Encodings makeEncodings() {
 
 constexpr Encodings kEncodings = makeEncodings();
 
-/// The index of a word's encoding, 0 when it is not known. Of the word itself: no rule holds white space.
-std::size_t encodingOf(PayloadWord word) {
-  char copy[NamePattern::kSize];
-  const char* encoding = word.text;
-  // Near the end of its field a word is copied, so that as much as is compared can be read.
-  if (word.room < sizeof copy) [[unlikely]] {
-    std::memset(copy, 0, sizeof copy);
-    std::memcpy(copy, word.text, word.room);
-    encoding = copy;
-  }
-  std::size_t at = kEncodings.first[beginningOf(*encoding)];
-  while (!kEncodings.entries[at].pattern.matchesAt(encoding)) at = kEncodings.entries[at].next;
+/// The index of the encoding that a text of kSize characters at least begins with, 0 when it is not known.
+inline std::size_t encodingAt(const char* text) {
+  std::size_t at = kEncodings.first[beginningOf(*text)];
+  while (!kEncodings.entries[at].pattern.matchesAt(text)) at = kEncodings.entries[at].next;
   return at;
+}
+
+/// The same of a word near the end of its field, which is copied so that as much as is compared can be read.
+[[gnu::noinline]] std::size_t encodingOfLast(PayloadWord word) {
+  char copy[NamePattern::kSize] = {};
+  std::memcpy(copy, word.text, word.room);
+  return encodingAt(copy);
+}
+
+/// Of the word itself: no rule holds white space.
+inline std::size_t encodingOf(PayloadWord word) {
+  return word.room < NamePattern::kSize ? encodingOfLast(word) : encodingAt(word.text);
 }
 
 std::uint8_t codecOfRate(const char* encoding, std::string_view parameters) {

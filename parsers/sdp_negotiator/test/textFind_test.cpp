@@ -6,7 +6,7 @@
 
 #include "text/find.h"
 #include "text/lines.h"
-#include "text/nextPlace.h"
+#include "text/occurrences.h"
 #include "text/sections.h"
 
 // Finding pieces sixteen characters at a time gives what the standard library finds.
@@ -23,6 +23,9 @@ void expectFound(std::string_view text, std::string_view piece) {
     for (std::size_t first = 1; first <= piece.size(); ++first) {
       const Sought sought{piece.substr(0, first), piece.substr(first)};
       ASSERT_EQ(findSought(text, sought, from), wanted) << piece << " from " << from << " in " << text;
+    }
+    for (std::size_t pair = 0; pair + 1 < piece.size(); ++pair) {
+      ASSERT_EQ(findByPair(text, piece, pair, from), wanted) << piece << " from " << from << " in " << text;
     }
   }
 }

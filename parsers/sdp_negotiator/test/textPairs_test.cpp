@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "text/find.h"
 #include "text/occurrences.h"
 #include "text/pairs.h"
 

@@ -1,4 +1,4 @@
-#include "text/places.h"
+#include "text/find.h"
 
 #include <gtest/gtest.h>
 
@@ -31,19 +31,20 @@ TEST(Places, AreVisitedFromTheFirstToTheLast) {
   EXPECT_EQ(placesOf("v=0\r\na==b", '='), Places({1, 6, 7}));
 }
 
-TEST(Places, AreFoundOnBothSidesOfABlocksEnd) {
-  for (const std::size_t size : {kPlacesBlock - 1, kPlacesBlock, kPlacesBlock + 1, 2 * kPlacesBlock}) {
+TEST(Places, AreFoundOnBothSidesOfAWindowsEnd) {
+  for (const std::size_t size :
+       {blocks::kWindow - 1, blocks::kWindow, blocks::kWindow + 1, 2 * blocks::kWindow}) {
     std::string text(size, 'x');
     text.front() = text.back() = '=';
     EXPECT_EQ(placesOf(text, '='), Places({0, size - 1})) << size;
   }
-  std::string text(3 * kPlacesBlock, 'x');
-  text[kPlacesBlock - 1] = text[kPlacesBlock] = '=';
-  EXPECT_EQ(placesOf(text, '='), Places({kPlacesBlock - 1, kPlacesBlock}));
+  std::string text(3 * blocks::kWindow, 'x');
+  text[blocks::kWindow - 1] = text[blocks::kWindow] = '=';
+  EXPECT_EQ(placesOf(text, '='), Places({blocks::kWindow - 1, blocks::kWindow}));
 }
 
 TEST(Places, OfACharacterThatStandsEverywhere) {
-  const std::string text(kPlacesBlock + 3, '=');
+  const std::string text(blocks::kWindow + 3, '=');
   const Places places = placesOf(text, '=');
   ASSERT_EQ(places.size(), text.size());
   for (std::size_t i = 0; i < places.size(); ++i) EXPECT_EQ(places[i], i);

@@ -11,7 +11,7 @@
 #include "sdpNegotiatorParser/audioCodecRules.h"
 #include "text/anyLines.h"
 #include "text/fixedText.h"
-#include "text/nextPlace.h"
+#include "text/occurrences.h"
 
 // Audio sections as edits of codec lists see these, line by line.
 

@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include "sdpModifiers/attributeRemoval.h"
-#include "text/places.h"
+#include "text/find.h"
 #include "vocabulary.h"
 
 // All that is noted begins with a letter and an equals sign, so that the places of these signs are enough to look at.

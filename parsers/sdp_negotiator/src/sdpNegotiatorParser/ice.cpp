@@ -3,9 +3,9 @@
 #include "descriptionView.h"
 #include "sdpNegotiatorParser.h"
 #include "steps.h"
+#include "text/find.h"
 #include "text/fixedText.h"
 #include "text/occurrences.h"
-#include "text/pairs.h"
 #include "trace.h"
 #include "vocabulary.h"
 
@@ -103,7 +103,7 @@ unsigned short matchCandidates(sSdpParsedData& data, std::string_view text, std:
   if (line == npos) return 0;
   OccurrencesNoCase ports(text, port);
   OccurrencesNoCase addresses(text, address);
-  OccurrencesNoCase lineFeeds(text, "\n");
+  NextPlace lineFeeds(text, {"\n"});
   for (; line != npos; line = nextCandidate(text, line + 1)) {
     const std::size_t lineFeed = lineFeeds.from(line);
     if (lineFeed == npos) return 1;

@@ -7,6 +7,7 @@
 #include "sdpNegotiatorParser/sdpParse.h"
 #include "steps.h"
 #include "text/lines.h"
+#include "text/find.h"
 #include "text/pairs.h"
 #include "trace.h"
 #include "vocabulary.h"

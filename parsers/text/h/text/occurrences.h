@@ -6,14 +6,35 @@
 #include <cstring>
 #include <string_view>
 
+#include "text/find.h"
 #include "text/search.h"
 
-// The places of a piece in a text, in a time that does not grow with the piece.
+// Searches that go on where they stopped: however often they are asked, the text is gone over once.
 
 namespace sdpneg {
 
-/// Finds the places of a piece one after the other, letters compared without regard to case, by the algorithm of Knuth,
-/// Morris and Pratt: it goes over the text once, whatever nearly matches in it.
+/// Where a piece stands that is asked for from one offset after the other.
+class NextPlace {
+ public:
+  /// @param text  must not change
+  NextPlace(std::string_view text, const Sought& sought) : text_(text), sought_(sought) {}
+
+  /// The first place at or behind an offset, which is not less than those that were asked for before.
+  std::size_t from(std::size_t at) {
+    if (!asked_ || (found_ != npos && found_ < at)) found_ = findSought(text_, sought_, at);
+    asked_ = true;
+    return found_;
+  }
+
+ private:
+  std::string_view text_;
+  Sought sought_;
+  std::size_t found_ = npos;
+  bool asked_ = false;
+};
+
+/// The same for letters in either case, in a time that does not grow with the piece: the algorithm of Knuth, Morris and
+/// Pratt goes over the text once, whatever nearly matches in it.
 class OccurrencesNoCase {
  public:
   OccurrencesNoCase(std::string_view text, std::string_view piece) : text_(text), piece_(piece) {

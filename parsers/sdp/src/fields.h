@@ -49,7 +49,7 @@ bool copyField(char (&field)[N], std::string_view text) {
 template <std::size_t N>
 std::string_view fieldText(const char (&field)[N]) {
   if constexpr (kPiecesGoBehindTexts && N >= kPiece) {
-    const unsigned ends = Piece(field).where('\0');
+    const unsigned int ends = blocks::bitsOf(blocks::where(blocks::at(field), '\0'));
     if (ends != 0) return {field, firstOf(ends)};
   }
   return {field, strnlen(field, N - 1)};
@@ -104,8 +104,9 @@ class LineFields {
   }
 
   void look() {
-    blanks_ = windowOf(window_, static_cast<std::size_t>(readable_ - window_),
-                       [](const Piece& piece) { return piece.where(' ', '\t'); });
+    blanks_ = windowOf(window_, static_cast<std::size_t>(readable_ - window_), [](blocks::Block block) {
+      return blocks::where(block, ' ') | blocks::where(block, '\t');
+    });
   }
 
   // Each blank that is skipped is the first one of the window, as long as it is in there.

@@ -33,11 +33,11 @@ inline bool readAttribute(std::string_view value, const char* readable, a_line& 
   const char* const name = value.data();
   if (!kPiecesGoBehindTexts || static_cast<std::size_t>(readable - name) < kPiece)
     return readAnyAttribute(value, readable, entry);
-  const Piece piece(name);
-  const auto colon = firstOf(piece.where(':') | 1U << kPiece);
+  const blocks::Block piece = blocks::at(name);
+  const auto colon = firstOf(blocks::bitsOf(blocks::where(piece, ':')) | 1U << kPiece);
   const std::size_t length = std::min(colon, value.size());
   if (length == kPiece) return readAnyAttribute(value, readable, entry);
-  piece.store(entry.name);
+  blocks::store(piece, entry.name);
   entry.name[length] = '\0';
   entry.value[0] = '\0';
   entry.hasColon = length == colon ? 1 : 0;

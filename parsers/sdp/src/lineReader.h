@@ -49,7 +49,7 @@ class LineReader {
   const char* textEnd() const { return end_; }
 
  private:
-  static constexpr auto kControlsOf = [](const auto& piece) { return piece.whereUpTo('\r'); };
+  static constexpr auto kControlsOf = [](blocks::Block block) { return blocks::whereUpTo(block, '\r'); };
 
   // Up to CR, of which only tabs are common within lines.
   static bool isControl(char c) { return static_cast<unsigned char>(c) <= '\r'; }
@@ -74,9 +74,9 @@ class LineReader {
   // characters in front.
   std::uint64_t possibleEnds(const char* window) const {
     const auto left = static_cast<std::size_t>(end_ - window);
-    if (left >= kWindow) return wholeWindow(window, kControlsOf);
+    if (left >= kWindow) return blocks::bitsOfWindow(window, kControlsOf);
     if (static_cast<std::size_t>(end_ - begin_) >= kWindow)
-      return wholeWindow(end_ - kWindow, kControlsOf) >> (kWindow - left);
+      return blocks::bitsOfWindow(end_ - kWindow, kControlsOf) >> (kWindow - left);
     return windowOf(window, left, kControlsOf);
   }
 

@@ -48,9 +48,10 @@ class LineWriter {
   static char* storePieces(char* to, const char (&field)[N]) {
     std::size_t at = 0;
     for (; at + kPiece <= N; at += kPiece) {
-      const Piece piece(field + at);
-      piece.store(to + at);
-      const unsigned ends = piece.where('\0') | (at + kPiece == N ? 1U << (kPiece - 1) : 0U);
+      const blocks::Block piece = blocks::at(field + at);
+      blocks::store(piece, to + at);
+      const unsigned int ends =
+          blocks::bitsOf(blocks::where(piece, '\0')) | (at + kPiece == N ? 1U << (kPiece - 1) : 0U);
       if (ends != 0) return to + at + firstOf(ends);
     }
     return storeEach(to, field, at);

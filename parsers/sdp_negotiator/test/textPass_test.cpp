@@ -97,6 +97,23 @@ TEST(SdpTextPass, LeavesOutWhatDoesNotFitAndGoesOn) {
   EXPECT_EQ(buffer.held(), "0ab234cd67gh");
 }
 
+TEST(SdpTextPass, TellsTheRoomThatIsLeft) {
+  Buffer buffer("0123456789", 13);
+  SdpText text = buffer.text();
+  SdpText::Pass pass(text);
+  EXPECT_EQ(pass.room(), 2U);
+  EXPECT_EQ(pass.replace({1, 2}, "ab"), Edit::done);
+  EXPECT_EQ(pass.room(), 1U);
+  EXPECT_EQ(pass.replace({2, 5}, "c"), Edit::done);
+  EXPECT_EQ(pass.room(), 3U);
+  EXPECT_EQ(pass.replace({5, 5}, "defg"), Edit::noRoom);
+  EXPECT_EQ(pass.replace({5, 5}, "def"), Edit::done);
+  EXPECT_EQ(pass.room(), 0U);
+  pass.finish();
+  EXPECT_EQ(buffer.held(), "0abcdef56789");
+  EXPECT_EQ(pass.room(), 0U);
+}
+
 TEST(SdpTextPass, RefusesSpansThatDoNotFollow) {
   Buffer buffer("0123456789", 32);
   SdpText text = buffer.text();
@@ -113,6 +130,7 @@ TEST(SdpTextPass, LeavesABufferWithoutTextAlone) {
   SdpText none(nullptr);
   SdpText::Pass pass(none);
   EXPECT_EQ(pass.view(), "");
+  EXPECT_EQ(pass.room(), 0U);
   EXPECT_EQ(pass.replace({0, 0}, "a"), Edit::noRoom);
   pass.finish();
   EXPECT_FALSE(none.usable());

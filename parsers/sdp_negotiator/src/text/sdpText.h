@@ -70,7 +70,7 @@ class SdpText {
   template <typename Next>
   std::size_t eraseEach(Next next);
 
-  /// Makes change after change in one pass over a copy of the text as it is now.
+  /// Makes change after change in one pass, found in a copy of the text as it is now.
   /// @param next gives the first change at or behind an offset of the copy. It is also given the room that the changes
   ///             so far leave, and gives none that takes more. What is inserted may lie in the copy. Nothing ends the
   ///             pass.
@@ -108,6 +108,11 @@ class SdpText::Pass {
   /// The text as it was before the first edit; what stands in front of the end of the last one is not to be looked at.
   std::string_view view() const {
     return text_.usable() ? std::string_view(text_.text_ + shift_, text_.length_) : std::string_view();
+  }
+
+  /// What the edits so far leave for those that take more than they give.
+  std::size_t room() const {
+    return text_.usable() ? text_.capacity_ - 1 - kept_ - (text_.length_ - rest_) : 0;
   }
 
   /// @param span     behind those before
@@ -150,21 +155,14 @@ void SdpText::changeEach(Next next) {
   if (!usable() || length_ >= sizeof copied) return;
   std::memcpy(copied, text_, length_ + 1);
   const std::string_view text(copied, length_);
+  Pass pass(*this);
   std::size_t rest = 0;
-  length_ = 0;
-  const auto add = [&](std::string_view piece) {
-    if (!piece.empty()) std::memcpy(text_ + length_, piece.data(), piece.size());
-    length_ += piece.size();
-  };
-  const auto room = [&] { return capacity_ - 1 - length_ - (text.size() - rest); };
-  for (std::optional<Change> change = next(text, rest, room()); change && takes(*change) <= room();
-       change = next(text, rest, room())) {
-    add(text.substr(rest, change->span.begin - rest));
-    add(change->inserted);
+  for (std::optional<Change> change = next(text, rest, pass.room());
+       change && pass.replace(change->span, change->inserted) == Edit::done;
+       change = next(text, rest, pass.room())) {
     rest = change->span.end;
   }
-  add(text.substr(rest));
-  end(length_);
+  pass.finish();
 }
 
 }  // namespace sdpneg

@@ -89,11 +89,6 @@ inline bool startsWithDirection(std::string_view text) {
   return mode != CONNECTION_MODE_NONE && mode != CONNECTION_MODE_CONFRNCE;
 }
 
-/// Tells names that are no direction from the others by their beginning.
-inline bool mayBeDirection(const char* name) {
-  return name[0] != '\0' && (name[1] == 'e' || name[1] == 'n' || name[1] == 'o');
-}
-
 /// The first direction that is given.
 inline unsigned char firstGiven(unsigned char direction, unsigned char otherwise) {
   return direction != CONNECTION_MODE_NONE ? direction : otherwise;

@@ -270,7 +270,8 @@ TEST(RestrictAudioCodecs, TheOLinesPlaceIsThatInTheNewText) {
   const std::string origin = "o=alice 1 1 IN IP4 192.0.2.9\r\n";
   const std::string media = "m=audio 5004 RTP/AVP 0 8\r\n";
   // The codec writes the o-line behind the v-line, wherever it stood.
-  cSdpNegotiator object = parsedObject("v=0\r\ns=a name\r\n" + origin + "c=IN IP4 192.0.2.1\r\nt=0 0\r\n" + media);
+  cSdpNegotiator object =
+      parsedObject("v=0\r\ns=a name\r\n" + origin + "c=IN IP4 192.0.2.1\r\nt=0 0\r\n" + media);
   EXPECT_EQ(object.getParsedData().oLineStart, 15);
   const List given({1});
   EXPECT_EQ(object.sdpRestrictAudioCodecsTo(given.codecs.get(), given.count, false), 1);

@@ -6,6 +6,7 @@
 #include "text/find.h"
 #include "text/fixedText.h"
 #include "text/occurrences.h"
+#include "text/pairs.h"
 #include "trace.h"
 #include "vocabulary.h"
 

@@ -18,11 +18,11 @@ namespace {
 
 /// The codecs of an audio section's formats and lines, as they were before an edit.
 struct Codecs {
-  explicit Codecs(const mDescription& audio) {
+  explicit Codecs(const mDescription& audio)
+      : noOfFormats(sdp_MgetNoOfFormats(&audio.mLine)), noOfLines(sdp_AgetNoOfAs(&audio.aLine)) {
     const AttributeIndex index(&audio.aLine);
     const PayloadCodecs codecs(index);
-    for (int i = 0; i < audio.mLine.formatCount; ++i) formats[i] = codecs.of(audio.mLine.formats[i]);
-    std::fill_n(isOfFormat, audio.aLine.count, false);
+    for (int i = 0; i < noOfFormats; ++i) formats[i] = codecs.of(audio.mLine.formats[i]);
     index.forEach(KindSet(AttributeKind::rtpmap, AttributeKind::fmtp),
                   [&](const a_line::entry& line, AttributeKind) {
                     const std::ptrdiff_t at = &line - audio.aLine.entries;
@@ -32,9 +32,11 @@ struct Codecs {
                   });
   }
 
-  std::uint8_t formats[SDP_FORMAT_CAPACITY];
-  bool isOfFormat[SDP_ATTRIBUTE_CAPACITY];     ///< whether a line is an rtpmap or fmtp line
-  std::uint8_t lines[SDP_ATTRIBUTE_CAPACITY];  ///< of these
+  int noOfFormats;
+  int noOfLines;
+  std::uint8_t formats[SDP_FORMAT_CAPACITY] = {};
+  bool isOfFormat[SDP_ATTRIBUTE_CAPACITY] = {};     ///< whether a line is an rtpmap or fmtp line
+  std::uint8_t lines[SDP_ATTRIBUTE_CAPACITY] = {};  ///< of these
 };
 
 /// A section without attributes has those of the session, as the codec reads it.
@@ -56,7 +58,7 @@ void keepCodecsOf(mDescription& audio, const Codecs& codecs, std::span<const uns
   };
   m_line& mLine = audio.mLine;
   int formats = 0;
-  for (int i = 0; i < mLine.formatCount; ++i) {
+  for (int i = 0; i < codecs.noOfFormats; ++i) {
     if (!isKept(codecs.formats[i])) continue;
     if (formats != i) std::copy_n(mLine.formats[i], SDP_FORMAT_SIZE, mLine.formats[formats]);
     ++formats;
@@ -64,7 +66,7 @@ void keepCodecsOf(mDescription& audio, const Codecs& codecs, std::span<const uns
   mLine.formatCount = formats;
   a_line& block = audio.aLine;
   int lines = 0;
-  for (int i = 0; i < block.count; ++i) {
+  for (int i = 0; i < codecs.noOfLines; ++i) {
     if (codecs.isOfFormat[i] && !isKept(codecs.lines[i])) continue;
     if (lines != i) block.entries[lines] = block.entries[i];
     ++lines;
@@ -76,7 +78,7 @@ void orderFormats(m_line& mLine, const Codecs& codecs, std::span<const unsigned 
   char formats[MAX_SDP_NEGOTIATOR_AUDIO_CODECS][SDP_FORMAT_SIZE];
   int count = 0;
   for (const unsigned char codec : order) {
-    const std::uint8_t* const end = codecs.formats + mLine.formatCount;
+    const std::uint8_t* const end = codecs.formats + codecs.noOfFormats;
     const std::uint8_t* const first = std::find(codecs.formats, end, codec);
     if (first == end) continue;
     std::copy_n(mLine.formats[first - codecs.formats], SDP_FORMAT_SIZE, formats[count++]);

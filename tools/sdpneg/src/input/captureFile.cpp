@@ -29,7 +29,8 @@ bool startsWithOneOf(std::string_view bytes, const std::array<Magic, Count>& mag
   return false;
 }
 
-/// The format's name; null for other bytes.
+}  // namespace
+
 const char* captureFormat(std::string_view bytes) {
   if (startsWithOneOf(bytes, kPcapMagics)) return "pcap";
   if (startsWith(bytes, kSnoopMagic)) return "snoop";
@@ -37,8 +38,6 @@ const char* captureFormat(std::string_view bytes) {
                         startsWithOneOf(bytes.substr(kPcapngMarkAt), kPcapngMarks);
   return isPcapng ? "pcapng" : nullptr;
 }
-
-}  // namespace
 
 std::optional<Problem> captureProblem(std::string_view bytes) {
   const char* const format = captureFormat(bytes);

@@ -1,6 +1,5 @@
 #include "input/inputFiles.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -10,6 +9,7 @@
 #include <utility>
 
 #include "input/captureFile.h"
+#include "input/descriptor.h"
 
 namespace tool {
 namespace {
@@ -17,8 +17,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* kStandardInputName = "(standard input)";
-
-Problem cannotRead(const std::string& why) { return {{}, "cannot be read: " + why}; }
 
 /// Adds the bodies of one folder and notes its own folders.
 std::error_code listFolder(const fs::path& folder, std::vector<Input>& found,
@@ -51,25 +49,6 @@ std::vector<Input> listBelow(const std::string& name) {
   return found;
 }
 
-/// Closes what it opened.
-class Descriptor {
- public:
-  explicit Descriptor(const Input& input)
-      : owned_(!input.standardInput),
-        number_(owned_ ? ::open(input.name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY) : STDIN_FILENO) {}
-  ~Descriptor() {
-    if (owned_ && number_ >= 0) ::close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  int number() const { return number_; }
-
- private:
-  bool owned_;
-  int number_;
-};
-
 }  // namespace
 
 Input inputOf(const std::string& operand) {
@@ -93,6 +72,8 @@ InputList listInputs(const std::vector<std::string>& operands) {
   if (operands.empty()) list.inputs.push_back(inputOf("-"));
   return list;
 }
+
+Problem cannotRead(const std::string& why) { return {{}, "cannot be read: " + why}; }
 
 Problem tooLong(std::size_t maxSize) { return {{}, "is longer than " + std::to_string(maxSize) + " bytes"}; }
 

@@ -43,6 +43,9 @@ struct InputBytes {
   std::optional<Problem> problem;
 };
 
+/// That an input cannot be read.
+Problem cannotRead(const std::string& why);
+
 /// That an input is longer than it may be.
 Problem tooLong(std::size_t maxSize);
 

@@ -1,0 +1,157 @@
+#include "captures/sipView.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "input/sipMessage.h"
+#include "text/lines.h"
+
+namespace tool {
+namespace {
+
+using sdpneg::equalNoCase;
+
+/// Compact forms as IANA lists them.
+constexpr std::array<std::pair<char, std::string_view>, 20> kCompactForms = {{
+    {'a', "Accept-Contact"},
+    {'b', "Referred-By"},
+    {'c', "Content-Type"},
+    {'d', "Request-Disposition"},
+    {'e', "Content-Encoding"},
+    {'f', "From"},
+    {'i', "Call-ID"},
+    {'j', "Reject-Contact"},
+    {'k', "Supported"},
+    {'l', "Content-Length"},
+    {'m', "Contact"},
+    {'n', "Identity-Info"},
+    {'o', "Event"},
+    {'r', "Refer-To"},
+    {'s', "Subject"},
+    {'t', "To"},
+    {'u', "Allow-Events"},
+    {'v', "Via"},
+    {'x', "Session-Expires"},
+    {'y', "Identity"},
+}};
+
+bool isBlank(char c) { return c == ' ' || c == '\t'; }
+bool isFoldCharacter(char c) { return isBlank(c) || c == '\r' || c == '\n'; }
+
+std::string_view trimmed(std::string_view text) {
+  while (!text.empty() && isFoldCharacter(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isFoldCharacter(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+}  // namespace
+
+HeaderLines::HeaderLines(std::string_view text) : text_(text), at_(sdpneg::lineAt(text, 0).next()) {}
+
+std::optional<HeaderLines::Field> HeaderLines::next() {
+  while (!atEnd_ && at_ < text_.size()) {
+    sdpneg::Line line = sdpneg::lineAt(text_, at_);
+    const std::size_t begin = std::exchange(at_, line.next());
+    if (sdpneg::content(text_, line).empty()) {
+      atEnd_ = true;
+      break;
+    }
+    while (at_ < text_.size() && isBlank(text_[at_])) {
+      line = sdpneg::lineAt(text_, at_);
+      at_ = line.next();
+    }
+    const std::string_view whole = text_.substr(begin, at_ - begin);
+    const std::size_t colon = whole.find(':');
+    if (colon == std::string_view::npos) continue;
+    return Field{trimmed(whole.substr(0, colon)), trimmed(whole.substr(colon + 1))};
+  }
+  atEnd_ = true;
+  return std::nullopt;
+}
+
+bool isHeaderName(std::string_view field, std::string_view name) {
+  if (field.size() != 1) return equalNoCase(field, name);
+  for (const auto& [compact, longForm] : kCompactForms) {
+    if (compact == sdpneg::lower(field.front())) return equalNoCase(longForm, name);
+  }
+  return false;
+}
+
+std::string unfolded(std::string_view value) {
+  std::string result;
+  result.reserve(value.size());
+  for (std::size_t at = 0; at < value.size(); ++at) {
+    if (value[at] != '\r' && value[at] != '\n') {
+      result += value[at];
+      continue;
+    }
+    while (!result.empty() && isBlank(result.back())) result.pop_back();
+    while (at + 1 < value.size() && isFoldCharacter(value[at + 1])) ++at;
+    result += ' ';
+  }
+  return result;
+}
+
+std::optional<std::size_t> parseContentLength(std::string_view value) {
+  if (value.empty() || !std::all_of(value.begin(), value.end(), sdpneg::isDigit)) return std::nullopt;
+  return sdpneg::leadingNumber<std::size_t>(value)->value;
+}
+
+void SipView::read(std::string_view text) {
+  text_ = text;
+  startLine_ = sdpneg::content(text, sdpneg::lineAt(text, 0));
+  kind_ = startLineOf(startLine_);
+  fields_.clear();
+  HeaderLines lines(text);
+  while (const auto field = lines.next()) fields_.push_back(*field);
+  bodyBegin_ = lines.bodyBegin();
+}
+
+std::string_view SipView::method() const {
+  return kind_ == StartLine::request ? startLine_.substr(0, startLine_.find(' ')) : std::string_view();
+}
+
+std::string_view SipView::requestUri() const {
+  if (kind_ != StartLine::request) return {};
+  const std::size_t begin = startLine_.find(' ') + 1;
+  return startLine_.substr(begin, startLine_.rfind(' ') - begin);
+}
+
+int SipView::status() const {
+  if (kind_ != StartLine::response) return 0;
+  return sdpneg::numberOrZero<int>(startLine_.substr(startLine_.find(' ') + 1, 3));
+}
+
+std::optional<std::string_view> SipView::value(std::string_view name) const {
+  for (const HeaderLines::Field& field : fields_) {
+    if (isHeaderName(field.name, name)) return field.value;
+  }
+  return std::nullopt;
+}
+
+std::vector<std::string_view> SipView::values(std::string_view name) const {
+  std::vector<std::string_view> found;
+  for (const HeaderLines::Field& field : fields_) {
+    if (isHeaderName(field.name, name)) found.push_back(field.value);
+  }
+  return found;
+}
+
+std::string_view SipView::body() const {
+  const std::string_view behind = text_.substr(bodyBegin_);
+  const std::optional<std::size_t> length = parseContentLength(value("Content-Length").value_or(""));
+  return length ? behind.substr(0, *length) : behind;
+}
+
+std::optional<std::string_view> SipView::sdp() const {
+  const std::string_view all = body();
+  const std::optional<std::string_view> type = value("Content-Type");
+  if (all.empty() || !type) return std::nullopt;
+  if (equalNoCase(*type, "application/sdp") && !value("Content-Encoding")) return all;
+  const BodyRange found = findSdpBody(text_);
+  if (found.problem) return std::nullopt;
+  return found.range.of(text_);
+}
+
+}  // namespace tool

@@ -31,3 +31,8 @@ sdp_add_test(sdpneg_captures_test SOURCES ${tests} LIBS sdpneg_captures)
 if(TARGET sdpneg_captures_test)
   target_include_directories(sdpneg_captures_test PRIVATE ${tool_dir}/test)
 endif()
+
+foreach(reader File Frame Fragment Tcp Stream Hep Text)
+  sdp_add_fuzzer(capture${reader}Fuzz SOURCES ${tool_dir}/fuzz/capture${reader}Fuzz.cpp LIBS sdpneg_captures
+                 SEEDS ${tool_dir}/fuzz/seeds/${reader})
+endforeach()

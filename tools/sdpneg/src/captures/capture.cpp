@@ -2,6 +2,9 @@
 
 #include <utility>
 
+#include "captures/packetFile.h"
+#include "captures/packetReader.h"
+#include "captures/textExport.h"
 #include "input/captureFile.h"
 #include "text/search.h"
 
@@ -21,6 +24,8 @@ Capture::Capture(std::unique_ptr<ByteSource> source, const CaptureOptions& optio
     : source_(inflated(std::move(source))) {
   open(options, output);
 }
+
+Capture::~Capture() = default;
 
 void Capture::open(const CaptureOptions& options, CaptureOutput& output) {
   const std::string_view front = source_->peek(kTelling);

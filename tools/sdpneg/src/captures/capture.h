@@ -8,14 +8,15 @@
 
 #include "captures/byteSource.h"
 #include "captures/capturedMessage.h"
-#include "captures/packetFile.h"
-#include "captures/packetReader.h"
-#include "captures/textExport.h"
 #include "input/inputFiles.h"
 
 // Any input as messages. What it is, is told by what it begins with.
 
 namespace tool {
+
+class PacketFile;
+class PacketReader;
+class TextExport;
 
 struct CaptureOptions {
   std::string filter;       ///< an expression of libpcap, for captures of packets
@@ -26,6 +27,9 @@ class Capture {
  public:
   Capture(const Input& input, const CaptureOptions& options, CaptureOutput& output);
   Capture(std::unique_ptr<ByteSource> source, const CaptureOptions& options, CaptureOutput& output);
+  ~Capture();
+  Capture(const Capture&) = delete;
+  Capture& operator=(const Capture&) = delete;
 
   /// Reads a little more, and delivers what is complete with it.
   /// @return whether there may be more; false once what was open has been given up as well

@@ -46,7 +46,7 @@ enum class CaptureTrouble : std::uint8_t {
   frameCompressed,
   hepUnreadable,
 };
-inline constexpr std::size_t kCaptureTroubles = 11;
+inline constexpr std::size_t kCaptureTroubles = static_cast<std::size_t>(CaptureTrouble::hepUnreadable) + 1;
 
 /// In words that follow a number: "packets with ...".
 std::string_view textOf(CaptureTrouble trouble);

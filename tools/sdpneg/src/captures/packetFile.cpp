@@ -11,7 +11,6 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
 constexpr std::int64_t kMicroseconds = 1000000;
 /// The end of the year 9999; a later time is a damaged one.
 constexpr std::int64_t kLastSecond = 253402300799;
@@ -24,9 +23,7 @@ ssize_t readSource(void* source, char* bytes, std::size_t size) {
 std::FILE* streamOver(ByteSource& source) {
   cookie_io_functions_t functions{};
   functions.read = readSource;
-  std::FILE* const stream = ::fopencookie(&source, "rb", functions);
-  if (stream != nullptr) std::setvbuf(stream, nullptr, _IOFBF, kBufferSize);
-  return stream;
+  return ::fopencookie(&source, "rb", functions);
 }
 
 CaptureTime timeOf(const timeval& time) {

@@ -7,7 +7,7 @@ namespace tool {
 namespace {
 
 /// So far away from what was taken last, a segment is of another connection whose beginning was not captured.
-constexpr std::int64_t kLargestWindow = 1024 * 1024;
+constexpr std::int64_t kLargestWindow = std::int64_t{1024} * 1024;
 
 bool isFarApart(std::int64_t a, std::int64_t b) { return a - b > kLargestWindow || b - a > kLargestWindow; }
 

@@ -6,7 +6,7 @@
 #include "captures/linePrefix.h"
 #include "captures/sipStart.h"
 #include "captures/sipView.h"
-#include "text/anyLines.h"
+#include "text/lines.h"
 
 namespace tool {
 namespace {
@@ -14,7 +14,12 @@ namespace {
 constexpr std::size_t kMaxLine = std::size_t{64} * 1024;
 constexpr std::size_t kMaxContextLine = 512;
 
-std::string_view contentOf(std::string_view line) { return sdpneg::AnyLines(line).next().content; }
+/// A line without its end; there is one line alone.
+std::string_view contentOf(std::string_view line) {
+  if (line.ends_with('\n')) line.remove_suffix(1);
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  return line;
+}
 
 bool isBlank(std::string_view line) { return line.find_first_not_of(" \t\r\n") == std::string_view::npos; }
 

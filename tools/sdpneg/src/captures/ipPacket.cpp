@@ -66,6 +66,11 @@ void passOver(ByteReader& reader, IpPacket& packet) {
   reader.skip(isAuthentication ? (length + 2) * 4 - 2 : (length + 1) * 8 - 2);
 }
 
+/// Goes behind all headers that stand in front of the protocol above.
+void passOverAll(ByteReader& reader, IpPacket& packet) {
+  while (reader.isGood() && isPassedOver(packet.protocol)) passOver(reader, packet);
+}
+
 void takeFragmentHeader(ByteReader& reader, IpPacket& packet) {
   packet.protocol = reader.u8();
   reader.skip(1);
@@ -85,22 +90,25 @@ std::optional<IpPacket> parseIp6(std::string_view bytes) {
   packet.source = addressOfBytes(reader.take(16));
   packet.destination = addressOfBytes(reader.take(16));
   const std::size_t there = reader.left();
+  passOverAll(reader, packet);
+  if (packet.protocol == fragmentHeader) takeFragmentHeader(reader, packet);
   // What follows the header of a fragment is of the whole packet, and in the first fragment alone.
-  while (reader.isGood() && !packet.fragment) {
-    if (isPassedOver(packet.protocol)) {
-      passOver(reader, packet);
-    } else if (packet.protocol == fragmentHeader) {
-      takeFragmentHeader(reader, packet);
-    } else {
-      break;
-    }
-  }
+  if (!packet.fragment) passOverAll(reader, packet);
   if (!reader.isGood() || !setPayload(packet, reader.rest(), size, there - reader.left()))
     return std::nullopt;
   return packet;
 }
 
 }  // namespace
+
+bool passOverExtensions(IpPacket& packet) {
+  if (packet.source.family != AddressFamily::ip6) return true;
+  ByteReader reader(packet.payload);
+  passOverAll(reader, packet);
+  packet.payloadSize -= packet.payload.size() - reader.left();
+  packet.payload = reader.rest();
+  return reader.isGood();
+}
 
 std::optional<IpPacket> parseIpPacket(std::string_view bytes) {
   if (bytes.empty()) return std::nullopt;

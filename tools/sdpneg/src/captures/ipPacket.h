@@ -38,6 +38,11 @@ inline constexpr std::uint8_t kProtocolUdp = 17;
 /// @return nothing when they are not whole
 std::optional<IpPacket> parseIpPacket(std::string_view bytes);
 
+/// Goes behind the extension headers that a packet has in front of its payload, as one that was put together from
+/// fragments may have.
+/// @return whether they are whole
+bool passOverExtensions(IpPacket& packet);
+
 }  // namespace tool
 
 #endif

@@ -22,7 +22,7 @@ enum TcpFlag : unsigned int { fin = 0x01, syn = 0x02, reset = 0x04 };
 PacketReader::PacketReader(int linkType, CaptureOutput& output)
     : linkType_(linkType),
       output_(output),
-      fragments_(output, [this](const IpPacket& packet, CaptureTime time) { takeWhole(packet, time); }),
+      fragments_(output, [this](const IpPacket& packet, CaptureTime time) { takeJoined(packet, time); }),
       streams_(output) {}
 
 void PacketReader::take(std::string_view bytes, CaptureTime time) {
@@ -41,6 +41,11 @@ void PacketReader::take(std::string_view bytes, CaptureTime time) {
 void PacketReader::flush() {
   fragments_.flush();
   streams_.flush();
+}
+
+void PacketReader::takeJoined(IpPacket packet, CaptureTime time) {
+  if (!passOverExtensions(packet)) return output_.note(CaptureTrouble::badPacket);
+  takeWhole(packet, time);
 }
 
 void PacketReader::takeWhole(const IpPacket& packet, CaptureTime time) {

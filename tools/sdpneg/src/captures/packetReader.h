@@ -29,6 +29,7 @@ class PacketReader {
   const TcpStreams& streams() const { return streams_; }
 
  private:
+  void takeJoined(IpPacket packet, CaptureTime time);
   void takeWhole(const IpPacket& packet, CaptureTime time);
   void takeUdp(const IpPacket& packet, CaptureTime time);
   void takeTcp(const IpPacket& packet, CaptureTime time);

@@ -143,7 +143,7 @@ void TcpStreams::takePending(Stream& stream) {
     if (known < piece.bytes.size()) {
       takeNext(stream, std::string_view(piece.bytes).substr(known), piece.time);
     }
-    stream.pendingSince = piece.time;
+    stream.pendingSince = stream.last;  // of what may still be missing
   }
 }
 

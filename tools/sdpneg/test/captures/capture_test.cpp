@@ -169,6 +169,21 @@ TEST(Capture, PutsFragmentsOfUdpAndTcpTogether) {
   EXPECT_TRUE(cut.collected.messages[1].isCut);
 }
 
+TEST(Capture, PassesOverHeadersInsideFragments) {
+  const std::string options = packets::u8(17) + packets::u8(1) + std::string(14, '\0');
+  std::vector<Record> records;
+  for (const std::string& packet : packets::fragments6(options + udp(invite()), 64, 60)) {
+    records.push_back({ethernet(packet, 0x86DD)});
+  }
+  EXPECT_EQ(Outcome(pcap(records)).texts(), Texts{invite()});
+  // The options reach beyond what there is.
+  const std::string broken = packets::u8(17) + packets::u8(9) + std::string(14, '\0');
+  std::vector<Record> bad;
+  for (const std::string& packet : packets::fragments6(broken, 8, 60))
+    bad.push_back({ethernet(packet, 0x86DD)});
+  EXPECT_EQ(Outcome(pcap(bad)).collected.troubles(), Texts{"1 packets whose headers cannot be read"});
+}
+
 TEST(Capture, TellsWhatOfAMessageWasNotCaptured) {
   const std::string frame = udpFrame(invite());
   const Outcome read(pcap({{frame.substr(0, 120), 0, frame.size()}}));

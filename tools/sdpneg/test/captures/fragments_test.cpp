@@ -67,6 +67,14 @@ TEST(Fragments, KeepWhatCameFirst) {
   EXPECT_EQ(joined.payloads, std::vector<std::string>{"aaaaaaaaBBBBBBBBC"});
 }
 
+TEST(Fragments, EndWhereTheFirstLastOneSays) {
+  Joined joined;
+  joined.take(ip4("bbbb", {.flagsAndOffset = 1}));
+  joined.take(ip4("cccc", {.flagsAndOffset = 2}));
+  joined.take(ip4("aaaaaaaa", {.flagsAndOffset = 0x2000}));
+  EXPECT_EQ(joined.payloads, std::vector<std::string>{"aaaaaaaabbbb"});
+}
+
 TEST(Fragments, AreGivenUpWithTheFrontThatIsThere) {
   Joined joined;
   const auto fragments = fragments4("aaaaaaaabbbbbbbbccccccccddd", 8);

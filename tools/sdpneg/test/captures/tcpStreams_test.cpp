@@ -153,6 +153,22 @@ TEST(TcpStreams, GoOnBehindAGapAfterSomeTime) {
   }
 }
 
+TEST(TcpStreams, WaitAnewWhereOneOfSeveralGapsIsFilled) {
+  constexpr std::int64_t kSecond = 1000000;
+  const std::string one = response("one");
+  const auto size = static_cast<std::uint32_t>(one.size());
+  for (const std::int64_t wait : {tool::kGapPatience, tool::kGapPatience + 1}) {
+    Streams streams;
+    streams.take(0, "", syn);
+    streams.take(1 + 20, one.substr(20), data, kSecond);
+    streams.take(1 + 2 * size, response("three"), data, 2 * kSecond);
+    streams.take(1, one.substr(0, 20), data, 3 * kSecond);
+    EXPECT_EQ(streams.texts(), Texts{one});
+    streams.take(1 + 3 * size + 2, response("four"), data, 3 * kSecond + wait);
+    EXPECT_EQ(streams.texts().size(), wait > tool::kGapPatience ? 3U : 1U);
+  }
+}
+
 TEST(TcpStreams, GiveTheTimesOfTheSegmentsThatWaited) {
   Streams streams;
   streams.take(0, "", syn, 1);
@@ -185,7 +201,8 @@ TEST(TcpStreams, TellApartConnectionsWithTheSamePorts) {
   streams.take(90000001, response("three"));
   EXPECT_EQ(streams.texts(), (Texts{response("one"), invite("two").substr(0, 100), response("three")}));
   // One whose beginning was not captured.
-  streams.take(5, response("four"));
+  streams.take(5, response("four").substr(0, 30));
+  streams.take(35, response("four").substr(30));
   EXPECT_EQ(streams.texts().back(), response("four"));
   EXPECT_EQ(streams.streams.count(), 1U);
 }
@@ -200,6 +217,15 @@ TEST(TcpStreams, EndWithFinAndReset) {
     streams.take(1, invite().substr(0, 100), flag);
     EXPECT_EQ(streams.texts().size(), 1U);
   }
+}
+
+TEST(TcpStreams, WaitForNothingBehindAReset) {
+  Streams streams;
+  streams.take(0, "", syn);
+  streams.take(101, response());
+  EXPECT_EQ(streams.texts(), Texts());
+  streams.take(101 + static_cast<std::uint32_t>(response().size()), "", reset);
+  EXPECT_EQ(streams.texts(), Texts{response()});
 }
 
 TEST(TcpStreams, EndBehindWhatIsStillMissing) {

@@ -192,6 +192,19 @@ TEST(Capture, TellsWhatOfAMessageWasNotCaptured) {
   EXPECT_EQ(read.collected.troubles(), Texts{"1 messages whose end was not captured"});
 }
 
+TEST(Capture, TakesTheLengthOfADatagramFromItsHeader) {
+  std::string longer = udp(response());
+  longer[5] = static_cast<char>(longer.size() + 1);
+  const Outcome cut(pcap({{ethernet(ip4(longer))}}));
+  ASSERT_EQ(cut.texts(), Texts{response()});
+  EXPECT_TRUE(cut.collected.messages[0].isCut);
+  // What is missing behind the datagram is none of it.
+  const std::string frame = ethernet(ip4(udp(response()) + "more"));
+  const Outcome whole(pcap({{frame.substr(0, frame.size() - 3), 0, frame.size()}}));
+  ASSERT_EQ(whole.texts(), Texts{response()});
+  EXPECT_FALSE(whole.collected.messages[0].isCut);
+}
+
 TEST(Capture, ReadsTcp) {
   const std::string all = invite("one") + response("two");
   const Outcome read(

@@ -68,6 +68,14 @@ TEST(TextExport, CountsTheLengthWithAndWithoutLostLineEnds) {
   expectTexts(head + "15\n\n" + body + "INFO done\n", {head + "15\n\n" + body});
   // A last line without an end gained one.
   expectTexts(head + "11\n\n" + body + "INFO done\n", {head + "11\n\n" + body});
+  // The lines lost their CR, and the last one gained an end.
+  expectTexts(head + "7\n\na\nb\nc\nINFO done\n", {head + "7\n\na\nb\nc\n"});
+}
+
+TEST(TextExport, CountsNoLineEndTwiceThatALogHas) {
+  // The last line has no end of its own, so that the length is 6.
+  const std::string message = "MESSAGE sip:b SIP/2.0\r\nContent-Length: 6\r\n\r\naaa\r\nb\r\n";
+  expectTexts(prefixed(message, "p> ") + "p> c\r\n", {message});
 }
 
 TEST(TextExport, EndsABodyInsideALine) {
@@ -130,6 +138,8 @@ TEST(TextExport, DoesNotTakeALineOfAMessageForTheNextOne) {
   const std::string notify =
       "NOTIFY sip:b SIP/2.0\r\nContent-Type: message/sipfrag\r\nContent-Length: 16\r\n\r\n";
   expectTexts(notify + fragment + response(), {notify + fragment, response()});
+  const std::string cut = "MESSAGE sip:b SIP/2.0\r\nContent-Length: 50\r\n\r\nhello\r\n";
+  expectTexts(notify + fragment + cut + response(), {notify + fragment, cut, response()});
 }
 
 TEST(TextExport, EndsABodyThatIsCutAtTheNextMessage) {

@@ -20,12 +20,15 @@ struct Pair {
 
   bool standsAt(const char* at) const { return at[1] == second && (anyCase ? lower(at[0]) : at[0]) == first; }
 
-  /// Where it stands among sixteen places, which can be read with one character more.
-  blocks::Block placesAt(const char* at) const {
+  /// Where it stands among sixteen places.
+  /// @param behind the characters behind those at each place
+  blocks::Block placesIn(blocks::Block here, blocks::Block behind) const {
     using namespace blocks;
-    const Block firsts = anyCase ? blocks::at(at) | of(' ') : blocks::at(at);
-    return where(firsts, first) & where(blocks::at(at + 1), second);
+    return where(anyCase ? here | of(' ') : here, first) & where(behind, second);
   }
+
+  /// The same of places that can be read with one character more.
+  blocks::Block placesAt(const char* at) const { return placesIn(blocks::at(at), blocks::at(at + 1)); }
 };
 
 /// How often each of two pairs stands in a text.
@@ -37,34 +40,39 @@ struct PairCounts {
 /// Counts two pairs in one pass, in the same time for any text.
 inline PairCounts countPairs(std::string_view text, Pair one, Pair other) {
   using namespace blocks;
-  constexpr std::size_t kMostSteps = 255;  // as many as a byte can count
+  constexpr std::size_t kMostSteps = 254;  // one less than a byte can count
   PairCounts counts;
   const char* at = text.data();
   std::size_t left = text.empty() ? 0 : text.size() - 1;  // places with a character behind them
-  while (left >= kSize) {
+  if (left < kSize) {
+    for (; left != 0; --left, ++at) {
+      if (one.standsAt(at)) ++counts.one;
+      if (other.standsAt(at)) ++counts.other;
+    }
+    return counts;
+  }
+  do {
     Block ones{};
     Block others{};
     const char* const end = at + std::min(left / kSize, kMostSteps) * kSize;
     left -= static_cast<std::size_t>(end - at);
     for (; at != end; at += kSize) {
-      ones -= one.placesAt(at);
-      others -= other.placesAt(at);
+      const Block here = blocks::at(at);
+      const Block behind = blocks::at(at + 1);
+      ones -= one.placesIn(here, behind);
+      others -= other.placesIn(here, behind);
+    }
+    if (left < kSize) {
+      // The last places, and some in front of them that have been counted.
+      const char* const last = at + left - kSize;
+      const Block uncounted = lastPlaces(left);
+      ones -= uncounted & one.placesAt(last);
+      others -= uncounted & other.placesAt(last);
+      left = 0;
     }
     counts.one += sumOf(ones);
     counts.other += sumOf(others);
-  }
-  if (left != 0 && text.size() > kSize) {
-    // The last places, and some in front of them that have been counted.
-    const char* const last = at + left - kSize;
-    const Block uncounted = lastPlaces(left);
-    counts.one += sumOf(Block{} - (uncounted & one.placesAt(last)));
-    counts.other += sumOf(Block{} - (uncounted & other.placesAt(last)));
-    return counts;
-  }
-  for (; left != 0; --left, ++at) {
-    if (one.standsAt(at)) ++counts.one;
-    if (other.standsAt(at)) ++counts.other;
-  }
+  } while (left != 0);
   return counts;
 }
 

@@ -1,5 +1,6 @@
 #include "attributeKinds.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstring>
@@ -73,10 +74,24 @@ constexpr Beginning beginningOf(std::string_view name) {
   return std::bit_cast<Beginning>(std::array<char, sizeof(Beginning)>{name[0], name[1], name[2], name[3]});
 }
 
+constexpr bool isInOneTopic(AttributeKind kind) {
+  return std::ranges::count_if(kKindsOfTopics, [kind](KindSet kinds) { return kinds.has(kind); }) == 1;
+}
+
+static_assert(std::ranges::all_of(kRows, isInOneTopic, &Row::kind) && isInOneTopic(AttributeKind::other));
+
+/// The place of a kind in kKindsOfTopics.
+constexpr std::uint8_t topicOf(AttributeKind kind) {
+  std::uint8_t topic = 0;
+  while (!kKindsOfTopics[topic].has(kind)) ++topic;
+  return topic;
+}
+
 struct alignas(64) Entry {
   NamePattern pattern{"", NameTest::prefix};
   KindSet set = KindSet(AttributeKind::other);
   AttributeKind kind = AttributeKind::other;
+  std::uint8_t topic = 0;  ///< its place in kKindsOfTopics
   std::uint8_t mode = CONNECTION_MODE_NONE;
   std::uint8_t next = 0;  ///< in the same bucket
 };
@@ -92,8 +107,12 @@ constexpr Table makeTable() {
   for (std::size_t i = std::size(kRows); i > 0; --i) {
     const Row& row = kRows[i - 1];
     std::uint8_t& first = table.first[bucketOf(beginningOf(row.name))];
-    table.entries[i] = {NamePattern(row.name, row.test), KindSet(row.kind), row.kind,
-                        static_cast<std::uint8_t>(directionOf(row.name)), first};
+    table.entries[i] = {NamePattern(row.name, row.test),
+                        KindSet(row.kind),
+                        row.kind,
+                        topicOf(row.kind),
+                        static_cast<std::uint8_t>(directionOf(row.name)),
+                        first};
     first = static_cast<std::uint8_t>(i);
   }
   return table;
@@ -120,17 +139,18 @@ void AttributeIndex::read(const a_line* block) {
   const std::span<const a_line::entry> lines = entriesOf(block);
   KindSet present = KindSet::none();
   unsigned char mode = CONNECTION_MODE_NONE;
-  std::size_t known = 0;
+  for (auto& word : topics_) {
+    for (Word& topic : word) topic = 0;
+  }
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const Entry& entry = entryOf(lines.data()[i]);
-    lines_[known] = {static_cast<std::uint8_t>(i), entry.kind};
-    known += entry.kind != AttributeKind::other ? 1 : 0;
+    kinds_[i] = entry.kind;
+    topics_[i / kWordSize][entry.topic] |= Word{1} << i % kWordSize;
     present.add(entry.set);
     mode = firstGiven(entry.mode, mode);
   }
   entries_ = lines.data();
   size_ = lines.size();
-  known_ = known;
   present_ = present;
   mode_ = mode;
 }

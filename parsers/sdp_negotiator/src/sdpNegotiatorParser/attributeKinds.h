@@ -1,8 +1,10 @@
 #ifndef SDP_ATTRIBUTE_KINDS_H
 #define SDP_ATTRIBUTE_KINDS_H
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <span>
 
 #include "aLine.h"
@@ -61,6 +63,20 @@ class KindSet {
   Bits bits_;
 };
 
+/// Each kind once, those together whose lines are asked for together.
+inline constexpr KindSet kKindsOfTopics[] = {
+    KindSet(AttributeKind::other, AttributeKind::crypto, AttributeKind::setup, AttributeKind::fingerprint,
+            AttributeKind::direction),
+    KindSet(AttributeKind::rtpmap, AttributeKind::longerRtpmap),
+    KindSet(AttributeKind::fmtp, AttributeKind::longerFmtp),
+    KindSet(AttributeKind::mptime, AttributeKind::ptime, AttributeKind::silenceSupp, AttributeKind::ecan,
+            AttributeKind::gpmd),
+    KindSet(AttributeKind::candidate, AttributeKind::iceWithValue, AttributeKind::remoteOrIce),
+    KindSet(AttributeKind::keyMgmt, AttributeKind::longerKeyMgmt, AttributeKind::label,
+            AttributeKind::t38MaxBitRate),
+};
+inline constexpr std::size_t kAttributeTopics = std::size(kKindsOfTopics);
+
 /// The names that are also looked for by themselves.
 inline constexpr NamePattern kRtpmapName{"rtpmap", NameTest::whole};
 inline constexpr NamePattern kRtpmapPrefix{"rtpmap", NameTest::prefix};
@@ -89,27 +105,35 @@ class AttributeIndex {
   /// Calls `work` with each line of the kinds, and its kind, in their order until it returns false.
   template <typename Work>
   void forEach(KindSet kinds, Work work) const {
-    if (!hasAnyOf(kinds)) return;
-    for (std::size_t i = 0; i < known_; ++i) {
-      if (kinds.has(lines_[i].kind) && !work(entries_[lines_[i].index], lines_[i].kind)) return;
+    for (std::size_t word = 0; word < kWords; ++word) {
+      for (Word rest = linesAskedFor(kinds, word); rest != 0; rest &= rest - 1) {
+        const std::size_t index = word * kWordSize + static_cast<std::size_t>(std::countr_zero(rest));
+        if (kinds.has(kinds_[index]) && !work(entries_[index], kinds_[index])) return;
+      }
     }
   }
 
  private:
-  /// A line that is not of the kind `other`.
-  struct Line {
-    std::uint8_t index;
-    AttributeKind kind;
-  };
-  static_assert(SDP_ATTRIBUTE_CAPACITY <= UINT8_MAX);
+  /// A bit for each of as many lines, the lowest one for the first.
+  using Word = std::uint64_t;
+  static constexpr std::size_t kWordSize = 64;
+  static constexpr std::size_t kWords = (SDP_ATTRIBUTE_CAPACITY + kWordSize - 1) / kWordSize;
+
+  /// Those of the topics that the kinds belong to.
+  Word linesAskedFor(KindSet kinds, std::size_t word) const {
+    Word lines = 0;
+    for (std::size_t topic = 0; topic < kAttributeTopics; ++topic) {
+      if (kinds.hasAnyOf(kKindsOfTopics[topic])) lines |= topics_[word][topic];
+    }
+    return lines;
+  }
 
   const a_line::entry* entries_;
   std::size_t size_;
-  std::size_t known_;
   KindSet present_;
   unsigned char mode_;
-  /// One more than there are: lines are written before it is known whether they stay.
-  Line lines_[SDP_ATTRIBUTE_CAPACITY + 1];
+  AttributeKind kinds_[SDP_ATTRIBUTE_CAPACITY];
+  Word topics_[kWords][kAttributeTopics];
 };
 
 }  // namespace sdpneg

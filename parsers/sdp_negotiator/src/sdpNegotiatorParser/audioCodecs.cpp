@@ -40,6 +40,9 @@ PayloadWord wordOf(const a_line::entry& line, int payloadType) {
   return wordBehind(line, number->length);
 }
 
+/// As long as what is compared.
+constexpr char kNoWord[NamePattern::kSize] = {};
+
 /// An encoding to compare with. Those that begin alike, letters in either case, form a chain in their order.
 struct Encoding {
   NamePattern pattern{"", NameTest::prefix};
@@ -105,22 +108,41 @@ std::uint8_t codecOfRate(const char* encoding, std::string_view parameters) {
   return SDP_NO_CODEC;
 }
 
-/// The codec of an encoding whose rate stands in an fmtp line of its payload type.
+/// The codec of an encoding whose rate stands in an fmtp line, when that is one of its payload type.
+std::uint8_t codecOfFmtp(const char* encoding, int payloadType, const a_line::entry& line) {
+  return codecOfRate(encoding, Words(wordOf(line, payloadType).text).next());
+}
+
+/// The codec of a payload type by the fmtp lines of its m-line.
+std::uint8_t codecOfFmtp(const char* encoding, int payloadType, const AttributeIndex& attributes) {
+  std::uint8_t codec = SDP_NO_CODEC;
+  constexpr KindSet kinds(AttributeKind::fmtp, AttributeKind::longerFmtp);
+  attributes.forEach(kinds, [&](const a_line::entry& line, AttributeKind) {
+    codec = codecOfFmtp(encoding, payloadType, line);
+    return codec == SDP_NO_CODEC;
+  });
+  return codec;
+}
+
 std::uint8_t codecOfFmtp(const char* encoding, int payloadType, std::span<const a_line::entry> attributes) {
   for (const a_line::entry& line : attributes) {
     if (!kFmtpPrefix.matches(line.name)) continue;
-    const std::uint8_t codec = codecOfRate(encoding, Words(wordOf(line, payloadType).text).next());
+    const std::uint8_t codec = codecOfFmtp(encoding, payloadType, line);
     if (codec != SDP_NO_CODEC) return codec;
   }
   return SDP_NO_CODEC;
 }
 
+/// Whether the codec of an encoding, by its index, depends on its rate.
+bool dependsOnRate(std::size_t encoding) {
+  return encoding != 0 && kEncodings.entries[encoding].codec == SDP_NO_CODEC;
+}
+
 /// The codec of a dynamic payload type by the word that its rtpmap line has.
 std::uint8_t codecOfWord(PayloadWord encoding, int payloadType, std::span<const a_line::entry> attributes) {
   const std::size_t found = encodingOf(encoding);
-  const std::uint8_t codec = kEncodings.entries[found].codec;
-  // A known one without a codec depends on its rate.
-  return codec != SDP_NO_CODEC || found == 0 ? codec : codecOfFmtp(encoding.text, payloadType, attributes);
+  return dependsOnRate(found) ? codecOfFmtp(encoding.text, payloadType, attributes)
+                              : kEncodings.entries[found].codec;
 }
 
 bool isDynamic(int payloadType) {
@@ -151,18 +173,27 @@ std::uint8_t staticCodec(int payloadType, const char* format) {
 
 }  // namespace
 
-// Of several lines for one payload type the first that names a known codec counts.
+// Of several lines for one payload type the first that names a known codec counts. What a line holds could not be
+// foreseen, so a line of another payload type is not left out, but names nothing, and what it names is not kept.
 PayloadCodecs::PayloadCodecs(const AttributeIndex& attributes) {
-  static_assert(sizeof codecs_ == sizeof kStaticCodecs.of);
-  std::memcpy(codecs_, kStaticCodecs.of, sizeof codecs_);
+  constexpr int kNotKept = kLastDynamicPayload + 1;
+  constexpr std::size_t kBlock = 16;
+  static_assert(sizeof kStaticCodecs.of % kBlock == 0 && sizeof codecs_ > sizeof kStaticCodecs.of);
+  for (std::size_t i = 0; i < sizeof kStaticCodecs.of; i += kBlock) {
+    std::memcpy(codecs_ + i, kStaticCodecs.of + i, kBlock);
+  }
+  codecs_[kNotKept] = SDP_NO_CODEC;
   constexpr KindSet kinds(AttributeKind::rtpmap, AttributeKind::longerRtpmap);
   attributes.forEach(kinds, [&](const a_line::entry& line, AttributeKind) {
     Leading<int> number = shortNumberOf<kPayloadDigits>(line.value);
     if (number.length == 0) number = leadingNumberOf<int>(line.value).value_or(number);
-    if (!isDynamic(number.value)) return true;
-    std::uint8_t& codec = codecs_[number.value];
-    if (codec == SDP_NO_CODEC) {
-      codec = codecOfWord(wordBehind(line, number.length), number.value, attributes.lines());
+    const bool isKept = isDynamic(number.value);
+    const PayloadWord word = wordBehind(line, number.length);
+    const std::size_t found = encodingOf({isKept ? word.text : kNoWord, isKept ? word.room : sizeof kNoWord});
+    std::uint8_t& codec = codecs_[isKept ? number.value : kNotKept];
+    codec = firstCodec(codec, kEncodings.entries[found].codec);
+    if (dependsOnRate(found) && codec == SDP_NO_CODEC) {
+      codec = codecOfFmtp(word.text, number.value, attributes);
     }
     return true;
   });

@@ -10,8 +10,8 @@
 
 namespace sdpneg {
 
-/// The number of at most `Most` digits that a field begins with. Its digits are told apart from what follows without
-/// jumps, which could not be foreseen.
+/// The number of at most `Most` digits that a field begins with. Its digits are told apart from what follows by masks:
+/// jumps could not be foreseen.
 /// @return a length of 0 when it begins with anything else
 template <std::size_t Most, std::size_t Size>
 Leading<int> shortNumberOf(const char (&field)[Size]) {
@@ -26,11 +26,12 @@ Leading<int> shortNumberOf(const char (&field)[Size]) {
   unsigned int goesOn = 1;  // not behind a NUL, whatever stands there
   for (std::size_t at = 1; at < Most; ++at) {
     const unsigned int digit = digitAt(at);
-    goesOn &= digit <= nine ? 1U : 0U;
-    value = goesOn != 0 ? value * 10 + digit : value;
+    goesOn &= static_cast<unsigned int>(digit <= nine);
+    value += (value * nine + digit) & (0U - goesOn);
     length += goesOn;
   }
-  if (length == Most && isDigit(field[Most])) return {0, 0};
+  goesOn &= static_cast<unsigned int>(digitAt(Most) <= nine);
+  if (goesOn != 0) return {0, 0};
   return {static_cast<int>(value), length};
 }
 

@@ -13,6 +13,13 @@
 
 namespace sdpneg {
 
+/// The first codec of two, without a jump, which could not be foreseen.
+inline std::uint8_t firstCodec(std::uint8_t codec, std::uint8_t otherwise) {
+  static_assert(SDP_NO_CODEC == 0);
+  return static_cast<std::uint8_t>(codec |
+                                   (otherwise & (0U - static_cast<unsigned int>(codec == SDP_NO_CODEC))));
+}
+
 /// Tells the codec of each format as `sdpParserMessage::convertCodec` does, and reads the attribute lines once for all.
 class PayloadCodecs {
  public:
@@ -32,8 +39,8 @@ class PayloadCodecs {
   /// Of a format that is no number of few digits.
   std::uint8_t ofLonger(const char* format) const;
 
-  /// By payload type.
-  std::uint8_t codecs_[kLastDynamicPayload + 1];
+  /// By payload type; behind them a place for what is not to be kept.
+  std::uint8_t codecs_[kLastDynamicPayload + 2];
 };
 
 }  // namespace sdpneg

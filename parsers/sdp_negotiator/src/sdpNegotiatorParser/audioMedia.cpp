@@ -4,7 +4,6 @@
 #include "fieldNumbers.h"
 #include "mediaAddress.h"
 #include "payloadCodecs.h"
-#include "refusal.h"
 #include "sdpNegotiatorParser.h"
 #include "steps.h"
 #include "vocabulary.h"
@@ -16,18 +15,18 @@ namespace {
 
 /// The first audio m-line in use. One that is not in use is taken when no other m-line follows it.
 /// @param chosen receives it, or null
-/// @return a refusal of a port up to it
-Refusal chooseAudio(Body& body, int noOfMDs, Section*& chosen) {
+/// @return 1 for a refusal of a port up to it, which is told, else 0
+unsigned short chooseAudio(Body& body, int noOfMDs, Section*& chosen) {
   chosen = nullptr;
   const auto sections = body.sections(noOfMDs);
   for (Section& section : sections) {
     if (section.kind() != MEDIA_AUDIO) continue;
-    if (const Refusal refusal = checkPort("audio", body, section)) return refusal;
+    if (checkPort("audio", body, section) != 0) return 1;
     if (section.port() == 0 && &section != &sections.back()) continue;
     chosen = &section;
     break;
   }
-  return {};
+  return 0;
 }
 
 void takeCodecs(sSdpParsedData& data, Section& audio, unsigned int& count) {
@@ -36,8 +35,8 @@ void takeCodecs(sSdpParsedData& data, Section& audio, unsigned int& count) {
     if (count >= MAX_SDP_NEGOTIATOR_AUDIO_CODECS) return;
     const std::uint8_t codec = codecs.of(format);
     std::uint8_t& place = data.audioCodec[count];
-    place = codec != SDP_NO_CODEC ? codec : place;
-    count += codec != SDP_NO_CODEC ? 1 : 0;
+    place = firstCodec(codec, place);
+    count += static_cast<unsigned int>(codec != SDP_NO_CODEC);
   }
 }
 
@@ -47,10 +46,26 @@ class AudioAttributes {
   AudioAttributes(sSdpParsedData& data, int noOfFormats, unsigned char* periods)
       : data_(data), noOfFormats_(noOfFormats), periods_(periods) {}
 
-  /// The lines that are read.
-  static constexpr KindSet kinds() {
-    return KindSet(AttributeKind::mptime, AttributeKind::ptime, AttributeKind::silenceSupp,
-                   AttributeKind::ecan, AttributeKind::gpmd, AttributeKind::fmtp);
+  /// Reads the lines.
+  void readAll(const AttributeIndex& attributes) {
+    constexpr KindSet others(AttributeKind::mptime, AttributeKind::ptime, AttributeKind::silenceSupp,
+                             AttributeKind::ecan, AttributeKind::gpmd);
+    constexpr KindSet all(AttributeKind::mptime, AttributeKind::ptime, AttributeKind::silenceSupp,
+                          AttributeKind::ecan, AttributeKind::gpmd, AttributeKind::fmtp);
+    const auto readOne = [this](const a_line::entry& line, AttributeKind kind) { return read(line, kind); };
+    if (mayHaveG729()) {
+      attributes.forEach(all, readOne);
+    } else {
+      attributes.forEach(others, readOne);
+    }
+  }
+
+ private:
+  /// Whether the parameters of a codec may change something.
+  bool mayHaveG729() const {
+    unsigned int found = 0;
+    for (const std::uint8_t codec : data_.audioCodec) found |= static_cast<unsigned int>(codec == kCodecG729);
+    return found != 0;
   }
 
   /// @return false when the lines behind this one are not to be read
@@ -75,7 +90,6 @@ class AudioAttributes {
     }
   }
 
- private:
   bool readPtime(const a_line::entry& line) {
     const Leading<int> period = shortNumberOf<kPayloadDigits>(line.value);
     bool valid = true;
@@ -124,20 +138,15 @@ class AudioAttributes {
 unsigned short takeAudio(sSdpParsedData& data, Body& body, unsigned int& count, int noOfMDs,
                          unsigned char* periods) {
   Section* audio = nullptr;
-  if (const Refusal refusal = chooseAudio(body, noOfMDs, audio)) return refuse(refusal);
+  if (chooseAudio(body, noOfMDs, audio) != 0) return 1;
   if (audio == nullptr) return 0;
-  if (hasConnection(audio->connection())) {
-    const Refusal refusal = takeAddressOf(data, body, *audio);
-    if (refusal) return refuse(refusal);
-  }
+  if (hasConnection(audio->connection()) && takeAddressOf(data, body, *audio) != 0) return 1;
   data.mediaType |= MEDIA_AUDIO;
   data.port = static_cast<std::uint32_t>(audio->port());
   takeCodecs(data, *audio, count);
   data.sessionMode = firstGiven(audio->attributes().mode(), data.sessionMode);
-  AudioAttributes reader(data, static_cast<int>(formatsOf(audio->media().mLine).size()), periods);
-  audio->attributes().forEach(AudioAttributes::kinds(), [&](const a_line::entry& line, AttributeKind kind) {
-    return reader.read(line, kind);
-  });
+  const int noOfFormats = static_cast<int>(formatsOf(audio->media().mLine).size());
+  AudioAttributes(data, noOfFormats, periods).readAll(audio->attributes());
   return 0;
 }
 

@@ -9,12 +9,13 @@
 #include "descriptionView.h"
 #include "vocabulary.h"
 
-// A decoded body as the steps of the analysis ask it. What several of them ask is read once, when it is first asked for.
+// A decoded body as the steps of the analysis ask it. What several of them ask is read once.
 
 namespace sdpneg {
 
-/// Whether media have what the session has and they have not.
-enum class Inheritance : bool { no, yes };
+/// What of a body is read at once. For a single question little is; media have only what is their own then. For the
+/// analysis ports and attribute lines are, and media have what the session has and they have not.
+enum class BodyReading : bool { whenAsked, whole };
 
 /// A media description in place.
 class Section {
@@ -58,10 +59,14 @@ class ReadAddress {
  public:
   /// Reads an address; the one that was read last is not read again.
   /// @param text null, or a text that stays as it is for as long as it is the last
-  const cMsgIPAddress& read(const char* text);
+  const cMsgIPAddress& read(const char* text) {
+    return isRead_ && text == text_ ? address_ : readAnother(text);
+  }
   eIPAddressVersion versionOf(const char* text) { return read(text).getIPAddressVersion(); }
 
  private:
+  const cMsgIPAddress& readAnother(const char* text);
+
   bool isRead_ = false;
   const char* text_ = nullptr;
   cMsgIPAddress address_;
@@ -76,13 +81,16 @@ struct HeldLines {
 /// A decoded body.
 class Body {
  public:
-  explicit Body(const sDescription& description, Inheritance inheritance = Inheritance::no);
+  explicit Body(const sDescription& description, BodyReading reading = BodyReading::whenAsked);
   Body(const Body&) = delete;
   Body& operator=(const Body&) = delete;
 
   const sDescription& description() const { return description_; }
   /// The attribute lines of the session.
-  const AttributeIndex& session();
+  const AttributeIndex& session() {
+    if (!hasSession_) readSession();
+    return session_;
+  }
   /// The sections that are held.
   std::span<Section> sections() { return std::span(sections_).first(count_); }
   /// Those of them among the first `noOfMDs`.
@@ -90,14 +98,25 @@ class Body {
     return sections().first(static_cast<std::size_t>(std::clamp(noOfMDs, 0, static_cast<int>(count_))));
   }
   /// What the session and all sections hold together. Reads the attribute lines of each.
-  const HeldLines& lines();
+  const HeldLines& lines() {
+    if (!hasLines_) readLines();
+    return lines_;
+  }
   /// Whether a section of that kind is held.
   bool holds(eMediaType kind) const { return (kinds_ & kind) != 0; }
+  bool holdsOtherThan(eMediaType kind) const { return (kinds_ & ~static_cast<unsigned int>(kind)) != 0; }
   /// The direction of media that have none of their own.
   unsigned char sessionMode() { return firstGiven(session().mode(), CONNECTION_MODE_SENDRECV); }
   ReadAddress& addresses() { return addresses_; }
 
  private:
+  void readSession();
+  void readLines();
+  void addLines(const AttributeIndex& attributes) {
+    lines_.count += attributes.lines().size();
+    lines_.kinds.add(attributes.kinds());
+  }
+
   const sDescription& description_;
   std::size_t count_;
   unsigned int kinds_ = 0;

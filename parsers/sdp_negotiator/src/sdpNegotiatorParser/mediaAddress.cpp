@@ -16,36 +16,37 @@ int numberOf(const Body& body, const Section& section) {
 
 }  // namespace
 
-Refusal checkPort(const char* kind, const Body& body, Section& section) {
-  const int port = section.port();
-  if (isMediaPort(port)) return {};
-  return {.reason = SDP_REFUSED_INVALID_PORT,
-          .what = kind,
-          .number = port,
-          .section = numberOf(body, section),
-          .field = SDP_REFUSAL_FIELD_PORT};
+unsigned short refusePort(const char* kind, const Body& body, Section& section) {
+  return refuse({.reason = SDP_REFUSED_INVALID_PORT,
+                 .what = kind,
+                 .number = section.port(),
+                 .section = numberOf(body, section),
+                 .field = SDP_REFUSAL_FIELD_PORT});
 }
 
-Refusal takeAddress(sSdpParsedData& data, ReadAddress& addresses, const c_line& line, int section) {
-  const char* const text = addressOf(line);
-  const cMsgIPAddress& address = addresses.read(text);
-  if (address.getIPAddressVersion() == kIpVersionUnknown) {
-    return {.reason = SDP_REFUSED_INVALID_ADDRESS,
-            .what = viewOf(text),
-            .section = section,
-            .field = SDP_REFUSAL_FIELD_ADDRESS};
-  }
+bool takeAddress(sSdpParsedData& data, ReadAddress& addresses, const c_line& line) {
+  const cMsgIPAddress& address = addresses.read(addressOf(line));
+  if (address.getIPAddressVersion() == kIpVersionUnknown) return false;
   data.address = address;
-  return {};
+  return true;
 }
 
-Refusal takeAddressOf(sSdpParsedData& data, Body& body, const Section& section) {
-  return takeAddress(data, body.addresses(), section.connection(), numberOf(body, section));
+Refusal refusalOfAddress(const c_line& line, int section) {
+  return {.reason = SDP_REFUSED_INVALID_ADDRESS,
+          .what = viewOf(addressOf(line)),
+          .section = section,
+          .field = SDP_REFUSAL_FIELD_ADDRESS};
 }
 
-Refusal addressWithoutAudio(sSdpParsedData& data, Body& body, Section& section, const char* kind) {
-  if (body.holds(MEDIA_AUDIO) || !hasConnection(section.connection())) return {};
-  if (const Refusal refusal = checkPort(kind, body, section)) return refusal;
+unsigned short takeAddressOf(sSdpParsedData& data, Body& body, const Section& section) {
+  const c_line& line = section.connection();
+  return takeAddress(data, body.addresses(), line) ? 0
+                                                   : refuse(refusalOfAddress(line, numberOf(body, section)));
+}
+
+unsigned short addressWithoutAudio(sSdpParsedData& data, Body& body, Section& section, const char* kind) {
+  if (body.holds(MEDIA_AUDIO) || !hasConnection(section.connection())) return 0;
+  if (checkPort(kind, body, section) != 0) return 1;
   data.port = static_cast<std::uint32_t>(section.port());
   return takeAddressOf(data, body, section);
 }
@@ -56,5 +57,5 @@ using namespace sdpneg;
 
 unsigned short sdpParserMessage::getIpAddr(sSdpParsedData& data, const c_line& line) {
   ReadAddress addresses;
-  return statusOf(takeAddress(data, addresses, line, 0));
+  return takeAddress(data, addresses, line) ? 0 : refuse(refusalOfAddress(line, 0));
 }

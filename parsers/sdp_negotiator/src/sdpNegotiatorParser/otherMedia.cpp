@@ -2,7 +2,6 @@
 #include <iterator>
 
 #include "mediaAddress.h"
-#include "refusal.h"
 #include "sdpNegotiatorParser.h"
 #include "steps.h"
 #include "vocabulary.h"
@@ -67,7 +66,7 @@ unsigned short takeVideo(sSdpParsedData& data, Body& body, int noOfMDs) {
   data.mediaType |= MEDIA_VIDEO;
   if (data.port == 0) data.mediaType &= ~static_cast<std::uint32_t>(MEDIA_AUDIO);
   if (data.videoMode == CONNECTION_MODE_RECVONLY) data.sdpAttributes |= SDP_ATTR_RECVONLY_VIDEO;
-  return statusOf(addressWithoutAudio(data, body, *video, "video"));
+  return addressWithoutAudio(data, body, *video, "video");
 }
 
 unsigned short takeMessage(sSdpParsedData& data, Body& body, int noOfMDs) {
@@ -83,7 +82,7 @@ unsigned short takeImage(sSdpParsedData& data, Body& body, int noOfMDs) {
   if (image == nullptr) return 0;
   data.mediaType |= MEDIA_IMAGE;
   takeT38(data, *image);
-  return statusOf(addressWithoutAudio(data, body, *image, "image"));
+  return addressWithoutAudio(data, body, *image, "image");
 }
 
 unsigned short takeApplication(sSdpParsedData& data, Body& body, int noOfMDs) {

@@ -44,13 +44,18 @@ unsigned short decode(sDescription& description, const char* sdp, eSdpType type,
   return status;
 }
 
+/// The version that an address type stands for, its letters in either case.
+eIPAddressVersion versionOfType(const char* type) {
+  if (lower(type[0]) != 'i' || lower(type[1]) != 'p') return kIpVersionUnknown;
+  if (type[2] == '4' && type[3] == '\0') return kIpVersion4;
+  return type[2] == '6' && type[3] == '\0' ? kIpVersion6 : kIpVersionUnknown;
+}
+
 /// Whether an address is of the type that stands before it; types other than these two have any.
 bool isOfItsType(const c_line& line, ReadAddress& addresses) {
-  const char* type = addressTypeOf(line);
-  const char* address = addressOf(line);
-  if (type == nullptr || address == nullptr) return true;
-  if (equalNoCase(type, kIp4)) return addresses.versionOf(address) == kIpVersion4;
-  return !equalNoCase(type, kIp6) || addresses.versionOf(address) == kIpVersion6;
+  if (!hasConnection(line)) return true;
+  const eIPAddressVersion version = versionOfType(addressTypeOf(line));
+  return version == kIpVersionUnknown || addresses.versionOf(addressOf(line)) == version;
 }
 
 void takeSession(sSdpParsedData& data, Body& body, const BodyText& sdp) {
@@ -67,10 +72,7 @@ void takeSession(sSdpParsedData& data, Body& body, const BodyText& sdp) {
 /// A body without m-lines names at most the address of its session; one that is invalid is traced only.
 void finishWithoutMedia(sSdpParsedData& data, Body& body) {
   const c_line& line = body.description().cLine;
-  if (hasConnection(line)) {
-    const Refusal refusal = takeAddress(data, body.addresses(), line, 0);
-    if (refusal) mention(refusal);
-  }
+  if (hasConnection(line) && !takeAddress(data, body.addresses(), line)) mention(refusalOfAddress(line, 0));
   data.gainControl = kGainWithoutMedia;
   trace::progress("The gain control value is set to: %d", data.gainControl);
 }
@@ -98,6 +100,7 @@ void addTelephoneEvent(sSdpParsedData& data, const BodyText& sdp, unsigned int& 
 }
 
 unsigned short takeOtherMedia(sSdpParsedData& data, Body& body, int noOfMDs) {
+  if (!body.holdsOtherThan(MEDIA_AUDIO)) return 0;
   const bool refused = takeVideo(data, body, noOfMDs) != 0 || takeMessage(data, body, noOfMDs) != 0 ||
                        takeText(data, body, noOfMDs) != 0 || takeImage(data, body, noOfMDs) != 0 ||
                        takeApplication(data, body, noOfMDs) != 0;
@@ -153,7 +156,7 @@ void takeOriginPlace(sSdpParsedData& data, const sDescription& description, std:
 
 unsigned short analyse(sSdpParsedData& data, const sDescription& description, std::string_view sdp) {
   const BodyText text = lookAt(sdp);
-  Body body(description, Inheritance::yes);
+  Body body(description, BodyReading::whole);
   takeSession(data, body, text);
   if (const Refusal refusal = checkDescription(body)) return refuse(refusal);
   const int noOfMDs = sdp_getNoOfMDs(&description);

@@ -1,4 +1,8 @@
+#include <cstring>
+#include <string_view>
+
 #include "descriptionView.h"
+#include "namePattern.h"
 #include "sdpNegotiatorParser.h"
 #include "steps.h"
 #include "trace.h"
@@ -28,23 +32,24 @@ void noteMikey(sSdpParsedData& data) {
   trace::progress("Mikey attribute is found.");
 }
 
-/// Which transports a transport field names, at its beginning as mostly or further on.
+/// Which transports a transport field names, mostly as a whole.
 struct Named {
   bool plain;
   bool secure;
 };
 
-/// Whether nothing stands behind the name of a transport, or what tells one with feedback.
-bool isEndOfName(const char* behind) { return behind[0] == '\0' || (behind[0] == 'F' && behind[1] == '\0'); }
-
-Named namedBy(const char* transport) {
-  constexpr std::string_view tls = "UDP/TLS/";
-  constexpr std::string_view plain = kPlainTransport;
-  constexpr std::string_view secure = kSecureTransport;
-  const char* const name = textStartsWith(transport, tls) ? transport + tls.size() : transport;
-  if (textStartsWith(name, plain) && isEndOfName(name + plain.size())) return {true, false};
-  if (textStartsWith(name, secure) && isEndOfName(name + secure.size())) return {false, true};
-  return {contains(transport, plain), contains(transport, secure)};
+Named namedBy(const char (&transport)[SDP_TRANSPORT_SIZE]) {
+  constexpr NamePattern tls("UDP/TLS/", NameTest::prefix);
+  constexpr NamePattern plain("RTP/AVP", NameTest::whole);
+  constexpr NamePattern plainWithFeedback("RTP/AVPF", NameTest::whole);
+  constexpr NamePattern secure("RTP/SAVP", NameTest::whole);
+  constexpr NamePattern secureWithFeedback("RTP/SAVPF", NameTest::whole);
+  static_assert(kPlainTransport == std::string_view("RTP/AVP") &&
+                kSecureTransport == std::string_view("RTP/SAVP"));
+  const char* const name = transport + (tls.matchesAt(transport) ? std::strlen("UDP/TLS/") : 0);
+  if (plain.matchesAt(name) || plainWithFeedback.matchesAt(name)) return {true, false};
+  if (secure.matchesAt(name) || secureWithFeedback.matchesAt(name)) return {false, true};
+  return {contains(transport, kPlainTransport), contains(transport, kSecureTransport)};
 }
 
 void noteSecureMedia(sSdpParsedData& data, Section& section) {

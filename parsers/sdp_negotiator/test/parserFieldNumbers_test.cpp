@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -43,11 +44,35 @@ TEST(FieldNumbers, HaveAsManyDigitsAsAreAskedForAtMost) {
   }
 }
 
-TEST(FieldNumbers, AreReadUpToTheEndOfASmallField) {
-  const char field[6] = "65535";
-  EXPECT_EQ(shortNumberOf<5>(field).value, 65535);
-  EXPECT_EQ(shortNumberOf<5>(field).length, 5U);
-  EXPECT_EQ(shortNumberOf<4>(field).length, 0U);
+TEST(FieldNumbers, AreReadUpToTheEndOfAFieldOfEightCharacters) {
+  const char field[8] = "655356";
+  EXPECT_EQ(shortNumberOf<6>(field).value, 655356);
+  EXPECT_EQ(shortNumberOf<6>(field).length, 6U);
+  EXPECT_EQ(shortNumberOf<5>(field).length, 0U);
+  const char full[8] = {'1', '2', '3', '4', '5', '6', '7', '8'};
+  EXPECT_EQ(shortNumberOf<6>(full).length, 0U);
+}
+
+TEST(FieldNumbers, AreReadWhateverTheirDigitsAreAndWhateverFollows) {
+  for (int number = 0; number <= 99999; ++number) {
+    for (const char* const behind : {"", "/", ":", " 1"}) {
+      char field[16];
+      std::snprintf(field, sizeof field, "%d%s", number, behind);
+      const Leading<int> read = shortNumberOf<5>(field);
+      ASSERT_EQ(read.value, number) << field;
+      ASSERT_EQ(read.length, std::to_string(number).size()) << field;
+    }
+  }
+}
+
+TEST(FieldNumbers, EndAtEveryOtherCharacter) {
+  for (int c = 1; c <= 255; ++c) {
+    const char other = static_cast<char>(c);
+    const char field[8] = {'4', '2', other, '7', '\0'};
+    const bool isDigit = c >= '0' && c <= '9';
+    EXPECT_EQ(shortNumberOf<3>(field).length, isDigit ? 0U : 2U) << c;
+    EXPECT_EQ(shortNumberOf<3>(field).value, isDigit ? 0 : 42) << c;
+  }
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "attributeLines.h"
+#include "readsBehindNul.h"
 #include "vocabulary.h"
 
 // The kinds of attribute lines: a table of names, found by their first characters.
@@ -122,8 +123,10 @@ constexpr Table kTable = makeTable();
 
 /// The entry of a name; entry 0 for one that is not known.
 inline const Entry& entryOf(const a_line::entry& line) {
-  // What stands behind the NUL of a shorter name is not looked at.
-  if (line.name[0] == '\0' || line.name[1] == '\0' || line.name[2] == '\0') return kTable.entries[0];
+  // A shorter name fits no entry but the last one, whatever stands behind its NUL.
+  if constexpr (!kReadsBehindNul) {
+    if (line.name[0] == '\0' || line.name[1] == '\0' || line.name[2] == '\0') return kTable.entries[0];
+  }
   Beginning beginning = 0;
   std::memcpy(&beginning, line.name, sizeof beginning);
   std::size_t at = kTable.first[bucketOf(beginning)];

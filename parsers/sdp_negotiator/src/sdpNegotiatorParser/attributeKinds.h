@@ -53,6 +53,7 @@ class KindSet {
   constexpr void add(KindSet others) { bits_ |= others.bits_; }
   constexpr bool has(AttributeKind kind) const { return (bits_ & bitOf(kind)) != 0; }
   constexpr bool hasAnyOf(KindSet others) const { return (bits_ & others.bits_) != 0; }
+  constexpr bool hasAllOf(KindSet others) const { return (bits_ & others.bits_) == others.bits_; }
 
  private:
   using Bits = std::uint32_t;
@@ -108,7 +109,8 @@ class AttributeIndex {
     for (std::size_t word = 0; word < kWords; ++word) {
       for (Word rest = linesAskedFor(kinds, word); rest != 0; rest &= rest - 1) {
         const std::size_t index = word * kWordSize + static_cast<std::size_t>(std::countr_zero(rest));
-        if (kinds.has(kinds_[index]) && !work(entries_[index], kinds_[index])) return;
+        const bool isMeant = asksForWholeTopics(kinds) || kinds.has(kinds_[index]);
+        if (isMeant && !work(entries_[index], kinds_[index])) return;
       }
     }
   }
@@ -118,6 +120,14 @@ class AttributeIndex {
   using Word = std::uint64_t;
   static constexpr std::size_t kWordSize = 64;
   static constexpr std::size_t kWords = (SDP_ATTRIBUTE_CAPACITY + kWordSize - 1) / kWordSize;
+
+  /// Whether no kind of a topic is missing; known while compiling.
+  static constexpr bool asksForWholeTopics(KindSet kinds) {
+    for (const KindSet topic : kKindsOfTopics) {
+      if (kinds.hasAnyOf(topic) && !kinds.hasAllOf(topic)) return false;
+    }
+    return true;
+  }
 
   /// Those of the topics that the kinds belong to.
   Word linesAskedFor(KindSet kinds, std::size_t word) const {

@@ -40,13 +40,11 @@ PayloadWord wordOf(const a_line::entry& line, int payloadType) {
   return wordBehind(line, number->length);
 }
 
-/// As long as what is compared.
-constexpr char kNoWord[NamePattern::kSize] = {};
-
 /// An encoding to compare with. Those that begin alike, letters in either case, form a chain in their order.
-struct Encoding {
+struct alignas(64) Encoding {
   NamePattern pattern{"", NameTest::prefix};
   std::uint8_t codec = SDP_NO_CODEC;  ///< none where it depends on a rate
+  bool hasRate = false;               ///< the codec depends on a rate
   std::uint8_t next = 0;
 };
 
@@ -61,7 +59,7 @@ struct Encodings {
 
   constexpr void addInFront(std::size_t index, std::string_view prefix, NameTest test, std::uint8_t codec) {
     std::uint8_t& chain = first[beginningOf(prefix[0])];
-    entries[index] = {NamePattern(prefix, test), codec, chain};
+    entries[index] = {NamePattern(prefix, test), codec, codec == SDP_NO_CODEC, chain};
     chain = static_cast<std::uint8_t>(index);
   }
 };
@@ -82,23 +80,24 @@ constexpr Encodings makeEncodings() {
 
 constexpr Encodings kEncodings = makeEncodings();
 
-/// The index of the encoding that a text of kSize characters at least begins with, 0 when it is not known.
-inline std::size_t encodingAt(const char* text) {
-  std::size_t at = kEncodings.first[beginningOf(*text)];
+/// The encoding that a text of kSize characters at least begins with; encoding 0 when it is not known.
+/// @param isWanted if not, it is not known
+inline const Encoding& encodingAt(const char* text, bool isWanted) {
+  std::size_t at = kEncodings.first[beginningOf(*text)] * static_cast<std::size_t>(isWanted);
   while (!kEncodings.entries[at].pattern.matchesAt(text)) at = kEncodings.entries[at].next;
-  return at;
+  return kEncodings.entries[at];
 }
 
 /// The same of a word near the end of its field, which is copied so that as much as is compared can be read.
-[[gnu::noinline]] std::size_t encodingOfLast(PayloadWord word) {
+[[gnu::noinline]] const Encoding& encodingOfLast(PayloadWord word, bool isWanted) {
   char copy[NamePattern::kSize] = {};
   std::memcpy(copy, word.text, word.room);
-  return encodingAt(copy);
+  return encodingAt(copy, isWanted);
 }
 
 /// Of the word itself: no rule holds white space.
-inline std::size_t encodingOf(PayloadWord word) {
-  return word.room < NamePattern::kSize ? encodingOfLast(word) : encodingAt(word.text);
+inline const Encoding& encodingOf(PayloadWord word, bool isWanted = true) {
+  return word.room < NamePattern::kSize ? encodingOfLast(word, isWanted) : encodingAt(word.text, isWanted);
 }
 
 std::uint8_t codecOfRate(const char* encoding, std::string_view parameters) {
@@ -133,16 +132,10 @@ std::uint8_t codecOfFmtp(const char* encoding, int payloadType, std::span<const 
   return SDP_NO_CODEC;
 }
 
-/// Whether the codec of an encoding, by its index, depends on its rate.
-bool dependsOnRate(std::size_t encoding) {
-  return encoding != 0 && kEncodings.entries[encoding].codec == SDP_NO_CODEC;
-}
-
 /// The codec of a dynamic payload type by the word that its rtpmap line has.
 std::uint8_t codecOfWord(PayloadWord encoding, int payloadType, std::span<const a_line::entry> attributes) {
-  const std::size_t found = encodingOf(encoding);
-  return dependsOnRate(found) ? codecOfFmtp(encoding.text, payloadType, attributes)
-                              : kEncodings.entries[found].codec;
+  const Encoding& found = encodingOf(encoding);
+  return found.hasRate ? codecOfFmtp(encoding.text, payloadType, attributes) : found.codec;
 }
 
 bool isDynamic(int payloadType) {
@@ -176,7 +169,8 @@ std::uint8_t staticCodec(int payloadType, const char* format) {
 // Of several lines for one payload type the first that names a known codec counts. What a line holds could not be
 // foreseen, so a line of another payload type is not left out, but names nothing, and what it names is not kept.
 PayloadCodecs::PayloadCodecs(const AttributeIndex& attributes) {
-  constexpr int kNotKept = kLastDynamicPayload + 1;
+  constexpr unsigned int kNotKept = kLastDynamicPayload + 1;
+  constexpr unsigned int kDynamic = kLastDynamicPayload + 1 - kFirstDynamicPayload;
   constexpr std::size_t kBlock = 16;
   static_assert(sizeof kStaticCodecs.of % kBlock == 0 && sizeof codecs_ > sizeof kStaticCodecs.of);
   for (std::size_t i = 0; i < sizeof kStaticCodecs.of; i += kBlock) {
@@ -187,14 +181,14 @@ PayloadCodecs::PayloadCodecs(const AttributeIndex& attributes) {
   attributes.forEach(kinds, [&](const a_line::entry& line, AttributeKind) {
     Leading<int> number = shortNumberOf<kPayloadDigits>(line.value);
     if (number.length == 0) number = leadingNumberOf<int>(line.value).value_or(number);
-    const bool isKept = isDynamic(number.value);
+    const unsigned int dynamic = static_cast<unsigned int>(number.value) - kFirstDynamicPayload;
+    const bool isKept = dynamic < kDynamic;
     const PayloadWord word = wordBehind(line, number.length);
-    const std::size_t found = encodingOf({isKept ? word.text : kNoWord, isKept ? word.room : sizeof kNoWord});
-    std::uint8_t& codec = codecs_[isKept ? number.value : kNotKept];
-    codec = firstCodec(codec, kEncodings.entries[found].codec);
-    if (dependsOnRate(found) && codec == SDP_NO_CODEC) {
-      codec = codecOfFmtp(word.text, number.value, attributes);
-    }
+    const Encoding& found = encodingOf(word, isKept);
+    std::uint8_t& codec =
+        codecs_[kNotKept - ((kDynamic - dynamic) & (0U - static_cast<unsigned int>(isKept)))];
+    codec = firstCodec(codec, found.codec);
+    if (found.hasRate && codec == SDP_NO_CODEC) codec = codecOfFmtp(word.text, number.value, attributes);
     return true;
   });
 }

@@ -31,13 +31,14 @@ unsigned short chooseAudio(Body& body, int noOfMDs, Section*& chosen) {
 
 void takeCodecs(sSdpParsedData& data, Section& audio, unsigned int& count) {
   const PayloadCodecs codecs(audio.attributes());
+  std::size_t place = count;
   for (const auto& format : formatsOf(audio.media().mLine)) {
-    if (count >= MAX_SDP_NEGOTIATOR_AUDIO_CODECS) return;
+    if (place >= MAX_SDP_NEGOTIATOR_AUDIO_CODECS) break;
     const std::uint8_t codec = codecs.of(format);
-    std::uint8_t& place = data.audioCodec[count];
-    place = firstCodec(codec, place);
-    count += static_cast<unsigned int>(codec != SDP_NO_CODEC);
+    data.audioCodec[place] = firstCodec(codec, data.audioCodec[place]);
+    place += static_cast<std::size_t>(codec != SDP_NO_CODEC);
   }
+  count = static_cast<unsigned int>(place);
 }
 
 /// Reads the attribute lines of an audio m-line in their order.
@@ -53,7 +54,8 @@ class AudioAttributes {
     constexpr KindSet all(AttributeKind::mptime, AttributeKind::ptime, AttributeKind::silenceSupp,
                           AttributeKind::ecan, AttributeKind::gpmd, AttributeKind::fmtp);
     const auto readOne = [this](const a_line::entry& line, AttributeKind kind) { return read(line, kind); };
-    if (mayHaveG729()) {
+    // Of the parameters of codecs those of G.729 count.
+    if (placesOf(kCodecG729, data_) != 0) {
       attributes.forEach(all, readOne);
     } else {
       attributes.forEach(others, readOne);
@@ -61,13 +63,6 @@ class AudioAttributes {
   }
 
  private:
-  /// Whether the parameters of a codec may change something.
-  bool mayHaveG729() const {
-    unsigned int found = 0;
-    for (const std::uint8_t codec : data_.audioCodec) found |= static_cast<unsigned int>(codec == kCodecG729);
-    return found != 0;
-  }
-
   /// @return false when the lines behind this one are not to be read
   bool read(const a_line::entry& line, AttributeKind kind) {
     const char* value = valueOf(line);

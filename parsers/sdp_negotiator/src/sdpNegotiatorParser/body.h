@@ -2,6 +2,7 @@
 #define SDP_ANALYSIS_BODY_H
 
 #include <algorithm>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -105,11 +106,19 @@ class Body {
   /// Whether a section of that kind is held.
   bool holds(eMediaType kind) const { return (kinds_ & kind) != 0; }
   bool holdsOtherThan(eMediaType kind) const { return (kinds_ & ~static_cast<unsigned int>(kind)) != 0; }
+  /// Whether a section may have another transport than RTP/AVP.
+  bool mayHaveOtherTransport() const { return otherTransport_; }
+  /// The c-lines of all sections in use, where they are known to be the same ones; null when there is no such section.
+  std::optional<const c_line*> connectionOfAll() const {
+    if (!oneConnection_) return std::nullopt;
+    return inUse_ ? sections_[0].connection_ : nullptr;
+  }
   /// The direction of media that have none of their own.
   unsigned char sessionMode() { return firstGiven(session().mode(), CONNECTION_MODE_SENDRECV); }
   ReadAddress& addresses() { return addresses_; }
 
  private:
+  void readWhole();
   void readSession();
   void readLines();
   void addLines(const AttributeIndex& attributes) {
@@ -122,6 +131,10 @@ class Body {
   unsigned int kinds_ = 0;
   bool hasSession_ = false;
   bool hasLines_ = false;
+  // What is known of all sections once a body has been read whole.
+  bool otherTransport_ = true;
+  bool oneConnection_ = false;
+  bool inUse_ = true;
   HeldLines lines_;
   AttributeIndex session_;
   ReadAddress addresses_;

@@ -69,11 +69,24 @@ std::string_view findEncodingName(std::span<const a_line::entry> lines, const ch
   return {};
 }
 
-bool encodingNameStartsWith(const char* value, std::string_view prefix) {
+std::string_view findEncodingName(const AttributeIndex& lines, const char* format) {
+  if (format == nullptr) return {};
+  const std::string_view wanted = format;
+  std::string_view name;
+  lines.forEach(KindSet(AttributeKind::rtpmap), [&](const a_line::entry& line, AttributeKind) {
+    name = encodingNameOf(line.value, wanted);
+    return name.empty();
+  });
+  return name;
+}
+
+RtpMap rtpMapOf(const char* value) {
   while (isBlank(*value)) ++value;
-  while (*value != '\0' && !isBlank(*value)) ++value;
-  while (isBlank(*value)) ++value;
-  return textStartsWith(value, prefix);
+  const char* end = value;
+  while (*end != '\0' && !isBlank(*end)) ++end;
+  const char* name = end;
+  while (isBlank(*name)) ++name;
+  return {{value, end}, name};
 }
 
 }  // namespace sdpneg

@@ -1,37 +1,57 @@
 #ifndef SDP_FIELD_NUMBERS_H
 #define SDP_FIELD_NUMBERS_H
 
+#include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 
+#include "readsBehindNul.h"
 #include "text/search.h"
 
 // Small numbers in the fields of a decoded description: payload types, periods, ports.
 
 namespace sdpneg {
 
-/// The number of at most `Most` digits that a field begins with. Its digits are told apart from what follows by masks:
-/// jumps could not be foreseen.
+/// The digits that a field begins with, and what follows, as far as a word goes; the first one in its lowest byte.
+inline std::uint64_t firstDigits(const char* field) {
+  std::uint64_t word = 0;
+  if constexpr (kReadsBehindNul) {
+    std::memcpy(&word, field, sizeof word);
+    if constexpr (std::endian::native == std::endian::big) word = __builtin_bswap64(word);
+  } else {
+    for (std::size_t at = 0; at < sizeof word && isDigit(field[at]); ++at) {
+      word |= std::uint64_t{static_cast<unsigned char>(field[at])} << 8 * at;
+    }
+  }
+  return word;
+}
+
+/// The number of at most `Most` digits that a field begins with. Its digits are told apart from what follows, and put
+/// together, all at once: how many there are could not be foreseen.
 /// @return a length of 0 when it begins with anything else
 template <std::size_t Most, std::size_t Size>
 Leading<int> shortNumberOf(const char (&field)[Size]) {
-  static_assert(Most < Size && Most <= std::numeric_limits<int>::digits10);
-  constexpr unsigned int nine = 9;
-  const auto digitAt = [&field](std::size_t at) {
-    return static_cast<unsigned int>(static_cast<unsigned char>(field[at])) - '0';
+  constexpr std::uint64_t zeros = 0x3030303030303030U;
+  constexpr std::uint64_t beyondNine = 0x7676767676767676U;  // what takes 10 to the highest bit of its byte
+  constexpr std::uint64_t highest = 0x8080808080808080U;
+  constexpr std::size_t bits = 8;
+  static_assert(Most + 1 < sizeof zeros && sizeof zeros <= Size &&
+                Most <= std::numeric_limits<int>::digits10);
+  const std::uint64_t values = firstDigits(field) ^ zeros;
+  // Wrong only behind the first character that is no digit.
+  const std::uint64_t others = ((values + beyondNine) | values) & highest;
+  const std::size_t length =
+      static_cast<std::size_t>(std::countr_zero(others | std::uint64_t{1} << 63U)) / bits;
+  if (length - 1 >= Most) return {0, 0};
+  // The last digit goes into the highest byte, with zeros in front of the first.
+  const std::uint64_t aligned = values << (sizeof values - length) * bits;
+  const auto digit = [aligned](std::size_t fromEnd) {
+    return static_cast<unsigned int>(aligned >> (sizeof aligned - 1 - fromEnd) * bits) & 0xFFU;
   };
-  unsigned int value = digitAt(0);
-  if (value > nine) return {0, 0};
-  std::size_t length = 1;
-  unsigned int goesOn = 1;  // not behind a NUL, whatever stands there
-  for (std::size_t at = 1; at < Most; ++at) {
-    const unsigned int digit = digitAt(at);
-    goesOn &= static_cast<unsigned int>(digit <= nine);
-    value += (value * nine + digit) & (0U - goesOn);
-    length += goesOn;
-  }
-  goesOn &= static_cast<unsigned int>(digitAt(Most) <= nine);
-  if (goesOn != 0) return {0, 0};
+  unsigned int value = 0;
+  for (std::size_t fromEnd = Most; fromEnd > 0; --fromEnd) value = value * 10 + digit(fromEnd - 1);
   return {static_cast<int>(value), length};
 }
 

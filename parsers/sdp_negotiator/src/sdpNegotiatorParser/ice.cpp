@@ -6,7 +6,6 @@
 #include "text/find.h"
 #include "text/fixedText.h"
 #include "text/occurrences.h"
-#include "text/pairs.h"
 #include "trace.h"
 #include "vocabulary.h"
 
@@ -39,20 +38,29 @@ bool isFullIceName(std::string_view text) {
   }
 }
 
+/// Whether a text begins as the names of ICE do. Most do not, and none of it could be foreseen.
+bool mayBeIceName(std::string_view text) {
+  if (text.size() < 2) return false;
+  const auto begins = [&text](char one, char other) {
+    return static_cast<unsigned int>(lower(text[0]) == one) &
+           static_cast<unsigned int>(lower(text[1]) == other);
+  };
+  return (begins('i', 'c') | begins('c', 'a') | begins('r', 'e')) != 0;
+}
+
 /// @param text what follows an "a=", as far as its first colon at least
 void takeName(IceNames& names, std::string_view text) {
+  if (!mayBeIceName(text)) return;
   names.lite = names.lite || startsWithNoCase(text, "ice-lite");
   names.full = names.full || isFullIceName(text);
 }
 
 /// Looks behind each "a=" of a text, inside lines as well, in one pass.
 IceNames iceNamesIn(std::string_view text) {
-  constexpr Pair attribute = {'a', '=', true};
   IceNames found;
-  for (std::size_t at = findPair(text, attribute); at != npos && !found.lite;
-       at = findPair(text, attribute, at + 2)) {
-    takeName(found, text.substr(at + 2));
-  }
+  forEachPlace(text, '=', [&](std::size_t at) {
+    if (at != 0 && lower(text[at - 1]) == 'a') takeName(found, text.substr(at + 1));
+  });
   return found;
 }
 
@@ -174,6 +182,11 @@ unsigned short matchCandidates(sSdpParsedData& data, const sDescription& descrip
 
 unsigned int indicatedVersion(Body& body) {
   Indication indication;
+  const auto connection = body.connectionOfAll();
+  if (connection && !body.lines().kinds.has(AttributeKind::candidate)) {
+    if (*connection != nullptr) takeConnection(indication, body.addresses(), **connection);
+    return static_cast<unsigned int>(indication.connection);
+  }
   for (Section& section : body.sections()) {
     if (section.port() == 0) continue;
     if (takeCandidates(indication, section.attributes())) return kIpVersion6;

@@ -78,17 +78,25 @@ bool sharesEntry(std::span<Section> before, Section& section) {
   });
 }
 
+/// The format among those of an m-line that an rtpmap value is of; null when there is none.
+const char* formatOf(const m_line& line, std::string_view word) {
+  for (const auto& format : formatsOf(line)) {
+    if (textStartsWith(format, word) && format[word.size()] == '\0') return format;
+  }
+  return nullptr;
+}
+
 /// Takes the levels of those formats whose rtpmap line names H.264.
 void takeH264Levels(sSdpParsedData& data, Section& video) {
   const AttributeIndex& attributes = video.attributes();
   attributes.forEach(KindSet(AttributeKind::rtpmap), [&](const a_line::entry& line, AttributeKind) {
-    if (!encodingNameStartsWith(line.value, "H264")) return true;
-    for (const auto& format : formatsOf(video.media().mLine)) {
-      if (encodingNameOf(line.value, format).empty()) continue;
-      // The line may not be the first one of its format.
-      const codecDetailStruct detail = detailOf(MEDIA_VIDEO, attributes.lines(), format);
-      if (detail.codec == kCodecH264) data.h264Profile = std::max(data.h264Profile, detail.profile);
-    }
+    const RtpMap map = rtpMapOf(line.value);
+    if (!textStartsWith(map.name, "H264") || map.format.size() >= SDP_FORMAT_SIZE) return true;
+    const char* const format = formatOf(video.media().mLine, map.format);
+    if (format == nullptr) return true;
+    // The line may not be the first one of its format.
+    const codecDetailStruct detail = detailOf(MEDIA_VIDEO, attributes, format);
+    if (detail.codec == kCodecH264) data.h264Profile = std::max(data.h264Profile, detail.profile);
     return true;
   });
 }

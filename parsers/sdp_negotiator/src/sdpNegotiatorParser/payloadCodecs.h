@@ -8,6 +8,7 @@
 #include "audioCodecRules.h"
 #include "fieldNumbers.h"
 #include "sdpDataDefinitions.h"
+#include "text/blocks.h"
 
 // The audio codecs of an m-line's formats.
 
@@ -18,6 +19,17 @@ inline std::uint8_t firstCodec(std::uint8_t codec, std::uint8_t otherwise) {
   static_assert(SDP_NO_CODEC == 0);
   return static_cast<std::uint8_t>(codec |
                                    (otherwise & (0U - static_cast<unsigned int>(codec == SDP_NO_CODEC))));
+}
+
+/// The places of a codec in the list of a summary, the lowest bit for the first one.
+inline unsigned int placesOf(std::uint8_t codec, const sSdpParsedData& data) {
+  constexpr std::size_t rest = sizeof data.audioCodec - blocks::kSize;
+  static_assert(rest <= blocks::kSize);
+  const auto* const list = reinterpret_cast<const char*>(data.audioCodec);
+  const auto placesIn = [codec](const char* block) {
+    return blocks::bitsOf(blocks::where(blocks::at(block), static_cast<char>(codec)));
+  };
+  return placesIn(list) | placesIn(list + rest) << rest;
 }
 
 /// Tells the codec of each format as `sdpParserMessage::convertCodec` does, and reads the attribute lines once for all.

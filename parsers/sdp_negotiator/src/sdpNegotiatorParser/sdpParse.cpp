@@ -2,6 +2,7 @@
 #include <iterator>
 
 #include "mediaAddress.h"
+#include "payloadCodecs.h"
 #include "refusal.h"
 #include "sdpNegotiatorParser.h"
 #include "sdpNegotiatorParser/sdpParse.h"
@@ -93,8 +94,8 @@ bool holdsTelephoneEvent(const BodyText& sdp) {
 
 /// Telephone events of any media count as an audio codec. In a full list they take the last place.
 void addTelephoneEvent(sSdpParsedData& data, const BodyText& sdp, unsigned int& count) {
-  std::uint8_t* const end = data.audioCodec + count;
-  if (std::find(data.audioCodec, end, kCodecTelephoneEvent) != end || !holdsTelephoneEvent(sdp)) return;
+  const unsigned int listed = placesOf(kCodecTelephoneEvent, data) & ((1U << count) - 1);
+  if (listed != 0 || !holdsTelephoneEvent(sdp)) return;
   if (count == MAX_SDP_NEGOTIATOR_AUDIO_CODECS) --count;
   data.audioCodec[count++] = kCodecTelephoneEvent;
 }

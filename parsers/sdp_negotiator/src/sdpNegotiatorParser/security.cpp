@@ -76,6 +76,7 @@ void findMikey(sSdpParsedData& data, Body& body) {
 }
 
 void findSecureMedia(sSdpParsedData& data, Body& body, int noOfMDs) {
+  if (!body.mayHaveOtherTransport() && !body.lines().kinds.hasAnyOf(kSecurityLines)) return;
   for (Section& section : body.sections(noOfMDs)) noteSecureMedia(data, section);
 }
 

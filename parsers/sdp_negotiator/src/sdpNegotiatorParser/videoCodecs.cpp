@@ -61,7 +61,7 @@ int h264LevelOf(std::string_view profileLevelId) {
 /// The level that an fmtp line gives for a format.
 int h264LevelOf(const a_line::entry& line, std::string_view format) {
   constexpr std::string_view parameter = "profile-level-id=";
-  if (!kFmtpPrefix.matches(line.name) || !textStartsWith(line.value, format)) return kNoProfileLevelId;
+  if (!textStartsWith(line.value, format)) return kNoProfileLevelId;
   const std::string_view value = line.value;
   const std::size_t at = value.find(parameter);
   return at == npos ? kNoProfileLevelId : h264LevelOf(value.substr(at + parameter.size()));
@@ -69,15 +69,39 @@ int h264LevelOf(const a_line::entry& line, std::string_view format) {
 
 int h264LevelOf(std::span<const a_line::entry> lines, std::string_view format) {
   for (const a_line::entry& line : lines) {
+    if (!kFmtpPrefix.matches(line.name)) continue;
     const int level = h264LevelOf(line, format);
     if (level != kNoProfileLevelId) return level;
   }
   return H264_LEVEL_1;
 }
 
+int h264LevelOf(const AttributeIndex& lines, std::string_view format) {
+  int level = kNoProfileLevelId;
+  constexpr KindSet kinds(AttributeKind::fmtp, AttributeKind::longerFmtp);
+  lines.forEach(kinds, [&](const a_line::entry& line, AttributeKind) {
+    level = h264LevelOf(line, format);
+    return level == kNoProfileLevelId;
+  });
+  return level != kNoProfileLevelId ? level : H264_LEVEL_1;
+}
+
 bool isStatic(std::string_view format) {
   return std::find(std::begin(kStaticPayloads), std::end(kStaticPayloads), format) !=
          std::end(kStaticPayloads);
+}
+
+/// @param lines of the m-line, or the index of them
+template <typename Lines>
+codecDetailStruct detailIn(unsigned int kind, const Lines& lines, const char* format) {
+  codecDetailStruct detail;
+  detail.kind = kind == MEDIA_VIDEO ? CODEC_DETAIL_VIDEO : CODEC_DETAIL_APPLICATION;
+  const std::string_view text = viewOf(format);
+  const std::string_view name = findEncodingName(lines, format);
+  if (name.empty() && !isStatic(text)) return detail;
+  detail.codec = videoCodecOf(name.empty() ? text : name, text);
+  if (detail.codec == kCodecH264) detail.profile = h264LevelOf(lines, text);
+  return detail;
 }
 
 }  // namespace
@@ -90,14 +114,11 @@ std::uint8_t videoCodecOf(std::string_view name, std::string_view format) {
 }
 
 codecDetailStruct detailOf(unsigned int kind, std::span<const a_line::entry> lines, const char* format) {
-  codecDetailStruct detail;
-  detail.kind = kind == MEDIA_VIDEO ? CODEC_DETAIL_VIDEO : CODEC_DETAIL_APPLICATION;
-  const std::string_view text = viewOf(format);
-  const std::string_view name = findEncodingName(lines, format);
-  if (name.empty() && !isStatic(text)) return detail;
-  detail.codec = videoCodecOf(name.empty() ? text : name, text);
-  if (detail.codec == kCodecH264) detail.profile = h264LevelOf(lines, text);
-  return detail;
+  return detailIn(kind, lines, format);
+}
+
+codecDetailStruct detailOf(unsigned int kind, const AttributeIndex& lines, const char* format) {
+  return detailIn(kind, lines, format);
 }
 
 }  // namespace sdpneg

@@ -5,6 +5,7 @@
 #include <span>
 #include <string_view>
 
+#include "attributeKinds.h"
 #include "attributeLines.h"
 #include "sdpDataDefinitions.h"
 #include "sessionDescription.h"
@@ -21,6 +22,8 @@ std::uint8_t videoCodecOf(std::string_view name, std::string_view format);
 /// @param kind  of the m-line
 /// @param lines its attribute lines
 codecDetailStruct detailOf(unsigned int kind, std::span<const a_line::entry> lines, const char* format);
+
+codecDetailStruct detailOf(unsigned int kind, const AttributeIndex& lines, const char* format);
 
 inline codecDetailStruct detailOf(const mDescription& media, const char* format) {
   return detailOf(media.mLine.mediaType, entriesOf(&media.aLine), format);

@@ -76,12 +76,26 @@ class OccurrencesNoCase {
     }
   }
 
+  /// The first place of a character, in lower case where it is a letter, at or behind `at`; the text's end when there is none.
+  std::size_t placeOf(char c, std::size_t at) const {
+    using namespace blocks;
+    const bool isLetter = c >= 'a' && c <= 'z';
+    for (; at + kSize <= text_.size(); at += kSize) {
+      const Block block = blocks::at(text_.data() + at);
+      const unsigned int places = bitsOf(where(isLetter ? block | of(' ') : block, c));
+      if (places != 0) return at + firstOf(places);
+    }
+    while (at < text_.size() && lower(text_[at]) != c) ++at;
+    return at;
+  }
+
   std::size_t next() {
     if (matched_ == piece_.size()) matched_ = borders_[matched_ - 1];
     const char first = wanted(0);
     while (at_ < text_.size()) {
+      if (matched_ == 0) at_ = placeOf(first, at_);
+      if (at_ == text_.size()) break;
       const char c = lower(text_[at_++]);
-      if (matched_ == 0 && c != first) continue;
       matched_ = matchedWith(c, matched_);
       if (matched_ == piece_.size()) return at_ - matched_;
     }

@@ -145,10 +145,11 @@ void AttributeIndex::read(const a_line* block) {
   for (auto& word : topics_) {
     for (Word& topic : word) topic = 0;
   }
-  for (std::size_t i = 0; i < lines.size(); ++i) {
+  Word bit = 1;
+  for (std::size_t i = 0; i < lines.size(); ++i, bit = std::rotl(bit, 1)) {
     const Entry& entry = entryOf(lines.data()[i]);
     kinds_[i] = entry.kind;
-    topics_[i / kWordSize][entry.topic] |= Word{1} << i % kWordSize;
+    topics_[i / kWordSize][entry.topic] |= bit;
     present.add(entry.set);
     mode = firstGiven(entry.mode, mode);
   }

@@ -29,30 +29,22 @@ const cMsgIPAddress& ReadAddress::readAnother(const char* text) {
 }
 
 Body::Body(const sDescription& description, BodyReading reading) : description_(description) {
-  const auto media = mediaOf(description);
-  count_ = media.size();
+  const bool isWhole = reading == BodyReading::whole;
   lines_ = {0, KindSet::none()};
-  const unsigned int inherited = reading == BodyReading::whole ? inheritedLines(description) : 0;
+  if (isWhole) addLines(session());
+  const auto media = mediaOf(description);
+  const unsigned int inherited = isWhole ? inheritedLines(description) : 0;
+  unsigned int otherTransport = isWhole ? 0 : 1;
+  unsigned int otherConnection = isWhole ? 0 : 1;
+  unsigned int inUse = 0;
+  count_ = media.size();
   for (std::size_t i = 0; i < count_; ++i) {
     Section& section = sections_[i];
-    section.media_ = &media.data()[i];
-    const unsigned int missing = missingLines(inherited, *section.media_);
-    section.attributes_ = (missing & SDP_HAS_A_LINE) != 0 ? &session_ : nullptr;
-    section.connection_ = (missing & SDP_HAS_C_LINE) != 0 ? &description.cLine : &section.media_->cLine;
-    section.hasPort_ = false;
+    section.look(media.data()[i], inherited, *this);
     // A record that is filled by hand may have several bits, and is of no kind then.
     const unsigned int kind = section.kind();
     kinds_ |= (kind & (kind - 1)) == 0 ? kind : 0;
-  }
-  if (reading == BodyReading::whole) readWhole();
-}
-
-void Body::readWhole() {
-  addLines(session());
-  unsigned int otherTransport = 0;
-  unsigned int otherConnection = 0;
-  unsigned int inUse = 0;
-  for (Section& section : sections()) {
+    if (!isWhole) continue;
     inUse |= static_cast<unsigned int>(section.port() != 0);
     otherTransport |= static_cast<unsigned int>(!isPlainTransport(section.media_->mLine.transport));
     otherConnection |= static_cast<unsigned int>(section.connection_ != sections_[0].connection_);
@@ -61,7 +53,15 @@ void Body::readWhole() {
   otherTransport_ = otherTransport != 0;
   oneConnection_ = otherConnection == 0;
   inUse_ = inUse != 0;
-  hasLines_ = true;
+  hasLines_ = isWhole;
+}
+
+void Section::look(const mDescription& media, unsigned int inherited, const Body& body) {
+  const unsigned int missing = missingLines(inherited, media);
+  media_ = &media;
+  attributes_ = (missing & SDP_HAS_A_LINE) != 0 ? &body.session_ : nullptr;
+  connection_ = (missing & SDP_HAS_C_LINE) != 0 ? &body.description_.cLine : &media.cLine;
+  hasPort_ = false;
 }
 
 void Body::readSession() {

@@ -18,6 +18,8 @@ namespace sdpneg {
 /// analysis ports and attribute lines are, and media have what the session has and they have not.
 enum class BodyReading : bool { whenAsked, whole };
 
+class Body;
+
 /// A media description in place.
 class Section {
  public:
@@ -46,6 +48,9 @@ class Section {
 
  private:
   friend class Body;
+
+  /// @param inherited what there is to inherit
+  void look(const mDescription& media, unsigned int inherited, const Body& body);
 
   const mDescription* media_;
   const c_line* connection_;
@@ -118,7 +123,6 @@ class Body {
   ReadAddress& addresses() { return addresses_; }
 
  private:
-  void readWhole();
   void readSession();
   void readLines();
   void addLines(const AttributeIndex& attributes) {
@@ -126,15 +130,17 @@ class Body {
     lines_.kinds.add(attributes.kinds());
   }
 
+  friend class Section;
+
   const sDescription& description_;
   std::size_t count_;
   unsigned int kinds_ = 0;
   bool hasSession_ = false;
   bool hasLines_ = false;
-  // What is known of all sections once a body has been read whole.
-  bool otherTransport_ = true;
-  bool oneConnection_ = false;
-  bool inUse_ = true;
+  // What is known of all sections when a body has been read whole.
+  bool otherTransport_;
+  bool oneConnection_;
+  bool inUse_;
   HeldLines lines_;
   AttributeIndex session_;
   ReadAddress addresses_;

@@ -1,6 +1,8 @@
 #ifndef SDP_READS_BEHIND_NUL_H
 #define SDP_READS_BEHIND_NUL_H
 
+// Words of fields that are read whole, whatever stands behind the NUL.
+
 namespace sdpneg {
 
 /// Whether words are read from fields in which the NUL may stand in front of the word's end. What stands behind it changes

@@ -183,6 +183,17 @@ TEST(ParserParse, CountsTelephoneEventsWithoutAudio) {
   EXPECT_EQ(codecsOf(parsed(bodyOf({"a=telephone-event"})).data), Codecs{});  // without any media it does not
 }
 
+// What an earlier use left in the record behind the codecs of the body is none of them.
+TEST(ParserParse, LooksForTelephoneEventsAmongTheCodecsOfTheBodyAlone) {
+  sSdpParsedData data = emptySummary();
+  data.audioCodec[2] = 29;
+  data.audioCodec[19] = 29;
+  const std::string body = bodyOf({"m=audio 5004 RTP/AVP 0", "a=x:telephone-event"});
+  ASSERT_EQ(sdpParserMessage::sdpParse(body.c_str(), SDP_TYPE_OFFER, data), 0);
+  EXPECT_EQ(data.audioCodec[0], 3);
+  EXPECT_EQ(data.audioCodec[1], 29);
+}
+
 TEST(ParserParse, DoesNotRepeatTelephoneEvents) {
   const Parsed result = parsed(bodyOf({"m=audio 5004 RTP/AVP 101 0", "a=rtpmap:101 telephone-event/8000"}));
   EXPECT_EQ(codecsOf(result.data), (Codecs{29, 3}));
@@ -348,6 +359,15 @@ TEST(ParserParse, IndicatesIPv6) {
       {four, {audio, "a=candidate:2001:db8::1"}, true},
       {six, {audio, "a=candidate:192.0.2.1"}, false},
       {six, {}, false},  // without media it is not looked at
+      {"", {audio, six, audio, six}, true},
+      {"", {audio, four, audio, four}, false},
+      {"", {audio, four, audio, six}, true},  // IPv6 outweighs IPv4, wherever it stands
+      {"", {audio, six, audio, four}, true},
+      {four, {"m=audio 0 RTP/AVP 0", six, audio}, false},
+      {six, {audio, "m=video 0 RTP/AVP 31", four}, true},
+      {four, {audio, "m=video 5006 RTP/AVP 31"}, false},
+      {four, {"a=candidate:2001:db8::1", audio}, true},          // inherited
+      {four, {"a=candidate:2001:db8::1", audio, "a=x"}, false},  // the section has lines of its own
   };
   for (const VersionCase& each : cases) {
     EXPECT_EQ(parsed(bodyOf(each.media, each.connection)).attribute(SDP_ATTR_IPV6), each.isIPv6)

@@ -128,6 +128,21 @@ TEST(TextOccurrences, AreThoseOfASearchPlaceByPlace) {
   }
 }
 
+TEST(TextOccurrences, AreFoundBehindAnyOtherText) {
+  for (std::size_t length = 0; length < 70; ++length) {
+    for (const std::string piece : {"Ab", "aB", "1b", "b1", "[", "\xC1z"}) {
+      // Characters that differ from the first ones in a single bit.
+      std::string other;
+      while (other.size() < length) other += "!q\x11\x02{\xE1";
+      other.resize(length);
+      std::string text = other;
+      text.append(piece).append(other);
+      EXPECT_EQ(placesOf(text, piece), Places{length}) << piece;
+      EXPECT_EQ(placesOf(other, piece), Places{}) << piece;
+    }
+  }
+}
+
 TEST(TextOccurrences, OfLongPiecesAreFoundToo) {
   for (const std::size_t length : {254U, 255U, 256U, 1000U}) {
     const std::string piece = std::string(length - 1, 'x') + 'y';

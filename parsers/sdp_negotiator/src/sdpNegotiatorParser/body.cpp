@@ -2,16 +2,15 @@
 
 #include <cstring>
 
+#include "namePattern.h"
+
 // What the steps of the analysis ask of a decoded body.
 
 namespace sdpneg {
 namespace {
 
-/// Whether a transport is RTP/AVP as most are written.
-bool isPlainTransport(const char (&transport)[SDP_TRANSPORT_SIZE]) {
-  static constexpr char kPlain[] = "RTP/AVP";
-  return std::memcmp(transport, kPlain, sizeof kPlain) == 0;
-}
+/// The transport of most media.
+constexpr NamePattern kPlainName(kPlainTransport, NameTest::whole);
 
 }  // namespace
 
@@ -46,7 +45,7 @@ Body::Body(const sDescription& description, BodyReading reading) : description_(
     kinds_ |= (kind & (kind - 1)) == 0 ? kind : 0;
     if (!isWhole) continue;
     inUse |= static_cast<unsigned int>(section.port() != 0);
-    otherTransport |= static_cast<unsigned int>(!isPlainTransport(section.media_->mLine.transport));
+    otherTransport |= static_cast<unsigned int>(!kPlainName.matchesAt(section.media_->mLine.transport));
     otherConnection |= static_cast<unsigned int>(section.connection_ != sections_[0].connection_);
     if (section.attributes_ == nullptr) addLines(section.attributes());
   }

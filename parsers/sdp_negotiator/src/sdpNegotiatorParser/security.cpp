@@ -1,8 +1,8 @@
-#include <cstring>
 #include <string_view>
 
 #include "descriptionView.h"
 #include "namePattern.h"
+#include "readsBehindNul.h"
 #include "sdpNegotiatorParser.h"
 #include "steps.h"
 #include "trace.h"
@@ -39,16 +39,19 @@ struct Named {
 };
 
 Named namedBy(const char (&transport)[SDP_TRANSPORT_SIZE]) {
-  constexpr NamePattern tls("UDP/TLS/", NameTest::prefix);
+  constexpr std::string_view tlsPrefix = "UDP/TLS/";
+  constexpr NamePattern tls(tlsPrefix, NameTest::prefix);
   constexpr NamePattern plain("RTP/AVP", NameTest::whole);
   constexpr NamePattern plainWithFeedback("RTP/AVPF", NameTest::whole);
   constexpr NamePattern secure("RTP/SAVP", NameTest::whole);
   constexpr NamePattern secureWithFeedback("RTP/SAVPF", NameTest::whole);
   static_assert(kPlainTransport == std::string_view("RTP/AVP") &&
                 kSecureTransport == std::string_view("RTP/SAVP"));
-  const char* const name = transport + (tls.matchesAt(transport) ? std::strlen("UDP/TLS/") : 0);
-  if (plain.matchesAt(name) || plainWithFeedback.matchesAt(name)) return {true, false};
-  if (secure.matchesAt(name) || secureWithFeedback.matchesAt(name)) return {false, true};
+  if constexpr (kReadsBehindNul) {
+    const char* const name = transport + (tls.matchesAt(transport) ? tlsPrefix.size() : 0);
+    if (plain.matchesAt(name) || plainWithFeedback.matchesAt(name)) return {true, false};
+    if (secure.matchesAt(name) || secureWithFeedback.matchesAt(name)) return {false, true};
+  }
   return {contains(transport, kPlainTransport), contains(transport, kSecureTransport)};
 }
 

@@ -38,19 +38,14 @@ bool isFullIceName(std::string_view text) {
   }
 }
 
-/// Whether a text begins as the names of ICE do. Most do not, and none of it could be foreseen.
-bool mayBeIceName(std::string_view text) {
-  if (text.size() < 2) return false;
-  const auto begins = [&text](char one, char other) {
-    return static_cast<unsigned int>(lower(text[0]) == one) &
-           static_cast<unsigned int>(lower(text[1]) == other);
-  };
-  return (begins('i', 'c') | begins('c', 'a') | begins('r', 'e')) != 0;
+/// Whether the names of ICE may begin so.
+bool mayBeginName(char first) {
+  const char c = lower(first);
+  return c == 'i' || c == 'c' || c == 'r';
 }
 
 /// @param text what follows an "a=", as far as its first colon at least
 void takeName(IceNames& names, std::string_view text) {
-  if (!mayBeIceName(text)) return;
   names.lite = names.lite || startsWithNoCase(text, "ice-lite");
   names.full = names.full || isFullIceName(text);
 }
@@ -58,8 +53,12 @@ void takeName(IceNames& names, std::string_view text) {
 /// Looks behind each "a=" of a text, inside lines as well, in one pass.
 IceNames iceNamesIn(std::string_view text) {
   IceNames found;
-  forEachPlace(text, '=', [&](std::size_t at) {
-    if (at != 0 && lower(text[at - 1]) == 'a') takeName(found, text.substr(at + 1));
+  if (text.empty()) return found;
+  // An equals sign at either end of the text begins no name.
+  const std::string_view inside = text.substr(0, text.size() - 1);
+  forEachPlace(inside, '=', [&](std::size_t at) {
+    if (!mayBeginName(text[at + 1]) || at == 0 || lower(text[at - 1]) != 'a') return;
+    takeName(found, text.substr(at + 1));
   });
   return found;
 }

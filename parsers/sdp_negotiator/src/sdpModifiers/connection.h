@@ -23,6 +23,11 @@ class NewConnection {
   template <typename Text>
   Refusal replaceIn(Text& text, std::size_t from) const;
 
+  /// The line, while there is no refusal.
+  std::string_view line() const { return line_.view(); }
+  /// Why there is none.
+  const Refusal& refusal() const { return refusal_; }
+
  private:
   const char* ip_;
   Refusal refusal_;  ///< why there is no line

@@ -140,6 +140,19 @@ Refusal applyMode(NotedText& text, eConnectionMode mode, int mediaSelect) {
   return {};
 }
 
+/// The same where nothing is traced, in one pass.
+/// @return whether that could be done; otherwise nothing was
+bool applyModeAtOnce(NotedText& text, eConnectionMode mode, int mediaSelect) {
+  PlannedChanges changes;
+  ModePlan plan(text.view(), mode, mediaSelect, changes);
+  text.notes().eachOfAll([&](Noted what, std::size_t at) {
+    if (what == Noted::mLine) plan.mLine(at);
+    if (what == Noted::direction) plan.direction(at);
+  });
+  plan.end();
+  return text.make(changes);
+}
+
 /// `sdpModifications::setMediaConnectionMode`.
 /// @param from the offset of the first m-line's LF
 Refusal setMediaMode(SdpText& text, std::uintptr_t from, const char* mediaName, const char* mode) {
@@ -170,7 +183,38 @@ Refusal replaceMode(NotedText& text, unsigned char mode, int mediaSelect) {
     trace::progress("sdpReplaceMode(): No media lines are present to the SDP message. Exiting.");
     return {};
   }
+  if (!text.tracing() && applyModeAtOnce(text, requested, mediaSelect)) return {};
   return applyMode(text, requested, mediaSelect);
+}
+
+ModePlan::ModePlan(std::string_view text, unsigned char mode, int mediaSelect, PlannedChanges& changes)
+    : text_(text),
+      mode_(nameOf(static_cast<eConnectionMode>(mode))),
+      mediaSelect_(mediaSelect),
+      changes_(changes) {
+  line_.add(kAttribute).add(mode_).add("\r\n");
+}
+
+void ModePlan::direction(std::size_t line) {
+  if (!wanted_ || has_) return;
+  const std::size_t at = line + kAttribute.size();
+  const auto mode = commonMode(text_.substr(at, kDirectionLength), mode_, false);
+  // A session has one changed, a section its first one if at all.
+  has_ = mode || !inSession_;
+  if (mode) changes_.add({at, at + kDirectionLength}, *mode);
+}
+
+void ModePlan::mLine(std::size_t line) {
+  endSection(line);
+  const std::string_view media = text_.substr(line + kMLine.size());
+  inSession_ = has_ = false;
+  wanted_ = (mediaSelect_ != kVideoAlone && startsWith(media, "audio")) ||
+            (mediaSelect_ != kAudioAlone && startsWith(media, "video"));
+}
+
+void ModePlan::endSection(std::size_t at) {
+  const bool lacks = wanted_ && !has_ && !(inSession_ && mode_ == nameOf(CONNECTION_MODE_RECVONLY));
+  if (lacks) changes_.add({at, at}, line_.view());
 }
 
 Refusal replaceMode(SdpText& text, unsigned char mode, int mediaSelect) {

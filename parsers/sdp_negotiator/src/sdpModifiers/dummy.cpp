@@ -7,6 +7,7 @@
 #include "sdpModifiers/attributeRemoval.h"
 #include "sdpModifiers/connectionLines.h"
 #include "sdpModifiers/connectionMode.h"
+#include "sdpModifiers/dummyPlan.h"
 #include "sdpModifiers/mediaSet.h"
 #include "sdpModifiers/notes.h"
 #include "sdpModifiers/originLine.h"
@@ -117,6 +118,26 @@ Refusal refusalOfArguments(const SdpText& text, const char* ip) {
 
 }  // namespace
 
+namespace {
+
+/// Makes the edits of a dummy one after the other, but for its keys.
+/// @param status receives that of the directions
+/// @return a refusal that ends it all
+Refusal makeDummy(NotedText& text, const DummyRequest& request, unsigned short& oLineEnd,
+                  unsigned short& status) {
+  const GivenAddress& address = request.address;
+  removeKeyManagement(text);
+  if (const Refusal refusal = closePorts(text, address.version, request.keepSecure, request.port)) {
+    return refusal;
+  }
+  if (const Refusal refusal = replaceAddresses(text, address, oLineEnd, request.modifyOLine)) return refusal;
+  removeIce(text);
+  status = statusOf(setDirections(text, request.kind));
+  return {};
+}
+
+}  // namespace
+
 unsigned short createDummy(SdpText& text, const DummyKind& kind, const char* ip, unsigned short port,
                            int& length, unsigned short& oLineEnd, bool modifyOLine) {
   if (const Refusal refusal = refusalOfArguments(text, ip)) return refuse(refusal);
@@ -125,14 +146,13 @@ unsigned short createDummy(SdpText& text, const DummyKind& kind, const char* ip,
   // No refusal: readers of traces know this line by the pair of one.
   if (sdesOnly) trace::invalidArgument("FRN4034: SRTP-only scenario with SDES only.");
   const bool single = hasSingleMLine(text);
-  removeKeyManagement(noted);
   const GivenAddress address(ip);
-  if (const Refusal refusal = closePorts(noted, address.version, single || sdesOnly, port))
-    return refuse(refusal);
-  if (const Refusal refusal = replaceAddresses(noted, address, oLineEnd, modifyOLine)) return refuse(refusal);
-  removeIce(noted);
+  const DummyRequest request{kind, address, port, single || sdesOnly, modifyOLine};
   // Keys are replaced, and the length is given, in spite of a refusal of directions.
-  const unsigned short status = statusOf(setDirections(noted, kind));
+  unsigned short status = 0;
+  if (!makeDummyAtOnce(noted, request, oLineEnd)) {
+    if (const Refusal refusal = makeDummy(noted, request, oLineEnd, status)) return refuse(refusal);
+  }
   if (sdesOnly) {
     if (const Refusal refusal = replaceKeys(text)) return refuse(refusal);
   }

@@ -8,6 +8,7 @@
 
 #include "sdpModifiers.h"
 #include "sdpModifiers/adopt.h"
+#include "sdpModifiers/changes.h"
 #include "sdpModifiers/transport.h"
 #include "sessionDescription.h"
 #include "text/fixedText.h"
@@ -243,22 +244,14 @@ bool changeAtOnce(SdpText& text, const NamedChange& change, const Names& names) 
   MediaNames all;
   const auto take = [&](std::string_view name) { return all.add(name.substr(0, name.find('\0'))); };
   if (!isOneWord(change.to) || !std::all_of(std::begin(names), std::end(names), take)) return false;
-  // The first of them are kept, which are all in a text of a usual length.
-  constexpr std::size_t kKept = 32;
-  Change kept[kKept];
-  std::size_t count = 0;
-  std::size_t taken = 0;
-  ChangesAtOnce measured(all, change.from, change.to);
-  for (auto made = measured.next(text.view()); made; made = measured.next(text.view())) {
-    if (count < kKept) kept[count] = *made;
-    ++count;
-    taken += takes(*made);
+  PlannedChanges planned;
+  ChangesAtOnce found(all, change.from, change.to);
+  for (auto made = found.next(text.view()); made; made = found.next(text.view())) {
+    planned.add(made->span, made->inserted);
   }
-  if (taken > text.room()) return false;
-  if (count <= kKept) {
-    SdpText::Pass pass(text);
-    for (const Change& made : std::span(kept).first(count)) pass.replace(made.span, made.inserted);
-    pass.finish();
+  if (!planned.fitInto(text)) return false;
+  if (planned.areHeld()) {
+    planned.makeIn(text);
     return true;
   }
   ChangesAtOnce changes(all, change.from, change.to);

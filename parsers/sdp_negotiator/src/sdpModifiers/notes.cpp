@@ -1,13 +1,15 @@
 #include "sdpModifiers/notes.h"
 
 #include <algorithm>
-#include <iterator>
+#include <cstring>
+#include <span>
 
 #include "sdpModifiers/attributeRemoval.h"
-#include "text/find.h"
+#include "text/blocks.h"
 #include "vocabulary.h"
 
-// All that is noted begins with a letter and an equals sign, so that the places of these signs are enough to look at.
+// All that is noted begins with a letter and an equals sign, and the attributes with few pairs of letters behind it, so that
+// few places are looked at one by one.
 
 namespace sdpneg {
 
@@ -19,23 +21,91 @@ bool isLineStart(std::string_view text, std::size_t at) { return at > 0 && text[
 constexpr std::size_t kPrefix = 2;
 
 /// A bit for a letter, whatever its case; few other characters share it.
-constexpr std::uint32_t bitOfLetter(char letter) {
-  return 1U << (static_cast<unsigned char>(letter) & 0x1FU);
-}
-
+constexpr unsigned int numberOf(char letter) { return static_cast<unsigned char>(letter) & 0x1FU; }
 constexpr std::uint32_t bitsOf(std::string_view letters) {
   std::uint32_t bits = 0;
-  for (const char letter : letters) bits |= bitOfLetter(letter);
+  for (const char letter : letters) bits |= 1U << numberOf(letter);
   return bits;
 }
 
-/// Tells most attributes that are not noted from the others by their first two letters: those of candidate, crypto, ice-,
-/// inactive, key-mgmt, recvonly, remote-candidates, sendonly and sendrecv.
-bool mayBeNoted(std::string_view attribute) {
+/// 1 where something may begin that is noted, in front of an equals sign, else 0. Tells most attributes by the first two
+/// letters of those that are: candidate, crypto, ice-, inactive, key-mgmt, recvonly, remote-candidates, sendonly, sendrecv.
+inline std::size_t mayBeNoted(const char* sign) {
   constexpr std::uint32_t kFirst = bitsOf("cikrs");
   constexpr std::uint32_t kSecond = bitsOf("arcne");
-  if (attribute.size() < kPrefix) return false;
-  return (bitOfLetter(attribute[0]) & kFirst) != 0 && (bitOfLetter(attribute[1]) & kSecond) != 0;
+  const std::size_t line =
+      static_cast<std::size_t>(sign[-1] == 'm') | static_cast<std::size_t>(sign[-1] == 'c');
+  const std::size_t name = (kFirst >> numberOf(sign[1])) & (kSecond >> numberOf(sign[2])) & 1U;
+  return line | (name & static_cast<std::size_t>(sign[-1] == 'a'));
+}
+
+/// The places where something may begin that is noted, for one piece of a text after the other. They are collected before
+/// one is looked at, without a branch for each: nobody can foresee where a text has them, and a processor that guesses
+/// wrong loses more time than a line takes.
+class Candidates {
+ public:
+  explicit Candidates(std::string_view text) : text_(text) {}
+
+  bool atEnd() const { return looked_ >= text_.size(); }
+
+  /// Those of the next piece, in their order.
+  std::span<const std::uint16_t> next() {
+    count_ = 0;
+    for (int i = 0; i < kWindows && looked_ + kNeeded <= text_.size(); ++i) takeWindow(looked_);
+    if (looked_ + kNeeded > text_.size()) takeRest();
+    return {places_, count_};
+  }
+
+ private:
+  static constexpr int kWindows = 16;
+  static constexpr std::size_t kNeeded = blocks::kWindow + 2;
+  static constexpr std::uint64_t kLast = std::uint64_t{1} << (blocks::kWindow - 1);
+
+  void takeWindow(std::size_t at) {
+    const char* const window = text_.data() + at;
+    std::uint64_t left =
+        blocks::bitsOfWindow(window, [](blocks::Block block) { return blocks::where(block, '='); });
+    left = (at == 0 ? left & ~std::uint64_t{1} : left) >> (looked_ - at) << (looked_ - at);
+    const auto take = [&](std::uint64_t signs) {
+      const std::size_t sign = blocks::firstOf(signs);
+      places_[count_] = static_cast<std::uint16_t>(at + sign - 1);
+      return mayBeNoted(window + sign);
+    };
+    for (int i = 0; i < 3; ++i) {
+      count_ += take(left | kLast) & ((left | (0 - left)) >> (blocks::kWindow - 1));
+      left &= left - 1;
+    }
+    for (; left != 0; left &= left - 1) count_ += take(left);
+    looked_ = at + blocks::kWindow;
+  }
+
+  void takeRest() {
+    // The last window has places that have been looked at.
+    if (text_.size() >= kNeeded && looked_ + kNeeded != text_.size() + blocks::kWindow)
+      takeWindow(text_.size() - kNeeded);
+    for (looked_ = std::max<std::size_t>(looked_, 1); looked_ < text_.size(); ++looked_) {
+      if (text_[looked_] == '=') places_[count_++] = static_cast<std::uint16_t>(looked_ - 1);
+    }
+  }
+
+  std::string_view text_;
+  std::size_t looked_ = 0;
+  std::size_t count_ = 0;
+  /// As many as all characters of the pieces can be, which is more than there are.
+  std::uint16_t places_[(kWindows + 2) * blocks::kWindow];
+};
+
+/// Whether a direction of a medium stands at an offset.
+bool isDirectionAt(std::string_view text, std::size_t at) {
+  if (at + kDirectionLength > text.size()) return false;
+  std::uint64_t word = 0;
+  std::memcpy(&word, text.data() + at, sizeof word);
+  const auto is = [word](const char(&name)[kDirectionLength + 1]) {
+    std::uint64_t of = 0;
+    std::memcpy(&of, name, sizeof of);
+    return static_cast<unsigned int>(word == of);
+  };
+  return (is("sendrecv") | is("sendonly") | is("recvonly") | is("inactive")) != 0;
 }
 
 }  // namespace
@@ -45,34 +115,31 @@ void Notes::take(std::string_view text) {
   difference_ = 0;
   kinds_ = media_ = 0;
   complete_ = true;
-  forEachPlace(text, '=', [&](std::size_t sign) {
-    if (sign > 0) noteAt(text, sign - 1);
-  });
-}
-
-void Notes::noteAt(std::string_view text, std::size_t at) {
-  switch (text[at]) {
-    case 'a':
-      if (mayBeNoted(text.substr(at + kPrefix))) noteAttribute(text, at);
-      break;
-    case 'c':
-      if (isLineStart(text, at)) add(at, Noted::cLine);
-      break;
-    case 'm':
-      if (!isLineStart(text, at)) break;
-      add(at, Noted::mLine);
-      if (at + kPrefix < text.size()) media_ |= bitOf(text[at + kPrefix]);
-      break;
-    default:
-      break;
+  Candidates candidates(text);
+  while (!candidates.atEnd()) {
+    for (const std::size_t at : candidates.next()) noteAt(text, at);
   }
 }
 
-void Notes::noteAttribute(std::string_view text, std::size_t at) {
-  const std::string_view attribute = text.substr(at);
-  if (startsWithDirection(attribute.substr(kPrefix))) {
-    if (isLineStart(text, at)) add(at, Noted::direction);
-  } else if (startsWith(attribute, kKeyManagement)) {
+void Notes::noteAt(std::string_view text, std::size_t at) {
+  const char letter = text[at];
+  const bool direction = letter == 'a' && isDirectionAt(text, at + kPrefix);
+  if (letter != 'm' && letter != 'c' && !direction) {
+    if (letter == 'a') noteAttribute(text.substr(at), at);
+    return;
+  }
+  // Without a branch for what most texts have in turn. One that counts is not overwritten by the next.
+  const bool counts = isLineStart(text, at);
+  const Noted what = letter == 'm' ? Noted::mLine : letter == 'c' ? Noted::cLine : Noted::direction;
+  notes_[count_] = {static_cast<std::uint16_t>(at), what};
+  count_ += counts ? 1 : 0;
+  kinds_ |= counts ? bitOf(what) : 0U;
+  const unsigned int medium = at + kPrefix < text.size() ? bitOf(text[at + kPrefix]) : 0U;
+  media_ |= counts && letter == 'm' ? medium : 0U;
+}
+
+void Notes::noteAttribute(std::string_view attribute, std::size_t at) {
+  if (startsWith(attribute, kKeyManagement)) {
     add(at, Noted::keyManagement);
   } else if (startsWith(attribute, kCrypto)) {
     add(at, Noted::crypto);

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string_view>
 
+#include "sdpModifiers/changes.h"
 #include "text/sections.h"
 #include "trace.h"
 
@@ -37,7 +38,9 @@ class Notes {
 
   /// The first one at or behind `from` and in front of `end`; npos without one.
   std::size_t find(Noted what, std::size_t from, std::size_t end = npos) const;
-  /// The last one of all; npos without one.
+  /// The first one of all, whatever it is; npos without one.
+  std::size_t first() const { return count_ != 0 ? notes_[0].at : npos; }
+  /// The last one of a kind; npos without one.
   std::size_t last(Noted what) const;
   /// False when there is none; edits may have taken what there was.
   bool mayHave(Noted what) const { return (kinds_ & bitOf(what)) != 0 || !complete_; }
@@ -51,6 +54,11 @@ class Notes {
   /// @param visit takes the offset; false ends the walk
   template <std::predicate<std::size_t> Visit>
   void each(Noted what, std::size_t from, Visit visit) const;
+  /// Visits all of them, whatever they are, with what they are.
+  template <typename Visit>
+  void eachOfAll(Visit visit) const {
+    for (std::size_t i = 0; i < count_; ++i) visit(notes_[i].what, std::size_t{notes_[i].at});
+  }
 
   // In step with edits of the text, each behind the one before, by the offsets in front of the first of them. Until
   // `settle` only what stands behind the last edit is to be asked for. What edits put in is not noted, but `mayHave` knows.
@@ -76,7 +84,7 @@ class Notes {
   }
   std::size_t firstFrom(std::size_t from) const;
   void noteAt(std::string_view text, std::size_t at);
-  void noteAttribute(std::string_view text, std::size_t at);
+  void noteAttribute(std::string_view attribute, std::size_t at);
   void moveUpTo(std::size_t end);
   void drop(std::size_t first, std::size_t behind);
 
@@ -90,7 +98,7 @@ class Notes {
   unsigned int kinds_ = 0;
   unsigned int media_ = 0;
   bool complete_ = true;
-  Note notes_[kMost];
+  Note notes_[kMost + 1];  ///< one more is written in vain
 };
 
 // Searches follow each other through the text, so that it is near where the last one began.
@@ -135,6 +143,13 @@ class NotedText {
   Edit insert(std::size_t at, std::string_view inserted) { return replace({at, at}, inserted); }
   void settle() {
     if (pass_.hasBegun()) finishPass();
+  }
+  /// Makes changes that are planned, all of them or none. The notes do not follow, and are not to be asked any more.
+  /// @return false when there is no room for them
+  bool make(const PlannedChanges& changes) {
+    const bool can = changes.areHeld() && changes.fitInto(text_);
+    if (can) changes.makeIn(text_);
+    return can;
   }
 
   /// Notes the text anew, for edits that needed no notes and have changed it.

@@ -87,16 +87,27 @@ std::optional<OriginAddress> originAddress(const GivenAddress& given, std::strin
   return OriginAddress{addressTypeOf(given.version), given.text};
 }
 
-/// Puts a new o-line, cut at 336 characters, in the place of all that stands from "o=" to "s=".
-Refusal rebuildOriginLine(SdpText& text, Span old, std::string_view id, std::string_view version,
-                          OriginAddress address, unsigned short& oLineEnd) {
+/// A new o-line, cut at 336 characters.
+FixedText<337> composeOriginLine(std::string_view id, std::string_view version, OriginAddress address) {
   FixedText<337> composed;
   composed.add("o=ZEV ").add(id).add(" ").add(version).add(" IN ");
   composed.add(address.type).add(" ").add(address.address).add("\r\n");
+  return composed;
+}
+
+/// All that stands from "o=" to "s=", in the place of which an o-line is put; its end is npos when there is no "s=".
+std::optional<Span> originSpan(std::string_view text) {
+  const std::size_t oLine = findAnywhere(text, kOriginLine);
+  if (oLine == npos) return std::nullopt;
+  return Span{oLine, findAnywhere(text, kSessionNameLine, oLine)};
+}
+
+/// Puts a new o-line in the place of another.
+Refusal putOriginLine(SdpText& text, Span old, std::string_view composed, unsigned short& oLineEnd) {
   // A line that was cut before its LF ends the text.
-  const Line line = lineAt(composed.view(), 0);
+  const Line line = lineAt(composed, 0);
   if (!line.terminated) old.end = text.size();
-  if (text.replace(old, composed.view().substr(0, line.next())) != Edit::done) {
+  if (text.replace(old, composed.substr(0, line.next())) != Edit::done) {
     return {.reason = SDP_REFUSED_NO_ROOM, .operation = "sdpModifyOLine", .what = "new o-line"};
   }
   oLineEnd = static_cast<unsigned short>(old.begin + line.next());
@@ -178,17 +189,18 @@ Refusal modifyOriginLine(SdpText& text, const char* sessionId, const char* versi
   }
   if (text.isNull()) return {.reason = SDP_REFUSED_NO_ORIGIN_BUFFER};
   if (const Refusal refusal = refusalOfBuffer(text, kOperation)) return refusal;
-  const std::size_t oLine = findAnywhere(text.view(), kOriginLine);
-  if (oLine == npos) return {.reason = SDP_REFUSED_ORIGIN_WITHOUT_O_LINE};
-  const std::size_t sLine = findAnywhere(text.view(), kSessionNameLine, oLine);
-  if (sLine == npos) return {.reason = SDP_REFUSED_ORIGIN_WITHOUT_S_LINE};
-  const std::optional<OriginAddress> address = originAddress(given, text.view().substr(oLine, sLine - oLine));
+  const std::optional<Span> old = originSpan(text.view());
+  if (!old) return {.reason = SDP_REFUSED_ORIGIN_WITHOUT_O_LINE};
+  if (old->end == npos) return {.reason = SDP_REFUSED_ORIGIN_WITHOUT_S_LINE};
+  const std::optional<OriginAddress> address =
+      originAddress(given, text.view().substr(old->begin, old->end - old->begin));
   if (!address) return {.reason = SDP_REFUSED_ORIGIN_ADDRESS};
   const std::string_view id = viewOf(sessionId);
   if (const Refusal refusal = refusalOfLineTexts({id, viewOf(version), viewOf(given.text)}, kOperation)) {
     return refusal;
   }
-  const Refusal refusal = rebuildOriginLine(text, {oLine, sLine}, id, viewOf(version), *address, oLineEnd);
+  const Refusal refusal =
+      putOriginLine(text, *old, composeOriginLine(id, viewOf(version), *address).view(), oLineEnd);
   if (tracing && !refusal) trace::info("The o-line has been changed. Exiting...");
   return refusal;
 }
@@ -197,6 +209,16 @@ Refusal renewOriginLine(SdpText& text, const GivenAddress& address, unsigned sho
   char id[16] = "";
   composeSessionIdNow(id);
   return modifyOriginLine(text, id, id, address, oLineEnd);
+}
+
+std::optional<NewOriginLine> newOriginLine(std::string_view text, const GivenAddress& address) {
+  const std::optional<Span> old = originSpan(text);
+  if (!old || old->end == npos || address.version == kIpVersionUnknown) return std::nullopt;
+  char id[16] = "";
+  composeSessionIdNow(id);
+  const OriginAddress given{addressTypeOf(address.version), address.text};
+  NewOriginLine made{*old, composeOriginLine(id, id, given)};
+  return made.line.cut() ? std::nullopt : std::optional(made);
 }
 
 void renewOriginLineIfThere(SdpText& text, unsigned short& oLineEnd) {

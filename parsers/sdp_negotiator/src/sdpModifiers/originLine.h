@@ -1,8 +1,12 @@
 #ifndef SDP_MODIFIERS_ORIGIN_LINE_H
 #define SDP_MODIFIERS_ORIGIN_LINE_H
 
+#include <optional>
+#include <string_view>
+
 #include "refusal.h"
 #include "sdpModifiers/givenAddress.h"
+#include "text/fixedText.h"
 #include "text/sdpText.h"
 
 // The o-line of a text. The operations of `sdpModifications` that these stand for say what each does.
@@ -15,6 +19,15 @@ Refusal modifyOriginLine(SdpText& text, const char* sessionId, const char* versi
 
 /// `sdpModifyOLine` with a session id and version by the clock.
 Refusal renewOriginLine(SdpText& text, const GivenAddress& address, unsigned short& oLineEnd);
+
+/// What `renewOriginLine` puts into a text, and where.
+struct NewOriginLine {
+  Span old;  ///< of the text
+  FixedText<337> line;
+};
+
+/// That, while nothing is traced; nothing for a text that would be refused.
+std::optional<NewOriginLine> newOriginLine(std::string_view text, const GivenAddress& address);
 
 /// `renewOriginLine` on the way of an edit that goes on without an o-line: a text that has none, or none that can be
 /// replaced, is no reason to have refused anything.

@@ -160,23 +160,35 @@ int mediaTypeOf(std::string_view name) {
 
 }  // namespace
 
+PortsToClose::PortsToClose(const NotedText& text, int mediaType, eIPAddressVersion ipVersion)
+    : text_(text),
+      mediaType_(mediaType),
+      ipVersion_(ipVersion),
+      sessionVersion_(connectionVersion(text, 0)) {}
+
+bool PortsToClose::hasVersion(const Line& mLine, eIPAddressVersion ipVersion) const {
+  return passes(text_, mLine, {{}, ipVersion, sdpModifications::MEDIA_SECURITY_ANY, sessionVersion_});
+}
+
+bool PortsToClose::contain(const Line& mLine) {
+  secureOne_ = false;
+  const int type = mediaTypeOf(text_.view().substr(mLine.begin + kMLine.size()));
+  if (type != 0 && type != mediaType_) return true;
+  const bool secure = isSecure(text_.view(), mLine);
+  secureOne_ = secure && type == mediaType_;
+  return secure || (type == mediaType_ && hasVersion(mLine, ipVersion_));
+}
+
 bool closePortsBut(NotedText& text, int mediaType, eIPAddressVersion ipVersion) {
-  constexpr std::string_view kClosed = "0";
-  const eIPAddressVersion sessionVersion = connectionVersion(text, 0);
-  const PortFilter closed = {{}, ipVersion, sdpModifications::MEDIA_SECURITY_ANY, sessionVersion};
+  PortsToClose closed(text, mediaType, ipVersion);
   bool hasSecure = false;
   forEachMLineOf(text, {}, [&](std::size_t at) {
     const Line mLine = lineAt(text.view(), at);
     if (!mLine.terminated) return false;
-    const int type = mediaTypeOf(text.view().substr(at + kMLine.size()));
-    bool closes = type != 0 && type != mediaType;
-    if (!closes && isSecure(text.view(), mLine)) {
-      closes = true;
-      hasSecure = hasSecure || type == mediaType;
-    }
-    if (!closes && (type != mediaType || !passes(text, mLine, closed))) return true;
+    if (!closed.contain(mLine)) return true;
+    hasSecure = hasSecure || closed.isSecureOne();
     // What is no longer than a port always has room.
-    if (const auto field = portToReplace(text.view(), mLine, kClosed)) text.replace(*field, kClosed);
+    if (const auto field = portToReplace(text.view(), mLine, kClosedPort)) text.replace(*field, kClosedPort);
     return true;
   });
   return hasSecure;

@@ -16,6 +16,9 @@ namespace sdpneg {
 /// Digits that a port is written with at most.
 inline constexpr std::size_t kLongestPort = 7;
 
+/// The port of an m-line that is closed.
+inline constexpr std::string_view kClosedPort = "0";
+
 /// The port of an m-line, 0 to 65535 with white space behind it; any white space, and any run of it, separates words.
 /// @param line through its LF; its first character is skipped, so that it may be the LF in front of the m-line
 std::optional<unsigned short> portOf(std::string_view line);

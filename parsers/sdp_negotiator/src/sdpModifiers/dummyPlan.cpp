@@ -1,0 +1,156 @@
+#include "sdpModifiers/dummyPlan.h"
+
+#include <optional>
+
+#include "sdpModifiers/changes.h"
+#include "sdpModifiers/connection.h"
+#include "sdpModifiers/connectionMode.h"
+#include "sdpModifiers/originLine.h"
+#include "sdpModifiers/ports.h"
+#include "text/mLineFields.h"
+#include "text/sections.h"
+#include "vocabulary.h"
+
+// The changes that make a dummy body, found by the notes in their order.
+
+namespace sdpneg {
+
+namespace {
+
+class DummyPlan {
+ public:
+  DummyPlan(const NotedText& text, const DummyRequest& request)
+      : text_(text),
+        view_(text.view()),
+        request_(request),
+        connection_(request.address),
+        closed_(text, MEDIA_AUDIO, request.address.version == kIpVersion4 ? kIpVersion6 : kIpVersion4),
+        port_(digitsOf(request.port)) {
+    const DummyKind& kind = request.kind;
+    if (!kind.hold || (!kind.answer && kind.third)) {
+      oneWay_ = nameOf(kind.hold ? CONNECTION_MODE_RECVONLY : CONNECTION_MODE_INACTIVE);
+    } else if (nextMLine(text.notes()) != npos) {
+      mode_.emplace(view_, kind.answer ? CONNECTION_MODE_INACTIVE : CONNECTION_MODE_RECVONLY, kAudioAndVideo,
+                    changes_);
+    }
+  }
+
+  /// @return false for a text that is not one of those
+  bool take() {
+    // Where the text ends in LF, every line has one.
+    bool usual = view_.ends_with('\n') && !connection_.refusal() && connection_.line().ends_with('\n');
+    usual = usual && !(request_.keepSecure && isReservedPort(request_.port));
+    usual = usual && (!request_.modifyOLine || takeOriginLine());
+    text_.notes().eachOfAll([&](Noted what, std::size_t at) { usual = usual && takeNote(what, at); });
+    if (mode_) mode_->end();
+    return usual;
+  }
+
+  const PlannedChanges& changes() const { return changes_; }
+  /// Where the new o-line ends, if there is one.
+  std::optional<unsigned short> oLineEnd() const { return oLineEnd_; }
+
+ private:
+  /// All that changes else is to stand behind it.
+  bool takeOriginLine() {
+    origin_ = newOriginLine(view_, request_.address);
+    if (!origin_ || text_.notes().first() < origin_->old.end) return false;
+    changes_.add(origin_->old, origin_->line.view());
+    oLineEnd_ = static_cast<unsigned short>(origin_->old.begin + origin_->line.size());
+    return true;
+  }
+
+  bool takeNote(Noted what, std::size_t at) {
+    switch (what) {
+      case Noted::mLine:
+        return takeMLine(at);
+      case Noted::cLine:
+        if (replacesConnection_) changes_.add(lineFrom(at), connection_.line());
+        replacesConnection_ = false;
+        return true;
+      case Noted::direction:
+        takeDirection(at);
+        return true;
+      case Noted::keyManagement:
+      case Noted::ice:
+        if (at == 0 || view_[at - 1] != '\n') return false;
+        changes_.add(lineFrom(at), {});
+        return true;
+      case Noted::crypto:
+        break;
+    }
+    return true;
+  }
+
+  Span lineFrom(std::size_t at) const { return {at, lineAt(view_, at).next()}; }
+
+  void takeDirection(std::size_t at) {
+    if (mode_) mode_->direction(at);
+    if (oneWay_.empty()) return;
+    const Span word{at + kAttribute.size(), at + kAttribute.size() + kDirectionLength};
+    const eConnectionMode mode = directionOf(view_.substr(word.begin, kDirectionLength));
+    if (mode == CONNECTION_MODE_SENDONLY || mode == CONNECTION_MODE_RECVONLY) changes_.add(word, oneWay_);
+  }
+
+  /// @return false for audio whose port is not read, and where it is not known what closing it does to its transport
+  bool takeMLine(std::size_t at) {
+    if (mode_) mode_->mLine(at);
+    const Line mLine = lineAt(view_, at);
+    const bool isAudio = startsWith(view_.substr(at + kMLine.size()), "audio");
+    std::optional<unsigned short> port;
+    if (!closed_.contain(mLine)) {
+      port = portAt(view_, at);
+    } else if (request_.keepSecure && closed_.isSecureOne()) {
+      port = reopenPort(mLine);
+    } else {
+      port = setPort(mLine, kClosedPort, 0);
+    }
+    replacesConnection_ = isAudio && port.value_or(0) != 0;
+    return !isAudio || port;
+  }
+
+  /// @return the port that the m-line has then, if it has one
+  std::optional<unsigned short> setPort(const Line& mLine, std::string_view digits, unsigned short port) {
+    const std::optional<Span> field = portToReplace(view_, mLine, digits);
+    if (!field) return portAt(view_, mLine.begin);
+    changes_.add(*field, digits);
+    return port;
+  }
+
+  /// Closes the port of secure audio, and opens it again with another one.
+  /// @return as `setPort`; nothing for a line whose port is not in front of its transport
+  std::optional<unsigned short> reopenPort(const Line& mLine) {
+    const std::optional<Span> field = portToReplace(view_, mLine, kClosedPort);
+    const std::size_t behind = field ? field->end : mLine.begin;
+    if (!contains(view_.substr(behind, mLine.lf - behind), kSecureTransport)) return std::nullopt;
+    const bool opens = request_.port != 0 && closed_.hasVersion(mLine, request_.address.version);
+    if (!opens || !field)
+      return setPort(mLine, opens ? port_.view() : kClosedPort, opens ? request_.port : 0);
+    changes_.add(*field, port_.view());
+    return request_.port;
+  }
+
+  const NotedText& text_;
+  std::string_view view_;
+  const DummyRequest& request_;
+  PlannedChanges changes_;
+  NewConnection connection_;
+  PortsToClose closed_;
+  PortDigits port_;
+  std::optional<NewOriginLine> origin_;
+  std::optional<ModePlan> mode_;
+  std::string_view oneWay_;  ///< what overwrites all directions of one way, where the plan of a mode does not
+  std::optional<unsigned short> oLineEnd_;
+  bool replacesConnection_ = true;  ///< the next c-line, until the next m-line
+};
+
+}  // namespace
+
+bool makeDummyAtOnce(NotedText& text, const DummyRequest& request, unsigned short& oLineEnd) {
+  DummyPlan plan(text, request);
+  if (text.tracing() || !plan.take() || !text.make(plan.changes())) return false;
+  oLineEnd = plan.oLineEnd().value_or(oLineEnd);
+  return true;
+}
+
+}  // namespace sdpneg

@@ -150,7 +150,7 @@ unsigned short createDummy(SdpText& text, const DummyKind& kind, const char* ip,
   const DummyRequest request{kind, address, port, single || sdesOnly, modifyOLine};
   // Keys are replaced, and the length is given, in spite of a refusal of directions.
   unsigned short status = 0;
-  if (!makeDummyAtOnce(noted, request, oLineEnd)) {
+  if (!makeDummyAtOnce(noted, request, oLineEnd, nullptr)) {
     if (const Refusal refusal = makeDummy(noted, request, oLineEnd, status)) return refuse(refusal);
   }
   if (sdesOnly) {
@@ -159,6 +159,20 @@ unsigned short createDummy(SdpText& text, const DummyKind& kind, const char* ip,
   length = static_cast<int>(text.size());
   if (status == 0 && noted.tracing()) trace::progress("A dummy SDP message has been succesfully created.");
   return status;
+}
+
+bool createDummyUndecoded(SdpText& text, const DummyKind& kind, const char* ip, unsigned short port,
+                          bool modifyOLine, GoneLines& gone) {
+  if (refusalOfArguments(text, ip)) return false;
+  NotedText noted(text);
+  // What has new keys is no longer line by line what it was.
+  if (noted.tracing() || isSdesOnly(text.view(), noted.notes())) return false;
+  const std::size_t first = nextMLine(noted.notes());
+  const bool single = first != npos && nextMLine(noted.notes(), first) == npos;
+  const GivenAddress address(ip);
+  unsigned short oLineEnd = 0;
+  gone.add("v=0\r\n");
+  return makeDummyAtOnce(noted, {kind, address, port, single, modifyOLine}, oLineEnd, &gone);
 }
 
 }  // namespace sdpneg

@@ -1,6 +1,7 @@
 #ifndef SDP_MODIFIERS_DUMMY_H
 #define SDP_MODIFIERS_DUMMY_H
 
+#include "text/fixedText.h"
 #include "text/sdpText.h"
 
 // A received body as a dummy body of the library's own.
@@ -18,6 +19,17 @@ struct DummyKind {
 /// @return 0, or 1 for what was refused; the edits made so far stay
 unsigned short createDummy(SdpText& text, const DummyKind& kind, const char* ip, unsigned short port,
                            int& length, unsigned short& oLineEnd, bool modifyOLine);
+
+/// Lines as a text of their own.
+using GoneLines = FixedText<4096>;
+
+/// `createDummy` without a look at what the codec says to the text, for one that is decoded as a dummy. Only while nothing is
+/// traced.
+/// @param gone receives a text of the lines that the dummy lacks or has others for: the codec, which reads line by line,
+///             accepts the text as it was when it accepts this and the dummy. It is empty before.
+/// @return whether that could be done; otherwise nothing was, and nothing is told
+bool createDummyUndecoded(SdpText& text, const DummyKind& kind, const char* ip, unsigned short port,
+                          bool modifyOLine, GoneLines& gone);
 
 }  // namespace sdpneg
 

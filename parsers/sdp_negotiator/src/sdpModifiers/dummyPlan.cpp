@@ -19,10 +19,11 @@ namespace {
 
 class DummyPlan {
  public:
-  DummyPlan(const NotedText& text, const DummyRequest& request)
+  DummyPlan(const NotedText& text, const DummyRequest& request, GoneLines* gone)
       : text_(text),
         view_(text.view()),
         request_(request),
+        gone_(gone),
         connection_(request.address),
         closed_(text, MEDIA_AUDIO, request.address.version == kIpVersion4 ? kIpVersion6 : kIpVersion4),
         port_(digitsOf(request.port)) {
@@ -55,7 +56,10 @@ class DummyPlan {
   bool takeOriginLine() {
     origin_ = newOriginLine(view_, request_.address);
     if (!origin_ || text_.notes().first() < origin_->old.end) return false;
-    changes_.add(origin_->old, origin_->line.view());
+    const std::size_t begin = origin_->old.begin;
+    const bool isLine = isLineStart(begin) && lineAt(view_, begin).next() == origin_->old.end;
+    if (gone_ != nullptr && !isLine) return false;
+    replaceLine(origin_->old, origin_->line.view());
     oLineEnd_ = static_cast<unsigned short>(origin_->old.begin + origin_->line.size());
     return true;
   }
@@ -65,7 +69,7 @@ class DummyPlan {
       case Noted::mLine:
         return takeMLine(at);
       case Noted::cLine:
-        if (replacesConnection_) changes_.add(lineFrom(at), connection_.line());
+        if (replacesConnection_) replaceLine(lineFrom(at), connection_.line());
         replacesConnection_ = false;
         return true;
       case Noted::direction:
@@ -73,8 +77,8 @@ class DummyPlan {
         return true;
       case Noted::keyManagement:
       case Noted::ice:
-        if (at == 0 || view_[at - 1] != '\n') return false;
-        changes_.add(lineFrom(at), {});
+        if (!isLineStart(at)) return false;
+        replaceLine(lineFrom(at), {});
         return true;
       case Noted::crypto:
         break;
@@ -82,6 +86,18 @@ class DummyPlan {
     return true;
   }
 
+  bool isLineStart(std::size_t at) const { return at != 0 && view_[at - 1] == '\n'; }
+  void goes(const Span& line) {
+    if (gone_ != nullptr) gone_->add(view_.substr(line.begin, line.end - line.begin));
+  }
+  void replaceLine(const Span& line, std::string_view inserted) {
+    changes_.add(line, inserted);
+    goes(line);
+  }
+  void replacePort(const Line& mLine, const Span& field, std::string_view digits) {
+    changes_.add(field, digits);
+    goes({mLine.begin, mLine.next()});
+  }
   Span lineFrom(std::size_t at) const { return {at, lineAt(view_, at).next()}; }
 
   void takeDirection(std::size_t at) {
@@ -113,7 +129,7 @@ class DummyPlan {
   std::optional<unsigned short> setPort(const Line& mLine, std::string_view digits, unsigned short port) {
     const std::optional<Span> field = portToReplace(view_, mLine, digits);
     if (!field) return portAt(view_, mLine.begin);
-    changes_.add(*field, digits);
+    replacePort(mLine, *field, digits);
     return port;
   }
 
@@ -126,13 +142,14 @@ class DummyPlan {
     const bool opens = request_.port != 0 && closed_.hasVersion(mLine, request_.address.version);
     if (!opens || !field)
       return setPort(mLine, opens ? port_.view() : kClosedPort, opens ? request_.port : 0);
-    changes_.add(*field, port_.view());
+    replacePort(mLine, *field, port_.view());
     return request_.port;
   }
 
   const NotedText& text_;
   std::string_view view_;
   const DummyRequest& request_;
+  GoneLines* gone_;
   PlannedChanges changes_;
   NewConnection connection_;
   PortsToClose closed_;
@@ -146,9 +163,11 @@ class DummyPlan {
 
 }  // namespace
 
-bool makeDummyAtOnce(NotedText& text, const DummyRequest& request, unsigned short& oLineEnd) {
-  DummyPlan plan(text, request);
-  if (text.tracing() || !plan.take() || !text.make(plan.changes())) return false;
+bool makeDummyAtOnce(NotedText& text, const DummyRequest& request, unsigned short& oLineEnd,
+                     GoneLines* gone) {
+  if (text.tracing()) return false;
+  DummyPlan plan(text, request, gone);
+  if (!plan.take() || (gone != nullptr && gone->cut()) || !text.make(plan.changes())) return false;
   oLineEnd = plan.oLineEnd().value_or(oLineEnd);
   return true;
 }

@@ -19,8 +19,9 @@ struct DummyRequest {
 };
 
 /// Makes a text a dummy with its keys as they are: the same as edit after edit makes of it. The notes do not follow.
+/// @param gone receives what went; null where that is not asked for
 /// @return whether that could be done; otherwise nothing was, for a text that edits refuse or make other lines of
-bool makeDummyAtOnce(NotedText& text, const DummyRequest& request, unsigned short& oLineEnd);
+bool makeDummyAtOnce(NotedText& text, const DummyRequest& request, unsigned short& oLineEnd, GoneLines* gone);
 
 }  // namespace sdpneg
 

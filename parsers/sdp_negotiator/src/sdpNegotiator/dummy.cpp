@@ -1,9 +1,13 @@
 #include <array>
+#include <cstring>
+#include <optional>
 #include <string_view>
 
 #include "refusal.h"
+#include "sdpModifiers/codecText.h"
 #include "sdpModifiers/dummy.h"
 #include "sdpNegotiator.h"
+#include "sdpNegotiator/parse.h"
 #include "text/fixedText.h"
 #include "text/search.h"
 #include "trace.h"
@@ -38,6 +42,64 @@ CodecValues codecValuesOf(std::string_view names) {
   return values;
 }
 
+/// What a dummy is made by.
+struct DummyValues {
+  DummyKind kind;
+  const char* ip;
+  unsigned short port;
+  bool modifyOLine;
+};
+
+/// Keeps a text with its summary. An object that cannot store it stays as it was.
+unsigned short keepAnalysed(const ParseTarget& to, const sSdpParsedData& data, std::string_view text) {
+  if (text.size() < sizeof to.store) {
+    to.data = data;
+    return storeText(to.data, to.store, text);
+  }
+  const cSdpNegotiator before = to.object;
+  to.data = data;
+  std::memset(to.store, 0, sizeof to.store);
+  const unsigned short status = storeText(to.data, to.store, text);
+  if (status != 0) to.object = before;
+  return status;
+}
+
+/// Makes a text a dummy and parses it, with one decoding of the dummy.
+/// @param text what the object holds
+/// @param lost whether the text is no longer that
+/// @return the status, where the object stays as it was unless it is 0; nothing where this could not be done, with nothing
+///         told
+std::optional<unsigned short> createAndParse(const ParseTarget& to, SdpText& text, const DummyValues& values,
+                                             bool& lost) {
+  GoneLines gone;
+  std::optional<unsigned short> status;
+  lost = createDummyUndecoded(text, values.kind, values.ip, values.port, values.modifyOLine, gone);
+  if (!lost) return status;
+  withDescription([&](sDescription& description) -> Refusal {
+    sSdpParsedData data = to.data;
+    data.init();
+    if (decodeText(description, gone.text()) != 0) return {};
+    if (sdp_decodeOpt_r(&description, text.view().data(), SDP_TYPE_UNKNOWN, nullptr, false, data.oLineStart,
+                        data.oLineEnd) != 0) {
+      return {};
+    }
+    status = analyse(data, description, text.view());
+    if (*status == 0) status = keepAnalysed(to, data, text.view());
+    return {};
+  });
+  return status;
+}
+
+/// Makes a text a dummy, edit by edit, and parses it.
+/// @return a status; where it is not 0 the object is no longer what it was
+unsigned short createThenParse(cSdpNegotiator& object, SdpText& text, const DummyValues& values) {
+  int length = 0;
+  unsigned short oLineEnd = 0;
+  const unsigned short status =
+      createDummy(text, values.kind, values.ip, values.port, length, oLineEnd, values.modifyOLine);
+  return status == 0 ? object.sdpParse(text.view().data(), SDP_TYPE_UNKNOWN) : 1;
+}
+
 }  // namespace
 }  // namespace sdpneg
 
@@ -57,20 +119,26 @@ unsigned short cSdpNegotiator::createDummy(bool answer, bool holdFlag, bool thir
                                            unsigned short port, bool modifyOLine) {
   const char* const kind = answer ? "Answer" : "Ack";
   trace::debug("Request to create a dummy %s, holdFlag=%s", kind, holdFlag ? "true" : "false");
-  const cSdpNegotiator before = *this;
   const unsigned int told = toldSoFar();
+  const DummyValues values = {{answer, holdFlag, third}, ip, port, modifyOLine};
   unsigned short status = 1;
   char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
   if (getRawSDP(buffer, sizeof buffer) == 0) {
     SdpText text(buffer);
-    int length = 0;
-    const DummyKind wanted = {answer, holdFlag, third};
-    if (sdpneg::createDummy(text, wanted, ip, port, length, parsedData.oLineEnd, modifyOLine) == 0) {
-      status = sdpParse(buffer, SDP_TYPE_UNKNOWN);
+    bool lost = false;
+    const auto done =
+        isTracing() ? std::nullopt : createAndParse({*this, parsedData, rawSdp}, text, values, lost);
+    if (done) {
+      status = *done;
+    } else {
+      const cSdpNegotiator before = *this;
+      if (lost) getRawSDP(buffer, sizeof buffer);
+      text = SdpText(buffer);
+      status = createThenParse(*this, text, values);
+      if (status != 0) *this = before;
     }
   }
   if (status == 0) return 0;
-  *this = before;
   tellUnlessTold({.reason = SDP_REFUSED_NO_DUMMY, .what = kind}, told);
   return status;
 }

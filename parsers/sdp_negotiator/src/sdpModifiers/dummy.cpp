@@ -161,18 +161,37 @@ unsigned short createDummy(SdpText& text, const DummyKind& kind, const char* ip,
   return status;
 }
 
-bool createDummyUndecoded(SdpText& text, const DummyKind& kind, const char* ip, unsigned short port,
-                          bool modifyOLine, GoneLines& gone) {
-  if (refusalOfArguments(text, ip)) return false;
+namespace {
+
+/// Adds the lines whose keys are replaced.
+/// @return false where one of them stands in another line
+bool addCryptoLines(GoneLines& gone, const NotedText& text) {
+  const std::string_view view = text.view();
+  bool whole = true;
+  text.notes().each(Noted::crypto, 0, [&](std::size_t at) {
+    whole = at != 0 && view[at - 1] == '\n';
+    if (whole) gone.add(view.substr(at, lineAt(view, at).next() - at));
+    return whole;
+  });
+  return whole;
+}
+
+}  // namespace
+
+Undecoded createDummyUndecoded(SdpText& text, const DummyKind& kind, const char* ip, unsigned short port,
+                               bool modifyOLine, GoneLines& gone) {
+  if (refusalOfArguments(text, ip)) return Undecoded::untouched;
   NotedText noted(text);
-  // What has new keys is no longer line by line what it was.
-  if (noted.tracing() || isSdesOnly(text.view(), noted.notes())) return false;
+  const bool sdesOnly = isSdesOnly(text.view(), noted.notes());
   const std::size_t first = nextMLine(noted.notes());
   const bool single = first != npos && nextMLine(noted.notes(), first) == npos;
   const GivenAddress address(ip);
   unsigned short oLineEnd = 0;
   gone.add("v=0\r\n");
-  return makeDummyAtOnce(noted, {kind, address, port, single, modifyOLine}, oLineEnd, &gone);
+  if (sdesOnly && !addCryptoLines(gone, noted)) return Undecoded::untouched;
+  const DummyRequest request{kind, address, port, single || sdesOnly, modifyOLine};
+  if (!makeDummyAtOnce(noted, request, oLineEnd, &gone)) return Undecoded::untouched;
+  return sdesOnly && replaceKeys(text) ? Undecoded::lost : Undecoded::made;
 }
 
 }  // namespace sdpneg

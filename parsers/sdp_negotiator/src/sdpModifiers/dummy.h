@@ -23,13 +23,16 @@ unsigned short createDummy(SdpText& text, const DummyKind& kind, const char* ip,
 /// Lines as a text of their own.
 using GoneLines = FixedText<4096>;
 
+/// What becomes of a text that is to be a dummy without the codec.
+enum class Undecoded { made, untouched, lost };
+
 /// `createDummy` without a look at what the codec says to the text, for one that is decoded as a dummy. Only while nothing is
-/// traced.
+/// traced; nothing is told.
 /// @param gone receives a text of the lines that the dummy lacks or has others for: the codec, which reads line by line,
 ///             accepts the text as it was when it accepts this and the dummy. It is empty before.
-/// @return whether that could be done; otherwise nothing was, and nothing is told
-bool createDummyUndecoded(SdpText& text, const DummyKind& kind, const char* ip, unsigned short port,
-                          bool modifyOLine, GoneLines& gone);
+/// @return what was made of the text; what is not a dummy then has to be made one by `createDummy`
+Undecoded createDummyUndecoded(SdpText& text, const DummyKind& kind, const char* ip, unsigned short port,
+                               bool modifyOLine, GoneLines& gone);
 
 }  // namespace sdpneg
 

@@ -20,23 +20,21 @@ bool isLineStart(std::string_view text, std::size_t at) { return at > 0 && text[
 /// Where the value of a line begins.
 constexpr std::size_t kPrefix = 2;
 
-/// A bit for a letter, whatever its case; few other characters share it.
-constexpr unsigned int numberOf(char letter) { return static_cast<unsigned char>(letter) & 0x1FU; }
-constexpr std::uint32_t bitsOf(std::string_view letters) {
-  std::uint32_t bits = 0;
-  for (const char letter : letters) bits |= 1U << numberOf(letter);
-  return bits;
-}
+/// What is looked at to tell what may be noted: a letter, the sign, and the second letter of an attribute's name.
+constexpr std::size_t kLookedAt = 4;
 
-/// 1 where something may begin that is noted, in front of an equals sign, else 0. Tells most attributes by the first two
-/// letters of those that are: candidate, crypto, ice-, inactive, key-mgmt, recvonly, remote-candidates, sendonly, sendrecv.
-inline std::size_t mayBeNoted(const char* sign) {
-  constexpr std::uint32_t kFirst = bitsOf("cikrs");
-  constexpr std::uint32_t kSecond = bitsOf("arcne");
-  const std::size_t line =
-      static_cast<std::size_t>(sign[-1] == 'm') | static_cast<std::size_t>(sign[-1] == 'c');
-  const std::size_t name = (kFirst >> numberOf(sign[1])) & (kSecond >> numberOf(sign[2])) & 1U;
-  return line | (name & static_cast<std::size_t>(sign[-1] == 'a'));
+/// Where in sixteen places something may begin that is noted. Few attributes share their second letter with those that are:
+/// candidate, crypto, ice-, inactive, key-mgmt, recvonly, remote-candidates, sendonly and sendrecv.
+/// @param text sixteen characters of it and three more can be read
+[[gnu::always_inline]] inline blocks::Block mayBeNotedAt(const char* text) {
+  using namespace blocks;
+  const Block letter = at(text);
+  const Block second = at(text + kLookedAt - 1);
+  // Without the bits in which they differ, "a", "c" and "e" are one.
+  constexpr auto kShared = static_cast<char>(~(('a' ^ 'c') | ('a' ^ 'e')));
+  const Block name = where(second & of(kShared), 'a') | where(second, 'n') | where(second, 'r');
+  const Block line = where(letter, 'm') | where(letter, 'c') | (where(letter, 'a') & name);
+  return where(at(text + 1), '=') & line;
 }
 
 /// The places where something may begin that is noted, for one piece of a text after the other. They are collected before
@@ -58,33 +56,32 @@ class Candidates {
 
  private:
   static constexpr int kWindows = 16;
-  static constexpr std::size_t kNeeded = blocks::kWindow + 2;
+  static constexpr std::size_t kNeeded = blocks::kWindow + kLookedAt - 1;
   static constexpr std::uint64_t kLast = std::uint64_t{1} << (blocks::kWindow - 1);
 
   void takeWindow(std::size_t at) {
-    const char* const window = text_.data() + at;
-    std::uint64_t left =
-        blocks::bitsOfWindow(window, [](blocks::Block block) { return blocks::where(block, '='); });
-    left = (at == 0 ? left & ~std::uint64_t{1} : left) >> (looked_ - at) << (looked_ - at);
-    const auto take = [&](std::uint64_t signs) {
-      const std::size_t sign = blocks::firstOf(signs);
-      places_[count_] = static_cast<std::uint16_t>(at + sign - 1);
-      return mayBeNoted(window + sign);
+    using namespace blocks;
+    const auto bits = [&](std::size_t offset) {
+      return std::uint64_t{bitsOf(mayBeNotedAt(text_.data() + at + offset))} << offset;
     };
-    for (int i = 0; i < 3; ++i) {
-      count_ += take(left | kLast) & ((left | (0 - left)) >> (blocks::kWindow - 1));
+    std::uint64_t left = (bits(0) | bits(kSize) | bits(2 * kSize) | bits(3 * kSize)) >> (looked_ - at);
+    for (int i = 0; i < 2; ++i) {
+      places_[count_] = static_cast<std::uint16_t>(looked_ + firstOf(left | kLast));
+      count_ += (left | (0 - left)) >> (kWindow - 1);  // 1 where there was one
       left &= left - 1;
     }
-    for (; left != 0; left &= left - 1) count_ += take(left);
-    looked_ = at + blocks::kWindow;
+    for (; left != 0; left &= left - 1) {
+      places_[count_++] = static_cast<std::uint16_t>(looked_ + firstOf(left));
+    }
+    looked_ = at + kWindow;
   }
 
   void takeRest() {
     // The last window has places that have been looked at.
-    if (text_.size() >= kNeeded && looked_ + kNeeded != text_.size() + blocks::kWindow)
-      takeWindow(text_.size() - kNeeded);
-    for (looked_ = std::max<std::size_t>(looked_, 1); looked_ < text_.size(); ++looked_) {
-      if (text_[looked_] == '=') places_[count_++] = static_cast<std::uint16_t>(looked_ - 1);
+    if (text_.size() >= kNeeded && looked_ + kLookedAt <= text_.size()) takeWindow(text_.size() - kNeeded);
+    for (; looked_ < text_.size(); ++looked_) {
+      if (looked_ + 1 < text_.size() && text_[looked_ + 1] == '=')
+        places_[count_++] = static_cast<std::uint16_t>(looked_);
     }
   }
 

@@ -73,8 +73,10 @@ std::optional<unsigned short> createAndParse(const ParseTarget& to, SdpText& tex
                                              bool& lost) {
   GoneLines gone;
   std::optional<unsigned short> status;
-  lost = createDummyUndecoded(text, values.kind, values.ip, values.port, values.modifyOLine, gone);
-  if (!lost) return status;
+  const Undecoded made =
+      createDummyUndecoded(text, values.kind, values.ip, values.port, values.modifyOLine, gone);
+  lost = made != Undecoded::untouched;
+  if (made != Undecoded::made) return status;
   withDescription([&](sDescription& description) -> Refusal {
     sSdpParsedData data = to.data;
     data.init();

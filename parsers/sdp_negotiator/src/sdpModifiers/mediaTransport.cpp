@@ -265,7 +265,8 @@ bool changeAtOnce(SdpText& text, const NamedChange& change, const Names& names) 
 template <typename Names>
 Refusal setEach(SdpText& text, NamedChange change, const Names& names, bool tracing) {
   Refusal last;
-  if (!tracing && changeAtOnce(text, change, names)) return last;
+  // No m-line names what the text does not.
+  if (!tracing && (!contains(text.view(), change.from) || changeAtOnce(text, change, names))) return last;
   UntracedChanges untraced;
   for (const std::string_view whole : names) {
     change.name = whole.substr(0, whole.find('\0'));

@@ -9,6 +9,6 @@ using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpReplaceCxIP(const char* ip) {
   trace::progress("Request to replace the IP to:%s.", ip != nullptr ? ip : "");
-  return editAndKeep(*this, kParsed,
-                     [&](SdpText& text) { return NewConnection(GivenAddress(ip)).replaceIn(text, 0); });
+  return editAndParse({*this, parsedData, rawSdp},
+                      [&](SdpText& text) { return NewConnection(GivenAddress(ip)).replaceIn(text, 0); });
 }

@@ -10,7 +10,8 @@ using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpReplaceMode(unsigned char mode, int mediaMask) {
   trace::progress("Request to set the connection mode to:%d.", mode);
-  return editAndKeep(*this, kParsed, [&](SdpText& text) { return replaceMode(text, mode, mediaMask); });
+  return editAndParse({*this, parsedData, rawSdp},
+                      [&](SdpText& text) { return replaceMode(text, mode, mediaMask); });
 }
 
 unsigned short cSdpNegotiator::sdpReplaceMode(unsigned char mode) {

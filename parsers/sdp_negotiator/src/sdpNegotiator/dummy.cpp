@@ -125,8 +125,9 @@ unsigned short cSdpNegotiator::createDummy(bool answer, bool holdFlag, bool thir
   const DummyValues values = {{answer, holdFlag, third}, ip, port, modifyOLine};
   unsigned short status = 1;
   char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
-  if (getRawSDP(buffer, sizeof buffer) == 0) {
-    SdpText text(buffer);
+  std::size_t fetched = 0;
+  if (fetchText(parsedData, rawSdp, buffer, fetched) == 0) {
+    SdpText text = SdpText::ofLength(buffer, fetched);
     bool lost = false;
     const auto done =
         isTracing() ? std::nullopt : createAndParse({*this, parsedData, rawSdp}, text, values, lost);

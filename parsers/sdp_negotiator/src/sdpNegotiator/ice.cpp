@@ -21,7 +21,7 @@ unsigned short cSdpNegotiator::sdpRemoveDualStackIce() {
   trace::progress("Request to remove Invalid Candidates.");
   // Nothing to remove is no failure, and is not told from an edit that failed.
   bool edited = false;
-  const unsigned short status = editAndKeep(*this, kParsed, [&](SdpText& text) {
+  const unsigned short status = editAndParse({*this, parsedData, rawSdp}, [&](SdpText& text) {
     const Refusal refusal = removeDualStackIce(text);
     edited = !refusal;
     return refusal;

@@ -9,15 +9,15 @@ using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpInsertSilenceSuppression(unsigned char value) {
   trace::debug("Request to insert  silence suppression: silence_suppression=%d", value);
-  return editAndKeep(*this, kParsed,
-                     [&](SdpText& text) { return insertSilenceSuppression(text, value, parsedData); });
+  return editAndParse({*this, parsedData, rawSdp},
+                      [&](SdpText& text) { return insertSilenceSuppression(text, value, parsedData); });
 }
 
 unsigned short cSdpNegotiator::sdpInsertEchoCancellation(unsigned char echoCancellation,
                                                          unsigned char direction) {
   trace::debug("Request to insert  echo cancellation: echo_cancellation=%d, direction=%d", echoCancellation,
                direction);
-  return editAndKeep(*this, kParsed, [&](SdpText& text) {
+  return editAndParse({*this, parsedData, rawSdp}, [&](SdpText& text) {
     return insertEchoCancellation(text, echoCancellation, direction);
   });
 }

@@ -9,6 +9,22 @@
 
 // The parse of a body into an object, and parts of a summary in their initial state.
 
+namespace sdpneg {
+
+unsigned short parseKnown(const ParseTarget& to, std::string_view sdp, eSdpType type) {
+  constexpr unsigned long limit = MAX_SDP_PROTOCOL_DATA_SIZE;
+  if (sdp.empty() || sdp.size() > limit) {
+    clear(to.data, to.store);
+    if (sdp.empty()) return refuse({.reason = SDP_REFUSED_EMPTY_TEXT});
+    return refuse({.reason = SDP_REFUSED_TEXT_TOO_LONG,
+                   .number = static_cast<long long>(sdp.size()),
+                   .limit = static_cast<long long>(limit)});
+  }
+  return parseInto(to, sdp, [&] { return parseText(to.data, sdp, type); });
+}
+
+}  // namespace sdpneg
+
 using namespace sdpneg;
 
 cSdpNegotiator cSdpNegotiator::empty() noexcept {
@@ -18,16 +34,7 @@ cSdpNegotiator cSdpNegotiator::empty() noexcept {
 }
 
 unsigned short cSdpNegotiator::sdpParse(const char* sdp, eSdpType type) {
-  constexpr unsigned long limit = MAX_SDP_PROTOCOL_DATA_SIZE;
-  const std::string_view text = viewOf(sdp);
-  if (text.empty() || text.size() > limit) {
-    clear(parsedData, rawSdp);
-    if (text.empty()) return refuse({.reason = SDP_REFUSED_EMPTY_TEXT});
-    return refuse({.reason = SDP_REFUSED_TEXT_TOO_LONG,
-                   .number = static_cast<long long>(text.size()),
-                   .limit = static_cast<long long>(limit)});
-  }
-  return parseInto({*this, parsedData, rawSdp}, text, [&] { return parseText(parsedData, text, type); });
+  return parseKnown({*this, parsedData, rawSdp}, viewOf(sdp), type);
 }
 
 void cSdpNegotiator::initAudioCodecs() {

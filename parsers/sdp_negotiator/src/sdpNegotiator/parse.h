@@ -2,6 +2,7 @@
 #define SDP_NEGOTIATOR_PARSE_H
 
 #include <cstring>
+#include <span>
 #include <string_view>
 
 #include "refusal.h"
@@ -24,6 +25,16 @@ inline void clear(sSdpParsedData& data, char (&text)[SDP_STORED_TEXT_SIZE]) {
 /// `cSdpNegotiator::setRawSDP` of a text whose length is known.
 /// @param text ended by NUL, without one in it
 unsigned short storeText(sSdpParsedData& data, char (&store)[SDP_STORED_TEXT_SIZE], std::string_view text);
+
+/// `cSdpNegotiator::getRawSDP` of an object's own.
+/// @param to     null or empty where there is no buffer
+/// @param length receives that of the text
+unsigned short fetchText(const sSdpParsedData& data, const char (&store)[SDP_STORED_TEXT_SIZE],
+                         std::span<char> to, std::size_t& length);
+
+/// `cSdpNegotiator::getSDP` in the same way.
+unsigned short fetchSdp(const sSdpParsedData& data, const char (&store)[SDP_STORED_TEXT_SIZE],
+                        std::span<char> to, std::size_t& length);
 
 /// An object's own, for what parses into it.
 struct ParseTarget {
@@ -50,6 +61,10 @@ unsigned short parseInto(const ParseTarget& to, std::string_view sdp, Condense c
   if (status != 0) clear(to.data, to.store);
   return status;
 }
+
+/// `cSdpNegotiator::sdpParse` of a text whose length is known.
+/// @param sdp ended by NUL; without data it is a null text
+unsigned short parseKnown(const ParseTarget& to, std::string_view sdp, eSdpType type);
 
 /// Edits a text by its description, and parses what comes of it without decoding it again.
 /// @param edit takes the text, a description to decode it into, and tells whether that is the edited text's

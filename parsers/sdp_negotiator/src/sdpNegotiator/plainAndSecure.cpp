@@ -9,5 +9,5 @@ using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpBuild2mLineSDP() {
   trace::debug("Request to build 2mLine SDP.");
-  return editAndKeep(*this, kParsed, buildPlainAndSecure);
+  return editAndParse({*this, parsedData, rawSdp}, buildPlainAndSecure);
 }

@@ -30,7 +30,7 @@ unsigned short cSdpNegotiator::sdpDisablePort(unsigned int mediaMask) {
     trace::debug("Request to disable video media: application media will also be disabled");
   }
   trace::debug("Request to disable the port of media type (0x%x)", mediaMask);
-  return editAndKeep(*this, kParsed, [&](SdpText& text) -> unsigned short {
+  return editAndParse({*this, parsedData, rawSdp}, [&](SdpText& text) -> unsigned short {
     return disablePorts(text, static_cast<int>(mediaMask), kIpVersionUnknown) ? 1 : 0;
   });
 }

@@ -8,6 +8,7 @@
 #include "refusal.h"
 #include "sdpDataDefinitions.h"
 #include "sdpNegotiator.h"
+#include "sdpNegotiator/parse.h"
 #include "text/sdpText.h"
 
 // The pattern that requests follow: the stored text goes into a buffer, an edit changes it, and the result is kept.
@@ -82,6 +83,21 @@ unsigned short editText(const cSdpNegotiator& object, Edit edit, KeepText keep) 
 template <typename Edit>
 unsigned short editAndKeep(cSdpNegotiator& object, const Keep& keep, Edit edit) {
   return editText(object, edit, [&](const char* text) { return keepText(object, text, keep); });
+}
+
+/// Runs a request that parses what comes of it.
+/// @param of   the object's own
+/// @param edit takes the text
+/// @return as `editText`
+template <typename Edit>
+unsigned short editAndParse(const ParseTarget& of, Edit edit) {
+  char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
+  std::size_t length = 0;
+  if (const unsigned short fetched = fetchSdp(of.data, of.store, buffer, length); fetched != 0)
+    return fetched;
+  SdpText text = SdpText::ofLength(buffer, length);
+  const unsigned short edited = statusOfEdit(edit, text);
+  return edited != 0 ? edited : parseKnown(of, text.view(), SDP_TYPE_UNKNOWN);
 }
 
 /// Runs a request whose edit also moves the end of the o-line. It gets a copy of what the summary has, which the parse

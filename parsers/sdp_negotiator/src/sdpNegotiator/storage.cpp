@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstring>
+#include <span>
 #include <string_view>
 #include <type_traits>
 
@@ -26,6 +27,11 @@ bool expand(std::string_view bytes, char* dst, std::size_t len) {
   return text.whole && (endsInNul || text.length < len);
 }
 
+/// Whether an object has a text.
+bool isHeld(const sSdpParsedData& data, const char (&store)[SDP_STORED_TEXT_SIZE]) {
+  return store[0] != '\0' || data.storedSdpLength != 0;
+}
+
 }  // namespace
 
 unsigned short storeText(sSdpParsedData& data, char (&store)[SDP_STORED_TEXT_SIZE], std::string_view text) {
@@ -47,6 +53,32 @@ unsigned short storeText(sSdpParsedData& data, char (&store)[SDP_STORED_TEXT_SIZ
   return 0;
 }
 
+unsigned short fetchText(const sSdpParsedData& data, const char (&store)[SDP_STORED_TEXT_SIZE],
+                         std::span<char> to, std::size_t& length) {
+  length = 0;
+  if (to.data() == nullptr || to.empty()) {
+    return refuse({.reason = SDP_REFUSED_NULL, .operation = "getRawSDP"});
+  }
+  to[0] = '\0';
+  if (data.storedSdpLength == 0) {
+    length = std::min<std::size_t>(strnlen(store, sizeof store), to.size() - 1);
+    std::memcpy(to.data(), store, length);
+    to[length] = to.back() = '\0';
+    return 0;
+  }
+  const bool expanded =
+      data.storedSdpLength <= sizeof store && expand({store, data.storedSdpLength}, to.data(), to.size());
+  length = strnlen(to.data(), to.size());
+  return expanded ? 0 : refuse({.reason = SDP_REFUSED_NOT_EXPANDED});
+}
+
+unsigned short fetchSdp(const sSdpParsedData& data, const char (&store)[SDP_STORED_TEXT_SIZE],
+                        std::span<char> to, std::size_t& length) {
+  trace::progress("Building raw SDP buffer.");
+  if (!isHeld(data, store)) return refuse({.reason = SDP_REFUSED_NO_TEXT});
+  return fetchText(data, store, to, length);
+}
+
 }  // namespace sdpneg
 
 using namespace sdpneg;
@@ -57,23 +89,13 @@ unsigned short cSdpNegotiator::setRawSDP(const char* sdp) {
 }
 
 unsigned short cSdpNegotiator::getRawSDP(char* dst, unsigned int len) const {
-  if (dst == nullptr || len == 0) return refuse({.reason = SDP_REFUSED_NULL, .operation = "getRawSDP"});
-  dst[0] = '\0';
-  if (parsedData.storedSdpLength == 0) {
-    const std::size_t length = std::min<std::size_t>(strnlen(rawSdp, sizeof rawSdp), len - 1);
-    std::memcpy(dst, rawSdp, length);
-    dst[length] = dst[len - 1] = '\0';
-    return 0;
-  }
-  const bool expanded =
-      parsedData.storedSdpLength <= sizeof rawSdp && expand({rawSdp, parsedData.storedSdpLength}, dst, len);
-  return expanded ? 0 : refuse({.reason = SDP_REFUSED_NOT_EXPANDED});
+  std::size_t length = 0;
+  return fetchText(parsedData, rawSdp, {dst, len}, length);
 }
 
 unsigned short cSdpNegotiator::getSDP(char* dst, unsigned int len) const {
-  trace::progress("Building raw SDP buffer.");
-  if (!isSdpPresent()) return refuse({.reason = SDP_REFUSED_NO_TEXT});
-  return getRawSDP(dst, len);
+  std::size_t length = 0;
+  return fetchSdp(parsedData, rawSdp, {dst, len}, length);
 }
 
 unsigned int cSdpNegotiator::getRawSdpSize() const {
@@ -82,4 +104,4 @@ unsigned int cSdpNegotiator::getRawSdpSize() const {
   return getRawSDP(text, sizeof text) == 0 ? static_cast<unsigned int>(std::strlen(text)) : 0;
 }
 
-bool cSdpNegotiator::isSdpPresent() const { return rawSdp[0] != '\0' || parsedData.storedSdpLength != 0; }
+bool cSdpNegotiator::isSdpPresent() const { return isHeld(parsedData, rawSdp); }

@@ -62,8 +62,9 @@ using namespace sdpneg;
 void cSdpNegotiator::sdpModifyTransportTypes(const char* fromTransport, const char* toTransport) {
   trace::debug("sdpModifyTransportTypes():Request to modify transport type for all m-lines");
   char buffer[MAX_SDP_PROTOCOL_DATA_SIZE];
-  if (getSDP(buffer, sizeof buffer) == 0) {
-    SdpText text(buffer);
+  std::size_t length = 0;
+  if (fetchSdp(parsedData, rawSdp, buffer, length) == 0) {
+    SdpText text = SdpText::ofLength(buffer, length);
     const unsigned int before = toldSoFar();
     bool changed = false;
     const auto edit = [&](SdpText& body, sDescription& description, bool& describes) {

@@ -9,10 +9,10 @@ using namespace sdpneg;
 
 unsigned short cSdpNegotiator::sdpRemoveAllVideoMedia() {
   trace::debug("Request to remove ALL video media.");
-  return editAndKeep(*this, kParsed, [](SdpText& text) { disableVideo(text, true); });
+  return editAndParse({*this, parsedData, rawSdp}, [](SdpText& text) { disableVideo(text, true); });
 }
 
 unsigned short cSdpNegotiator::sdpRemoveVideoMedia() {
   trace::debug("Request to remove video media.");
-  return editAndKeep(*this, kParsed, [](SdpText& text) { disableVideo(text, false); });
+  return editAndParse({*this, parsedData, rawSdp}, [](SdpText& text) { disableVideo(text, false); });
 }

@@ -9,6 +9,6 @@ using namespace sdpneg;
 
 void cSdpNegotiator::sdpRemoveMlinesZeroPort() {
   trace::debug("sdpRemoveMlinesZeroPort():Request to remove zero port m-lines");
-  editAndKeep(*this, kParsed, removeZeroPorts);
+  editAndParse({*this, parsedData, rawSdp}, removeZeroPorts);
   trace::debug("Exiting sdpRemoveMlinesZeroPort()");
 }

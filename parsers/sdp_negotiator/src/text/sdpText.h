@@ -43,6 +43,11 @@ class SdpText {
   explicit SdpText(char* text, std::size_t capacity = MAX_SDP_PROTOCOL_DATA_SIZE)
       : text_(text), capacity_(capacity), length_(text != nullptr ? strnlen(text, capacity) : capacity) {}
 
+  /// The same for one whose length is known, in front of a NUL within the usual capacity.
+  static SdpText ofLength(char* text, std::size_t length) {
+    return {text, MAX_SDP_PROTOCOL_DATA_SIZE, length};
+  }
+
   /// False for a null buffer and for one without NUL in its capacity: such a text is neither read nor
   /// written.
   bool usable() const { return length_ < capacity_; }
@@ -85,6 +90,9 @@ class SdpText {
   std::size_t removeLines(std::span<const std::string_view> prefixes);
 
  private:
+  SdpText(char* text, std::size_t capacity, std::size_t length)
+      : text_(text), capacity_(capacity), length_(length) {}
+
   class Removal;
 
   void put(Span span, std::string_view inserted);

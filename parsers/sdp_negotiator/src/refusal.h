@@ -28,14 +28,14 @@ struct Refusal {
 
 /// Traces a refusal by the table of messages and keeps it as the thread's last one.
 /// @return what the trace call returned; 0 for a reason that is not traced
-int tell(const Refusal& refusal);
+[[gnu::cold]] int tell(const Refusal& refusal);
 
 /// Tells a refusal as often as it came, to be called while nothing is traced.
-void tellAgain(const Refusal& refusal, unsigned int times);
+[[gnu::cold]] void tellAgain(const Refusal& refusal, unsigned int times);
 
 /// Traces a refusal and leaves the thread's last one as it is: the work goes on, or another one was its reason.
 /// @return as `tell`
-int mention(const Refusal& refusal);
+[[gnu::cold]] int mention(const Refusal& refusal);
 
 /// How many refusals the thread has been told.
 inline unsigned int toldSoFar() { return sdpLastRefusal().number; }

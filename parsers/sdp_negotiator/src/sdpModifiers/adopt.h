@@ -42,11 +42,18 @@ inline std::optional<std::string_view> adoptedView(const char* text, const char*
   return std::nullopt;
 }
 
+/// Whether a control character is among those of a text, which is short.
+inline bool holdsControl(std::string_view text) {
+  bool holds = false;
+  for (const char c : text) holds |= isControl(c);
+  return holds;
+}
+
 /// The refusal of texts of a caller that may not stand in a line. A control character in one could end the line, and
 /// make what follows it a line of its own.
 inline Refusal refusalOfLineTexts(std::initializer_list<std::string_view> texts, const char* operation) {
   for (const std::string_view text : texts) {
-    if (std::none_of(text.begin(), text.end(), isControl)) continue;
+    if (!holdsControl(text)) continue;
     return {.reason = SDP_REFUSED_CONTROL_CHARACTER, .operation = operation};
   }
   return {};

@@ -161,8 +161,13 @@ Refusal raiseVersion(SdpText& text, std::size_t oLine) {
 
 void composeSessionId(char* id, long seconds, long microseconds) {
   constexpr std::size_t kSecondsDigits = 6;
-  const FixedText<24> all = FixedText<24>().add(seconds);
-  if (all.size() > kSecondsDigits) all.view().copy(id, kSecondsDigits, all.size() - kSecondsDigits);
+  constexpr long kMoreDigits = 1'000'000;
+  if (seconds >= kMoreDigits) {
+    for (std::size_t i = kSecondsDigits; i > 0; seconds /= 10)
+      id[--i] = static_cast<char>('0' + seconds % 10);
+  } else if (const FixedText<24> all = FixedText<24>().add(seconds); all.size() > kSecondsDigits) {
+    all.view().copy(id, kSecondsDigits, all.size() - kSecondsDigits);
+  }
   id[kSecondsDigits] = '\0';
   char* const end = id + std::strlen(id);
   end[FixedText<24>().add(microseconds).view().copy(end, 3)] = '\0';

@@ -121,6 +121,14 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& tested) { return tested.param.name; });
 
 const std::string secure = "m=audio 5004 RTP/SAVP 0\r\n";
+
+// What stands in the port's place is closed; with it goes all that told that the audio is secure, so that no port is opened.
+TEST(DummyOfMisplacedTransport, HasNoPort) {
+  const Result result = create(body(theirs, "m=audio  RTP/SAVP 0\r\n" + theirs), inactive);
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.text, body(ours, "m=audio  0 0\r\n" + theirs));
+}
+
 const std::string otherMedia =
     "m=video 5006 RTP/AVP 31\r\nm=message 5008 msrp *\r\nm=text 5010 RTP/AVP 98\r\nm=image 5012 udptl t38\r\n"
     "m=application 5014 udp wb\r\nm=foo 5016 udp x\r\n";

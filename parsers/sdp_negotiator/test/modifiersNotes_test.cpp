@@ -67,6 +67,33 @@ TEST(Notes, HoldTheMostThatATextCan) {
   EXPECT_EQ(notes.last(Noted::mLine), text.size() - 2);
 }
 
+// Texts are searched in windows, the last of which overlaps the one before.
+TEST(Notes, AreTheSameWhereverALineStands) {
+  const std::string lines = "m=audio 1\nc=IN\na=inactive\na=candidate:1\na=key-mgmt:x\na=crypto:1\nm=b\n";
+  for (std::size_t front = 0; front <= 140; ++front) {
+    for (const std::size_t behind : {0U, 1U, 2U, 3U, 63U, 64U, 65U, 66U, 67U, 68U, 1100U}) {
+      const Notes notes(std::string(front, 'x') + "\n" + lines + std::string(behind, '='));
+      const std::size_t at = front + 1;
+      EXPECT_EQ(placesOf(notes, Noted::mLine), Places({at, at + 64})) << front << " " << behind;
+      EXPECT_EQ(placesOf(notes, Noted::cLine), Places({at + 10})) << front << " " << behind;
+      EXPECT_EQ(placesOf(notes, Noted::direction), Places({at + 15})) << front << " " << behind;
+      EXPECT_EQ(placesOf(notes, Noted::ice), Places({at + 26})) << front << " " << behind;
+      EXPECT_EQ(placesOf(notes, Noted::keyManagement), Places({at + 40})) << front << " " << behind;
+      EXPECT_EQ(placesOf(notes, Noted::crypto), Places({at + 53})) << front << " " << behind;
+    }
+  }
+}
+
+TEST(Notes, OfOneWindowMayBeMany) {
+  std::string text = "v=0\n";
+  Places places;
+  for (int i = 0; i < 1000; ++i) {
+    places.push_back(text.size());
+    text += "m=\n";
+  }
+  EXPECT_EQ(placesOf(Notes(text), Noted::mLine), places);
+}
+
 /// A text with notes, edited by a test.
 struct Edited {
   explicit Edited(const std::string& body) : buffer(body), text(buffer.data()), noted(text) {}

@@ -1,4 +1,5 @@
 #include "requestTestSupport.h"
+#include "sdpRefusal.h"
 
 // Dummy answers and acknowledgements that are made of the other side's body.
 
@@ -189,6 +190,36 @@ TEST(FailedDummy, LeavesBodyAndSummaryAsTheyWere) {
                             tracesOfRefusal(each) + Traces{failed(kind)};
     EXPECT_EQ(withoutNumbers(traces), withoutNumbers(expected)) << each.name;
     EXPECT_TRUE(sameBytes(object, before)) << each.name;
+  }
+}
+
+// What the codec refuses may stand in lines that the dummy lacks or has others for.
+TEST(DummyOfRefusedBody, TellsTheRefusal) {
+  const std::string withAudio = sessionLines() + "m=audio 5004 RTP/AVP 0\r\n";
+  const std::string ours =
+      "v=0\r\no=alice 1 1 IN IP4 192.0.2.9\r\ns=-\r\nc=IN IP4 192.0.2.50\r\nt=0 0\r\nm=audio 5004 RTP/AVP 0\r\n";
+  const std::pair<std::string, std::string> cases[] = {
+      {withAudio + "c=IN\r\n", ours + "c=IN IP4 192.0.2.50\r\n"},
+      {withAudio + "a=candidate:1\rx\r\n", ours},
+      {withAudio + "a=key-mgmt:mikey\rx\r\n", ours},
+  };
+  for (const auto& [body, wanted] : cases) {
+    for (const bool traced : {false, true}) {
+      cSdpNegotiator object = objectWithText(body);
+      const unsigned int before = sdpLastRefusal().number;
+      const auto request = [&] {
+        EXPECT_EQ(object.createDummy(true, false, false, ownAddress, ownPort, false), 0);
+      };
+      if (traced) {
+        tracesOf(request);
+      } else {
+        request();
+      }
+      EXPECT_EQ(textOf(object), wanted);
+      EXPECT_EQ(sdpLastRefusal().number, before + 1) << body;
+      EXPECT_EQ(sdpLastRefusal().reason, SDP_REFUSED_BODY);
+      EXPECT_EQ(sdpLastRefusal().line, 7);
+    }
   }
 }
 

@@ -183,7 +183,7 @@ Refusal replaceMode(NotedText& text, unsigned char mode, int mediaSelect) {
     trace::progress("sdpReplaceMode(): No media lines are present to the SDP message. Exiting.");
     return {};
   }
-  if (!text.tracing() && applyModeAtOnce(text, requested, mediaSelect)) return {};
+  if (!text.tracing() && text.isPlannable() && applyModeAtOnce(text, requested, mediaSelect)) return {};
   return applyMode(text, requested, mediaSelect);
 }
 

@@ -165,7 +165,7 @@ class DummyPlan {
 
 bool makeDummyAtOnce(NotedText& text, const DummyRequest& request, unsigned short& oLineEnd,
                      GoneLines* gone) {
-  if (text.tracing()) return false;
+  if (text.tracing() || !text.isPlannable()) return false;
   DummyPlan plan(text, request, gone);
   if (!plan.take() || (gone != nullptr && gone->cut()) || !text.make(plan.changes())) return false;
   oLineEnd = plan.oLineEnd().value_or(oLineEnd);

@@ -136,12 +136,21 @@ void Notes::noteAt(std::string_view text, std::size_t at) {
 }
 
 void Notes::noteAttribute(std::string_view attribute, std::size_t at) {
-  if (startsWith(attribute, kKeyManagement)) {
-    add(at, Noted::keyManagement);
-  } else if (startsWith(attribute, kCrypto)) {
-    add(at, Noted::crypto);
-  } else if (isIceAttribute(attribute)) {
-    add(at, Noted::ice);
+  switch (attribute.size() > kPrefix ? attribute[kPrefix] : '\0') {
+    case 'k':
+      if (startsWith(attribute, kKeyManagement)) add(at, Noted::keyManagement);
+      break;
+    case 'c':
+    case 'i':
+    case 'r':
+      if (startsWith(attribute, kCrypto)) {
+        add(at, Noted::crypto);
+      } else if (isIceAttribute(attribute)) {
+        add(at, Noted::ice);
+      }
+      break;
+    default:
+      break;
   }
 }
 

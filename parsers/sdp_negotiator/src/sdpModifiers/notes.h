@@ -38,6 +38,7 @@ class Notes {
 
   /// The first one at or behind `from` and in front of `end`; npos without one.
   std::size_t find(Noted what, std::size_t from, std::size_t end = npos) const;
+  std::size_t size() const { return count_; }
   /// The first one of all, whatever it is; npos without one.
   std::size_t first() const { return count_ != 0 ? notes_[0].at : npos; }
   /// The last one of a kind; npos without one.
@@ -144,6 +145,8 @@ class NotedText {
   void settle() {
     if (pass_.hasBegun()) finishPass();
   }
+  /// Whether there are few enough notes to plan a change for each.
+  bool isPlannable() const { return notes_.size() <= PlannedChanges::kMost; }
   /// Makes changes that are planned, all of them or none. The notes do not follow, and are not to be asked any more.
   /// @return false when there is no room for them
   bool make(const PlannedChanges& changes) {

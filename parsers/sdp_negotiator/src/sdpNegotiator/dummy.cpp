@@ -50,20 +50,6 @@ struct DummyValues {
   bool modifyOLine;
 };
 
-/// Keeps a text with its summary. An object that cannot store it stays as it was.
-unsigned short keepAnalysed(const ParseTarget& to, const sSdpParsedData& data, std::string_view text) {
-  if (text.size() < sizeof to.store) {
-    to.data = data;
-    return storeText(to.data, to.store, text);
-  }
-  const cSdpNegotiator before = to.object;
-  to.data = data;
-  std::memset(to.store, 0, sizeof to.store);
-  const unsigned short status = storeText(to.data, to.store, text);
-  if (status != 0) to.object = before;
-  return status;
-}
-
 /// Makes a text a dummy and parses it, with one decoding of the dummy.
 /// @param text what the object holds
 /// @param lost whether the text is no longer that
@@ -85,8 +71,12 @@ std::optional<unsigned short> createAndParse(const ParseTarget& to, SdpText& tex
                         data.oLineEnd) != 0) {
       return {};
     }
+    // What is deflated may not fit, and need not be hurried.
+    if (text.size() >= sizeof to.store) return {};
     status = analyse(data, description, text.view());
-    if (*status == 0) status = keepAnalysed(to, data, text.view());
+    if (*status != 0) return {};
+    to.data = data;
+    status = storeText(to.data, to.store, text.view());
     return {};
   });
   return status;
@@ -129,8 +119,9 @@ unsigned short cSdpNegotiator::createDummy(bool answer, bool holdFlag, bool thir
   if (fetchText(parsedData, rawSdp, buffer, fetched) == 0) {
     SdpText text = SdpText::ofLength(buffer, fetched);
     bool lost = false;
-    const auto done =
-        isTracing() ? std::nullopt : createAndParse({*this, parsedData, rawSdp}, text, values, lost);
+    const auto done = isTracing() || fetched >= sizeof rawSdp
+                          ? std::nullopt
+                          : createAndParse({*this, parsedData, rawSdp}, text, values, lost);
     if (done) {
       status = *done;
     } else {

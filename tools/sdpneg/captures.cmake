@@ -32,6 +32,25 @@ if(TARGET sdpneg_captures_test)
   target_include_directories(sdpneg_captures_test PRIVATE ${tool_dir}/test)
 endif()
 
+# What the messages of a capture come to: calls, what they agree on, and what is wrong in them.
+file(GLOB sources CONFIGURE_DEPENDS ${tool_dir}/src/calls/*.cpp)
+add_library(sdpneg_calls STATIC EXCLUDE_FROM_ALL ${sources})
+target_compile_features(sdpneg_calls PUBLIC cxx_std_20)
+if(TARGET sdpneg_offer_answer) # of the tool, to which all is bound statically
+  target_link_libraries(sdpneg_calls PUBLIC sdpneg_captures sdpneg_offer_answer)
+else()
+  target_link_libraries(sdpneg_calls PUBLIC sdpneg_captures sdp_offer_answer)
+endif()
+target_link_libraries(sdpneg_calls PRIVATE sdp_build_flags sdp_hardening)
+
+file(GLOB tests CONFIGURE_DEPENDS ${tool_dir}/test/calls/*.cpp)
+if(tests)
+  sdp_add_test(sdpneg_calls_test SOURCES ${tests} LIBS sdpneg_calls)
+endif()
+if(TARGET sdpneg_calls_test)
+  target_include_directories(sdpneg_calls_test PRIVATE ${tool_dir}/test)
+endif()
+
 foreach(reader File Frame Fragment Tcp Stream Hep Text)
   sdp_add_fuzzer(capture${reader}Fuzz SOURCES ${tool_dir}/fuzz/capture${reader}Fuzz.cpp LIBS sdpneg_captures
                  SEEDS ${tool_dir}/fuzz/seeds/${reader})

@@ -1,0 +1,49 @@
+#ifndef SDPNEG_CALL_TABLE_H
+#define SDPNEG_CALL_TABLE_H
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "calls/call.h"
+
+// Puts the messages of a capture together to calls, and gives a call away as soon as nothing more is expected of it.
+
+namespace tool {
+
+struct CallOptions {
+  std::vector<std::string> joinHeaders;  ///< headers whose equal values join legs, the strongest first
+  std::size_t mostOpenCalls = 100000;    ///< then the one that was silent for longest is given away
+  std::size_t mostOpenBytes = std::size_t{512} * 1024 * 1024;  ///< of the open calls' texts, as well
+};
+
+/// Gets each call once, complete: messages, legs, exchanges, hops, state. Media and troubles are not looked at yet.
+using CallSink = std::function<void(Call&&)>;
+
+class CallTable {
+ public:
+  CallTable(CallOptions options, CallSink sink);
+  ~CallTable();
+  CallTable(const CallTable&) = delete;
+  CallTable& operator=(const CallTable&) = delete;
+
+  /// Takes a message, whose text is copied. Messages come nearly in the order of their times.
+  void take(const CapturedMessage& message);
+  /// Gives away what is open.
+  void finish();
+
+  std::size_t messages() const;         ///< that were taken
+  std::size_t retransmissions() const;  ///< of the calls that were given away
+  std::size_t otherMessages() const;    ///< that belong to no call: REGISTER, OPTIONS and the like
+  std::size_t openCalls() const;
+
+ private:
+  class Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace tool
+
+#endif

@@ -16,8 +16,8 @@ namespace {
 
 class FileSource : public ByteSource {
  public:
-  FileSource(const Input& input, WaitForMore waitForMore)
-      : file_(input), waitForMore_(std::move(waitForMore)), problem_(input.problem) {
+  FileSource(const Input& input, InputWatch watch)
+      : file_(input), watch_(std::move(watch)), problem_(input.problem) {
     if (!problem_ && file_.number() < 0) problem_ = failure();
   }
 
@@ -28,8 +28,9 @@ class FileSource : public ByteSource {
         position_ += static_cast<std::size_t>(length);
         return static_cast<std::size_t>(length);
       }
-      if (length == 0) isAtEnd_ = !waitForMore_ || !waitForMore_();
+      if (length == 0) isAtEnd_ = !watch_.waitForMore || !watch_.waitForMore();
       if (length < 0 && errno != EINTR) problem_ = failure();
+      if (length < 0 && !problem_) isAtEnd_ = watch_.isStopped && watch_.isStopped();
     }
     return 0;
   }
@@ -40,7 +41,7 @@ class FileSource : public ByteSource {
   static Problem failure() { return cannotRead(std::generic_category().message(errno)); }
 
   Descriptor file_;
-  WaitForMore waitForMore_;
+  InputWatch watch_;
   std::optional<Problem> problem_;
   bool isAtEnd_ = false;
   std::size_t position_ = 0;
@@ -64,8 +65,8 @@ class MemorySource : public ByteSource {
 
 }  // namespace
 
-std::unique_ptr<ByteSource> openInput(const Input& input, WaitForMore waitForMore) {
-  return std::make_unique<FileSource>(input, std::move(waitForMore));
+std::unique_ptr<ByteSource> openInput(const Input& input, InputWatch watch) {
+  return std::make_unique<FileSource>(input, std::move(watch));
 }
 
 std::unique_ptr<ByteSource> sourceOf(std::string_view bytes) { return std::make_unique<MemorySource>(bytes); }

@@ -14,8 +14,13 @@
 
 namespace tool {
 
-/// Asked where an input has no more bytes at the moment: whether to look again. It may wait.
-using WaitForMore = std::function<bool()>;
+/// How the reading of an input is watched. Functions that are missing say no.
+struct InputWatch {
+  std::function<bool()>
+      waitForMore;  ///< asked where there are no more bytes: whether to look again. It may wait
+  std::function<bool()> isStopped =
+      {};  ///< asked where a signal ended a wait for bytes: whether that is the end
+};
 
 class ByteSource {
  public:
@@ -31,7 +36,7 @@ class ByteSource {
 };
 
 /// An input's own bytes. Whether it can be opened is told by problem().
-std::unique_ptr<ByteSource> openInput(const Input& input, WaitForMore waitForMore = {});
+std::unique_ptr<ByteSource> openInput(const Input& input, InputWatch watch = {});
 
 /// Bytes in memory, which must stay there.
 std::unique_ptr<ByteSource> sourceOf(std::string_view bytes);

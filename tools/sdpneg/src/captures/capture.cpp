@@ -18,7 +18,7 @@ constexpr std::size_t kTextChunk = std::size_t{64} * 1024;
 }  // namespace
 
 Capture::Capture(const Input& input, const CaptureOptions& options, CaptureOutput& output)
-    : Capture(openInput(input, options.waitForMore), options, output) {}
+    : Capture(openInput(input, options.watch), options, output) {}
 
 Capture::Capture(std::unique_ptr<ByteSource> source, const CaptureOptions& options, CaptureOutput& output)
     : source_(inflated(std::move(source))) {

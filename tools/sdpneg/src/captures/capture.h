@@ -19,8 +19,8 @@ class PacketReader;
 class TextExport;
 
 struct CaptureOptions {
-  std::string filter;       ///< an expression of libpcap, for captures of packets
-  WaitForMore waitForMore;  ///< where an input is to be followed
+  std::string filter;  ///< an expression of libpcap, for captures of packets
+  InputWatch watch;    ///< where an input is to be followed, or its reading may be stopped
 };
 
 class Capture {

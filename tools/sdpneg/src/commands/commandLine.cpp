@@ -128,6 +128,16 @@ class CommandLine {
           name, [this, name] { arguments_.flags_[name] = true; }, std::string(row.help));
       return;
     }
+    if (row.isMany) {
+      command
+          .add_option_function<std::vector<std::string>>(
+              name,
+              [this, name](const std::vector<std::string>& values) { arguments_.manyValues_[name] = values; },
+              std::string(row.help))
+          ->type_name(std::string(row.argument))
+          ->allow_extra_args(false);
+      return;
+    }
     const std::string names = (row.shortName.empty() ? "" : std::string(row.shortName) + ",") + name;
     CLI::Option* option = command.add_option_function<std::string>(
         names, [this, name](const std::string& value) { arguments_.values_[name] = value; },

@@ -186,6 +186,11 @@ std::string_view Arguments::value(std::string_view option) const {
   return found != values_.end() ? std::string_view(found->second) : std::string_view();
 }
 
+std::vector<std::string> Arguments::values(std::string_view option) const {
+  const auto found = manyValues_.find(option);
+  return found != manyValues_.end() ? found->second : std::vector<std::string>();
+}
+
 std::span<const CommandRow> commandTable() { return kCommands; }
 
 }  // namespace tool

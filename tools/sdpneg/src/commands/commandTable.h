@@ -22,6 +22,7 @@ struct OptionRow {
   std::string_view help;
   std::string_view shortName = {};  ///< "-o", where there is one
   bool required = false;            ///< must be given
+  bool isMany = false;              ///< may be given several times
 };
 
 struct OperandRow {
@@ -38,6 +39,8 @@ class Arguments {
   bool has(std::string_view option) const { return flags_.contains(option); }
   /// The argument of an option, as given or as the table has it.
   std::string_view value(std::string_view option) const;
+  /// The arguments of an option that may be given several times, in their order.
+  std::vector<std::string> values(std::string_view option) const;
   const std::vector<std::string>& operands() const { return operands_; }
 
  private:
@@ -45,6 +48,7 @@ class Arguments {
 
   std::map<std::string, bool, std::less<>> flags_;
   std::map<std::string, std::string, std::less<>> values_;
+  std::map<std::string, std::vector<std::string>, std::less<>> manyValues_;
   std::vector<std::string> operands_;
 };
 

@@ -7,9 +7,9 @@
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "output/newFile.h"
-#include "output/streams.h"
 
 namespace tool {
 namespace {
@@ -43,32 +43,75 @@ void syncFolder(const fs::path& target) {
   ::close(number);
 }
 
-}  // namespace
-
-std::optional<Problem> replaceFile(const std::string& name, std::string_view bytes) {
+/// The file that a name means: what a link leads to.
+fs::path targetOf(const std::string& name, std::optional<Problem>& problem) {
   std::error_code unknown;
   fs::path target = fs::canonical(name, unknown);
-  if (unknown) {
-    // A link that leads nowhere is not replaced: it says that the file belongs elsewhere.
-    std::error_code none;
-    if (fs::is_symlink(fs::symlink_status(name, none)))
-      return cannotWrite("it is a symbolic link that leads to no file");
-    target = name;
+  if (!unknown) return target;
+  // A link that leads nowhere is not replaced: it says that the file belongs elsewhere.
+  std::error_code none;
+  if (fs::is_symlink(fs::symlink_status(name, none)))
+    problem = cannotWrite("it is a symbolic link that leads to no file");
+  return name;
+}
+
+}  // namespace
+
+class FileReplacement::Parts {
+ public:
+  Parts(fs::path target, const std::optional<struct stat>& replaced)
+      : target_(std::move(target)), replaced_(replaced), file_(target_), output_(file_.number()) {}
+
+  bool isOpen() const { return file_.number() >= 0; }
+  Output& output() { return output_; }
+  bool finish() {
+    if (!adoptMode(file_.number(), replaced_ ? &*replaced_ : nullptr) || ::fsync(file_.number()) != 0 ||
+        !file_.close() || !file_.takePlaceOf(target_)) {
+      return false;
+    }
+    syncFolder(target_);
+    return true;
   }
+
+ private:
+  fs::path target_;
+  std::optional<struct stat> replaced_;
+  NewFile file_;
+  Output output_;
+};
+
+FileReplacement::FileReplacement(const std::string& name) {
+  fs::path target = targetOf(name, problem_);
+  if (problem_) return;
   struct stat status {};
   const bool exists = ::stat(target.c_str(), &status) == 0;
-  if (exists && !S_ISREG(status.st_mode)) return cannotWrite("it is no regular file");
-  NewFile file(target);
-  if (file.number() < 0) return cannotWrite();
-  Output out(file.number());
-  out.write(bytes);
-  if (!out.good()) return cannotWrite(out.failure());
-  if (!adoptMode(file.number(), exists ? &status : nullptr) || ::fsync(file.number()) != 0 || !file.close() ||
-      !file.takePlaceOf(target)) {
-    return cannotWrite();
+  if (exists && !S_ISREG(status.st_mode)) {
+    problem_ = cannotWrite("it is no regular file");
+    return;
   }
-  syncFolder(target);
-  return std::nullopt;
+  parts_ = std::make_unique<Parts>(std::move(target), exists ? std::optional(status) : std::nullopt);
+  if (!parts_->isOpen()) problem_ = cannotWrite();
+}
+
+FileReplacement::~FileReplacement() = default;
+
+std::optional<Problem> FileReplacement::problem() const {
+  if (problem_ || parts_->output().good()) return problem_;
+  return cannotWrite(parts_->output().failure());
+}
+
+Output& FileReplacement::output() { return parts_->output(); }
+
+std::optional<Problem> FileReplacement::finish() {
+  if (std::optional<Problem> before = problem()) return before;
+  return parts_->finish() ? std::nullopt : std::optional(cannotWrite());
+}
+
+std::optional<Problem> replaceFile(const std::string& name, std::string_view bytes) {
+  FileReplacement file(name);
+  if (std::optional<Problem> problem = file.problem()) return problem;
+  file.output().write(bytes);
+  return file.finish();
 }
 
 }  // namespace tool

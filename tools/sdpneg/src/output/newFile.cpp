@@ -14,14 +14,26 @@ namespace {
 
 constexpr int kEndingSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
-/// The name of the file that there is; null without one. Written only while the signals are blocked.
-const char* volatile kPendingName = nullptr;
+/// The names of the files that there are; null for none. Written only while the signals are blocked.
+const char* volatile pendingNames[NewFile::kMost] = {};
 
-/// Removes the file and ends the process by the signal itself, so that its status tells which it was. The default
+/// Puts a name in the place of another one, null for a free place.
+/// @return whether there was such a place
+bool exchangePending(const char* before, const char* after) {
+  for (const char* volatile& name : pendingNames) {
+    if (name != before) continue;
+    name = after;
+    return true;
+  }
+  return false;
+}
+
+/// Removes the files and ends the process by the signal itself, so that its status tells which it was. The default
 /// takes effect when this returns, as a signal is blocked while it is handled.
 void removeAndEnd(int signal) {
-  const char* const name = kPendingName;
-  if (name != nullptr) ::unlink(name);
+  for (const char* const name : pendingNames) {
+    if (name != nullptr) ::unlink(name);
+  }
   std::signal(signal, SIG_DFL);
   std::raise(signal);
 }
@@ -71,12 +83,12 @@ NewFile::NewFile(const std::filesystem::path& target)
   const SignalsBlocked blocked;
   number_ = mkostemp(path_.data(), O_CLOEXEC);
   created_ = number_ >= 0;
-  if (created_) kPendingName = path_.c_str();
+  if (created_) exchangePending(nullptr, path_.c_str());
 }
 
 NewFile::~NewFile() {
   const SignalsBlocked blocked;
-  kPendingName = nullptr;
+  if (created_) exchangePending(path_.c_str(), nullptr);
   if (number_ >= 0) ::close(number_);
   if (created_) ::unlink(path_.c_str());
 }
@@ -86,7 +98,7 @@ bool NewFile::close() { return ::close(std::exchange(number_, -1)) == 0; }
 bool NewFile::takePlaceOf(const std::filesystem::path& target) {
   const SignalsBlocked blocked;
   if (::rename(path_.c_str(), target.c_str()) != 0) return false;
-  kPendingName = nullptr;
+  exchangePending(path_.c_str(), nullptr);
   created_ = false;
   return true;
 }

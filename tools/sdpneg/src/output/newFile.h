@@ -7,9 +7,11 @@
 namespace tool {
 
 /// A file beside another one that goes away unless it takes the other's place. It goes away as well when SIGINT,
-/// SIGTERM or SIGHUP ends the process; one of these that is ignored stays so. There is one at a time.
+/// SIGTERM or SIGHUP ends the process; one of these that is ignored stays so. There may be kMost at a time.
 class NewFile {
  public:
+  static constexpr int kMost = 4;
+
   explicit NewFile(const std::filesystem::path& target);
   ~NewFile();
   NewFile(const NewFile&) = delete;

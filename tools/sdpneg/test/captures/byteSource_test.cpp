@@ -80,7 +80,7 @@ TEST(ByteSource, FollowsAGrowingFile) {
     return !more.empty();
   };
   packets::Collected collected;
-  EXPECT_FALSE(tool::readCapture(tool::inputOf(file.name()), {{}, grow}, collected.output));
+  EXPECT_FALSE(tool::readCapture(tool::inputOf(file.name()), {{}, {grow, {}}}, collected.output));
   EXPECT_EQ(collected.texts(), (std::vector<std::string>{packets::invite(), packets::response()}));
   EXPECT_EQ(waits, static_cast<int>((whole.size() - 10 + 49) / 50 + 1));
 }

@@ -48,6 +48,24 @@ TEST_P(NewFileBySignal, StaysWhenTheSignalIsIgnored) {
   EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
+TEST_P(NewFileBySignal, AllThatThereAreAreRemoved) {
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    const tool::NewFile first(folder.path("first"));
+    const tool::NewFile second(folder.path("second"));
+    { const tool::NewFile third(folder.path("third")); }
+    const tool::NewFile fourth(folder.path("fourth"));
+    if (std::distance(std::filesystem::directory_iterator(folder.path()), {}) != 3) _exit(1);
+    std::raise(GetParam());
+    _exit(0);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  ASSERT_TRUE(WIFSIGNALED(status)) << status;
+  EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
 INSTANTIATE_TEST_SUITE_P(Ending, NewFileBySignal, testing::Values(SIGINT, SIGTERM, SIGHUP),
                          [](const auto& each) { return "signal" + std::to_string(each.param); });
 

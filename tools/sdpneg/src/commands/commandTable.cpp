@@ -1,6 +1,7 @@
 #include "commands/commandTable.h"
 
 #include "commands/answerCommand.h"
+#include "commands/callsCommand.h"
 #include "commands/checkAnswerCommand.h"
 #include "commands/compareCommand.h"
 #include "commands/createCommand.h"
@@ -101,6 +102,56 @@ constexpr OperandRow kPackOperands[] = {
 constexpr OperandRow kUnpackOperands[] = {
     {"FILE", "A transfer form, or - for standard input.", true, false, false}};
 
+constexpr OptionRow kCallsOptions[] = {
+    {"--call", "NUMBER", {}, "", "Draw the ladder of this call."},
+    {"--bodies",
+     "",
+     {},
+     "",
+     "Show the bodies of that call too, and what each hop changed; with --json all texts."},
+    {"--check", "", {}, "", "Show what is wrong only. The exit status is 1 when there is anything."},
+    {"--json", "", {}, "", "Write a JSON document."},
+    {"--html", "PAGE", {}, "", "Write this file as well: one page that shows everything."},
+    {"--name",
+     "ADDRESS=NAME",
+     {},
+     "",
+     "Call a participant so; its address may have a port.",
+     {},
+     false,
+     true},
+    {"--call-id", "ID", {}, "", "Only calls with a Call-ID; * stands for any text.", {}, false, true},
+    {"--from", "TEXT", {}, "", "Only calls whose caller has that in its URI."},
+    {"--to", "TEXT", {}, "", "Only calls whose callee has that in its URI."},
+    {"--address",
+     "ADDRESS",
+     {},
+     "",
+     "Only calls with a participant at this address, or address and port.",
+     {},
+     false,
+     true},
+    {"--since", "TIME", {}, "", "Only calls that last until this time (UTC) or longer: 2026-11-22 10:00:00."},
+    {"--until", "TIME", {}, "", "Only calls that begin before this time."},
+    {"--filter", "EXPRESSION", {}, "", "Read only packets that an expression of libpcap selects."},
+    {"--join-header",
+     "HEADER",
+     {},
+     "",
+     "Join calls in which this header has the same value.",
+     {},
+     false,
+     true},
+    {"--follow", "", {}, "", "Go on reading while the capture grows."},
+    {"--show-keys", "", {}, "", "Show keys and credentials, on a terminal only."},
+    {"--anonymize", "", {}, "", "Replace addresses, numbers, names and keys everywhere."},
+    {"--write", "CAPTURE", {}, "", "Write the calls into this file (pcap), anonymised."},
+    kColourOption};
+
+constexpr OperandRow kCallsOperands[] = {
+    {"INPUT", "Captures (pcap, pcapng), logs of SIP messages, gzip of these, or - for standard input.", true,
+     false, true}};
+
 constexpr CommandRow kCommands[] = {
     {"inspect", "Show what SDP bodies say",
      "Parses SDP bodies and shows the summary of each: address and port, codecs, directions, security, ICE, "
@@ -158,6 +209,14 @@ constexpr CommandRow kCommands[] = {
      "of any peer. The exit status is 0 when nothing is wrong, 1 otherwise, and 2 when an input cannot be "
      "read.",
      kCheckAnswerOptions, kCheckAnswerOperands, runCheckAnswer},
+    {"calls", "Show the calls of captures and logs",
+     "Reads captures (pcap, pcapng; SIP over UDP, TCP, WebSocket and HEP) and logs of SIP messages, and shows a "
+     "line for each call: start, caller, callee, result, codecs and security that were agreed, and what is wrong. "
+     "The legs of a B2BUA are one call. With --call, a call is drawn as a ladder of its messages. Each offer is "
+     "judged with its answer, and each hop by what it made of a body. Several inputs are one capture. Keys and "
+     "credentials are masked. SIGINT ends the reading, and what was read is shown. The exit status is 2 when an "
+     "input cannot be read to its end; what was read is shown all the same.",
+     kCallsOptions, kCallsOperands, runCalls},
     {"update-answer", "Bring an answer up to date with a new offer",
      "Writes OWN without the audio codecs that NEW no longer has, with port 0 for video of NEW, and where "
      "one of these applies with a new o-line. Both offers must have the same session address and audio port, "

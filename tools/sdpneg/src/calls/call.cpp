@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_set>
 
 namespace tool {
 
@@ -36,24 +37,22 @@ std::string joinsOf(const Call& call) {
 
 namespace {
 
-/// Whether ports tell participants at this address apart.
-bool talksToItself(const Call& call, const IpAddress& address) {
-  return std::ranges::any_of(call.messages, [&](const CallMessage& message) {
-    return message.flow.source.address == address && message.flow.destination.address == address;
-  });
-}
+Endpoint withoutPort(const Endpoint& endpoint) { return {endpoint.address, 0}; }
 
 }  // namespace
 
 Participants::Participants(const Call& call) {
+  struct HashOfAddress {
+    std::size_t operator()(const IpAddress& address) const { return hashOf(address); }
+  };
+  std::unordered_set<IpAddress, HashOfAddress> talkingToThemselves;
+  for (const CallMessage& message : call.messages) {
+    const Flow& flow = message.flow;
+    if (flow.source.address == flow.destination.address) talkingToThemselves.insert(flow.source.address);
+  }
   const auto add = [&](const Endpoint& endpoint) {
-    // Most messages come from and go to those that are known.
-    const bool isKnown = std::ranges::any_of(ends_, [&](const Endpoint& end) {
-      return end.address == endpoint.address && (end.port == 0 || end.port == endpoint.port);
-    });
-    if (isKnown) return;
-    ends_.push_back(endpoint);
-    if (!talksToItself(call, endpoint.address)) ends_.back().port = 0;
+    const Endpoint end = talkingToThemselves.contains(endpoint.address) ? endpoint : withoutPort(endpoint);
+    if (indices_.try_emplace(end, ends_.size()).second) ends_.push_back(end);
   };
   for (const CallMessage& message : call.messages) {
     add(message.flow.source);
@@ -62,10 +61,10 @@ Participants::Participants(const Call& call) {
 }
 
 std::size_t Participants::indexOf(const Endpoint& endpoint) const {
-  const auto found = std::ranges::find_if(ends_, [&](const Endpoint& end) {
-    return end.address == endpoint.address && (end.port == 0 || end.port == endpoint.port);
-  });
-  return static_cast<std::size_t>(found - ends_.begin());
+  const auto found = indices_.find(endpoint);
+  if (found != indices_.end()) return found->second;
+  const auto whole = indices_.find(withoutPort(endpoint));
+  return whole == indices_.end() ? ends_.size() : whole->second;
 }
 
 }  // namespace tool

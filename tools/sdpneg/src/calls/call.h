@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "captures/capturedMessage.h"
@@ -141,7 +142,14 @@ class Participants {
   const Endpoint& at(std::size_t index) const { return ends_[index]; }
 
  private:
+  struct Hash {
+    std::size_t operator()(const Endpoint& endpoint) const {
+      return hashOf(endpoint.address) + endpoint.port;
+    }
+  };
+
   std::vector<Endpoint> ends_;
+  std::unordered_map<Endpoint, std::size_t, Hash> indices_;  ///< as ends_ has them
 };
 
 }  // namespace tool

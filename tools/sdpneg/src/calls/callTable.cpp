@@ -1,0 +1,223 @@
+#include "calls/callTable.h"
+
+#include <algorithm>
+#include <iterator>
+#include <limits>
+#include <optional>
+#include <unordered_map>
+#include <utility>
+
+#include "calls/callAnalysis.h"
+#include "calls/legJoiner.h"
+#include "calls/messageFacts.h"
+#include "calls/openCalls.h"
+#include "captures/sipView.h"
+
+namespace tool {
+namespace {
+
+/// Whether a method makes a call of a Call-ID by which there is none.
+bool beginsCall(std::string_view method) {
+  constexpr std::string_view kMethods[] = {"INVITE", "ACK", "BYE", "CANCEL", "PRACK", "UPDATE"};
+  return std::ranges::find(kMethods, method) != std::end(kMethods);
+}
+
+/// Whether a method is of no call, whatever its Call-ID.
+bool isOutside(std::string_view method) { return method == "REGISTER" || method == "PUBLISH"; }
+
+/// Times far from each other can be subtracted without care.
+CaptureTime usableTime(CaptureTime time) {
+  constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max() / 4;
+  return time && *time >= 0 && *time <= kMost ? time : std::nullopt;
+}
+
+/// Puts messages in the order of their times. Those without one stay behind the one that they came after.
+void sortByTime(std::vector<OpenMessage>& messages) {
+  std::ranges::sort(messages, {}, &OpenMessage::sequence);
+  const bool areSorted = std::ranges::is_sorted(
+      messages, {}, [](const OpenMessage& message) { return message.message.time.value_or(0); });
+  if (areSorted) return;
+  struct Place {
+    std::int64_t time;
+    std::size_t index;
+  };
+  std::vector<Place> places;
+  std::int64_t time = 0;
+  for (std::size_t index = 0; index < messages.size(); ++index) {
+    time = messages[index].message.time.value_or(time);
+    places.push_back({time, index});
+  }
+  std::ranges::stable_sort(places, {}, &Place::time);
+  std::vector<OpenMessage> sorted;
+  sorted.reserve(messages.size());
+  for (const Place& place : places) sorted.push_back(std::move(messages[place.index]));
+  messages = std::move(sorted);
+}
+
+/// The legs of a call in the order in which they begin, with the joins that lead from the first one to them.
+void takeLegs(OpenCall& open, Call& call) {
+  std::unordered_map<const OpenLeg*, std::size_t> indices;
+  std::vector<OpenLeg*> legs;
+  for (OpenMessage& message : open.messages) {
+    const auto [found, isNew] = indices.try_emplace(message.leg, legs.size());
+    if (isNew) legs.push_back(message.leg);
+    message.message.leg = found->second;
+  }
+  makeRoot(*legs.front());
+  for (OpenLeg* const open_leg : legs) {
+    Leg leg;
+    leg.joinedTo = open_leg->parent == nullptr ? 0 : indices[open_leg->parent];
+    leg.callId = std::move(open_leg->callId);
+    leg.joinedBy = open_leg->joinedBy;
+    leg.joinDetail = std::move(open_leg->joinDetail);
+    call.legs.push_back(std::move(leg));
+  }
+}
+
+/// Makes a call of an open one.
+Call closed(OpenCall&& open) {
+  sortByTime(open.messages);
+  Call call;
+  call.number = open.number;
+  takeLegs(open, call);
+  std::vector<TransactionFacts> facts;
+  facts.reserve(open.messages.size());
+  call.messages.reserve(open.messages.size());
+  for (OpenMessage& message : open.messages) {
+    call.messages.push_back(std::move(message.message));
+    facts.push_back(std::move(message.facts));
+  }
+  markRetransmissions(call, facts);
+  findExchanges(call, facts);
+  findHops(call);
+  tellResult(call, facts);
+  return call;
+}
+
+}  // namespace
+
+class CallTable::Impl {
+ public:
+  Impl(CallOptions options, CallSink sink)
+      : options_(std::move(options)), sink_(std::move(sink)), joiner_(calls_, options_.joinHeaders) {}
+
+  void take(const CapturedMessage& message);
+  void finish();
+
+  std::size_t messages() const { return messages_; }
+  std::size_t retransmissions() const { return retransmissions_; }
+  std::size_t otherMessages() const { return otherMessages_; }
+  std::size_t openCalls() const { return calls_.size(); }
+
+ private:
+  void keep(const CapturedMessage& captured, MessageFacts facts);
+  void giveAwayOver();
+  void giveAwayTooMany();
+  void giveAway(OpenCall& open, bool isGivenUp);
+  void close(OpenCall& open, bool isGivenUp);
+
+  CallOptions options_;
+  CallSink sink_;
+  OpenCalls calls_;
+  LegJoiner joiner_;
+  SipView view_;
+  std::int64_t now_ = 0;
+  std::size_t messages_ = 0;
+  std::size_t retransmissions_ = 0;
+  std::size_t otherMessages_ = 0;
+};
+
+void CallTable::Impl::take(const CapturedMessage& message) {
+  ++messages_;
+  now_ = std::max(now_, usableTime(message.time).value_or(0));
+  giveAwayOver();
+  view_.read(message.text);
+  std::optional<MessageFacts> facts = factsOf(view_);
+  const bool isOfCall = facts && !isOutside(facts->method) &&
+                        (beginsCall(facts->method) || calls_.find(facts->callId) != nullptr);
+  if (!isOfCall) {
+    ++otherMessages_;
+    return;
+  }
+  keep(message, std::move(*facts));
+  giveAwayTooMany();
+}
+
+void CallTable::Impl::keep(const CapturedMessage& captured, MessageFacts facts) {
+  OpenMessage open;
+  open.sequence = messages_;
+  open.leg = calls_.find(facts.callId);
+  if (open.leg == nullptr) open.leg = &calls_.begin(facts.callId, open.sequence);
+  CallMessage& message = open.message;
+  message.number = captured.number;
+  message.time = usableTime(captured.time);
+  message.transport = captured.transport;
+  message.flow = captured.flow;
+  message.isCut = captured.isCut;
+  message.text = captured.text;
+  if (const auto sdp = view_.sdp(); sdp && !sdp->empty()) {
+    message.sdpBegin = static_cast<std::size_t>(sdp->data() - captured.text.data());
+    message.sdpSize = sdp->size();
+  }
+  message.method = std::move(facts.method);
+  message.status = facts.status;
+  message.cseq = facts.cseq;
+  message.fromTag = std::move(facts.fromTag);
+  message.toTag = std::move(facts.toTag);
+  open.facts = std::move(facts.transaction);
+  joiner_.look(*open.leg, view_, message);
+  calls_.add(std::move(open), now_);
+}
+
+void CallTable::Impl::giveAwayOver() {
+  while (OpenCall* const call = calls_.findOver(now_)) giveAway(*call, false);
+}
+
+void CallTable::Impl::giveAwayTooMany() {
+  while (calls_.size() > options_.mostOpenCalls || calls_.bytes() > options_.mostOpenBytes) {
+    giveAway(*calls_.findMostSilent(), true);
+  }
+}
+
+void CallTable::Impl::giveAway(OpenCall& open, bool isGivenUp) {
+  // What joins now may have to wait with the other call.
+  const std::size_t calls = calls_.size();
+  joiner_.compareAll(open);
+  if (calls_.size() == calls) close(open, isGivenUp);
+}
+
+void CallTable::Impl::close(OpenCall& open, bool isGivenUp) {
+  joiner_.forget(open);
+  Call call = closed(calls_.remove(open));
+  call.isGivenUp = isGivenUp;
+  retransmissions_ += call.retransmissions();
+  sink_(std::move(call));
+}
+
+void CallTable::Impl::finish() {
+  std::vector<OpenLeg*> legs;
+  for (OpenCall* const open : calls_.byNumber()) {
+    for (const auto& leg : open->legs) legs.push_back(leg.get());
+  }
+  for (OpenLeg* const leg : legs) joiner_.compare(*leg);
+  for (OpenCall* const open : calls_.byNumber()) close(*open, false);
+}
+
+CallTable::CallTable(CallOptions options, CallSink sink)
+    : impl_(std::make_unique<Impl>(std::move(options), std::move(sink))) {}
+
+CallTable::~CallTable() = default;
+
+void CallTable::take(const CapturedMessage& message) { impl_->take(message); }
+
+void CallTable::finish() { impl_->finish(); }
+
+std::size_t CallTable::messages() const { return impl_->messages(); }
+
+std::size_t CallTable::retransmissions() const { return impl_->retransmissions(); }
+
+std::size_t CallTable::otherMessages() const { return impl_->otherMessages(); }
+
+std::size_t CallTable::openCalls() const { return impl_->openCalls(); }
+
+}  // namespace tool

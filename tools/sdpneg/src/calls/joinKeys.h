@@ -1,0 +1,45 @@
+#ifndef SDPNEG_JOIN_KEYS_H
+#define SDPNEG_JOIN_KEYS_H
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "calls/call.h"
+#include "captures/sipView.h"
+
+// What of a message tells that its leg belongs to another one.
+
+namespace tool {
+
+/// A text that legs of one call have in common.
+struct JoinKey {
+  JoinedBy by = JoinedBy::first;
+  std::string text;    ///< told apart from those of another kind by what it begins with
+  std::string detail;  ///< for people: "X-Call-ID: abc"
+
+  /// What may be another leg's Call-ID; empty where it is none.
+  std::string_view callId() const;
+};
+
+/// The keys that the headers of a message give, the strongest first.
+/// @param joinHeaders those that the user named
+std::vector<JoinKey> headerKeys(const SipView& view, const std::vector<std::string>& joinHeaders);
+
+/// The keys that headers give which name a leg.
+std::vector<std::string> keysOfCallId(std::string_view callId);
+
+/// What an SDP body tells of where it comes from.
+struct Origin {
+  std::string line;   ///< the o-line's value
+  std::string media;  ///< user and session id of the o-line, and the address and port of the first media
+  std::string detail() const { return "o=" + line; }
+};
+
+/// Nothing for a body without a usable o-line.
+std::optional<Origin> originOf(std::string_view sdp);
+
+}  // namespace tool
+
+#endif

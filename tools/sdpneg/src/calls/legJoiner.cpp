@@ -1,0 +1,245 @@
+#include "calls/legJoiner.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "text/search.h"
+
+namespace tool {
+namespace {
+
+// What is kept and looked at at most, so that nothing grows with what a capture repeats.
+constexpr std::size_t kMostLooks = 64;
+constexpr std::size_t kMostKeys = 32;
+constexpr std::size_t kMostUses = 8;
+constexpr std::size_t kMostFlows = 8;
+constexpr std::size_t kMostAttempts = 4;
+constexpr std::size_t kMostCompared = 64;
+
+/// An INVITE is sent on so soon, in microseconds.
+constexpr std::int64_t kSoon = 2000000;
+/// A body that comes from another address than it went to is sent on so soon.
+constexpr std::int64_t kBodySoon = 5000000;
+
+bool isWithinItself(const Flow& flow) { return flow.source.address == flow.destination.address; }
+
+/// Whether two ends of flows are of one participant: where an address talks to itself, ports tell participants apart.
+bool isSame(const Endpoint& one, const Endpoint& other, bool withPorts) {
+  return one.isKnown() && one.address == other.address && (!withPorts || one.port == other.port);
+}
+
+/// Whether what went on the first flow may have gone on on the second.
+bool leadsTo(const Flow& before, const Flow& after) {
+  return isSame(before.destination, after.source, isWithinItself(before) || isWithinItself(after));
+}
+
+bool shareParticipant(const Flow& one, const Flow& other) {
+  const bool withPorts = isWithinItself(one) || isWithinItself(other);
+  return isSame(one.source, other.source, withPorts) || isSame(one.source, other.destination, withPorts) ||
+         isSame(one.destination, other.source, withPorts) ||
+         isSame(one.destination, other.destination, withPorts);
+}
+
+/// Whether a time is at or behind another one, by not more than so much.
+bool isWithin(std::int64_t begin, std::int64_t time, std::int64_t most) {
+  return time >= begin && (begin < 0 ? time <= begin + most : time - begin <= most);
+}
+
+void addOnce(std::vector<Flow>& flows, const Flow& flow) {
+  if (flows.size() < kMostFlows && std::ranges::find(flows, flow) == flows.end()) flows.push_back(flow);
+}
+
+/// Whether a body that was sent in a leg is what a message of another leg sends on: its sender got it, and is not where
+/// it came from. Senders whose bodies all have the same o-line are told apart so.
+bool isSentOn(const std::vector<Flow>& flows, CaptureTime time, const CallMessage& message) {
+  bool isShared = false;
+  bool isReceived = false;
+  for (const Flow& flow : flows) {
+    const bool withPorts = isWithinItself(flow) || isWithinItself(message.flow);
+    if (isSame(flow.source, message.flow.source, withPorts)) return false;
+    isReceived = isReceived || leadsTo(flow, message.flow);
+    isShared = isShared || shareParticipant(flow, message.flow);
+  }
+  // One that has an address to each side shares none.
+  const bool isSoon = !time || !message.time || isWithin(*time, *message.time, kBodySoon);
+  return isReceived || (!isShared && isSoon);
+}
+
+/// Who calls whom; nothing where that cannot be told.
+std::vector<std::string> numbersOf(const SipView& view) {
+  const std::string from = comparableUser(userOf(uriOf(view.value("From").value_or(""))));
+  const std::string to = comparableUser(userOf(uriOf(view.value("To").value_or(""))));
+  const std::string target = comparableUser(userOf(uriOf(view.requestUri())));
+  constexpr std::size_t kMostNumber = 128;
+  std::vector<std::string> numbers;
+  if (from.empty() || from.size() > kMostNumber) return numbers;
+  for (const std::string& called : {to, target}) {
+    const std::string both = from + " to " + called;
+    if (called.empty() || called.size() > kMostNumber) continue;
+    if (numbers.empty() || numbers.front() != both) numbers.push_back(both);
+  }
+  return numbers;
+}
+
+}  // namespace
+
+void LegJoiner::look(OpenLeg& leg, const SipView& view, const CallMessage& message) {
+  const bool isNew = leg.looks == 0;
+  if (isNew) lookByCallId(leg);
+  if (leg.looks < kMostLooks && (isNew || message.method == "INVITE" || message.sdpSize != 0)) {
+    ++leg.looks;
+    lookByHeaders(leg, view);
+    lookByOrigin(leg, message);
+  }
+  if (message.method != "INVITE") return;
+  if (message.status == 0) {
+    if (message.toTag.empty()) noteInvite(leg, view, message);
+  } else if (message.status >= 200 && message.status != 401 && message.status != 407 && !leg.isAnswered) {
+    leg.isAnswered = true;
+    leg.answered = message.time;
+    compare(leg);
+  }
+}
+
+void LegJoiner::lookByCallId(OpenLeg& leg) {
+  for (const std::string& key : keysOfCallId(leg.callId)) {
+    const auto found = named_.find(key);
+    if (found != named_.end()) calls_->join(leg, *found->second.leg, found->second.by, found->second.detail);
+  }
+}
+
+void LegJoiner::lookByHeaders(OpenLeg& leg, const SipView& view) {
+  for (const JoinKey& key : headerKeys(view, joinHeaders_)) {
+    if (!key.callId().empty()) {
+      OpenLeg* const named = calls_->find(key.callId());
+      if (named != nullptr) calls_->join(leg, *named, key.by, key.detail);
+    }
+    const auto found = named_.find(key.text);
+    if (found != named_.end()) {
+      calls_->join(leg, *found->second.leg, key.by, key.detail);
+    }
+    keep(leg, key);
+  }
+}
+
+void LegJoiner::keep(OpenLeg& leg, const JoinKey& key) {
+  const auto found = named_.find(key.text);
+  if (found != named_.end() && found->second.leg->call == leg.call) return;
+  if (leg.keys.size() == kMostKeys) return;
+  leg.keys.push_back(key.text);
+  named_[key.text] = {&leg, key.by, key.detail};
+}
+
+void LegJoiner::lookByOrigin(OpenLeg& leg, const CallMessage& message) {
+  if (message.sdpSize == 0) return;
+  const std::optional<Origin> origin = originOf(message.sdp());
+  if (!origin) return;
+  if (!origin->media.empty()) lookByOriginKey(leg, message, "m" + origin->media, origin->detail());
+  lookByOriginKey(leg, message, "o" + origin->line, origin->detail());
+}
+
+void LegJoiner::lookByOriginKey(OpenLeg& leg, const CallMessage& message, const std::string& key,
+                                const std::string& detail) {
+  const auto [found, isNew] = origins_.try_emplace(key);
+  std::vector<OriginUse>& uses = found->second;
+  const auto sentOn = std::ranges::find_if(uses.rbegin(), uses.rend(), [&](const OriginUse& use) {
+    return use.leg->call != leg.call && isSentOn(use.flows, use.time, message);
+  });
+  if (sentOn != uses.rend()) calls_->join(leg, *sentOn->leg, JoinedBy::origin, detail);
+
+  auto own = std::ranges::find(uses, &leg, &OriginUse::leg);
+  if (own == uses.end()) {
+    if (leg.originKeys.size() == kMostKeys) {
+      if (isNew) origins_.erase(found);
+      return;
+    }
+    leg.originKeys.push_back(key);
+    if (uses.size() == kMostUses) uses.erase(uses.begin());
+    own = uses.insert(uses.end(), {&leg, message.time, {}});
+  }
+  addOnce(own->flows, message.flow);
+}
+
+void LegJoiner::noteInvite(OpenLeg& leg, const SipView& view, const CallMessage& message) {
+  addOnce(leg.invites, message.flow);
+  const bool isKnown = !leg.attempts.empty() && leg.attempts.back().cseq == message.cseq;
+  if (isKnown || !message.time || leg.attempts.size() == kMostAttempts) return;
+  LegAttempt& attempt = leg.attempts.emplace_back(LegAttempt{*message.time, message.cseq, numbersOf(view)});
+  for (const std::string& numbers : attempt.numbers) attempts_[{numbers, attempt.time, leg.sequence}] = &leg;
+}
+
+void LegJoiner::findNearest(const OpenLeg& leg, const LegAttempt& attempt, Nearest& nearest) const {
+  for (const std::string& numbers : attempt.numbers) {
+    auto at = attempts_.lower_bound({numbers, attempt.time, leg.sequence});
+    for (std::size_t compared = 0; compared < kMostCompared && at != attempts_.begin(); ++compared) {
+      --at;
+      const auto& [text, time, sequence] = at->first;
+      OpenLeg& other = *at->second;
+      if (text != numbers || !isWithin(time, attempt.time, kSoon)) break;
+      const bool isOpen = !other.isAnswered || (other.answered && *other.answered > attempt.time);
+      const bool leads = std::ranges::any_of(
+          other.invites, [&](const Flow& flow) { return leadsTo(flow, leg.invites.front()); });
+      if (other.call == leg.call || !isOpen || !leads) continue;
+      if (nearest.leg == nullptr || time > nearest.time) {
+        nearest = {&other, time, false};
+      } else if (time == nearest.time && other.call != nearest.leg->call) {
+        nearest.isAmbiguous = true;
+      }
+    }
+  }
+}
+
+void LegJoiner::compare(OpenLeg& leg) {
+  if (leg.isCompared || leg.attempts.empty()) return;
+  leg.isCompared = true;
+  const LegAttempt& attempt = leg.attempts.front();
+  if (leg.parent != nullptr || attempt.numbers.empty()) return;
+  Nearest nearest;
+  findNearest(leg, attempt, nearest);
+  if (nearest.leg == nullptr || nearest.isAmbiguous) return;
+  const std::string after = std::to_string((attempt.time - nearest.time) / 1000);
+  calls_->join(leg, *nearest.leg, JoinedBy::timeAndNumbers,
+               attempt.numbers.front() + ", " + after + " ms later");
+}
+
+void LegJoiner::compareAll(const OpenCall& call) {
+  std::vector<OpenLeg*> legs;
+  for (const auto& leg : call.legs) legs.push_back(leg.get());
+  // Those that may have come of these first; then these.
+  for (const OpenLeg* const leg : std::vector<OpenLeg*>(legs)) {
+    for (const LegAttempt& attempt : leg->attempts) {
+      for (const std::string& numbers : attempt.numbers) {
+        auto at = attempts_.lower_bound({numbers, attempt.time, leg->sequence});
+        for (std::size_t compared = 0; compared < kMostCompared && at != attempts_.end(); ++compared, ++at) {
+          const auto& [text, time, sequence] = at->first;
+          if (text != numbers || !isWithin(attempt.time, time, kSoon)) break;
+          if (!at->second->isCompared) legs.push_back(at->second);
+        }
+      }
+    }
+  }
+  for (OpenLeg* const leg : legs) compare(*leg);
+}
+
+void LegJoiner::forget(const OpenCall& call) {
+  for (const auto& leg : call.legs) {
+    for (const std::string& key : leg->keys) {
+      const auto found = named_.find(key);
+      if (found != named_.end() && found->second.leg == leg.get()) named_.erase(found);
+    }
+    for (const std::string& key : leg->originKeys) {
+      const auto found = origins_.find(key);
+      if (found == origins_.end()) continue;
+      std::erase_if(found->second, [&](const OriginUse& use) { return use.leg == leg.get(); });
+      if (found->second.empty()) origins_.erase(found);
+    }
+    for (const LegAttempt& attempt : leg->attempts) {
+      for (const std::string& numbers : attempt.numbers) {
+        attempts_.erase({numbers, attempt.time, leg->sequence});
+      }
+    }
+  }
+}
+
+}  // namespace tool

@@ -1,0 +1,75 @@
+#ifndef SDPNEG_LEG_JOINER_H
+#define SDPNEG_LEG_JOINER_H
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "calls/joinKeys.h"
+#include "calls/openCalls.h"
+
+// Tells which open legs are of one call: by what their messages have in common, or by when and whom they call.
+
+namespace tool {
+
+class LegJoiner {
+ public:
+  LegJoiner(OpenCalls& calls, std::vector<std::string> joinHeaders)
+      : calls_(&calls), joinHeaders_(std::move(joinHeaders)) {}
+
+  /// Joins the leg of a message with those that the message tells of.
+  /// @param view of the message
+  void look(OpenLeg& leg, const SipView& view, const CallMessage& message);
+  /// Joins a leg by time and numbers, unless that was tried.
+  void compare(OpenLeg& leg);
+  /// Compares time and numbers of a call's legs with those of others, where that was not done.
+  void compareAll(const OpenCall& call);
+  /// Forgets the legs of a call that is given away.
+  void forget(const OpenCall& call);
+
+ private:
+  struct Named {
+    OpenLeg* leg;
+    JoinedBy by;
+    std::string detail;
+  };
+  /// A leg in which bodies of some origin were sent.
+  struct OriginUse {
+    OpenLeg* leg;
+    CaptureTime time;
+    std::vector<Flow> flows;
+  };
+  /// Numbers, time and the leg's sequence.
+  using Attempt = std::tuple<std::string, std::int64_t, std::size_t>;
+  struct Nearest {
+    OpenLeg* leg = nullptr;
+    std::int64_t time = 0;
+    bool isAmbiguous = false;
+  };
+
+  void lookByCallId(OpenLeg& leg);
+  void lookByHeaders(OpenLeg& leg, const SipView& view);
+  void lookByOrigin(OpenLeg& leg, const CallMessage& message);
+  void lookByOriginKey(OpenLeg& leg, const CallMessage& message, const std::string& key,
+                       const std::string& detail);
+  void keep(OpenLeg& leg, const JoinKey& key);
+  void noteInvite(OpenLeg& leg, const SipView& view, const CallMessage& message);
+  void findNearest(const OpenLeg& leg, const LegAttempt& attempt, Nearest& nearest) const;
+
+  OpenCalls* calls_;
+  std::vector<std::string> joinHeaders_;
+  std::unordered_map<std::string, Named> named_;
+  std::unordered_map<std::string, std::vector<OriginUse>> origins_;
+  std::map<Attempt, OpenLeg*> attempts_;
+};
+
+}  // namespace tool
+
+#endif

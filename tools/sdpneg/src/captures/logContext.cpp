@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <string>
 
 #include "text/search.h"
 
@@ -18,6 +19,7 @@ class TimeFields {
   explicit TimeFields(std::string_view text) : rest_(text) {}
 
   bool isGood() const { return isGood_; }
+  bool atEnd() const { return rest_.empty(); }
 
   /// A number of exactly so many digits.
   int number(std::size_t digits) {
@@ -44,16 +46,22 @@ class TimeFields {
     }
     return value;
   }
-  /// Seconds by which the local time is ahead of UTC.
+  /// Seconds by which the local time is ahead of UTC. What is no zone is left.
   int zone() {
+    if (sdpneg::startsWith(rest_, "Z")) {
+      rest_.remove_prefix(1);
+      return 0;
+    }
     if (rest_.empty() || (rest_.front() != '+' && rest_.front() != '-')) return 0;
+    const bool isBehind = rest_.front() == '-';
     TimeFields fields(rest_.substr(1));
     const int hours = fields.number(2);
     if (!fields.rest_.empty() && fields.rest_.front() == ':') fields.oneOf(":");
     const int minutes = fields.number(2);
     if (!fields.isGood_ || hours > 14 || minutes > 59) return 0;
     const int seconds = (hours * 60 + minutes) * 60;
-    return rest_.front() == '-' ? -seconds : seconds;
+    rest_ = fields.rest_;
+    return isBehind ? -seconds : seconds;
   }
 
  private:
@@ -69,9 +77,8 @@ class TimeFields {
   bool isGood_ = true;
 };
 
-/// The time that a text begins with.
-CaptureTime parseTime(std::string_view text) {
-  TimeFields fields(text);
+/// The time that some fields begin with.
+CaptureTime timeOf(TimeFields& fields) {
   const std::chrono::year year(fields.number(4));
   const char separator = fields.oneOf("-/");
   const std::chrono::month month(static_cast<unsigned int>(fields.number(2)));
@@ -130,9 +137,21 @@ CaptureTime findTime(std::string_view line) {
     const bool begins = sdpneg::isDigit(line[at]) && (line[at + 4] == '-' || line[at + 4] == '/') &&
                         (at == 0 || !sdpneg::isDigit(line[at - 1]));
     if (!begins) continue;
-    if (const CaptureTime time = parseTime(line.substr(at))) return time;
+    TimeFields fields(line.substr(at));
+    if (const CaptureTime time = timeOf(fields)) return time;
   }
   return std::nullopt;
+}
+
+CaptureTime parseTime(std::string_view text) {
+  constexpr std::string_view kShort = "2024-01-02 10:11";
+  constexpr std::string_view kDate = "2024-01-02";
+  std::string whole(text);
+  if (text.size() == kDate.size()) whole += " 00:00";
+  if (whole.size() == kShort.size()) whole += ":00";
+  TimeFields fields(whole);
+  const CaptureTime time = timeOf(fields);
+  return fields.atEnd() ? time : std::nullopt;
 }
 
 void LogContext::readLine(std::string_view line) {

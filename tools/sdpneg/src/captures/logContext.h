@@ -14,6 +14,10 @@ namespace tool {
 /// comma for the point; with "Z" or "+01:00" behind it, or else taken as UTC. A time without its date and year is none.
 CaptureTime findTime(std::string_view line);
 
+/// Reads a text that is nothing but a time: "2024-01-02 10:11:12.123456" and the like, as findTime() has it; without
+/// seconds "2024-01-02 10:11"; or a date alone, which means its beginning. All are UTC where there is no zone.
+CaptureTime parseTime(std::string_view text);
+
 struct LogContext {
   CaptureTime time;
   Transport transport = Transport::unknown;

@@ -41,6 +41,35 @@ TEST(LogContext, GuessesNoTimes) {
   }
 }
 
+TEST(LogContext, ParsesTimesThatStandAlone) {
+  const struct {
+    std::string text;
+    CaptureTime time;
+  } cases[] = {
+      {"2024-01-02", kDay},
+      {"2024/01/02", kDay},
+      {"2024-01-02 10:11", kTime - 12 * 1000000LL},
+      {"2024-01-02T10:11:12", kTime},
+      {"2024-01-02T10:11:12.25Z", kTime + 250000},
+      {"2024-01-02 10:11:12+01:00", kTime - 3600 * 1000000LL},
+      {"2024-01-02 10:11:12-0530", kTime + (5 * 60 + 30) * 60 * 1000000LL},
+      {"", std::nullopt},
+      {"10:11", std::nullopt},
+      {"10:11:12", std::nullopt},
+      {"2024-01-0", std::nullopt},
+      {"2024-01-02 ", std::nullopt},
+      {"2024-01-02x10:11", std::nullopt},
+      {"2024-01-02 10:11:12 ", std::nullopt},
+      {"2024-01-02 10:11:12.", std::nullopt},
+      {"2024-01-02 10:11:12+99:00", std::nullopt},
+      {"2024-01-02 10:11:12ZZ", std::nullopt},
+      {"2024-01-02 10:11:12Z+01:00", std::nullopt},
+      {"2024-02-30", std::nullopt},
+      {" 2024-01-02 10:11:12", std::nullopt},
+  };
+  for (const auto& one : cases) EXPECT_EQ(tool::parseTime(one.text), one.time) << one.text;
+}
+
 LogContext contextOf(std::string_view line) {
   LogContext context;
   context.readLine(line);

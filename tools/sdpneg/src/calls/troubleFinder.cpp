@@ -1,0 +1,137 @@
+#include "calls/troubleFinder.h"
+
+#include <algorithm>
+
+#include "calls/troubles.h"
+
+namespace tool {
+namespace {
+
+/// Troubles that are told of a call.
+constexpr std::size_t kMostTroubles = 1000;
+/// Bytes of bodies that are gone through for each one of the call, and beside these.
+constexpr std::size_t kCostOfByte = 16;
+constexpr std::size_t kCostOfCall = std::size_t{16} * 1024 * 1024;
+
+std::size_t budgetOf(const Call& call) {
+  std::size_t size = 0;
+  for (const CallMessage& message : call.messages) size += message.text.size();
+  return kCostOfCall + kCostOfByte * size;
+}
+
+}  // namespace
+
+BodyCache::BodyCache(const Call& call) : call_(call), left_(budgetOf(call)) {}
+
+bool BodyCache::spend(std::size_t bytes) {
+  isSpent_ = isSpent_ || bytes > left_;
+  left_ -= std::min(bytes, left_);
+  return !isSpent_;
+}
+
+const sdp::Document* BodyCache::of(std::size_t message) {
+  Slot* slot = slots_.data();
+  for (Slot& candidate : slots_) {
+    if (candidate.message == message) {
+      candidate.used = ++clock_;
+      return &candidate.body;
+    }
+    if (candidate.used < slot->used) slot = &candidate;
+  }
+  const std::string_view text = call_.messages[message].sdp();
+  if (!spend(text.size() + 1)) return nullptr;
+  slot->message = kNowhere;
+  if (slot->body.read(text)) return nullptr;
+  slot->message = message;
+  slot->used = ++clock_;
+  return &slot->body;
+}
+
+TroubleFinder::TroubleFinder(Call& call)
+    : call_(call),
+      segments_(call),
+      bodies_(call),
+      before_(call.messages.size(), kNowhere),
+      after_(call.messages.size(), kNowhere),
+      answers_(call.messages.size(), kNowhere),
+      offers_(call.messages.size(), kNowhere),
+      textNumbers_(call.messages.size(), kNowhere) {
+  for (const Hop& hop : call.hops) {
+    if (hop.before >= hop.after) continue;
+    if (before_[hop.after] == kNowhere) before_[hop.after] = hop.before;
+    if (after_[hop.before] == kNowhere) after_[hop.before] = hop.after;
+  }
+  for (std::size_t i = 0; i < call.exchanges.size(); ++i) {
+    const Exchange& exchange = call.exchanges[i];
+    offers_[exchange.offer] = i;
+    if (exchange.answer && answers_[*exchange.answer] == kNowhere) answers_[*exchange.answer] = i;
+  }
+}
+
+const Exchange* TroubleFinder::answeredBy(std::size_t message) const {
+  return answers_[message] == kNowhere ? nullptr : &call_.exchanges[answers_[message]];
+}
+
+const Exchange* TroubleFinder::offeredBy(std::size_t message) const {
+  return offers_[message] == kNowhere ? nullptr : &call_.exchanges[offers_[message]];
+}
+
+void TroubleFinder::tell(std::string_view rule, const TroublePlace& place, std::string text) {
+  const auto known =
+      std::ranges::find_if(troubleRules(), [&](const TroubleRule& entry) { return entry.name == rule; });
+  tell(rule, known != troubleRules().end() && known->isWarning, place, std::move(text));
+}
+
+void TroubleFinder::tell(std::string_view rule, bool isWarning, const TroublePlace& place, std::string text) {
+  if (call_.troubles.size() >= kMostTroubles) {
+    hasMore_ = true;
+    return;
+  }
+  call_.troubles.push_back(
+      {std::string(rule), place.message, place.section, lineOf(place), isWarning, std::move(text)});
+}
+
+bool TroubleFinder::isNews(std::string_view rule, std::size_t first, std::size_t second) {
+  return told_.insert({rule, textOf(first), textOf(second)}).second;
+}
+
+std::size_t TroubleFinder::textOf(std::size_t message) {
+  std::size_t& number = textNumbers_[message];
+  if (number == kNowhere) {
+    number = texts_.try_emplace(call_.messages[message].sdp(), texts_.size()).first->second;
+  }
+  return number;
+}
+
+std::size_t TroubleFinder::lineOf(const TroublePlace& place) {
+  const CallMessage& message = call_.messages[place.message];
+  if (message.sdpSize == 0) return 0;
+  if (counted_.first != place.message) {
+    const std::string_view front = std::string_view(message.text).substr(0, message.sdpBegin);
+    counted_ = {place.message, static_cast<std::size_t>(std::ranges::count(front, '\n'))};
+  }
+  if (place.line != 0) return counted_.second + place.line;
+  if (place.section == 0) return counted_.second + 1;
+  const sdp::Document* const body = bodies_.of(place.message);
+  if (body == nullptr || place.section > body->sectionCount()) return counted_.second + 1;
+  return counted_.second + body->section(place.section).lineNumber();
+}
+
+void TroubleFinder::finish() {
+  std::ranges::stable_sort(call_.troubles, [](const Trouble& a, const Trouble& b) {
+    return a.message != b.message ? a.message < b.message : a.section < b.section;
+  });
+  if (!hasMore_ && !bodies_.isSpent()) return;
+  const std::size_t last = call_.messages.empty() ? 0 : call_.messages.size() - 1;
+  call_.troubles.push_back({"not-all-told", last, 0, 0, true,
+                            hasMore_ ? "there are more troubles than are told"
+                                     : "there is too much to look at; not all bodies were"});
+}
+
+bool wasAccepted(const Call& call, const Exchange& exchange) {
+  if (!exchange.answer) return false;
+  if (exchange.finalStatus != 0) return exchange.finalStatus / 100 == 2;
+  return call.messages[*exchange.answer].method == "ACK" || call.messages[*exchange.answer].status / 100 == 2;
+}
+
+}  // namespace tool

@@ -102,8 +102,10 @@ class CallTable::Impl {
       : options_(std::move(options)), sink_(std::move(sink)), joiner_(calls_, options_.joinHeaders) {}
 
   void take(const CapturedMessage& message);
+  void passTime(std::int64_t now);
   void finish();
 
+  std::size_t lowestOpen() const { return calls_.lowestNumber(); }
   std::size_t messages() const { return messages_; }
   std::size_t retransmissions() const { return retransmissions_; }
   std::size_t otherMessages() const { return otherMessages_; }
@@ -194,6 +196,11 @@ void CallTable::Impl::close(OpenCall& open, bool isGivenUp) {
   sink_(std::move(call));
 }
 
+void CallTable::Impl::passTime(std::int64_t now) {
+  now_ = std::max(now_, usableTime(now).value_or(0));
+  giveAwayOver();
+}
+
 void CallTable::Impl::finish() {
   std::vector<OpenLeg*> legs;
   for (OpenCall* const open : calls_.byNumber()) {
@@ -210,6 +217,8 @@ CallTable::~CallTable() = default;
 
 void CallTable::take(const CapturedMessage& message) { impl_->take(message); }
 
+void CallTable::passTime(std::int64_t now) { impl_->passTime(now); }
+
 void CallTable::finish() { impl_->finish(); }
 
 std::size_t CallTable::messages() const { return impl_->messages(); }
@@ -219,5 +228,7 @@ std::size_t CallTable::retransmissions() const { return impl_->retransmissions()
 std::size_t CallTable::otherMessages() const { return impl_->otherMessages(); }
 
 std::size_t CallTable::openCalls() const { return impl_->openCalls(); }
+
+std::size_t CallTable::lowestOpen() const { return impl_->lowestOpen(); }
 
 }  // namespace tool

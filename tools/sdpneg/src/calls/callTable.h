@@ -2,6 +2,7 @@
 #define SDPNEG_CALL_TABLE_H
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -31,6 +32,9 @@ class CallTable {
 
   /// Takes a message, whose text is copied. Messages come nearly in the order of their times.
   void take(const CapturedMessage& message);
+  /// Gives away what is over, where no message tells that time passes.
+  /// @param now microseconds since 1970
+  void passTime(std::int64_t now);
   /// Gives away what is open.
   void finish();
 
@@ -38,6 +42,8 @@ class CallTable {
   std::size_t retransmissions() const;  ///< of the calls that were given away
   std::size_t otherMessages() const;    ///< that belong to no call: REGISTER, OPTIONS and the like
   std::size_t openCalls() const;
+  /// The lowest number of an open call; the largest value without any.
+  std::size_t lowestOpen() const;
 
  private:
   class Impl;

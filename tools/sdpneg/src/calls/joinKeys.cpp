@@ -173,13 +173,13 @@ std::vector<std::string> keysOfCallId(std::string_view callId) {
   return {joined(kNamedValue, callId), joined(kCallId, callId)};
 }
 
-std::optional<Origin> originOf(std::string_view sdp) {
+std::optional<OriginKey> originKeyOf(std::string_view sdp) {
   const std::string_view line = lineValue(sdp, "o=");
   sdpneg::Words words(line);
   const std::string_view user = words.next();
   const std::string_view session = words.next();
   if (session.empty() || line.size() > kMostValue) return std::nullopt;
-  Origin origin;
+  OriginKey origin;
   origin.line = line;
   const std::string media = firstMediaOf(sdp);
   if (!media.empty() && media.size() <= kMostValue) {

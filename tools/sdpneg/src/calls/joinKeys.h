@@ -31,14 +31,14 @@ std::vector<JoinKey> headerKeys(const SipView& view, const std::vector<std::stri
 std::vector<std::string> keysOfCallId(std::string_view callId);
 
 /// What an SDP body tells of where it comes from.
-struct Origin {
+struct OriginKey {
   std::string line;   ///< the o-line's value
   std::string media;  ///< user and session id of the o-line, and the address and port of the first media
   std::string detail() const { return "o=" + line; }
 };
 
 /// Nothing for a body without a usable o-line.
-std::optional<Origin> originOf(std::string_view sdp);
+std::optional<OriginKey> originKeyOf(std::string_view sdp);
 
 }  // namespace tool
 

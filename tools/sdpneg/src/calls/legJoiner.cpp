@@ -133,7 +133,7 @@ void LegJoiner::keep(OpenLeg& leg, const JoinKey& key) {
 
 void LegJoiner::lookByOrigin(OpenLeg& leg, const CallMessage& message) {
   if (message.sdpSize == 0) return;
-  const std::optional<Origin> origin = originOf(message.sdp());
+  const std::optional<OriginKey> origin = originKeyOf(message.sdp());
   if (!origin) return;
   if (!origin->media.empty()) lookByOriginKey(leg, message, "m" + origin->media, origin->detail());
   lookByOriginKey(leg, message, "o" + origin->line, origin->detail());

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 #include <utility>
 
 namespace tool {
@@ -79,6 +80,7 @@ OpenLeg& OpenCalls::begin(const std::string& callId, std::size_t sequence) {
   OpenCall& call = list.emplace_back();
   places_[&call] = std::prev(list.end());
   call.number = ++begun_;
+  numbers_.insert(call.number);
   OpenLeg& leg = *call.legs.emplace_back(std::make_unique<OpenLeg>());
   leg.callId = callId;
   leg.call = &call;
@@ -127,6 +129,7 @@ bool OpenCalls::join(OpenLeg& leg, OpenLeg& other, JoinedBy by, const std::strin
   }
   std::ranges::move(from.messages, std::back_inserter(into.messages));
   into.bytes += from.bytes;
+  numbers_.erase(std::max(into.number, from.number));
   into.number = std::min(into.number, from.number);
   into.lastTime = std::max(into.lastTime, from.lastTime);
   into.lastSequence = std::max(into.lastSequence, from.lastSequence);
@@ -165,8 +168,13 @@ std::vector<OpenCall*> OpenCalls::byNumber() {
   return calls;
 }
 
+std::size_t OpenCalls::lowestNumber() const {
+  return numbers_.empty() ? std::numeric_limits<std::size_t>::max() : *numbers_.begin();
+}
+
 OpenCall OpenCalls::remove(OpenCall& call) {
   for (const auto& leg : call.legs) legs_.erase(leg->callId);
+  numbers_.erase(call.number);
   bytes_ -= call.bytes;
   const auto place = places_.find(&call);
   std::list<OpenCall>& list = listOf(call);

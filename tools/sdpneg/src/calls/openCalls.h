@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <list>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -101,6 +102,8 @@ class OpenCalls {
   OpenCall* findMostSilent();
   /// All of them by their numbers.
   std::vector<OpenCall*> byNumber();
+  /// The lowest number of all; the largest value without calls.
+  std::size_t lowestNumber() const;
   /// Takes a call out.
   OpenCall remove(OpenCall& call);
 
@@ -112,6 +115,7 @@ class OpenCalls {
   void place(OpenCall& call);
 
   std::size_t begun_ = 0;
+  std::set<std::size_t> numbers_;
   std::size_t bytes_ = 0;
   std::unordered_map<std::string_view, OpenLeg*> legs_;  ///< the Call-IDs are those of the legs
   std::array<std::list<OpenCall>, kProgresses>

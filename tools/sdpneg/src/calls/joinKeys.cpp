@@ -154,6 +154,8 @@ std::string_view JoinKey::callId() const {
   return isCallId ? std::string_view(text).substr(1) : std::string_view();
 }
 
+bool JoinKey::joinsEqual() const { return !sdpneg::startsWith(text, kNamedValue); }
+
 std::vector<JoinKey> headerKeys(const SipView& view, const std::vector<std::string>& joinHeaders) {
   Keys keys;
   for (const std::string& name : joinHeaders) {

@@ -21,6 +21,8 @@ struct JoinKey {
 
   /// What may be another leg's Call-ID; empty where it is none.
   std::string_view callId() const;
+  /// Whether legs that both have it belong together.
+  bool joinsEqual() const;
 };
 
 /// The keys that the headers of a message give, the strongest first.

@@ -116,7 +116,7 @@ void LegJoiner::lookByHeaders(OpenLeg& leg, const SipView& view) {
       if (named != nullptr) calls_->join(leg, *named, key.by, key.detail);
     }
     const auto found = named_.find(key.text);
-    if (found != named_.end()) {
+    if (key.joinsEqual() && found != named_.end()) {
       calls_->join(leg, *found->second.leg, key.by, key.detail);
     }
     keep(leg, key);

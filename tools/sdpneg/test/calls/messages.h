@@ -62,6 +62,19 @@ struct Sip {
   }
 };
 
+/// What the other side says to a request: "180", "200".
+inline Sip reply(const Sip& request, const std::string& status, std::string body = {},
+                 std::string toTag = "t") {
+  Sip sip = request;
+  sip.start = status + " " + request.start;
+  std::swap(sip.source, sip.destination);
+  sip.body = std::move(body);
+  if (sip.toTag.empty()) sip.toTag = std::move(toTag);
+  sip.headers.clear();
+  sip.time.reset();
+  return sip;
+}
+
 /// A table, with what it gives away.
 class Table {
  public:

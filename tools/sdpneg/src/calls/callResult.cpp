@@ -33,6 +33,9 @@ class Outcome {
     const CallMessage& message = call_->messages[index];
     if (message.method == "INVITE" && message.status == 0) takeInvite(index);
     if (message.method == "INVITE" && message.status >= 200) takeFinal(index);
+    const bool isMidway = !hasInvite_ && (message.method == "ACK" || message.method == "UPDATE");
+    isMidway_ = isMidway_ || (isMidway && message.status == 0 && !message.toTag.empty());
+    hasInvite_ = hasInvite_ || message.method == "INVITE";
     hasBye_ = hasBye_ || message.method == "BYE";
     hasCancel_ = hasCancel_ || (message.method == "CANCEL" && message.status == 0);
   }
@@ -69,7 +72,8 @@ class Outcome {
   std::span<const TransactionFacts> facts_;
   std::optional<std::size_t> first_;
   int result_ = 0;
-  bool isMidway_ = false;
+  bool hasInvite_ = false;
+  bool isMidway_ = false;  ///< the capture begins when the call is up
   bool hasBye_ = false;
   bool hasCancel_ = false;
 };

@@ -35,8 +35,11 @@ void addOnce(std::vector<std::string>& dialogs, const std::string& dialog) {
 
 void OpenLeg::follow(const CallMessage& message) {
   const bool isInvite = message.method == "INVITE";
+  const bool isRequestInDialog = message.status == 0 && !message.toTag.empty();
+  const bool isMidway = !hasInvite && (message.method == "ACK" || message.method == "UPDATE");
+  hasInvite = hasInvite || isInvite;
   const bool confirms =
-      isInvite && (message.status == 0 ? !message.toTag.empty() : message.status / 100 == 2);
+      ((isInvite || isMidway) && isRequestInDialog) || (isInvite && message.status / 100 == 2);
   const bool fails = isInvite && message.status >= 300;
   const bool rings = isInvite && !confirms && !fails;
   const bool ends = message.method == "BYE";

@@ -61,6 +61,7 @@ struct OpenLeg {
   bool isCompared = false;  ///< whether time and numbers were compared
 
   Progress progress = Progress::ringing;
+  bool hasInvite = false;              ///< whether one or a response to one was captured
   std::vector<std::string> confirmed;  ///< dialogs that were answered, by their tags
   std::vector<std::string> ended;      ///< and those that got a BYE
 

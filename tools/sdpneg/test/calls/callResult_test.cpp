@@ -89,7 +89,10 @@ TEST(CallResult, IsThatOfTheFirstInvite) {
       {"from its middle to its end", {inDialog("INVITE", 7), inDialog("BYE", 8)}, CallState::ended, 0},
       {"from its answer", {reply(invite(), "200"), inDialog("ACK")}, CallState::up, 200},
       {"its end alone", {inDialog("BYE", 2)}, CallState::ended, 0},
-      {"its ACK alone", {inDialog("ACK")}, CallState::ringing, 0},
+      {"from its ACK", {inDialog("ACK")}, CallState::up, 0},
+      {"from an UPDATE", {inDialog("UPDATE")}, CallState::up, 0},
+      {"from a PRACK", {inDialog("PRACK")}, CallState::ringing, 0},
+      {"failed with its ACK", {invite(), reply(invite(), "486"), inDialog("ACK")}, CallState::failed, 486},
   };
   for (const ResultCase& one : cases) {
     const std::vector<Call> calls = callsOf(one.messages);

@@ -41,9 +41,15 @@ std::string JsonList::begin() {
   return by;
 }
 
-void JsonList::end() {
-  out_.write(isEmpty_ ? "]\n" : "\n" + by_ + "  ]\n");
-  out_.write(by_ + "}");
+void JsonList::end(const Json& more) {
+  out_.write(isEmpty_ ? "]" : "\n" + by_ + "  ]");
+  if (!more.empty()) {
+    constexpr std::string_view kBegin = "{";
+    out_.write(",");
+    out_.write(indented(jsonText(more).substr(kBegin.size()), by_));
+    return;
+  }
+  out_.write("\n" + by_ + "}");
 }
 
 }  // namespace tool

@@ -28,17 +28,18 @@ std::string jsonText(const Json& json);
 /// A document's text with every line but the first moved in.
 std::string indented(const std::string& text, std::string_view by);
 
-/// Writes an object whose last member is a list that may be too long to be held, one element after the other.
+/// Writes an object with a list that may be too long to be held, one element after the other.
 class JsonList {
  public:
-  /// @param object with an empty list as its last member
+  /// @param object with an empty list as its last member, behind what is known before the list is
   /// @param by     how far the object's lines are moved in
   JsonList(BufferedOutput& out, const Json& object, std::string by);
   /// Is to be called in front of each element.
   /// @return how far its lines are moved in
   std::string begin();
   /// Is to be called behind the last.
-  void end();
+  /// @param more an object with what is known only now: its members follow the list
+  void end(const Json& more = Json::object());
 
  private:
   BufferedOutput& out_;

@@ -134,9 +134,13 @@ class Chromium:
             message = self._message(deadline)
             if message.get("id") == self.number:
                 break
+            self.note(message)
         if "error" in message:
             raise BrowserError(message["error"]["message"])
         return message["result"]
+
+    def note(self, message):
+        """Is called with each event that comes while an answer is waited for."""
 
     def run(self, script):
         """The value of a script on the page, of its promise where it gives one."""

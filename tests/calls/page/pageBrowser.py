@@ -1,13 +1,54 @@
 """A headless Chromium with a page of calls open, its keys and its mouse, and what it complains of and asks for."""
 
 import base64
+import json
+import struct
 import time
+import zlib
 
 from chromium import BrowserError, Chromium
 
 WIDTH, HEIGHT = 1440, 900
 MODIFIERS = {"ctrl": 2, "shift": 8}
 NAMED_KEYS = {"Enter": 13, "Escape": 27, "ArrowUp": 38, "ArrowDown": 40, "Home": 36, "End": 35, "PageDown": 34}
+
+
+# The most frequent colours of a picture, and for each pixel the place of the nearest of them.
+FEW_COLOURS = """(async () => {
+    const picture = await createImageBitmap(await (await fetch('data:image/png;base64,' + %s)).blob());
+    const canvas = new OffscreenCanvas(picture.width, picture.height).getContext('2d');
+    canvas.drawImage(picture, 0, 0);
+    const {data} = canvas.getImageData(0, 0, picture.width, picture.height);
+    const pixels = new Uint32Array(data.length / 4);
+    const counts = new Map();
+    for (let i = 0; i < pixels.length; ++i) {
+        pixels[i] = data[4 * i] << 16 | data[4 * i + 1] << 8 | data[4 * i + 2];
+        counts.set(pixels[i], (counts.get(pixels[i]) || 0) + 1);
+    }
+    const parts = (colour) => [colour >> 16, colour >> 8 & 255, colour & 255];
+    const palette = [...counts].sort((a, b) => b[1] - a[1]).slice(0, 128).map(([colour]) => parts(colour));
+    const nearest = new Map();
+    for (const colour of counts.keys()) {
+        const own = parts(colour);
+        const distances = palette.map((other) => other.reduce((sum, part, i) => sum + (part - own[i]) ** 2, 0));
+        nearest.set(colour, distances.indexOf(Math.min(...distances)));
+    }
+    const places = Uint8Array.from(pixels, (colour) => nearest.get(colour));
+    let text = '';
+    for (let i = 0; i < places.length; i += 8192) text += String.fromCharCode(...places.subarray(i, i + 8192));
+    return {width: picture.width, palette: palette.flat(), places: btoa(text)};
+})()"""
+
+
+def png_of(width, palette, places):
+    """A PNG file of places in a palette."""
+    def chunk(kind, data):
+        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+
+    rows = b"".join(b"\0" + places[begin:begin + width] for begin in range(0, len(places), width))
+    header = struct.pack(">IIBBBBB", width, len(places) // width, 8, 3, 0, 0, 0)
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"PLTE", palette) +
+            chunk(b"IDAT", zlib.compress(rows, 9)) + chunk(b"IEND", b""))
 
 
 class PageBrowser(Chromium):
@@ -95,11 +136,14 @@ class PageBrowser(Chromium):
             "features": [{"name": "prefers-color-scheme", "value": scheme}]})
 
     def picture(self, path):
-        """Writes what is seen as PNG."""
+        """Writes what is seen as PNG of few colours, so that it is small."""
         self.frame()
-        result = self._request("Page.captureScreenshot", {"format": "png"})
+        png = self._request("Page.captureScreenshot", {"format": "png"})["data"]
+        # The page itself must not read pictures.
+        self._request("Page.navigate", {"url": "about:blank"})
+        pixels = self.run(FEW_COLOURS % json.dumps(png))
         with open(path, "wb") as file:
-            file.write(base64.b64decode(result["data"]))
+            file.write(png_of(pixels["width"], bytes(pixels["palette"]), base64.b64decode(pixels["places"])))
 
     def printed(self):
         """The page as PDF."""

@@ -55,8 +55,8 @@ function callFacts(call) {
   const length = call.start === null || call.end === null ? null : durationOf(microsOf(call.end) - call.startMicros);
   return [
     call.start === null ? 'unknown time' : `${dateOf(call.start)} ${clockOf(call.start)} UTC`,
-    length, call.codecs.length === 0 ? null : call.codecs.map(visible).join(', '),
-    call.security === null ? null : visible(call.security),
+    length, call.codecs.length === 0 ? null : shortened(call.codecs.join(', '), 300),
+    call.security === null ? null : shortened(call.security, 100),
     plural(call.messages.length, 'message', 'messages') + (again > 0 ? `, ${again} again` : ''),
     call.givenUp ? 'given up: what came later is another call' : null,
   ].filter((fact) => fact !== null);
@@ -64,9 +64,9 @@ function callFacts(call) {
 
 function legNodes(call) {
   return make('ul', {class: 'legs'}, call.legs.map((leg, index) => {
-    const by = leg.joinedBy === null ? '' : `joined by ${leg.joinedBy}: ${visible(leg.joinDetail || '')}`;
+    const by = leg.joinedBy === null ? '' : `joined by ${leg.joinedBy}: ${shortened(leg.joinDetail || '', 300)}`;
     return make('li', {}, letterOf(call, index) === '' ? null : make('b', {class: 'leg'}, letterOf(call, index)),
-      make('span', {class: 'call-id', title: visible(leg.callId)}, shortened(leg.callId, 120)), by === '' ? null : make('span', {class: 'join'}, by));
+      make('span', {class: 'call-id', title: shortened(leg.callId, 1000)}, shortened(leg.callId, 120)), by === '' ? null : make('span', {class: 'join'}, by));
   }));
 }
 
@@ -90,7 +90,7 @@ function problemItem(call, problem) {
     }},
     make('span', {class: 'severity'}, problem.severity === 'error' ? '● error' : '▲ warning'),
     make('span', {class: 'rule'}, visible(problem.rule)),
-    make('span', {class: 'what'}, visible(problem.text)),
+    make('span', {class: 'what'}, shortened(problem.text, 1000)),
     make('span', {class: 'where'}, where)));
 }
 

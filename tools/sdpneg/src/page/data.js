@@ -45,7 +45,7 @@ function readCall(number) {
 
 /** "200 OK" and the like: what a message begins with, without what all of them have. */
 function nameOf(message) {
-  if (message.first === message.method || message.text === null) return visible(message.first);
+  if (message.first === message.method || message.text === null) return shortened(message.first, 40);
   const line = message.text.slice(0, 200).split(/\r?\n/, 1)[0];
   const reason = line.split(' ').slice(2).join(' ');
   return shortened(reason === '' ? message.first : `${message.first} ${reason}`, 40);
@@ -69,16 +69,21 @@ function asWritten(text) {
   return JSON.stringify(text).slice(1, -1).replace(/[<>&\u2028\u2029]/g, escape);
 }
 
+const messagesHave = (call, lower) =>
+  call.messages.some((message) => message.text !== null && message.text.toLowerCase().includes(lower));
+
 /**
- * Looks for a text in all messages, without reading the calls, a part of them at a time so that the page stays usable.
- * Gives the numbers of the calls that have it; nothing when `isWanted` says that nobody waits for it any more.
+ * Looks for a text in all messages, a part of them at a time so that the page stays usable. Calls are read only where what
+ * is written of them has the text. Gives the numbers of the calls that have it; null when `isWanted` says that nobody
+ * waits for it any more.
  */
 async function callsWith(text, isWanted) {
   const pattern = new RegExp(asWritten(text).replace(/[.*+?^${}()|[\]\\]/g, '\\$&'), 'i');
   const found = new Set();
   let begin = performance.now();
   for (const row of data.rows) {
-    if (pattern.test(callNode(row.number).textContent)) found.add(row.number);
+    const written = callNode(row.number).textContent;
+    if (pattern.test(written) && messagesHave(JSON.parse(written), text.toLowerCase())) found.add(row.number);
     if (performance.now() - begin < 25) continue;
     await new Promise((resume) => setTimeout(resume, 0));
     if (!isWanted()) return null;

@@ -82,11 +82,17 @@ function markEdits(rows) {
   return edits;
 }
 
+const WORD = /[\w.+-]/;
+
 function commonEnds(a, b) {
   const shorter = Math.min(a.length, b.length, 2000);
   let head = 0;
   while (head < shorter && a[head] === b[head]) ++head;
   let tail = 0;
   while (tail < shorter - head && a[a.length - 1 - tail] === b[b.length - 1 - tail]) ++tail;
+  // Whole words are told apart: numbers and names are read as such.
+  const isInside = (text, place) => place > 0 && place < text.length && WORD.test(text[place - 1]) && WORD.test(text[place]);
+  while (head > 0 && (isInside(a, head) || isInside(b, head))) --head;
+  while (tail > 0 && (isInside(a, a.length - tail) || isInside(b, b.length - tail))) --tail;
   return head + tail < 3 ? null : {head, tail};
 }

@@ -1,13 +1,14 @@
 // The ladder of a call: where each message and each hop stands, and the part of it that can be seen as SVG.
 
-const TIMES_WIDTH = 132;
-const LEAST_COLUMN = 150;
+const TIMES_WIDTH = 124;
+const LEAST_COLUMN = 140;
 const MOST_COLUMN = 340;
 const HEAD_HEIGHT = 46;
 const PLAIN_ROW = 32;
 const BODY_ROW = 47;
 const ARROW_AT = 20;
 const SPARE_HEIGHT = 500;
+const SHORT_LETTER = 6.7;
 
 /**
  * The messages that are shown, from the top down. What is asked of it takes the same time however many there are.
@@ -76,7 +77,6 @@ function drawParticipants(ladder, left, width) {
     const address = ladder.call.participants[column];
     const x = columnAt(ladder, column);
     svg.append(
-      draw('title', {}, ''),
       draw('g', {class: 'participant'},
         draw('title', {}, visible(name === null ? address : `${name}: ${address}`)),
         draw('rect', {x: x - ladder.column / 2 + 6, y: 4, width: ladder.column - 12, height: HEAD_HEIGHT - 8, rx: 5}),
@@ -109,7 +109,7 @@ function drawTimes(ladder, item, problems) {
   ];
   if (problems.length === 0) return nodes;
   const severity = problems.some((problem) => problem.severity === 'error') ? 'error' : 'warning';
-  const texts = problems.map((problem) => `${problem.rule}: ${visible(problem.text)}`).join('\n');
+  const texts = problems.map((problem) => shortened(`${problem.rule}: ${problem.text}`, 300)).slice(0, 20).join('\n');
   nodes.push(draw('g', {class: 'mark ' + severity}, draw('title', {}, texts),
     draw('rect', {x: 0, y: top, width: 4, height: item.height}),
     draw('text', {x: TIMES_WIDTH - 10, y: top + ARROW_AT + 5}, severity === 'error' ? '●' : '▲')));
@@ -155,9 +155,10 @@ function drawMessage(ladder, item) {
   ...drawArrow(x1, x2, y),
   drawLabel(ladder, item, x1 === x2 ? x1 + 90 : (x1 + x2) / 2));
   if (message.short !== null) {
-    const most = Math.max(12, Math.floor((ladder.width - left) / 6.7));
-    node.append(draw('text', {class: 'short', x: left, y: y + 17},
-      draw('title', {}, visible(message.short)), shortened(message.short, most)));
+    // At its arrow, or as far to the left as it needs to be.
+    const short = shortened(message.short, Math.floor((ladder.width - TIMES_WIDTH) / SHORT_LETTER));
+    const x = Math.max(TIMES_WIDTH, Math.min(left, ladder.width - 6 - short.length * SHORT_LETTER));
+    node.append(draw('text', {class: 'short', x, y: y + 17}, draw('title', {}, visible(message.short)), short));
   }
   return node;
 }

@@ -10,6 +10,7 @@ const list = {
   isDescending: false,
   textsFound: null,  // numbers of calls whose messages have what is searched for
   searches: 0,
+  withDates: false,  // where not all calls begin on one day
 };
 
 const resultOf = (row) => (row.result === null ? '' : String(row.result));
@@ -31,31 +32,31 @@ const COLUMNS = [
 function problemCell(row) {
   const errors = errorsOf(row);
   const warnings = row.problems.length - errors;
-  const rules = [...new Set(row.problems.map((problem) => problem.rule))].join(', ');
+  const rules = shortened([...new Set(row.problems.map((problem) => problem.rule))].join(', '), 300);
   return make('span', {role: 'gridcell', class: 'cell problems', title: rules},
     errors > 0 ? make('b', {class: 'badge error', title: plural(errors, 'error', 'errors')}, String(errors)) : null,
     warnings > 0
       ? make('b', {class: 'badge warning', title: plural(warnings, 'warning', 'warnings')}, String(warnings))
       : null,
-    make('span', {class: 'rules'}, visible(rules)));
+    make('span', {class: 'rules'}, rules));
 }
 
 function listRow(row, place) {
   const cell = (key, text, title) => make('span', {role: 'gridcell', class: 'cell ' + key, title}, text);
-  const uri = (key) => cell(key, shortened(shortUri(row[key]), 120), row[key] === null ? null : visible(row[key]));
-  const codecs = visible(row.codecs.join(', '));
+  const uri = (key) => cell(key, shortened(shortUri(row[key]), 120), row[key] === null ? null : shortened(row[key], 1000));
+  const codecs = shortened(row.codecs.join(', '), 200);
   return make('div', {
     role: 'row', id: 'row-of-' + row.number, class: 'row call-row', 'data-place': place, 'aria-rowindex': place + 2,
     'aria-selected': String(place === list.active), 'data-open': view.call !== null && view.call.number === row.number,
   },
   cell('number', String(row.number)),
-  cell('start', `${dateOf(row.start)} ${clockOf(row.start)}`),
+  cell('start', list.withDates ? `${dateOf(row.start)} ${clockOf(row.start)}` : clockOf(row.start), row.start),
   cell('duration', row.duration === null ? '' : durationOf(row.duration)),
   uri('from'), uri('to'),
   make('span', {role: 'gridcell', class: 'cell state'}, make('span', {class: 'pill ' + row.state}, row.state)),
   cell('result ' + row.state, resultOf(row)),
   cell('codecs', codecs, codecs),
-  cell('security', row.security === null ? '' : visible(row.security)),
+  cell('security', row.security === null ? '' : shortened(row.security, 60)),
   cell('messages', row.messages.toLocaleString('en')),
   problemCell(row));
 }
@@ -180,6 +181,8 @@ function fillFilters() {
 }
 
 function startList() {
+  list.withDates = new Set(data.rows.map((row) => dateOf(row.start))).size > 1;
+  byId('grid').classList.toggle('with-dates', list.withDates);
   fillFilters();
   drawColumns();
   let waiting = 0;

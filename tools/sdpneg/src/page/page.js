@@ -25,7 +25,8 @@ function keepAddress() {
     else if (hop !== null) parts.push(`hop=${hop + 1}`);
     else if (selected !== null) parts.push(`message=${number(selected)}`);
   }
-  history.replaceState(null, '', '#' + parts.join('&'));
+  const address = '#' + parts.join('&');
+  if (address !== (location.hash || '#')) history.replaceState(null, '', address);
 }
 
 function openAddress() {
@@ -45,8 +46,9 @@ function openAddress() {
 function moveInLadder(by) {
   const {items, placeOf} = view.ladder;
   if (items.length === 0) return;
-  const place = view.selected === null || !placeOf.has(view.selected) ? -1 : placeOf.get(view.selected);
-  const to = place < 0 ? (by < 0 ? items.length - 1 : 0) : Math.min(Math.max(place + by, 0), items.length - 1);
+  const place = view.selected === null ? undefined : placeOf.get(view.selected);
+  const outside = by === -1 ? items.length : -1;
+  const to = Math.min(Math.max((place === undefined ? outside : place) + by, 0), items.length - 1);
   choose({selected: items[to].index});
   scrollToMessage(items[to].index);
 }
@@ -245,6 +247,7 @@ function start() {
     layOutCall();
     drawList();
   }));
+  addEventListener('hashchange', openAddress);
   addEventListener('beforeprint', preparePrint);
   addEventListener('afterprint', () => byId('print').replaceChildren());
   if (!openAddress()) {

@@ -33,48 +33,30 @@ bool isOfType(const Part& part, std::string_view type) {
   return field != nullptr && sdpneg::startsWithNoCase(valueWithoutParameters(field->value), type);
 }
 
-/// Goes through the parts of a multipart body.
-class Parts {
- public:
-  Parts(std::string_view text, Range multipart, std::string_view boundary)
-      : text_(text), boundary_(boundary), at_(multipart.begin), end_(multipart.end) {
-    skipToDelimiter();  // the preamble
-  }
-
-  std::optional<Part> next() {
-    if (!more_) return std::nullopt;
-    const std::size_t begin = at_;
-    Range range{begin, skipToDelimiter()};
-    Part part{readHeader(text_, range), {}};
-    part.body = {part.header.bodyBegin.value_or(range.end), range.end};
-    part.body.end = withoutDelimiterLineEnd(text_, part.body);
-    return part;
-  }
-
- private:
-  /// Goes behind the next delimiter line.
-  /// @return where the line began
-  std::size_t skipToDelimiter() {
-    while (at_ < end_) {
-      const auto [line, next] = headerLineAt(text_, at_, end_);
-      const Delimiter delimiter = delimiterOf(line, boundary_);
-      const std::size_t begin = std::exchange(at_, next);
-      if (delimiter == Delimiter::none) continue;
-      more_ = delimiter == Delimiter::next;
-      return begin;
-    }
-    more_ = false;
-    return end_;
-  }
-
-  std::string_view text_;
-  std::string_view boundary_;
-  std::size_t at_;
-  std::size_t end_;
-  bool more_ = false;
-};
-
 }  // namespace
+
+std::optional<Part> Parts::next() {
+  if (!more_) return std::nullopt;
+  const std::size_t begin = at_;
+  Range range{begin, skipToDelimiter()};
+  Part part{begin, readHeader(text_, range), {}};
+  part.body = {part.header.bodyBegin.value_or(range.end), range.end};
+  part.body.end = withoutDelimiterLineEnd(text_, part.body);
+  return part;
+}
+
+std::size_t Parts::skipToDelimiter() {
+  while (at_ < end_) {
+    const auto [line, next] = headerLineAt(text_, at_, end_);
+    const Delimiter delimiter = delimiterOf(line, boundary_);
+    const std::size_t begin = std::exchange(at_, next);
+    if (delimiter == Delimiter::none) continue;
+    more_ = delimiter == Delimiter::next;
+    return begin;
+  }
+  more_ = false;
+  return end_;
+}
 
 std::optional<Part> findSdpPart(std::string_view text, Range multipart, std::string_view boundary) {
   std::optional<Part> nested;

@@ -122,13 +122,6 @@ Json headJson(const Call& call) {
 
 }  // namespace
 
-std::string_view Names::of(const Endpoint& participant) const {
-  for (const std::string& text : {participant.text(), participant.address.text()}) {
-    if (const auto found = byAddress.find(text); found != byAddress.end()) return found->second;
-  }
-  return {};
-}
-
 Json totalsJson(const CallTotals& totals) {
   return {{"messages", totals.messages},
           {"retransmissions", totals.retransmissions},

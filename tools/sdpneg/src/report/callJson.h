@@ -2,7 +2,6 @@
 #define SDPNEG_CALL_JSON_H
 
 #include <cstddef>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,18 +9,11 @@
 #include "calls/call.h"
 #include "output/bufferedOutput.h"
 #include "output/json.h"
+#include "report/names.h"
 
 // Calls as JSON. Its schema is data/calls.schema.json.
 
 namespace tool {
-
-/// What the user calls participants.
-struct Names {
-  std::map<std::string, std::string, std::less<>> byAddress;  ///< "192.0.2.1" or "192.0.2.1:5060"
-
-  /// The name of a participant, by its text, else by its address; empty where it has none.
-  std::string_view of(const Endpoint& participant) const;
-};
 
 struct CallJsonOptions {
   bool withTexts = false;  ///< of the messages

@@ -1,0 +1,237 @@
+#include "commands/callsCommand.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <chrono>
+#include <csignal>
+#include <optional>
+#include <thread>
+
+#include "calls/anonymizer.h"
+#include "calls/callOrder.h"
+#include "calls/media.h"
+#include "calls/secrets.h"
+#include "calls/troubles.h"
+#include "captures/captureSet.h"
+#include "captures/captureWriter.h"
+#include "commands/callsOptions.h"
+#include "commands/exitStatus.h"
+#include "output/fileReplacement.h"
+#include "output/progress.h"
+#include "page/page.h"
+#include "report/callReport.h"
+
+namespace tool {
+namespace {
+
+/// Bytes of calls that are over and wait for those that began before them.
+constexpr std::size_t kMostWaiting = std::size_t{64} * 1024 * 1024;
+
+volatile std::sig_atomic_t isInterrupted = 0;
+
+void noteInterrupt(int /*signal*/) { isInterrupted = 1; }
+
+/// Has SIGINT end the reading, and what was read is told. Waits for input end by it.
+void takeInterrupts() {
+  struct sigaction action {};
+  if (sigaction(SIGINT, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) return;
+  action.sa_handler = noteInterrupt;
+  action.sa_flags = 0;
+  sigaction(SIGINT, &action, nullptr);
+}
+
+/// The size of a file, 0 for what has none.
+std::size_t sizeOf(const Input& input) {
+  struct stat status {};
+  if (input.standardInput || ::stat(input.name.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return 0;
+  return static_cast<std::size_t>(status.st_size);
+}
+
+std::size_t sizeOf(const std::vector<Input>& inputs) {
+  std::size_t size = 0;
+  for (const Input& input : inputs) size += sizeOf(input);
+  return size;
+}
+
+std::int64_t now() {
+  return std::chrono::duration_cast<std::chrono::microseconds>(
+             std::chrono::system_clock::now().time_since_epoch())
+      .count();
+}
+
+std::unique_ptr<CallReport> reportFor(const CallsOptions& options, const Palette& palette, Streams streams) {
+  if (options.asJson) return jsonReport(streams.out, {options.withBodies, options.names});
+  if (options.troublesOnly) return troubleReport(streams.out, palette);
+  if (options.call)
+    return ladderReport(streams.out, palette, *options.call, {options.names, options.withBodies});
+  return callLineReport(streams.out, palette);
+}
+
+/// A run of the command: inputs to messages, messages to calls, calls to what is written.
+class Run {
+ public:
+  Run(CallsOptions options, const Palette& palette, Streams streams)
+      : options_(std::move(options)),
+        streams_(streams),
+        showsKeys_(options_.showsKeys && streams.out.isTerminal()),
+        progress_(streams.err, sizeOf(options_.inputs)),
+        report_(reportFor(options_, palette, streams)),
+        order_([this](Call&& call) { takeCall(call); }, options_.isFollowed ? 0 : kMostWaiting),
+        table_(options_.table, [this](Call&& call) { order_.add(std::move(call)); }),
+        set_(options_.inputs, captureOptions(),
+             [this](const CapturedMessage& message) { takeMessage(message); }) {}
+
+  int run() {
+    if (!openFiles()) return exitOutput;
+    if (options_.showsKeys && !showsKeys_)
+      streams_.err.write("sdpneg: keys are shown on a terminal only, and stay masked\n");
+    while (isInterrupted == 0 && streams_.out.good() && !report_->isDone() && set_.step()) {
+      order_.release(table_.lowestOpen());
+      progress_.show(set_.position());
+    }
+    set_.finish();
+    table_.finish();
+    order_.finish();
+    progress_.hide();
+    const CallTotals totals{table_.messages(), table_.retransmissions(), table_.otherMessages()};
+    report_->end(totals);
+    const bool areWritten = closeFiles(totals);
+    const bool areRead = tellProblems();
+    if (!areWritten) return exitOutput;
+    if (!areRead) return exitBadInput;
+    return options_.troublesOnly && hasTroubles_ ? exitFindings : exitSuccess;
+  }
+
+ private:
+  CaptureOptions captureOptions() {
+    CaptureOptions options;
+    options.filter = options_.packetFilter;
+    options.watch.isStopped = [] { return isInterrupted != 0; };
+    // What is no file has ended when it ends.
+    if (options_.isFollowed && sizeOf(options_.inputs) != 0)
+      options.watch.waitForMore = [this] { return wait(); };
+    return options;
+  }
+
+  /// Waits for a file to grow; calls go on to end meanwhile.
+  bool wait() {
+    table_.passTime(now());
+    order_.release(table_.lowestOpen());
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    return isInterrupted == 0 && streams_.out.good() && !report_->isDone();
+  }
+
+  void takeMessage(const CapturedMessage& message) {
+    table_.take(options_.isAnonymous ? anonymizer_.message(message) : message);
+  }
+
+  void takeCall(Call& call) {
+    describeMedia(call);
+    if (!options_.filter.matches(call)) return;
+    findTroubles(call);
+    hasTroubles_ = hasTroubles_ || !call.troubles.empty();
+    if (options_.troublesOnly && options_.asJson && call.troubles.empty()) return;
+    if (writer_) writer_->write(call);
+    if (!showsKeys_) maskSecrets(call);
+    if (report_->isDone()) return;
+    if (streams_.out.isTerminal()) progress_.hide();
+    report_->add(call);
+    if (page_) page_->add(call);
+  }
+
+  /// Opens what is written beside standard output.
+  bool openFiles() {
+    return (options_.page.empty() || openPage()) && (options_.capture.empty() || openCapture());
+  }
+
+  bool openPage() {
+    pageFile_ = std::make_unique<FileReplacement>(options_.page);
+    if (tellFile(options_.page, pageFile_->problem())) return false;
+    pageOutput_ = std::make_unique<BufferedOutput>(pageFile_->output());
+    page_ = std::make_unique<Page>(*pageOutput_, options_.names);
+    return true;
+  }
+
+  bool openCapture() {
+    captureFile_ = std::make_unique<FileReplacement>(options_.capture);
+    if (tellFile(options_.capture, captureFile_->problem())) return false;
+    writer_ = std::make_unique<CaptureWriter>(
+        [this](std::string_view bytes) { captureFile_->output().write(bytes); });
+    return true;
+  }
+
+  /// @return whether there was a problem
+  bool tellFile(const std::string& name, const std::optional<Problem>& problem) {
+    if (problem) writeProblem(streams_.err, name, *problem);
+    return problem.has_value();
+  }
+
+  PageSummary pageSummary(const CallTotals& totals) const {
+    PageSummary summary;
+    for (const Input& input : options_.inputs)
+      summary.title += (summary.title.empty() ? "" : ", ") + input.name;
+    summary.totals = totals;
+    for (const auto& [name, problem] : set_.problems()) summary.notes.push_back(name + ": " + problem.reason);
+    for (const std::string& note : troubleNotes()) summary.notes.push_back(note);
+    for (const TroubleRule& rule : troubleRules()) summary.rules.emplace(rule.name, rule.meaning);
+    return summary;
+  }
+
+  /// What of the inputs could not be read, "3 messages whose end was not captured".
+  std::vector<std::string> troubleNotes() const {
+    std::vector<std::string> notes;
+    for (std::size_t i = 0; i < kCaptureTroubles; ++i) {
+      const auto trouble = static_cast<CaptureTrouble>(i);
+      if (const std::size_t count = set_.count(trouble); count != 0)
+        notes.push_back(std::to_string(count) + " " + std::string(textOf(trouble)));
+    }
+    return notes;
+  }
+
+  bool closeFiles(const CallTotals& totals) {
+    bool isGood = true;
+    if (page_) {
+      page_->end(pageSummary(totals));
+      pageOutput_.reset();
+      isGood = !tellFile(options_.page, pageFile_->finish());
+    }
+    if (writer_) isGood = !tellFile(options_.capture, captureFile_->finish()) && isGood;
+    return isGood;
+  }
+
+  /// Says what is wrong with inputs, and what of them could not be read.
+  /// @return whether all could be read
+  bool tellProblems() {
+    const auto problems = set_.problems();
+    for (const auto& [name, problem] : problems) writeProblem(streams_.err, name, problem);
+    for (const std::string& note : troubleNotes()) streams_.err.write("sdpneg: " + note + "\n");
+    return problems.empty();
+  }
+
+  CallsOptions options_;
+  Streams streams_;
+  bool showsKeys_;
+  bool hasTroubles_ = false;
+  Progress progress_;
+  std::unique_ptr<CallReport> report_;
+  std::unique_ptr<FileReplacement> pageFile_;
+  std::unique_ptr<BufferedOutput> pageOutput_;
+  std::unique_ptr<Page> page_;
+  std::unique_ptr<FileReplacement> captureFile_;
+  std::unique_ptr<CaptureWriter> writer_;
+  Anonymizer anonymizer_;
+  CallOrder order_;
+  CallTable table_;
+  CaptureSet set_;
+};
+
+}  // namespace
+
+int runCalls(const Arguments& arguments, Streams streams) {
+  CallsOptions options = callsOptions(arguments);
+  takeInterrupts();
+  return Run(std::move(options), paletteFor(arguments.value("--color"), streams.out), streams).run();
+}
+
+}  // namespace tool

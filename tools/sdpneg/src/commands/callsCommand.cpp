@@ -98,8 +98,10 @@ class Run {
     report_->end(totals);
     const bool areWritten = closeFiles(totals);
     const bool areRead = tellProblems();
+    const bool isFound = !options_.call || report_->isDone();
+    if (!isFound) writeProblem(streams_.err, "", {{}, "there is no call " + std::to_string(*options_.call)});
     if (!areWritten) return exitOutput;
-    if (!areRead) return exitBadInput;
+    if (!areRead || !isFound) return exitBadInput;
     return options_.troublesOnly && hasTroubles_ ? exitFindings : exitSuccess;
   }
 

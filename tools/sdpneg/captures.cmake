@@ -55,3 +55,5 @@ foreach(reader File Frame Fragment Tcp Stream Hep Text)
   sdp_add_fuzzer(capture${reader}Fuzz SOURCES ${tool_dir}/fuzz/capture${reader}Fuzz.cpp LIBS sdpneg_captures
                  SEEDS ${tool_dir}/fuzz/seeds/${reader})
 endforeach()
+sdp_add_fuzzer(callTableFuzz SOURCES ${tool_dir}/fuzz/callTableFuzz.cpp LIBS sdpneg_calls
+               SEEDS ${tool_dir}/fuzz/seeds/Calls)

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <unordered_set>
+#include <set>
+#include <tuple>
 
 namespace tool {
 
@@ -41,17 +42,22 @@ Endpoint withoutPort(const Endpoint& endpoint) { return {endpoint.address, 0}; }
 
 }  // namespace
 
+bool Participants::Order::operator()(const Endpoint& one, const Endpoint& other) const {
+  return std::tie(one.address.family, one.address.bytes, one.port) <
+         std::tie(other.address.family, other.address.bytes, other.port);
+}
+
 Participants::Participants(const Call& call) {
-  struct HashOfAddress {
-    std::size_t operator()(const IpAddress& address) const { return hashOf(address); }
-  };
-  std::unordered_set<IpAddress, HashOfAddress> talkingToThemselves;
+  std::set<Endpoint, Order> talkingToThemselves;
   for (const CallMessage& message : call.messages) {
     const Flow& flow = message.flow;
-    if (flow.source.address == flow.destination.address) talkingToThemselves.insert(flow.source.address);
+    if (flow.source.address == flow.destination.address) {
+      talkingToThemselves.insert(withoutPort(flow.source));
+    }
   }
   const auto add = [&](const Endpoint& endpoint) {
-    const Endpoint end = talkingToThemselves.contains(endpoint.address) ? endpoint : withoutPort(endpoint);
+    const Endpoint end =
+        talkingToThemselves.contains(withoutPort(endpoint)) ? endpoint : withoutPort(endpoint);
     if (indices_.try_emplace(end, ends_.size()).second) ends_.push_back(end);
   };
   for (const CallMessage& message : call.messages) {

@@ -3,10 +3,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "captures/capturedMessage.h"
@@ -142,14 +142,13 @@ class Participants {
   const Endpoint& at(std::size_t index) const { return ends_[index]; }
 
  private:
-  struct Hash {
-    std::size_t operator()(const Endpoint& endpoint) const {
-      return hashOf(endpoint.address) + endpoint.port;
-    }
+  /// Hashes of addresses can be made to collide.
+  struct Order {
+    bool operator()(const Endpoint& one, const Endpoint& other) const;
   };
 
   std::vector<Endpoint> ends_;
-  std::unordered_map<Endpoint, std::size_t, Hash> indices_;  ///< as ends_ has them
+  std::map<Endpoint, std::size_t, Order> indices_;  ///< as ends_ has them
 };
 
 }  // namespace tool

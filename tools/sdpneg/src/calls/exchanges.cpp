@@ -1,6 +1,6 @@
 #include <algorithm>
+#include <map>
 #include <optional>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -43,7 +43,7 @@ class ExchangeFinder {
     std::optional<std::size_t> offer;  ///< of the request
     std::vector<std::size_t> exchanges;
     int finalStatus = 0;
-    std::unordered_map<std::string, Fork> forks;  ///< by To tag
+    std::map<std::string, Fork> forks;  ///< by To tag
   };
   /// An offer of a response that an ACK or a PRACK may answer.
   struct Pending {
@@ -68,9 +68,9 @@ class ExchangeFinder {
   Call* call_;
   std::span<const TransactionFacts> facts_;
   Participants participants_;
-  std::unordered_map<std::string, Transaction> transactions_;
-  std::unordered_map<std::string, Pending> pending_;     ///< by segment, and by dialog alone
-  std::unordered_map<std::string, std::size_t> firsts_;  ///< exchanges by segment
+  std::map<std::string, Transaction> transactions_;
+  std::map<std::string, Pending> pending_;     ///< by segment, and by dialog alone
+  std::map<std::string, std::size_t> firsts_;  ///< exchanges by segment
 };
 
 /// The two parties between which a message goes, in one leg.

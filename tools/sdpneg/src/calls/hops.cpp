@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <array>
+#include <map>
 #include <optional>
-#include <unordered_map>
 #include <vector>
 
 #include "calls/callAnalysis.h"
@@ -48,7 +48,7 @@ class HopFinder {
 
   Call* call_;
   Participants participants_;
-  std::unordered_map<Key, Received> received_;
+  std::map<Key, Received> received_;
   std::vector<std::vector<SentOn>> sentOn_;  ///< by the message that came in
 };
 

@@ -8,7 +8,6 @@
 #include <string>
 #include <string_view>
 #include <tuple>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -65,8 +64,8 @@ class LegJoiner {
 
   OpenCalls* calls_;
   std::vector<std::string> joinHeaders_;
-  std::unordered_map<std::string, Named> named_;
-  std::unordered_map<std::string, std::vector<OriginUse>> origins_;
+  std::map<std::string, Named> named_;
+  std::map<std::string, std::vector<OriginUse>> origins_;
   std::map<Attempt, OpenLeg*> attempts_;
 };
 

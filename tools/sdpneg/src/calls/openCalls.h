@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <list>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -15,7 +16,7 @@
 #include "calls/call.h"
 #include "calls/messageFacts.h"
 
-// Calls of which more may come.
+// Calls of which more may come. What comes from a capture is looked up in order, not by hashes, which can be made to collide.
 
 namespace tool {
 
@@ -118,7 +119,7 @@ class OpenCalls {
   std::size_t begun_ = 0;
   std::set<std::size_t> numbers_;
   std::size_t bytes_ = 0;
-  std::unordered_map<std::string_view, OpenLeg*> legs_;  ///< the Call-IDs are those of the legs
+  std::map<std::string_view, OpenLeg*> legs_;  ///< the Call-IDs are those of the legs
   std::array<std::list<OpenCall>, kProgresses>
       lists_;  ///< by progress; those that are silent for longest first
   std::unordered_map<const OpenCall*, Place> places_;

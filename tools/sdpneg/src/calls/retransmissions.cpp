@@ -1,5 +1,6 @@
-#include <functional>
-#include <unordered_set>
+#include <set>
+#include <string_view>
+#include <tuple>
 
 #include "calls/callAnalysis.h"
 #include "text/lines.h"
@@ -17,44 +18,24 @@ bool isUnreliable(const CallMessage& message, const TransactionFacts& facts) {
   return message.status / 100 == 1 && facts.rseq == 0;
 }
 
-/// Compares messages by their index.
-class Sameness {
- public:
-  Sameness(const Call& call, std::span<const TransactionFacts> facts) : call_(&call), facts_(facts) {}
-
-  /// A hash.
-  std::size_t operator()(std::size_t index) const {
-    const CallMessage& message = call_->messages[index];
-    const std::hash<std::string_view> hash;
-    std::size_t sum = hashOf(message.flow);
-    for (const std::size_t part :
-         {hash(startLineOf(message)), hash(facts_[index].branch), hash(message.toTag),
-          static_cast<std::size_t>(message.cseq), message.leg}) {
-      sum = sum * 31 + part;
-    }
-    return sum;
-  }
-  /// Whether they are equal.
-  bool operator()(std::size_t one, std::size_t other) const {
-    const CallMessage& a = call_->messages[one];
-    const CallMessage& b = call_->messages[other];
-    const bool isSame = a.flow == b.flow && a.leg == b.leg && a.cseq == b.cseq && a.method == b.method &&
-                        a.toTag == b.toTag && facts_[one].branch == facts_[other].branch &&
-                        facts_[one].rseq == facts_[other].rseq && startLineOf(a) == startLineOf(b);
-    const bool isOther = isUnreliable(a, facts_[one]) && (a.sdpSize == 0) != (b.sdpSize == 0);
-    return isSame && !isOther;
-  }
-
- private:
-  const Call* call_;
-  std::span<const TransactionFacts> facts_;
-};
+/// What messages that repeat each other have in common. The order has no meaning.
+auto identityOf(const CallMessage& message, const TransactionFacts& facts) {
+  const Flow& flow = message.flow;
+  const bool hasBody = isUnreliable(message, facts) && message.sdpSize != 0;
+  const auto isOf = [](const IpAddress& address) { return std::tie(address.family, address.bytes); };
+  return std::tuple(message.cseq, facts.rseq, message.leg, hasBody, startLineOf(message),
+                    std::string_view(message.method), std::string_view(facts.branch),
+                    std::string_view(message.toTag), isOf(flow.source.address), flow.source.port,
+                    isOf(flow.destination.address), flow.destination.port);
+}
 
 }  // namespace
 
 void markRetransmissions(Call& call, std::span<const TransactionFacts> facts) {
-  const Sameness sameness(call, facts);
-  std::unordered_set<std::size_t, Sameness, Sameness> firsts(call.messages.size(), sameness, sameness);
+  const auto precedes = [&](std::size_t one, std::size_t other) {
+    return identityOf(call.messages[one], facts[one]) < identityOf(call.messages[other], facts[other]);
+  };
+  std::set<std::size_t, decltype(precedes)> firsts(precedes);
   for (std::size_t index = 0; index < call.messages.size(); ++index) {
     const auto [first, isNew] = firsts.insert(index);
     if (!isNew) call.messages[index].retransmissionOf = *first;

@@ -57,3 +57,5 @@ foreach(reader File Frame Fragment Tcp Stream Hep Text)
 endforeach()
 sdp_add_fuzzer(callTableFuzz SOURCES ${tool_dir}/fuzz/callTableFuzz.cpp LIBS sdpneg_calls
                SEEDS ${tool_dir}/fuzz/seeds/Calls)
+sdp_add_fuzzer(callTroublesFuzz SOURCES ${tool_dir}/fuzz/callTroublesFuzz.cpp LIBS sdpneg_calls
+               SEEDS ${tool_dir}/fuzz/seeds/Troubles)

@@ -190,6 +190,41 @@ TEST(HoldNotResumed, IsNoneWhereItWasResumedOrTransferredOrIsUp) {
   EXPECT_EQ(rulesOf(call), Strings{});
 }
 
+/// An exchange of a call over a hop that changes nothing.
+void passOn(Maker& maker, std::uint64_t cseq, const std::string& offer, const std::string& answer,
+            int status = 200) {
+  Line first{made::kAlice, made::kProxy};
+  Line second{made::kProxy, made::kBob};
+  second.leg = 1;
+  for (Line* line : {&first, &second}) {
+    line->cseq = cseq;
+    if (cseq != 1) line->toTag = "b";
+  }
+  const auto replyTo = [&](const Line& line) {
+    Line reply = Maker::accept(line);
+    reply.status = status;
+    return reply;
+  };
+  const std::size_t in = maker.add(first, offer);
+  const std::size_t out = maker.add(second, offer);
+  const std::size_t back = maker.add(replyTo(second), answer);
+  const std::size_t last = maker.add(replyTo(first), answer);
+  const bool isAnswered = !answer.empty();
+  maker.exchange(in, isAnswered ? std::optional(last) : std::nullopt, status, cseq == 1);
+  maker.exchange(out, isAnswered ? std::optional(back) : std::nullopt, status, cseq == 1);
+  maker.hop(in, out);
+  maker.hop(back, last);
+}
+
+TEST(HoldNotResumed, IsToldOnceOfBothSidesOfAHop) {
+  Maker maker;
+  passOn(maker, 1, body(kAudio), body(kAudio));
+  passOn(maker, 2, body(audio("sendonly"), "2"), body(audio("recvonly"), "2"));
+  maker.call.state = tool::CallState::ended;
+  findTroubles(maker.call);
+  EXPECT_EQ(rulesOf(maker.call), (Strings{"hold-not-resumed 5 1 11"}));
+}
+
 constexpr std::string_view kFax = "m=image 5000 udptl t38\n";
 
 TEST(FaxRefused, IsToldByPortAndByStatus) {
@@ -214,6 +249,22 @@ TEST(FaxRefused, IsToldByPortAndByStatus) {
     findTroubles(status.call);
     EXPECT_EQ(rulesOf(status.call), Strings{}) << other;
   }
+}
+
+TEST(FaxRefused, IsToldOfWhoRefusesAndNotOfTheHopThatPassesItOn) {
+  Maker port;
+  passOn(port, 1, body(kAudio), body(kAudio));
+  passOn(port, 2, body(kFax, "2"), body("m=image 0 udptl t38\n", "2"));
+  findTroubles(port.call);
+  EXPECT_EQ(rulesOf(port.call), (Strings{"t38-refused 7 1 11"}));
+  EXPECT_EQ(port.call.troubles.front().text, "203.0.113.3 refuses T.38 with port 0");
+
+  Maker status;
+  passOn(status, 1, body(kAudio), body(kAudio));
+  passOn(status, 2, body(kFax, "2"), "", 415);
+  findTroubles(status.call);
+  EXPECT_EQ(rulesOf(status.call), (Strings{"t38-refused 6 1 11"}));
+  EXPECT_EQ(status.call.troubles.front().text, "203.0.113.3 refuses T.38 with 415");
 }
 
 TEST(FaxRefused, IsNoneInAFirstOfferAndWhereItIsAccepted) {

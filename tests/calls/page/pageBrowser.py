@@ -55,7 +55,7 @@ class PageBrowser(Chromium):
     """Keeps what the page writes to its console, what it throws, and each address that it asks for."""
 
     def __init__(self, program):
-        super().__init__(program, seconds=120)
+        super().__init__(program, seconds=60)
         self.complaints = []
         self.requests = []
 

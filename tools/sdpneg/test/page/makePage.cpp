@@ -88,6 +88,8 @@ void writeHostile(Writer& writer) {
   const std::string texts[] = {
       "</script><script>window.__pwned = 1</script>",
       "<!--<script>window.__pwned = 1</script>",
+      "</script <script window.__pwned = 1 </script ",
+      "<!--<script <!-- <script/",
       "]]><img src=x onerror='window.__pwned = 1'>",
       "\"'><svg onload=window.__pwned=1>",
       "\\u003c/script>\\\"; window.__pwned = 1; //",

@@ -13,6 +13,7 @@ FOLDER = os.path.dirname(os.path.abspath(__file__))
 sys.path.insert(0, os.path.join(FOLDER, "..", "..", "browser"))
 
 from chromium import BrowserDoesNotStart, BrowserError, find_program  # noqa: E402  (the folder is known only now)
+import capture  # noqa: E402
 from pageBrowser import PageBrowser  # noqa: E402
 
 SKIPPED = 77
@@ -38,13 +39,40 @@ def shown_lines(text):
     return [(line[:-1] if line.endswith("\r") else line).translate(SHOWN) for line in lines]
 
 
+class Programs:
+    """What writes pages, and the JSON of the same calls."""
+
+    def __init__(self, tool, maker):
+        self.tool = tool
+        self.maker = maker
+
+    def write(self, kind, folder):
+        """The names of page, JSON and capture. Calls of a capture are the tool's, all others are made by hand."""
+        page, calls, captured = (os.path.join(folder, kind + end) for end in (".html", ".json", ".pcap"))
+        if kind != "capture":
+            subprocess.run([self.maker, kind, page, calls], check=True, timeout=120)
+            return page, calls, None
+        with open(captured, "wb") as file:
+            file.write(capture.calls())
+        with open(calls, "wb") as file:
+            subprocess.run([self.tool, "calls", "--html", page, "--json", "--bodies", captured],
+                           check=True, timeout=60, stdout=file)
+        return page, calls, captured
+
+    def printed(self, captured, number):
+        """What the tool prints of a call."""
+        run = subprocess.run([self.tool, "calls", "--call", str(number), "--bodies", captured],
+                             check=True, timeout=60, capture_output=True)
+        return run.stdout.decode()
+
+
 class Page:
     """A page that is open, with the calls that it should show."""
 
-    def __init__(self, browser, maker, kind, folder):
+    def __init__(self, browser, programs, kind, folder):
         self.browser = browser
-        page, calls = (os.path.join(folder, kind + end) for end in (".html", ".json"))
-        subprocess.run([maker, kind, page, calls], check=True, timeout=120)
+        self.programs = programs
+        page, calls, self.captured = programs.write(kind, folder)
         with open(calls, encoding="utf-8") as file:
             self.document = json.load(file)
         self.calls = {call["number"]: call for call in self.document["calls"]}
@@ -314,7 +342,31 @@ def check_large(page):
           f"searched in {time.monotonic() - begin:.1f} s")
 
 
+def check_capture(page):
+    expect("calls of the capture", sorted(page.calls), list(range(1, 41)))
+    expect("calls", listed_numbers(page), sorted(page.calls))
+    for number in (1, 4):
+        page.open_call(number)
+        for index, message in enumerate(page.calls[number]["messages"]):
+            page.browser.click(f"#message-{index} .time")
+            expect("text", page.shown_message(), shown_lines(message["text"]))
+            expect("key", capture.KEY in message["text"], False)
+    page.open_call(1)
+    changed = [index for index, hop in enumerate(page.calls[1]["hops"]) if hop["diff"]]
+    expect("hops that changed a body", len(changed), 2)
+    printed = page.programs.printed(page.captured, 1)
+    for index in changed:
+        page.browser.click(f"[data-hop='{index}'] .hop-hit")
+        shown = page.shown_diff()
+        expect("hop", shown, page.calls[1]["hops"][index]["diff"])
+        lines = "".join(f"   {part['section']}\n" + "".join(f"    {line}\n" for line in part["lines"].splitlines())
+                        for part in shown)
+        expect("whether the tool prints the same", lines in printed, True)
+    expect("something ran", page.browser.run("typeof window.__pwned"), "undefined")
+
+
 CASES = (
+    ("capture", "the calls of a capture are as the tool tells them", check_capture),
     ("example", "the list has every call", check_list),
     ("example", "filters and search leave what fits", check_filters),
     ("example", "a column sorts", check_sorting),
@@ -332,20 +384,20 @@ CASES = (
 )
 
 
-def check(browser, maker, folder, kind, case):
-    page = Page(browser, maker, kind, folder)
+def check(browser, programs, folder, kind, case):
+    page = Page(browser, programs, kind, folder)
     case(page)
     expect("complaints of the browser", browser.complaints, [])
     expect("requests", {address.split("#")[0] for address in browser.requests}, {page.url})
 
 
-def check_all(browser, maker):
+def check_all(browser, programs):
     """How many cases went well, and how many failed."""
     passed = failed = 0
     with tempfile.TemporaryDirectory(prefix="check-page-") as folder:
         for kind, name, case in CASES:
             try:
-                check(browser, maker, folder, kind, case)
+                check(browser, programs, folder, kind, case)
             except (Failure, BrowserError, subprocess.SubprocessError) as problem:
                 failed += 1
                 print(f"failed {kind}: {name}: {' '.join(str(problem).split())}", flush=True)
@@ -355,12 +407,12 @@ def check_all(browser, maker):
     return passed, failed
 
 
-def take_pictures(browser, maker, target):
+def take_pictures(browser, programs, target):
     """What the documentation shows: a call with the hop that changed its offer."""
     with tempfile.TemporaryDirectory(prefix="check-page-") as folder:
         for scheme in ("light", "dark"):
             browser.prefer(scheme)
-            page = Page(browser, maker, "example", folder)
+            page = Page(browser, programs, "example", folder)
             page.open_call(4)
             browser.click("[data-hop='0'] .hop-hit")
             browser.run("document.getElementById('ladder').blur()")
@@ -368,9 +420,11 @@ def take_pictures(browser, maker, target):
 
 
 def main():
-    if len(sys.argv) not in (2, 4) or (len(sys.argv) == 4 and sys.argv[2] != "--pictures"):
-        print("usage: checkPage.py <program sdpneg_make_page> [--pictures <folder>]", file=sys.stderr)
+    takes_pictures = len(sys.argv) == 5 and sys.argv[3] == "--pictures"
+    if len(sys.argv) != 3 and not takes_pictures:
+        print("usage: checkPage.py <program sdpneg> <program sdpneg_make_page> [--pictures <folder>]", file=sys.stderr)
         return 64
+    programs = Programs(*sys.argv[1:3])
     program = find_program()
     if program is None:
         print("skipped: no Chromium is installed; scripts/setup --browser installs it")
@@ -380,10 +434,10 @@ def main():
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
     try:
         with PageBrowser(program) as browser:
-            if len(sys.argv) == 4:
-                take_pictures(browser, sys.argv[1], sys.argv[3])
+            if takes_pictures:
+                take_pictures(browser, programs, sys.argv[4])
                 return 0
-            passed, failed = check_all(browser, sys.argv[1])
+            passed, failed = check_all(browser, programs)
             print(f"{browser.version}: {passed} ok, {failed} failed, in {time.monotonic() - start:.0f} seconds")
     except BrowserDoesNotStart as problem:
         print(f"skipped: {program} does not start here: {problem}")

@@ -112,6 +112,11 @@ TEST(CodecTroubles, TellWhatWasOfferedAndAnswered) {
   findTroubles(maker.call);
   EXPECT_EQ(made::textOf(maker.call, "no-common-codec"),
             "audio: offered PCMU,G722, answered and accepted PCMA");
+  Maker events;
+  events.begin(body("m=audio 4000 RTP/AVP 0 101\na=rtpmap:101 telephone-event/8000\n"),
+               body("m=audio 4000 RTP/AVP 101\na=rtpmap:101 telephone-event/8000\n"));
+  findTroubles(events.call);
+  EXPECT_EQ(made::textOf(events.call, "no-common-codec"), "audio: offered PCMU, answered and accepted none");
 }
 
 TEST(CodecTroubles, AreNoneWhereTheCallWasRefused) {

@@ -112,4 +112,16 @@ TEST(WholeCalls, JudgeOffersOfResponsesByTheAcknowledgement) {
   EXPECT_EQ(rules, (Strings{"one-way 2", "no-common-codec 2", "no-format 2", "codec-not-offered 2"}));
 }
 
+TEST(WholeCalls, LookAtTheForkThatAcceptsAlone) {
+  const Sip invite = request("INVITE", kIn, kOut, "a", bodyOf(kPlain));
+  Sip first = calling::reply(invite, "183", bodyOf(kPlain), "one");
+  first.headers = "Require: 100rel\r\nRSeq: 1\r\n";
+  Sip second = calling::reply(invite, "183", bodyOf(std::string(kPlain) + "a=inactive\r\n"), "two");
+  second.headers = first.headers;
+  const auto acceptedBy = [&](const std::string& tag) { return calling::reply(invite, "200", "", tag); };
+  EXPECT_EQ(made::rulesOf(told({invite, first, second, acceptedBy("one")})), Strings{});
+  EXPECT_EQ(made::textOf(told({invite, second, first, acceptedBy("two")}), "one-way"),
+            "audio is inactive: nobody sends");
+}
+
 }  // namespace

@@ -64,12 +64,12 @@ void takeLegs(OpenCall& open, Call& call) {
     message.message.leg = found->second;
   }
   makeRoot(*legs.front());
-  for (OpenLeg* const open_leg : legs) {
+  for (OpenLeg* const openLeg : legs) {
     Leg leg;
-    leg.joinedTo = open_leg->parent == nullptr ? 0 : indices[open_leg->parent];
-    leg.callId = std::move(open_leg->callId);
-    leg.joinedBy = open_leg->joinedBy;
-    leg.joinDetail = std::move(open_leg->joinDetail);
+    leg.joinedTo = openLeg->parent == nullptr ? 0 : indices[openLeg->parent];
+    leg.callId = std::move(openLeg->callId);
+    leg.joinedBy = openLeg->joinedBy;
+    leg.joinDetail = std::move(openLeg->joinDetail);
     call.legs.push_back(std::move(leg));
   }
 }

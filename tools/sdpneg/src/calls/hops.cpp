@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <numeric>
 #include <optional>
+#include <set>
 #include <vector>
 
 #include "calls/callAnalysis.h"
@@ -20,9 +22,46 @@ struct Received {
   std::optional<std::size_t> lastOfOther;  ///< of another leg than the last one
 };
 
+/// Tells which participants are one party that has an address for each of two legs: the one that sent the first request
+/// of a leg, and the one that got such a request last before, in the leg that this was joined to, where these legs share
+/// no participant.
+/// @return a participant of each participant's party
+std::vector<std::size_t> partiesOf(const Call& call, const Participants& participants) {
+  std::vector<std::size_t> parties(participants.size());
+  std::iota(parties.begin(), parties.end(), std::size_t{0});
+  std::vector<std::set<std::size_t>> members(call.legs.size());
+  std::vector<const CallMessage*> firsts(call.legs.size());
+  std::vector<const CallMessage*> befores(call.legs.size());  ///< of the leg that it was joined to
+  std::vector<const CallMessage*> lasts(call.legs.size());    ///< requests up to here
+  for (const CallMessage& message : call.messages) {
+    if (firsts[message.leg] == nullptr) {
+      firsts[message.leg] = &message;
+      befores[message.leg] = lasts[call.legs[message.leg].joinedTo];
+    }
+    members[message.leg].insert(participants.indexOf(message.flow.source));
+    members[message.leg].insert(participants.indexOf(message.flow.destination));
+    if (message.status == 0) lasts[message.leg] = &message;
+  }
+  for (std::size_t leg = 1; leg < call.legs.size(); ++leg) {
+    const CallMessage* const before = befores[leg];
+    if (before == nullptr || firsts[leg]->status != 0 || before->method != firsts[leg]->method) continue;
+    const std::set<std::size_t>& others = members[call.legs[leg].joinedTo];
+    const bool isShared =
+        std::ranges::any_of(members[leg], [&](std::size_t member) { return others.contains(member); });
+    if (isShared) continue;
+    parties[participants.indexOf(firsts[leg]->flow.source)] =
+        parties[participants.indexOf(before->flow.destination)];
+  }
+  return parties;
+}
+
 class HopFinder {
  public:
-  explicit HopFinder(Call& call) : call_(&call), participants_(call), sentOn_(call.messages.size()) {}
+  explicit HopFinder(Call& call)
+      : call_(&call),
+        participants_(call),
+        parties_(partiesOf(call, participants_)),
+        sentOn_(call.messages.size()) {}
 
   void take(std::size_t index);
 
@@ -45,9 +84,11 @@ class HopFinder {
   void note(std::size_t index);
 
   const CallMessage& at(std::size_t index) const { return call_->messages[index]; }
+  std::size_t partyOf(const Endpoint& endpoint) const { return parties_[participants_.indexOf(endpoint)]; }
 
   Call* call_;
   Participants participants_;
+  std::vector<std::size_t> parties_;  ///< by participant
   std::map<Key, Received> received_;
   std::vector<std::vector<SentOn>> sentOn_;  ///< by the message that came in
 };
@@ -85,7 +126,7 @@ bool HopFinder::isUsable(std::size_t before, const CallMessage& after) const {
 }
 
 std::optional<std::size_t> HopFinder::findBefore(const CallMessage& after) const {
-  const std::size_t participant = participants_.indexOf(after.flow.source);
+  const std::size_t participant = partyOf(after.flow.source);
   for (const Likeness likeness : kLikenesses) {
     // Of another role is only what has no body any more.
     if (likeness == Likeness::kind && after.body != BodyRole::none) break;
@@ -93,8 +134,7 @@ std::optional<std::size_t> HopFinder::findBefore(const CallMessage& after) const
     const auto proxied = received_.find(inRequest(key, after));
     if (proxied != received_.end()) {
       const std::size_t before = *proxied->second.last;
-      const bool goesBack =
-          participants_.indexOf(at(before).flow.source) == participants_.indexOf(after.flow.destination);
+      const bool goesBack = partyOf(at(before).flow.source) == partyOf(after.flow.destination);
       if (!goesBack) return before;
     }
     const auto found = received_.find(key);
@@ -108,7 +148,7 @@ std::optional<std::size_t> HopFinder::findBefore(const CallMessage& after) const
 
 void HopFinder::note(std::size_t index) {
   const CallMessage& message = at(index);
-  const std::size_t participant = participants_.indexOf(message.flow.destination);
+  const std::size_t participant = partyOf(message.flow.destination);
   for (const Likeness likeness : kLikenesses) {
     const Key key = keyOf(message, participant, likeness);
     received_[inRequest(key, message)].last = index;

@@ -14,6 +14,8 @@ namespace {
 
 /// Longer values tell nothing.
 constexpr std::size_t kMostValue = 512;
+/// Characters of a value that people are told.
+constexpr std::size_t kMostDetail = 256;
 /// Of which a message gives so many at most.
 constexpr std::size_t kMostKeys = 16;
 
@@ -80,7 +82,8 @@ class Keys {
  public:
   void add(JoinedBy by, std::string_view kind, std::string_view text, const HeaderLines::Field& field) {
     if (text.empty() || text.size() > kMostValue || keys_.size() == kMostKeys) return;
-    keys_.push_back({by, joined(kind, text), std::string(field.name) + ": " + unfolded(field.value)});
+    const std::string value = unfolded(field.value.substr(0, kMostDetail));
+    keys_.push_back({by, joined(kind, text), std::string(field.name) + ": " + value});
   }
 
   void addNamed(std::string_view name, const HeaderLines::Field& field) {

@@ -30,6 +30,8 @@ std::vector<std::string> hopsOf(const std::vector<Sip>& messages) {
   return told;
 }
 
+constexpr std::string_view kOutside = "198.51.100.1";
+
 using Hops = std::vector<std::string>;
 
 /// The INVITEs at both sides of a proxy.
@@ -151,7 +153,19 @@ TEST(Hops, AreToldByPortsWhereAnAddressTalksToItself) {
   second.destination = "127.0.0.1:5064";
   EXPECT_EQ(hopsOf({opening, second}), (Hops{"0>1"}));
   second.source = "127.0.0.1:5066";
+  EXPECT_EQ(hopsOf({opening, second}), (Hops{"0>1"}));  // by a port for each side
+  second.destination = "127.0.0.1:5062";
   EXPECT_EQ(hopsOf({opening, second}), Hops());
+}
+
+TEST(Hops, LeadThroughOneThatHasAnAddressForEachSide) {
+  Sip second = otherLeg();
+  second.source = kOutside;
+  EXPECT_EQ(hopsOf({first(), second, reply(second, "183", kBody, "u"), reply(first(), "183", kBody)}),
+            (Hops{"0>1", "2>3"}));
+  // Where the legs share a participant, another one sends by itself.
+  second.destination = kProxy;
+  EXPECT_EQ(hopsOf({first(), second}), Hops());
 }
 
 TEST(Hops, DoNotGoBack) {

@@ -134,12 +134,18 @@ class Run {
     findTroubles(call);
     hasTroubles_ = hasTroubles_ || !call.troubles.empty();
     if (options_.troublesOnly && options_.asJson && call.troubles.empty()) return;
-    if (writer_) writer_->write(call);
+    if (writer_) writeMessages(call);
     if (!showsKeys_) maskSecrets(call);
     if (report_->isDone()) return;
     if (streams_.out.isTerminal()) progress_.hide();
     report_->add(call);
     if (page_) page_->add(call);
+  }
+
+  void writeMessages(const Call& call) {
+    for (const CallMessage& message : call.messages)
+      writer_->write(
+          {message.number, message.time, message.transport, message.flow, message.text, message.isCut});
   }
 
   /// Opens what is written beside standard output.

@@ -59,3 +59,5 @@ sdp_add_fuzzer(callTableFuzz SOURCES ${tool_dir}/fuzz/callTableFuzz.cpp LIBS sdp
                SEEDS ${tool_dir}/fuzz/seeds/Calls)
 sdp_add_fuzzer(callTroublesFuzz SOURCES ${tool_dir}/fuzz/callTroublesFuzz.cpp LIBS sdpneg_calls
                SEEDS ${tool_dir}/fuzz/seeds/Troubles)
+sdp_add_fuzzer(anonymizeFuzz SOURCES ${tool_dir}/fuzz/anonymizeFuzz.cpp LIBS sdpneg_calls
+               SEEDS ${tool_dir}/fuzz/seeds/Anonymize)

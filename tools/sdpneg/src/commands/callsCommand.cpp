@@ -1,10 +1,10 @@
 #include "commands/callsCommand.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <chrono>
 #include <csignal>
+#include <memory>
 #include <optional>
 #include <thread>
 
@@ -75,6 +75,7 @@ class Run {
       : options_(std::move(options)),
         streams_(streams),
         showsKeys_(options_.showsKeys && streams.out.isTerminal()),
+        showsTexts_(options_.asJson || options_.call || !options_.page.empty()),
         progress_(streams.err, sizeOf(options_.inputs)),
         report_(reportFor(options_, palette, streams)),
         order_([this](Call&& call) { takeCall(call); }, options_.isFollowed ? 0 : kMostWaiting),
@@ -135,7 +136,7 @@ class Run {
     hasTroubles_ = hasTroubles_ || !call.troubles.empty();
     if (options_.troublesOnly && options_.asJson && call.troubles.empty()) return;
     if (writer_) writeMessages(call);
-    if (!showsKeys_) maskSecrets(call);
+    if (!showsKeys_ && showsTexts_) maskSecrets(call);
     if (report_->isDone()) return;
     if (streams_.out.isTerminal()) progress_.hide();
     report_->add(call);
@@ -220,6 +221,7 @@ class Run {
   CallsOptions options_;
   Streams streams_;
   bool showsKeys_;
+  bool showsTexts_;  ///< lines tell nothing of which there is a key
   bool hasTroubles_ = false;
   Progress progress_;
   std::unique_ptr<CallReport> report_;

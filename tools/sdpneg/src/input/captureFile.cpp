@@ -42,7 +42,10 @@ const char* captureFormat(std::string_view bytes) {
 std::optional<Problem> captureProblem(std::string_view bytes) {
   const char* const format = captureFormat(bytes);
   if (format == nullptr) return std::nullopt;
-  return Problem{{}, std::string("is a capture file (") + format + "), of which bodies are not read"};
+  const bool isRead = std::string_view(format) != "snoop";
+  return Problem{{},
+                 std::string("is a capture file (") + format +
+                     (isRead ? "): 'sdpneg calls' reads it" : "), which is not read")};
 }
 
 }  // namespace tool

@@ -87,7 +87,8 @@ void expectExamples(const std::string& page, const std::string& workingFolder, s
   const TemporaryFolder folder;
   const std::string work = folder.path(workingFolder);
   std::filesystem::create_directories(folder.path("examples"));
-  std::filesystem::copy(sources + "/examples/bodies", folder.path("examples/bodies"));
+  for (const char* samples : {"examples/bodies", "examples/calls"})
+    std::filesystem::copy(sources + "/" + samples, folder.path(samples));
   const std::vector<Example> examples = examplesOf(readBytes(sources + page));
   EXPECT_GE(examples.size(), least);
   for (const Example& each : examples) {
@@ -109,5 +110,7 @@ void expectExamples(const std::string& page, const std::string& workingFolder, s
 TEST(Readme, ShowsWhatItsExamplesGive) { expectExamples("/README.md", ".", 2); }
 
 TEST(ToolPage, ShowsWhatItsExamplesGive) { expectExamples("/docs/tool.md", "examples/bodies", 20); }
+
+TEST(CallsPage, ShowsWhatItsExamplesGive) { expectExamples("/docs/calls.md", "examples/calls", 3); }
 
 }  // namespace

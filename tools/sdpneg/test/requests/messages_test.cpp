@@ -92,20 +92,22 @@ std::string capture(std::string begin, std::size_t size) {
 TEST(CaptureFile, IsToldAsOne) {
   const struct {
     std::string bytes;
-    const char* format;
-  } files[] = {{capture("\xD4\xC3\xB2\xA1\x02", 24), "pcap"},
-               {capture("\xA1\xB2\xC3\xD4", 24), "pcap"},
-               {capture("\x4D\x3C\xB2\xA1", 24), "pcap"},
-               {capture("\xA1\xB2\x3C\x4D", 2000000), "pcap"},  // larger than inputs may be
-               {capture(std::string("\n\r\r\n\x1c\0\0\0\x4D\x3C\x2B\x1A", 12), 28), "pcapng"},
-               {capture(std::string("\n\r\r\n\0\0\0\x1c\x1A\x2B\x3C\x4D", 12), 28), "pcapng"},
-               {capture("snoop", 16), "snoop"}};
+    const char* told;
+  } files[] = {
+      {capture("\xD4\xC3\xB2\xA1\x02", 24), "pcap): 'sdpneg calls' reads it"},
+      {capture("\xA1\xB2\xC3\xD4", 24), "pcap): 'sdpneg calls' reads it"},
+      {capture("\x4D\x3C\xB2\xA1", 24), "pcap): 'sdpneg calls' reads it"},
+      {capture("\xA1\xB2\x3C\x4D", 2000000), "pcap): 'sdpneg calls' reads it"},  // larger than inputs may be
+      {capture(std::string("\n\r\r\n\x1c\0\0\0\x4D\x3C\x2B\x1A", 12), 28),
+       "pcapng): 'sdpneg calls' reads it"},
+      {capture(std::string("\n\r\r\n\0\0\0\x1c\x1A\x2B\x3C\x4D", 12), 28),
+       "pcapng): 'sdpneg calls' reads it"},
+      {capture("snoop", 16), "snoop), which is not read"}};
   const TemporaryFolder folder;
   for (const auto& each : files) {
     const std::string file = folder.write("call.pcap", each.bytes);
     const Outcome outcome = runSdpneg({"rewrite", "renew-origin", file});
-    EXPECT_EQ(outcome.err, "sdpneg: " + file + ": is a capture file (" + each.format +
-                               "), of which bodies are not read\n");
+    EXPECT_EQ(outcome.err, "sdpneg: " + file + ": is a capture file (" + each.told + "\n");
     EXPECT_EQ(outcome.status, 2);
   }
 }

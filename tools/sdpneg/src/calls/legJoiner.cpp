@@ -14,6 +14,7 @@ constexpr std::size_t kMostLooks = 64;
 constexpr std::size_t kMostKeys = 32;
 constexpr std::size_t kMostUses = 8;
 constexpr std::size_t kMostFlows = 8;
+constexpr std::size_t kMostSender = 256;
 constexpr std::size_t kMostAttempts = 4;
 constexpr std::size_t kMostCompared = 64;
 
@@ -46,24 +47,16 @@ bool isWithin(std::int64_t begin, std::int64_t time, std::int64_t most) {
   return time >= begin && (begin < 0 ? time <= begin + most : time - begin <= most);
 }
 
-void addOnce(std::vector<Flow>& flows, const Flow& flow) {
-  if (flows.size() < kMostFlows && std::ranges::find(flows, flow) == flows.end()) flows.push_back(flow);
+template <typename Value>
+void addOnce(std::vector<Value>& values, const Value& value) {
+  if (values.size() < kMostFlows && std::ranges::find(values, value) == values.end()) values.push_back(value);
 }
 
-/// Whether a body that was sent in a leg is what a message of another leg sends on: its sender got it, and is not where
-/// it came from. Senders whose bodies all have the same o-line are told apart so.
-bool isSentOn(const std::vector<Flow>& flows, CaptureTime time, const CallMessage& message) {
-  bool isShared = false;
-  bool isReceived = false;
-  for (const Flow& flow : flows) {
-    const bool withPorts = isWithinItself(flow) || isWithinItself(message.flow);
-    if (isSame(flow.source, message.flow.source, withPorts)) return false;
-    isReceived = isReceived || leadsTo(flow, message.flow);
-    isShared = isShared || shareParticipant(flow, message.flow);
-  }
-  // One that has an address to each side shares none.
-  const bool isSoon = !time || !message.time || isWithin(*time, *message.time, kBodySoon);
-  return isReceived || (!isShared && isSoon);
+/// "192.0.2.1:5060" of a top Via "SIP/2.0/UDP 192.0.2.1:5060;branch=...".
+std::string sentByOf(const SipView& view) {
+  sdpneg::Words words(view.value("Via").value_or(""), " \t\r\n;,");
+  words.next();
+  return std::string(words.next().substr(0, kMostSender));
 }
 
 /// Who calls whom; nothing where that cannot be told.
@@ -75,7 +68,7 @@ std::vector<std::string> numbersOf(const SipView& view) {
   std::vector<std::string> numbers;
   if (from.empty() || from.size() > kMostNumber) return numbers;
   for (const std::string& called : {to, target}) {
-    const std::string both = from + " to " + called;
+    const std::string both = std::string(from).append(" to ").append(called);
     if (called.empty() || called.size() > kMostNumber) continue;
     if (numbers.empty() || numbers.front() != both) numbers.push_back(both);
   }
@@ -90,7 +83,7 @@ void LegJoiner::look(OpenLeg& leg, const SipView& view, const CallMessage& messa
   if (leg.looks < kMostLooks && (isNew || message.method == "INVITE" || message.sdpSize != 0)) {
     ++leg.looks;
     lookByHeaders(leg, view);
-    lookByOrigin(leg, message);
+    lookByOrigin(leg, view, message);
   }
   if (message.method != "INVITE") return;
   if (message.status == 0) {
@@ -131,20 +124,44 @@ void LegJoiner::keep(OpenLeg& leg, const JoinKey& key) {
   named_[key.text] = {&leg, key.by, key.detail};
 }
 
-void LegJoiner::lookByOrigin(OpenLeg& leg, const CallMessage& message) {
-  if (message.sdpSize == 0) return;
-  const std::optional<OriginKey> origin = originKeyOf(message.sdp());
-  if (!origin) return;
-  if (!origin->media.empty()) lookByOriginKey(leg, message, "m" + origin->media, origin->detail());
-  lookByOriginKey(leg, message, "o" + origin->line, origin->detail());
+/// Whether a body that was sent in a leg is what a message of another leg sends on: its sender got it, and is not where
+/// it came from. Senders whose bodies all have the same o-line are told apart so.
+bool LegJoiner::isSentOn(const OriginUse& use, const Sending& sending) {
+  const CallMessage& message = sending.message;
+  if (std::ranges::find(use.senders, sending.sender) != use.senders.end()) return false;
+  bool isShared = false;
+  bool isReceived = false;
+  for (const Flow& flow : use.flows) {
+    const bool withPorts = isWithinItself(flow) || isWithinItself(message.flow);
+    if (isSame(flow.source, message.flow.source, withPorts)) return false;
+    isReceived = isReceived || leadsTo(flow, message.flow);
+    isShared = isShared || shareParticipant(flow, message.flow);
+  }
+  // One that has an address to each side shares none.
+  const bool isSoon = !use.time || !message.time || isWithin(*use.time, *message.time, kBodySoon);
+  return isReceived || (!isShared && isSoon);
 }
 
-void LegJoiner::lookByOriginKey(OpenLeg& leg, const CallMessage& message, const std::string& key,
+void LegJoiner::lookByOrigin(OpenLeg& leg, const SipView& view, const CallMessage& message) {
+  if (message.sdpSize == 0) return;
+  Sending sending{message, {}};
+  if (!message.flow.source.isKnown()) {
+    // Requests alone say who sends them.
+    if (message.status != 0) return;
+    sending.sender = sentByOf(view);
+  }
+  const std::optional<OriginKey> origin = originKeyOf(message.sdp());
+  if (!origin) return;
+  if (!origin->media.empty()) lookByOriginKey(leg, sending, "m" + origin->media, origin->detail());
+  lookByOriginKey(leg, sending, "o" + origin->line, origin->detail());
+}
+
+void LegJoiner::lookByOriginKey(OpenLeg& leg, const Sending& sending, const std::string& key,
                                 const std::string& detail) {
   const auto [found, isNew] = origins_.try_emplace(key);
   std::vector<OriginUse>& uses = found->second;
   const auto sentOn = std::ranges::find_if(uses.rbegin(), uses.rend(), [&](const OriginUse& use) {
-    return use.leg->call != leg.call && isSentOn(use.flows, use.time, message);
+    return use.leg->call != leg.call && isSentOn(use, sending);
   });
   if (sentOn != uses.rend()) calls_->join(leg, *sentOn->leg, JoinedBy::origin, detail);
 
@@ -156,9 +173,10 @@ void LegJoiner::lookByOriginKey(OpenLeg& leg, const CallMessage& message, const 
     }
     leg.originKeys.push_back(key);
     if (uses.size() == kMostUses) uses.erase(uses.begin());
-    own = uses.insert(uses.end(), {&leg, message.time, {}});
+    own = uses.insert(uses.end(), {&leg, sending.message.time, {}, {}});
   }
-  addOnce(own->flows, message.flow);
+  addOnce(own->flows, sending.message.flow);
+  if (!sending.message.flow.source.isKnown()) addOnce(own->senders, sending.sender);
 }
 
 void LegJoiner::noteInvite(OpenLeg& leg, const SipView& view, const CallMessage& message) {

@@ -44,6 +44,12 @@ class LegJoiner {
     OpenLeg* leg;
     CaptureTime time;
     std::vector<Flow> flows;
+    std::vector<std::string> senders;  ///< as Via names them, where addresses are not known
+  };
+  /// A body's message.
+  struct Sending {
+    const CallMessage& message;
+    std::string sender;  ///< as in OriginUse; empty where the address is known
   };
   /// Numbers, time and the leg's sequence.
   using Attempt = std::tuple<std::string, std::int64_t, std::size_t>;
@@ -55,12 +61,14 @@ class LegJoiner {
 
   void lookByCallId(OpenLeg& leg);
   void lookByHeaders(OpenLeg& leg, const SipView& view);
-  void lookByOrigin(OpenLeg& leg, const CallMessage& message);
-  void lookByOriginKey(OpenLeg& leg, const CallMessage& message, const std::string& key,
+  void lookByOrigin(OpenLeg& leg, const SipView& view, const CallMessage& message);
+  void lookByOriginKey(OpenLeg& leg, const Sending& sending, const std::string& key,
                        const std::string& detail);
   void keep(OpenLeg& leg, const JoinKey& key);
   void noteInvite(OpenLeg& leg, const SipView& view, const CallMessage& message);
   void findNearest(const OpenLeg& leg, const LegAttempt& attempt, Nearest& nearest) const;
+
+  static bool isSentOn(const OriginUse& use, const Sending& sending);
 
   OpenCalls* calls_;
   std::vector<std::string> joinHeaders_;

@@ -41,6 +41,7 @@ struct Sip {
   std::string callId = "a";
   int cseq = 1;
   std::string branch = "z9hG4bK1";
+  std::string_view sender = "host";  ///< as Via names it
   std::string fromTag = "f";
   std::string toTag = {};    ///< none where it is empty
   std::string headers = {};  ///< with their ends
@@ -54,9 +55,9 @@ struct Sip {
     const std::string method = blank == std::string::npos ? start : start.substr(blank + 1);
     std::string text = blank == std::string::npos ? start + " " + to + " SIP/2.0\r\n"
                                                   : "SIP/2.0 " + start.substr(0, blank) + " Reason\r\n";
-    text += "Via: SIP/2.0/UDP host;branch=" + branch + "\r\nFrom: \"A\" <" + from + ">;tag=" + fromTag +
-            "\r\nTo: <" + to + ">" + (toTag.empty() ? "" : ";tag=" + toTag) + "\r\nCall-ID: " + callId +
-            "\r\nCSeq: " + std::to_string(cseq) + " " + method + "\r\n" + headers;
+    text += "Via: SIP/2.0/UDP " + std::string(sender) + ";branch=" + branch + "\r\nFrom: \"A\" <" + from +
+            ">;tag=" + fromTag + "\r\nTo: <" + to + ">" + (toTag.empty() ? "" : ";tag=" + toTag) +
+            "\r\nCall-ID: " + callId + "\r\nCSeq: " + std::to_string(cseq) + " " + method + "\r\n" + headers;
     if (!body.empty()) text += "Content-Type: application/sdp\r\n";
     return text + "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
   }

@@ -15,7 +15,8 @@ namespace tool {
 /// by different ones. It keeps hashes of distinct values and no text.
 ///
 /// What is known to be somebody's from one place, a display name or the user of a URI, is found in all others from that
-/// message on. Ports, tags, ids, codecs and keys stay; a Call-ID stays where nothing in it is an address, a name or a
+/// message on. Keys, passwords
+/// and what they are proved by become others of the same length. Ports, tags, ids and codecs stay; a Call-ID stays where nothing in it is an address, a name or a
 /// number, and what repeats it in any header comes out as it does.
 class Anonymizer {
  public:

@@ -14,7 +14,20 @@ namespace {
 constexpr auto npos = std::string_view::npos;
 
 /// How the value of an attribute is written.
-enum class Form { protocol, fingerprint, open, candidate, connection, source, product, hidden, renamed };
+enum class Form {
+  protocol,
+  fingerprint,
+  crypto,
+  keyManagement,
+  secret,
+  open,
+  candidate,
+  connection,
+  source,
+  product,
+  hidden,
+  renamed
+};
 
 constexpr std::array<std::pair<std::string_view, Form>, 64> kAttributes = {{
     {"rtpmap", Form::protocol},
@@ -30,11 +43,11 @@ constexpr std::array<std::pair<std::string_view, Form>, 64> kAttributes = {{
     {"setup", Form::protocol},
     {"connection", Form::protocol},
     {"fingerprint", Form::fingerprint},
-    {"crypto", Form::protocol},
-    {"key-mgmt", Form::protocol},
-    {"zrtp-hash", Form::protocol},
+    {"crypto", Form::crypto},
+    {"key-mgmt", Form::keyManagement},
+    {"zrtp-hash", Form::keyManagement},
     {"ice-ufrag", Form::protocol},
-    {"ice-pwd", Form::protocol},
+    {"ice-pwd", Form::secret},
     {"ice-options", Form::protocol},
     {"ice-lite", Form::protocol},
     {"ice-pacing", Form::protocol},
@@ -132,19 +145,32 @@ void writeRenamed(Replacements& replacements, std::string_view value, std::strin
   out += given;
 }
 
-/// "sha-256 4A:AD:...", whose digits may look like those of an address.
-void writeFingerprint(Replacements& replacements, std::string_view value, std::string& out) {
-  const std::size_t blank = value.find(' ');
-  const std::string_view digits = blank == npos ? std::string_view() : value.substr(blank + 1);
-  bool isFingerprint = digits.size() % 3 == 2;
-  for (std::size_t i = 0; i < digits.size(); ++i) {
-    const char small = sdpneg::lower(digits[i]);
-    const bool isHex = sdpneg::isDigit(small) || (small >= 'a' && small <= 'f');
-    isFingerprint = isFingerprint && (i % 3 == 2 ? small == ':' : isHex);
+/// "sha-256 4A:AD:...", "mikey AQAFgM0X...", "1.10 fe30efd0...": a secret behind what it is for.
+void writeNamedSecret(Replacements& replacements, std::string_view value, std::string& out) {
+  const std::size_t begin = value.rfind(' ') + 1;  // 0 where there is none
+  writeText(replacements, value.substr(0, begin), Care::protocol, out);
+  writeSecret(replacements, value.substr(begin), out);
+}
+
+/// "1 AES_CM_128_HMAC_SHA1_80 inline:key|2^20|1:4;inline:key", with parameters behind (RFC 4568).
+void writeCrypto(Replacements& replacements, std::string_view value, std::string& out) {
+  constexpr std::string_view kInline = "inline:";
+  for (std::size_t at = 0; at < value.size();) {
+    const std::size_t key = std::min(sdpneg::findNoCase(value, kInline, at), value.size());
+    const std::size_t begin = std::min(key + kInline.size(), value.size());
+    const std::size_t end = std::min(value.find_first_of("|; ", begin), value.size());
+    writeText(replacements, value.substr(at, begin - at), Care::protocol, out);
+    writeSecret(replacements, value.substr(begin, end - begin), out);
+    at = end;
   }
-  if (!isFingerprint) return writeText(replacements, value, Care::protocol, out);
-  writeText(replacements, value.substr(0, blank), Care::protocol, out);
-  out += value.substr(blank);
+}
+
+/// "base64:key", "clear:key" or "prompt" (RFC 4566 5.12).
+void writeKey(Replacements& replacements, std::string_view value, std::string& out) {
+  const std::size_t colon = std::min(value.find(':'), value.size());
+  if (sdpneg::startsWithNoCase(value, "uri:")) return writeOpen(replacements, value, out);
+  writeText(replacements, value.substr(0, colon), Care::protocol, out);
+  writeSecret(replacements, value.substr(colon), out);
 }
 
 /// "12345 cname:user@host".
@@ -164,7 +190,12 @@ void writeAttributeValue(Replacements& replacements, Form form, std::string_view
     case Form::protocol:
       return writeText(replacements, value, Care::protocol, out);
     case Form::fingerprint:
-      return writeFingerprint(replacements, value, out);
+    case Form::keyManagement:
+      return writeNamedSecret(replacements, value, out);
+    case Form::crypto:
+      return writeCrypto(replacements, value, out);
+    case Form::secret:
+      return writeSecret(replacements, value, out);
     case Form::open:
       return writeOpen(replacements, value, out);
     case Form::candidate:
@@ -221,6 +252,8 @@ void writeLine(Replacements& replacements, std::string_view line, std::string& o
       return writeText(replacements, value, Care::prose, out);
     case 'e':
       return writeText(replacements, value, Care::name, out);
+    case 'k':
+      return writeKey(replacements, value, out);
     case 'p':
       return writeTelephone(replacements, value, out);
     case 'v':

@@ -348,6 +348,26 @@ bool writeNumber(Replacements& replacements, std::string_view user, std::string&
   return true;
 }
 
+void writeSecret(const Replacements& replacements, std::string_view secret, std::string& out) {
+  constexpr std::string_view kDigits = "0123456789abcdefABCDEFGHIJKLMNOPQRSTUVWXYZghijklmnopqrstuvwxyz";
+  constexpr std::string_view kCapitals = "0123456789ABCDEF";
+  const auto isDigitOfBase64 = [](char c) {
+    return isWordCharacter(c) && static_cast<unsigned char>(c) < 0x80;
+  };
+  const bool isHex =
+      std::ranges::all_of(secret, [&](char c) { return !isDigitOfBase64(c) || hexValue(c) >= 0; });
+  const bool isCapital = std::ranges::any_of(secret, [](char c) { return c >= 'A' && c <= 'F'; });
+  const std::string_view digits = !isHex ? kDigits : isCapital ? kCapitals : kDigits.substr(0, 16);
+  // In front of the padding of base64 stands a digit of which not all bits count.
+  const std::size_t padding = isHex ? std::string_view::npos : secret.find('=');
+  const std::uint64_t whole = keyedHash(replacements.key, secret);
+  for (std::size_t i = 0; i < secret.size(); ++i) {
+    const bool stays = !isDigitOfBase64(secret[i]) || (padding != std::string_view::npos && i + 1 == padding);
+    const std::string place = std::to_string(whole) + ' ' + std::to_string(i);
+    out += stays ? secret[i] : digits[keyedHash(replacements.key, place) % digits.size()];
+  }
+}
+
 void writeHidden(std::string_view text, std::string& out) {
   for (const char c : text) out += c == '\r' || c == '\n' ? c : 'x';
 }

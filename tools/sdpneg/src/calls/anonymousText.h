@@ -16,8 +16,10 @@ namespace tool {
 
 /// What takes the place of what.
 struct Replacements {
-  explicit Replacements(const HashKey& key) : addresses(key), numbers(key), names(key) {}
+  explicit Replacements(const HashKey& hashKey)
+      : key(hashKey), addresses(hashKey), numbers(hashKey), names(hashKey) {}
 
+  HashKey key;
   AnonymousAddresses addresses;
   AnonymousNumbers numbers;
   AnonymousNames names;
@@ -44,6 +46,9 @@ void writeHost(Replacements& replacements, std::string_view host, std::string& o
 /// Writes a user's number, if it is one: digits, a plus in front, and what makes them readable, all but the digits as it is.
 /// @return false, with nothing written, for any other text
 bool writeNumber(Replacements& replacements, std::string_view user, std::string& out);
+/// Writes another secret with as many digits, hexadecimal ones for such, and what stands between them as it is. The same
+/// secret becomes the same one.
+void writeSecret(const Replacements& replacements, std::string_view secret, std::string& out);
 /// Writes an x for each character but those that end lines.
 void writeHidden(std::string_view text, std::string& out);
 

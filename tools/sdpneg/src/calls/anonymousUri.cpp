@@ -14,7 +14,7 @@ using sdpneg::isDigit;
 constexpr auto npos = std::string_view::npos;
 
 /// What the value of a parameter is.
-enum class Value { open, opaque, protocol, host, user, context, uri, realm };
+enum class Value { open, opaque, secret, protocol, host, user, context, uri, realm };
 
 constexpr std::array<std::pair<std::string_view, Value>, 79> kParameters = {{
     {"tag", Value::opaque},
@@ -23,12 +23,12 @@ constexpr std::array<std::pair<std::string_view, Value>, 79> kParameters = {{
     {"from-tag", Value::opaque},
     {"local-tag", Value::opaque},
     {"remote-tag", Value::opaque},
-    {"nonce", Value::opaque},
-    {"nextnonce", Value::opaque},
-    {"cnonce", Value::opaque},
-    {"opaque", Value::opaque},
-    {"response", Value::opaque},
-    {"rspauth", Value::opaque},
+    {"nonce", Value::secret},
+    {"nextnonce", Value::secret},
+    {"cnonce", Value::secret},
+    {"opaque", Value::secret},
+    {"response", Value::secret},
+    {"rspauth", Value::secret},
     {"nc", Value::protocol},
     {"received", Value::host},
     {"maddr", Value::host},
@@ -272,6 +272,8 @@ void writeValue(Replacements& replacements, std::string_view text, Value value, 
   switch (value) {
     case Value::open:
       return writeOpen(replacements, text, out);
+    case Value::secret:
+      return writeSecret(replacements, text, out);
     case Value::opaque:
       return writeText(replacements, text, Care::opaque, out);
     case Value::protocol:

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <limits>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include "captures/sipStart.h"
@@ -160,6 +161,14 @@ class CaptureWriter::File {
   pcap_t* capture_ = nullptr;
   pcap_dumper_t* file_ = nullptr;
 };
+
+bool CaptureWriter::Order::operator()(const Flow& one, const Flow& other) const {
+  const auto ordered = [](const Flow& flow) {
+    return std::tie(flow.source.address.family, flow.source.address.bytes, flow.source.port,
+                    flow.destination.address.family, flow.destination.address.bytes, flow.destination.port);
+  };
+  return ordered(one) < ordered(other);
+}
 
 CaptureWriter::CaptureWriter(std::function<void(std::string_view bytes)> write)
     : file_(std::make_unique<File>(std::move(write))) {}

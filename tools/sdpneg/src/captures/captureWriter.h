@@ -3,9 +3,9 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string_view>
-#include <unordered_map>
 
 #include "captures/capturedMessage.h"
 
@@ -30,14 +30,15 @@ class CaptureWriter {
 
  private:
   class File;
-  struct FlowHash {
-    std::size_t operator()(const Flow& flow) const { return hashOf(flow); }
+  /// Hashes of addresses can be made to collide.
+  struct Order {
+    bool operator()(const Flow& one, const Flow& other) const;
   };
 
   void writeStream(const Flow& flow, std::string_view text, bool isFramed);
 
   std::unique_ptr<File> file_;
-  std::unordered_map<Flow, std::uint32_t, FlowHash> sequences_;  ///< of each stream's next byte
+  std::map<Flow, std::uint32_t, Order> sequences_;  ///< of each stream's next byte
   std::int64_t time_ = 0;
 };
 

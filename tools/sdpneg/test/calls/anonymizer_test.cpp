@@ -61,8 +61,8 @@ TEST(Anonymizer, ReplacesWhatTellsWhoSpeaksInHeaders) {
       {"Call-ID: 1-4711@127.0.0.1", "Call-ID: 1-4711@127.0.0.1"},
       {"i: 0f9a1b2c-3d4e-5f60-abcd-aabbccddeeff@192.168.7.8",
        "i: 0f9a1b2c-3d4e-5f60-abcd-aabbccddeeff@192.168.0.1"},
-      {"Authorization: Digest username=\"alice\", realm=\"example.org\", nonce=\"a1b2\", uri=\"sip:example.org\"",
-       "Authorization: Digest username=\"name1\", realm=\"domain1.example\", nonce=\"a1b2\", uri=\"sip:domain1.example\""},
+      {"Authorization: Digest username=\"alice\", realm=\"example.org\", algorithm=MD5, uri=\"sip:example.org\"",
+       "Authorization: Digest username=\"name1\", realm=\"domain1.example\", algorithm=MD5, uri=\"sip:domain1.example\""},
       {"Authorization: Basic YWxpY2U6c2VjcmV0", "Authorization: Basic xxxxxxxxxxxxxxxx"},
       {"Identity: eyJhbGciOiJFUzI1NiJ9.e30.AA;info=<https://example.org/c>;alg=ES256",
        "Identity: xxxxxxxxxxxxxxxxxxxxxxxxxxx;info=<https://domain1.example/name1>;alg=ES256"},
@@ -102,8 +102,6 @@ TEST(Anonymizer, ReplacesWhatTellsWhoSpeaksInBodies) {
       {"a=msid:alice audio", "a=msid:name1 audio"},
       {"a=tls-id:abc3de65cddef001be82", "a=tls-id:name0000000000000001"},
       {"a=rtpmap:101 telephone-event/8000", "a=rtpmap:101 telephone-event/8000"},
-      {"a=fingerprint:sha-1 4A:AD:B9:B1:3F:82:18:3B:54:02:12:DF:3E:5D:49:6B:19:E5:7C:AB",
-       "a=fingerprint:sha-1 4A:AD:B9:B1:3F:82:18:3B:54:02:12:DF:3E:5D:49:6B:19:E5:7C:AB"},
       {"a=path:msrp://81.2.3.4:50001/abc1;tcp", "a=path:msrp://192.0.2.1:50001/abc1;tcp"},
   };
   for (const Place& place : places) EXPECT_EQ(replacedSdp(place.before), place.after);
@@ -163,6 +161,57 @@ TEST(Anonymizer, LeavesAMessageThatIsReadAsBefore) {
   EXPECT_TRUE(view.sdp()->ends_with("\r\n"));
   EXPECT_NE(view.sdp()->find("m=audio 50000 RTP/AVP 0\r\n"), std::string::npos);
   EXPECT_EQ(std::ranges::count(before, '\n'), std::ranges::count(after, '\n'));
+}
+
+/// Whether two texts differ in letters and digits alone, and by most of these.
+bool isOtherSecret(std::string_view before, std::string_view after) {
+  if (before.size() != after.size()) return false;
+  std::size_t changed = 0;
+  std::size_t digits = 0;
+  for (std::size_t i = 0; i < before.size(); ++i) {
+    if (tool::isWordCharacter(before[i]) != tool::isWordCharacter(after[i])) return false;
+    if (!tool::isWordCharacter(before[i]) && before[i] != after[i]) return false;
+    if (tool::isWordCharacter(before[i])) ++digits;
+    if (before[i] != after[i]) ++changed;
+  }
+  return changed * 2 > digits;
+}
+
+TEST(Anonymizer, ReplacesKeysByOthersOfTheirKind) {
+  struct Secret {
+    std::string front;
+    std::string secret;
+    std::string behind;
+  };
+  const std::string base64 = "WVNfX19zZW1jdGwgKCkgewkyMjA7fQp9CnVubGVz";
+  const std::vector<Secret> lines = {
+      {"a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:", base64, "|2^20|1:4 FEC_ORDER=FEC_SRTP"},
+      {"a=crypto:1 AES_CM_128_HMAC_SHA1_32 inline:", base64, ""},
+      {"a=key-mgmt:mikey ", "AQAFgM0XflABAAAAAAAAAAAAAAsAyO==", ""},
+      {"a=ice-pwd:", "asd88fgpdd777uzjYhagZg", ""},
+      {"a=fingerprint:sha-1 ", "4A:AD:B9:B1:3F:82:18:3B:54:02:12:DF:3E:5D:49:6B:19:E5:7C:AB", ""},
+      {"k=base64", ":c2VjcmV0a2V5MTI=", ""},
+  };
+  for (const auto& [front, secret, behind] : lines) {
+    const std::string after = replacedSdp(front + secret + behind);
+    ASSERT_EQ(after.size(), front.size() + secret.size() + behind.size());
+    EXPECT_TRUE(after.starts_with(front) && after.ends_with(behind)) << after;
+    EXPECT_TRUE(isOtherSecret(secret, after.substr(front.size(), secret.size()))) << after;
+    EXPECT_EQ(replacedSdp(front + secret + behind), after);
+  }
+  const std::string two =
+      replacedSdp("a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:" + base64 + ";inline:" + base64);
+  EXPECT_EQ(two.substr(42, 40), two.substr(90, 40));
+  const std::string fingerprint = replacedSdp(lines[4].front + lines[4].secret).substr(lines[4].front.size());
+  EXPECT_EQ(fingerprint.find_first_not_of("0123456789ABCDEF:"), std::string::npos);
+  for (const std::string name : {"nonce", "cnonce", "response", "opaque"}) {
+    const std::string secret = "dcd98b7102dd2f0e8b11d0f600bfb0c0";
+    const std::string front = "Authorization: Digest qop=auth, " + name + "=\"";
+    const std::string after = replaced(front + secret + "\"");
+    EXPECT_TRUE(after.starts_with(front)) << after;
+    EXPECT_TRUE(isOtherSecret(secret, after.substr(front.size(), secret.size()))) << after;
+    EXPECT_EQ(after.find_first_not_of("0123456789abcdef", front.size()), after.size() - 1);
+  }
 }
 
 TEST(Anonymizer, FindsWhatItKnowsInEveryPlaceFromThenOn) {

@@ -331,6 +331,10 @@ def check_large(page):
     messages = page.calls[1]["messages"]
     expect("last message", page.shown_message(), shown_lines(messages[-1]["text"]))
     expect("messages are few", browser.run("document.querySelectorAll('.message').length") < 120, True)
+    browser.run("dispatchEvent(new Event('beforeprint'))")
+    expect("printed messages", browser.run("document.querySelectorAll('#print .message').length"), 3000)
+    expect("what is not printed", page.texts("#print td.empty"), [f"{len(messages) - 3000:,} messages more are not printed."])
+    browser.run("dispatchEvent(new Event('afterprint'))")
     browser.press("Escape", "Escape", "End")
     last = max(page.calls)
     expect("last call", f"row-of-{last}" in browser.run("[...document.querySelectorAll('.call-row')].map((row) => row.id)"), True)
@@ -413,9 +417,11 @@ def take_pictures(browser, programs, target):
         for scheme in ("light", "dark"):
             browser.prefer(scheme)
             page = Page(browser, programs, "example", folder)
-            page.open_call(4)
+            browser.click("#row-of-4")
             browser.click("[data-hop='0'] .hop-hit")
-            browser.run("document.getElementById('ladder').blur()")
+            # The mouse marks the row below it, and the keyboard where it is.
+            browser.move_to(5, 5)
+            browser.run("document.activeElement.blur()")
             browser.picture(os.path.join(target, f"calls-{scheme}.png"))
 
 

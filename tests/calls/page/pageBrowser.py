@@ -120,6 +120,10 @@ class PageBrowser(Chromium):
                 "modifiers": MODIFIERS.get(modifier, 0)})
         self.frame()
 
+    def move_to(self, x, y):
+        """Moves the mouse."""
+        self._request("Input.dispatchMouseEvent", {"type": "mouseMoved", "x": x, "y": y})
+
     def press(self, *keys):
         """Presses keys one after the other: a character, or the name of a key."""
         for key in keys:

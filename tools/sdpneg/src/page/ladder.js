@@ -9,6 +9,8 @@ const BODY_ROW = 47;
 const ARROW_AT = 20;
 const SPARE_HEIGHT = 500;
 const SHORT_LETTER = 6.7;
+// That are drawn at once: no screen shows so many, and no sheet.
+const MOST_COLUMNS = 200;
 
 /**
  * The messages that are shown, from the top down. What is asked of it takes the same time however many there are.
@@ -59,11 +61,11 @@ function itemAt(ladder, y) {
   return Math.min(begin, ladder.items.length - 1);
 }
 
-/** The columns that can be seen between two places, from the first to the one behind the last. */
+/** The columns that are drawn between two places, from the first to the one behind the last. */
 function columnsBetween(ladder, left, right) {
-  const first = Math.floor((left - TIMES_WIDTH) / ladder.column);
-  const end = Math.ceil((right - TIMES_WIDTH) / ladder.column);
-  return [Math.max(0, first), Math.min(ladder.call.participants.length, Math.max(0, end))];
+  const first = Math.max(0, Math.floor((left - TIMES_WIDTH) / ladder.column));
+  const end = Math.max(0, Math.ceil((right - TIMES_WIDTH) / ladder.column));
+  return [first, Math.min(ladder.call.participants.length, end, first + MOST_COLUMNS)];
 }
 
 function drawParticipants(ladder, left, width) {

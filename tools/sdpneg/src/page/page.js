@@ -165,14 +165,20 @@ function startEdge(id, variable, widthAt, step) {
 const PRINTED_ROWS = 6;
 const PRINTED_WIDTH = 980;
 const MOST_PRINTED_CALLS = 2000;
+const MOST_PRINTED_MESSAGES = 3000;
 
 function printedLadder(call) {
   const ladder = layOut(call, {...view.options, width: PRINTED_WIDTH});
   const parts = [];
-  for (let place = 0; place < ladder.items.length; place += PRINTED_ROWS) {
-    const last = ladder.items[Math.min(place + PRINTED_ROWS, ladder.items.length) - 1];
+  const end = Math.min(ladder.items.length, MOST_PRINTED_MESSAGES);
+  for (let place = 0; place < end; place += PRINTED_ROWS) {
+    const last = ladder.items[Math.min(place + PRINTED_ROWS, end) - 1];
     const part = drawPart(ladder, {left: 0, width: ladder.width, top: ladder.items[place].top, bottom: last.top + last.height});
     parts.push(make('tr', {}, make('td', {}, part)));
+  }
+  if (end < ladder.items.length) {
+    const rest = plural(ladder.items.length - end, 'message more is', 'messages more are');
+    parts.push(make('tr', {}, make('td', {class: 'empty'}, `${rest} not printed.`)));
   }
   return make('table', {class: 'printed-ladder'},
     make('thead', {}, make('tr', {}, make('td', {}, drawParticipants(ladder, 0, ladder.width)))),

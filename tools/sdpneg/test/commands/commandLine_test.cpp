@@ -101,7 +101,7 @@ TEST(CommandLine, TakesOddNamesForFiles) {
 TEST(Completion, FollowsTheCommandTable) {
   EXPECT_EQ(
       runSdpneg({"--complete"}).out,
-      "inspect\nsections\nrewrite\nrequests\ncreate\ncompare\nanswer\ncheck-answer\nupdate-answer\nversion-increased\nalign\npack\nunpack\n--help\n--version\n");
+      "inspect\nsections\nrewrite\nrequests\ncreate\ncompare\nanswer\ncheck-answer\ncalls\nupdate-answer\nversion-increased\nalign\npack\nunpack\n--help\n--version\n");
   EXPECT_EQ(runSdpneg({"--complete", "pack"}).out, "--output\n--help\n<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "pack", "-o"}).out, "<file>\n");
   EXPECT_EQ(runSdpneg({"--complete", "inspect"}).out, "--json\n--trace\n--color\n--help\n<file>\n");

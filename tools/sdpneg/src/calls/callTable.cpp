@@ -31,6 +31,9 @@ CaptureTime usableTime(CaptureTime time) {
   return time && *time >= 0 && *time <= kMost ? time : std::nullopt;
 }
 
+/// Longer than any call is silent, in microseconds.
+constexpr std::int64_t kFarAhead = std::int64_t{7} * 86400 * 1000000;
+
 /// Puts messages in the order of their times. Those without one stay behind the one that they came after.
 void sortByTime(std::vector<OpenMessage>& messages) {
   std::ranges::sort(messages, {}, &OpenMessage::sequence);
@@ -124,6 +127,7 @@ class CallTable::Impl {
   LegJoiner joiner_;
   SipView view_;
   std::int64_t now_ = 0;
+  std::int64_t previousTime_ = 0;
   std::size_t messages_ = 0;
   std::size_t retransmissions_ = 0;
   std::size_t otherMessages_ = 0;
@@ -131,7 +135,11 @@ class CallTable::Impl {
 
 void CallTable::Impl::take(const CapturedMessage& message) {
   ++messages_;
-  now_ = std::max(now_, usableTime(message.time).value_or(0));
+  const std::int64_t time = usableTime(message.time).value_or(0);
+  // One message alone whose time is far ahead does not end all calls.
+  const bool isFarAhead = now_ != 0 && time - now_ > kFarAhead && time - previousTime_ > kFarAhead;
+  if (!isFarAhead) now_ = std::max(now_, time);
+  previousTime_ = time;
   giveAwayOver();
   view_.read(message.text);
   std::optional<MessageFacts> facts = factsOf(view_);
@@ -167,7 +175,7 @@ void CallTable::Impl::keep(const CapturedMessage& captured, MessageFacts facts) 
   message.fromTag = std::move(facts.fromTag);
   message.toTag = std::move(facts.toTag);
   open.facts = std::move(facts.transaction);
-  joiner_.look(*open.leg, view_, message);
+  joiner_.look(*open.leg, view_, message, open.sequence);
   calls_.add(std::move(open), now_);
 }
 

@@ -12,7 +12,7 @@ namespace {
 // What is kept and looked at at most, so that nothing grows with what a capture repeats.
 constexpr std::size_t kMostLooks = 64;
 constexpr std::size_t kMostKeys = 32;
-constexpr std::size_t kMostUses = 8;
+constexpr std::size_t kMostUses = 32;
 constexpr std::size_t kMostFlows = 8;
 constexpr std::size_t kMostSender = 256;
 constexpr std::size_t kMostAttempts = 4;
@@ -75,22 +75,33 @@ std::vector<std::string> numbersOf(const SipView& view) {
   return numbers;
 }
 
+/// Whether a leg had its final response before another one began, of which the beginning was seen.
+bool wasSetUpBefore(const OpenLeg& one, const OpenLeg& other) {
+  return one.isAnswered && !other.invites.empty() && one.answeredSequence < other.sequence;
+}
+
+/// Whether two legs were set up at the same time, as most legs of one call are.
+bool wereSetUpTogether(const OpenLeg& one, const OpenLeg& other) {
+  return !wasSetUpBefore(one, other) && !wasSetUpBefore(other, one);
+}
+
 }  // namespace
 
-void LegJoiner::look(OpenLeg& leg, const SipView& view, const CallMessage& message) {
+void LegJoiner::look(OpenLeg& leg, const SipView& view, const CallMessage& message, std::size_t sequence) {
   const bool isNew = leg.looks == 0;
+  const bool isInvite = message.method == "INVITE";
+  if (isInvite && message.status == 0 && message.toTag.empty()) noteInvite(leg, view, message);
   if (isNew) lookByCallId(leg);
-  if (leg.looks < kMostLooks && (isNew || message.method == "INVITE" || message.sdpSize != 0)) {
+  if (leg.looks < kMostLooks && (isNew || isInvite || message.sdpSize != 0)) {
     ++leg.looks;
     lookByHeaders(leg, view);
     lookByOrigin(leg, view, message);
   }
-  if (message.method != "INVITE") return;
-  if (message.status == 0) {
-    if (message.toTag.empty()) noteInvite(leg, view, message);
-  } else if (message.status >= 200 && message.status != 401 && message.status != 407 && !leg.isAnswered) {
+  if (isInvite && message.status >= 200 && message.status != 401 && message.status != 407 &&
+      !leg.isAnswered) {
     leg.isAnswered = true;
     leg.answered = message.time;
+    leg.answeredSequence = sequence;
     compare(leg);
   }
 }
@@ -124,22 +135,23 @@ void LegJoiner::keep(OpenLeg& leg, const JoinKey& key) {
   named_[key.text] = {&leg, key.by, key.detail};
 }
 
-/// Whether a body that was sent in a leg is what a message of another leg sends on: its sender got it, and is not where
+/// How a body that was sent in a leg may have become that of a message of another leg: its sender got it, and is not where
 /// it came from. Senders whose bodies all have the same o-line are told apart so.
-bool LegJoiner::isSentOn(const OriginUse& use, const Sending& sending) {
+LegJoiner::Way LegJoiner::wayOf(const OriginUse& use, const Sending& sending) {
   const CallMessage& message = sending.message;
-  if (std::ranges::find(use.senders, sending.sender) != use.senders.end()) return false;
+  if (std::ranges::find(use.senders, sending.sender) != use.senders.end()) return Way::none;
   bool isShared = false;
   bool isReceived = false;
   for (const Flow& flow : use.flows) {
     const bool withPorts = isWithinItself(flow) || isWithinItself(message.flow);
-    if (isSame(flow.source, message.flow.source, withPorts)) return false;
+    if (isSame(flow.source, message.flow.source, withPorts)) return Way::none;
     isReceived = isReceived || leadsTo(flow, message.flow);
     isShared = isShared || shareParticipant(flow, message.flow);
   }
   // One that has an address to each side shares none.
   const bool isSoon = !use.time || !message.time || isWithin(*use.time, *message.time, kBodySoon);
-  return isReceived || (!isShared && isSoon);
+  if (isReceived) return Way::received;
+  return !isShared && isSoon ? Way::possible : Way::none;
 }
 
 void LegJoiner::lookByOrigin(OpenLeg& leg, const SipView& view, const CallMessage& message) {
@@ -156,14 +168,37 @@ void LegJoiner::lookByOrigin(OpenLeg& leg, const SipView& view, const CallMessag
   lookByOriginKey(leg, sending, "o" + origin->line, origin->detail());
 }
 
+/// Calls with the same bodies are set up one behind the other, so the first leg that waits is meant; where none does, a
+/// body is sent on to several, and the last leg is.
+LegJoiner::OriginUse* LegJoiner::findSentOn(std::vector<OriginUse>& uses, const OpenLeg& leg,
+                                            const Sending& sending) {
+  OriginUse* last = nullptr;
+  OriginUse* earlier = nullptr;  // an established one, whose body is sent on later
+  const bool isKnown = std::ranges::any_of(uses, [&](const OriginUse& use) {
+    return use.leg != &leg && use.leg->call == leg.call && wayOf(use, sending) != Way::none;
+  });
+  if (isKnown) return nullptr;
+  for (OriginUse& use : uses) {
+    const Way way = use.leg->call == leg.call ? Way::none : wayOf(use, sending);
+    if (way == Way::none) continue;
+    if (wereSetUpTogether(*use.leg, leg)) {
+      last = &use;
+      if (!use.isTaken) break;
+    } else if (way == Way::received && use.leg->progress != Progress::over) {
+      earlier = &use;
+    }
+  }
+  return last != nullptr ? last : earlier;
+}
+
 void LegJoiner::lookByOriginKey(OpenLeg& leg, const Sending& sending, const std::string& key,
                                 const std::string& detail) {
   const auto [found, isNew] = origins_.try_emplace(key);
   std::vector<OriginUse>& uses = found->second;
-  const auto sentOn = std::ranges::find_if(uses.rbegin(), uses.rend(), [&](const OriginUse& use) {
-    return use.leg->call != leg.call && isSentOn(use, sending);
-  });
-  if (sentOn != uses.rend()) calls_->join(leg, *sentOn->leg, JoinedBy::origin, detail);
+  if (OriginUse* const sentOn = findSentOn(uses, leg, sending)) {
+    sentOn->isTaken = true;
+    calls_->join(leg, *sentOn->leg, JoinedBy::origin, detail);
+  }
 
   auto own = std::ranges::find(uses, &leg, &OriginUse::leg);
   if (own == uses.end()) {
@@ -172,8 +207,11 @@ void LegJoiner::lookByOriginKey(OpenLeg& leg, const Sending& sending, const std:
       return;
     }
     leg.originKeys.push_back(key);
-    if (uses.size() == kMostUses) uses.erase(uses.begin());
-    own = uses.insert(uses.end(), {&leg, sending.message.time, {}, {}});
+    if (uses.size() == kMostUses) {
+      const auto set = std::ranges::find_if(uses, [](const OriginUse& use) { return use.leg->isAnswered; });
+      uses.erase(set == uses.end() ? uses.begin() : set);
+    }
+    own = uses.insert(uses.end(), {&leg, sending.message.time, {}, {}, false});
   }
   addOnce(own->flows, sending.message.flow);
   if (!sending.message.flow.source.isKnown()) addOnce(own->senders, sending.sender);

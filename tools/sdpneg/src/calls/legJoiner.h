@@ -25,7 +25,8 @@ class LegJoiner {
 
   /// Joins the leg of a message with those that the message tells of.
   /// @param view of the message
-  void look(OpenLeg& leg, const SipView& view, const CallMessage& message);
+  /// @param sequence in which it came
+  void look(OpenLeg& leg, const SipView& view, const CallMessage& message, std::size_t sequence);
   /// Joins a leg by time and numbers, unless that was tried.
   void compare(OpenLeg& leg);
   /// Compares time and numbers of a call's legs with those of others, where that was not done.
@@ -45,11 +46,17 @@ class LegJoiner {
     CaptureTime time;
     std::vector<Flow> flows;
     std::vector<std::string> senders;  ///< as Via names them, where addresses are not known
+    bool isTaken = false;              ///< another leg was joined to it by this
   };
   /// A body's message.
   struct Sending {
     const CallMessage& message;
     std::string sender;  ///< as in OriginUse; empty where the address is known
+  };
+  enum class Way : std::uint8_t {
+    none,
+    received,  ///< the sender got it
+    possible   ///< the sender has another address to that side
   };
   /// Numbers, time and the leg's sequence.
   using Attempt = std::tuple<std::string, std::int64_t, std::size_t>;
@@ -68,7 +75,8 @@ class LegJoiner {
   void noteInvite(OpenLeg& leg, const SipView& view, const CallMessage& message);
   void findNearest(const OpenLeg& leg, const LegAttempt& attempt, Nearest& nearest) const;
 
-  static bool isSentOn(const OriginUse& use, const Sending& sending);
+  static OriginUse* findSentOn(std::vector<OriginUse>& uses, const OpenLeg& leg, const Sending& sending);
+  static Way wayOf(const OriginUse& use, const Sending& sending);
 
   OpenCalls* calls_;
   std::vector<std::string> joinHeaders_;

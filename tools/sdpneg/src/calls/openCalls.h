@@ -59,6 +59,7 @@ struct OpenLeg {
   std::vector<LegAttempt> attempts;
   CaptureTime answered;     ///< when the INVITE got its final response
   bool isAnswered = false;  ///< whether it did
+  std::size_t answeredSequence = 0;  ///< the message that brought it
   bool isCompared = false;  ///< whether time and numbers were compared
 
   Progress progress = Progress::ringing;

@@ -177,9 +177,10 @@ TEST(LegJoiner, JoinsOriginsThatWereSentOn) {
     first.body = second.body = sdp();
     first.time = 1000000000;
     second.time = 1000000000 + one.later;
-    // Without the final response, calls that ring would not wait for so long.
-    Sip final = reply(first, "200");
-    const std::vector<Call> calls = callsOf({first, final, second});
+    std::vector<Sip> messages = {first, second};
+    // Calls that ring do not wait for so long.
+    if (one.later > 300000000) messages.insert(messages.begin() + 1, reply(first, "200"));
+    const std::vector<Call> calls = callsOf(messages);
     EXPECT_EQ(joinOf(calls), one.isJoined ? JoinedBy::origin : JoinedBy::first) << one.name;
   }
 }
@@ -229,6 +230,53 @@ TEST(LegJoiner, TellsCallsOfSendersWithOneOriginApart) {
     EXPECT_EQ(calls[i].legs[0].callId, "a" + std::to_string(i));
     EXPECT_EQ(calls[i].legs[1].callId, "b" + std::to_string(i));
   }
+}
+
+/// The messages of a call by way of a server: two legs with the same bodies.
+std::vector<Sip> relayed(const std::string& name, std::string_view caller, std::string_view server,
+                         std::string_view target) {
+  Sip first = firstLeg();
+  Sip second = secondLeg();
+  first.callId = "a" + name;
+  second.callId = "b" + name;
+  first.source = caller;
+  first.destination = second.source = server;
+  second.destination = target;
+  first.body = second.body = sdp();
+  const std::string answer = sdp("- 5 1 IN IP4 192.0.2.3");
+  return {first, second, reply(second, "200", answer), reply(first, "200", answer)};
+}
+
+void expectPairs(const std::vector<Call>& calls, std::size_t count) {
+  ASSERT_EQ(calls.size(), count);
+  for (const Call& call : calls) {
+    ASSERT_EQ(call.legs.size(), 2U);
+    EXPECT_EQ(call.legs[0].callId.substr(1), call.legs[1].callId.substr(1));
+  }
+}
+
+TEST(LegJoiner, TellsCallsAtOneAddressWithTheSameBodiesApart) {
+  // Each with ports of its own, one behind the other, as clients are that are started for each call.
+  std::vector<Sip> messages;
+  std::vector<std::string> ends;
+  for (int i = 0; i < 60; ++i) ends.push_back("127.0.0.1:" + std::to_string(6000 + i));
+  for (std::size_t i = 0; i < 20; ++i) {
+    for (const Sip& sip : relayed(std::to_string(i), ends[3 * i], ends[3 * i + 1], ends[3 * i + 2]))
+      messages.push_back(sip);
+  }
+  expectPairs(callsOf(messages), 20);
+}
+
+TEST(LegJoiner, TellsCallsThatOverlapWithTheSameBodiesApart) {
+  // A load test: one caller, one server, one target, one body. Each step of all calls comes before the next step.
+  constexpr std::size_t kCalls = 12;
+  std::vector<std::vector<Sip>> calls;
+  for (std::size_t i = 0; i < kCalls; ++i) calls.push_back(relayed(std::to_string(i), kAlice, kProxy, kBob));
+  std::vector<Sip> messages;
+  for (std::size_t step = 0; step < calls.front().size(); ++step) {
+    for (const std::vector<Sip>& call : calls) messages.push_back(call[step]);
+  }
+  expectPairs(callsOf(messages), kCalls);
 }
 
 TEST(LegJoiner, JoinsByOriginsOfAnswers) {

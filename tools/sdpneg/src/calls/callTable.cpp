@@ -115,6 +115,13 @@ class CallTable::Impl {
   std::size_t openCalls() const { return calls_.size(); }
 
  private:
+  /// A message whose time is far ahead of all others. Alone it does not end all calls, so the next one is awaited.
+  struct Ahead {
+    CapturedMessage message;
+    std::string text;
+  };
+  void takeAhead(bool isTimeToGoOn);
+  void takeInTurn(const CapturedMessage& message);
   void keep(const CapturedMessage& captured, MessageFacts facts);
   void giveAwayOver();
   void giveAwayTooMany();
@@ -127,19 +134,33 @@ class CallTable::Impl {
   LegJoiner joiner_;
   SipView view_;
   std::int64_t now_ = 0;
-  std::int64_t previousTime_ = 0;
+  std::optional<Ahead> ahead_;
   std::size_t messages_ = 0;
   std::size_t retransmissions_ = 0;
   std::size_t otherMessages_ = 0;
 };
 
 void CallTable::Impl::take(const CapturedMessage& message) {
-  ++messages_;
   const std::int64_t time = usableTime(message.time).value_or(0);
-  // One message alone whose time is far ahead does not end all calls.
-  const bool isFarAhead = now_ != 0 && time - now_ > kFarAhead && time - previousTime_ > kFarAhead;
-  if (!isFarAhead) now_ = std::max(now_, time);
-  previousTime_ = time;
+  const bool isFarAhead = now_ != 0 && time - now_ > kFarAhead;
+  if (isFarAhead && !ahead_) {
+    ahead_.emplace(Ahead{message, std::string(message.text)});
+    return;
+  }
+  if (ahead_) takeAhead(isFarAhead);
+  now_ = std::max(now_, time);
+  takeInTurn(message);
+}
+
+void CallTable::Impl::takeAhead(bool isTimeToGoOn) {
+  Ahead ahead = *std::exchange(ahead_, std::nullopt);
+  ahead.message.text = ahead.text;
+  if (isTimeToGoOn) now_ = *ahead.message.time;
+  takeInTurn(ahead.message);
+}
+
+void CallTable::Impl::takeInTurn(const CapturedMessage& message) {
+  ++messages_;
   giveAwayOver();
   view_.read(message.text);
   std::optional<MessageFacts> facts = factsOf(view_);
@@ -210,6 +231,7 @@ void CallTable::Impl::passTime(std::int64_t now) {
 }
 
 void CallTable::Impl::finish() {
+  if (ahead_) takeAhead(false);
   std::vector<OpenLeg*> legs;
   for (OpenCall* const open : calls_.byNumber()) {
     for (const auto& leg : open->legs) legs.push_back(leg.get());

@@ -87,7 +87,7 @@ class Run {
     if (!openFiles()) return exitOutput;
     if (options_.showsKeys && !showsKeys_)
       streams_.err.write("sdpneg: keys are shown on a terminal only, and stay masked\n");
-    while (isInterrupted == 0 && streams_.out.good() && !report_->isDone() && set_.step()) {
+    while (isInterrupted == 0 && streams_.out.good() && !isDone() && set_.step()) {
       order_.release(table_.lowestOpen());
       progress_.show(set_.position());
     }
@@ -117,12 +117,15 @@ class Run {
     return options;
   }
 
+  /// Whether nothing more is to be told. Files beside standard output have all calls.
+  bool isDone() const { return report_->isDone() && !page_ && !writer_; }
+
   /// Waits for a file to grow; calls go on to end meanwhile.
   bool wait() {
     table_.passTime(now());
     order_.release(table_.lowestOpen());
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    return isInterrupted == 0 && streams_.out.good() && !report_->isDone();
+    return isInterrupted == 0 && streams_.out.good() && !isDone();
   }
 
   void takeMessage(const CapturedMessage& message) {
@@ -137,7 +140,7 @@ class Run {
     if (options_.troublesOnly && options_.asJson && call.troubles.empty()) return;
     if (writer_) writeMessages(call);
     if (!showsKeys_ && showsTexts_) maskSecrets(call);
-    if (report_->isDone()) return;
+    if (isDone()) return;
     if (streams_.out.isTerminal()) progress_.hide();
     report_->add(call);
     if (page_) page_->add(call);

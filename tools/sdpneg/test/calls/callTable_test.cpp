@@ -180,6 +180,29 @@ TEST(CallTable, GivesCallsAwayThatAreSilent) {
   }
 }
 
+TEST(CallTable, IsNotEndedByOneMessageThatIsFarAhead) {
+  Table table;
+  table.take({.start = "INVITE", .callId = "a", .time = 1000000000});
+  table.take({.start = "INVITE", .callId = "b", .time = 9000000000000000});
+  table.take({.start = "INVITE", .callId = "c", .time = 1001000000});
+  EXPECT_TRUE(table.calls.empty());
+  table.take({.start = "INVITE", .callId = "d", .time = 9000000000000000});
+  table.take(calling::reply({.start = "INVITE", .callId = "d"}, "180"));
+  EXPECT_EQ(table.calls.size(), 3U) << "time has passed, as two messages tell";
+  table.table.finish();
+  ASSERT_EQ(table.calls.size(), 4U);
+  EXPECT_EQ(table.calls[3].messages.size(), 2U);
+}
+
+TEST(CallTable, TakesALastMessageThatIsFarAhead) {
+  Table table;
+  table.take({.start = "INVITE", .callId = "a", .time = 1000000000});
+  table.take({.start = "INVITE", .callId = "b", .time = 9000000000000000});
+  table.table.finish();
+  EXPECT_EQ(table.calls.size(), 2U);
+  EXPECT_EQ(table.table.messages(), 2U);
+}
+
 TEST(CallTable, WaitsForAllLegs) {
   Table table;
   for (Sip message : plainCall()) table.take(message);

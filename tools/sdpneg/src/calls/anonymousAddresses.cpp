@@ -160,7 +160,9 @@ std::optional<AddressInText> leadingIp4(std::string_view text, char separator) {
 std::optional<AddressInText> leadingIp6(std::string_view text) {
   constexpr std::size_t kLongest = 45;  // with an IPv4 address at its end
   std::size_t size = 0;
-  while (size < text.size() && size <= kLongest && isAddress6Character(text[size])) ++size;
+  // Of three colons in a row the last one is no part of it.
+  const auto isThird = [&](std::size_t at) { return at >= 2 && text.substr(at - 2, 3) == ":::"; };
+  while (size < text.size() && size <= kLongest && isAddress6Character(text[size]) && !isThird(size)) ++size;
   while (size != 0) {
     const std::string_view candidate = text.substr(0, size);
     const bool isOpen = size < text.size() && isWordCharacter(text[size]) && isWordCharacter(text[size - 1]);

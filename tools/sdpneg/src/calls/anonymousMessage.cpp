@@ -81,19 +81,30 @@ std::size_t writeHeader(Replacements& replacements, std::string_view text, BodyF
   return lines.bodyBegin();
 }
 
-/// Says the length of a body that had `before` bytes and now has `after`, where another one was said before, with the same
-/// difference.
+/// The length that is said of a body that has `after` bytes, where `said` was of one of `before`: right or wrong by as much.
+std::size_t lengthOf(std::size_t said, std::size_t before, std::size_t after) {
+  if (said < before) return after - std::min(after, before - said);
+  return after + std::min(said - before, std::numeric_limits<std::size_t>::max() - after);
+}
+
+/// Says the length of a body where another one was said before.
 void correctLengths(const BodyFacts& facts, std::size_t before, std::size_t after, std::string& out) {
-  for (auto length = facts.lengths.rbegin(); length != facts.lengths.rend(); ++length) {
-    std::size_t value = after;
-    if (length->value >= before) {
-      const std::size_t more = length->value - before;
-      value += std::min(more, std::numeric_limits<std::size_t>::max() - after);
+  if (facts.lengths.empty()) return;
+  const std::size_t first = facts.lengths.front().begin;
+  std::string corrected;
+  std::size_t at = first;
+  for (const BodyFacts::Length& length : facts.lengths) {
+    corrected.append(out, at, length.begin - at);
+    const std::size_t value = lengthOf(length.value, before, after);
+    at = length.begin + length.size;
+    if (value == length.value) {
+      corrected.append(out, length.begin, length.size);
     } else {
-      value -= std::min(value, before - length->value);
+      corrected += std::to_string(value);
     }
-    if (value != length->value) out.replace(length->begin, length->size, std::to_string(value));
   }
+  corrected.append(out, at);
+  out.replace(first, std::string::npos, corrected);
 }
 
 void writeStartLine(Replacements& replacements, std::string_view line, std::string& out) {

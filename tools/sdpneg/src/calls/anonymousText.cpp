@@ -277,9 +277,14 @@ int hexValue(char c) {
   return small >= 'a' && small <= 'f' ? small - 'a' + 10 : -1;
 }
 
-bool isEscape(std::string_view text, std::size_t at) {
-  return at + 2 < text.size() && text[at] == '%' && hexValue(text[at + 1]) >= 0 &&
-         hexValue(text[at + 2]) >= 0;
+/// Whether an escape stands there, and not a % in front of what is known: an address, a number or a name may begin like one.
+bool isEscape(const Replacements& replacements, std::string_view text, std::size_t at) {
+  if (at + 2 >= text.size() || text[at] != '%') return false;
+  if (hexValue(text[at + 1]) < 0 || hexValue(text[at + 2]) < 0) return false;
+  const std::string_view behind = text.substr(at + 1);
+  const std::string_view word = behind.substr(0, sizeOf(behind, isWordCharacter));
+  const bool isKnown = isNumber(word) ? replacements.numbers.isKnown(word) : replacements.names.isKnown(word);
+  return !isKnown && !leadingIp4(behind);
 }
 
 bool isUnreserved(char c) {
@@ -289,7 +294,7 @@ bool isUnreserved(char c) {
 
 /// What stands escaped is looked at without its escapes.
 void writeComponent(Replacements& replacements, std::string_view escaped, Care care, std::string& out) {
-  const std::string plain = unescaped(escaped);
+  const std::string plain = unescaped(replacements, escaped);
   std::string written;
   Writer(replacements, plain, care, written).write();
   if (written == plain) {
@@ -307,11 +312,11 @@ void writeText(Replacements& replacements, std::string_view text, Care care, std
     const std::size_t percent = text.find('%', at);
     if (percent == std::string_view::npos) break;
     at = percent + 1;
-    if (!isEscape(text, percent)) continue;
+    if (!isEscape(replacements, text, percent)) continue;
     std::size_t begin = percent;
     while (begin > plainFrom && isUnreserved(text[begin - 1])) --begin;
     std::size_t end = percent;
-    while (end < text.size() && (isUnreserved(text[end]) || isEscape(text, end)))
+    while (end < text.size() && (isUnreserved(text[end]) || isEscape(replacements, text, end)))
       end += text[end] == '%' ? std::size_t{3} : std::size_t{1};
     Writer(replacements, text.substr(plainFrom, begin - plainFrom), care, out).write();
     writeComponent(replacements, text.substr(begin, end - begin), care, out);
@@ -372,10 +377,10 @@ void writeHidden(std::string_view text, std::string& out) {
   for (const char c : text) out += c == '\r' || c == '\n' ? c : 'x';
 }
 
-std::string unescaped(std::string_view text) {
+std::string unescaped(const Replacements& replacements, std::string_view text) {
   std::string plain;
   for (std::size_t at = 0; at < text.size(); ++at) {
-    if (isEscape(text, at)) {
+    if (isEscape(replacements, text, at)) {
       plain += static_cast<char>(hexValue(text[at + 1]) * 16 + hexValue(text[at + 2]));
       at += 2;
     } else {

@@ -52,8 +52,8 @@ void writeSecret(const Replacements& replacements, std::string_view secret, std:
 /// Writes an x for each character but those that end lines.
 void writeHidden(std::string_view text, std::string& out);
 
-/// A text without escapes (%41).
-std::string unescaped(std::string_view text);
+/// A text without escapes (%41). What is known may stand behind a % that is none.
+std::string unescaped(const Replacements& replacements, std::string_view text);
 /// Writes a text with escapes for all but letters, digits and these marks.
 void writeEscaped(std::string_view text, std::string_view marks, std::string& out);
 /// What need not be escaped wherever escapes are (RFC 3261 25.1).

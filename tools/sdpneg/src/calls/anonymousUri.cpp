@@ -118,7 +118,7 @@ std::pair<std::string_view, std::string_view> withoutBlanks(std::string_view tex
 
 /// A user as it stands in a URI: a number, or words.
 void writeUser(Replacements& replacements, std::string_view user, std::string& out) {
-  const std::string plain = unescaped(user);
+  const std::string plain = unescaped(replacements, user);
   std::string written;
   const std::optional<AddressInText> address = leadingIp4(plain);
   if ((address && address->size == plain.size()) || !writeNumber(replacements, plain, written)) {
@@ -178,7 +178,7 @@ void writeHeaders(Replacements& replacements, std::string_view text, std::string
     if (value == npos) return writeText(replacements, header, Care::open, out);
     writeText(replacements, header.substr(0, value), Care::protocol, out);
     out += '=';
-    const std::string plain = unescaped(header.substr(value + 1));
+    const std::string plain = unescaped(replacements, header.substr(value + 1));
     std::string written;
     bool isFirst = true;
     writePieces(plain, ";", written, [&](std::string_view piece) {
@@ -189,7 +189,7 @@ void writeHeaders(Replacements& replacements, std::string_view text, std::string
       }
     });
     if (written == plain) {
-      out += header.substr(value + 1);
+      writeText(replacements, header.substr(value + 1), Care::protocol, out);
     } else {
       writeEscaped(written, "-_.!~*'()[]/?:+$", out);
     }

@@ -74,6 +74,7 @@ TEST(Anonymizer, ReplacesWhatTellsWhoSpeaksInHeaders) {
        "Warning: 399 pbx.domain1.example \"Name1 missing\""},
       {"Refer-To: <sip:bob@example.org?Replaces=a1%4010.9.8.7%3Bto-tag%3Dxx%3Bfrom-tag%3Dyy>",
        "Refer-To: <sip:name1@domain1.example?Replaces=a1%4010.0.0.1%3Bto-tag%3Dxx%3Bfrom-tag%3Dyy>"},
+      {"X-Odd: a%81.2.3.4, %41lice b%2081.2.3.4", "X-Odd: name1%192.0.2.1, Name2 name3%20192.0.2.1"},
       {"From: <sip:anonymous@anonymous.invalid>", "From: <sip:anonymous@anonymous.invalid>"},
       {"Contact: <sip:127.0.0.1>;+sip.instance=\"<urn:uuid:12345678-1234-1234-1234-123456789abc>\"",
        "Contact: <sip:127.0.0.1>;+sip.instance=\"<urn:uuid:00000000-0000-4000-8000-000000000001>\""},

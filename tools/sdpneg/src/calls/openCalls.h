@@ -57,10 +57,10 @@ struct OpenLeg {
   std::vector<std::string> originKeys;
   std::vector<Flow> invites;  ///< ways that its INVITEs went
   std::vector<LegAttempt> attempts;
-  CaptureTime answered;     ///< when the INVITE got its final response
-  bool isAnswered = false;  ///< whether it did
+  CaptureTime answered;              ///< when the INVITE got its final response
+  bool isAnswered = false;           ///< whether it did
   std::size_t answeredSequence = 0;  ///< the message that brought it
-  bool isCompared = false;  ///< whether time and numbers were compared
+  bool isCompared = false;           ///< whether time and numbers were compared
 
   Progress progress = Progress::ringing;
   bool hasInvite = false;              ///< whether one or a response to one was captured

@@ -55,10 +55,10 @@ Participants::Participants(const Call& call) {
       talkingToThemselves.insert(withoutPort(flow.source));
     }
   }
+  haveNoPorts_ = talkingToThemselves.empty();
   const auto add = [&](const Endpoint& endpoint) {
-    const Endpoint end =
-        talkingToThemselves.contains(withoutPort(endpoint)) ? endpoint : withoutPort(endpoint);
-    if (indices_.try_emplace(end, ends_.size()).second) ends_.push_back(end);
+    const bool hasPort = !haveNoPorts_ && talkingToThemselves.contains(withoutPort(endpoint));
+    ends_.add(hasPort ? endpoint : withoutPort(endpoint));
   };
   for (const CallMessage& message : call.messages) {
     add(message.flow.source);
@@ -67,10 +67,9 @@ Participants::Participants(const Call& call) {
 }
 
 std::size_t Participants::indexOf(const Endpoint& endpoint) const {
-  const auto found = indices_.find(endpoint);
-  if (found != indices_.end()) return found->second;
-  const auto whole = indices_.find(withoutPort(endpoint));
-  return whole == indices_.end() ? ends_.size() : whole->second;
+  if (haveNoPorts_) return ends_.find(withoutPort(endpoint));
+  const std::size_t found = ends_.find(endpoint);
+  return found == ends_.size() ? ends_.find(withoutPort(endpoint)) : found;
 }
 
 }  // namespace tool

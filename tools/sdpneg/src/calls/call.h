@@ -3,12 +3,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "calls/callKeys.h"
 #include "captures/capturedMessage.h"
 
 // A call of a capture: its legs, its messages, what they offer and answer, what hops made of bodies, and what is wrong.
@@ -147,8 +147,8 @@ class Participants {
     bool operator()(const Endpoint& one, const Endpoint& other) const;
   };
 
-  std::vector<Endpoint> ends_;
-  std::map<Endpoint, std::size_t, Order> indices_;  ///< as ends_ has them
+  NumberedKeys<Endpoint, Order> ends_;
+  bool haveNoPorts_ = true;
 };
 
 }  // namespace tool

@@ -1,6 +1,9 @@
 #include <algorithm>
+#include <compare>
 #include <map>
 #include <optional>
+#include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -9,22 +12,19 @@
 namespace tool {
 namespace {
 
-/// Parts of a key for a table, one after another.
-class Key {
- public:
-  Key& add(std::string_view part) {
-    text_.append(std::to_string(part.size())).append(":").append(part);
-    return *this;
-  }
-  Key& add(std::uint64_t part) {
-    text_.append(std::to_string(part)).append(" ");
-    return *this;
-  }
-  const std::string& text() const { return text_; }
+constexpr std::size_t kNobody = static_cast<std::size_t>(-1);
 
- private:
-  std::string text_;
+/// Two parties in a leg.
+struct Segment {
+  std::size_t leg = 0;
+  std::size_t one = 0;
+  std::size_t other = 0;
+
+  auto operator<=>(const Segment&) const = default;
 };
+
+/// A leg without parties, which come from 0.
+Segment anywhereIn(std::size_t leg) { return {leg, kNobody, kNobody}; }
 
 /// Reads the messages in their order.
 class ExchangeFinder {
@@ -43,8 +43,12 @@ class ExchangeFinder {
     std::optional<std::size_t> offer;  ///< of the request
     std::vector<std::size_t> exchanges;
     int finalStatus = 0;
-    std::map<std::string, Fork> forks;  ///< by To tag
+    std::map<std::string_view, Fork> forks;  ///< by To tag
   };
+  /// CSeq, where it goes, method and branch.
+  using TransactionKey = std::tuple<std::uint64_t, Segment, std::string_view, std::string_view>;
+  /// CSeq, where it goes and To tag.
+  using PendingKey = std::tuple<std::uint64_t, Segment, std::string_view>;
   /// An offer of a response that an ACK or a PRACK may answer.
   struct Pending {
     std::size_t exchange = 0;
@@ -62,29 +66,30 @@ class ExchangeFinder {
   bool isFirst(std::size_t offer);
 
   CallMessage& at(std::size_t index) { return call_->messages[index]; }
-  Key keyOfSegment(const CallMessage& message) const;
-  std::string keyOfTransaction(std::size_t index);
+  Segment segmentOf(const CallMessage& message) const;
+  TransactionKey keyOfTransaction(std::size_t index) const;
 
   Call* call_;
   std::span<const TransactionFacts> facts_;
   Participants participants_;
-  std::map<std::string, Transaction> transactions_;
-  std::map<std::string, Pending> pending_;     ///< by segment, and by dialog alone
-  std::map<std::string, std::size_t> firsts_;  ///< exchanges by segment
+  std::map<TransactionKey, Transaction> transactions_;
+  std::map<PendingKey, Pending> pending_;  ///< by segment, and by dialog alone
+  std::map<Segment, std::size_t> firsts_;  ///< exchanges
 };
 
 /// The two parties between which a message goes, in one leg.
-Key ExchangeFinder::keyOfSegment(const CallMessage& message) const {
+Segment ExchangeFinder::segmentOf(const CallMessage& message) const {
   const std::size_t source = participants_.indexOf(message.flow.source);
   const std::size_t destination = participants_.indexOf(message.flow.destination);
-  return Key().add(message.leg).add(std::min(source, destination)).add(std::max(source, destination));
+  return {message.leg, std::min(source, destination), std::max(source, destination)};
 }
 
-std::string ExchangeFinder::keyOfTransaction(std::size_t index) {
-  const CallMessage& message = at(index);
+ExchangeFinder::TransactionKey ExchangeFinder::keyOfTransaction(std::size_t index) const {
+  const CallMessage& message = call_->messages[index];
   // Branches tell segments apart as well.
-  Key key = facts_[index].branch.empty() ? keyOfSegment(message) : Key().add(message.leg);
-  return key.add(message.method).add(message.cseq).add(facts_[index].branch).text();
+  const std::string_view branch = facts_[index].branch;
+  return {message.cseq, branch.empty() ? segmentOf(message) : anywhereIn(message.leg), message.method,
+          branch};
 }
 
 void ExchangeFinder::setRole(std::size_t index, BodyRole role, std::optional<std::size_t> exchange) {
@@ -97,7 +102,7 @@ bool ExchangeFinder::isFirst(std::size_t offer) {
   const CallMessage& message = at(offer);
   const bool inDialog = message.status == 0 && (message.method == "INVITE" || message.method == "UPDATE") &&
                         !message.toTag.empty();
-  const auto [first, isNew] = firsts_.try_emplace(keyOfSegment(message).text(), call_->exchanges.size());
+  const auto [first, isNew] = firsts_.try_emplace(segmentOf(message), call_->exchanges.size());
   if (isNew) return !inDialog;
   const Exchange& known = call_->exchanges[first->second];
   if (known.offer == offer) return known.isFirst;
@@ -158,10 +163,9 @@ void ExchangeFinder::takeRequest(std::size_t index) {
 /// @return whether there is one
 bool ExchangeFinder::takeAcknowledgement(std::size_t index, std::uint64_t cseq) {
   const CallMessage& message = at(index);
-  auto found = pending_.find(keyOfSegment(message).add(cseq).add(message.toTag).text());
+  auto found = pending_.find({cseq, segmentOf(message), message.toTag});
   // An ACK may go another way than the INVITE (RFC 3261 12.2.1.1).
-  if (found == pending_.end())
-    found = pending_.find(Key().add(message.leg).add(cseq).add(message.toTag).text());
+  if (found == pending_.end()) found = pending_.find({cseq, anywhereIn(message.leg), message.toTag});
   if (found == pending_.end() || found->second.isAnswered) return false;
   Exchange& exchange = call_->exchanges[found->second.exchange];
   found->second.isAnswered = true;
@@ -191,8 +195,8 @@ void ExchangeFinder::takeBodyOf(Transaction& transaction, std::size_t index) {
   fork.isDone = true;
   fork.exchange = begin(transaction, index);
   setRole(index, BodyRole::offer, fork.exchange);
-  pending_[keyOfSegment(message).add(message.cseq).add(message.toTag).text()] = {*fork.exchange, false};
-  pending_[Key().add(message.leg).add(message.cseq).add(message.toTag).text()] = {*fork.exchange, false};
+  pending_[{message.cseq, segmentOf(message), message.toTag}] = {*fork.exchange, false};
+  pending_[{message.cseq, anywhereIn(message.leg), message.toTag}] = {*fork.exchange, false};
 }
 
 /// The answer of the final or of a reliable response is the one; that of an unreliable one is the same in advance

@@ -1,12 +1,13 @@
 #include <algorithm>
 #include <array>
-#include <map>
 #include <numeric>
 #include <optional>
 #include <set>
+#include <string_view>
 #include <vector>
 
 #include "calls/callAnalysis.h"
+#include "calls/callKeys.h"
 
 namespace tool {
 namespace {
@@ -22,24 +23,43 @@ struct Received {
   std::optional<std::size_t> lastOfOther;  ///< of another leg than the last one
 };
 
+/// The participants between which a message goes.
+struct Ends {
+  std::size_t source;
+  std::size_t destination;
+};
+
+/// Those of each message.
+std::vector<Ends> endsOf(const Call& call, const Participants& participants) {
+  std::vector<Ends> ends;
+  ends.reserve(call.messages.size());
+  for (const CallMessage& message : call.messages)
+    ends.push_back(
+        {participants.indexOf(message.flow.source), participants.indexOf(message.flow.destination)});
+  return ends;
+}
+
 /// Tells which participants are one party that has an address for each of two legs: the one that sent the first request
 /// of a leg, and the one that got such a request last before, in the leg that this was joined to, where these legs share
 /// no participant.
 /// @return a participant of each participant's party
-std::vector<std::size_t> partiesOf(const Call& call, const Participants& participants) {
+std::vector<std::size_t> partiesOf(const Call& call, const Participants& participants,
+                                   const std::vector<Ends>& ends) {
   std::vector<std::size_t> parties(participants.size());
   std::iota(parties.begin(), parties.end(), std::size_t{0});
+  if (call.legs.size() == 1) return parties;
   std::vector<std::set<std::size_t>> members(call.legs.size());
   std::vector<const CallMessage*> firsts(call.legs.size());
   std::vector<const CallMessage*> befores(call.legs.size());  ///< of the leg that it was joined to
   std::vector<const CallMessage*> lasts(call.legs.size());    ///< requests up to here
-  for (const CallMessage& message : call.messages) {
+  for (std::size_t index = 0; index < call.messages.size(); ++index) {
+    const CallMessage& message = call.messages[index];
     if (firsts[message.leg] == nullptr) {
       firsts[message.leg] = &message;
       befores[message.leg] = lasts[call.legs[message.leg].joinedTo];
     }
-    members[message.leg].insert(participants.indexOf(message.flow.source));
-    members[message.leg].insert(participants.indexOf(message.flow.destination));
+    members[message.leg].insert(ends[index].source);
+    members[message.leg].insert(ends[index].destination);
     if (message.status == 0) lasts[message.leg] = &message;
   }
   for (std::size_t leg = 1; leg < call.legs.size(); ++leg) {
@@ -59,14 +79,17 @@ class HopFinder {
  public:
   explicit HopFinder(Call& call)
       : call_(&call),
-        participants_(call),
-        parties_(partiesOf(call, participants_)),
-        sentOn_(call.messages.size()) {}
+        ends_(partyEndsOf(call)),
+        requests_(call.messages.size() / 4),
+        kinds_(kKeysOfMessage * call.messages.size()),
+        sentOn_(call.messages.size()) {
+    received_.reserve(kKeysOfMessage * call.messages.size());
+  }
 
   void take(std::size_t index);
 
  private:
-  using Key = std::string;
+  using Key = WordKeys::Key;
   /// The request that a message was sent on as in a leg.
   struct SentOn {
     std::size_t leg;
@@ -76,39 +99,55 @@ class HopFinder {
   /// How alike two messages must be, the most alike first.
   enum class Likeness : std::uint8_t { status, role, kind };
   static constexpr std::array kLikenesses = {Likeness::status, Likeness::role, Likeness::kind};
+  static constexpr std::size_t kKeysOfMessage = 2 * kLikenesses.size();
 
-  Key keyOf(const CallMessage& message, std::size_t participant, Likeness likeness) const;
-  static Key inRequest(Key key, const CallMessage& message);
-  std::optional<std::size_t> findBefore(const CallMessage& after) const;
+  /// The parties between which each message goes.
+  static std::vector<Ends> partyEndsOf(const Call& call);
+  Key keyOf(const CallMessage& message, std::size_t party, Likeness likeness) const;
+  static Key inRequest(Key key, std::size_t request) {
+    key.second |= std::uint64_t{request + 1} << 32U;
+    return key;
+  }
+  Received* find(const Key& key) {
+    const std::size_t number = kinds_.find(key);
+    return number == kinds_.size() ? nullptr : &received_[number];
+  }
+  Received& receivedAt(const Key& key) {
+    const std::size_t number = kinds_.add(key);
+    if (number == received_.size()) received_.emplace_back();
+    return received_[number];
+  }
+  std::optional<std::size_t> findBefore(std::size_t index);
   bool isUsable(std::size_t before, const CallMessage& after) const;
   void note(std::size_t index);
 
   const CallMessage& at(std::size_t index) const { return call_->messages[index]; }
-  std::size_t partyOf(const Endpoint& endpoint) const { return parties_[participants_.indexOf(endpoint)]; }
 
   Call* call_;
-  Participants participants_;
-  std::vector<std::size_t> parties_;  ///< by participant
-  std::map<Key, Received> received_;
+  std::vector<Ends> ends_;  ///< by message
+  NumberedKeys<std::string_view> methods_;
+  WordKeys requests_;  ///< by leg and CSeq
+  WordKeys kinds_;
+  std::vector<Received> received_;           ///< by kind
+  std::size_t method_ = 0;                   ///< of the message that is looked at
+  std::size_t request_ = 0;                  ///< its request
   std::vector<std::vector<SentOn>> sentOn_;  ///< by the message that came in
 };
 
-/// What a message and the one that it is sent on as have in common.
-HopFinder::Key HopFinder::keyOf(const CallMessage& message, std::size_t participant,
-                                Likeness likeness) const {
-  Key key = std::to_string(participant) + " " + message.method;
-  const int status = likeness == Likeness::status ? message.status : message.status / 100;
-  key.append(" ")
-      .append(std::to_string(status))
-      .append(" ")
-      .append(std::to_string(static_cast<int>(likeness)));
-  if (likeness != Likeness::kind) key.append(std::to_string(static_cast<int>(message.body)));
-  return key;
+std::vector<Ends> HopFinder::partyEndsOf(const Call& call) {
+  const Participants participants(call);
+  std::vector<Ends> ends = endsOf(call, participants);
+  const std::vector<std::size_t> parties = partiesOf(call, participants, ends);
+  for (Ends& each : ends) each = {parties[each.source], parties[each.destination]};
+  return ends;
 }
 
-/// The same request in the same leg, as proxies send it on.
-HopFinder::Key HopFinder::inRequest(Key key, const CallMessage& message) {
-  return key.append(" ").append(std::to_string(message.leg)).append(" ").append(std::to_string(message.cseq));
+/// What a message and the one that it is sent on as have in common.
+HopFinder::Key HopFinder::keyOf(const CallMessage& message, std::size_t party, Likeness likeness) const {
+  const int status = likeness == Likeness::status ? message.status : message.status / 100;
+  const std::uint64_t role = likeness == Likeness::kind ? 0 : static_cast<std::uint64_t>(message.body) + 1;
+  return {std::uint64_t{party} << 32U | method_,
+          static_cast<std::uint64_t>(status) << 8U | role << 4U | static_cast<std::uint64_t>(likeness)};
 }
 
 bool HopFinder::isUsable(std::size_t before, const CallMessage& after) const {
@@ -125,22 +164,22 @@ bool HopFinder::isUsable(std::size_t before, const CallMessage& after) const {
   return !isRepeat;
 }
 
-std::optional<std::size_t> HopFinder::findBefore(const CallMessage& after) const {
-  const std::size_t participant = partyOf(after.flow.source);
+std::optional<std::size_t> HopFinder::findBefore(std::size_t index) {
+  const CallMessage& after = at(index);
   for (const Likeness likeness : kLikenesses) {
     // Of another role is only what has no body any more.
     if (likeness == Likeness::kind && after.body != BodyRole::none) break;
-    const Key key = keyOf(after, participant, likeness);
-    const auto proxied = received_.find(inRequest(key, after));
-    if (proxied != received_.end()) {
-      const std::size_t before = *proxied->second.last;
-      const bool goesBack = partyOf(at(before).flow.source) == partyOf(after.flow.destination);
+    const Key key = keyOf(after, ends_[index].source, likeness);
+    // The same request in the same leg, as proxies send it on.
+    if (const Received* const proxied = find(inRequest(key, request_)); proxied != nullptr) {
+      const std::size_t before = *proxied->last;
+      const bool goesBack = ends_[before].source == ends_[index].destination;
       if (!goesBack) return before;
     }
-    const auto found = received_.find(key);
-    if (found == received_.end()) continue;
-    const bool isOwnLeg = at(*found->second.last).leg == after.leg;
-    const std::optional<std::size_t> before = isOwnLeg ? found->second.lastOfOther : found->second.last;
+    const Received* const found = find(key);
+    if (found == nullptr) continue;
+    const bool isOwnLeg = at(*found->last).leg == after.leg;
+    const std::optional<std::size_t> before = isOwnLeg ? found->lastOfOther : found->last;
     if (before && isUsable(*before, after)) return before;
   }
   return std::nullopt;
@@ -148,11 +187,10 @@ std::optional<std::size_t> HopFinder::findBefore(const CallMessage& after) const
 
 void HopFinder::note(std::size_t index) {
   const CallMessage& message = at(index);
-  const std::size_t participant = partyOf(message.flow.destination);
   for (const Likeness likeness : kLikenesses) {
-    const Key key = keyOf(message, participant, likeness);
-    received_[inRequest(key, message)].last = index;
-    Received& received = received_[key];
+    const Key key = keyOf(message, ends_[index].destination, likeness);
+    receivedAt(inRequest(key, request_)).last = index;
+    Received& received = receivedAt(key);
     if (received.last && at(*received.last).leg != message.leg) received.lastOfOther = received.last;
     received.last = index;
   }
@@ -161,7 +199,9 @@ void HopFinder::note(std::size_t index) {
 void HopFinder::take(std::size_t index) {
   const CallMessage& message = at(index);
   if (message.retransmissionOf) return;
-  const std::optional<std::size_t> before = findBefore(message);
+  method_ = methods_.add(message.method);
+  request_ = requests_.add({message.leg, message.cseq});
+  const std::optional<std::size_t> before = findBefore(index);
   note(index);
   if (!before) return;
   std::vector<SentOn>& sent = sentOn_[*before];

@@ -1,8 +1,10 @@
 #include <set>
 #include <string_view>
 #include <tuple>
+#include <vector>
 
 #include "calls/callAnalysis.h"
+#include "calls/callKeys.h"
 #include "text/lines.h"
 
 namespace tool {
@@ -29,16 +31,34 @@ auto identityOf(const CallMessage& message, const TransactionFacts& facts) {
                     isOf(flow.destination.address), flow.destination.port);
 }
 
+/// The same for messages that repeat each other, and for few others.
+WordKeys::Key roughIdentityOf(const CallMessage& message) {
+  const Flow& flow = message.flow;
+  const std::uint64_t numbers = std::uint64_t{message.leg} << 32U |
+                                static_cast<std::uint64_t>(message.status) << 16U |
+                                std::uint64_t{message.method.size()} << 8U | message.toTag.size();
+  return {hashOf(flow) ^ message.cseq, numbers};
+}
+
 }  // namespace
 
 void markRetransmissions(Call& call, std::span<const TransactionFacts> facts) {
-  const auto precedes = [&](std::size_t one, std::size_t other) {
-    return identityOf(call.messages[one], facts[one]) < identityOf(call.messages[other], facts[other]);
-  };
+  const auto identity = [&](std::size_t index) { return identityOf(call.messages[index], facts[index]); };
+  const auto precedes = [&](std::size_t one, std::size_t other) { return identity(one) < identity(other); };
+  // Most are told apart by numbers alone. Of those that are not, each first one is in one of these.
+  WordKeys keys(call.messages.size());
+  std::vector<std::size_t> firstOfKey;
   std::set<std::size_t, decltype(precedes)> firsts(precedes);
   for (std::size_t index = 0; index < call.messages.size(); ++index) {
-    const auto [first, isNew] = firsts.insert(index);
-    if (!isNew) call.messages[index].retransmissionOf = *first;
+    CallMessage& message = call.messages[index];
+    const std::size_t key = keys.add(roughIdentityOf(message));
+    if (key == firstOfKey.size()) {
+      firstOfKey.push_back(index);
+    } else if (identity(firstOfKey[key]) == identity(index)) {
+      message.retransmissionOf = firstOfKey[key];
+    } else if (const auto [first, isNew] = firsts.insert(index); !isNew) {
+      message.retransmissionOf = *first;
+    }
   }
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <map>
 #include <tuple>
 #include <utility>
 
@@ -20,7 +19,7 @@ Neighbour neighbourOf(const Endpoint& endpoint, bool hasPort) {
 }  // namespace
 
 Segments::Segments(const Call& call) {
-  std::map<std::tuple<std::size_t, Neighbour, Neighbour>, std::size_t> known;
+  NumberedKeys<std::tuple<std::size_t, Neighbour, Neighbour>> known;
   ofMessage_.reserve(call.messages.size());
   for (const CallMessage& message : call.messages) {
     const Flow& flow = message.flow;
@@ -28,7 +27,7 @@ Segments::Segments(const Call& call) {
     Neighbour one = neighbourOf(flow.source, hasPorts);
     Neighbour other = neighbourOf(flow.destination, hasPorts);
     if (other < one) std::swap(one, other);
-    ofMessage_.push_back(known.try_emplace({message.leg, one, other}, known.size()).first->second);
+    ofMessage_.push_back(known.add({message.leg, one, other}));
   }
   size_ = known.size();
 }

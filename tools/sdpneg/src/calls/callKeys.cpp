@@ -1,0 +1,47 @@
+#include "calls/callKeys.h"
+
+#include <bit>
+
+#include "calls/keyedHash.h"
+
+namespace tool {
+namespace {
+
+constexpr std::size_t kLeastPlaces = 16;
+
+std::uint64_t hashOf(const WordKeys::Key& key) {
+  static const HashKey secret = HashKey::random();
+  __extension__ using Wide = unsigned __int128;
+  const Wide product = Wide{key.first ^ secret.first} * (key.second ^ secret.second);
+  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64U);
+}
+
+std::size_t placesFor(std::size_t keys) { return std::bit_ceil(kLeastPlaces + 2 * keys); }
+
+}  // namespace
+
+WordKeys::WordKeys(std::size_t expected) : places_(placesFor(expected)) { keys_.reserve(expected); }
+
+std::size_t WordKeys::placeOf(const Key& key) const {
+  const std::size_t mask = places_.size() - 1;
+  std::size_t place = hashOf(key) & mask;
+  while (places_[place] != 0 && !(keys_[places_[place] - 1] == key)) place = (place + 1) & mask;
+  return place;
+}
+
+std::size_t WordKeys::add(const Key& key) {
+  const std::size_t place = placeOf(key);
+  if (places_[place] != 0) return places_[place] - 1;
+  keys_.push_back(key);
+  places_[place] = static_cast<std::uint32_t>(keys_.size());
+  if (2 * keys_.size() > places_.size()) grow();
+  return keys_.size() - 1;
+}
+
+void WordKeys::grow() {
+  places_.assign(2 * places_.size(), 0);
+  for (std::size_t i = 0; i < keys_.size(); ++i)
+    places_[placeOf(keys_[i])] = static_cast<std::uint32_t>(i + 1);
+}
+
+}  // namespace tool

@@ -93,6 +93,12 @@ std::string shortForm(std::string_view sdp) {
 }
 
 void describeMedia(Call& call) {
+  BodyCache bodies;
+  bodies.begin(call);
+  describeMedia(call, bodies);
+}
+
+void describeMedia(Call& call, BodyCache& bodies) {
   // Of each two that talk in a leg the last exchange, in the order in which they begin to talk.
   const Segments segments(call);
   std::vector<const Exchange*> last(segments.size(), nullptr);
@@ -103,13 +109,12 @@ void describeMedia(Call& call) {
   }
   call.codecs.clear();
   std::vector<sdp::Security> securities;
-  sdp::Document offer;
-  sdp::Document answer;
   for (const Exchange* exchange : last) {
     if (exchange == nullptr) continue;
-    if (offer.read(call.messages[exchange->offer].sdp())) continue;
-    if (answer.read(call.messages[*exchange->answer].sdp())) continue;
-    const Agreed agreed = agreedOf(offer, answer);
+    const sdp::Document* const offer = bodies.ofAny(exchange->offer);
+    const sdp::Document* const answer = bodies.ofAny(*exchange->answer);
+    if (offer == nullptr || answer == nullptr) continue;
+    const Agreed agreed = agreedOf(*offer, *answer);
     for (const std::string& codec : agreed.codecs) {
       if (call.codecs.size() < 2 * kMostAgreedCodecs) addOnce(call.codecs, codec);
     }

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "calls/bodyCache.h"
 #include "calls/call.h"
 
 // What the bodies of a call say, in short.
@@ -17,6 +18,9 @@ std::string shortForm(std::string_view sdp);
 
 /// Fills in codecs and security of a call by its last exchange that was answered and not refused.
 void describeMedia(Call& call);
+/// The same for one call of many.
+/// @param bodies those of this call
+void describeMedia(Call& call, BodyCache& bodies);
 
 }  // namespace tool
 

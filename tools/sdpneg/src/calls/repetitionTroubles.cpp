@@ -1,6 +1,8 @@
 // Bodies that come again: versions of o-lines, and retransmissions.
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <map>
 #include <string_view>
 #include <tuple>
@@ -12,12 +14,14 @@ namespace tool {
 namespace {
 
 /// Who sends bodies to whom in a dialog: segment, address, own tag, the other's tag.
-using Sender = std::tuple<std::size_t, std::string, std::string_view, std::string_view>;
+using Sender =
+    std::tuple<std::size_t, AddressFamily, std::array<std::uint8_t, 16>, std::string_view, std::string_view>;
 
 Sender senderOf(const TroubleFinder& finder, std::size_t number) {
   const CallMessage& message = finder.call().messages[number];
   const bool isRequest = message.status == 0;
-  return {finder.segments().of(number), message.flow.source.address.text(),
+  const IpAddress& address = message.flow.source.address;
+  return {finder.segments().of(number), address.family, address.bytes,
           isRequest ? message.fromTag : message.toTag, isRequest ? message.toTag : message.fromTag};
 }
 
@@ -85,7 +89,7 @@ void findVersionTroubles(TroubleFinder& finder) {
     if (known == last.end() && !isOutside) {
       // The first one of a dialog follows what was sent before it was known with whom it would be.
       Sender toAnyone = sender;
-      std::get<3>(toAnyone) = {};
+      std::get<4>(toAnyone) = {};
       known = last.find(toAnyone);
     }
     // A request outside of a dialog begins anew: another attempt of a call.

@@ -9,48 +9,12 @@ namespace {
 
 /// Troubles that are told of a call.
 constexpr std::size_t kMostTroubles = 1000;
-/// Bytes of bodies that are gone through for each one of the call, and beside these.
-constexpr std::size_t kCostOfByte = 16;
-constexpr std::size_t kCostOfCall = std::size_t{16} * 1024 * 1024;
-
-std::size_t budgetOf(const Call& call) {
-  std::size_t size = 0;
-  for (const CallMessage& message : call.messages) size += message.text.size();
-  return kCostOfCall + kCostOfByte * size;
-}
-
 }  // namespace
 
-BodyCache::BodyCache(const Call& call) : call_(call), left_(budgetOf(call)) {}
-
-bool BodyCache::spend(std::size_t bytes) {
-  isSpent_ = isSpent_ || bytes > left_;
-  left_ -= std::min(bytes, left_);
-  return !isSpent_;
-}
-
-const sdp::Document* BodyCache::of(std::size_t message) {
-  Slot* slot = slots_.data();
-  for (Slot& candidate : slots_) {
-    if (candidate.message == message) {
-      candidate.used = ++clock_;
-      return &candidate.body;
-    }
-    if (candidate.used < slot->used) slot = &candidate;
-  }
-  const std::string_view text = call_.messages[message].sdp();
-  if (!spend(text.size() + 1)) return nullptr;
-  slot->message = kNowhere;
-  if (slot->body.read(text)) return nullptr;
-  slot->message = message;
-  slot->used = ++clock_;
-  return &slot->body;
-}
-
-TroubleFinder::TroubleFinder(Call& call)
+TroubleFinder::TroubleFinder(Call& call, BodyCache& bodies)
     : call_(call),
       segments_(call),
-      bodies_(call),
+      bodies_(bodies),
       before_(call.messages.size(), kNowhere),
       after_(call.messages.size(), kNowhere),
       answers_(call.messages.size(), kNowhere),
@@ -92,14 +56,12 @@ void TroubleFinder::tell(std::string_view rule, bool isWarning, const TroublePla
 }
 
 bool TroubleFinder::isNews(std::string_view rule, std::size_t first, std::size_t second) {
-  return told_.insert({rule, textOf(first), textOf(second)}).second;
+  return told_.insert({textOf(first), textOf(second), rule}).second;
 }
 
 std::size_t TroubleFinder::textOf(std::size_t message) {
   std::size_t& number = textNumbers_[message];
-  if (number == kNowhere) {
-    number = texts_.try_emplace(call_.messages[message].sdp(), texts_.size()).first->second;
-  }
+  if (number == kNowhere) number = texts_.add(call_.messages[message].sdp());
   return number;
 }
 

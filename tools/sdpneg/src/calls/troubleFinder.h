@@ -1,10 +1,8 @@
 #ifndef SDPNEG_TROUBLE_FINDER_H
 #define SDPNEG_TROUBLE_FINDER_H
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -13,10 +11,11 @@
 #include <utility>
 #include <vector>
 
+#include "calls/bodyCache.h"
 #include "calls/call.h"
+#include "calls/callKeys.h"
 #include "calls/sdpFacts.h"
 #include "calls/segments.h"
-#include "sdpDocument.h"
 
 // What those who look for troubles share: bodies, hops, and where troubles are put. Its cost is bounded by the size of the
 // call.
@@ -24,31 +23,6 @@
 namespace tool {
 
 inline constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
-
-/// Bodies that were read last. Relays repeat them, and an offer has several answers.
-class BodyCache {
- public:
-  explicit BodyCache(const Call& call);
-
-  /// The body of a message. It serves until four others were asked for.
-  /// @return null when as much was read as a call of this size may cost
-  const sdp::Document* of(std::size_t message);
-  bool isSpent() const { return isSpent_; }
-  /// To be called before bodies that were read are gone through again.
-  bool spend(std::size_t bytes);
-
- private:
-  struct Slot {
-    sdp::Document body;
-    std::size_t message = kNowhere;
-    std::size_t used = 0;
-  };
-  const Call& call_;
-  std::array<Slot, 6> slots_;
-  std::size_t clock_ = 0;
-  std::size_t left_;
-  bool isSpent_ = false;
-};
 
 /// A place in a call.
 struct TroublePlace {
@@ -59,7 +33,8 @@ struct TroublePlace {
 
 class TroubleFinder {
  public:
-  explicit TroubleFinder(Call& call);
+  /// @param bodies of this call
+  TroubleFinder(Call& call, BodyCache& bodies);
 
   const Call& call() const { return call_; }
   const Segments& segments() const { return segments_; }
@@ -89,14 +64,14 @@ class TroubleFinder {
 
   Call& call_;
   Segments segments_;
-  BodyCache bodies_;
+  BodyCache& bodies_;
   std::vector<std::size_t> before_;
   std::vector<std::size_t> after_;
   std::vector<std::size_t> answers_;  ///< by message: an exchange
   std::vector<std::size_t> offers_;
-  std::map<std::string_view, std::size_t> texts_;
+  NumberedKeys<std::string_view> texts_;
   std::vector<std::size_t> textNumbers_;  ///< by message
-  std::set<std::tuple<std::string_view, std::size_t, std::size_t>> told_;
+  std::set<std::tuple<std::size_t, std::size_t, std::string_view>> told_;
   std::pair<std::size_t, std::size_t> counted_{kNowhere,
                                                0};  ///< a message and the lines in front of its body
   bool hasMore_ = false;

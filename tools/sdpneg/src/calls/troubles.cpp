@@ -29,8 +29,14 @@ constexpr std::array<TroubleRule, 13> kRules = {{
 std::span<const TroubleRule> troubleRules() { return kRules; }
 
 void findTroubles(Call& call) {
+  BodyCache bodies;
+  bodies.begin(call);
+  findTroubles(call, bodies);
+}
+
+void findTroubles(Call& call, BodyCache& bodies) {
   call.troubles.clear();
-  TroubleFinder finder(call);
+  TroubleFinder finder(call, bodies);
   findHopTroubles(finder);
   findDirectionTroubles(finder);
   findAddressTroubles(finder);

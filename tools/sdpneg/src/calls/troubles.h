@@ -4,6 +4,7 @@
 #include <span>
 #include <string_view>
 
+#include "calls/bodyCache.h"
 #include "calls/call.h"
 
 // What is wrong in a call: findings of the judge for each pair of offer and answer, and what is known to go wrong between
@@ -21,6 +22,9 @@ std::span<const TroubleRule> troubleRules();
 
 /// Fills in what is wrong, by message.
 void findTroubles(Call& call);
+/// The same for one call of many.
+/// @param bodies those of this call
+void findTroubles(Call& call, BodyCache& bodies);
 
 }  // namespace tool
 

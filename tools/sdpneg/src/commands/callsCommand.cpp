@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "calls/anonymizer.h"
+#include "calls/bodyCache.h"
 #include "calls/callOrder.h"
 #include "calls/media.h"
 #include "calls/secrets.h"
@@ -133,9 +134,10 @@ class Run {
   }
 
   void takeCall(Call& call) {
-    describeMedia(call);
     if (!options_.filter.matches(call)) return;
-    findTroubles(call);
+    bodies_.begin(call);
+    describeMedia(call, bodies_);
+    findTroubles(call, bodies_);
     hasTroubles_ = hasTroubles_ || !call.troubles.empty();
     if (options_.troublesOnly && options_.asJson && call.troubles.empty()) return;
     if (writer_) writeMessages(call);
@@ -234,6 +236,7 @@ class Run {
   std::unique_ptr<FileReplacement> captureFile_;
   std::unique_ptr<CaptureWriter> writer_;
   Anonymizer anonymizer_;
+  BodyCache bodies_;
   CallOrder order_;
   CallTable table_;
   CaptureSet set_;

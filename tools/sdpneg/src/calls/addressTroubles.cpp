@@ -1,7 +1,11 @@
 // Addresses that those who get them cannot reach.
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <set>
+#include <string_view>
+#include <tuple>
 #include <utility>
 
 #include "calls/troubleFinder.h"
@@ -62,6 +66,8 @@ std::optional<Given> privateAddress(const sdp::Section& section) {
 
 /// The private addresses that each sender has given.
 using Told = std::set<std::pair<std::string, std::string>>;
+/// A body and its sender.
+using Sent = std::tuple<std::string_view, AddressFamily, std::array<std::uint8_t, 16>>;
 
 void lookAt(TroubleFinder& finder, std::size_t number, Told& told) {
   const sdp::Document* const body = finder.bodies().of(number);
@@ -86,11 +92,14 @@ void lookAt(TroubleFinder& finder, std::size_t number, Told& told) {
 
 void findAddressTroubles(TroubleFinder& finder) {
   Told told;
+  NumberedKeys<Sent> sent;
   for (std::size_t i = 0; i < finder.call().messages.size(); ++i) {
     const CallMessage& message = finder.call().messages[i];
     if (message.sdpSize == 0 || message.retransmissionOf) continue;
     if (!isPublic(message.flow.destination.address)) continue;
-    lookAt(finder, i, told);
+    const IpAddress& sender = message.flow.source.address;
+    const std::size_t before = sent.size();
+    if (sent.add({message.sdp(), sender.family, sender.bytes}) == before) lookAt(finder, i, told);
   }
 }
 

@@ -4,10 +4,10 @@
 #include <iterator>
 #include <limits>
 #include <optional>
-#include <unordered_map>
 #include <utility>
 
 #include "calls/callAnalysis.h"
+#include "calls/callKeys.h"
 #include "calls/legJoiner.h"
 #include "calls/messageFacts.h"
 #include "calls/openCalls.h"
@@ -34,61 +34,53 @@ CaptureTime usableTime(CaptureTime time) {
 /// Longer than any call is silent, in microseconds.
 constexpr std::int64_t kFarAhead = std::int64_t{7} * 86400 * 1000000;
 
-/// Puts messages in the order of their times. Those without one stay behind the one that they came after.
-void sortByTime(std::vector<OpenMessage>& messages) {
-  std::ranges::sort(messages, {}, &OpenMessage::sequence);
-  const bool areSorted = std::ranges::is_sorted(
-      messages, {}, [](const OpenMessage& message) { return message.message.time.value_or(0); });
-  if (areSorted) return;
+/// The messages in the order of their times. Those without one stay behind the one that they came after.
+std::vector<OpenMessage*> inOrder(std::vector<OpenMessage>& messages) {
   struct Place {
     std::int64_t time;
-    std::size_t index;
+    OpenMessage* message;
   };
   std::vector<Place> places;
+  places.reserve(messages.size());
+  for (OpenMessage& message : messages) places.push_back({0, &message});
+  const auto sequenceOf = [](const Place& place) { return place.message->sequence; };
+  if (!std::ranges::is_sorted(places, {}, sequenceOf)) std::ranges::sort(places, {}, sequenceOf);
   std::int64_t time = 0;
-  for (std::size_t index = 0; index < messages.size(); ++index) {
-    time = messages[index].message.time.value_or(time);
-    places.push_back({time, index});
-  }
-  std::ranges::stable_sort(places, {}, &Place::time);
-  std::vector<OpenMessage> sorted;
-  sorted.reserve(messages.size());
-  for (const Place& place : places) sorted.push_back(std::move(messages[place.index]));
-  messages = std::move(sorted);
+  for (Place& place : places) place.time = time = place.message->message.time.value_or(time);
+  if (!std::ranges::is_sorted(places, {}, &Place::time)) std::ranges::stable_sort(places, {}, &Place::time);
+  std::vector<OpenMessage*> order;
+  order.reserve(messages.size());
+  for (const Place& place : places) order.push_back(place.message);
+  return order;
 }
 
 /// The legs of a call in the order in which they begin, with the joins that lead from the first one to them.
-void takeLegs(OpenCall& open, Call& call) {
-  std::unordered_map<const OpenLeg*, std::size_t> indices;
-  std::vector<OpenLeg*> legs;
-  for (OpenMessage& message : open.messages) {
-    const auto [found, isNew] = indices.try_emplace(message.leg, legs.size());
-    if (isNew) legs.push_back(message.leg);
-    message.message.leg = found->second;
-  }
-  makeRoot(*legs.front());
-  for (OpenLeg* const openLeg : legs) {
-    Leg leg;
-    leg.joinedTo = openLeg->parent == nullptr ? 0 : indices[openLeg->parent];
+void takeLegs(const std::vector<OpenMessage*>& messages, Call& call) {
+  NumberedKeys<OpenLeg*> legs;
+  for (OpenMessage* const message : messages) message->message.leg = legs.add(message->leg);
+  makeRoot(*legs[0]);
+  call.legs.reserve(legs.size());
+  for (OpenLeg* const openLeg : legs.keys()) {
+    Leg& leg = call.legs.emplace_back();
+    leg.joinedTo = openLeg->parent == nullptr ? 0 : legs.find(openLeg->parent);
     leg.callId = std::move(openLeg->callId);
     leg.joinedBy = openLeg->joinedBy;
     leg.joinDetail = std::move(openLeg->joinDetail);
-    call.legs.push_back(std::move(leg));
   }
 }
 
 /// Makes a call of an open one.
 Call closed(OpenCall&& open) {
-  sortByTime(open.messages);
+  const std::vector<OpenMessage*> order = inOrder(open.messages);
   Call call;
   call.number = open.number;
-  takeLegs(open, call);
+  takeLegs(order, call);
   std::vector<TransactionFacts> facts;
   facts.reserve(open.messages.size());
   call.messages.reserve(open.messages.size());
-  for (OpenMessage& message : open.messages) {
-    call.messages.push_back(std::move(message.message));
-    facts.push_back(std::move(message.facts));
+  for (OpenMessage* const message : order) {
+    call.messages.push_back(std::move(message->message));
+    facts.push_back(std::move(message->facts));
   }
   markRetransmissions(call, facts);
   findExchanges(call, facts);
@@ -122,7 +114,7 @@ class CallTable::Impl {
   };
   void takeAhead(bool isTimeToGoOn);
   void takeInTurn(const CapturedMessage& message);
-  void keep(const CapturedMessage& captured, MessageFacts facts);
+  void keep(const CapturedMessage& captured, MessageFacts&& facts, OpenLeg* leg);
   void giveAwayOver();
   void giveAwayTooMany();
   void giveAway(OpenCall& open, bool isGivenUp);
@@ -164,21 +156,20 @@ void CallTable::Impl::takeInTurn(const CapturedMessage& message) {
   giveAwayOver();
   view_.read(message.text);
   std::optional<MessageFacts> facts = factsOf(view_);
-  const bool isOfCall = facts && !isOutside(facts->method) &&
-                        (beginsCall(facts->method) || calls_.find(facts->callId) != nullptr);
+  OpenLeg* const leg = facts && !isOutside(facts->method) ? calls_.find(facts->callId) : nullptr;
+  const bool isOfCall = leg != nullptr || (facts && beginsCall(facts->method));
   if (!isOfCall) {
     ++otherMessages_;
     return;
   }
-  keep(message, std::move(*facts));
+  keep(message, std::move(*facts), leg);
   giveAwayTooMany();
 }
 
-void CallTable::Impl::keep(const CapturedMessage& captured, MessageFacts facts) {
+void CallTable::Impl::keep(const CapturedMessage& captured, MessageFacts&& facts, OpenLeg* leg) {
   OpenMessage open;
   open.sequence = messages_;
-  open.leg = calls_.find(facts.callId);
-  if (open.leg == nullptr) open.leg = &calls_.begin(facts.callId, open.sequence);
+  open.leg = leg != nullptr ? leg : &calls_.begin(facts.callId, open.sequence);
   CallMessage& message = open.message;
   message.number = captured.number;
   message.time = usableTime(captured.time);

@@ -31,13 +31,19 @@ bool isCompanion(const CodecName& codec) { return codec.isCompanion; }
 /// A payload type that means something to one side, or to none.
 bool isUnknown(const CodecName& codec) { return codec.clockRate == 0; }
 
+/// What two sections have.
+struct CodecPair {
+  std::vector<CodecName> there;
+  std::vector<CodecName> here;
+};
+
 void findCodecTrouble(TroubleFinder& finder, const TroublePlace& place, const sdp::Section& offered,
-                      const sdp::Section& answered) {
-  std::vector<CodecName> there = codecsOf(offered);
-  std::vector<CodecName> here = codecsOf(answered);
+                      const sdp::Section& answered, CodecPair codecs) {
+  if (!commonCodecs(codecs.there, codecs.here).empty()) return;
+  auto& [there, here] = codecs;
   std::erase_if(there, isCompanion);
   std::erase_if(here, isCompanion);
-  if (there.empty() || !commonCodecs(offered, answered).empty()) return;
+  if (there.empty()) return;
   // What payload types without a name mean cannot be told.
   const auto isFormat = [](const sdp::Section& section, const CodecName& codec) {
     return isUnknown(codec) && section.format(codec.name).has_value();
@@ -53,9 +59,9 @@ void findCodecTrouble(TroubleFinder& finder, const TroublePlace& place, const sd
 }
 
 /// The clock rates of telephone-event, ascending.
-std::set<std::uint32_t> eventClocksOf(const sdp::Section& section) {
+std::set<std::uint32_t> eventClocksOf(const std::vector<CodecName>& codecs) {
   std::set<std::uint32_t> clocks;
-  for (const CodecName& codec : codecsOf(section)) {
+  for (const CodecName& codec : codecs) {
     if (sdpneg::equalNoCase(codec.name, "telephone-event")) clocks.insert(codec.clockRate);
   }
   return clocks;
@@ -70,10 +76,9 @@ std::string listOf(const std::set<std::uint32_t>& clocks) {
   return list;
 }
 
-void findEventTrouble(TroubleFinder& finder, const TroublePlace& place, const sdp::Section& offered,
-                      const sdp::Section& answered) {
-  const std::set<std::uint32_t> there = eventClocksOf(offered);
-  const std::set<std::uint32_t> here = eventClocksOf(answered);
+void findEventTrouble(TroubleFinder& finder, const TroublePlace& place, const CodecPair& codecs) {
+  const std::set<std::uint32_t> there = eventClocksOf(codecs.there);
+  const std::set<std::uint32_t> here = eventClocksOf(codecs.here);
   if (there.empty() || here.empty()) return;
   const bool hasCommon =
       std::ranges::any_of(here, [&](std::uint32_t clock) { return there.contains(clock); });
@@ -105,8 +110,9 @@ void findCodecTroubles(TroubleFinder& finder) {
       const sdp::Section offered = pair.offer->section(answered.index());
       if (!isActive(offered) || !isActive(answered) || !offered.isRtp() || !answered.isRtp()) continue;
       const TroublePlace place{*exchange.answer, answered.index()};
-      findCodecTrouble(finder, place, offered, answered);
-      findEventTrouble(finder, place, offered, answered);
+      const CodecPair codecs{codecsOf(offered), codecsOf(answered)};
+      findCodecTrouble(finder, place, offered, answered, codecs);
+      findEventTrouble(finder, place, codecs);
     }
   }
 }

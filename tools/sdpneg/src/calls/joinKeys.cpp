@@ -69,6 +69,23 @@ constexpr std::array kJoiningHeaders = {
     JoiningHeader{"P-Charging-Vector", HeaderKind::charging},
 };
 
+constexpr std::size_t kLetters = 32;
+constexpr std::size_t indexOfLetter(char letter) { return static_cast<unsigned char>(letter) % kLetters; }
+
+/// By the first letter: a bit for each length that a joining header has.
+constexpr std::array<std::uint32_t, kLetters> kLengths = [] {
+  std::array<std::uint32_t, kLetters> lengths{};
+  for (const JoiningHeader& header : kJoiningHeaders)
+    lengths[indexOfLetter(header.name.front())] |= std::uint32_t{1} << header.name.size();
+  return lengths;
+}();
+
+/// Whether a field may be one of them, which few are.
+bool mayJoin(std::string_view name) {
+  if (name.empty() || name.size() >= 32) return false;
+  return (kLengths[indexOfLetter(name.front())] >> name.size() & 1U) != 0;
+}
+
 std::string joined(std::string_view kind, std::string_view text) { return std::string(kind).append(text); }
 
 std::string lowered(std::string_view text) {
@@ -167,6 +184,7 @@ std::vector<JoinKey> headerKeys(const SipView& view, const std::vector<std::stri
     }
   }
   for (const HeaderLines::Field& field : view.fields()) {
+    if (!mayJoin(field.name)) continue;
     for (const JoiningHeader& header : kJoiningHeaders) {
       if (sdpneg::equalNoCase(field.name, header.name)) keys.addKnown(header.kind, field);
     }

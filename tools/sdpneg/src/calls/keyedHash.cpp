@@ -55,11 +55,21 @@ std::uint64_t keyedHash(const HashKey& key, std::string_view text) {
   State state = {key.first ^ 0x736F6D6570736575U, key.second ^ 0x646F72616E646F6DU,
                  key.first ^ 0x6C7967656E657261U, key.second ^ 0x7465646279746573U};
   const std::uint64_t size = text.size();
-  for (; text.size() >= 8; text.remove_prefix(8)) state.add(wordOf(text.substr(0, 8)));
+  for (; text.size() >= 8; text.remove_prefix(8)) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, text.data(), sizeof word);
+    if constexpr (std::endian::native != std::endian::little) word = wordOf(text.substr(0, 8));
+    state.add(word);
+  }
   state.add(size << 56U | wordOf(text));
   state.c ^= 0xFFU;
   for (int i = 0; i < 4; ++i) state.round();
   return state.a ^ state.b ^ state.c ^ state.d;
+}
+
+std::size_t KeyedHasher::operator()(std::string_view text) const {
+  static const HashKey key = HashKey::random();
+  return static_cast<std::size_t>(keyedHash(key, text));
 }
 
 }  // namespace tool

@@ -1,6 +1,7 @@
 #ifndef SDPNEG_KEYED_HASH_H
 #define SDPNEG_KEYED_HASH_H
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -17,6 +18,12 @@ struct HashKey {
 
 /// A hash that cannot be turned back, and whose equal values cannot be made, without its key (SipHash-2-4).
 std::uint64_t keyedHash(const HashKey& key, std::string_view text);
+
+/// For tables whose keys come from a capture: hashes with the key of the run.
+struct KeyedHasher {
+  using is_transparent = void;
+  std::size_t operator()(std::string_view text) const;
+};
 
 }  // namespace tool
 

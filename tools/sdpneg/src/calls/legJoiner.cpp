@@ -54,15 +54,15 @@ void addOnce(std::vector<Value>& values, const Value& value) {
 
 /// "192.0.2.1:5060" of a top Via "SIP/2.0/UDP 192.0.2.1:5060;branch=...".
 std::string sentByOf(const SipView& view) {
-  sdpneg::Words words(view.value("Via").value_or(""), " \t\r\n;,");
+  sdpneg::Words words(view.value(KnownField::via).value_or(""), " \t\r\n;,");
   words.next();
   return std::string(words.next().substr(0, kMostSender));
 }
 
 /// Who calls whom; nothing where that cannot be told.
 std::vector<std::string> numbersOf(const SipView& view) {
-  const std::string from = comparableUser(userOf(uriOf(view.value("From").value_or(""))));
-  const std::string to = comparableUser(userOf(uriOf(view.value("To").value_or(""))));
+  const std::string from = comparableUser(userOf(uriOf(view.value(KnownField::from).value_or(""))));
+  const std::string to = comparableUser(userOf(uriOf(view.value(KnownField::to).value_or(""))));
   const std::string target = comparableUser(userOf(uriOf(view.requestUri())));
   constexpr std::size_t kMostNumber = 128;
   std::vector<std::string> numbers;
@@ -107,6 +107,7 @@ void LegJoiner::look(OpenLeg& leg, const SipView& view, const CallMessage& messa
 }
 
 void LegJoiner::lookByCallId(OpenLeg& leg) {
+  if (named_.empty()) return;
   for (const std::string& key : keysOfCallId(leg.callId)) {
     const auto found = named_.find(key);
     if (found != named_.end()) calls_->join(leg, *found->second.leg, found->second.by, found->second.detail);

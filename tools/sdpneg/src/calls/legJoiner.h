@@ -3,15 +3,18 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "calls/joinKeys.h"
+#include "calls/keyedHash.h"
 #include "calls/openCalls.h"
 
 // Tells which open legs are of one call: by what their messages have in common, or by when and whom they call.
@@ -80,8 +83,8 @@ class LegJoiner {
 
   OpenCalls* calls_;
   std::vector<std::string> joinHeaders_;
-  std::map<std::string, Named> named_;
-  std::map<std::string, std::vector<OriginUse>> origins_;
+  std::unordered_map<std::string, Named, KeyedHasher, std::equal_to<>> named_;
+  std::unordered_map<std::string, std::vector<OriginUse>, KeyedHasher, std::equal_to<>> origins_;
   std::map<Attempt, OpenLeg*> attempts_;
 };
 

@@ -42,13 +42,15 @@ NamedAddress addressOf(std::string_view value) {
   return {rest.substr(open + 1, close - open - 1), orNothing(behind, behind.find(';'))};
 }
 
-std::string tagOf(const SipView& view, std::string_view name) {
+std::string tagOf(const SipView& view, KnownField name) {
   const std::optional<std::string_view> value = view.value(name);
-  return value ? findParameter(addressOf(*value).parameters, "tag").value_or("") : std::string();
+  if (!value) return {};
+  const std::string_view parameters = addressOf(*value).parameters;
+  return parameters.empty() ? std::string() : findParameter(parameters, "tag").value_or("");
 }
 
 std::string branchOf(const SipView& view) {
-  const std::string_view value = view.value("Via").value_or("");
+  const std::string_view value = view.value(KnownField::via).value_or("");
   return findParameter(value.substr(0, value.find(',')), "branch").value_or("");
 }
 
@@ -59,18 +61,20 @@ std::uint64_t numberOf(std::string_view word) {
 TransactionFacts transactionOf(const SipView& view) {
   TransactionFacts facts;
   facts.branch = branchOf(view);
-  facts.rseq = numberOf(view.value("RSeq").value_or(""));
-  sdpneg::Words words(view.value("RAck").value_or(""));
-  facts.ackRseq = numberOf(words.next());
-  facts.ackCseq = numberOf(words.next());
+  facts.rseq = numberOf(view.value(KnownField::rseq).value_or(""));
+  if (const auto rack = view.value(KnownField::rack)) {
+    sdpneg::Words words(*rack);
+    facts.ackRseq = numberOf(words.next());
+    facts.ackCseq = numberOf(words.next());
+  }
   return facts;
 }
 
 }  // namespace
 
 std::optional<MessageFacts> factsOf(const SipView& view) {
-  const std::optional<std::string_view> callId = view.value("Call-ID");
-  const std::optional<std::string_view> cseq = view.value("CSeq");
+  const std::optional<std::string_view> callId = view.value(KnownField::callId);
+  const std::optional<std::string_view> cseq = view.value(KnownField::cseq);
   if (!callId || callId->empty() || !cseq) return std::nullopt;
   sdpneg::Words words(*cseq);
   const std::string_view number = words.next();
@@ -81,8 +85,8 @@ std::optional<MessageFacts> factsOf(const SipView& view) {
   facts.status = view.status();
   facts.method = facts.status == 0 ? view.method() : method;
   facts.cseq = numberOf(number);
-  facts.fromTag = tagOf(view, "From");
-  facts.toTag = tagOf(view, "To");
+  facts.fromTag = tagOf(view, KnownField::from);
+  facts.toTag = tagOf(view, KnownField::to);
   facts.transaction = transactionOf(view);
   return facts;
 }

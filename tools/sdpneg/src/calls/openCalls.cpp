@@ -12,6 +12,8 @@ namespace {
 constexpr std::size_t kMostLegs = 256;
 constexpr std::size_t kMostDialogs = 16;
 constexpr std::size_t kMostTag = 256;
+/// That a leg has at least, as a rule.
+constexpr std::size_t kFewMessages = 8;
 
 /// Microseconds for which calls may be silent: retransmissions end after 32 seconds (RFC 3261 17.1.1.2); INVITEs are
 /// refreshed each minute (13.3.1.1); calls without session timers are silent as long as they last.
@@ -81,7 +83,7 @@ OpenLeg* OpenCalls::find(std::string_view callId) const {
 OpenLeg& OpenCalls::begin(const std::string& callId, std::size_t sequence) {
   std::list<OpenCall>& list = lists_[static_cast<std::size_t>(Progress::ringing)];
   OpenCall& call = list.emplace_back();
-  places_[&call] = std::prev(list.end());
+  call.place = std::prev(list.end());
   call.number = ++begun_;
   numbers_.insert(call.number);
   OpenLeg& leg = *call.legs.emplace_back(std::make_unique<OpenLeg>());
@@ -98,10 +100,10 @@ void OpenCalls::place(OpenCall& call) {
   std::list<OpenCall>& from = listOf(call);
   call.progress = progress;
   std::list<OpenCall>& into = listOf(call);
-  into.splice(into.end(), from, places_[&call]);
+  into.splice(into.end(), from, call.place);
 }
 
-void OpenCalls::add(OpenMessage message, std::int64_t now) {
+void OpenCalls::add(OpenMessage&& message, std::int64_t now) {
   OpenLeg& leg = *message.leg;
   OpenCall& call = *leg.call;
   leg.follow(message.message);
@@ -110,6 +112,7 @@ void OpenCalls::add(OpenMessage message, std::int64_t now) {
   bytes_ += size;
   call.lastTime = now;
   call.lastSequence = message.sequence;
+  if (call.messages.empty()) call.messages.reserve(kFewMessages);
   call.messages.push_back(std::move(message));
   place(call);
 }
@@ -136,9 +139,7 @@ bool OpenCalls::join(OpenLeg& leg, OpenLeg& other, JoinedBy by, const std::strin
   into.number = std::min(into.number, from.number);
   into.lastTime = std::max(into.lastTime, from.lastTime);
   into.lastSequence = std::max(into.lastSequence, from.lastSequence);
-  const auto old = places_.find(&from);
-  listOf(from).erase(old->second);
-  places_.erase(old);
+  listOf(from).erase(from.place);
   place(into);
   return true;
 }
@@ -179,11 +180,9 @@ OpenCall OpenCalls::remove(OpenCall& call) {
   for (const auto& leg : call.legs) legs_.erase(leg->callId);
   numbers_.erase(call.number);
   bytes_ -= call.bytes;
-  const auto place = places_.find(&call);
   std::list<OpenCall>& list = listOf(call);
   OpenCall removed = std::move(call);
-  list.erase(place->second);
-  places_.erase(place);
+  list.erase(removed.place);
   return removed;
 }
 

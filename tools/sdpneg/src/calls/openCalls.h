@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <list>
-#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -14,9 +13,10 @@
 #include <vector>
 
 #include "calls/call.h"
+#include "calls/keyedHash.h"
 #include "calls/messageFacts.h"
 
-// Calls of which more may come. What comes from a capture is looked up in order, not by hashes, which can be made to collide.
+// Calls of which more may come.
 
 namespace tool {
 
@@ -77,16 +77,15 @@ struct OpenCall {
   std::vector<OpenMessage> messages;
   std::size_t bytes = 0;
   Progress progress = Progress::ringing;
-  std::int64_t lastTime = 0;     ///< the capture's time when its last message came
-  std::size_t lastSequence = 0;  ///< its last message
+  std::int64_t lastTime = 0;            ///< the capture's time when its last message came
+  std::size_t lastSequence = 0;         ///< its last message
+  std::list<OpenCall>::iterator place;  ///< its own, in the list of its progress
 };
 
 /// The open calls by their Call-IDs and by their silence.
 class OpenCalls {
  public:
-  using Place = std::list<OpenCall>::iterator;
-
-  std::size_t size() const { return places_.size(); }
+  std::size_t size() const { return numbers_.size(); }
   std::size_t bytes() const { return bytes_; }
 
   /// Null where there is none.
@@ -94,7 +93,7 @@ class OpenCalls {
   /// A leg that is a call by itself.
   OpenLeg& begin(const std::string& callId, std::size_t sequence);
   /// Adds a message to the call of its leg, which has then been silent for no time.
-  void add(OpenMessage message, std::int64_t now);
+  void add(OpenMessage&& message, std::int64_t now);
   /// Makes the calls of two legs one.
   /// @return whether they are one now and were not before; calls with too many legs stay apart
   bool join(OpenLeg& leg, OpenLeg& other, JoinedBy by, const std::string& detail);
@@ -120,10 +119,9 @@ class OpenCalls {
   std::size_t begun_ = 0;
   std::set<std::size_t> numbers_;
   std::size_t bytes_ = 0;
-  std::map<std::string_view, OpenLeg*> legs_;  ///< the Call-IDs are those of the legs
+  std::unordered_map<std::string_view, OpenLeg*, KeyedHasher> legs_;  ///< the Call-IDs are those of the legs
   std::array<std::list<OpenCall>, kProgresses>
       lists_;  ///< by progress; those that are silent for longest first
-  std::unordered_map<const OpenCall*, Place> places_;
 };
 
 /// Makes a leg the one that all others of its call were joined to, one by one.

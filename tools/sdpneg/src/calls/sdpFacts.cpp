@@ -1,10 +1,12 @@
 #include "calls/sdpFacts.h"
 
 #include <algorithm>
-#include <set>
+#include <string_view>
 #include <utility>
 
+#include "calls/callKeys.h"
 #include "text/anyLines.h"
+#include "text/search.h"
 #include "text/shown.h"
 
 namespace tool {
@@ -12,16 +14,19 @@ namespace {
 
 constexpr std::size_t kMostCodecs = 256;
 
-std::string lowered(std::string_view text) {
-  std::string result(text);
-  std::ranges::transform(result, result.begin(), sdpneg::lower);
-  return result;
-}
+/// What makes two formats the same codec here. The name must stay where it is.
+struct CodecKey {
+  std::string_view name;
+  std::uint32_t clockRate = 0;
 
-/// What makes two formats the same codec here.
-std::pair<std::string, std::uint32_t> keyOf(const CodecName& codec) {
-  return {lowered(codec.name), codec.clockRate};
-}
+  bool operator==(const CodecKey& other) const {
+    return clockRate == other.clockRate && sdpneg::equalNoCase(name, other.name);
+  }
+  bool operator<(const CodecKey& other) const {
+    if (clockRate != other.clockRate) return clockRate < other.clockRate;
+    return std::ranges::lexicographical_compare(name, other.name, {}, sdpneg::lower, sdpneg::lower);
+  }
+};
 
 sdp::Security securityOfKeys(const sdp::Section& section) {
   if (!section.fingerprintHash().empty()) return sdp::Security::dtls;
@@ -118,27 +123,29 @@ sdp::Security agreedSecurity(const sdp::Section& offered, const sdp::Section& an
 std::vector<CodecName> codecsOf(const sdp::Section& section) {
   std::vector<CodecName> codecs;
   if (!section.isRtp()) return codecs;
-  std::set<std::pair<std::string, std::uint32_t>> known;
+  NumberedKeys<CodecKey> known;
   for (const sdp::Format& format : section.formats()) {
-    CodecName codec;
-    if (format.encoding) {
-      codec = {std::string(format.encoding->name), format.encoding->clockRate, format.isCompanion};
-    } else {
-      codec.name = format.format;
-    }
-    if (known.insert(keyOf(codec)).second) codecs.push_back(std::move(codec));
+    const CodecKey key = format.encoding ? CodecKey{format.encoding->name, format.encoding->clockRate}
+                                         : CodecKey{format.format, 0};
+    if (known.add(key) == codecs.size())
+      codecs.push_back({std::string(key.name), key.clockRate, format.encoding && format.isCompanion});
     if (codecs.size() == kMostCodecs) break;
   }
   return codecs;
 }
 
 std::vector<CodecName> commonCodecs(const sdp::Section& offered, const sdp::Section& answered) {
-  std::set<std::pair<std::string, std::uint32_t>> known;
-  for (const CodecName& codec : codecsOf(offered)) known.insert(keyOf(codec));
-  std::vector<CodecName> common = codecsOf(answered);
-  std::erase_if(common,
-                [&](const CodecName& codec) { return codec.isCompanion || !known.contains(keyOf(codec)); });
-  return common;
+  return commonCodecs(codecsOf(offered), codecsOf(answered));
+}
+
+std::vector<CodecName> commonCodecs(const std::vector<CodecName>& offered, std::vector<CodecName> answered) {
+  const auto keyOf = [](const CodecName& codec) { return CodecKey{codec.name, codec.clockRate}; };
+  NumberedKeys<CodecKey> known;
+  for (const CodecName& codec : offered) known.add(keyOf(codec));
+  std::erase_if(answered, [&](const CodecName& codec) {
+    return codec.isCompanion || known.find(keyOf(codec)) == known.size();
+  });
+  return answered;
 }
 
 std::string namesOf(const std::vector<CodecName>& codecs) {

@@ -50,6 +50,8 @@ struct CodecName {
 std::vector<CodecName> codecsOf(const sdp::Section& section);
 /// Those of the answer that were offered as well, in its order, without what serves codecs.
 std::vector<CodecName> commonCodecs(const sdp::Section& offered, const sdp::Section& answered);
+/// The same of lists that codecsOf() made.
+std::vector<CodecName> commonCodecs(const std::vector<CodecName>& offered, std::vector<CodecName> answered);
 /// "opus,PCMA" for people.
 std::string namesOf(const std::vector<CodecName>& codecs);
 

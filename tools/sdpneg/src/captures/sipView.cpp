@@ -36,6 +36,54 @@ constexpr std::array<std::pair<char, std::string_view>, 20> kCompactForms = {{
     {'y', "Identity"},
 }};
 
+/// What a name is in its long or compact form; nothing for any other name.
+std::optional<KnownField> knownField(std::string_view name) {
+  const auto either = [&](KnownField field, std::string_view longForm) {
+    return equalNoCase(name, longForm) ? std::optional(field) : std::nullopt;
+  };
+  const char first = name.empty() ? '\0' : sdpneg::lower(name.front());
+  switch (name.size()) {
+    case 1:
+      switch (first) {
+        case 'c':
+          return KnownField::contentType;
+        case 'e':
+          return KnownField::contentEncoding;
+        case 'f':
+          return KnownField::from;
+        case 'i':
+          return KnownField::callId;
+        case 'l':
+          return KnownField::contentLength;
+        case 't':
+          return KnownField::to;
+        case 'v':
+          return KnownField::via;
+        default:
+          return std::nullopt;
+      }
+    case 2:
+      return either(KnownField::to, "To");
+    case 3:
+      return either(KnownField::via, "Via");
+    case 4:
+      if (first == 'c') return either(KnownField::cseq, "CSeq");
+      if (first == 'f') return either(KnownField::from, "From");
+      return sdpneg::lower(name[1]) == 'a' ? either(KnownField::rack, "RAck")
+                                           : either(KnownField::rseq, "RSeq");
+    case 7:
+      return either(KnownField::callId, "Call-ID");
+    case 12:
+      return either(KnownField::contentType, "Content-Type");
+    case 14:
+      return either(KnownField::contentLength, "Content-Length");
+    case 16:
+      return either(KnownField::contentEncoding, "Content-Encoding");
+    default:
+      return std::nullopt;
+  }
+}
+
 bool isBlank(char c) { return c == ' ' || c == '\t'; }
 bool isFoldCharacter(char c) { return isBlank(c) || c == '\r' || c == '\n'; }
 
@@ -79,6 +127,8 @@ bool isHeaderName(std::string_view field, std::string_view name) {
 }
 
 std::string unfolded(std::string_view value) {
+  if (value.find('\n') == std::string_view::npos && value.find('\r') == std::string_view::npos)
+    return std::string(value);
   std::string result;
   result.reserve(value.size());
   for (std::size_t at = 0; at < value.size(); ++at) {
@@ -103,8 +153,15 @@ void SipView::read(std::string_view text) {
   startLine_ = sdpneg::content(text, sdpneg::lineAt(text, 0));
   kind_ = startLineOf(startLine_);
   fields_.clear();
+  known_.fill(0);
   HeaderLines lines(text);
-  while (const auto field = lines.next()) fields_.push_back(*field);
+  while (const auto field = lines.next()) {
+    fields_.push_back(*field);
+    if (const auto known = knownField(field->name)) {
+      std::size_t& place = known_[static_cast<std::size_t>(*known)];
+      if (place == 0) place = fields_.size();
+    }
+  }
   bodyBegin_ = lines.bodyBegin();
 }
 
@@ -140,15 +197,15 @@ std::vector<std::string_view> SipView::values(std::string_view name) const {
 
 std::string_view SipView::body() const {
   const std::string_view behind = text_.substr(bodyBegin_);
-  const std::optional<std::size_t> length = parseContentLength(value("Content-Length").value_or(""));
+  const std::optional<std::size_t> length = parseContentLength(value(KnownField::contentLength).value_or(""));
   return length ? behind.substr(0, *length) : behind;
 }
 
 std::optional<std::string_view> SipView::sdp() const {
   const std::string_view all = body();
-  const std::optional<std::string_view> type = value("Content-Type");
+  const std::optional<std::string_view> type = value(KnownField::contentType);
   if (all.empty() || !type) return std::nullopt;
-  if (equalNoCase(*type, "application/sdp") && !value("Content-Encoding")) return all;
+  if (equalNoCase(*type, "application/sdp") && !value(KnownField::contentEncoding)) return all;
   const BodyRange found = findSdpBody(text_);
   if (found.problem) return std::nullopt;
   return found.range.of(text_);

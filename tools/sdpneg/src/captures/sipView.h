@@ -1,7 +1,9 @@
 #ifndef SDPNEG_SIP_VIEW_H
 #define SDPNEG_SIP_VIEW_H
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -35,6 +37,21 @@ class HeaderLines {
   bool atEnd_ = false;
 };
 
+/// Fields that are asked for of every message.
+enum class KnownField : std::uint8_t {
+  callId,
+  contentEncoding,
+  contentLength,
+  contentType,
+  cseq,
+  from,
+  rack,
+  rseq,
+  to,
+  via
+};
+inline constexpr std::size_t kKnownFields = static_cast<std::size_t>(KnownField::via) + 1;
+
 /// Whether a field's name is this one or its compact form (RFC 3261 7.3.3), in whichever case.
 bool isHeaderName(std::string_view field, std::string_view name);
 
@@ -63,6 +80,12 @@ class SipView {
   /// @param name the long form; lines with the compact form count as well
   /// @return the first value of that name, maybe folded
   std::optional<std::string_view> value(std::string_view name) const;
+  /// The same without looking for it.
+  std::optional<std::string_view> value(KnownField field) const {
+    const std::size_t place = known_[static_cast<std::size_t>(field)];
+    if (place == 0) return std::nullopt;
+    return fields_[place - 1].value;
+  }
   /// All lines of that name. Values that one line has behind commas are not taken apart.
   std::vector<std::string_view> values(std::string_view name) const;
 
@@ -76,6 +99,7 @@ class SipView {
   StartLine kind_ = StartLine::none;
   std::string_view startLine_;
   std::vector<HeaderLines::Field> fields_;
+  std::array<std::size_t, kKnownFields> known_{};  ///< the first one of each, from 1; 0 where there is none
   std::size_t bodyBegin_ = 0;
 };
 

@@ -7,46 +7,65 @@
 namespace tool {
 namespace {
 
-constexpr std::string_view kBlanks = " \t";
+bool isBlank(char c) { return c == ' ' || c == '\t'; }
 
 std::string_view trim(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(kBlanks);
-  if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+  return text;
 }
 
-/// Takes a quoted string (RFC 3261 25.1), whose opening quote stands in front, or a token.
-std::string takeValue(std::string_view& rest, bool quoted) {
+/// A parameter's value as it stands there.
+struct RawValue {
+  std::string_view text;
+  bool isQuoted = false;
+
+  std::string unquoted() const;
+};
+
+std::string RawValue::unquoted() const {
+  if (!isQuoted) return std::string(text);
   std::string value;
-  while (!rest.empty()) {
-    const char c = rest.front();
-    if (quoted ? c == '"' : c == ';') break;
-    rest.remove_prefix(1);
-    if (!quoted || c != '\\' || rest.empty()) {
-      value += c;
-    } else {
-      value += rest.front();
-      rest.remove_prefix(1);
-    }
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] == '\\' && at + 1 < text.size()) ++at;
+    value += text[at];
   }
-  return quoted ? value : std::string(trim(value));
+  return value;
+}
+
+/// Takes a quoted string (RFC 3261 25.1), whose opening quote was taken.
+std::string_view takeQuoted(std::string_view& rest) {
+  std::size_t end = 0;
+  while (end < rest.size() && rest[end] != '"') {
+    const bool isEscape = rest[end] == '\\' && end + 1 < rest.size();
+    end += isEscape ? std::size_t{2} : std::size_t{1};
+  }
+  const std::string_view taken = rest.substr(0, end);
+  rest.remove_prefix(end);
+  return taken;
 }
 
 /// Takes one parameter and the semicolon behind it.
-void takeParameter(std::string_view& rest, std::string& name, std::string& value) {
-  const std::size_t nameEnd = std::min(rest.find_first_of("=;"), rest.size());
-  name = trim(rest.substr(0, nameEnd));
+std::string_view takeParameter(std::string_view& rest, RawValue& value) {
+  std::size_t nameEnd = 0;
+  while (nameEnd < rest.size() && rest[nameEnd] != '=' && rest[nameEnd] != ';') ++nameEnd;
+  const std::string_view name = trim(rest.substr(0, nameEnd));
   rest.remove_prefix(nameEnd);
-  value.clear();
+  value = {};
   if (!rest.empty() && rest.front() == '=') {
     rest.remove_prefix(1);
-    rest.remove_prefix(std::min(rest.find_first_not_of(kBlanks), rest.size()));
-    const bool quoted = !rest.empty() && rest.front() == '"';
-    if (quoted) rest.remove_prefix(1);
-    value = takeValue(rest, quoted);
+    while (!rest.empty() && isBlank(rest.front())) rest.remove_prefix(1);
+    value.isQuoted = !rest.empty() && rest.front() == '"';
+    if (value.isQuoted) {
+      rest.remove_prefix(1);
+      value.text = takeQuoted(rest);
+    } else {
+      value.text = trim(rest.substr(0, rest.find(';')));
+    }
   }
   const std::size_t semicolon = rest.find(';');
   rest.remove_prefix(semicolon == std::string_view::npos ? rest.size() : semicolon + 1);
+  return name;
 }
 
 }  // namespace
@@ -68,7 +87,7 @@ Header readHeader(std::string_view text, Range range) {
       break;
     }
     const std::size_t colon = line.find(':');
-    if (kBlanks.find(line.front()) != std::string_view::npos) {
+    if (isBlank(line.front())) {
       if (!header.fields.empty()) header.fields.back().value.append(" ").append(trim(line));
     } else if (colon != std::string_view::npos) {
       header.fields.push_back(
@@ -93,11 +112,9 @@ std::string_view valueWithoutParameters(std::string_view value) {
 std::optional<std::string> findParameter(std::string_view value, std::string_view name) {
   const std::size_t semicolon = value.find(';');
   std::string_view rest = semicolon == std::string_view::npos ? "" : value.substr(semicolon + 1);
-  std::string found;
-  std::string parameter;
+  RawValue found;
   while (!rest.empty()) {
-    takeParameter(rest, parameter, found);
-    if (sdpneg::equalNoCase(parameter, name)) return found;
+    if (sdpneg::equalNoCase(takeParameter(rest, found), name)) return found.unquoted();
   }
   return std::nullopt;
 }

@@ -91,9 +91,25 @@ Call closed(OpenCall&& open) {
 
 }  // namespace
 
+ClosedCall::ClosedCall(std::unique_ptr<OpenCall> open, bool isGivenUp)
+    : open_(std::move(open)), isGivenUp_(isGivenUp) {}
+
+ClosedCall::ClosedCall(ClosedCall&& other) noexcept = default;
+ClosedCall& ClosedCall::operator=(ClosedCall&& other) noexcept = default;
+ClosedCall::~ClosedCall() = default;
+
+std::size_t ClosedCall::bytes() const { return open_->bytes; }
+
+Call ClosedCall::analysed() {
+  Call call = closed(std::move(*open_));
+  call.isGivenUp = isGivenUp_;
+  open_.reset();
+  return call;
+}
+
 class CallTable::Impl {
  public:
-  Impl(CallOptions options, CallSink sink)
+  Impl(CallOptions options, ClosedCallSink sink)
       : options_(std::move(options)), sink_(std::move(sink)), joiner_(calls_, options_.joinHeaders) {}
 
   void take(const CapturedMessage& message);
@@ -102,7 +118,6 @@ class CallTable::Impl {
 
   std::size_t lowestOpen() const { return calls_.lowestNumber(); }
   std::size_t messages() const { return messages_; }
-  std::size_t retransmissions() const { return retransmissions_; }
   std::size_t otherMessages() const { return otherMessages_; }
   std::size_t openCalls() const { return calls_.size(); }
 
@@ -121,14 +136,13 @@ class CallTable::Impl {
   void close(OpenCall& open, bool isGivenUp);
 
   CallOptions options_;
-  CallSink sink_;
+  ClosedCallSink sink_;
   OpenCalls calls_;
   LegJoiner joiner_;
   SipView view_;
   std::int64_t now_ = 0;
   std::optional<Ahead> ahead_;
   std::size_t messages_ = 0;
-  std::size_t retransmissions_ = 0;
   std::size_t otherMessages_ = 0;
 };
 
@@ -210,10 +224,7 @@ void CallTable::Impl::giveAway(OpenCall& open, bool isGivenUp) {
 
 void CallTable::Impl::close(OpenCall& open, bool isGivenUp) {
   joiner_.forget(open);
-  Call call = closed(calls_.remove(open));
-  call.isGivenUp = isGivenUp;
-  retransmissions_ += call.retransmissions();
-  sink_(std::move(call));
+  sink_({std::make_unique<OpenCall>(calls_.remove(open)), isGivenUp});
 }
 
 void CallTable::Impl::passTime(std::int64_t now) {
@@ -232,6 +243,13 @@ void CallTable::Impl::finish() {
 }
 
 CallTable::CallTable(CallOptions options, CallSink sink)
+    : CallTable(std::move(options), ClosedCallSink([this, sink = std::move(sink)](ClosedCall&& closed) {
+                  Call call = closed.analysed();
+                  retransmissions_ += call.retransmissions();
+                  sink(std::move(call));
+                })) {}
+
+CallTable::CallTable(CallOptions options, ClosedCallSink sink)
     : impl_(std::make_unique<Impl>(std::move(options), std::move(sink))) {}
 
 CallTable::~CallTable() = default;
@@ -244,7 +262,7 @@ void CallTable::finish() { impl_->finish(); }
 
 std::size_t CallTable::messages() const { return impl_->messages(); }
 
-std::size_t CallTable::retransmissions() const { return impl_->retransmissions(); }
+std::size_t CallTable::retransmissions() const { return retransmissions_; }
 
 std::size_t CallTable::otherMessages() const { return impl_->otherMessages(); }
 

@@ -20,12 +20,36 @@ struct CallOptions {
   std::size_t mostOpenBytes = std::size_t{512} * 1024 * 1024;  ///< of the open calls' texts, as well
 };
 
+struct OpenCall;
+
+/// A call that is over, whose messages were put together and nothing else. It has all to itself, so that another thread may
+/// have it.
+class ClosedCall {
+ public:
+  ClosedCall(std::unique_ptr<OpenCall> open, bool isGivenUp);
+  ClosedCall(ClosedCall&& other) noexcept;
+  ClosedCall& operator=(ClosedCall&& other) noexcept;
+  ~ClosedCall();
+
+  std::size_t bytes() const;  ///< of its messages
+  /// Finds what the messages are to each other. To be called once.
+  Call analysed();
+
+ private:
+  std::unique_ptr<OpenCall> open_;
+  bool isGivenUp_;
+};
+
+using ClosedCallSink = std::function<void(ClosedCall&&)>;
+
 /// Gets each call once, complete: messages, legs, exchanges, hops, state. Media and troubles are not looked at yet.
 using CallSink = std::function<void(Call&&)>;
 
 class CallTable {
  public:
   CallTable(CallOptions options, CallSink sink);
+  /// One that leaves it to others to analyse calls, and counts no retransmissions.
+  CallTable(CallOptions options, ClosedCallSink sink);
   ~CallTable();
   CallTable(const CallTable&) = delete;
   CallTable& operator=(const CallTable&) = delete;
@@ -47,6 +71,7 @@ class CallTable {
 
  private:
   class Impl;
+  std::size_t retransmissions_ = 0;
   std::unique_ptr<Impl> impl_;
 };
 

@@ -2,11 +2,16 @@
 
 #include <sys/stat.h>
 
+#include <array>
+#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "calls/anonymizer.h"
 #include "calls/bodyCache.h"
@@ -18,6 +23,7 @@
 #include "captures/captureWriter.h"
 #include "commands/callsOptions.h"
 #include "commands/exitStatus.h"
+#include "commands/orderedWork.h"
 #include "output/fileReplacement.h"
 #include "output/progress.h"
 #include "page/page.h"
@@ -28,6 +34,10 @@ namespace {
 
 /// Bytes of calls that are over and wait for those that began before them.
 constexpr std::size_t kMostWaiting = std::size_t{64} * 1024 * 1024;
+
+/// Calls that are analysed together, and bytes of them.
+constexpr std::size_t kCallsOfPiece = 32;
+constexpr std::size_t kBytesOfPiece = std::size_t{1} * 1024 * 1024;
 
 volatile std::sig_atomic_t isInterrupted = 0;
 
@@ -80,7 +90,7 @@ class Run {
         progress_(streams.err, sizeOf(options_.inputs)),
         report_(reportFor(options_, palette, streams)),
         order_([this](Call&& call) { takeCall(call); }, options_.isFollowed ? 0 : kMostWaiting),
-        table_(options_.table, [this](Call&& call) { order_.add(std::move(call)); }),
+        table_(options_.table, ClosedCallSink([this](ClosedCall&& call) { keep(std::move(call)); })),
         set_(options_.inputs, captureOptions(),
              [this](const CapturedMessage& message) { takeMessage(message); }) {}
 
@@ -88,15 +98,16 @@ class Run {
     if (!openFiles()) return exitOutput;
     if (options_.showsKeys && !showsKeys_)
       streams_.err.write("sdpneg: keys are shown on a terminal only, and stay masked\n");
-    while (isInterrupted == 0 && streams_.out.good() && !isDone() && set_.step()) {
-      order_.release(table_.lowestOpen());
-      progress_.show(set_.position());
+    while (isInterrupted == 0 && !isEnough() && set_.step()) {
+      lowestOpen_ = table_.lowestOpen();
+      showProgress();
     }
     set_.finish();
     table_.finish();
+    finishWork();
     order_.finish();
     progress_.hide();
-    const CallTotals totals{table_.messages(), table_.retransmissions(), table_.otherMessages()};
+    const CallTotals totals{table_.messages(), retransmissions_, table_.otherMessages()};
     report_->end(totals);
     const bool areWritten = closeFiles(totals);
     const bool areRead = tellProblems();
@@ -121,12 +132,72 @@ class Run {
   /// Whether nothing more is to be told. Files beside standard output have all calls.
   bool isDone() const { return report_->isDone() && !page_ && !writer_; }
 
+  /// Whether nothing more can be told, or is to be.
+  bool isEnough() const { return isEnough_.load(std::memory_order_relaxed); }
+
   /// Waits for a file to grow; calls go on to end meanwhile.
   bool wait() {
     table_.passTime(now());
+    finishWork();
     order_.release(table_.lowestOpen());
+    noteEnough();
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    return isInterrupted == 0 && streams_.out.good() && !isDone();
+    return isInterrupted == 0 && !isEnough();
+  }
+
+  /// A call that is over, and the lowest number of an open one then.
+  struct Over {
+    ClosedCall closed;
+    std::size_t lowestOpen;
+    Call call = {};
+  };
+
+  void keep(ClosedCall&& call) {
+    keptBytes_ += call.bytes();
+    kept_.push_back({std::move(call), lowestOpen_});
+    if (kept_.size() == kCallsOfPiece || keptBytes_ >= kBytesOfPiece) passOn();
+  }
+
+  /// Has what is kept analysed and told.
+  void passOn() {
+    const auto piece = std::make_shared<std::vector<Over>>(std::exchange(kept_, {}));
+    keptBytes_ = 0;
+    work_.add({[this, piece](std::size_t thread) {
+                 for (Over& over : *piece) analyse(over, bodies_[thread]);
+               },
+               [this, piece] {
+                 for (Over& over : *piece) {
+                   retransmissions_ += over.call.retransmissions();
+                   order_.release(over.lowestOpen);
+                   order_.add(std::move(over.call));
+                 }
+                 noteEnough();
+               }});
+  }
+
+  void finishWork() {
+    if (!kept_.empty()) passOn();
+    work_.finish();
+  }
+
+  void analyse(Over& over, BodyCache& bodies) const {
+    over.call = over.closed.analysed();
+    if (!options_.filter.matches(over.call)) return;
+    bodies.begin(over.call);
+    describeMedia(over.call, bodies);
+    findTroubles(over.call, bodies);
+  }
+
+  void noteEnough() { isEnough_ = !streams_.out.good() || isDone(); }
+
+  void showProgress() {
+    const std::unique_lock lock = terminal();
+    progress_.show(set_.position());
+  }
+
+  /// Calls are told by another thread than progress.
+  std::unique_lock<std::mutex> terminal() {
+    return streams_.out.isTerminal() ? std::unique_lock(terminal_) : std::unique_lock<std::mutex>();
   }
 
   void takeMessage(const CapturedMessage& message) {
@@ -135,14 +206,12 @@ class Run {
 
   void takeCall(Call& call) {
     if (!options_.filter.matches(call)) return;
-    bodies_.begin(call);
-    describeMedia(call, bodies_);
-    findTroubles(call, bodies_);
     hasTroubles_ = hasTroubles_ || !call.troubles.empty();
     if (options_.troublesOnly && options_.asJson && call.troubles.empty()) return;
     if (writer_) writeMessages(call);
     if (!showsKeys_ && showsTexts_) maskSecrets(call);
     if (isDone()) return;
+    const std::unique_lock lock = terminal();
     if (streams_.out.isTerminal()) progress_.hide();
     report_->add(call);
     if (page_) page_->add(call);
@@ -236,10 +305,17 @@ class Run {
   std::unique_ptr<FileReplacement> captureFile_;
   std::unique_ptr<CaptureWriter> writer_;
   Anonymizer anonymizer_;
-  BodyCache bodies_;
+  std::array<BodyCache, OrderedWork::kThreads> bodies_;
+  std::mutex terminal_;
+  std::atomic<bool> isEnough_ = false;
+  std::size_t retransmissions_ = 0;
   CallOrder order_;
+  std::vector<Over> kept_;  ///< calls that were not passed on yet
+  std::size_t keptBytes_ = 0;
+  std::size_t lowestOpen_ = 0;
   CallTable table_;
   CaptureSet set_;
+  OrderedWork work_;
 };
 
 }  // namespace

@@ -16,8 +16,9 @@ Progress::Progress(Output& err, std::size_t total)
     : err_(err), total_(total), enabled_(total >= kManyInputs && isCapableTerminal(err)) {}
 
 void Progress::show(std::size_t done) {
+  if (!enabled_) return;
   const auto now = std::chrono::steady_clock::now();
-  if (!enabled_ || now < next_) return;
+  if (now < next_) return;
   next_ = now + kInterval;
   const std::size_t filled = std::min(kBarWidth, done * kBarWidth / total_);
   std::string line = "[" + std::string(filled, '#') + std::string(kBarWidth - filled, '.') + "] ";

@@ -93,8 +93,8 @@ void tellParties(Call& call) {
   auto told = std::ranges::find_if(call.messages, isFirstInvite);
   if (told == call.messages.end()) told = call.messages.begin();
   const SipView view(told->text);
-  call.from = uriOf(view.value("From").value_or(""));
-  call.to = uriOf(view.value("To").value_or(""));
+  call.from = uriOf(view.value(KnownField::from).value_or(""));
+  call.to = uriOf(view.value(KnownField::to).value_or(""));
 }
 
 }  // namespace

@@ -233,11 +233,12 @@ void LegJoiner::findNearest(const OpenLeg& leg, const LegAttempt& attempt, Neare
       --at;
       const auto& [text, time, sequence] = at->first;
       OpenLeg& other = *at->second;
-      if (text != numbers || !isWithin(time, attempt.time, kSoon)) break;
+      if (!isWithin(time, attempt.time, kSoon) || text != numbers) break;
       const bool isOpen = !other.isAnswered || (other.answered && *other.answered > attempt.time);
+      if (other.call == leg.call || !isOpen) continue;
       const bool leads = std::ranges::any_of(
           other.invites, [&](const Flow& flow) { return leadsTo(flow, leg.invites.front()); });
-      if (other.call == leg.call || !isOpen || !leads) continue;
+      if (!leads) continue;
       if (nearest.leg == nullptr || time > nearest.time) {
         nearest = {&other, time, false};
       } else if (time == nearest.time && other.call != nearest.leg->call) {

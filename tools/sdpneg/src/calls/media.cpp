@@ -6,6 +6,7 @@
 #include <tuple>
 #include <utility>
 
+#include "calls/callKeys.h"
 #include "calls/sdpFacts.h"
 #include "calls/segments.h"
 #include "text/search.h"
@@ -109,8 +110,13 @@ void describeMedia(Call& call, BodyCache& bodies) {
   }
   call.codecs.clear();
   std::vector<sdp::Security> securities;
+  // Relays repeat both.
+  NumberedKeys<std::pair<std::string_view, std::string_view>> texts;
   for (const Exchange* exchange : last) {
     if (exchange == nullptr) continue;
+    const std::size_t before = texts.size();
+    if (texts.add({call.messages[exchange->offer].sdp(), call.messages[*exchange->answer].sdp()}) != before)
+      continue;
     const sdp::Document* const offer = bodies.ofAny(exchange->offer);
     const sdp::Document* const answer = bodies.ofAny(*exchange->answer);
     if (offer == nullptr || answer == nullptr) continue;

@@ -39,7 +39,7 @@ constexpr std::array<std::pair<char, std::string_view>, 20> kCompactForms = {{
 /// What a name is in its long or compact form; nothing for any other name.
 std::optional<KnownField> knownField(std::string_view name) {
   const auto either = [&](KnownField field, std::string_view longForm) {
-    return equalNoCase(name, longForm) ? std::optional(field) : std::nullopt;
+    return name == longForm || equalNoCase(name, longForm) ? std::optional(field) : std::nullopt;
   };
   const char first = name.empty() ? '\0' : sdpneg::lower(name.front());
   switch (name.size()) {
@@ -87,6 +87,14 @@ std::optional<KnownField> knownField(std::string_view name) {
 bool isBlank(char c) { return c == ' ' || c == '\t'; }
 bool isFoldCharacter(char c) { return isBlank(c) || c == '\r' || c == '\n'; }
 
+/// Behind the LF of the line at a place. Header lines are long enough to be worth a call.
+std::size_t behindLine(std::string_view text, std::size_t at) {
+  const std::size_t lf = text.find('\n', at);
+  return lf == std::string_view::npos ? text.size() : lf + 1;
+}
+
+bool isEmptyLine(std::string_view line) { return line == "\r\n" || line == "\n" || line == "\r"; }
+
 std::string_view trimmed(std::string_view text) {
   while (!text.empty() && isFoldCharacter(text.front())) text.remove_prefix(1);
   while (!text.empty() && isFoldCharacter(text.back())) text.remove_suffix(1);
@@ -99,16 +107,12 @@ HeaderLines::HeaderLines(std::string_view text) : text_(text), at_(sdpneg::lineA
 
 std::optional<HeaderLines::Field> HeaderLines::next() {
   while (!atEnd_ && at_ < text_.size()) {
-    sdpneg::Line line = sdpneg::lineAt(text_, at_);
-    const std::size_t begin = std::exchange(at_, line.next());
-    if (sdpneg::content(text_, line).empty()) {
+    const std::size_t begin = std::exchange(at_, behindLine(text_, at_));
+    if (isEmptyLine(text_.substr(begin, at_ - begin))) {
       atEnd_ = true;
       break;
     }
-    while (at_ < text_.size() && isBlank(text_[at_])) {
-      line = sdpneg::lineAt(text_, at_);
-      at_ = line.next();
-    }
+    while (at_ < text_.size() && isBlank(text_[at_])) at_ = behindLine(text_, at_);
     const std::string_view whole = text_.substr(begin, at_ - begin);
     const std::size_t colon = whole.find(':');
     if (colon == std::string_view::npos) continue;

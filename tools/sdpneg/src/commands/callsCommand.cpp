@@ -85,7 +85,8 @@ class Run {
   Run(CallsOptions options, const Palette& palette, Streams streams)
       : options_(std::move(options)),
         streams_(streams),
-        showsKeys_(options_.showsKeys && streams.out.isTerminal()),
+        isOnTerminal_(streams.out.isTerminal()),
+        showsKeys_(options_.showsKeys && isOnTerminal_),
         showsTexts_(options_.asJson || options_.call || !options_.page.empty()),
         progress_(streams.err, sizeOf(options_.inputs)),
         report_(reportFor(options_, palette, streams)),
@@ -197,7 +198,7 @@ class Run {
 
   /// Calls are told by another thread than progress.
   std::unique_lock<std::mutex> terminal() {
-    return streams_.out.isTerminal() ? std::unique_lock(terminal_) : std::unique_lock<std::mutex>();
+    return isOnTerminal_ ? std::unique_lock(terminal_) : std::unique_lock<std::mutex>();
   }
 
   void takeMessage(const CapturedMessage& message) {
@@ -212,7 +213,7 @@ class Run {
     if (!showsKeys_ && showsTexts_) maskSecrets(call);
     if (isDone()) return;
     const std::unique_lock lock = terminal();
-    if (streams_.out.isTerminal()) progress_.hide();
+    if (isOnTerminal_) progress_.hide();
     report_->add(call);
     if (page_) page_->add(call);
   }
@@ -294,6 +295,7 @@ class Run {
 
   CallsOptions options_;
   Streams streams_;
+  bool isOnTerminal_;
   bool showsKeys_;
   bool showsTexts_;  ///< lines tell nothing of which there is a key
   bool hasTroubles_ = false;

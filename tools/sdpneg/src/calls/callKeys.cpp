@@ -9,11 +9,12 @@ namespace {
 
 constexpr std::size_t kLeastPlaces = 16;
 
+/// Two rounds of what spreads a number over all bits, with what nobody can guess.
 std::uint64_t hashOf(const WordKeys::Key& key) {
   static const HashKey secret = HashKey::random();
-  __extension__ using Wide = unsigned __int128;
-  const Wide product = Wide{key.first ^ secret.first} * (key.second ^ secret.second);
-  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64U);
+  std::uint64_t hash = (key.first ^ secret.first) * 0xFF51AFD7ED558CCDU;
+  hash = ((hash ^ hash >> 32U) + (key.second ^ secret.second)) * 0xC4CEB9FE1A85EC53U;
+  return hash ^ hash >> 32U;
 }
 
 std::size_t placesFor(std::size_t keys) { return std::bit_ceil(kLeastPlaces + 2 * keys); }

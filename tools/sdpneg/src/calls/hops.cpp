@@ -2,7 +2,6 @@
 #include <array>
 #include <numeric>
 #include <optional>
-#include <set>
 #include <string_view>
 #include <vector>
 
@@ -48,7 +47,7 @@ std::vector<std::size_t> partiesOf(const Call& call, const Participants& partici
   std::vector<std::size_t> parties(participants.size());
   std::iota(parties.begin(), parties.end(), std::size_t{0});
   if (call.legs.size() == 1) return parties;
-  std::vector<std::set<std::size_t>> members(call.legs.size());
+  std::vector<NumberedKeys<std::size_t>> members(call.legs.size());
   std::vector<const CallMessage*> firsts(call.legs.size());
   std::vector<const CallMessage*> befores(call.legs.size());  ///< of the leg that it was joined to
   std::vector<const CallMessage*> lasts(call.legs.size());    ///< requests up to here
@@ -58,16 +57,16 @@ std::vector<std::size_t> partiesOf(const Call& call, const Participants& partici
       firsts[message.leg] = &message;
       befores[message.leg] = lasts[call.legs[message.leg].joinedTo];
     }
-    members[message.leg].insert(ends[index].source);
-    members[message.leg].insert(ends[index].destination);
+    members[message.leg].add(ends[index].source);
+    members[message.leg].add(ends[index].destination);
     if (message.status == 0) lasts[message.leg] = &message;
   }
   for (std::size_t leg = 1; leg < call.legs.size(); ++leg) {
     const CallMessage* const before = befores[leg];
     if (before == nullptr || firsts[leg]->status != 0 || before->method != firsts[leg]->method) continue;
-    const std::set<std::size_t>& others = members[call.legs[leg].joinedTo];
-    const bool isShared =
-        std::ranges::any_of(members[leg], [&](std::size_t member) { return others.contains(member); });
+    const NumberedKeys<std::size_t>& others = members[call.legs[leg].joinedTo];
+    const bool isShared = std::ranges::any_of(
+        members[leg].keys(), [&](std::size_t member) { return others.find(member) != others.size(); });
     if (isShared) continue;
     parties[participants.indexOf(firsts[leg]->flow.source)] =
         parties[participants.indexOf(before->flow.destination)];

@@ -36,6 +36,8 @@ constexpr std::array<std::pair<char, std::string_view>, 20> kCompactForms = {{
     {'y', "Identity"},
 }};
 
+constexpr std::size_t kUsualFields = 24;
+
 /// What a name is in its long or compact form; nothing for any other name.
 std::optional<KnownField> knownField(std::string_view name) {
   const auto either = [&](KnownField field, std::string_view longForm) {
@@ -157,6 +159,7 @@ void SipView::read(std::string_view text) {
   startLine_ = sdpneg::content(text, sdpneg::lineAt(text, 0));
   kind_ = startLineOf(startLine_);
   fields_.clear();
+  fields_.reserve(kUsualFields);
   known_.fill(0);
   HeaderLines lines(text);
   while (const auto field = lines.next()) {

@@ -21,7 +21,6 @@ std::uint64_t keyedHash(const HashKey& key, std::string_view text);
 
 /// For tables whose keys come from a capture: hashes with the key of the run.
 struct KeyedHasher {
-  using is_transparent = void;
   std::size_t operator()(std::string_view text) const;
 };
 

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -83,8 +82,8 @@ class LegJoiner {
 
   OpenCalls* calls_;
   std::vector<std::string> joinHeaders_;
-  std::unordered_map<std::string, Named, KeyedHasher, std::equal_to<>> named_;
-  std::unordered_map<std::string, std::vector<OriginUse>, KeyedHasher, std::equal_to<>> origins_;
+  std::unordered_map<std::string, Named, KeyedHasher> named_;
+  std::unordered_map<std::string, std::vector<OriginUse>, KeyedHasher> origins_;
   std::map<Attempt, OpenLeg*> attempts_;
 };
 

@@ -7,8 +7,6 @@
 namespace tool {
 namespace {
 
-bool isChallenge(int status) { return status == 401 || status == 407; }
-
 /// What became of a call's first leg.
 class Outcome {
  public:
@@ -40,17 +38,18 @@ class Outcome {
     hasCancel_ = hasCancel_ || (message.method == "CANCEL" && message.status == 0);
   }
 
-  /// The first INVITE, and the one that follows a challenge in its place.
+  /// The first INVITE, and one that the caller sent in its place when it was asked for another.
   void takeInvite(std::size_t index) {
     const CallMessage& message = call_->messages[index];
     if (!first_) {
       isMidway_ = isMidway_ || !message.toTag.empty();
     } else {
       const CallMessage& first = call_->messages[*first_];
-      const bool isRetry = isChallenge(result_) && message.cseq > first.cseq &&
+      const bool isRetry = asksForAnother(result_) && message.cseq > first.cseq &&
                            message.flow.source.address == first.flow.source.address &&
                            message.fromTag == first.fromTag && message.toTag.empty() == first.toTag.empty();
       if (!isRetry) return;
+      result_ = 0;
     }
     first_ = index;
   }

@@ -97,8 +97,7 @@ void LegJoiner::look(OpenLeg& leg, const SipView& view, const CallMessage& messa
     lookByHeaders(leg, view);
     lookByOrigin(leg, view, message);
   }
-  if (isInvite && message.status >= 200 && message.status != 401 && message.status != 407 &&
-      !leg.isAnswered) {
+  if (isInvite && message.status >= 200 && !asksForAnother(message.status) && !leg.isAnswered) {
     leg.isAnswered = true;
     leg.answered = message.time;
     leg.answeredSequence = sequence;

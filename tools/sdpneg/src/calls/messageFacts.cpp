@@ -1,6 +1,7 @@
 #include "calls/messageFacts.h"
 
 #include <algorithm>
+#include <array>
 
 #include "input/messageHeader.h"
 #include "text/search.h"
@@ -89,6 +90,11 @@ std::optional<MessageFacts> factsOf(const SipView& view) {
   facts.toTag = tagOf(view, KnownField::to);
   facts.transaction = transactionOf(view);
   return facts;
+}
+
+bool asksForAnother(int status) {
+  constexpr std::array kStatuses = {401, 407, 413, 415, 416, 420, 421, 422, 488, 494};
+  return status / 100 == 3 || std::ranges::find(kStatuses, status) != kStatuses.end();
 }
 
 std::string uriOf(std::string_view value) {

@@ -33,6 +33,10 @@ struct MessageFacts {
 /// Nothing for a message without Call-ID or CSeq.
 std::optional<MessageFacts> factsOf(const SipView& view);
 
+/// Whether a final response tells the caller what to change, so that calls go on with another INVITE: credentials, another
+/// place, headers, media or timers.
+bool asksForAnother(int status);
+
 /// The URI of a From, To or Contact, without display name, angle brackets and parameters.
 std::string uriOf(std::string_view value);
 

@@ -340,11 +340,14 @@ TEST(LegJoiner, JoinsByNumbersBeforeTheFinalResponseAlone) {
   const Sip second = likeFirst(secondLeg());
   EXPECT_EQ(joinOf(callsOf({first, reply(first, "180"), second})), JoinedBy::timeAndNumbers);
   EXPECT_EQ(joinOf(callsOf({first, reply(first, "486"), second})), JoinedBy::first);
-  // A challenge is not the end of it.
+  // What asks for another INVITE is not the end of it.
   Sip again = first;
   again.cseq = 2;
   again.branch = "z9hG4bKc";
-  EXPECT_EQ(joinOf(callsOf({first, reply(first, "407"), again, second})), JoinedBy::timeAndNumbers);
+  for (const std::string status : {"407", "422", "488", "302"}) {
+    EXPECT_EQ(joinOf(callsOf({first, reply(first, status), again, second})), JoinedBy::timeAndNumbers)
+        << status;
+  }
 }
 
 TEST(LegJoiner, JoinsByNumbersTheNearestInTime) {

@@ -113,7 +113,7 @@ class CallTable::Impl {
       : options_(std::move(options)), sink_(std::move(sink)), joiner_(calls_, options_.joinHeaders) {}
 
   void take(const CapturedMessage& message);
-  void passTime(std::int64_t now);
+  void passTime(std::int64_t elapsed, std::int64_t nowOfEnded);
   void finish();
 
   std::size_t lowestOpen() const { return calls_.lowestNumber(); }
@@ -130,7 +130,7 @@ class CallTable::Impl {
   void takeAhead(bool isTimeToGoOn);
   void takeInTurn(const CapturedMessage& message);
   void keep(const CapturedMessage& captured, MessageFacts&& facts, OpenLeg* leg);
-  void giveAwayOver();
+  void giveAwayOver(std::int64_t nowOfEnded = 0);
   void giveAwayTooMany();
   void giveAway(OpenCall& open, bool isGivenUp);
   void close(OpenCall& open, bool isGivenUp);
@@ -205,8 +205,8 @@ void CallTable::Impl::keep(const CapturedMessage& captured, MessageFacts&& facts
   calls_.add(std::move(open), now_);
 }
 
-void CallTable::Impl::giveAwayOver() {
-  while (OpenCall* const call = calls_.findOver(now_)) giveAway(*call, false);
+void CallTable::Impl::giveAwayOver(std::int64_t nowOfEnded) {
+  while (OpenCall* const call = calls_.findOver(now_, std::max(now_, nowOfEnded))) giveAway(*call, false);
 }
 
 void CallTable::Impl::giveAwayTooMany() {
@@ -227,9 +227,10 @@ void CallTable::Impl::close(OpenCall& open, bool isGivenUp) {
   sink_({std::make_unique<OpenCall>(calls_.remove(open)), isGivenUp});
 }
 
-void CallTable::Impl::passTime(std::int64_t now) {
-  now_ = std::max(now_, usableTime(now).value_or(0));
-  giveAwayOver();
+void CallTable::Impl::passTime(std::int64_t elapsed, std::int64_t nowOfEnded) {
+  if (messages_ == 0 || !usableTime(elapsed)) return;
+  now_ = usableTime(now_ + elapsed).value_or(now_);
+  giveAwayOver(usableTime(nowOfEnded).value_or(0));
 }
 
 void CallTable::Impl::finish() {
@@ -256,7 +257,9 @@ CallTable::~CallTable() = default;
 
 void CallTable::take(const CapturedMessage& message) { impl_->take(message); }
 
-void CallTable::passTime(std::int64_t now) { impl_->passTime(now); }
+void CallTable::passTime(std::int64_t elapsed, std::int64_t nowOfEnded) {
+  impl_->passTime(elapsed, nowOfEnded);
+}
 
 void CallTable::finish() { impl_->finish(); }
 

@@ -56,9 +56,11 @@ class CallTable {
 
   /// Takes a message, whose text is copied. Messages come nearly in the order of their times.
   void take(const CapturedMessage& message);
-  /// Gives away what is over, where no message tells that time passes.
-  /// @param now microseconds since 1970
-  void passTime(std::int64_t now);
+  /// Gives away what is over, where no message tells that time passes. It is counted from the last message on, as the
+  /// clock of a capture may be another one.
+  /// @param elapsed microseconds, not negative
+  /// @param nowOfEnded the time for calls that have ended, in microseconds since 1970; 0 where it passes like the other
+  void passTime(std::int64_t elapsed, std::int64_t nowOfEnded = 0);
   /// Gives away what is open.
   void finish();
 

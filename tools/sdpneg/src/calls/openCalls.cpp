@@ -144,11 +144,12 @@ bool OpenCalls::join(OpenLeg& leg, OpenLeg& other, JoinedBy by, const std::strin
   return true;
 }
 
-OpenCall* OpenCalls::findOver(std::int64_t now) {
+OpenCall* OpenCalls::findOver(std::int64_t now, std::int64_t nowOfEnded) {
   for (std::size_t progress = 0; progress < kProgresses; ++progress) {
     if (lists_[progress].empty()) continue;
     OpenCall& call = lists_[progress].front();
-    if (now - call.lastTime > kMostSilence[progress]) return &call;
+    const bool hasEnded = static_cast<Progress>(progress) == Progress::over;
+    if ((hasEnded ? nowOfEnded : now) - call.lastTime > kMostSilence[progress]) return &call;
   }
   return nullptr;
 }

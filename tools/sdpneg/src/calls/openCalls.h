@@ -99,7 +99,8 @@ class OpenCalls {
   bool join(OpenLeg& leg, OpenLeg& other, JoinedBy by, const std::string& detail);
 
   /// A call of which nothing more is expected; null where there is none.
-  OpenCall* findOver(std::int64_t now);
+  /// @param nowOfEnded the time for those that have ended
+  OpenCall* findOver(std::int64_t now, std::int64_t nowOfEnded);
   /// The call that is silent for longest; null without calls.
   OpenCall* findMostSilent();
   /// All of them by their numbers.

@@ -65,6 +65,11 @@ std::size_t sizeOf(const std::vector<Input>& inputs) {
   return size;
 }
 
+/// How long a file that has ended is left alone.
+constexpr std::chrono::milliseconds kPause{200};
+/// Where nothing came for so long, calls of the past that have ended are told.
+constexpr std::chrono::milliseconds kQuiet{2000};
+
 std::int64_t now() {
   return std::chrono::duration_cast<std::chrono::microseconds>(
              std::chrono::system_clock::now().time_since_epoch())
@@ -138,11 +143,12 @@ class Run {
 
   /// Waits for a file to grow; calls go on to end meanwhile.
   bool wait() {
-    table_.passTime(now());
     finishWork();
     order_.release(table_.lowestOpen());
     noteEnough();
-    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    std::this_thread::sleep_for(kPause);
+    quiet_ += kPause;
+    table_.passTime(std::chrono::microseconds(kPause).count(), quiet_ < kQuiet ? 0 : now());
     return isInterrupted == 0 && !isEnough();
   }
 
@@ -202,6 +208,7 @@ class Run {
   }
 
   void takeMessage(const CapturedMessage& message) {
+    quiet_ = {};
     table_.take(options_.isAnonymous ? anonymizer_.message(message) : message);
   }
 
@@ -299,6 +306,7 @@ class Run {
   bool showsKeys_;
   bool showsTexts_;  ///< lines tell nothing of which there is a key
   bool hasTroubles_ = false;
+  std::chrono::milliseconds quiet_{};
   Progress progress_;
   std::unique_ptr<CallReport> report_;
   std::unique_ptr<FileReplacement> pageFile_;

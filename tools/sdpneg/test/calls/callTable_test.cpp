@@ -304,4 +304,31 @@ TEST(CallTable, JoinsByNumbersBeforeACallIsGivenAway) {
   EXPECT_EQ(table.calls[0].legs[1].joinedBy, JoinedBy::timeAndNumbers);
 }
 
+TEST(CallTable, LetsTimePassFromTheLastMessageOn) {
+  // The times of these messages are of a day long ago.
+  Table table;
+  table.table.passTime(1000000);
+  const std::vector<Sip> messages = plainCall();
+  for (std::size_t index = 0; index < 5; ++index) table.take(messages[index]);
+  table.table.passTime(1000000);
+  table.take(messages[5]);
+  table.table.passTime(30000000);
+  EXPECT_EQ(table.calls.size(), 0U);
+  table.table.passTime(3000000);
+  ASSERT_EQ(table.calls.size(), 1U);
+  EXPECT_EQ(table.calls[0].messages.size(), 6U);
+  EXPECT_EQ(table.table.openCalls(), 0U);
+}
+
+TEST(CallTable, LetsTheTimeOfEndedCallsAlonePassFaster) {
+  Table table;
+  for (const Sip& message : plainCall()) table.take(message);
+  table.take({.start = "INVITE", .callId = "rings"});
+  constexpr std::int64_t kToday = 1795000000000000;
+  table.table.passTime(200000, kToday);
+  ASSERT_EQ(table.calls.size(), 1U);
+  EXPECT_EQ(table.calls[0].legs[0].callId, "a");
+  EXPECT_EQ(table.table.openCalls(), 1U);
+}
+
 }  // namespace

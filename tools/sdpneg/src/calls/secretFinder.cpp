@@ -110,7 +110,8 @@ class SecretFinder {
       return std::min(text_.find_first_of(ends, begin), text_.size());
     }
     const std::size_t end = endOfLines(text_, value);
-    return kind == Kind::token ? std::min(text_.find(';', value), end) : end;
+    return kind == Kind::token ? value + std::min(text_.substr(value, end - value).find(';'), end - value)
+                               : end;
   }
 
   /// Whether a line begins with "a=". The names looked for stand near its beginning.

@@ -118,8 +118,9 @@ std::size_t keyMethodSize(std::string_view text) {
 /// Masks "inline:KEY|2^20|1:32;inline:KEY".
 void maskKeyParameters(std::string_view text, std::size_t begin, std::size_t end, SecretPlaces& places) {
   while (begin < end) {
-    const std::size_t pieceEnd = std::min(text.find(';', begin), end);
-    const std::string_view piece = text.substr(begin, pieceEnd - begin);
+    const std::string_view rest = text.substr(begin, end - begin);
+    const std::string_view piece = rest.substr(0, rest.find(';'));
+    const std::size_t pieceEnd = begin + piece.size();
     const std::size_t bar = std::min(piece.find('|'), piece.size());
     const std::size_t key = keyMethodSize(piece);
     add(text, begin + key, begin + (isLifetime(piece.substr(bar)) ? bar : piece.size()), places);

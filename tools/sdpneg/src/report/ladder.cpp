@@ -18,6 +18,8 @@ constexpr std::size_t kMargin = 20;
 /// Widths between the lines of two participants that stand side by side.
 constexpr std::size_t kLeastSpan = 22;
 constexpr std::size_t kMostSpan = 48;
+/// Participants that have a line each; more of them share the last one.
+constexpr std::size_t kMostColumns = 64;
 /// Characters that a label has beside it in an arrow: blanks, dashes and the head.
 constexpr std::size_t kArrow = 8;
 
@@ -54,11 +56,13 @@ std::optional<Style> styleOf(const CallMessage& message) {
 class Columns {
  public:
   Columns(const Call& call, const Names& names) : participants_(call) {
-    for (std::size_t i = 0; i < participants_.size(); ++i)
-      labels_.push_back(tool::labelOf(names, participants_.at(i)));
-    std::vector<std::size_t> spans(participants_.size(), kLeastSpan);
+    const std::size_t all = participants_.size();
+    const std::size_t alone = all > kMostColumns ? kMostColumns - 1 : all;
+    for (std::size_t i = 0; i < alone; ++i) labels_.push_back(tool::labelOf(names, participants_.at(i)));
+    if (alone < all) labels_.push_back(std::to_string(all - alone) + " others");
+    std::vector<std::size_t> spans(labels_.size(), kLeastSpan);
     for (const CallMessage& message : call.messages) {
-      const auto [from, to] = endsOf(message);
+      const auto [from, to] = columnsOf(message);
       const std::size_t left = std::min(from, to);
       if (from != to && std::max(from, to) == left + 1)
         spans[left] = std::clamp(messageLabel(message).size() + kArrow, spans[left], kMostSpan);
@@ -72,7 +76,12 @@ class Columns {
   std::pair<std::size_t, std::size_t> endsOf(const CallMessage& message) const {
     return {participants_.indexOf(message.flow.source), participants_.indexOf(message.flow.destination)};
   }
-  std::size_t placeOf(std::size_t participant) const { return places_[participant]; }
+  /// Where its ends are drawn.
+  std::pair<std::size_t, std::size_t> columnsOf(const CallMessage& message) const {
+    const auto [from, to] = endsOf(message);
+    return {std::min(from, kMostColumns - 1), std::min(to, kMostColumns - 1)};
+  }
+  std::size_t placeOf(std::size_t column) const { return places_[column]; }
   const Participants& participants() const { return participants_; }
 
   /// A row with every line in it.
@@ -110,11 +119,15 @@ std::string frontOf(const Call& call, const CallMessage& message) {
 std::string arrowRow(const Call& call, const CallMessage& message, const Columns& columns,
                      const Palette& palette) {
   std::string row = columns.row(frontOf(call, message));
-  const auto [from, to] = columns.endsOf(message);
+  const auto [from, to] = columns.columnsOf(message);
   const std::string label = messageLabel(message);
   const std::optional<Style> style = styleOf(message);
   const auto painted = [&](const std::string& text) { return style ? palette.paint(*style, text) : text; };
-  if (from == to) return row + " " + painted(label + " (to itself)") + "\n";
+  if (from == to) {
+    const auto [source, destination] = columns.endsOf(message);
+    const std::string ways = message.flow.source.text() + " -> " + message.flow.destination.text();
+    return row + " " + painted(label + " (" + (source == destination ? "to itself" : ways) + ")") + "\n";
+  }
   const std::size_t left = columns.placeOf(std::min(from, to)) + 1;
   const std::size_t width = columns.placeOf(std::max(from, to)) - left;
   const std::string shown = " " + fitted(label, width - 4) + " ";

@@ -169,6 +169,8 @@ void writeCrypto(Replacements& replacements, std::string_view value, std::string
 void writeKey(Replacements& replacements, std::string_view value, std::string& out) {
   const std::size_t colon = std::min(value.find(':'), value.size());
   if (sdpneg::startsWithNoCase(value, "uri:")) return writeOpen(replacements, value, out);
+  const bool isKey = colon == value.size() && !sdpneg::equalNoCase(value, "prompt");  // without its method
+  if (isKey) return writeSecret(replacements, value, out);
   writeText(replacements, value.substr(0, colon), Care::protocol, out);
   writeSecret(replacements, value.substr(colon), out);
 }
@@ -216,6 +218,14 @@ void writeAttributeValue(Replacements& replacements, Form form, std::string_view
 }
 
 void writeAttribute(Replacements& replacements, std::string_view value, std::string& out) {
+  // "acap:1 crypto:1 ..." offers another attribute (RFC 5939).
+  constexpr std::string_view kCapability = "acap:";
+  if (sdpneg::startsWithNoCase(value, kCapability)) {
+    const std::size_t number = value.find_first_not_of("0123456789", kCapability.size());
+    const std::size_t begin = std::min(value.find_first_not_of(' ', number), value.size());
+    writeText(replacements, value.substr(0, begin), Care::protocol, out);
+    value.remove_prefix(begin);
+  }
   const std::size_t colon = value.find(':');
   const std::string_view name = value.substr(0, colon);
   writeText(replacements, name, Care::protocol, out);

@@ -23,7 +23,8 @@ enum class Kind : std::uint8_t {
   keyLine,      ///< method, key
   token,        ///< up to a semicolon
   credentials,  ///< scheme, parameters
-  challenge     ///< the same, of which some are no secrets
+  challenge,    ///< the same, of which some are no secrets
+  uri           ///< its password
 };
 
 struct KnownName {
@@ -32,7 +33,7 @@ struct KnownName {
   bool isHeader;
 };
 
-constexpr std::array<KnownName, 16> kNames = {{
+constexpr std::array<KnownName, 18> kNames = {{
     {"crypto", Kind::crypto, false},
     {"inline", Kind::inlineKey, false},
     {"key-mgmt", Kind::keyMgmt, false},
@@ -49,6 +50,8 @@ constexpr std::array<KnownName, 16> kNames = {{
     {"y", Kind::token, true},
     {"Cookie", Kind::password, true},
     {"Set-Cookie", Kind::password, true},
+    {"sip", Kind::uri, false},
+    {"sips", Kind::uri, false},
 }};
 
 constexpr std::size_t kLongestName = 25;
@@ -78,10 +81,23 @@ class SecretFinder {
     const std::string_view name = text_.substr(nameBegin, nameEnd - nameBegin);
     const Kind kind = kindOf(name, nameBegin, text_[sign] == '=');
     if (kind == Kind::none) return value;
+    if (kind == Kind::uri) return lookIntoUri(value);
     const std::size_t end = endOf(kind, nameBegin, value);
     mask(kind, value, end);
     floor_ = end;
     return end;
+  }
+
+  /// Masks the password of "alice:password@example.org" (RFC 3261 19.1.1).
+  /// @return where to go on
+  std::size_t lookIntoUri(std::size_t begin) {
+    constexpr std::size_t kLongestUser = 512;
+    const std::string_view rest = text_.substr(begin, kLongestUser);
+    const std::size_t end = std::min(rest.find_first_of("@ \t\r\n<>\","), rest.size());
+    const std::size_t colon = rest.substr(0, end).find(':');
+    if (end == rest.size() || rest[end] != '@' || colon == npos) return begin;
+    maskTokens(text_, begin + colon + 1, begin + end, places_);
+    return floor_ = begin + end;
   }
 
   Kind kindOf(std::string_view name, std::size_t begin, bool isLineType) const {
@@ -149,6 +165,7 @@ class SecretFinder {
       case Kind::inlineKey:
         return maskTokens(text_, begin, end, places_);
       case Kind::none:
+      case Kind::uri:
         break;
     }
   }

@@ -29,6 +29,24 @@ std::string maskOf(Numbers& numbers, std::string_view secret) {
   return mask;
 }
 
+/// Masks a text that is told of a call.
+void maskText(std::string& text, Numbers& numbers) {
+  std::string masked;
+  std::size_t at = 0;
+  for (const SecretPlace& place : findSecrets(text)) {
+    masked.append(text, at, place.begin - at);
+    masked += maskOf(numbers, std::string_view(text).substr(place.begin, place.end - place.begin));
+    at = place.end;
+  }
+  if (at != 0) text = masked.append(text, at);
+}
+
+void maskTold(Call& call, Numbers& numbers) {
+  maskText(call.from, numbers);
+  maskText(call.to, numbers);
+  for (Leg& leg : call.legs) maskText(leg.joinDetail, numbers);
+}
+
 /// Writes a text anew and follows two places of it.
 void maskMessage(CallMessage& message, Numbers& numbers) {
   const std::vector<SecretPlace> places = findSecrets(message.text);
@@ -63,6 +81,12 @@ void maskMessage(CallMessage& message, Numbers& numbers) {
 void maskSecrets(Call& call) {
   Numbers numbers;
   for (CallMessage& message : call.messages) maskMessage(message, numbers);
+  maskTold(call, numbers);
+}
+
+void maskSecretsTold(Call& call) {
+  Numbers numbers;
+  maskTold(call, numbers);
 }
 
 }  // namespace tool

@@ -217,7 +217,7 @@ class Run {
     hasTroubles_ = hasTroubles_ || !call.troubles.empty();
     if (options_.troublesOnly && options_.asJson && call.troubles.empty()) return;
     if (writer_) writeMessages(call);
-    if (!showsKeys_ && showsTexts_) maskSecrets(call);
+    if (!showsKeys_) showsTexts_ ? maskSecrets(call) : maskSecretsTold(call);
     if (isDone()) return;
     const std::unique_lock lock = terminal();
     if (isOnTerminal_) progress_.hide();
@@ -262,8 +262,11 @@ class Run {
     PageSummary summary;
     for (const Input& input : options_.inputs)
       summary.title += (summary.title.empty() ? "" : ", ") + input.name;
+    // Files may be named after people.
+    if (options_.isAnonymous) summary.title = "anonymised";
     summary.totals = totals;
-    for (const auto& [name, problem] : set_.problems()) summary.notes.push_back(name + ": " + problem.reason);
+    for (const auto& [name, problem] : set_.problems())
+      summary.notes.push_back((options_.isAnonymous ? "an input" : name) + ": " + problem.reason);
     for (const std::string& note : troubleNotes()) summary.notes.push_back(note);
     for (const TroubleRule& rule : troubleRules()) summary.rules.emplace(rule.name, rule.meaning);
     return summary;

@@ -279,4 +279,18 @@ TEST(Anonymizer, LeavesLengthsAsWrongAsTheyWere) {
   }
 }
 
+TEST(Anonymizer, ReplacesKeysInOtherPlaces) {
+  for (const std::string& line :
+       {std::string("k=MDEyMzQ1Njc4OWFiY2RlZg"),
+        std::string("a=acap:1 crypto:1 AES_CM_128_HMAC_SHA1_80 inline:MDEyMzQ1Njc4OWFiY2RlZg"),
+        std::string("a=acap:2 key-mgmt:mikey MDEyMzQ1Njc4OWFiY2RlZg")}) {
+    const std::string text = replacedSdp(line);
+    EXPECT_EQ(text.size(), line.size()) << text;
+    const std::size_t key = line.size() - 22;
+    EXPECT_EQ(text.substr(0, key), line.substr(0, key));
+    EXPECT_NE(text.substr(key), line.substr(key));
+  }
+  EXPECT_EQ(replacedSdp("k=prompt"), "k=prompt");
+}
+
 }  // namespace

@@ -238,4 +238,34 @@ TEST(Secrets, AreFoundInTimeInProportion) {
   }
 }
 
+TEST(Secrets, ArePasswordsInUris) {
+  const auto texts =
+      masked({"INVITE sip:bob:pass1@example.org SIP/2.0\r\nTo: <SIPS:bob:pass1@h>;tag=a\r\n"
+              "Contact: sip:192.0.2.1:5060, sip:bob@h:5060, <sip:[2001:db8::1]:5060>\r\n"});
+  EXPECT_EQ(texts[0],
+            "INVITE sip:bob:[key 1]@example.org SIP/2.0\r\nTo: <SIPS:bob:[key 1]@h>;tag=a\r\n"
+            "Contact: sip:192.0.2.1:5060, sip:bob@h:5060, <sip:[2001:db8::1]:5060>\r\n");
+}
+
+TEST(Secrets, AreMaskedInWhatIsToldOfACall) {
+  const auto made = [] {
+    tool::Call call;
+    call.from = "sip:alice:pass1@example.org";
+    call.to = "sip:bob@example.org:5060";
+    tool::Leg leg;
+    leg.joinDetail = "Authorization: Bearer abcdef";
+    call.legs.push_back(leg);
+    return call;
+  };
+  tool::Call whole = made();
+  maskSecrets(whole);
+  tool::Call told = made();
+  maskSecretsTold(told);
+  for (const tool::Call& call : {whole, told}) {
+    EXPECT_EQ(call.from, "sip:alice:[key 1]@example.org");
+    EXPECT_EQ(call.to, "sip:bob@example.org:5060");
+    EXPECT_EQ(call.legs[0].joinDetail, "Authorization: Bearer [key 2]");
+  }
+}
+
 }  // namespace

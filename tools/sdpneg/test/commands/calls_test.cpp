@@ -294,6 +294,22 @@ TEST(CallInputs, OfWhichTheEndIsMissingAreToldOf) {
   EXPECT_NE(outcome.out.find("\n1 message, 1 call\n"), std::string::npos);
 }
 
+TEST(CallPage, OfAnonymisedCallsDoesNotNameTheFile) {
+  const TemporaryFolder folder;
+  const std::string log = folder.write("alice.log", plainCall());
+  const std::string page = folder.path("page.html");
+  const auto write = [&](std::vector<std::string> command) {
+    command.insert(command.begin(), {"calls", "--html", page, log, folder.path("alice.none")});
+    runSdpneg(command);
+    std::ifstream file(page);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+  };
+  EXPECT_NE(write({}).find("alice.log"), std::string::npos);
+  const std::string anonymised = write({"--anonymize"});
+  EXPECT_NE(anonymised.find("\"title\":\"anonymised\""), std::string::npos);
+  EXPECT_EQ(anonymised.find("alice"), std::string::npos);
+}
+
 TEST(CallPage, ThatCannotBeWrittenLeavesNothing) {
   const TemporaryFolder folder;
   const Outcome outcome = runSdpneg({"calls", "--html", folder.path("no/page.html")}, {.input = plainCall()});

@@ -202,7 +202,9 @@ void CallTable::Impl::keep(const CapturedMessage& captured, MessageFacts&& facts
   message.toTag = std::move(facts.toTag);
   open.facts = std::move(facts.transaction);
   joiner_.look(*open.leg, view_, message, open.sequence);
+  OpenCall& call = *open.leg->call;
   calls_.add(std::move(open), now_);
+  if (call.bytes > options_.mostCallBytes) close(call, true);
 }
 
 void CallTable::Impl::giveAwayOver(std::int64_t nowOfEnded) {

@@ -18,6 +18,7 @@ struct CallOptions {
   std::vector<std::string> joinHeaders;  ///< headers whose equal values join legs, the strongest first
   std::size_t mostOpenCalls = 100000;    ///< then the one that was silent for longest is given away
   std::size_t mostOpenBytes = std::size_t{512} * 1024 * 1024;  ///< of the open calls' texts, as well
+  std::size_t mostCallBytes = std::size_t{128} * 1024 * 1024;  ///< of one call, which is given away then
 };
 
 struct OpenCall;

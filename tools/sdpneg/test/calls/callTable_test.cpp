@@ -254,6 +254,26 @@ TEST(CallTable, GivesUpTheCallThatIsSilentForLongest) {
   EXPECT_EQ(table.calls[2].number, 3U);
 }
 
+TEST(CallTable, GivesAwayACallThatGrowsTooLarge) {
+  Table table({.joinHeaders = {}, .mostCallBytes = 10000});
+  Sip large = inviteOf(1);
+  large.body = std::string(6000, 'x');
+  Sip small = inviteOf(2);
+  table.take(small);
+  table.take(large);
+  EXPECT_EQ(table.calls.size(), 0U);
+  table.take(large);
+  ASSERT_EQ(table.calls.size(), 1U);
+  EXPECT_TRUE(table.calls[0].isGivenUp);
+  EXPECT_EQ(table.calls[0].messages.size(), 2U);
+  EXPECT_EQ(table.table.openCalls(), 1U);
+  table.take(large);
+  table.table.finish();
+  ASSERT_EQ(table.calls.size(), 3U);
+  EXPECT_FALSE(table.calls[1].isGivenUp);
+  EXPECT_FALSE(table.calls[2].isGivenUp);
+}
+
 TEST(CallTable, LimitsTheBytesOfOpenCalls) {
   Table table({.joinHeaders = {}, .mostOpenBytes = 10000});
   Sip large = inviteOf(1);

@@ -193,6 +193,9 @@ TEST(FailedDummy, LeavesBodyAndSummaryAsTheyWere) {
   }
 }
 
+// Lines are looked at in blocks where the text goes on far enough.
+const std::string tails[] = {"", "a=tool:" + std::string(64, 'x') + "\r\n"};
+
 // What the codec refuses may stand in lines that the dummy lacks or has others for.
 TEST(DummyOfRefusedBody, TellsTheRefusal) {
   const std::string withAudio = sessionLines() + "m=audio 5004 RTP/AVP 0\r\n";
@@ -202,10 +205,13 @@ TEST(DummyOfRefusedBody, TellsTheRefusal) {
       {withAudio + "c=IN\r\n", ours + "c=IN IP4 192.0.2.50\r\n"},
       {withAudio + "a=candidate:1\rx\r\n", ours},
       {withAudio + "a=key-mgmt:mikey\rx\r\n", ours},
+      {withAudio + "c=IN IP4 /127\r\n", ours + "c=IN IP4 192.0.2.50\r\n"},
+      {withAudio + "c=IN IP4 192.0.2.1 x\r\n", ours + "c=IN IP4 192.0.2.50\r\n"},
+      {withAudio + "c=IN IP4 192.0\r.2.1\n", ours + "c=IN IP4 192.0.2.50\r\n"},
   };
   for (const auto& [body, wanted] : cases) {
-    for (const bool traced : {false, true}) {
-      cSdpNegotiator object = objectWithText(body);
+    for (const auto& [tail, traced] : {std::pair(tails[0], false), {tails[0], true}, {tails[1], false}}) {
+      cSdpNegotiator object = objectWithText(body + tail);
       const unsigned int before = sdpLastRefusal().number;
       const auto request = [&] {
         EXPECT_EQ(object.createDummy(true, false, false, ownAddress, ownPort, false), 0);
@@ -215,11 +221,50 @@ TEST(DummyOfRefusedBody, TellsTheRefusal) {
       } else {
         request();
       }
-      EXPECT_EQ(textOf(object), wanted);
+      EXPECT_EQ(textOf(object), wanted + tail);
       EXPECT_EQ(sdpLastRefusal().number, before + 1) << body;
       EXPECT_EQ(sdpLastRefusal().reason, SDP_REFUSED_BODY);
       EXPECT_EQ(sdpLastRefusal().line, 7);
     }
+  }
+}
+
+TEST(DummyOfRefusedOriginLine, TellsTheRefusal) {
+  const std::string rest = std::string("s=-\r\nt=0 0\r\nm=audio 5004 RTP/AVP 0\r\n") + tails[1];
+  for (const char* line :
+       {"o=- 1 1 IN IP4\r\n", "o=- 1 1 IN  IP4 \r\n", "o=\n", "o=- 1 1 IN\rIP4 192.0.2.1\r\n"}) {
+    cSdpNegotiator object = objectWithText("v=0\r\n" + std::string(line) + rest);
+    const unsigned int before = sdpLastRefusal().number;
+    EXPECT_EQ(object.createDummy(true, false, false, ownAddress, ownPort, true), 0);
+    const std::string after =
+        withTimedOLine("v=0\r\no=x\r\n" + rest, textOf(object), std::string("IP4 ") + ownAddress);
+    EXPECT_EQ(textOf(object), after) << line;
+    EXPECT_EQ(sdpLastRefusal().number, before + 1) << line;
+    EXPECT_EQ(sdpLastRefusal().reason, SDP_REFUSED_BODY) << line;
+    EXPECT_EQ(sdpLastRefusal().line, 2) << line;
+  }
+}
+
+// The codec accepts them, however they are written.
+TEST(DummyOfUnusualLines, TellsNoRefusal) {
+  const std::string begin = "v=0\r\n";
+  const std::string end = "t=0 0\r\nm=audio 5004 RTP/AVP 0\r\n" + tails[1];
+  const std::string ours = "c=IN IP4 192.0.2.50\r\n";
+  const std::string longName(70, 'x');
+  const std::pair<std::string, std::string> cases[] = {
+      {"o=- 1 1 IN IP4 192.0.2.9\r\n", "c=IN  IP4 192.0.2.1\r\n"},
+      {"o=-  1 1 IN IP4 192.0.2.9\n", "c=IN\tIP4 192.0.2.1 \r\n"},
+      {"o=" + longName + " 1 1 IN IP4 192.0.2.9\r\n", "c=IN IP4 192.0.2.1/127\n"},
+      {"o=" + longName + " 1\t1 IN IP4 192.0.2.9 x\r\n", "c= IN IP4 " + longName + "\n"},
+  };
+  for (const auto& [oLine, cLine] : cases) {
+    cSdpNegotiator object = objectWithText(begin + oLine + "s=-\r\n" + cLine + end);
+    const unsigned int before = sdpLastRefusal().number;
+    EXPECT_EQ(object.createDummy(true, false, false, ownAddress, ownPort, true), 0);
+    const std::string after = withTimedOLine(begin + "o=x\r\ns=-\r\n" + ours + end, textOf(object),
+                                             std::string("IP4 ") + ownAddress);
+    EXPECT_EQ(textOf(object), after) << cLine;
+    EXPECT_EQ(sdpLastRefusal().number, before) << cLine;
   }
 }
 

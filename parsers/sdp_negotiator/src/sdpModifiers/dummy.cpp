@@ -150,7 +150,7 @@ unsigned short createDummy(SdpText& text, const DummyKind& kind, const char* ip,
   const DummyRequest request{kind, address, port, single || sdesOnly, modifyOLine};
   // Keys are replaced, and the length is given, in spite of a refusal of directions.
   unsigned short status = 0;
-  if (!makeDummyAtOnce(noted, request, oLineEnd, nullptr)) {
+  if (!makeDummyAtOnce(noted, request, oLineEnd, OldLines::accepted)) {
     if (const Refusal refusal = makeDummy(noted, request, oLineEnd, status)) return refuse(refusal);
   }
   if (sdesOnly) {
@@ -163,23 +163,22 @@ unsigned short createDummy(SdpText& text, const DummyKind& kind, const char* ip,
 
 namespace {
 
-/// Adds the lines whose keys are replaced.
-/// @return false where one of them stands in another line
-bool addCryptoLines(GoneLines& gone, const NotedText& text) {
+/// Whether the codec accepts the lines whose keys are replaced, each a line of its own.
+bool areCryptoLinesAccepted(const NotedText& text) {
   const std::string_view view = text.view();
-  bool whole = true;
+  bool accepted = true;
   text.notes().each(Noted::crypto, 0, [&](std::size_t at) {
-    whole = at != 0 && view[at - 1] == '\n';
-    if (whole) gone.add(view.substr(at, lineAt(view, at).next() - at));
-    return whole;
+    accepted =
+        at != 0 && view[at - 1] == '\n' && isAcceptedAttribute(view.substr(at, lineAt(view, at).next() - at));
+    return accepted;
   });
-  return whole;
+  return accepted;
 }
 
 }  // namespace
 
 Undecoded createDummyUndecoded(SdpText& text, const DummyKind& kind, const char* ip, unsigned short port,
-                               bool modifyOLine, GoneLines& gone) {
+                               bool modifyOLine) {
   if (refusalOfArguments(text, ip)) return Undecoded::untouched;
   NotedText noted(text);
   const bool sdesOnly = isSdesOnly(text.view(), noted.notes());
@@ -187,10 +186,9 @@ Undecoded createDummyUndecoded(SdpText& text, const DummyKind& kind, const char*
   const bool single = first != npos && nextMLine(noted.notes(), first) == npos;
   const GivenAddress address(ip);
   unsigned short oLineEnd = 0;
-  gone.add("v=0\r\n");
-  if (sdesOnly && !addCryptoLines(gone, noted)) return Undecoded::untouched;
+  if (sdesOnly && !areCryptoLinesAccepted(noted)) return Undecoded::untouched;
   const DummyRequest request{kind, address, port, single || sdesOnly, modifyOLine};
-  if (!makeDummyAtOnce(noted, request, oLineEnd, &gone)) return Undecoded::untouched;
+  if (!makeDummyAtOnce(noted, request, oLineEnd, OldLines::judged)) return Undecoded::untouched;
   return sdesOnly && replaceKeys(text) ? Undecoded::lost : Undecoded::made;
 }
 

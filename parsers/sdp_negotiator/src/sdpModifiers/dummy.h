@@ -1,7 +1,6 @@
 #ifndef SDP_MODIFIERS_DUMMY_H
 #define SDP_MODIFIERS_DUMMY_H
 
-#include "text/fixedText.h"
 #include "text/sdpText.h"
 
 // A received body as a dummy body of the library's own.
@@ -20,19 +19,15 @@ struct DummyKind {
 unsigned short createDummy(SdpText& text, const DummyKind& kind, const char* ip, unsigned short port,
                            int& length, unsigned short& oLineEnd, bool modifyOLine);
 
-/// Lines as a text of their own.
-using GoneLines = FixedText<4096>;
-
 /// What becomes of a text that is to be a dummy without the codec.
 enum class Undecoded { made, untouched, lost };
 
 /// `createDummy` without a look at what the codec says to the text, for one that is decoded as a dummy. Only while nothing is
-/// traced; nothing is told.
-/// @param gone receives a text of the lines that the dummy lacks or has others for: the codec, which reads line by line,
-///             accepts the text as it was when it accepts this and the dummy. It is empty before.
+/// traced; nothing is told. The codec, which reads line by line, accepts the text as it was when it accepts the dummy: the
+/// lines that the dummy lacks or has others for are such that it does.
 /// @return what was made of the text; what is not a dummy then has to be made one by `createDummy`
 Undecoded createDummyUndecoded(SdpText& text, const DummyKind& kind, const char* ip, unsigned short port,
-                               bool modifyOLine, GoneLines& gone);
+                               bool modifyOLine);
 
 }  // namespace sdpneg
 

@@ -4,7 +4,6 @@
 #include <string_view>
 
 #include "refusal.h"
-#include "sdpModifiers/codecText.h"
 #include "sdpModifiers/dummy.h"
 #include "sdpNegotiator.h"
 #include "sdpNegotiator/parse.h"
@@ -57,16 +56,13 @@ struct DummyValues {
 ///         told
 std::optional<unsigned short> createAndParse(const ParseTarget& to, SdpText& text, const DummyValues& values,
                                              bool& lost) {
-  GoneLines gone;
   std::optional<unsigned short> status;
-  const Undecoded made =
-      createDummyUndecoded(text, values.kind, values.ip, values.port, values.modifyOLine, gone);
+  const Undecoded made = createDummyUndecoded(text, values.kind, values.ip, values.port, values.modifyOLine);
   lost = made != Undecoded::untouched;
   if (made != Undecoded::made) return status;
   withDescription([&](sDescription& description) -> Refusal {
     sSdpParsedData data = to.data;
     data.init();
-    if (decodeText(description, gone.text()) != 0) return {};
     if (sdp_decodeOpt_r(&description, text.view().data(), SDP_TYPE_UNKNOWN, nullptr, false, data.oLineStart,
                         data.oLineEnd) != 0) {
       return {};

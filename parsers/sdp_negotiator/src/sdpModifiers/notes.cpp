@@ -92,6 +92,13 @@ class Candidates {
   std::uint16_t places_[(kWindows + 2) * blocks::kWindow];
 };
 
+/// Whether the name of an attribute that is noted may begin at an offset: few other letters have the bits that theirs share.
+bool mayBeginName(std::string_view text, std::size_t at) {
+  constexpr auto kShared =
+      static_cast<unsigned char>(~(('c' ^ 'i') | ('c' ^ 'k') | ('c' ^ 'r') | ('c' ^ 's')));
+  return at < text.size() && (static_cast<unsigned char>(text[at]) & kShared) == ('c' & kShared);
+}
+
 /// Whether a direction of a medium stands at an offset.
 bool isDirectionAt(std::string_view text, std::size_t at) {
   if (at + kDirectionLength > text.size()) return false;
@@ -120,6 +127,7 @@ void Notes::take(std::string_view text) {
 
 void Notes::noteAt(std::string_view text, std::size_t at) {
   const char letter = text[at];
+  if (letter == 'a' && !mayBeginName(text, at + kPrefix)) return;
   const bool direction = letter == 'a' && isDirectionAt(text, at + kPrefix);
   if (letter != 'm' && letter != 'c' && !direction) {
     if (letter == 'a') noteAttribute(text.substr(at), at);

@@ -86,13 +86,13 @@ class DummyPlan {
  private:
   /// All that changes else is to stand behind it.
   bool takeOriginLine() {
-    origin_ = newOriginLine(view_, request_.address);
-    if (!origin_ || text_.notes().first() < origin_->old.end) return false;
-    const std::size_t begin = origin_->old.begin;
-    const bool isLine = isLineStart(begin) && lineAt(view_, begin).next() == origin_->old.end;
-    if (old_ == OldLines::judged && (!isLine || !hasPlainFields(view_, origin_->old, 6))) return false;
-    changes_.add(origin_->old, origin_->line.view());
-    oLineEnd_ = static_cast<unsigned short>(origin_->old.begin + origin_->line.size());
+    if (!makeOriginLine(origin_, view_, request_.address)) return false;
+    if (text_.notes().first() < origin_.old.end) return false;
+    const std::size_t begin = origin_.old.begin;
+    const bool isLine = isLineStart(begin) && lineAt(view_, begin).next() == origin_.old.end;
+    if (old_ == OldLines::judged && (!isLine || !hasPlainFields(view_, origin_.old, 6))) return false;
+    changes_.add(origin_.old, origin_.line.view());
+    oLineEnd_ = static_cast<unsigned short>(origin_.old.begin + origin_.line.size());
     return true;
   }
 
@@ -193,7 +193,7 @@ class DummyPlan {
   NewConnection connection_;
   PortsToClose closed_;
   PortDigits port_;
-  std::optional<NewOriginLine> origin_;
+  NewOriginLine origin_;
   std::optional<ModePlan> mode_;
   std::string_view oneWay_;  ///< what overwrites all directions of one way, where the plan of a mode does not
   std::optional<unsigned short> oLineEnd_;

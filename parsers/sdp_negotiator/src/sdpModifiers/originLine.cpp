@@ -87,12 +87,14 @@ std::optional<OriginAddress> originAddress(const GivenAddress& given, std::strin
   return OriginAddress{addressTypeOf(given.version), given.text};
 }
 
-/// A new o-line, cut at 336 characters.
-FixedText<337> composeOriginLine(std::string_view id, std::string_view version, OriginAddress address) {
-  FixedText<337> composed;
-  composed.add("o=ZEV ").add(id).add(" ").add(version).add(" IN ");
-  composed.add(address.type).add(" ").add(address.address).add("\r\n");
-  return composed;
+using OriginLineText = decltype(NewOriginLine::line);
+
+/// Composes a new o-line, which its text cuts.
+/// @param line empty before
+void composeOriginLine(OriginLineText& line, std::string_view id, std::string_view version,
+                       OriginAddress address) {
+  line.add("o=ZEV ").add(id).add(" ").add(version).add(" IN ");
+  line.add(address.type).add(" ").add(address.address).add("\r\n");
 }
 
 /// All that stands from "o=" to "s=", in the place of which an o-line is put; its end is npos when there is no "s=".
@@ -163,8 +165,8 @@ void composeSessionId(char* id, long seconds, long microseconds) {
   constexpr std::size_t kSecondsDigits = 6;
   constexpr long kMoreDigits = 1'000'000;
   if (seconds >= kMoreDigits) {
-    for (std::size_t i = kSecondsDigits; i > 0; seconds /= 10)
-      id[--i] = static_cast<char>('0' + seconds % 10);
+    auto left = static_cast<unsigned int>(seconds % kMoreDigits);
+    for (std::size_t i = kSecondsDigits; i > 0; left /= 10) id[--i] = static_cast<char>('0' + left % 10);
   } else if (const FixedText<24> all = FixedText<24>().add(seconds); all.size() > kSecondsDigits) {
     all.view().copy(id, kSecondsDigits, all.size() - kSecondsDigits);
   }
@@ -204,8 +206,9 @@ Refusal modifyOriginLine(SdpText& text, const char* sessionId, const char* versi
   if (const Refusal refusal = refusalOfLineTexts({id, viewOf(version), viewOf(given.text)}, kOperation)) {
     return refusal;
   }
-  const Refusal refusal =
-      putOriginLine(text, *old, composeOriginLine(id, viewOf(version), *address).view(), oLineEnd);
+  OriginLineText composed;
+  composeOriginLine(composed, id, viewOf(version), *address);
+  const Refusal refusal = putOriginLine(text, *old, composed.view(), oLineEnd);
   if (tracing && !refusal) trace::info("The o-line has been changed. Exiting...");
   return refusal;
 }
@@ -216,14 +219,14 @@ Refusal renewOriginLine(SdpText& text, const GivenAddress& address, unsigned sho
   return modifyOriginLine(text, id, id, address, oLineEnd);
 }
 
-std::optional<NewOriginLine> newOriginLine(std::string_view text, const GivenAddress& address) {
+bool makeOriginLine(NewOriginLine& made, std::string_view text, const GivenAddress& address) {
   const std::optional<Span> old = originSpan(text);
-  if (!old || old->end == npos || address.version == kIpVersionUnknown) return std::nullopt;
+  if (!old || old->end == npos || address.version == kIpVersionUnknown) return false;
+  made.old = *old;
   char id[16] = "";
   composeSessionIdNow(id);
-  const OriginAddress given{addressTypeOf(address.version), address.text};
-  NewOriginLine made{*old, composeOriginLine(id, id, given)};
-  return made.line.cut() ? std::nullopt : std::optional(made);
+  composeOriginLine(made.line, id, id, {addressTypeOf(address.version), address.text});
+  return !made.line.cut();
 }
 
 void renewOriginLineIfThere(SdpText& text, unsigned short& oLineEnd) {

@@ -1,7 +1,6 @@
 #ifndef SDP_MODIFIERS_ORIGIN_LINE_H
 #define SDP_MODIFIERS_ORIGIN_LINE_H
 
-#include <optional>
 #include <string_view>
 
 #include "refusal.h"
@@ -22,12 +21,14 @@ Refusal renewOriginLine(SdpText& text, const GivenAddress& address, unsigned sho
 
 /// What `renewOriginLine` puts into a text, and where.
 struct NewOriginLine {
-  Span old;  ///< of the text
+  Span old{0, 0};  ///< of the text
   FixedText<337> line;
 };
 
-/// That, while nothing is traced; nothing for a text that would be refused.
-std::optional<NewOriginLine> newOriginLine(std::string_view text, const GivenAddress& address);
+/// Makes that, while nothing is traced.
+/// @param made empty before
+/// @return false for a text that would be refused
+bool makeOriginLine(NewOriginLine& made, std::string_view text, const GivenAddress& address);
 
 /// `renewOriginLine` on the way of an edit that goes on without an o-line: a text that has none, or none that can be
 /// replaced, is no reason to have refused anything.

@@ -206,6 +206,7 @@ TEST(DummyOfRefusedBody, TellsTheRefusal) {
       {withAudio + "a=candidate:1\rx\r\n", ours},
       {withAudio + "a=key-mgmt:mikey\rx\r\n", ours},
       {withAudio + "c=IN IP4 /127\r\n", ours + "c=IN IP4 192.0.2.50\r\n"},
+      {withAudio + "c=IN  IP4\r\n", ours + "c=IN IP4 192.0.2.50\r\n"},
       {withAudio + "c=IN IP4 192.0.2.1 x\r\n", ours + "c=IN IP4 192.0.2.50\r\n"},
       {withAudio + "c=IN IP4 192.0\r.2.1\n", ours + "c=IN IP4 192.0.2.50\r\n"},
   };
@@ -231,8 +232,8 @@ TEST(DummyOfRefusedBody, TellsTheRefusal) {
 
 TEST(DummyOfRefusedOriginLine, TellsTheRefusal) {
   const std::string rest = std::string("s=-\r\nt=0 0\r\nm=audio 5004 RTP/AVP 0\r\n") + tails[1];
-  for (const char* line :
-       {"o=- 1 1 IN IP4\r\n", "o=- 1 1 IN  IP4 \r\n", "o=\n", "o=- 1 1 IN\rIP4 192.0.2.1\r\n"}) {
+  for (const char* line : {"o=- 1 1 IN IP4\r\n", "o=- 1 1 IN  IP4\r\n", "o=- 1 1 IN  IP4 \r\n", "o=\n",
+                           "o=- 1 1 IN\rIP4 192.0.2.1\r\n"}) {
     cSdpNegotiator object = objectWithText("v=0\r\n" + std::string(line) + rest);
     const unsigned int before = sdpLastRefusal().number;
     EXPECT_EQ(object.createDummy(true, false, false, ownAddress, ownPort, true), 0);

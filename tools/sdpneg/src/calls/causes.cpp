@@ -83,20 +83,20 @@ std::string textOf(const TroubleFinder& finder, const Cause& cause, std::string_
   const Flow& flow = finder.call().messages[cause.place.message].flow;
   std::string text = shownPiece(media, 16) + " ";
   if (cause.isHop) {
-    text.append("came as ").append(wordOf(cause.before)).append(" and was made ");
+    const bool isRefused = cause.after == Way::refused;
+    text.append("came as ").append(wordOf(cause.before)).append(isRefused ? " and was " : " and was made ");
   } else {
     text += "is ";
   }
   text += wordOf(cause.after);
   const std::string source = flow.source.address.text();
-  if (cause.isHop) text += " by " + source;
+  if (cause.after == Way::refused) text += " with port 0";
+  if (cause.isHop || cause.after == Way::refused) text += " by " + source;
   switch (cause.after) {
     case Way::sendonly:
       return text + ": " + flow.destination.address.text() + " does not send";
     case Way::recvonly:
       return text + ": " + source + " does not send";
-    case Way::refused:
-      return text + " with port 0 by " + source + ": nobody sends";
     default:
       return text + ": nobody sends";
   }

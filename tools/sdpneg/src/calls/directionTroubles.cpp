@@ -5,13 +5,14 @@
 #include <vector>
 
 #include "calls/causes.h"
+#include "captures/sipView.h"
 #include "text/search.h"
 
 namespace tool {
 namespace {
 
 /// What a segment began with.
-struct Beginning {
+struct LegBeginning {
   std::uint64_t invite = 0;  ///< its CSeq
   bool hasInvite = false;
   std::size_t accepted = kNowhere;     ///< the first 2xx of the first INVITE
@@ -25,13 +26,13 @@ bool isOfDialog(const CallMessage& message, const CallMessage& accepted) {
          (message.fromTag == accepted.toTag && message.toTag == accepted.fromTag);
 }
 
-std::vector<Beginning> beginningsOf(const TroubleFinder& finder) {
+std::vector<LegBeginning> beginningsOf(const TroubleFinder& finder) {
   const Call& call = finder.call();
-  std::vector<Beginning> beginnings(finder.segments().size());
+  std::vector<LegBeginning> beginnings(finder.segments().size());
   for (std::size_t i = 0; i < call.messages.size(); ++i) {
     const CallMessage& message = call.messages[i];
     if (message.method != "INVITE") continue;
-    Beginning& beginning = beginnings[finder.segments().of(i)];
+    LegBeginning& beginning = beginnings[finder.segments().of(i)];
     if (beginning.accepted != kNowhere) continue;
     if (message.status == 0 && message.toTag.empty()) {
       beginning.invite = message.cseq;
@@ -42,7 +43,7 @@ std::vector<Beginning> beginningsOf(const TroubleFinder& finder) {
   }
   for (const Exchange& exchange : call.exchanges) {
     if (!exchange.answer || exchange.finalStatus >= 300) continue;
-    Beginning& beginning = beginnings[finder.segments().of(exchange.offer)];
+    LegBeginning& beginning = beginnings[finder.segments().of(exchange.offer)];
     if (beginning.accepted == kNowhere) continue;
     const CallMessage& answer = call.messages[*exchange.answer];
     const CallMessage& accepted = call.messages[beginning.accepted];
@@ -88,12 +89,26 @@ void lookAt(TroubleFinder& finder, const Exchange& exchange, Told& told) {
   if (offer != nullptr) tellOnce(finder, told, *exchange.answer, offer->section(refused));
 }
 
+/// Whether a message begins a recording (RFC 7866), whose media go one way.
+bool isRecording(const CallMessage& message) {
+  const SipView view(message.text);
+  for (const std::string_view value : view.values("Require")) {
+    sdpneg::Words tags(value, " \t\r\n,");
+    for (std::string_view tag = tags.next(); !tag.empty(); tag = tags.next()) {
+      if (sdpneg::equalNoCase(tag, "siprec")) return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 void findDirectionTroubles(TroubleFinder& finder) {
   Told told;
-  for (const Beginning& beginning : beginningsOf(finder)) {
-    if (beginning.exchange != nullptr) lookAt(finder, *beginning.exchange, told);
+  for (const LegBeginning& beginning : beginningsOf(finder)) {
+    const Exchange* const exchange = beginning.exchange;
+    if (exchange == nullptr || isRecording(finder.call().messages[exchange->offer])) continue;
+    lookAt(finder, *exchange, told);
   }
 }
 

@@ -184,7 +184,7 @@ LegJoiner::OriginUse* LegJoiner::findSentOn(std::vector<OriginUse>& uses, const 
     if (wereSetUpTogether(*use.leg, leg)) {
       last = &use;
       if (!use.isTaken) break;
-    } else if (way == Way::received && use.leg->progress != Progress::over) {
+    } else if (way == Way::received && use.leg->progress != CallProgress::over) {
       earlier = &use;
     }
   }

@@ -53,11 +53,11 @@ void OpenLeg::follow(const CallMessage& message) {
     addOnce(ended, dialog);
   }
   if (!confirmed.empty()) {
-    progress = Progress::up;
+    progress = CallProgress::up;
   } else if (rings) {
-    progress = Progress::ringing;
+    progress = CallProgress::ringing;
   } else {
-    progress = Progress::over;
+    progress = CallProgress::over;
   }
 }
 
@@ -81,7 +81,7 @@ OpenLeg* OpenCalls::find(std::string_view callId) const {
 }
 
 OpenLeg& OpenCalls::begin(const std::string& callId, std::size_t sequence) {
-  std::list<OpenCall>& list = lists_[static_cast<std::size_t>(Progress::ringing)];
+  std::list<OpenCall>& list = lists_[static_cast<std::size_t>(CallProgress::ringing)];
   OpenCall& call = list.emplace_back();
   call.place = std::prev(list.end());
   call.number = ++begun_;
@@ -95,7 +95,7 @@ OpenLeg& OpenCalls::begin(const std::string& callId, std::size_t sequence) {
 }
 
 void OpenCalls::place(OpenCall& call) {
-  Progress progress = Progress::over;
+  CallProgress progress = CallProgress::over;
   for (const auto& leg : call.legs) progress = std::max(progress, leg->progress);
   std::list<OpenCall>& from = listOf(call);
   call.progress = progress;
@@ -148,7 +148,7 @@ OpenCall* OpenCalls::findOver(std::int64_t now, std::int64_t nowOfEnded) {
   for (std::size_t progress = 0; progress < kProgresses; ++progress) {
     if (lists_[progress].empty()) continue;
     OpenCall& call = lists_[progress].front();
-    const bool hasEnded = static_cast<Progress>(progress) == Progress::over;
+    const bool hasEnded = static_cast<CallProgress>(progress) == CallProgress::over;
     if ((hasEnded ? nowOfEnded : now) - call.lastTime > kMostSilence[progress]) return &call;
   }
   return nullptr;

@@ -32,7 +32,7 @@ struct OpenMessage {
 };
 
 /// How far an open call is, which decides for how long it may be silent.
-enum class Progress : std::uint8_t { over, ringing, up };
+enum class CallProgress : std::uint8_t { over, ringing, up };
 inline constexpr std::size_t kProgresses = 3;
 
 /// An INVITE that begins a leg, for joins by time and numbers.
@@ -62,7 +62,7 @@ struct OpenLeg {
   std::size_t answeredSequence = 0;  ///< the message that brought it
   bool isCompared = false;           ///< whether time and numbers were compared
 
-  Progress progress = Progress::ringing;
+  CallProgress progress = CallProgress::ringing;
   bool hasInvite = false;              ///< whether one or a response to one was captured
   std::vector<std::string> confirmed;  ///< dialogs that were answered, by their tags
   std::vector<std::string> ended;      ///< and those that got a BYE
@@ -76,7 +76,7 @@ struct OpenCall {
   std::vector<std::unique_ptr<OpenLeg>> legs;
   std::vector<OpenMessage> messages;
   std::size_t bytes = 0;
-  Progress progress = Progress::ringing;
+  CallProgress progress = CallProgress::ringing;
   std::int64_t lastTime = 0;            ///< the capture's time when its last message came
   std::size_t lastSequence = 0;         ///< its last message
   std::list<OpenCall>::iterator place;  ///< its own, in the list of its progress

@@ -147,6 +147,25 @@ TEST(OneWay, IsToldAtTheHopThatMadeIt) {
   // Refused behind the hop, and accepted before it.
   call = overHop(kAudio.data(), kAudio.data(), "m=audio 0 RTP/AVP 8\n", kAudio.data());
   EXPECT_EQ(rulesOf(call), (Strings{"one-way 3 1 11"}));
+  EXPECT_EQ(call.troubles.front().text, "audio is refused with port 0 by 203.0.113.3: nobody sends");
+  // Refused by the hop.
+  call = overHop(kAudio.data(), kAudio.data(), kAudio.data(), "m=audio 0 RTP/AVP 8\n");
+  EXPECT_EQ(call.troubles.front().text,
+            "audio came as sendrecv and was refused with port 0 by 198.51.100.2: nobody sends");
+}
+
+TEST(OneWay, IsHowRecordingsAre) {
+  for (const std::string require : {"", "Require: replaces,\r\n SIPREC\r\n", "Supported: siprec\r\n"}) {
+    Maker maker;
+    const std::size_t offer = maker.add({}, body(audio("sendonly")));
+    const std::size_t answer = maker.add(Maker::accept({}), body(audio("recvonly")));
+    maker.exchange(offer, answer);
+    tool::CallMessage& invite = maker.call.messages[offer];
+    invite.text.insert(invite.text.find('\n') + 1, require);
+    invite.sdpBegin += require.size();
+    findTroubles(maker.call);
+    EXPECT_EQ(rulesOf(maker.call).empty(), require.starts_with("Require")) << require;
+  }
 }
 
 /// What is the same again keeps its version.

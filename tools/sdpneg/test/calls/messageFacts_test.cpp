@@ -13,7 +13,7 @@ using tool::userOf;
 
 TEST(MessageFacts, TellDialogAndTransaction) {
   const SipView view(
-      "SIP/2.0 183 Progress\r\nv: SIP/2.0/TCP a;rport;branch=z9hG4bK1 , SIP/2.0/UDP b;branch=z9hG4bK2\r\n"
+      "SIP/2.0 183 CallProgress\r\nv: SIP/2.0/TCP a;rport;branch=z9hG4bK1 , SIP/2.0/UDP b;branch=z9hG4bK2\r\n"
       "f: \"A <x>;tag=0\" <sip:a@b;tag=1>;TAG=2\r\nt: sip:c@d;x=y;tag=3\r\ni: one\r\n two \r\nCSeq: 0012 INVITE\r\n"
       "RSeq: 7\r\nRAck: 8 9 INVITE\r\n\r\n");
   const std::optional<MessageFacts> facts = factsOf(view);

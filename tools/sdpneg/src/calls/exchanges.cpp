@@ -20,7 +20,9 @@ struct Segment {
   std::size_t one = 0;
   std::size_t other = 0;
 
-  auto operator<=>(const Segment&) const = default;
+  bool operator<(const Segment& with) const {
+    return std::tie(leg, one, other) < std::tie(with.leg, with.one, with.other);
+  }
 };
 
 /// A leg without parties, which come from 0.

@@ -40,7 +40,8 @@ struct CodecPair {
 void findCodecTrouble(TroubleFinder& finder, const TroublePlace& place, const sdp::Section& offered,
                       const sdp::Section& answered, CodecPair codecs) {
   if (!commonCodecs(codecs.there, codecs.here).empty()) return;
-  auto& [there, here] = codecs;
+  std::vector<CodecName>& there = codecs.there;
+  std::vector<CodecName>& here = codecs.here;
   std::erase_if(there, isCompanion);
   std::erase_if(here, isCompanion);
   if (there.empty()) return;

@@ -327,8 +327,9 @@ class Run {
   std::size_t keptBytes_ = 0;
   std::size_t lowestOpen_ = 0;
   CallTable table_;
-  CaptureSet set_;
   OrderedWork work_;
+  CaptureSet
+      set_;  // which waits for the front of a followed file when it is made, and needs all of the above
 };
 
 }  // namespace

@@ -384,6 +384,16 @@ TEST(CallFollow, ShowsCallsOfAGrowingFileUntilItIsInterrupted) {
   EXPECT_EQ(running.interrupt(), 0);
 }
 
+TEST(CallFollow, WaitsForTheFrontOfAFile) {
+  const TemporaryFolder folder;
+  const std::string log = folder.write("log", plainCall().substr(0, 100));
+  Running running({"calls", "--follow", log});
+  std::this_thread::sleep_for(std::chrono::milliseconds(500));  // in which it looks for more
+  std::ofstream(log, std::ios::app) << plainCall().substr(100);
+  EXPECT_NE(running.readUntil("\n1 ").find("ended 200"), std::string::npos);
+  EXPECT_EQ(running.interrupt(), 0);
+}
+
 TEST(CallFollow, TellsOpenCallsWhenItIsInterrupted) {
   const TemporaryFolder folder;
   const std::string log = folder.write("log", replaced(plainCall(), "2026-11-22", "2999-11-22"));

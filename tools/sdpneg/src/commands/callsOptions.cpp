@@ -1,7 +1,8 @@
 #include "commands/callsOptions.h"
 
 #include <algorithm>
-#include <charconv>
+
+#include "requests/wholeNumber.h"
 
 namespace tool {
 namespace {
@@ -11,10 +12,8 @@ void refuse(bool isWrong, const std::string& mistake) {
 }
 
 std::size_t callNumber(std::string_view text) {
-  std::size_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  refuse(error != std::errc() || end != text.data() + text.size() || number == 0,
-         "--call wants the number of a call, not '" + std::string(text) + "'");
+  const std::size_t number = wholeNumber<std::size_t>(text).value_or(0);
+  refuse(number == 0, "--call wants the number of a call, not '" + std::string(text) + "'");
   return number;
 }
 

@@ -1,0 +1,59 @@
+// Where calls come from and go to.
+
+#include <arpa/inet.h>
+
+#include <algorithm>
+
+#include <CLI/CLI.hpp>
+
+#include "optionTopics.h"
+
+namespace b2bua {
+
+namespace {
+
+/// @return the address without brackets
+std::string hostOf(const std::string& endpoint) {
+  const std::string host = endpoint.substr(0, endpoint.rfind(':'));
+  return host.starts_with('[') && host.ends_with(']') ? host.substr(1, host.size() - 2) : host;
+}
+
+/// It is where the parties are to send to.
+std::string checkNoWildcard(const std::string& text) {
+  in6_addr six{};
+  in_addr four{};
+  const std::string host = hostOf(text);
+  const bool isFour = inet_pton(AF_INET, host.c_str(), &four) == 1;
+  const bool isSix = inet_pton(AF_INET6, host.c_str(), &six) == 1;
+  const auto isZero = [](unsigned char byte) { return byte == 0; };
+  const bool mapped =
+      isSix && IN6_IS_ADDR_V4MAPPED(&six) && std::all_of(six.s6_addr + 12, six.s6_addr + 16, isZero);
+  const bool wildcard =
+      (isFour && four.s_addr == INADDR_ANY) || (isSix && IN6_IS_ADDR_UNSPECIFIED(&six)) || mapped;
+  return wildcard ? "no wildcard address, since it is the Contact too: " + text : "";
+}
+
+}  // namespace
+
+std::string checkAddress(const std::string& text) {
+  return cMsgIPAddress::isValid(text.c_str()) ? "" : "no address: " + text;
+}
+
+std::string checkEndpoint(const std::string& text) {
+  const std::size_t colon = text.rfind(':');
+  unsigned short port = 0;
+  const bool valid = colon != std::string::npos && CLI::detail::lexical_cast(text.substr(colon + 1), port);
+  return valid && checkAddress(hostOf(text)).empty() ? "" : "no numeric HOST:PORT: " + text;
+}
+
+void addCallOptions(CLI::App& app, Options& options) {
+  app.add_option("--target", options.target, "HOST:PORT where the calls go; numeric")
+      ->required()
+      ->check(checkEndpoint);
+  app.add_option("--listen", options.listen, "HOST:PORT where they come from; port 0 takes a free one")
+      ->check(checkEndpoint)
+      ->check(checkNoWildcard)
+      ->capture_default_str();
+}
+
+}  // namespace b2bua

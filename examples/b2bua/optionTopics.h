@@ -1,0 +1,24 @@
+#ifndef B2BUA_OPTION_TOPICS_H
+#define B2BUA_OPTION_TOPICS_H
+
+#include <string>
+
+#include "options.h"
+
+namespace b2bua {
+
+// The options of the command line by their topics; `addOptions` adds all of them.
+
+void addCallOptions(CLI::App& app, Options& options);
+void addLimitOptions(CLI::App& app, Options& options);
+void addServiceOptions(CLI::App& app, Options& options);
+void addPolicyOptions(CLI::App& app, Policy& policy);
+
+// Checks as CLI11 takes them: what is wrong, or nothing.
+
+std::string checkAddress(const std::string& text);
+std::string checkEndpoint(const std::string& text);
+
+}  // namespace b2bua
+
+#endif

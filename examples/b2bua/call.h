@@ -2,6 +2,7 @@
 #define B2BUA_CALL_H
 
 #include <array>
+#include <functional>
 #include <optional>
 
 #include "mediaPolicy.h"
@@ -49,17 +50,30 @@ enum class Kind {
 /// An INVITE on its way, and what is to be kept of it when it succeeds.
 struct Exchange {
   Kind kind = Kind::relayed;
+  unsigned long number = 0;  ///< none has that of another one
   Side from = kCaller;
   Owned<nta_incoming_t> incoming;  ///< the INVITE that came
   Owned<nta_outgoing_t> outgoing;  ///< the INVITE that went out
   bool concluded = false;          ///< the one that went out has its final response
   bool answered = false;           ///< its 200 went back and waits for the ACK
   bool acknowledged = false;       ///< the 200 that came has its ACK
+  bool ackCame = false;            ///< the one for the 200 that went back
   bool cancelled = false;
   OfferChanges changes{};
   std::array<Body, 2> received;  ///< from each side
   std::array<Body, 2> sent;      ///< to each side
 };
+
+/// Why a body cannot be used, and what its sender gets for it.
+struct BodyRefusal {
+  std::string reason;  ///< empty when it can
+  int status = 488;
+
+  explicit operator bool() const { return !reason.empty(); }
+};
+
+/// What follows when a body is taken. It is not called for an exchange that has ended meanwhile.
+using BodyTaken = std::function<void(Call& call, const BodyRefusal& refusal)>;
 
 struct Call {
   std::string id;

@@ -83,19 +83,40 @@ void Engine::onCancel(Call& call) {
   note(call, "cancelled");
   if (!call.established) ++counters_.cancelled;
   cancel(call, 487);
+  giveUp(call);
 }
 
-/// Gives up an INVITE that has no final answer yet.
+/// Refuses an INVITE that has no final answer yet.
 void Engine::cancel(Call& call, int status) {
   answer(call, status);
   call.exchange->cancelled = true;
   if (call.exchange->outgoing) nta_outgoing_cancel(call.exchange->outgoing.get());
 }
 
+/// An INVITE that was refused is over when the other side has accepted it, or was never asked; else its answer is
+/// still to come.
+void Engine::giveUp(Call& call) {
+  if (call.exchange->outgoing && !call.exchange->concluded) return;
+  leave(call);
+  if (call.established) return complete(call);
+  forget(call);
+}
+
+/// The other side may have accepted what comes to nothing, and is told so.
+void Engine::leave(Call& call) {
+  const Exchange& exchange = *call.exchange;
+  if (!exchange.concluded) return;
+  if (!exchange.acknowledged) sendAck(call, "");
+  if (!call.established) sendBye(call, otherOf(exchange.from));
+}
+
 void Engine::onBye(Leg& leg) {
   Call& call = *leg.call;
   if (!call.established && !call.exchange->answered) {
-    if (leg.side == kCaller) onCancel(call);
+    if (leg.side == kCaller) return onCancel(call);
+    // It has hung up while its body was on its way.
+    if (call.exchange->concluded && !call.exchange->acknowledged) sendAck(call, "");
+    if (call.exchange->concluded) fail(call, 480);
     return;
   }
   dropExchange(call);
@@ -108,7 +129,7 @@ void Engine::onBye(Leg& leg) {
 /// The call ends while an INVITE is on its way.
 void Engine::dropExchange(Call& call) {
   if (!call.exchange) return;
-  if (call.exchange->answered && !call.exchange->acknowledged) sendAck(call, "");
+  if (call.exchange->concluded && !call.exchange->acknowledged) sendAck(call, "");
   if (!call.exchange->answered && !call.exchange->cancelled) cancel(call, 487);
 }
 
@@ -153,6 +174,7 @@ void Engine::finish() {
       end(*call, "engine: it stops");
     } else if (!call->established) {
       cancel(*call, 503);
+      giveUp(*call);
     }
   }
 }

@@ -62,6 +62,8 @@ class Engine {
   void onBye(Leg& leg);
   void onCancel(Call& call);
   void cancel(Call& call, int status);
+  void giveUp(Call& call);
+  void leave(Call& call);
   void sendBye(Call& call, Side to);
   void dropExchange(Call& call);
   void end(Call& call, const std::string& why);
@@ -71,11 +73,11 @@ class Engine {
   // exchanges of bodies (exchange.cpp)
   static int onAckOrCancel(Leg* leg, nta_incoming_t* transaction, const sip_t* request);
   static int onInviteResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response);
+  Exchange& beginExchange(Call& call, Kind kind);
   void onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite);
   void onAck(Leg& leg, const std::string& body);
   void onSuccess(Call& call, const sip_t& response);
   void onFailure(Call& call, const sip_t& response);
-  bool answerFromStore(Call& call, Exchange& exchange);
   void replaceDummy(Call& call);
   void onDummyReplaced(Call& call, const std::string& body);
   void relayInvite(Call& call);
@@ -87,15 +89,19 @@ class Engine {
   void answer(Call& call, int status, const std::string& body = "", const std::string& header = "");
   /// Refuses it, and ends the call when it is the first one.
   void fail(Call& call, int status, const std::string& header = "");
-  void refuse(Call& call, const std::string& reason);
+  void refuse(Call& call, const BodyRefusal& refusal);
   void complete(Call& call);
 
+  // bodies on their way (bodies.cpp)
+  bool answerFromStore(Call& call, Exchange& exchange);
   /// Takes a body from outside in, in the form on which all readers agree: what one takes for a line, no other misses.
   /// @return why it has none; empty when `incoming_` has it
   std::string takeIn(const std::string& body);
-  /// Parses a body from a side, applies the policy and gives the result that side's dialog of the other.
-  /// @return why it cannot be used; empty when it can
-  std::string takeBody(Call& call, Side from, const std::string& body, bool isAnswer);
+  /// Brings a body from a side to the other one: its result is in `sent` of the exchange when `then` is called.
+  void takeBody(Call& call, Side from, const std::string& body, bool isAnswer, const BodyTaken& then);
+  /// Its steps; @return why the body cannot be used; empty when it can
+  std::string readBody(Call& call, Side from, const std::string& body, bool isAnswer);
+  std::string finishBody(Call& call, Side from, const std::string& body, bool isAnswer);
   /// Writes into the log what is wrong with an answer.
   /// @param offer   what the party was sent
   /// @param answer  what it said, before anything is done to it
@@ -108,6 +114,7 @@ class Engine {
   Owned<nta_agent_t> agent_;
   Leg listener_;  ///< for responses outside of the calls
   std::unordered_map<std::string, Call> calls_;
+  unsigned long exchanges_ = 0;
   unsigned long openByes_ = 0;
   bool stopping_ = false;
   std::string elsewhere_;   ///< a URL to which nobody sends

@@ -1,10 +1,8 @@
 // What happens to the bodies between an INVITE and its ACK.
 
-#include <sdpDocumentRequests.h>
-
 #include <cstring>
+#include <utility>
 
-#include "answerCheck.h"
 #include "engine.h"
 #include "multipart.h"
 #include "policyCheck.h"
@@ -38,115 +36,38 @@ std::optional<std::string> sdpOf(const sip_t& message) {
   return sdpPartOf(body, unquoted(boundary));
 }
 
-const char* nameOf(Side side) { return side == kCaller ? "caller" : "target"; }
-
-/// A party has one session with the engine whatever the other one does: the o-line stays, its version rises by one
-/// with every change.
-void continueSession(Body& body, const Body& original, const Body& before) {
-  if (!before.isSdpPresent()) {
-    body.copyOLine(&original);
-    return;
-  }
-  body.copyOLine(&before);
-  if (body.compareSdpByBody(&before) != 0) body.sdpIncVersion();
-}
-
-bool isUnchanged(const Body& offer, const Body& before) {
-  return offer.compareSdpOLine(&before) == 0 && offer.compareSdpByBody(&before) == 0;
-}
-
 }  // namespace
-
-std::string Engine::takeIn(const std::string& body) {
-  sdp::Refusal refusal = incoming_.read(body);
-  // That there is no body at all is for the parse to tell.
-  if (!refusal && !body.empty()) refusal = sdp::canonicalise(incoming_);
-  return refusal ? reasonOf(refusal) : "";
-}
-
-std::string Engine::takeBody(Call& call, Side from, const std::string& body, bool isAnswer) {
-  Exchange& exchange = *call.exchange;
-  Body& received = exchange.received[from];
-  Body& sent = exchange.sent[otherOf(from)];
-  const Body& offer = exchange.sent[from];
-  std::string reason = takeIn(body);
-  if (!reason.empty()) return reason;
-  const std::string canonical(incoming_.text());
-  if (received.sdpParse(canonical.c_str(), SDP_TYPE_UNKNOWN) != 0) {
-    return withoutSecrets(lastReason(), canonical);
-  }
-  sent = received;
-  reason = isAnswer ? applyToAnswer(options_.policy, sent, exchange.changes)
-                    : applyToOffer(options_.policy, sent, exchange.changes);
-  if (!reason.empty()) return reason;
-  continueSession(sent, received, call.legs[otherOf(from)].sent);
-  reason = whatIsForbidden(options_.policy, textOf(sent),
-                           isAnswer && exchange.changes.mLines == MLineChange::madeSecure);
-  if (!reason.empty()) return reason;
-  if (offer.isSdpPresent()) judge(call, from, offer, body);
-  if (options_.show) {
-    showBodies("call " + call.id + ": " + (isAnswer ? "answer" : "offer") + " from the " + nameOf(from), body,
-               textOf(sent));
-  }
-  return "";
-}
-
-void Engine::judge(const Call& call, Side party, const Body& offer, const std::string& answer) {
-  for (const std::string& line : whatIsWrong(textOf(offer), answer))
-    note(call, std::string("answer from the ") + nameOf(party) + ", " + line);
-}
 
 /// An INVITE that came, the first one of its call included.
 void Engine::onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite) {
   Call& call = *leg.call;
   nta_leg_server_route(leg.dialog.get(), nullptr, invite.sip_contact);
-  Exchange& exchange = call.exchange.emplace();
+  Exchange& exchange = beginExchange(call, Kind::relayed);
   exchange.from = leg.side;
   exchange.incoming.reset(transaction);
   nta_incoming_bind(transaction, onAckOrCancel, &leg);
   nta_incoming_treply(transaction, SIP_100_TRYING, TAG_END());
   if (call.established) ++counters_.reoffers;
   const std::optional<std::string> body = sdpOf(invite);
-  if (body && body->empty()) {
-    exchange.kind = call.established ? Kind::late : Kind::dummy;
-  } else if (!body) {
+  if (!body) {
     note(call, "body refused: it is no application/sdp");
     return fail(call, 415, "Accept: application/sdp");
-  } else if (const std::string reason = takeBody(call, leg.side, *body, false); !reason.empty()) {
-    return refuse(call, reason);
-  } else if (call.established && answerFromStore(call, exchange)) {
-    return;
   }
-  relayInvite(call);
+  if (body->empty()) {
+    exchange.kind = call.established ? Kind::late : Kind::dummy;
+    return relayInvite(call);
+  }
+  takeBody(call, leg.side, *body, false, [this](Call& taken, const BodyRefusal& refusal) {
+    if (refusal) return refuse(taken, refusal);
+    if (!taken.established || !answerFromStore(taken, *taken.exchange)) relayInvite(taken);
+  });
 }
 
-/// The target need not be asked about an offer that says nothing new, or only something new about codecs.
-bool Engine::answerFromStore(Call& call, Exchange& exchange) {
-  const Leg& leg = call.legs[exchange.from];
-  const Body& offer = exchange.received[exchange.from];
-  if (!leg.answered || !leg.sent.isSdpPresent()) return false;
-  Body updated = leg.sent;
-  if (isUnchanged(offer, leg.received)) {
-    note(call, "re-offer unchanged, answered from store");
-  } else if (offer.isSdpVersionIncreased(&leg.received) == 1 && onlyCodecsDiffer(offer, leg.received) &&
-             updated.sdpUpdateAnswer(&leg.received, &offer) == 0) {
-    continueSession(updated, leg.sent, leg.sent);
-    note(call, "re-offer one version on, stored answer updated");
-    if (options_.show) showBodies("call " + call.id + ": stored answer", textOf(leg.sent), textOf(updated));
-  } else {
-    return false;
-  }
-  exchange.kind = Kind::local;
-  const bool keysSuffice = exchange.changes.mLines == MLineChange::madeSecure;
-  const std::string reason = whatIsForbidden(options_.policy, textOf(updated), keysSuffice);
-  if (!reason.empty()) {
-    refuse(call, reason);
-    return true;
-  }
-  exchange.sent[exchange.from] = updated;
-  exchange.sent[otherOf(exchange.from)] = Body();
-  answer(call, 200, textOf(updated));
-  return true;
+Exchange& Engine::beginExchange(Call& call, Kind kind) {
+  Exchange& exchange = call.exchange.emplace();
+  exchange.kind = kind;
+  exchange.number = ++exchanges_;
+  return exchange;
 }
 
 void Engine::relayInvite(Call& call) {
@@ -155,7 +76,7 @@ void Engine::relayInvite(Call& call) {
   if (exchange.kind == Kind::dummy) {
     makeDummyOffer(options_.policy, options_.listen.starts_with('['), exchange.sent[to]);
     const std::string reason = whatIsForbidden(options_.policy, textOf(exchange.sent[to]), false);
-    if (!reason.empty()) return refuse(call, reason);
+    if (!reason.empty()) return refuse(call, {reason});
     note(call, "dummy offer sent");
   }
   if (call.established) note(call, "re-offer relayed");
@@ -216,20 +137,15 @@ void Engine::onSuccess(Call& call, const sip_t& response) {
   // The party has it now, whatever becomes of its answer; until that is known, no answer is kept.
   if (exchange.sent[side].isSdpPresent()) leg.sent = exchange.sent[side];
   for (Leg& each : call.legs) each.answered = false;
-  if (exchange.cancelled) {
-    sendAck(call, "");
-    if (call.established) return complete(call);
-    sendBye(call, side);
-    return forget(call);
-  }
+  if (exchange.cancelled) return giveUp(call);
   const std::string body = sdpOf(response).value_or(bodyOf(response));
   if (exchange.kind == Kind::dummyReplaced) return onDummyReplaced(call, body);
   if (exchange.kind == Kind::dummy) sendAck(call, "");
   // The answer to the dummy is the target's body, which the caller gets as the offer.
-  const std::string reason = takeBody(call, side, body, exchange.kind == Kind::relayed);
-  if (reason.empty()) return answer(call, 200, textOf(exchange.sent[exchange.from]));
-  if (!exchange.acknowledged) sendAck(call, "");
-  refuse(call, reason);
+  takeBody(call, side, body, exchange.kind == Kind::relayed, [this](Call& taken, const BodyRefusal& refusal) {
+    if (refusal) return refuse(taken, refusal);
+    answer(taken, 200, textOf(taken.exchange->sent[taken.exchange->from]));
+  });
 }
 
 void Engine::onFailure(Call& call, const sip_t& response) {
@@ -254,13 +170,13 @@ void Engine::onFailure(Call& call, const sip_t& response) {
 
 /// A body cannot be used: the exchange fails, and with it the call when it was the first one or cannot be refused any
 /// more.
-void Engine::refuse(Call& call, const std::string& reason) {
+void Engine::refuse(Call& call, const BodyRefusal& refusal) {
   Exchange& exchange = *call.exchange;
-  note(call, "body refused: " + reason);
+  note(call, "body refused: " + refusal.reason);
   ++counters_.refusedBodies;
   if (exchange.answered) return end(call, "engine: body refused");
-  if (!call.established && exchange.acknowledged) sendBye(call, otherOf(exchange.from));
-  fail(call, 488, "Warning: 399 " + address() + " \"" + toldReason(reason) + "\"");
+  leave(call);
+  fail(call, refusal.status, "Warning: 399 " + address() + " \"" + toldReason(refusal.reason) + "\"");
 }
 
 void Engine::answer(Call& call, int status, const std::string& body, const std::string& header) {
@@ -291,7 +207,8 @@ int Engine::onAckOrCancel(Leg* leg, nta_incoming_t* transaction, const sip_t* re
   if (request != nullptr && request->sip_request->rq_method == sip_method_cancel) {
     engine.onCancel(call);
   } else if (request != nullptr && call.exchange->answered) {
-    engine.onAck(*leg, sdpOf(*request).value_or(bodyOf(*request)));
+    if (!std::exchange(call.exchange->ackCame, true))
+      engine.onAck(*leg, sdpOf(*request).value_or(bodyOf(*request)));
   } else if (call.exchange->answered) {
     engine.end(call, "engine: no ACK");
   }
@@ -301,20 +218,23 @@ int Engine::onAckOrCancel(Leg* leg, nta_incoming_t* transaction, const sip_t* re
 void Engine::onAck(Leg& leg, const std::string& body) {
   Call& call = *leg.call;
   Exchange& exchange = *call.exchange;
-  if (exchange.kind == Kind::late || exchange.kind == Kind::dummy) {
-    const std::string reason = takeBody(call, leg.side, body, true);
-    if (!reason.empty()) return refuse(call, reason);
+  if (exchange.kind != Kind::late && exchange.kind != Kind::dummy) {
+    sendAck(call, "");
+    return complete(call);
   }
-  if (exchange.kind == Kind::dummy) return replaceDummy(call);
-  sendAck(call, exchange.kind == Kind::late ? textOf(exchange.sent[otherOf(leg.side)]) : "");
-  complete(call);
+  takeBody(call, leg.side, body, true, [this](Call& taken, const BodyRefusal& refusal) {
+    if (refusal) return refuse(taken, refusal);
+    if (taken.exchange->kind == Kind::dummy) return replaceDummy(taken);
+    sendAck(taken, textOf(taken.exchange->sent[otherOf(taken.exchange->from)]));
+    complete(taken);
+  });
 }
 
 /// The caller's body is there at last: it becomes the next version of the dummy.
 void Engine::replaceDummy(Call& call) {
   note(call, "dummy offer replaced");
   complete(call);
-  call.exchange.emplace().kind = Kind::dummyReplaced;
+  beginExchange(call, Kind::dummyReplaced);
   sendInvite(call, kTarget, textOf(call.legs[kTarget].sent));
 }
 

@@ -77,7 +77,7 @@ std::string Engine::finishBody(Call& call, Side from, const std::string& body, b
 
 void Engine::judge(const Call& call, Side party, const Body& offer, const std::string& answer) {
   for (const std::string& line : whatIsWrong(textOf(offer), answer))
-    note(call, std::string("answer from the ") + nameOf(party) + ", " + line);
+    note(call, "answer", {{"from", nameOf(party)}, {"finding", line}}, LogLevel::warning);
 }
 
 /// The target need not be asked about an offer that says nothing new, or only something new about codecs.

@@ -35,7 +35,9 @@ std::string Engine::address() const {
   return std::string(url.url_host) + ":" + (url.url_port != nullptr ? url.url_port : "5060");
 }
 
-void Engine::note(const Call& call, const std::string& event) { log_.write("call " + call.id + " " + event); }
+void Engine::note(const Call& call, std::string_view event, const Members& members, LogLevel level) {
+  log_.write(event, members, level, call.id);
+}
 
 void Engine::showCounters() const {
   const Counters& c = counters_;
@@ -120,7 +122,7 @@ void Engine::onBye(Leg& leg) {
     return;
   }
   dropExchange(call);
-  note(call, leg.side == kCaller ? "ended by caller" : "ended by target");
+  note(call, "ended", {{"by", leg.side == kCaller ? "caller" : "target"}});
   ++counters_.ended;
   sendBye(call, otherOf(leg.side));
   forget(call);
@@ -135,7 +137,7 @@ void Engine::dropExchange(Call& call) {
 
 /// Ends the call from here.
 void Engine::end(Call& call, const std::string& why) {
-  note(call, "ended by " + why);
+  note(call, "ended", {{"by", "engine"}, {"reason", why}});
   dropExchange(call);
   ++(call.established ? counters_.ended : counters_.failed);
   sendBye(call, kCaller);
@@ -144,7 +146,8 @@ void Engine::end(Call& call, const std::string& why) {
 }
 
 void Engine::forget(Call& call) {
-  if (call.established && !store_.remove(call.id)) note(call, "could not be removed from the store");
+  if (call.established && !store_.remove(call.id))
+    note(call, "could not be removed from the store", {}, LogLevel::warning);
   calls_.erase(std::string(call.id));
 }
 
@@ -171,7 +174,7 @@ void Engine::finish() {
   for (auto& [id, call] : calls_) calls.push_back(&call);
   for (Call* const call : calls) {
     if (call->established ? !store_.isUsed() : call->exchange->answered) {
-      end(*call, "engine: it stops");
+      end(*call, "it stops");
     } else if (!call->established) {
       cancel(*call, 503);
       giveUp(*call);

@@ -68,7 +68,9 @@ class Engine {
   void dropExchange(Call& call);
   void end(Call& call, const std::string& why);
   void forget(Call& call);
-  void note(const Call& call, const std::string& event);
+  /// Writes an event of a call into the log.
+  void note(const Call& call, std::string_view event, const Members& members = {},
+            LogLevel level = LogLevel::info);
 
   // exchanges of bodies (exchange.cpp)
   static int onAckOrCancel(Leg* leg, nta_incoming_t* transaction, const sip_t* request);

@@ -50,7 +50,7 @@ void Engine::onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite
   if (call.established) ++counters_.reoffers;
   const std::optional<std::string> body = sdpOf(invite);
   if (!body) {
-    note(call, "body refused: it is no application/sdp");
+    note(call, "body refused", {{"reason", "it is no application/sdp"}}, LogLevel::warning);
     return fail(call, 415, "Accept: application/sdp");
   }
   if (body->empty()) {
@@ -152,12 +152,12 @@ void Engine::onFailure(Call& call, const sip_t& response) {
   Exchange& exchange = *call.exchange;
   const int status = response.sip_status->st_status;
   if (exchange.kind == Kind::dummyReplaced) {
-    note(call, "the target refused the offer after the dummy with " + std::to_string(status));
-    return end(call, "engine: no offer for the target");
+    note(call, "the target refused the offer after the dummy", {{"status", std::to_string(status)}});
+    return end(call, "no offer for the target");
   }
   const bool established = call.established;
   if (!exchange.cancelled) {
-    note(call, "failed with " + std::to_string(status));
+    note(call, "failed", {{"status", std::to_string(status)}});
     fail(call, status);
   } else if (established) {
     complete(call);
@@ -165,16 +165,16 @@ void Engine::onFailure(Call& call, const sip_t& response) {
     forget(call);
   }
   // The party does not know the dialog, or is not there (RFC 3261 12.2.1.2).
-  if (established && (status == 408 || status == 481)) end(call, "engine: the other dialog is gone");
+  if (established && (status == 408 || status == 481)) end(call, "the other dialog is gone");
 }
 
 /// A body cannot be used: the exchange fails, and with it the call when it was the first one or cannot be refused any
 /// more.
 void Engine::refuse(Call& call, const BodyRefusal& refusal) {
   Exchange& exchange = *call.exchange;
-  note(call, "body refused: " + refusal.reason);
+  note(call, "body refused", {{"reason", refusal.reason}}, LogLevel::warning);
   ++counters_.refusedBodies;
-  if (exchange.answered) return end(call, "engine: body refused");
+  if (exchange.answered) return end(call, "body refused");
   leave(call);
   fail(call, refusal.status, "Warning: 399 " + address() + " \"" + toldReason(refusal.reason) + "\"");
 }
@@ -210,7 +210,7 @@ int Engine::onAckOrCancel(Leg* leg, nta_incoming_t* transaction, const sip_t* re
     if (!std::exchange(call.exchange->ackCame, true))
       engine.onAck(*leg, sdpOf(*request).value_or(bodyOf(*request)));
   } else if (call.exchange->answered) {
-    engine.end(call, "engine: no ACK");
+    engine.end(call, "no ACK");
   }
   return 0;
 }
@@ -247,8 +247,9 @@ void Engine::onDummyReplaced(Call& call, const std::string& body) {
     judge(call, kTarget, call.legs[kTarget].sent, body);
     return complete(call);
   }
-  note(call, "body refused: " + (reason.empty() ? "no answer to the offer after the dummy" : reason));
-  end(call, "engine: body refused");
+  const std::string why = reason.empty() ? "no answer to the offer after the dummy" : reason;
+  note(call, "body refused", {{"reason", why}}, LogLevel::warning);
+  end(call, "body refused");
 }
 
 /// Keeps what was agreed.
@@ -266,7 +267,7 @@ void Engine::complete(Call& call) {
   call.exchange.reset();
   call.established = true;
   if (first) ++counters_.established;
-  if (!store_.save(call)) note(call, "could not be kept in the store");
+  if (!store_.save(call)) note(call, "could not be kept in the store", {}, LogLevel::warning);
   if (first) note(call, "established");
 }
 

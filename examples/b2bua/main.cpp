@@ -31,7 +31,7 @@ void prepareSignals() {
 
 void run(const Options& options) {
   prepareSignals();
-  Log log(options.logFile, options.trace);
+  Log log(options.logFile, options.trace, options.logFormat);
   StateStore store(options.state);
   const Owned<su_root_t> root(su_root_create(nullptr));
   Engine engine(root.get(), options, store, log);

@@ -30,22 +30,6 @@ bool hasWord(const std::string& text, const std::string& word) {
 
 }  // namespace
 
-void addLimitOptions(CLI::App& app, Options& options) {
-  app.add_option("--max-calls", options.maxCalls, "at a time")->capture_default_str();
-  app.add_option("--max-invites", options.maxInvites, "per second")->capture_default_str();
-  app.add_option("--max-transactions", options.maxTransactions,
-                 "at a time, with those of the last 32 seconds")
-      ->capture_default_str();
-}
-
-void addServiceOptions(CLI::App& app, Options& options) {
-  app.add_option("--state", options.state,
-                 "redis://HOST:PORT keeps the established calls, for the next process");
-  app.add_option("--log", options.logFile, "file instead of standard error");
-  app.add_flag("--show", options.show, "each body before and after on standard output");
-  app.add_flag("--trace", options.trace, "the library's own lines in the log too");
-}
-
 void addOptions(CLI::App& app, Options& options) {
   addCallOptions(app, options);
   addLimitOptions(app, options);

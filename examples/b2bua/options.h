@@ -6,6 +6,8 @@
 
 #include <sdpNegotiator.h>
 
+#include "log.h"
+
 namespace CLI {
 class App;
 class ParseError;
@@ -33,6 +35,7 @@ struct Options {
   std::string target;
   std::string state;    ///< "redis://HOST:PORT", or empty
   std::string logFile;  ///< standard error when empty
+  LogFormat logFormat = LogFormat::text;
   std::size_t maxCalls = 10'000;
   unsigned int maxInvites = 400;          ///< per second
   unsigned int maxTransactions = 60'000;  ///< at a time, those that are only remembered included

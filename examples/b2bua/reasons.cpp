@@ -26,6 +26,31 @@ std::string secretIn(std::string_view line) {
   return letter != std::string::npos && lower[letter] == 'k' ? "k" : "";
 }
 
+/// @return where the value of a name begins that stands in a line, behind its colon
+std::size_t valueOf(std::string_view lower, std::string_view name) {
+  for (std::size_t at = lower.find(name); at != std::string_view::npos; at = lower.find(name, at + 1)) {
+    const std::size_t colon = lower.find_first_not_of(" \t", at + name.size());
+    if (colon != std::string_view::npos && lower[colon] == ':') return colon + 1;
+  }
+  return std::string_view::npos;
+}
+
+/// @return where the secret of a line begins
+std::size_t secretOf(std::string_view line) {
+  const std::string lower = lowerCase(line);
+  std::size_t secret = std::string::npos;
+  for (const std::string_view name : {"inline", "ice-pwd", "fingerprint", "key-mgmt", "zrtp-hash"})
+    secret = std::min(secret, valueOf(lower, name));
+  if (secret == std::string::npos) secret = valueOf(lower, "crypto");
+  const auto isPartOfWord = [](char c) {
+    return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-';
+  };
+  for (std::size_t k = lower.find("k="); k < secret; k = lower.find("k=", k + 1)) {
+    if (k == 0 || !isPartOfWord(lower[k - 1])) return k + 2;
+  }
+  return secret;
+}
+
 /// @param ends  what ends a line
 std::string_view lineAt(std::string_view text, std::size_t number, std::string_view ends) {
   for (; number > 1 && !text.empty(); --number) {
@@ -69,6 +94,22 @@ std::string withoutSecrets(const std::string& reason, std::string_view body) {
   }
   return reason;
 }
+
+std::string withoutKeys(std::string_view text) {
+  std::string result;
+  while (!text.empty()) {
+    const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
+    const std::size_t secret = secretOf(line);
+    result.append(line.substr(0, secret)).append(secret < line.size() ? "..." : "");
+    text.remove_prefix(line.size());
+    const std::size_t next = std::min(text.find_first_not_of("\r\n"), text.size());
+    result.append(text.substr(0, next));
+    text.remove_prefix(next);
+  }
+  return result;
+}
+
+std::string withoutFound(std::string_view text) { return std::string(text.substr(0, text.find(kFound))); }
 
 std::string toldReason(const std::string& reason) {
   const std::string_view text = std::string_view(reason).substr(0, reason.find(kFound));

@@ -18,6 +18,12 @@ std::string reasonOf(const sdp::Refusal& refusal);
 /// @return the reason, with no more of a line about keys or passwords than its attribute's name
 std::string withoutSecrets(const std::string& reason, std::string_view body);
 
+/// @return a text, of one line or more, in which nothing is left of keys, passwords and fingerprints but what they are
+std::string withoutKeys(std::string_view text);
+
+/// @return a text without what was found in a line
+std::string withoutFound(std::string_view text);
+
 /// @return what the other side is told: reasons with names of functions and records are only for the log
 std::string toldReason(const std::string& reason);
 

@@ -156,7 +156,9 @@ void Engine::onFirstInvite(Owned<msg_t> message, const sip_t& invite) {
   target.contact = "<sip:" + (user != nullptr ? std::string(user) + "@" : "") + options_.target + ">";
   target.remote = target.contact;
   openDialog(target);
-  note(call, "invited by " + caller.remote);
+  sip_from_t named = *invite.sip_from;
+  named.a_url->url_password = nullptr;
+  note(call, "invited", {{"by", headerText(&named)}});
   const Owned<msg_t> kept(msg_ref_create(message.get()));
   nta_incoming_t* const transaction = openTransaction(caller, std::move(message));
   if (transaction == nullptr) {

@@ -1,0 +1,34 @@
+// How much is taken, and how the program runs.
+
+#include <CLI/CLI.hpp>
+
+#include "optionTopics.h"
+
+namespace b2bua {
+
+namespace {
+
+const std::vector<std::pair<std::string, LogFormat>> kLogFormats = {{"text", LogFormat::text},
+                                                                    {"json", LogFormat::json}};
+
+}  // namespace
+
+void addLimitOptions(CLI::App& app, Options& options) {
+  app.add_option("--max-calls", options.maxCalls, "at a time")->capture_default_str();
+  app.add_option("--max-invites", options.maxInvites, "per second")->capture_default_str();
+  app.add_option("--max-transactions", options.maxTransactions,
+                 "at a time, with those of the last 32 seconds")
+      ->capture_default_str();
+}
+
+void addServiceOptions(CLI::App& app, Options& options) {
+  app.add_option("--state", options.state,
+                 "redis://HOST:PORT keeps the established calls, for the next process");
+  app.add_option("--log", options.logFile, "file instead of standard error");
+  app.add_option("--log-format", options.logFormat, "text, or json: an object a line")
+      ->transform(CLI::CheckedTransformer(kLogFormats).description(""));
+  app.add_flag("--show", options.show, "each body before and after on standard output");
+  app.add_flag("--trace", options.trace, "the library's own lines in the log too");
+}
+
+}  // namespace b2bua

@@ -54,17 +54,17 @@ std::string Engine::readBody(Call& call, Side from, const std::string& body, boo
     return withoutSecrets(lastReason(), canonical);
   }
   sent = received;
-  return isAnswer ? "" : applyToOffer(options_.policy, sent, exchange.changes);
+  return isAnswer ? "" : applyToOffer(*exchange.policy, sent, exchange.changes);
 }
 
 std::string Engine::finishBody(Call& call, Side from, const std::string& body, bool isAnswer) {
   Exchange& exchange = *call.exchange;
   Body& sent = exchange.sent[otherOf(from)];
   const Body& offer = exchange.sent[from];
-  std::string reason = isAnswer ? applyToAnswer(options_.policy, sent, exchange.changes) : "";
+  std::string reason = isAnswer ? applyToAnswer(*exchange.policy, sent, exchange.changes) : "";
   if (!reason.empty()) return reason;
   continueSession(sent, exchange.received[from], call.legs[otherOf(from)].sent);
-  reason = whatIsForbidden(options_.policy, textOf(sent),
+  reason = whatIsForbidden(*exchange.policy, textOf(sent),
                            isAnswer && exchange.changes.mLines == MLineChange::madeSecure);
   if (!reason.empty()) return reason;
   if (offer.isSdpPresent()) judge(call, from, offer, body);
@@ -98,7 +98,7 @@ bool Engine::answerFromStore(Call& call, Exchange& exchange) {
   }
   exchange.kind = Kind::local;
   const bool keysSuffice = exchange.changes.mLines == MLineChange::madeSecure;
-  const std::string reason = whatIsForbidden(options_.policy, textOf(updated), keysSuffice);
+  const std::string reason = whatIsForbidden(*exchange.policy, textOf(updated), keysSuffice);
   if (!reason.empty()) {
     refuse(call, {reason});
     return true;

@@ -50,7 +50,8 @@ enum class Kind {
 /// An INVITE on its way, and what is to be kept of it when it succeeds.
 struct Exchange {
   Kind kind = Kind::relayed;
-  unsigned long number = 0;  ///< none has that of another one
+  unsigned long number = 0;              ///< none has that of another one
+  std::shared_ptr<const Policy> policy;  ///< for all of its bodies, whatever is read anew meanwhile
   Side from = kCaller;
   Owned<nta_incoming_t> incoming;  ///< the INVITE that came
   Owned<nta_outgoing_t> outgoing;  ///< the INVITE that went out

@@ -39,15 +39,19 @@ void Engine::note(const Call& call, std::string_view event, const Members& membe
   log_.write(event, members, level, call.id);
 }
 
-void Engine::showCounters() const {
-  const Counters& c = counters_;
+Counters Engine::counters() const {
+  Counters all = counters_;
   unsigned int malformed = 0;
   nta_agent_get_stats(agent_.get(), NTATAG_S_BAD_MESSAGE_REF(malformed), TAG_END());
-  std::printf(
-      "counters calls=%lu established=%lu ended=%lu failed=%lu cancelled=%lu reoffers=%lu refused_bodies=%lu "
-      "malformed=%u taken_over=%lu overload=%lu active=%zu\n",
-      c.calls, c.established, c.ended, c.failed, c.cancelled, c.reoffers, c.refusedBodies, malformed,
-      c.takenOver, c.overload, calls_.size());
+  all.malformed = malformed;
+  return all;
+}
+
+void Engine::showCounters() const {
+  const Counters all = counters();
+  std::printf("counters");
+  for (const CounterName& counter : kCounterNames) std::printf(" %s=%lu", counter.name, all.*counter.value);
+  std::printf(" overload=%lu active=%zu\n", all.overload(), calls_.size());
   std::fflush(stdout);
 }
 
@@ -169,7 +173,7 @@ bool Engine::idle() const {
 }
 
 void Engine::finish() {
-  stopping_ = true;
+  drain();
   std::vector<Call*> calls;
   for (auto& [id, call] : calls_) calls.push_back(&call);
   for (Call* const call : calls) {

@@ -6,24 +6,13 @@
 #include <unordered_map>
 
 #include "call.h"
+#include "counters.h"
 #include "log.h"
 #include "options.h"
 #include "perSecond.h"
 #include "stateStore.h"
 
 namespace b2bua {
-
-struct Counters {
-  unsigned long calls = 0;
-  unsigned long established = 0;
-  unsigned long ended = 0;
-  unsigned long failed = 0;
-  unsigned long cancelled = 0;
-  unsigned long reoffers = 0;
-  unsigned long refusedBodies = 0;
-  unsigned long takenOver = 0;
-  unsigned long overload = 0;
-};
 
 /// The back-to-back user agent: two dialogs for every call, and the bodies on their way between them.
 class Engine {
@@ -33,10 +22,16 @@ class Engine {
 
   /// HOST:PORT
   std::string address() const;
+  /// Applies a policy from now on; an exchange of bodies that is under way keeps its own.
+  void use(const Policy& policy) { policy_ = std::make_shared<const Policy>(policy); }
+  std::size_t calls() const { return calls_.size(); }
+  /// Takes no further calls.
+  void drain() { stopping_ = true; }
   /// Ends all calls, unless another process is to go on with them.
   void finish();
   /// @return whether each BYE has its answer, and each INVITE that was given up, too
   bool idle() const;
+  Counters counters() const;
   void showCounters() const;
 
  private:
@@ -49,7 +44,10 @@ class Engine {
   void reply(Owned<msg_t> message, int status, const std::string& header = "");
   nta_incoming_t* openTransaction(const Leg& leg, Owned<msg_t> message);
   bool hasTooManyTransactions() const;
-  bool mayTakeInvite();
+  /// @return why no INVITE is taken now; none when one is
+  std::optional<Limit> limitOfInvites();
+  /// Refuses a request because of a limit, and tells when to try again.
+  void turnAway(Owned<msg_t> message, Limit limit);
   /// @return the dialog of a request, null when there is none
   Leg* find(const sip_t& request);
   bool mayBeStored(const sip_t& request) const;
@@ -110,9 +108,10 @@ class Engine {
   void judge(const Call& call, Side party, const Body& offer, const std::string& answer);
 
   const Options& options_;
+  std::shared_ptr<const Policy> policy_ = std::make_shared<const Policy>(options_.policy);
   StateStore& store_;
   Log& log_;
-  Counters counters_;
+  Counters counters_;  ///< but for what the stack counts
   Owned<nta_agent_t> agent_;
   Leg listener_;  ///< for responses outside of the calls
   std::unordered_map<std::string, Call> calls_;

@@ -67,6 +67,7 @@ Exchange& Engine::beginExchange(Call& call, Kind kind) {
   Exchange& exchange = call.exchange.emplace();
   exchange.kind = kind;
   exchange.number = ++exchanges_;
+  exchange.policy = policy_;
   return exchange;
 }
 
@@ -74,8 +75,8 @@ void Engine::relayInvite(Call& call) {
   Exchange& exchange = *call.exchange;
   const Side to = otherOf(exchange.from);
   if (exchange.kind == Kind::dummy) {
-    makeDummyOffer(options_.policy, options_.listen.starts_with('['), exchange.sent[to]);
-    const std::string reason = whatIsForbidden(options_.policy, textOf(exchange.sent[to]), false);
+    makeDummyOffer(*exchange.policy, options_.listen.starts_with('['), exchange.sent[to]);
+    const std::string reason = whatIsForbidden(*exchange.policy, textOf(exchange.sent[to]), false);
     if (!reason.empty()) return refuse(call, {reason});
     note(call, "dummy offer sent");
   }

@@ -3,51 +3,39 @@
 #include <sofia-sip/su_log.h>
 
 #include <CLI/CLI.hpp>
-#include <csignal>
 #include <cstdio>
+#include <iostream>
+#include <optional>
+#include <sstream>
 
-#include "engine.h"
+#include "service.h"
+#include "sip.h"
 
 namespace b2bua {
 
 namespace {
 
-constexpr su_duration_t kLongestWait = 100;  ///< ms; a signal may come just before the wait
-constexpr std::chrono::seconds kLongestEnding{1};
-
-volatile std::sig_atomic_t stopped = 0;
-volatile std::sig_atomic_t asked = 0;
-volatile std::sig_atomic_t logMoved = 0;
-
-void takeSignal(int signal) { (signal == SIGUSR1 ? asked : signal == SIGHUP ? logMoved : stopped) = 1; }
-
-void prepareSignals() {
-  struct sigaction action {};
-  action.sa_handler = takeSignal;
-  for (const int signal : {SIGINT, SIGTERM, SIGUSR1, SIGHUP}) sigaction(signal, &action, nullptr);
-  // Redis may go away while it is written to.
-  signal(SIGPIPE, SIG_IGN);
+/// Reads the command line and the files that it names.
+/// @param errors  gets what is wrong, with its place
+/// @return the exit status; none when the program is to run
+std::optional<int> readOptions(const std::vector<std::string>& words, Options& options,
+                               std::ostream& errors) {
+  CLI::App app("A back-to-back user agent for SIP over UDP", "b2bua");
+  addOptions(app, options);
+  try {
+    app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
+  } catch (const CLI::ParseError& error) {
+    errors << placeOf(error, app, words);
+    return app.exit(error, std::cout, errors) == 0 ? 0 : 2;
+  }
+  return std::nullopt;
 }
 
-void run(const Options& options) {
-  prepareSignals();
-  Log log(options.logFile, options.trace, options.logFormat);
-  StateStore store(options.state);
-  const Owned<su_root_t> root(su_root_create(nullptr));
-  Engine engine(root.get(), options, store, log);
-  std::printf("ready %s\n", engine.address().c_str());
-  std::fflush(stdout);
-  while (stopped == 0) {
-    su_root_step(root.get(), kLongestWait);
-    if (asked != 0) engine.showCounters();
-    asked = 0;
-    if (logMoved != 0) log.reopen();
-    logMoved = 0;
-  }
-  engine.finish();
-  const auto end = std::chrono::steady_clock::now() + kLongestEnding;
-  while (!engine.idle() && std::chrono::steady_clock::now() < end) su_root_step(root.get(), kLongestWait);
-  engine.showCounters();
+/// @return what is wrong, in one line
+std::string readAgain(const std::vector<std::string>& words, Options& options) {
+  std::ostringstream errors;
+  if (!readOptions(words, options, errors)) return "";
+  return errors.str().substr(0, errors.str().find('\n'));
 }
 
 }  // namespace
@@ -56,19 +44,13 @@ void run(const Options& options) {
 
 int main(int count, char** arguments) {
   try {
-    CLI::App app("A back-to-back user agent for SIP over UDP", "b2bua");
+    const std::vector<std::string> words(arguments + 1, arguments + count);
     b2bua::Options options;
-    b2bua::addOptions(app, options);
-    try {
-      app.parse(count, arguments);
-    } catch (const CLI::ParseError& error) {
-      std::fputs(b2bua::placeOf(error, app, {arguments, arguments + count}).c_str(), stderr);
-      return app.exit(error) == 0 ? 0 : 2;
-    }
+    if (const auto status = b2bua::readOptions(words, options, std::cerr)) return *status;
     su_init();
     su_log_redirect(
         nullptr, [](void*, const char*, va_list) {}, nullptr);
-    b2bua::run(options);
+    b2bua::serve(options, [&](b2bua::Options& again) { return b2bua::readAgain(words, again); });
     return 0;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "b2bua: %s\n", error.what());

@@ -39,6 +39,7 @@ struct Options {
   std::size_t maxCalls = 10'000;
   unsigned int maxInvites = 400;          ///< per second
   unsigned int maxTransactions = 60'000;  ///< at a time, those that are only remembered included
+  unsigned int drainSeconds = 0;          ///< that running calls have after SIGTERM
   bool show = false;
   bool trace = false;
   Policy policy;

@@ -75,17 +75,22 @@ bool Engine::hasTooManyTransactions() const {
   return incoming + outgoing >= options_.maxTransactions;
 }
 
-bool Engine::mayTakeInvite() {
-  if (invites_.sum() >= options_.maxInvites || hasTooManyTransactions()) {
-    ++counters_.overload;
-    return false;
-  }
+std::optional<Limit> Engine::limitOfInvites() {
+  if (invites_.sum() >= options_.maxInvites) return Limit::invites;
+  if (hasTooManyTransactions()) return Limit::transactions;
   invites_.add();
-  return true;
+  return std::nullopt;
+}
+
+void Engine::turnAway(Owned<msg_t> message, Limit limit) {
+  ++counters_.of(limit);
+  const bool soon = limit == Limit::invites;
+  reply(std::move(message), 503, std::string("Retry-After: ") + (soon ? "1" : "10"));
 }
 
 void Engine::onRequest(Owned<msg_t> message, const sip_t& request) {
   const sip_method_t method = request.sip_request->rq_method;
+  if (method == sip_method_options && stopping_) return turnAway(std::move(message), Limit::draining);
   if (method == sip_method_options) return reply(std::move(message), 200, kAllow);
   if (method == sip_method_cancel) return reply(std::move(message), 481);
   if (method != sip_method_invite && method != sip_method_bye) return reply(std::move(message), 405, kAllow);
@@ -97,7 +102,7 @@ void Engine::onRequest(Owned<msg_t> message, const sip_t& request) {
   if (leg == nullptr && mayBeStored(request)) {
     if (unknownTags_.sum() >= kMostUnknownTags) {
       // It may be of a call in the store, and is repeated; an answer would end that call.
-      ++counters_.overload;
+      ++counters_.of(Limit::unknownTags);
       return;
     }
     leg = takeOver(request);
@@ -114,7 +119,7 @@ void Engine::onRequestInDialog(Leg& leg, Owned<msg_t> message, const sip_t& requ
   const bool bye = request.sip_request->rq_method == sip_method_bye;
   if (request.sip_cseq->cs_seq < leg.remoteCseq) return reply(std::move(message), 500);
   if (!bye && leg.call->exchange) return reply(std::move(message), 491);
-  if (!bye && !mayTakeInvite()) return reply(std::move(message), 503);
+  if (const auto limit = bye ? std::nullopt : limitOfInvites()) return turnAway(std::move(message), *limit);
   leg.remoteCseq = request.sip_cseq->cs_seq;
   if (bye && hasTooManyTransactions()) {
     reply(std::move(message), 200);
@@ -133,8 +138,9 @@ void Engine::onRequestInDialog(Leg& leg, Owned<msg_t> message, const sip_t& requ
 void Engine::onFirstInvite(Owned<msg_t> message, const sip_t& invite) {
   if (invite.sip_contact == nullptr || invite.sip_from->a_tag == nullptr)
     return reply(std::move(message), 400);
-  if (stopping_ || calls_.size() >= options_.maxCalls) return reply(std::move(message), 503);
-  if (!mayTakeInvite()) return reply(std::move(message), 503);
+  if (stopping_) return turnAway(std::move(message), Limit::draining);
+  if (calls_.size() >= options_.maxCalls) return turnAway(std::move(message), Limit::calls);
+  if (const auto limit = limitOfInvites()) return turnAway(std::move(message), *limit);
   ++counters_.calls;
   const std::string id = randomText();
   Call& call = addCall(id);

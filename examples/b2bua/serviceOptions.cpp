@@ -27,6 +27,8 @@ void addServiceOptions(CLI::App& app, Options& options) {
   app.add_option("--log", options.logFile, "file instead of standard error");
   app.add_option("--log-format", options.logFormat, "text, or json: an object a line")
       ->transform(CLI::CheckedTransformer(kLogFormats).description(""));
+  app.add_option("--drain-seconds", options.drainSeconds, "that running calls have after SIGTERM")
+      ->capture_default_str();
   app.add_flag("--show", options.show, "each body before and after on standard output");
   app.add_flag("--trace", options.trace, "the library's own lines in the log too");
 }

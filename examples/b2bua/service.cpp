@@ -1,0 +1,103 @@
+// How the program runs: what signals ask for, and how it ends.
+
+#include "service.h"
+
+#include <csignal>
+#include <cstdio>
+
+#include "engine.h"
+
+namespace b2bua {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr su_duration_t kLongestWait = 100;  ///< ms; a signal may come just before the wait
+constexpr std::chrono::seconds kLongestEnding{1};
+
+volatile std::sig_atomic_t terminations = 0;
+volatile std::sig_atomic_t interrupted = 0;
+volatile std::sig_atomic_t countersAsked = 0;
+volatile std::sig_atomic_t hungUp = 0;
+
+void takeSignal(int signal) {
+  if (signal == SIGTERM && terminations < 2) terminations = terminations + 1;
+  if (signal == SIGINT) interrupted = 1;
+  if (signal == SIGUSR1) countersAsked = 1;
+  if (signal == SIGHUP) hungUp = 1;
+}
+
+void prepareSignals() {
+  struct sigaction action {};
+  action.sa_handler = takeSignal;
+  for (const int signal : {SIGINT, SIGTERM, SIGUSR1, SIGHUP}) sigaction(signal, &action, nullptr);
+  // Redis may go away while it is written to.
+  signal(SIGPIPE, SIG_IGN);
+}
+
+class Service {
+ public:
+  Service(const Options& options, const ReadOptions& readAgain) : options_(options), readAgain_(readAgain) {}
+
+  void run();
+
+ private:
+  /// Lets the engine work for a while, and does what signals asked for.
+  void step();
+  void reload();
+  void drain();
+
+  const Options& options_;
+  const ReadOptions& readAgain_;
+  Log log_{options_.logFile, options_.trace, options_.logFormat};
+  StateStore store_{options_.state};
+  const Owned<su_root_t> root_{su_root_create(nullptr)};
+  Engine engine_{root_.get(), options_, store_, log_};
+};
+
+void Service::step() {
+  su_root_step(root_.get(), kLongestWait);
+  if (countersAsked != 0) engine_.showCounters();
+  countersAsked = 0;
+  if (hungUp != 0) reload();
+}
+
+/// A policy that cannot be used leaves the old one in force.
+void Service::reload() {
+  hungUp = 0;
+  log_.reopen();
+  Options options;
+  const std::string error = readAgain_(options);
+  if (!error.empty()) return log_.write("policy not read anew", {{"reason", error}}, LogLevel::warning);
+  engine_.use(options.policy);
+  log_.write("policy read anew");
+}
+
+/// Running calls may end by themselves, unless somebody is in a hurry.
+void Service::drain() {
+  const auto end = Clock::now() + std::chrono::seconds(options_.drainSeconds);
+  engine_.drain();
+  log_.write("draining", {{"calls", std::to_string(engine_.calls())}});
+  while (engine_.calls() > 0 && interrupted == 0 && terminations < 2 && Clock::now() < end) step();
+}
+
+void Service::run() {
+  std::printf("ready %s\n", engine_.address().c_str());
+  std::fflush(stdout);
+  while (terminations == 0 && interrupted == 0) step();
+  if (options_.drainSeconds > 0 && interrupted == 0) drain();
+  engine_.finish();
+  const auto end = Clock::now() + kLongestEnding;
+  while (!engine_.idle() && Clock::now() < end) su_root_step(root_.get(), kLongestWait);
+  engine_.showCounters();
+}
+
+}  // namespace
+
+void serve(const Options& options, const ReadOptions& readAgain) {
+  prepareSignals();
+  Service(options, readAgain).run();
+}
+
+}  // namespace b2bua

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "engine.h"
+#include "serviceManager.h"
 
 namespace b2bua {
 
@@ -54,10 +55,12 @@ class Service {
   StateStore store_{options_.state};
   const Owned<su_root_t> root_{su_root_create(nullptr)};
   Engine engine_{root_.get(), options_, store_, log_};
+  ServiceManager manager_;
 };
 
 void Service::step() {
   su_root_step(root_.get(), kLongestWait);
+  manager_.alive(engine_.calls());
   if (countersAsked != 0) engine_.showCounters();
   countersAsked = 0;
   if (hungUp != 0) reload();
@@ -66,12 +69,16 @@ void Service::step() {
 /// A policy that cannot be used leaves the old one in force.
 void Service::reload() {
   hungUp = 0;
+  manager_.reloading();
   log_.reopen();
   Options options;
-  const std::string error = readAgain_(options);
-  if (!error.empty()) return log_.write("policy not read anew", {{"reason", error}}, LogLevel::warning);
-  engine_.use(options.policy);
-  log_.write("policy read anew");
+  if (const std::string error = readAgain_(options); !error.empty()) {
+    log_.write("policy not read anew", {{"reason", error}}, LogLevel::warning);
+  } else {
+    engine_.use(options.policy);
+    log_.write("policy read anew");
+  }
+  manager_.ready();
 }
 
 /// Running calls may end by themselves, unless somebody is in a hurry.
@@ -85,7 +92,9 @@ void Service::drain() {
 void Service::run() {
   std::printf("ready %s\n", engine_.address().c_str());
   std::fflush(stdout);
+  manager_.ready();
   while (terminations == 0 && interrupted == 0) step();
+  manager_.stopping();
   if (options_.drainSeconds > 0 && interrupted == 0) drain();
   engine_.finish();
   const auto end = Clock::now() + kLongestEnding;

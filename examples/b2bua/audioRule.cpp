@@ -94,12 +94,12 @@ std::string restrictAudio(const Policy& policy, Body& body, OfferChanges&) {
   if (std::ranges::none_of(body.getParsedData().audioCodec, isAllowed)) return "no allowed audio codec";
   BodyLines before(textOf(body));
   removeMisfits(policy, before);
-  if (std::string reason = store(before, body); !reason.empty()) return reason;
+  if (std::string reason = store(before.text(), body); !reason.empty()) return reason;
   body.sdpRestrictAudioCodecsTo(policy.audioCodecs.data(), static_cast<int>(policy.audioCodecs.size()), true);
   BodyLines after(textOf(body));
   if (after.sections.size() != before.sections.size()) return "";
   returnCompanions(before, after);
-  return store(after, body);
+  return store(after.text(), body);
 }
 
 }  // namespace b2bua

@@ -1,17 +1,14 @@
 // The way of a body from one side to the other.
 
-#include <sdpDocumentRequests.h>
-
 #include "answerCheck.h"
 #include "engine.h"
+#include "namedRequests.h"
 #include "policyCheck.h"
-#include "reasons.h"
+#include "policySteps.h"
 
 namespace b2bua {
 
 namespace {
-
-const char* nameOf(Side side) { return side == kCaller ? "caller" : "target"; }
 
 /// A party has one session with the engine whatever the other one does: the o-line stays, its version rises by one
 /// with every change.
@@ -30,13 +27,6 @@ bool isUnchanged(const Body& offer, const Body& before) {
 
 }  // namespace
 
-std::string Engine::takeIn(const std::string& body) {
-  sdp::Refusal refusal = incoming_.read(body);
-  // That there is no body at all is for the parse to tell.
-  if (!refusal && !body.empty()) refusal = sdp::canonicalise(incoming_);
-  return refusal ? reasonOf(refusal) : "";
-}
-
 void Engine::takeBody(Call& call, Side from, const std::string& body, bool isAnswer, const BodyTaken& then) {
   std::string reason = readBody(call, from, body, isAnswer);
   if (reason.empty()) reason = finishBody(call, from, body, isAnswer);
@@ -47,21 +37,18 @@ std::string Engine::readBody(Call& call, Side from, const std::string& body, boo
   Exchange& exchange = *call.exchange;
   Body& received = exchange.received[from];
   Body& sent = exchange.sent[otherOf(from)];
-  std::string reason = takeIn(body);
+  std::string reason = takeIn(body, incoming_);
+  if (reason.empty()) reason = parse(incoming_, received);
   if (!reason.empty()) return reason;
-  const std::string canonical(incoming_.text());
-  if (received.sdpParse(canonical.c_str(), SDP_TYPE_UNKNOWN) != 0) {
-    return withoutSecrets(lastReason(), canonical);
-  }
   sent = received;
-  return isAnswer ? "" : applyToOffer(*exchange.policy, sent, exchange.changes);
+  return applyBefore(*exchange.policy, from, isAnswer, sent, exchange.changes);
 }
 
 std::string Engine::finishBody(Call& call, Side from, const std::string& body, bool isAnswer) {
   Exchange& exchange = *call.exchange;
   Body& sent = exchange.sent[otherOf(from)];
   const Body& offer = exchange.sent[from];
-  std::string reason = isAnswer ? applyToAnswer(*exchange.policy, sent, exchange.changes) : "";
+  std::string reason = applyBehind(*exchange.policy, from, isAnswer, sent, exchange.changes);
   if (!reason.empty()) return reason;
   continueSession(sent, exchange.received[from], call.legs[otherOf(from)].sent);
   reason = whatIsForbidden(*exchange.policy, textOf(sent),
@@ -88,8 +75,8 @@ bool Engine::answerFromStore(Call& call, Exchange& exchange) {
   Body updated = leg.sent;
   if (isUnchanged(offer, leg.received)) {
     note(call, "re-offer unchanged, answered from store");
-  } else if (offer.isSdpVersionIncreased(&leg.received) == 1 && onlyCodecsDiffer(offer, leg.received) &&
-             updated.sdpUpdateAnswer(&leg.received, &offer) == 0) {
+  } else if (!hasRequests(*exchange.policy) && offer.isSdpVersionIncreased(&leg.received) == 1 &&
+             onlyCodecsDiffer(offer, leg.received) && updated.sdpUpdateAnswer(&leg.received, &offer) == 0) {
     continueSession(updated, leg.sent, leg.sent);
     note(call, "re-offer one version on, stored answer updated");
     if (options_.show) showBodies("call " + call.id + ": stored answer", textOf(leg.sent), textOf(updated));

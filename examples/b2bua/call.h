@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "mediaPolicy.h"
+#include "side.h"
 #include "sip.h"
 
 namespace b2bua {
@@ -13,12 +14,8 @@ namespace b2bua {
 class Engine;
 struct Call;
 
-enum Side : std::size_t { kCaller = 0, kTarget = 1 };
-
 /// 16 random characters.
 std::string randomText();
-
-inline Side otherOf(Side side) { return side == kCaller ? kTarget : kCaller; }
 
 /// A dialog with one of the two parties (RFC 3261 12), and the bodies that count in it.
 struct Leg {

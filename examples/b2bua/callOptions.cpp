@@ -47,9 +47,7 @@ std::string checkEndpoint(const std::string& text) {
 }
 
 void addCallOptions(CLI::App& app, Options& options) {
-  app.add_option("--target", options.target, "HOST:PORT where the calls go; numeric")
-      ->required()
-      ->check(checkEndpoint);
+  app.add_option("--target", options.target, "HOST:PORT where the calls go; numeric")->check(checkEndpoint);
   app.add_option("--listen", options.listen, "HOST:PORT where they come from; port 0 takes a free one")
       ->check(checkEndpoint)
       ->check(checkNoWildcard)

@@ -94,9 +94,6 @@ class Engine {
 
   // bodies on their way (bodies.cpp)
   bool answerFromStore(Call& call, Exchange& exchange);
-  /// Takes a body from outside in, in the form on which all readers agree: what one takes for a line, no other misses.
-  /// @return why it has none; empty when `incoming_` has it
-  std::string takeIn(const std::string& body);
   /// Brings a body from a side to the other one: its result is in `sent` of the exchange when `then` is called.
   void takeBody(Call& call, Side from, const std::string& body, bool isAnswer, const BodyTaken& then);
   /// Its steps; @return why the body cannot be used; empty when it can

@@ -5,7 +5,9 @@
 
 #include "engine.h"
 #include "multipart.h"
+#include "namedRequests.h"
 #include "policyCheck.h"
+#include "policySteps.h"
 #include "reasons.h"
 
 namespace b2bua {
@@ -76,7 +78,8 @@ void Engine::relayInvite(Call& call) {
   const Side to = otherOf(exchange.from);
   if (exchange.kind == Kind::dummy) {
     makeDummyOffer(*exchange.policy, options_.listen.starts_with('['), exchange.sent[to]);
-    const std::string reason = whatIsForbidden(*exchange.policy, textOf(exchange.sent[to]), false);
+    std::string reason = applyRequests(*exchange.policy, Way::to, to, false, exchange.sent[to]);
+    if (reason.empty()) reason = whatIsForbidden(*exchange.policy, textOf(exchange.sent[to]), false);
     if (!reason.empty()) return refuse(call, {reason});
     note(call, "dummy offer sent");
   }
@@ -242,7 +245,7 @@ void Engine::replaceDummy(Call& call) {
 /// The caller has answered to the target's former body; this one is only kept.
 void Engine::onDummyReplaced(Call& call, const std::string& body) {
   sendAck(call, "");
-  const std::string reason = takeIn(body);
+  const std::string reason = takeIn(body, incoming_);
   const std::string canonical(incoming_.text());
   if (reason.empty() && call.exchange->received[kTarget].sdpParse(canonical.c_str(), SDP_TYPE_ANSWER) == 0) {
     judge(call, kTarget, call.legs[kTarget].sent, body);

@@ -8,6 +8,7 @@
 #include <optional>
 #include <sstream>
 
+#include "checkPolicy.h"
 #include "service.h"
 #include "sip.h"
 
@@ -21,11 +22,9 @@ namespace {
 std::optional<int> readOptions(const std::vector<std::string>& words, Options& options,
                                std::ostream& errors) {
   CLI::App app("A back-to-back user agent for SIP over UDP", "b2bua");
-  addOptions(app, options);
   try {
-    app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
+    parseOptions(app, options, words);
   } catch (const CLI::ParseError& error) {
-    errors << placeOf(error, app, words);
     return app.exit(error, std::cout, errors) == 0 ? 0 : 2;
   }
   return std::nullopt;
@@ -47,6 +46,7 @@ int main(int count, char** arguments) {
     const std::vector<std::string> words(arguments + 1, arguments + count);
     b2bua::Options options;
     if (const auto status = b2bua::readOptions(words, options, std::cerr)) return *status;
+    if (!options.checked.empty()) return b2bua::checkPolicy(options.policy, options.checked);
     su_init();
     su_log_redirect(
         nullptr, [](void*, const char*, va_list) {}, nullptr);

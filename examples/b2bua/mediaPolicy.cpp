@@ -25,7 +25,7 @@ std::string withoutLines(Body& body, Predicate isUnwanted) {
       return line.type == 'a' && isUnwanted(attributeOf(line.value));
     });
   }
-  return store(lines, body);
+  return store(lines.text(), body);
 }
 
 bool hasMedia(const Body& body) { return body.getParsedData().mediaType != 0; }
@@ -207,7 +207,7 @@ std::string refuseBundled(Body& body, std::string_view media) {
       return line.type == 'a' && attributeOf(line.value).name == "bundle-only";
     });
   }
-  return store(lines, body);
+  return store(lines.text(), body);
 }
 
 std::string limitVideo(const Policy& policy, Body& body, OfferChanges&) {
@@ -268,7 +268,7 @@ std::string setAddress(const Policy& policy, Body& body, OfferChanges&) {
       if (line.type == 'c' && !isUnspecified(line)) replaceConnection(line, policy.connectionAddress);
     }
   }
-  return store(lines, body);
+  return store(lines.text(), body);
 }
 
 /// What each key of the policy means: requests of the library to the offer and to its answer.
@@ -307,8 +307,8 @@ std::string withoutCodecs(const Body& body) {
 
 }  // namespace
 
-std::string store(const BodyLines& lines, Body& body) {
-  const std::string text = lines.text();
+std::string store(const std::string& text, Body& body) {
+  if (text.size() >= MAX_SDP_PROTOCOL_DATA_SIZE) return "too long after the policy";
   if (text == textOf(body) || body.sdpParse(text.c_str(), SDP_TYPE_UNKNOWN) == 0) return "";
   return "not usable after the policy";
 }

@@ -38,7 +38,7 @@ std::string textOf(const Body& object);
 
 /// Parses an edited text into the body that it was read from.
 /// @return why that cannot be done; empty when it can
-std::string store(const BodyLines& lines, Body& body);
+std::string store(const std::string& text, Body& body);
 
 /// @return whether two offers differ in their o-lines and in formats of audio, with their rtpmap and fmtp lines, alone
 bool onlyCodecsDiffer(const Body& one, const Body& other);

@@ -7,11 +7,13 @@
 
 namespace b2bua {
 
-// The options of the command line by their topics; `addOptions` adds all of them.
+// The options of the command line by their topics; `parseOptions` adds all of them. None is `required` for the command
+// line: it may stand in the configuration.
 
 void addCallOptions(CLI::App& app, Options& options);
 void addLimitOptions(CLI::App& app, Options& options);
 void addServiceOptions(CLI::App& app, Options& options);
+/// Those that may stand in a policy, too.
 void addPolicyOptions(CLI::App& app, Policy& policy);
 
 // Checks as CLI11 takes them: what is wrong, or nothing.

@@ -1,6 +1,7 @@
 #ifndef B2BUA_OPTIONS_H
 #define B2BUA_OPTIONS_H
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -10,13 +11,15 @@
 
 namespace CLI {
 class App;
-class ParseError;
 }  // namespace CLI
 
 namespace b2bua {
 
 enum class Video { on, off, capped };
 enum class Security { asIs, plain, secure, bestEffort1, bestEffort2 };
+
+/// A request of the document layer: its name, and its arguments.
+using NamedRequest = std::vector<std::string>;
 
 /// What is done to bodies; as it is here, nothing.
 struct Policy {
@@ -28,6 +31,7 @@ struct Policy {
   Security security = Security::asIs;
   eIPAddressVersion addressFamily = IP_VERSION_UNKNOWN;  ///< unknown keeps both
   std::string connectionAddress;
+  std::array<std::vector<NamedRequest>, 12> requests;  ///< by party and direction, see namedRequests.h
 };
 
 struct Options {
@@ -42,15 +46,16 @@ struct Options {
   unsigned int drainSeconds = 0;          ///< that running calls have after SIGTERM
   bool show = false;
   bool trace = false;
+  std::string policyFile;
+  std::string configFile;
+  std::vector<std::string> checked;  ///< a policy and bodies, which are shown instead of calls
   Policy policy;
 };
 
-/// Adds the options to a command line; the rules of the policy stand there or, without their hyphens, in its file.
-void addOptions(CLI::App& app, Options& options);
-
-/// @param words  the command line
-/// @return file and line of the policy that an error is about, with what stands behind them; empty for other errors
-std::string placeOf(const CLI::ParseError& error, const CLI::App& app, const std::vector<std::string>& words);
+/// Reads the command line, the configuration that it may name, and the policy that either may name: what was read
+/// first counts. Throws CLI::ParseError, which for a file tells where, "FILE:LINE:COLUMN: ".
+/// @param app  a new one; its options refer to `options`
+void parseOptions(CLI::App& app, Options& options, const std::vector<std::string>& words);
 
 }  // namespace b2bua
 

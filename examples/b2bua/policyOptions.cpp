@@ -4,6 +4,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "namedRequests.h"
+#include "optionFiles.h"
 #include "optionTopics.h"
 
 namespace b2bua {
@@ -23,12 +25,13 @@ const std::vector<std::pair<std::string, eIPAddressVersion>> kFamilies = {
 
 void readAudioCodecs(const Words& names, Policy& policy) {
   if (names.size() > MAX_SDP_NEGOTIATOR_AUDIO_CODECS)
-    throw CLI::ValidationError("--audio-codecs", "more than 20 codecs");
+    throw WordError("audio-codecs", "more than 20 codecs", MAX_SDP_NEGOTIATOR_AUDIO_CODECS);
   policy.audioCodecs.clear();
   for (const std::string& name : names) {
     unsigned char codec = cSdpNegotiator::getRtpMapAudioCodecValue(name.c_str());
     if (codec == SDP_NO_CODEC) codec = cSdpNegotiator::getAudioCodecValue(name.c_str());
-    if (codec == SDP_NO_CODEC) throw CLI::ValidationError("--audio-codecs", "unknown codec: " + name);
+    if (codec == SDP_NO_CODEC)
+      throw WordError("audio-codecs", "unknown codec: " + name, policy.audioCodecs.size());
     policy.audioCodecs.push_back(codec);
   }
 }
@@ -37,13 +40,16 @@ void readAudioCodecs(const Words& names, Policy& policy) {
 void readVideo(const Words& words, Policy& policy) {
   static const Words levels = {"1", "1b",  "1.1", "1.2", "1.3", "2",   "2.1", "2.2",
                                "3", "3.1", "3.2", "4",   "4.1", "4.2", "5",   "5.1"};
+  const auto check = [](bool right, std::size_t word) {
+    if (!right) throw WordError("video", "video is on, off or cap BANDWIDTH LEVEL", word);
+  };
   policy.video = words[0] == "on" ? Video::on : words[0] == "off" ? Video::off : Video::capped;
-  if (policy.video != Video::capped && words.size() == 1) return;
-  const auto level = std::ranges::find(levels, words.back());
-  if (words.size() != 3 || words[0] != "cap" || level == levels.end() ||
-      !CLI::detail::lexical_cast(words[1], policy.videoBandwidth)) {
-    throw CLI::ValidationError("--video", "video is on, off or cap BANDWIDTH LEVEL");
-  }
+  if (policy.video != Video::capped) return check(words.size() == 1, 1);
+  check(words[0] == "cap" && words.size() >= 3, 0);
+  check(words.size() == 3, 3);
+  check(CLI::detail::lexical_cast(words[1], policy.videoBandwidth), 1);
+  const auto level = std::ranges::find(levels, words[2]);
+  check(level != levels.end(), 2);
   policy.videoLevel = static_cast<eH264_profile_id>(level - levels.begin());
 }
 
@@ -65,6 +71,14 @@ void addPolicyOptions(CLI::App& app, Policy& policy) {
       ->transform(CLI::CheckedTransformer(kFamilies).description(""));
   app.add_option("--connection-address", policy.connectionAddress, "put into the first c-line")
       ->check(checkAddress);
+  for (std::size_t list = 0; list < policy.requests.size(); ++list) {
+    app.add_option_function<Words>(
+           "--" + keyOf(list),
+           [&policy, list](const Words& lines) { policy.requests[list] = readRequests(list, lines); },
+           list == 0 ? "requests of the document layer, with ; between: what is done to the bodies of a party"
+                     : "")
+        ->delimiter(';');
+  }
 }
 
 }  // namespace b2bua

@@ -60,13 +60,10 @@ std::string_view lineAt(std::string_view text, std::size_t number, std::string_v
   return text.substr(0, text.find_first_of(ends));
 }
 
-}  // namespace
-
-std::string lastReason() {
+/// @return the text without what could break a line or a quoted text
+std::string harmless(std::string_view text) {
   constexpr std::size_t kLongest = 120;
-  const sSdpRefusal& refusal = sdpLastRefusal();
-  if (refusal.kind == SDP_REFUSAL_KIND_STORAGE) return "the body is too large to be kept";
-  std::string reason(std::string_view(refusal.text).substr(0, kLongest));
+  std::string reason(text.substr(0, kLongest));
   for (char& c : reason) {
     if (c < ' ' || c > '~') c = '?';
     if (c == '"' || c == '\\') c = '\'';
@@ -74,11 +71,27 @@ std::string lastReason() {
   return reason;
 }
 
+}  // namespace
+
+std::string lastReason() {
+  const sSdpRefusal& refusal = sdpLastRefusal();
+  if (refusal.kind == SDP_REFUSAL_KIND_STORAGE) return "the body is too large to be kept";
+  return harmless(refusal.text);
+}
+
 std::string reasonOf(const sdp::Refusal& refusal) {
   std::string reason;
   if (refusal.line != 0) reason.append(kLine).append(std::to_string(refusal.line)).append(": ");
   reason.append(textOf(refusal.reason));
   std::replace(reason.begin(), reason.end(), '"', '\'');
+  return reason;
+}
+
+// In parentheses are names of the library elsewhere, here the medium of a section.
+std::string reasonOf(const sdp::Document& document) {
+  if (document.explanation().empty()) return "the body is too large to be kept";
+  std::string reason = harmless(document.explanation());
+  std::erase_if(reason, [](char c) { return c == '(' || c == ')'; });
   return reason;
 }
 

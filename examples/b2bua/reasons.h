@@ -1,7 +1,7 @@
 #ifndef B2BUA_REASONS_H
 #define B2BUA_REASONS_H
 
-#include <sdpDocumentRefusal.h>
+#include <sdpDocument.h>
 
 #include <string>
 #include <string_view>
@@ -13,6 +13,9 @@ std::string lastReason();
 
 /// @return why a body has no form on which all readers agree, with the line and nothing of what stands there
 std::string reasonOf(const sdp::Refusal& refusal);
+
+/// @return why a document refuses to be read or a request, of which it tells no keys
+std::string reasonOf(const sdp::Document& document);
 
 /// @param reason  why the library refuses a body: what it found in a line may be part of a key
 /// @return the reason, with no more of a line about keys or passwords than its attribute's name

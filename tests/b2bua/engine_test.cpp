@@ -51,20 +51,20 @@ TEST_F(EngineProcess, TellsWhatOfAPolicyItDoesNotUnderstand) {
   EXPECT_NE(policyRefusal("audio-codecs = " + codecs + "\n").find("more than 20 codecs"), std::string::npos);
 }
 
-TEST_F(EngineProcess, NamesFileAndLineOfAPolicyItDoesNotUnderstand) {
+TEST_F(EngineProcess, NamesThePlaceInAPolicyItDoesNotUnderstand) {
   const std::string file = folder_.path("policy");
   const struct {
     const char* policy;
-    int line;
+    const char* place;
   } cases[] = {
-      {"# first\nvideo = off\ncolour = blue\n", 3}, {"\nice = perhaps\n", 2},
-      {"ice = keep\naudio-codecs = PCMA, NO\n", 2}, {"video = cap 512", 1},
-      {"\n\nconnection-address=home\n", 3},         {"nonsense\n", 1},
-      {"ice = keep\n\nice = remove\n", 3},          {"ice = keep\n[more]\nvideo = off\n", 2},
+      {"# first\nvideo = off\ncolour = blue\n", "3:1"}, {"\nice = perhaps\n", "2:7"},
+      {"ice = keep\naudio-codecs = PCMA, NO\n", "2:22"}, {"video = cap 512", "1:9"},
+      {"\n\nconnection-address=home\n", "3:20"},        {"nonsense\n", "1:1"},
+      {"ice = keep\n\nice = remove\n", "3:1"},          {"ice = keep\n[more]\nvideo = off\n", "2:1"},
   };
   for (const auto& each : cases) {
     const std::string output = policyRefusal(each.policy);
-    EXPECT_TRUE(output.starts_with(file + ":" + std::to_string(each.line) + ": ")) << output;
+    EXPECT_TRUE(output.starts_with(file + ":" + each.place + ": ")) << output;
   }
   // Not when the command line is wrong.
   const std::string output = expectRefusal({"--target", kHost + ":9", "--listen", kHost + ":0", "--ice",

@@ -29,10 +29,12 @@ struct Leg {
   std::string routes;           ///< Route value of what the engine sends
   unsigned int cseq = 0;        ///< of the last request that the engine sent
   unsigned int remoteCseq = 0;  ///< of the last one that the party sent
-  Owned<nta_leg_t> dialog;      ///< the stack's part of it
-  bool answered = false;        ///< the body sent last was an answer
-  Body sent;                    ///< the body that the party has of the other one
-  Body received;                ///< the party's own body
+  unsigned int keptCseq = 0;    ///< the store has it that as many may have been sent; 0 when it has nothing
+  unsigned int unacknowledged = 0;  ///< number of the INVITE to the party whose 200 has no ACK yet
+  Owned<nta_leg_t> dialog;          ///< the stack's part of it
+  bool answered = false;            ///< the body sent last was an answer
+  Body sent;                        ///< the body that the party has of the other one
+  Body received;                    ///< the party's own body
 };
 
 /// What an exchange does with its bodies.
@@ -57,6 +59,7 @@ struct Exchange {
   bool acknowledged = false;       ///< the 200 that came has its ACK
   bool ackCame = false;            ///< the one for the 200 that went back
   bool cancelled = false;
+  bool agreed = false;  ///< its bodies are those of the dialogs now
   OfferChanges changes{};
   std::array<Body, 2> received;  ///< from each side
   std::array<Body, 2> sent;      ///< to each side
@@ -77,6 +80,9 @@ struct Call {
   std::string id;
   std::array<Leg, 2> legs;
   bool established = false;  ///< the first exchange is complete; before, there always is one
+  bool kept = false;         ///< the store has it, or is to have it
+  bool outdated = false;     ///< but what it has is not the last state
+  bool takenOver = false;    ///< from another process
   std::optional<Exchange> exchange;
 };
 

@@ -20,6 +20,9 @@ struct Counters {
   unsigned long refusedBodies = 0;
   unsigned long malformed = 0;
   unsigned long takenOver = 0;
+  unsigned long kept = 0;
+  unsigned long notKept = 0;
+  unsigned long madeUpFor = 0;
   std::array<unsigned long, kLimitNames.size()> notTaken{};
 
   unsigned long& of(Limit limit) { return notTaken[static_cast<std::size_t>(limit)]; }
@@ -51,6 +54,9 @@ inline constexpr CounterName kCounterNames[] = {
     {"refused_bodies", "Bodies that could not be used or that the policy forbids.", &Counters::refusedBodies},
     {"malformed", "Messages that could not be read.", &Counters::malformed},
     {"taken_over", "Calls of other processes that were gone on with.", &Counters::takenOver},
+    {"kept", "Times that a call was kept in the store.", &Counters::kept},
+    {"not_kept", "Times that a call could not be kept in the store.", &Counters::notKept},
+    {"made_up_for", "Calls kept later, after that or in another server.", &Counters::madeUpFor},
 };
 
 }  // namespace b2bua

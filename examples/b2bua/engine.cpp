@@ -18,7 +18,7 @@ int refuseAll(Leg*, nta_leg_t*, nta_incoming_t*, const sip_t*) { return 481; }
 }  // namespace
 
 Engine::Engine(su_root_t* root, const Options& options, StateStore& store, Log& log)
-    : options_(options), store_(store), log_(log) {
+    : options_(options), store_(store), log_(log), connections_(store.connections()) {
   std::string listen = "sip:" + options.listen + ";transport=udp";
   if (const std::size_t anyPort = listen.find(":0;"); anyPort != std::string::npos) listen[anyPort + 1] = '*';
   agent_.reset(nta_agent_create(root, urlOf(listen), onMessage, this, NTATAG_UA(1),
@@ -141,6 +141,7 @@ void Engine::dropExchange(Call& call) {
 
 /// Ends the call from here.
 void Engine::end(Call& call, const std::string& why) {
+  if (!isOwn(call)) return giveAway(call);
   note(call, "ended", {{"by", "engine"}, {"reason", why}});
   dropExchange(call);
   ++(call.established ? counters_.ended : counters_.failed);
@@ -150,8 +151,10 @@ void Engine::end(Call& call, const std::string& why) {
 }
 
 void Engine::forget(Call& call) {
-  if (call.established && !store_.remove(call.id))
+  if (call.kept && !store_.remove(call.id, call.takenOver)) {
     note(call, "could not be removed from the store", {}, LogLevel::warning);
+    lookAfter(call.id);
+  }
   calls_.erase(std::string(call.id));
 }
 

@@ -3,6 +3,7 @@
 
 #include <sdpDocument.h>
 
+#include <deque>
 #include <unordered_map>
 
 #include "call.h"
@@ -33,6 +34,8 @@ class Engine {
   bool idle() const;
   Counters counters() const;
   void showCounters() const;
+  /// Looks after what the store has of the calls; to be called often.
+  void tend();
 
  private:
   // requests (requests.cpp)
@@ -51,7 +54,8 @@ class Engine {
   /// @return the dialog of a request, null when there is none
   Leg* find(const sip_t& request);
   bool mayBeStored(const sip_t& request) const;
-  Leg* takeOver(const sip_t& request);
+  Found takeOver(const sip_t& request);
+  void onStrayAck(const sip_t& ack);
 
   // calls and dialogs (engine.cpp)
   static int onByeResponse(Leg* listener, nta_outgoing_t* transaction, const sip_t* response);
@@ -90,6 +94,7 @@ class Engine {
   /// Refuses it, and ends the call when it is the first one.
   void fail(Call& call, int status, const std::string& header = "");
   void refuse(Call& call, const BodyRefusal& refusal);
+  void agree(Call& call);
   void complete(Call& call);
 
   // bodies on their way (bodies.cpp)
@@ -103,6 +108,15 @@ class Engine {
   /// @param offer   what the party was sent
   /// @param answer  what it said, before anything is done to it
   void judge(const Call& call, Side party, const Body& offer, const std::string& answer);
+
+  // what the store has of the calls (keeping.cpp)
+  void keep(Call& call);
+  void lookAfter(const std::string& id);
+  bool isOwn(const Call& call);
+  void giveAway(Call& call);
+  void acknowledge(Leg& leg);
+  void tendPortion();
+  bool tendCall(const std::string& id, const std::string& owner);
 
   const Options& options_;
   std::shared_ptr<const Policy> policy_ = std::make_shared<const Policy>(options_.policy);
@@ -119,6 +133,11 @@ class Engine {
   sdp::Document incoming_;  ///< the last body from outside
   PerSecond invites_;
   PerSecond unknownTags_;  ///< asked for in the store, in vain
+  std::deque<std::string>
+      toLookAfter_;  ///< IDs of calls that the store may not have, or of ended ones that it may have
+  std::vector<std::string> acknowledged_;  ///< IDs of calls; the store is still to hear of their ACKs
+  unsigned long connections_ = 0;          ///< of the store, when all that it has was looked after last
+  std::chrono::steady_clock::time_point nextPortion_{}, nextLook_{}, nextPing_{};
 };
 
 }  // namespace b2bua

@@ -90,6 +90,7 @@ void Engine::relayInvite(Call& call) {
 /// Sends a request within a dialog.
 nta_outgoing_t* Engine::send(Leg& leg, sip_method_t method, const char* name, unsigned int cseq,
                              const std::string& body, nta_response_f* onResponse, Leg* receiver) {
+  if (leg.keptCseq != 0 && cseq > leg.keptCseq) keep(*leg.call);
   const std::string number = std::to_string(cseq) + " " + name;
   return nta_outgoing_tcreate(
       leg.dialog.get(), onResponse, receiver, nullptr, method, name, nullptr, SIPTAG_CSEQ_STR(number.c_str()),
@@ -189,6 +190,8 @@ void Engine::answer(Call& call, int status, const std::string& body, const std::
   // provisional one all the same, and read what it has freed.
   if (!exchange.incoming || nta_incoming_status(exchange.incoming.get()) >= 200) return;
   exchange.answered = status >= 200 && status < 300;
+  // All bodies are known, so another process can go on from here, even with the ACK.
+  if (exchange.answered && (exchange.kind == Kind::relayed || exchange.kind == Kind::local)) agree(call);
   nta_incoming_treply(exchange.incoming.get(), status, sip_status_phrase(status),
                       TAG_IF(status < 300, SIPTAG_CONTACT(nta_agent_contact(agent_.get()))),
                       TAG_IF(!header.empty(), SIPTAG_HEADER_STR(header.c_str())),
@@ -257,9 +260,9 @@ void Engine::onDummyReplaced(Call& call, const std::string& body) {
 }
 
 /// Keeps what was agreed.
-void Engine::complete(Call& call) {
+void Engine::agree(Call& call) {
   Exchange& exchange = *call.exchange;
-  const bool first = !call.established;
+  exchange.agreed = true;
   for (Leg& leg : call.legs) {
     if (exchange.cancelled) break;
     if (exchange.received[leg.side].isSdpPresent()) leg.received = exchange.received[leg.side];
@@ -268,10 +271,21 @@ void Engine::complete(Call& call) {
     const bool offeredByFrom = exchange.kind == Kind::relayed || exchange.kind == Kind::local;
     leg.answered = (leg.side == exchange.from) == offeredByFrom && exchange.kind != Kind::dummy;
   }
+  const bool waitsForAck = exchange.answered && exchange.outgoing && !exchange.acknowledged;
+  call.legs[otherOf(exchange.from)].unacknowledged =
+      waitsForAck ? nta_outgoing_cseq(exchange.outgoing.get()) : 0;
+  keep(call);
+}
+
+void Engine::complete(Call& call) {
+  if (!call.exchange->agreed) agree(call);
+  const bool first = !call.established;
+  for (Leg& leg : call.legs) {
+    if (std::exchange(leg.unacknowledged, 0) != 0 && call.kept) acknowledged_.push_back(call.id);
+  }
   call.exchange.reset();
   call.established = true;
   if (first) ++counters_.established;
-  if (!store_.save(call)) note(call, "could not be kept in the store", {}, LogLevel::warning);
   if (first) note(call, "established");
 }
 

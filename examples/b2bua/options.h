@@ -37,7 +37,7 @@ struct Policy {
 struct Options {
   std::string listen = "127.0.0.1:5060";
   std::string target;
-  std::string state;    ///< "redis://HOST:PORT", or empty
+  std::string state;    ///< of a RedisLink, or empty
   std::string logFile;  ///< standard error when empty
   LogFormat logFormat = LogFormat::text;
   std::size_t maxCalls = 10'000;

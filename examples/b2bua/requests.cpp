@@ -56,9 +56,13 @@ std::string randomText() {
 /// What belongs to no transaction.
 int Engine::onMessage(Engine* engine, nta_agent_t*, msg_t* message, sip_t* content) {
   Owned<msg_t> owner(message);
-  // Responses come too late, and ACKs end nothing.
+  // Responses come too late.
   if (content == nullptr || content->sip_request == nullptr) return 0;
-  if (content->sip_request->rq_method != sip_method_ack) engine->onRequest(std::move(owner), *content);
+  if (content->sip_request->rq_method == sip_method_ack) {
+    engine->onStrayAck(*content);
+  } else {
+    engine->onRequest(std::move(owner), *content);
+  }
   return 0;
 }
 
@@ -99,13 +103,14 @@ void Engine::onRequest(Owned<msg_t> message, const sip_t& request) {
   if (request.sip_to->a_tag == nullptr && method == sip_method_invite)
     return onFirstInvite(std::move(message), request);
   Leg* leg = find(request);
+  if (leg != nullptr && !isOwn(*leg->call)) {
+    giveAway(*leg->call);
+    leg = nullptr;
+  }
   if (leg == nullptr && mayBeStored(request)) {
-    if (unknownTags_.sum() >= kMostUnknownTags) {
-      // It may be of a call in the store, and is repeated; an answer would end that call.
-      ++counters_.of(Limit::unknownTags);
-      return;
-    }
-    leg = takeOver(request);
+    // It may be of a call in the store, and is repeated; an answer would end that call.
+    if (takeOver(request) == Found::unknown) return;
+    leg = find(request);
   }
   if (leg == nullptr) return reply(std::move(message), 481);
   onRequestInDialog(*leg, std::move(message), request);
@@ -186,30 +191,40 @@ Leg* Engine::find(const sip_t& request) {
 bool Engine::mayBeStored(const sip_t& request) const {
   const std::string tag = tagIn(request);
   const std::string id = idOf(tag);
-  return store_.isUsed() && id.size() == kIdSize && tag == tagOf(id, sideOf(tag)) && !calls_.contains(id) &&
-         calls_.size() < options_.maxCalls;
+  return store_.isUsed() && id.size() == kIdSize && tag == tagOf(id, sideOf(tag)) && !calls_.contains(id);
 }
 
-/// @return the dialog of a request that only the store knows
-Leg* Engine::takeOver(const sip_t& request) {
+/// The 200 of this call came from another process, and its ACK is the other party's.
+void Engine::onStrayAck(const sip_t& ack) {
+  if (ack.sip_to != nullptr && mayBeStored(ack)) takeOver(ack);
+}
+
+/// Goes on with the call of a request that only the store knows.
+Found Engine::takeOver(const sip_t& request) {
+  if (unknownTags_.sum() >= kMostUnknownTags || calls_.size() >= options_.maxCalls) {
+    ++counters_.of(calls_.size() >= options_.maxCalls ? Limit::calls : Limit::unknownTags);
+    return Found::unknown;
+  }
   const std::string tag = tagIn(request);
   const std::string id = idOf(tag);
   const Side side = sideOf(tag);
   Call& call = addCall(id);
-  Leg& leg = call.legs[side];
-  if (store_.load(call)) {
-    openDialog(call.legs[otherOf(side)]);
-    openDialog(leg);
+  Found found = store_.load(call);
+  if (found == Found::yes) {
+    for (Leg& leg : call.legs) openDialog(leg);
+    if (!call.legs[otherOf(side)].dialog || !isOf(call.legs[side], request)) found = Found::no;
   }
-  if (!call.legs[otherOf(side)].dialog || !isOf(leg, request)) {
-    unknownTags_.add();
+  if (found == Found::no) unknownTags_.add();
+  if (found == Found::yes && !store_.claim(call)) found = Found::unknown;
+  if (found != Found::yes) {
     calls_.erase(id);
-    return nullptr;
+    return found;
   }
-  call.established = true;
+  call.established = call.kept = call.takenOver = true;
   ++counters_.takenOver;
   note(call, "taken over from store");
-  return &leg;
+  for (Leg& leg : call.legs) acknowledge(leg);
+  return Found::yes;
 }
 
 }  // namespace b2bua

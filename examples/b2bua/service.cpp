@@ -60,6 +60,7 @@ class Service {
 
 void Service::step() {
   su_root_step(root_.get(), kLongestWait);
+  engine_.tend();
   manager_.alive(engine_.calls());
   if (countersAsked != 0) engine_.showCounters();
   countersAsked = 0;

@@ -23,7 +23,7 @@ void addLimitOptions(CLI::App& app, Options& options) {
 
 void addServiceOptions(CLI::App& app, Options& options) {
   app.add_option("--state", options.state,
-                 "redis://HOST:PORT keeps the established calls, for the next process");
+                 "redis://HOST:PORT or redis+sentinel://HOST:PORT,.../NAME keeps calls, for other processes");
   app.add_option("--log", options.logFile, "file instead of standard error");
   app.add_option("--log-format", options.logFormat, "text, or json: an object a line")
       ->transform(CLI::CheckedTransformer(kLogFormats).description(""));

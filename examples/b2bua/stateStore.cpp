@@ -1,28 +1,26 @@
 #include "stateStore.h"
 
-#include <hiredis/hiredis.h>
-#include <netdb.h>
-#include <poll.h>
-
+#include <algorithm>
+#include <charconv>
+#include <ctime>
 #include <map>
-#include <stdexcept>
-#include <utility>
 
 namespace b2bua {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using Command = RedisLink::Command;
 
-constexpr std::chrono::milliseconds kLongestReply{
-    200};                                      ///< to all that is asked at once, the connecting included
-constexpr unsigned long kMostPerSecond = 500;  ///< ms that the engine waits for replies
-constexpr std::chrono::seconds kBetweenAttempts{1};
-constexpr int kMostElements = 256;         ///< of a reply; a call has fewer than a hundred
-constexpr const char* kKeepFor = "86400";  ///< seconds; what nobody ends goes by itself
+constexpr const char* kKeepFor = "86400";     ///< seconds; what nobody ends goes by itself
+constexpr const char* kKeepMarkFor = "3600";  ///< longer than a call stays with one that is no owner any more
+constexpr const char* kEnded = "-";           ///< instead of an owner
+constexpr std::time_t kLongestUntilAck = 32;  ///< seconds that a party repeats its 200
+constexpr std::size_t kLongestText = 8192;
+constexpr const char* kAck = "ack";  ///< there while a 200 has none
 
-/// Requests that the former process may have sent since it kept the call.
+/// Requests that may be sent before the call is kept again.
 constexpr unsigned int kCseqGap = 100;
+constexpr unsigned int kLargestCseq = 0x7fff'ffff;
 
 using Fields = std::map<std::string, std::string>;
 
@@ -41,7 +39,17 @@ bool unpack(const std::string& bytes, Body& body) {
                                static_cast<unsigned int>(bytes.size())) == 0;
 }
 
-void addFields(const Leg& leg, const std::string& prefix, Fields& fields) {
+bool readNumber(const std::string& text, unsigned int& number) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc{} && end == text.data() + text.size() && number <= kLargestCseq;
+}
+
+void addNumbers(Leg& leg, const std::string& prefix, Fields& fields) {
+  leg.keptCseq = std::min(leg.cseq, kLargestCseq - kCseqGap) + kCseqGap;
+  fields[prefix + "cseq"] = std::to_string(leg.keptCseq);
+}
+
+void addFields(Leg& leg, const std::string& prefix, Fields& fields) {
   const sip_route_t* routes = nullptr;
   const sip_contact_t* contact = nullptr;
   nta_leg_get_route(leg.dialog.get(), &routes, &contact);
@@ -50,10 +58,43 @@ void addFields(const Leg& leg, const std::string& prefix, Fields& fields) {
   fields[prefix + "remote"] = leg.remote;
   fields[prefix + "contact"] = headerText(contact);
   fields[prefix + "routes"] = headerText(routes);
-  fields[prefix + "cseq"] = std::to_string(leg.cseq + kCseqGap);
+  addNumbers(leg, prefix, fields);
+  fields[prefix + "remote-cseq"] = std::to_string(leg.remoteCseq);
+  if (leg.unacknowledged != 0) fields[prefix + kAck] = std::to_string(leg.unacknowledged);
   fields[prefix + "answered"] = leg.answered ? "1" : "";
   fields[prefix + "sent"] = packed(leg.sent);
   fields[prefix + "received"] = packed(leg.received);
+}
+
+/// What goes into headers: the stack would take further lines with it.
+bool isText(const std::string& text) {
+  return !text.empty() && text.size() <= kLongestText &&
+         std::ranges::none_of(text, [](unsigned char c) { return c < ' ' || c == 0x7f; });
+}
+
+bool isSip(const url_t& url) {
+  return (url.url_type == url_sip || url.url_type == url_sips) && url.url_host != nullptr;
+}
+
+bool areRoutes(const sip_route_t* route) {
+  const bool valid = route != nullptr;
+  while (route != nullptr && isSip(*route->r_url)) route = route->r_next;
+  return valid && route == nullptr;
+}
+
+/// @return whether the stack can make a dialog of a leg
+bool isDialog(const Leg& leg) {
+  if (!isText(leg.callId) || !isText(leg.local) || !isText(leg.remote) || !isText(leg.contact)) return false;
+  if (!leg.routes.empty() && !isText(leg.routes)) return false;
+  su_home_t home[1] = {SU_HOME_INIT(home)};
+  const sip_from_t* const local = sip_from_make(home, leg.local.c_str());
+  const sip_to_t* const remote = sip_to_make(home, leg.remote.c_str());
+  const sip_contact_t* const contact = sip_contact_make(home, leg.contact.c_str());
+  const bool valid = local != nullptr && local->a_tag != nullptr && remote != nullptr &&
+                     remote->a_tag != nullptr && contact != nullptr && isSip(*contact->m_url) &&
+                     (leg.routes.empty() || areRoutes(sip_route_make(home, leg.routes.c_str())));
+  su_home_deinit(home);
+  return valid;
 }
 
 bool readFields(Fields& fields, const std::string& prefix, Leg& leg) {
@@ -62,143 +103,84 @@ bool readFields(Fields& fields, const std::string& prefix, Leg& leg) {
   leg.remote = fields[prefix + "remote"];
   leg.contact = fields[prefix + "contact"];
   leg.routes = fields[prefix + "routes"];
-  leg.cseq = static_cast<unsigned int>(std::strtoul(fields[prefix + "cseq"].c_str(), nullptr, 10));
   leg.answered = !fields[prefix + "answered"].empty();
-  return unpack(fields[prefix + "sent"], leg.sent) && unpack(fields[prefix + "received"], leg.received);
+  return readNumber(fields[prefix + "cseq"], leg.cseq) &&
+         readNumber(fields[prefix + "remote-cseq"], leg.remoteCseq) &&
+         (fields[prefix + kAck].empty() || readNumber(fields[prefix + kAck], leg.unacknowledged)) &&
+         isDialog(leg) && unpack(fields[prefix + "sent"], leg.sent) &&
+         unpack(fields[prefix + "received"], leg.received);
 }
 
-/// Waits for the server's socket.
-bool isReady(const redisContext& context, short event, Clock::time_point deadline) {
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
-  if (left.count() <= 0) return false;
-  pollfd socket{context.fd, event, 0};
-  return poll(&socket, 1, static_cast<int>(left.count())) == 1;
-}
-
-/// The client takes room for as many elements as a reply announces, and goes through it again when it gives the reply up:
-/// with a billion of them it would be busy for seconds.
-void limitArrays(redisReader& reader) {
-  static const redisReplyObjectFunctions own = *reader.fn;
-  static redisReplyObjectFunctions limited = own;
-  limited.createArray = [](const redisReadTask* task, auto count) -> void* {
-    return std::cmp_less_equal(count, kMostElements) ? own.createArray(task, count) : nullptr;
-  };
-  reader.fn = &limited;
-}
-
-/// A name is asked for once: later it might hold the engine.
-std::string resolved(const std::string& host) {
-  addrinfo hints{};
-  hints.ai_socktype = SOCK_STREAM;
-  addrinfo* found = nullptr;
-  if (getaddrinfo(host.c_str(), nullptr, &hints, &found) != 0)
-    throw std::runtime_error("no such host: " + host);
-  const std::unique_ptr<addrinfo, void (*)(addrinfo*)> owner(found, freeaddrinfo);
-  char text[NI_MAXHOST] = "";
-  getnameinfo(found->ai_addr, found->ai_addrlen, text, sizeof text, nullptr, 0, NI_NUMERICHOST);
-  return text;
-}
-
-}  // namespace
-
-StateStore::StateStore(const std::string& address) : context_(nullptr, redisFree) {
-  if (address.empty()) return;
-  const std::string scheme = "redis://";
-  const std::size_t colon = address.rfind(':');
-  if (!address.starts_with(scheme) || colon < scheme.size()) {
-    throw std::runtime_error("no redis://HOST:PORT: " + address);
-  }
-  host_ = resolved(address.substr(scheme.size(), colon - scheme.size()));
-  port_ = static_cast<int>(std::strtol(address.c_str() + colon + 1, nullptr, 10));
-  if (!run({{"PING"}})) throw std::runtime_error("no Redis server at " + address);
-}
-
-bool StateStore::connect(Clock::time_point deadline) {
-  if (context_ && context_->err == 0) return true;
-  context_.reset(redisConnectNonBlock(host_.c_str(), port_));
-  if (!context_ || context_->err != 0) return false;
-  limitArrays(*context_->reader);
-  return isReady(*context_, POLLOUT, deadline);
-}
-
-/// However slowly the server answers, there is one deadline for all that is asked; then its connection is given up,
-/// since a late reply would be taken for that to the next command.
-bool StateStore::run(const std::vector<Command>& commands, std::vector<std::string>* texts) {
-  const Clock::time_point start = Clock::now();
-  if (start < nextAttempt_ || milliseconds_.sum() >= kMostPerSecond) return false;
-  const bool done = exchange(commands, texts, start + kLongestReply);
-  const auto waited = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
-  milliseconds_.add(static_cast<unsigned long>(waited.count()));
-  if (done) return true;
-  context_.reset();
-  nextAttempt_ = Clock::now() + kBetweenAttempts;
-  return false;
-}
-
-bool StateStore::exchange(const std::vector<Command>& commands, std::vector<std::string>* texts,
-                          Clock::time_point deadline) {
-  if (!connect(deadline)) return false;
-  for (const Command& command : commands) {
-    std::vector<const char*> words;
-    std::vector<std::size_t> sizes;
-    for (const std::string& word : command) {
-      words.push_back(word.data());
-      sizes.push_back(word.size());
-    }
-    redisAppendCommandArgv(context_.get(), static_cast<int>(words.size()), words.data(), sizes.data());
-  }
-  if (!flush(deadline)) return false;
-  for (std::size_t i = 0; i < commands.size(); ++i) {
-    if (!takeReply(texts, deadline)) return false;
-  }
-  return true;
-}
-
-bool StateStore::flush(Clock::time_point deadline) {
-  for (int done = 0; done == 0;) {
-    if (!isReady(*context_, POLLOUT, deadline) || redisBufferWrite(context_.get(), &done) != REDIS_OK)
-      return false;
-  }
-  return true;
-}
-
-bool StateStore::takeReply(std::vector<std::string>* texts, Clock::time_point deadline) {
-  void* taken = nullptr;
-  while (redisGetReplyFromReader(context_.get(), &taken) == REDIS_OK && taken == nullptr) {
-    if (!isReady(*context_, POLLIN, deadline) || redisBufferRead(context_.get()) != REDIS_OK) return false;
-  }
-  const std::unique_ptr<void, void (*)(void*)> owner(taken, freeReplyObject);
-  const auto* const reply = static_cast<const redisReply*>(taken);
-  if (reply == nullptr || reply->type == REDIS_REPLY_ERROR) return false;
-  for (std::size_t i = 0; texts != nullptr && reply->type == REDIS_REPLY_ARRAY && i < reply->elements; ++i) {
-    const redisReply& element = *reply->element[i];
-    texts->emplace_back(element.str != nullptr ? element.str : "", element.str != nullptr ? element.len : 0);
-  }
-  return true;
-}
-
-bool StateStore::save(const Call& call) {
-  if (!isUsed()) return true;
-  Command command = {"HSET", keyOf(call.id)};
-  Fields fields;
-  addFields(call.legs[kCaller], "caller.", fields);
-  addFields(call.legs[kTarget], "target.", fields);
+Command hashCommand(const std::string& id, const Fields& fields) {
+  Command command = {"HSET", keyOf(id)};
   for (const auto& [name, value] : fields) {
     command.push_back(name);
     command.push_back(value);
   }
-  return run({command, {"EXPIRE", keyOf(call.id), kKeepFor}});
+  return command;
 }
 
-bool StateStore::remove(const std::string& id) { return !isUsed() || run({{"DEL", keyOf(id)}}); }
+/// The ACK that was to come may have gone to a process that is no more; one too many does no harm in that time.
+bool mayWaitForAck(const std::string& savedAt) {
+  long long at = 0;
+  std::from_chars(savedAt.data(), savedAt.data() + savedAt.size(), at);
+  const std::time_t now = std::time(nullptr);
+  return at >= now - kLongestUntilAck && at <= now + kLongestUntilAck;
+}
 
-bool StateStore::load(Call& call) {
-  std::vector<std::string> texts;
-  if (!isUsed() || !run({{"HGETALL", keyOf(call.id)}}, &texts)) return false;
+}  // namespace
+
+bool StateStore::save(Call& call) {
+  if (!isUsed()) return true;
+  Fields fields = {{"owner", own_}, {"at", std::to_string(std::time(nullptr))}};
+  addFields(call.legs[kCaller], "caller.", fields);
+  addFields(call.legs[kTarget], "target.", fields);
+  return link_.run({hashCommand(call.id, fields), {"EXPIRE", keyOf(call.id), kKeepFor}});
+}
+
+bool StateStore::remove(const std::string& id, bool mark) {
+  if (!isUsed()) return true;
+  const std::string key = keyOf(id);
+  if (!mark) return link_.run({{"DEL", key}});
+  return link_.run({{"DEL", key}, {"HSET", key, "owner", kEnded}, {"EXPIRE", key, kKeepMarkFor}});
+}
+
+bool StateStore::removeAcks(const std::vector<std::string>& ids) {
+  std::vector<Command> commands;
+  for (const std::string& id : ids)
+    commands.push_back({"HDEL", keyOf(id), std::string("caller.") + kAck, std::string("target.") + kAck});
+  return link_.run(commands);
+}
+
+Found StateStore::load(Call& call) {
+  std::vector<RedisLink::Reply> replies;
+  if (!isUsed()) return Found::no;
+  if (!link_.run({{"HGETALL", keyOf(call.id)}}, &replies)) return Found::unknown;
+  const RedisLink::Reply& texts = replies.front();
   Fields fields;
   for (std::size_t i = 0; i + 1 < texts.size(); i += 2) fields[texts[i]] = texts[i + 1];
-  return readFields(fields, "caller.", call.legs[kCaller]) &&
-         readFields(fields, "target.", call.legs[kTarget]);
+  if (!readFields(fields, "caller.", call.legs[kCaller]) ||
+      !readFields(fields, "target.", call.legs[kTarget]))
+    return Found::no;
+  if (!mayWaitForAck(fields["at"])) call.legs[kCaller].unacknowledged = call.legs[kTarget].unacknowledged = 0;
+  return Found::yes;
+}
+
+bool StateStore::claim(Call& call) {
+  Fields fields = {{"owner", own_}};
+  addNumbers(call.legs[kCaller], "caller.", fields);
+  addNumbers(call.legs[kTarget], "target.", fields);
+  return link_.run({hashCommand(call.id, fields), {"EXPIRE", keyOf(call.id), kKeepFor}});
+}
+
+std::vector<std::string> StateStore::ownersOf(const std::vector<std::string>& ids) {
+  std::vector<Command> commands;
+  for (const std::string& id : ids) commands.push_back({"HGET", keyOf(id), "owner"});
+  std::vector<RedisLink::Reply> replies;
+  if (!link_.run(commands, &replies)) return {};
+  std::vector<std::string> owners;
+  for (const RedisLink::Reply& reply : replies) owners.push_back(reply.empty() ? "" : reply.front());
+  return owners;
 }
 
 }  // namespace b2bua

@@ -1,51 +1,46 @@
 #ifndef B2BUA_STATE_STORE_H
 #define B2BUA_STATE_STORE_H
 
-#include <chrono>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "call.h"
-#include "perSecond.h"
-
-struct redisContext;
+#include "redisLink.h"
 
 namespace b2bua {
 
-/// Keeps established calls in Redis, one hash for each, so that another process can go on with them. Without an
-/// address it keeps nothing.
+enum class Found { yes, no, unknown };  ///< unknown: the server could not be asked
+
+/// Keeps calls in Redis, one hash for each, so that another process can go on with them. Without an address it keeps
+/// nothing.
+///
+/// A record names its owner, the process that has the call. Who takes the call over becomes the owner, and the former
+/// one finds that out when it looks.
 class StateStore {
  public:
-  /// @param address "redis://HOST:PORT", or empty. Throws std::runtime_error when there is no server.
-  explicit StateStore(const std::string& address);
+  /// @param address  as that of a RedisLink
+  explicit StateStore(const std::string& address) : link_(address) {}
 
-  bool isUsed() const { return !host_.empty(); }
+  bool isUsed() const { return link_.isUsed(); }
+  unsigned long connections() const { return link_.connections(); }
   /// @return false when it could not be kept; the call goes on without
-  bool save(const Call& call);
-  bool remove(const std::string& id);
-  /// Loads what `save` kept under the call's ID.
-  /// @return false when there is no such call, or none that can be used
-  bool load(Call& call);
+  bool save(Call& call);
+  /// @param mark  whether a former owner may still have the call: then the record says for a while that it has ended
+  bool remove(const std::string& id, bool mark);
+  /// The 200s of calls have their ACK.
+  bool removeAcks(const std::vector<std::string>& ids);
+  /// Loads what `save` kept under the call's ID, all of which may be wrong. The owner stays.
+  Found load(Call& call);
+  /// Makes this process the owner of a loaded call, and the numbers of what the former one may have sent used.
+  bool claim(Call& call);
+  /// @return the owners of records, "" where there is none; nothing when the server could not be asked
+  std::vector<std::string> ownersOf(const std::vector<std::string>& ids);
+  bool isOwn(const std::string& owner) const { return owner == own_; }
+  bool ping() { return link_.run({{"PING"}}); }
 
  private:
-  using Clock = std::chrono::steady_clock;
-  using Command = std::vector<std::string>;
-
-  bool connect(Clock::time_point deadline);
-  /// Sends commands and waits for all their replies.
-  /// @param texts receives the strings of an array reply
-  bool run(const std::vector<Command>& commands, std::vector<std::string>* texts = nullptr);
-  bool exchange(const std::vector<Command>& commands, std::vector<std::string>* texts,
-                Clock::time_point deadline);
-  bool flush(Clock::time_point deadline);
-  bool takeReply(std::vector<std::string>* texts, Clock::time_point deadline);
-
-  std::string host_;
-  int port_ = 0;
-  Clock::time_point nextAttempt_{};
-  PerSecond milliseconds_;  ///< that were waited for the server
-  std::unique_ptr<redisContext, void (*)(redisContext*)> context_;
+  RedisLink link_;
+  const std::string own_ = randomText();
 };
 
 }  // namespace b2bua

@@ -1,0 +1,115 @@
+// What the store has of the calls: kept in time, or later when the server was away, and given up when another process has
+// taken a call over.
+
+#include <algorithm>
+#include <utility>
+
+#include "engine.h"
+
+namespace b2bua {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr std::size_t kPortion = 20;                 ///< calls that are looked after at once
+constexpr milliseconds kBetweenPortions{100};        ///< so 200 a second
+constexpr std::chrono::minutes kBetweenLooks{10};    ///< through all calls
+constexpr std::chrono::seconds kBetweenPings{1};     ///< that a lost server is noticed
+constexpr std::size_t kMostToLookAfter = 2'000'000;  ///< ended calls of a long outage go by themselves
+
+}  // namespace
+
+void Engine::keep(Call& call) {
+  if (!store_.isUsed()) return;
+  call.kept = true;
+  call.outdated = !store_.save(call);
+  if (!call.outdated) {
+    ++counters_.kept;
+    return;
+  }
+  ++counters_.notKept;
+  note(call, "could not be kept in the store", {}, LogLevel::warning);
+  lookAfter(call.id);
+}
+
+void Engine::lookAfter(const std::string& id) {
+  if (toLookAfter_.size() < kMostToLookAfter) toLookAfter_.push_back(id);
+}
+
+/// A server that cannot be asked leaves all as it is.
+bool Engine::isOwn(const Call& call) {
+  if (!store_.isUsed() || !call.kept) return true;
+  const std::vector<std::string> owners = store_.ownersOf({call.id});
+  return owners.empty() || owners.front().empty() || store_.isOwn(owners.front());
+}
+
+/// Another process has the call: nothing is said to its parties from here.
+void Engine::giveAway(Call& call) {
+  note(call, "has gone on elsewhere");
+  calls_.erase(std::string(call.id));
+}
+
+/// The 200 that another process had from a party may still wait for its ACK: the INVITE's own transaction is no more.
+void Engine::acknowledge(Leg& leg) {
+  if (leg.unacknowledged == 0) return;
+  const std::string number = std::to_string(leg.unacknowledged) + " ACK";
+  const std::string branch = "z9hG4bK" + randomText();
+  Owned<nta_outgoing_t>(nta_outgoing_tcreate(leg.dialog.get(), nullptr, nullptr, nullptr, SIP_METHOD_ACK,
+                                             nullptr, SIPTAG_CSEQ_STR(number.c_str()),
+                                             NTATAG_ACK_BRANCH(branch.c_str()), TAG_END()));
+  leg.unacknowledged = 0;
+}
+
+void Engine::tend() {
+  // That none of them is told another process does no harm.
+  if (!acknowledged_.empty()) store_.removeAcks(std::exchange(acknowledged_, {}));
+  const auto now = std::chrono::steady_clock::now();
+  if (!store_.isUsed() || now < nextPortion_) return;
+  nextPortion_ = now + kBetweenPortions;
+  if (store_.connections() != connections_) {
+    // What this server knows, nobody can tell: it may be a replica that was behind, or have begun anew.
+    connections_ = store_.connections();
+    for (auto& [id, call] : calls_) call.outdated = call.kept;
+    nextLook_ = now;
+  }
+  if (now >= nextLook_) {
+    nextLook_ = now + kBetweenLooks;
+    std::erase_if(toLookAfter_, [&](const std::string& id) { return calls_.contains(id); });
+    for (const auto& [id, call] : calls_) {
+      if (call.kept) lookAfter(id);
+    }
+  }
+  if (!toLookAfter_.empty()) return tendPortion();
+  if (calls_.empty() || now < nextPing_) return;
+  nextPing_ = now + kBetweenPings;
+  store_.ping();
+}
+
+void Engine::tendPortion() {
+  const auto count = static_cast<std::ptrdiff_t>(std::min(kPortion, toLookAfter_.size()));
+  const std::vector<std::string> ids(toLookAfter_.begin(), toLookAfter_.begin() + count);
+  const std::vector<std::string> owners = store_.ownersOf(ids);
+  // With another server first all of them are outdated.
+  if (owners.empty() || store_.connections() != connections_) return;
+  for (std::size_t i = 0; i < ids.size(); ++i) {
+    toLookAfter_.pop_front();
+    if (!tendCall(ids[i], owners[i])) return lookAfter(ids[i]);
+  }
+}
+
+/// @return false when the server is away again
+bool Engine::tendCall(const std::string& id, const std::string& owner) {
+  const auto found = calls_.find(id);
+  if (found == calls_.end()) return !store_.isOwn(owner) || store_.remove(id, true);
+  Call& call = found->second;
+  if (!owner.empty() && !store_.isOwn(owner)) {
+    giveAway(call);
+  } else if (call.outdated || owner.empty()) {
+    call.outdated = !store_.save(call);
+    if (!call.outdated) ++counters_.madeUpFor;
+  }
+  return !call.outdated;
+}
+
+}  // namespace b2bua

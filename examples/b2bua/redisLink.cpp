@@ -1,0 +1,200 @@
+#include "redisLink.h"
+
+#include <arpa/inet.h>
+#include <hiredis/hiredis.h>
+#include <netdb.h>
+#include <poll.h>
+
+#include <cerrno>
+#include <charconv>
+#include <stdexcept>
+#include <utility>
+
+namespace b2bua {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+constexpr milliseconds kLongestReply{200};     ///< to all that is asked at once, the connecting included
+constexpr milliseconds kLongestSentinel{50};   ///< of these, so that another one can be asked
+constexpr unsigned long kMostPerSecond = 500;  ///< ms that the engine waits for replies
+constexpr std::chrono::seconds kBetweenAttempts{1};
+constexpr int kMostElements = 256;              ///< of a reply; a call has fewer than a hundred
+constexpr std::size_t kLargestReply = 1 << 20;  ///< what has not been read of them yet
+
+/// Waits for the server's socket.
+bool isReady(const redisContext& context, short event, Clock::time_point deadline) {
+  pollfd socket{context.fd, event, 0};
+  int ready = -1;
+  // A signal ends the waiting early.
+  for (errno = EINTR; ready < 0 && errno == EINTR;) {
+    const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now());
+    if (left.count() <= 0) return false;
+    ready = poll(&socket, 1, static_cast<int>(left.count()));
+  }
+  return ready == 1;
+}
+
+/// The client takes room for as many elements as a reply announces, and goes through it again when it gives the reply up:
+/// with a billion of them it would be busy for seconds.
+void limitArrays(redisReader& reader) {
+  static const redisReplyObjectFunctions own = *reader.fn;
+  static redisReplyObjectFunctions limited = own;
+  limited.createArray = [](const redisReadTask* task, auto count) -> void* {
+    return std::cmp_less_equal(count, kMostElements) ? own.createArray(task, count) : nullptr;
+  };
+  reader.fn = &limited;
+}
+
+/// A name is asked for once: later it might hold the engine.
+std::string resolved(const std::string& host) {
+  addrinfo hints{};
+  hints.ai_socktype = SOCK_STREAM;
+  addrinfo* found = nullptr;
+  if (getaddrinfo(host.c_str(), nullptr, &hints, &found) != 0)
+    throw std::runtime_error("no such host: " + host);
+  const std::unique_ptr<addrinfo, void (*)(addrinfo*)> owner(found, freeaddrinfo);
+  char text[NI_MAXHOST] = "";
+  getnameinfo(found->ai_addr, found->ai_addrlen, text, sizeof text, nullptr, 0, NI_NUMERICHOST);
+  return text;
+}
+
+/// @return 0 for what is none
+int portOf(const std::string& text) {
+  unsigned short port = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
+  return error == std::errc{} && end == text.data() + text.size() ? port : 0;
+}
+
+bool isNumeric(const std::string& host) {
+  in6_addr address{};
+  return inet_pton(AF_INET, host.c_str(), &address) == 1 || inet_pton(AF_INET6, host.c_str(), &address) == 1;
+}
+
+}  // namespace
+
+RedisLink::Server RedisLink::serverOf(const std::string& endpoint) {
+  const std::size_t colon = endpoint.rfind(':');
+  const int port = colon == std::string::npos ? 0 : portOf(endpoint.substr(colon + 1));
+  if (port == 0 || colon == 0) throw std::runtime_error("no HOST:PORT of a Redis server: " + endpoint);
+  return {resolved(endpoint.substr(0, colon)), port};
+}
+
+RedisLink::RedisLink(const std::string& address) : context_(nullptr, redisFree) {
+  if (address.empty()) return;
+  const std::string direct = "redis://";
+  const std::string bySentinels = "redis+sentinel://";
+  if (address.starts_with(direct)) {
+    servers_.push_back(serverOf(address.substr(direct.size())));
+  } else if (const std::size_t slash = address.rfind('/');
+             address.starts_with(bySentinels) && slash > bySentinels.size() && slash + 1 < address.size()) {
+    primary_ = address.substr(slash + 1);
+    for (std::size_t at = bySentinels.size(), end = 0; at < slash; at = end + 1) {
+      end = std::min(address.find(',', at), slash);
+      servers_.push_back(serverOf(address.substr(at, end - at)));
+    }
+  } else {
+    throw std::runtime_error("no redis://HOST:PORT or redis+sentinel://HOST:PORT,.../NAME: " + address);
+  }
+  if (!run({{"PING"}})) throw std::runtime_error("no Redis server at " + address);
+}
+
+bool RedisLink::connect(Clock::time_point deadline) {
+  if (context_ && context_->err == 0) return true;
+  bool connected = primary_.empty() && open(servers_.front(), deadline);
+  for (std::size_t i = 0; !connected && !primary_.empty() && i < servers_.size(); ++i) {
+    const std::size_t asked = (firstAsked_ + i) % servers_.size();
+    connected =
+        connectToPrimary(servers_[asked], std::min(deadline, Clock::now() + kLongestSentinel), deadline);
+    if (connected) firstAsked_ = asked;
+  }
+  if (connected) ++connections_;
+  return connected;
+}
+
+/// A Sentinel may not know yet that another one is the primary now, so that one is asked what it is.
+bool RedisLink::connectToPrimary(const Server& sentinel, Clock::time_point limit,
+                                 Clock::time_point deadline) {
+  std::vector<Reply> replies;
+  const Command question = {"SENTINEL", "get-master-addr-by-name", primary_};
+  if (!open(sentinel, limit) || !exchange({question}, &replies, limit)) return false;
+  const Reply address = replies.front();
+  if (address.size() != 2 || !isNumeric(address[0]) || portOf(address[1]) == 0) return false;
+  replies.clear();
+  return open({address[0], portOf(address[1])}, deadline) && exchange({{"ROLE"}}, &replies, deadline) &&
+         !replies.front().empty() && replies.front().front() == "master";
+}
+
+bool RedisLink::open(const Server& server, Clock::time_point deadline) {
+  context_.reset(redisConnectNonBlock(server.host.c_str(), server.port));
+  if (!context_ || context_->err != 0) return false;
+  limitArrays(*context_->reader);
+  return isReady(*context_, POLLOUT, deadline);
+}
+
+/// However slowly the server answers, there is one deadline for all that is asked; then its connection is given up,
+/// since a late reply would be taken for that to the next command.
+bool RedisLink::run(const std::vector<Command>& commands, std::vector<Reply>* replies) {
+  const Clock::time_point start = Clock::now();
+  if (start < nextAttempt_ || milliseconds_.sum() >= kMostPerSecond) return false;
+  const Clock::time_point deadline = start + kLongestReply;
+  const bool done = connect(deadline) && exchange(commands, replies, deadline);
+  const auto waited = std::chrono::duration_cast<milliseconds>(Clock::now() - start);
+  milliseconds_.add(static_cast<unsigned long>(waited.count()));
+  if (done) return true;
+  context_.reset();
+  nextAttempt_ = Clock::now() + kBetweenAttempts;
+  return false;
+}
+
+bool RedisLink::exchange(const std::vector<Command>& commands, std::vector<Reply>* replies,
+                         Clock::time_point deadline) {
+  for (const Command& command : commands) {
+    std::vector<const char*> words;
+    std::vector<std::size_t> sizes;
+    for (const std::string& word : command) {
+      words.push_back(word.data());
+      sizes.push_back(word.size());
+    }
+    redisAppendCommandArgv(context_.get(), static_cast<int>(words.size()), words.data(), sizes.data());
+  }
+  if (!flush(deadline)) return false;
+  for (std::size_t i = 0; i < commands.size(); ++i) {
+    if (!takeReply(replies, deadline)) return false;
+  }
+  return true;
+}
+
+bool RedisLink::flush(Clock::time_point deadline) {
+  for (int done = 0; done == 0;) {
+    if (!isReady(*context_, POLLOUT, deadline) || redisBufferWrite(context_.get(), &done) != REDIS_OK)
+      return false;
+  }
+  return true;
+}
+
+bool RedisLink::takeReply(std::vector<Reply>* replies, Clock::time_point deadline) {
+  void* taken = nullptr;
+  while (redisGetReplyFromReader(context_.get(), &taken) == REDIS_OK && taken == nullptr) {
+    if (context_->reader->len > kLargestReply || !isReady(*context_, POLLIN, deadline) ||
+        redisBufferRead(context_.get()) != REDIS_OK) {
+      return false;
+    }
+  }
+  const std::unique_ptr<void, void (*)(void*)> owner(taken, freeReplyObject);
+  const auto* const reply = static_cast<const redisReply*>(taken);
+  if (reply == nullptr || reply->type == REDIS_REPLY_ERROR) return false;
+  if (replies == nullptr) return true;
+  Reply& texts = replies->emplace_back();
+  const auto add = [&](const redisReply& text) {
+    texts.emplace_back(text.str != nullptr ? text.str : "", text.str != nullptr ? text.len : 0);
+  };
+  if (reply->type == REDIS_REPLY_STRING) add(*reply);
+  for (std::size_t i = 0; reply->type == REDIS_REPLY_ARRAY && i < reply->elements; ++i)
+    add(*reply->element[i]);
+  return true;
+}
+
+}  // namespace b2bua

@@ -1,0 +1,216 @@
+#include <csignal>
+#include <thread>
+
+#include "storedCalls.h"
+
+// Several engines with one store: each call has one of them at a time, and none says what another one has said already.
+
+namespace {
+
+class Ownership : public StoredCalls {
+ protected:
+  void SetUp() override { startStore(); }
+};
+
+std::string keyOf(const std::string& tag) { return "b2bua:call:" + tag.substr(5, 16); }
+
+}  // namespace
+
+TEST_F(Ownership, AnAckThatComesToAnotherEngineIsPassedOn) {
+  const auto first = startEngine("first");
+  const auto second = startEngine("second");
+  const std::string tag = toTagOf(invite(*first));
+  kill(*first);
+  caller_.request(second->address(), {.method = "ACK", .toTag = tag});
+  const std::string ack = received(target_, "ACK ");
+  EXPECT_EQ(headerOf(ack, "CSeq"), "1 ACK");
+  // Once.
+  caller_.request(second->address(), {.method = "ACK", .toTag = tag});
+  hangUp(*second, tag, 2);
+  EXPECT_EQ(target_.receive("ACK ", "", milliseconds(300)), "");
+  EXPECT_EQ(raised(second->stop()), (Counters{{"taken_over", 1}, {"ended", 1}}));
+}
+
+TEST_F(Ownership, AnAckThatNobodyGotIsMadeUpForByTheNextRequest) {
+  const auto first = startEngine("first");
+  const auto second = startEngine("second");
+  const std::string tag = toTagOf(invite(*first));
+  kill(*first);
+  caller_.request(second->address(), {.method = "BYE", .cseq = 2, .toTag = tag});
+  EXPECT_EQ(headerOf(received(target_, "ACK "), "CSeq"), "1 ACK");
+  EXPECT_EQ(cseqOf(received(target_, "BYE ")), 102);
+}
+
+TEST_F(Ownership, AnAckThatCameIsNotRepeated) {
+  const auto first = startEngine("first");
+  const auto second = startEngine("second");
+  const std::string tag = establish(*first);
+  EXPECT_EQ(first->counters().at("established"), 1);
+  kill(*first);
+  hangUp(*second, tag, 2);
+  EXPECT_EQ(target_.receive("ACK ", "", milliseconds(300)), "");
+}
+
+TEST_F(Ownership, AStrangersAckPassesNothingOn) {
+  const auto first = startEngine("first");
+  const auto second = startEngine("second");
+  const std::string tag = toTagOf(invite(*first));
+  caller_.request(second->address(), {.method = "ACK", .call = 2, .toTag = tag});
+  EXPECT_EQ(target_.receive("ACK ", "", milliseconds(300)), "");
+  EXPECT_EQ(raised(second->counters()), Counters{});
+  caller_.request(first->address(), {.method = "ACK", .toTag = tag});
+  received(target_, "ACK ");
+}
+
+// Each engine starts 100 beyond what its forerunner has noted, so what that may have sent since is less.
+TEST_F(Ownership, NoNumberIsUsedTwiceWhenACallGoesToAndFro) {
+  const auto first = startEngine("first");
+  const auto second = startEngine("second");
+  const std::string tag = establish(*first);
+  EXPECT_EQ(cseqOf(reoffer(*first, tag, 2)), 2);
+  EXPECT_EQ(cseqOf(reoffer(*second, tag, 3)), 103);
+  EXPECT_EQ(cseqOf(reoffer(*second, tag, 4)), 104);
+  // The first one has the call in its memory still, with the numbers of then.
+  EXPECT_EQ(cseqOf(reoffer(*first, tag, 5)), 205);
+  EXPECT_NE(first->log().find(" has gone on elsewhere"), std::string::npos);
+  EXPECT_EQ(cseqOf(hangUp(*second, tag, 6)), 306);
+  EXPECT_EQ(first->counters().at("taken_over"), 1);
+  EXPECT_EQ(second->stop().at("taken_over"), 2);
+}
+
+TEST_F(Ownership, AnEngineThatBeginsAnewTakesItsCallsBack) {
+  auto first = startEngine("first");
+  const auto second = startEngine("second");
+  const std::string tag = establish(*first);
+  const std::string port = first->port();
+  kill(*first);
+  EXPECT_EQ(cseqOf(reoffer(*second, tag, 2)), 102);
+  first = startEngine("first-again", port);
+  EXPECT_EQ(cseqOf(hangUp(*first, tag, 3)), 203);
+  // The second one has it still, and learns that it is over.
+  EXPECT_EQ(
+      statusOf(caller_.ask(second->address(), {.method = "BYE", .cseq = 4, .toTag = tag}, kLongestStart)),
+      481);
+  EXPECT_EQ(second->stop().at("active"), 0);
+  EXPECT_EQ(redis_->ask({"HGETALL", keyOf(tag)}), "owner - ");
+}
+
+TEST_F(Ownership, WhoLostACallSaysNothingWhenItsAckIsMissed) {
+  const auto first = startEngine("first");
+  const auto second = startEngine("second");
+  const std::string tag = toTagOf(invite(*first));
+  caller_.request(second->address(), {.method = "ACK", .toTag = tag});
+  received(target_, "ACK ");
+  // It repeats its 200 for 32 seconds.
+  EXPECT_TRUE(waitUntil([&] { return first->counters().at("active") == 0; }, milliseconds(40'000)));
+  EXPECT_EQ(target_.receive("BYE ", "", milliseconds(300)), "");
+  EXPECT_EQ(first->stop().at("failed"), 0);
+  hangUp(*second, tag, 2);
+}
+
+TEST_F(Ownership, ACallTakesFiveCommandsOfTheStore) {
+  const auto engine = startEngine("engine");
+  const std::string tag = establish(*engine);
+  hangUp(*engine, tag, 2);
+  EXPECT_EQ(raised(engine->stop()), (Counters{{"calls", 1}, {"established", 1}, {"ended", 1}, {"kept", 1}}));
+  for (const char* const command : {"hset", "expire", "hdel", "hget", "del"})
+    EXPECT_EQ(redis_->count(command), 1) << command;
+}
+
+TEST_F(Ownership, WhatCouldNotBeKeptIsMadeUpFor) {
+  const auto first = startEngine("first");
+  const std::string before = establish(*first, 1);
+  const std::string port = redis_->port();
+  redis_.reset();
+  const std::string meanwhile = establish(*first, 2);
+  const std::string ended = establish(*first, 3);
+  hangUp(*first, ended, 2, 3);
+  EXPECT_EQ(first->counters().at("not_kept"), 2);
+  // It begins with nothing, so that the first call is to be kept again, too.
+  redis_ = std::make_unique<RedisServer>(folder_.path(), port);
+  ASSERT_TRUE(redis_->isReady());
+  EXPECT_TRUE(waitUntil([&] { return first->counters().at("made_up_for") == 2; }, kLongestStart));
+  EXPECT_EQ(redis_->ask({"EXISTS", keyOf(ended)}), "0");
+  kill(*first);
+  const auto second = startEngine("second");
+  reoffer(*second, before, 2, 1);
+  hangUp(*second, meanwhile, 2, 2);
+}
+
+// What an outage of the store left there goes when it is over.
+TEST_F(Ownership, ACallThatEndsInAnOutageIsForgottenAfterIt) {
+  const auto engine = startEngine("engine");
+  const std::string tag = establish(*engine);
+  redis_->process().signal(SIGSTOP);
+  hangUp(*engine, tag, 2);
+  redis_->process().signal(SIGCONT);
+  EXPECT_TRUE(waitUntil([&] { return redis_->ask({"HGETALL", keyOf(tag)}) == "owner - "; }, kLongestStart));
+}
+
+// An answer would end the call.
+TEST_F(Ownership, WhoCannotAskTheStoreLeavesRequestsToBeRepeated) {
+  const auto first = startEngine("first");
+  const std::string tag = establish(*first);
+  kill(*first);
+  const auto second = startEngine("second");
+  redis_->process().signal(SIGSTOP);
+  EXPECT_EQ(caller_.ask(second->address(), {.method = "BYE", .cseq = 2, .toTag = tag}, milliseconds(700)),
+            "");
+  redis_->process().signal(SIGCONT);
+  std::this_thread::sleep_for(milliseconds(1'100));
+  hangUp(*second, tag, 2);
+}
+
+TEST_F(Ownership, RecordsThatAreWrongAreRefused) {
+  const std::string huge(100'000, 'x');
+  const std::pair<const char*, std::string> wrong[] = {
+      {"caller.cseq", "4294967296"},
+      {"caller.cseq", "-1"},
+      {"caller.cseq", ""},
+      {"target.cseq", "2147483648"},
+      {"target.cseq", "12x"},
+      {"target.remote-cseq", "many"},
+      {"target.ack", "99999999999999999999"},
+      {"caller.call-id", ""},
+      {"caller.local", "<sip:bob@192.0.2.1"},
+      {"caller.local", "<sip:bob@192.0.2.1>"},
+      {"caller.remote", "<sip:alice@192.0.2.1>;tag=1\r\nX-More: 1"},
+      {"target.remote", huge},
+      {"target.remote", std::string("<sip:a@b>\0;tag=1", 16)},
+      {"target.contact", "nobody at all <"},
+      {"target.contact", "*"},
+      {"target.contact", "<tel:+123>"},
+      {"target.contact", ""},
+      {"target.routes", "<<<>"},
+      {"target.sent", ""},
+      {"target.sent", "rubbish"},
+      {"caller.received", huge},
+      {"caller.received", std::string(40, '\0')},
+  };
+  const auto first = startEngine("first");
+  const std::string tag = establish(*first);
+  kill(*first);
+  const auto second = startEngine("second");
+  const std::string key = keyOf(tag);
+  int number = 0;
+  for (const auto& [field, value] : wrong) {
+    // Few unknown tags of a second are looked for.
+    if (++number % 4 == 0) std::this_thread::sleep_for(milliseconds(1'000));
+    const std::string right = redis_->ask({"HGET", key, field});
+    redis_->ask({"HSET", key, field, value});
+    EXPECT_EQ(
+        statusOf(caller_.ask(second->address(), {.method = "BYE", .cseq = 2, .toTag = tag}, kLongestStart)),
+        481)
+        << field << " " << value.substr(0, 40);
+    redis_->ask({"HSET", key, field, right});
+    if (right.empty()) redis_->ask({"HDEL", key, field});
+  }
+  redis_->ask({"RENAME", key, "aside"});
+  redis_->ask({"SET", key, "no hash"});
+  EXPECT_EQ(caller_.ask(second->address(), {.method = "BYE", .cseq = 2, .toTag = tag}, milliseconds(300)),
+            "");
+  std::this_thread::sleep_for(milliseconds(1'100));
+  redis_->ask({"RENAME", "aside", key});
+  EXPECT_EQ(redis_->ask({"HEXISTS", key, "owner"}), "1");
+  hangUp(*second, tag, 2);
+}

@@ -108,9 +108,15 @@ Place placeOf(const std::string& file, const toml::source_region& region) {
   return {file, region.begin.line, region.begin.column};
 }
 
+/// @return whether an option takes numbers; a check may be named behind its type
 bool isNumber(const CLI::Option& option) {
   const std::string type = option.get_type_name();
-  return type == "UINT" || type == "INT" || type == "FLOAT";
+  return type.starts_with("UINT") || type.starts_with("INT") || type.starts_with("FLOAT");
+}
+
+/// @return whether it takes texts, of which some checks make numbers: "512M"
+bool isText(const CLI::Option& option) {
+  return !isNumber(option) || option.get_type_name().find(':') != std::string::npos;
 }
 
 /// @return the text of a value of the type that an option takes; none for others
@@ -119,9 +125,9 @@ std::optional<std::string> textOf(const CLI::Option& option, const toml::node& n
   if (const auto* const flag = node.as_boolean()) {
     if (isFlag) return flag->get() ? "true" : "false";
   } else if (const auto* const number = node.as_integer()) {
-    if (isNumber(option)) return std::to_string(number->get());
+    if (isNumber(option) && number->get() >= 0) return std::to_string(number->get());
   } else if (const auto* const text = node.as_string()) {
-    if (!isFlag && !isNumber(option)) return text->get();
+    if (!isFlag && isText(option)) return text->get();
   }
   return std::nullopt;
 }

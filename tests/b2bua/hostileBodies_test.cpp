@@ -125,6 +125,14 @@ TEST_F(HostileBodies, OfTheTestsOwnGetAnAnswerUnderAPolicy) {
                        "address-family = ipv4\nconnection-address = 192.0.2.10\n");
 }
 
+// These leave the good body as it is.
+TEST_F(HostileBodies, OfTheTestsOwnGetAnAnswerUnderRequestsByName) {
+  expectEachIsAnswered(ownBodies(),
+                       "from-caller = unbundle; strip-attributes x-*\n"
+                       "to-target = keep-codecs PCMA,PCMU audio; set-profile RTP/AVP; anchor 192.0.2.10 49170; "
+                       "direction sendrecv\n");
+}
+
 TEST_F(HostileBodies, OfTheCorpusGetAnAnswer) {
   if (corpusFolder().empty()) GTEST_SKIP() << "SDP_CORPUS_DIR is not set";
   NamedBodies bodies;

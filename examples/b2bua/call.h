@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "mediaPolicy.h"
+#include "sessionTimer.h"
 #include "side.h"
 #include "sip.h"
 
@@ -33,8 +34,11 @@ struct Leg {
   unsigned int unacknowledged = 0;  ///< number of the INVITE to the party whose 200 has no ACK yet
   Owned<nta_leg_t> dialog;          ///< the stack's part of it
   bool answered = false;            ///< the body sent last was an answer
-  Body sent;                        ///< the body that the party has of the other one
-  Body received;                    ///< the party's own body
+  bool allowsUpdate = false;
+  SessionTimer timer;
+  Owned<nta_outgoing_t> refresh;  ///< an UPDATE of the engine, as long as it has no response
+  Body sent;                      ///< the body that the party has of the other one
+  Body received;                  ///< the party's own body
 };
 
 /// What an exchange does with its bodies.
@@ -43,7 +47,8 @@ enum class Kind {
   late,           ///< offer in the 200, answer in the ACK
   dummy,          ///< a first INVITE without body: the target has a dummy offer
   dummyReplaced,  ///< the engine's own INVITE to the target, with the offer that replaces the dummy
-  local           ///< answered by the engine
+  local,          ///< answered by the engine
+  refresh         ///< the engine's own INVITE, with the body that the party has
 };
 
 /// An INVITE on its way, and what is to be kept of it when it succeeds.
@@ -59,7 +64,8 @@ struct Exchange {
   bool acknowledged = false;       ///< the 200 that came has its ACK
   bool ackCame = false;            ///< the one for the 200 that went back
   bool cancelled = false;
-  bool agreed = false;  ///< its bodies are those of the dialogs now
+  bool agreed = false;           ///< its bodies are those of the dialogs now
+  unsigned int repetitions = 0;  ///< of the INVITE that went out, since the session was to last longer
   OfferChanges changes{};
   std::array<Body, 2> received;  ///< from each side
   std::array<Body, 2> sent;      ///< to each side

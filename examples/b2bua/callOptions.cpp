@@ -52,6 +52,13 @@ void addCallOptions(CLI::App& app, Options& options) {
       ->check(checkEndpoint)
       ->check(checkNoWildcard)
       ->capture_default_str();
+  app.add_option("--session-expires", options.session.interval,
+                 "seconds after which a call without a sign of life ends; 0 for none")
+      ->check(CLI::Range(0U, 86'400U))
+      ->capture_default_str();
+  app.add_option("--min-se", options.session.minimum, "seconds, the least that a party may ask for")
+      ->check(CLI::Range(1U, 86'400U))
+      ->capture_default_str();
 }
 
 }  // namespace b2bua

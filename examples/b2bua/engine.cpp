@@ -26,6 +26,8 @@ Engine::Engine(su_root_t* root, const Options& options, StateStore& store, Log& 
                                 TAG_END()));
   if (!agent_) throw std::runtime_error("cannot listen at " + options.listen);
   if (address() == options.target) throw std::runtime_error("--target is the engine itself");
+  everySecond_.reset(su_timer_create(su_root_task(root), 1'000));
+  su_timer_set_for_ever(everySecond_.get(), onSecond, this);
   listener_.engine = this;
   elsewhere_ = "sip:" + randomText() + ".invalid";
 }

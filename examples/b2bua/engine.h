@@ -85,8 +85,10 @@ class Engine {
   void replaceDummy(Call& call);
   void onDummyReplaced(Call& call, const std::string& body);
   void relayInvite(Call& call);
+  void sendOffer(Call& call);
   nta_outgoing_t* send(Leg& leg, sip_method_t method, const char* name, unsigned int cseq,
-                       const std::string& body, nta_response_f* onResponse, Leg* receiver);
+                       const std::string& body, nta_response_f* onResponse, Leg* receiver,
+                       const std::string& header = "");
   void sendInvite(Call& call, Side to, const std::string& body);
   void sendAck(Call& call, const std::string& body);
   /// Answers the INVITE of the exchange.
@@ -96,6 +98,17 @@ class Engine {
   void refuse(Call& call, const BodyRefusal& refusal);
   void agree(Call& call);
   void complete(Call& call);
+
+  // session timers (sessionRefresh.cpp)
+  static void onSecond(su_root_magic_t*, su_timer_t*, void* engine);
+  void onUpdate(Leg& leg, Owned<msg_t> message, const sip_t& update);
+  void takeTarget(Leg& leg, const sip_t& request);
+  static void takeAllow(Leg& leg, const sip_t& message);
+  std::string agreeTimer(Leg& leg, const sip_t& request);
+  void lookAfterSession(Leg& leg);
+  static int onRefreshResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response);
+  void onRefreshRefused(Leg& leg, int status, const sip_t* response);
+  void onRefreshAnswered(Call& call, const std::string& body);
 
   // bodies on their way (bodies.cpp)
   bool answerFromStore(Call& call, Exchange& exchange);
@@ -124,6 +137,7 @@ class Engine {
   Log& log_;
   Counters counters_;  ///< but for what the stack counts
   Owned<nta_agent_t> agent_;
+  Owned<su_timer_t> everySecond_;
   Leg listener_;  ///< for responses outside of the calls
   std::unordered_map<std::string, Call> calls_;
   unsigned long exchanges_ = 0;

@@ -15,6 +15,7 @@ namespace b2bua {
 namespace {
 
 constexpr const char* kSdp = "application/sdp";
+constexpr unsigned int kMostRepetitions = 2;
 
 std::string_view unquoted(std::string_view text) {
   return text.size() > 1 && text.front() == '"' && text.back() == '"' ? text.substr(1, text.size() - 2)
@@ -43,7 +44,7 @@ std::optional<std::string> sdpOf(const sip_t& message) {
 /// An INVITE that came, the first one of its call included.
 void Engine::onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite) {
   Call& call = *leg.call;
-  nta_leg_server_route(leg.dialog.get(), nullptr, invite.sip_contact);
+  takeTarget(leg, invite);
   Exchange& exchange = beginExchange(call, Kind::relayed);
   exchange.from = leg.side;
   exchange.incoming.reset(transaction);
@@ -84,23 +85,36 @@ void Engine::relayInvite(Call& call) {
     note(call, "dummy offer sent");
   }
   if (call.established) note(call, "re-offer relayed");
+  sendOffer(call);
+}
+
+void Engine::sendOffer(Call& call) {
+  const Exchange& exchange = *call.exchange;
+  const Side to = otherOf(exchange.from);
   sendInvite(call, to, exchange.kind == Kind::late ? "" : textOf(exchange.sent[to]));
 }
 
 /// Sends a request within a dialog.
 nta_outgoing_t* Engine::send(Leg& leg, sip_method_t method, const char* name, unsigned int cseq,
-                             const std::string& body, nta_response_f* onResponse, Leg* receiver) {
+                             const std::string& body, nta_response_f* onResponse, Leg* receiver,
+                             const std::string& header) {
   if (leg.keptCseq != 0 && cseq > leg.keptCseq) keep(*leg.call);
   const std::string number = std::to_string(cseq) + " " + name;
-  return nta_outgoing_tcreate(
-      leg.dialog.get(), onResponse, receiver, nullptr, method, name, nullptr, SIPTAG_CSEQ_STR(number.c_str()),
-      SIPTAG_CONTACT(nta_agent_contact(agent_.get())), TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp)),
-      TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str())), TAG_END());
+  return nta_outgoing_tcreate(leg.dialog.get(), onResponse, receiver, nullptr, method, name, nullptr,
+                              SIPTAG_CSEQ_STR(number.c_str()),
+                              SIPTAG_CONTACT(nta_agent_contact(agent_.get())),
+                              TAG_IF(!header.empty(), SIPTAG_HEADER_STR(header.c_str())),
+                              TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp)),
+                              TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str())), TAG_END());
 }
 
 void Engine::sendInvite(Call& call, Side to, const std::string& body) {
   Leg& leg = call.legs[to];
-  call.exchange->outgoing.reset(send(leg, SIP_METHOD_INVITE, ++leg.cseq, body, onInviteResponse, &leg));
+  std::string header = kAllow;
+  if (const std::string timer = sessionRequest(options_.session, leg.timer); !timer.empty())
+    header += "\r\n" + timer;
+  call.exchange->outgoing.reset(
+      send(leg, SIP_METHOD_INVITE, ++leg.cseq, body, onInviteResponse, &leg, header));
   if (!call.exchange->outgoing) fail(call, 500);
 }
 
@@ -139,12 +153,15 @@ void Engine::onSuccess(Call& call, const sip_t& response) {
     nta_leg_rtag(leg.dialog.get(), response.sip_to->a_tag);
   }
   nta_leg_client_route(leg.dialog.get(), response.sip_record_route, response.sip_contact);
+  takeAllow(leg, response);
+  agreeByResponse(options_.session, response, leg.timer);
   // The party has it now, whatever becomes of its answer; until that is known, no answer is kept.
   if (exchange.sent[side].isSdpPresent()) leg.sent = exchange.sent[side];
   for (Leg& each : call.legs) each.answered = false;
   if (exchange.cancelled) return giveUp(call);
   const std::string body = sdpOf(response).value_or(bodyOf(response));
   if (exchange.kind == Kind::dummyReplaced) return onDummyReplaced(call, body);
+  if (exchange.kind == Kind::refresh) return onRefreshAnswered(call, body);
   if (exchange.kind == Kind::dummy) sendAck(call, "");
   // The answer to the dummy is the target's body, which the caller gets as the offer.
   takeBody(call, side, body, exchange.kind == Kind::relayed, [this](Call& taken, const BodyRefusal& refusal) {
@@ -156,6 +173,16 @@ void Engine::onSuccess(Call& call, const sip_t& response) {
 void Engine::onFailure(Call& call, const sip_t& response) {
   Exchange& exchange = *call.exchange;
   const int status = response.sip_status->st_status;
+  Leg& leg = call.legs[otherOf(exchange.from)];
+  if (status == 422 && !exchange.cancelled && leg.timer.raiseMinimum(response) &&
+      exchange.repetitions++ < kMostRepetitions) {
+    exchange.concluded = false;
+    return sendOffer(call);
+  }
+  if (exchange.kind == Kind::refresh) {
+    call.exchange.reset();
+    return onRefreshRefused(leg, status, &response);
+  }
   if (exchange.kind == Kind::dummyReplaced) {
     note(call, "the target refused the offer after the dummy", {{"status", std::to_string(status)}});
     return end(call, "no offer for the target");
@@ -163,7 +190,8 @@ void Engine::onFailure(Call& call, const sip_t& response) {
   const bool established = call.established;
   if (!exchange.cancelled) {
     note(call, "failed", {{"status", std::to_string(status)}});
-    fail(call, status);
+    // What the party would have to do about it, only the engine can.
+    fail(call, status == 422 ? 500 : status);
   } else if (established) {
     complete(call);
   } else {
@@ -190,11 +218,16 @@ void Engine::answer(Call& call, int status, const std::string& body, const std::
   // provisional one all the same, and read what it has freed.
   if (!exchange.incoming || nta_incoming_status(exchange.incoming.get()) >= 200) return;
   exchange.answered = status >= 200 && status < 300;
+  std::string all = header;
+  if (exchange.answered) {
+    const Owned<msg_t> request(nta_incoming_getrequest(exchange.incoming.get()));
+    all = std::string(kAllow) + "\r\n" + agreeTimer(call.legs[exchange.from], *sip_object(request.get()));
+  }
   // All bodies are known, so another process can go on from here, even with the ACK.
   if (exchange.answered && (exchange.kind == Kind::relayed || exchange.kind == Kind::local)) agree(call);
   nta_incoming_treply(exchange.incoming.get(), status, sip_status_phrase(status),
                       TAG_IF(status < 300, SIPTAG_CONTACT(nta_agent_contact(agent_.get()))),
-                      TAG_IF(!header.empty(), SIPTAG_HEADER_STR(header.c_str())),
+                      TAG_IF(!all.empty(), SIPTAG_HEADER_STR(all.c_str())),
                       TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp)),
                       TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str())), TAG_END());
 }
@@ -241,8 +274,8 @@ void Engine::onAck(Leg& leg, const std::string& body) {
 void Engine::replaceDummy(Call& call) {
   note(call, "dummy offer replaced");
   complete(call);
-  beginExchange(call, Kind::dummyReplaced);
-  sendInvite(call, kTarget, textOf(call.legs[kTarget].sent));
+  beginExchange(call, Kind::dummyReplaced).sent[kTarget] = call.legs[kTarget].sent;
+  sendOffer(call);
 }
 
 /// The caller has answered to the target's former body; this one is only kept.
@@ -268,7 +301,7 @@ void Engine::agree(Call& call) {
     if (exchange.received[leg.side].isSdpPresent()) leg.received = exchange.received[leg.side];
     if (!exchange.sent[leg.side].isSdpPresent()) continue;
     leg.sent = exchange.sent[leg.side];
-    const bool offeredByFrom = exchange.kind == Kind::relayed || exchange.kind == Kind::local;
+    const bool offeredByFrom = exchange.kind != Kind::late;
     leg.answered = (leg.side == exchange.from) == offeredByFrom && exchange.kind != Kind::dummy;
   }
   const bool waitsForAck = exchange.answered && exchange.outgoing && !exchange.acknowledged;

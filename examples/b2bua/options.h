@@ -34,6 +34,12 @@ struct Policy {
   std::array<std::vector<NamedRequest>, 12> requests;  ///< by party and direction, see namedRequests.h
 };
 
+/// How long sessions last without a sign of life (RFC 4028), in seconds.
+struct SessionLimits {
+  unsigned int interval = 1'800;  ///< 0 for without end
+  unsigned int minimum = 90;
+};
+
 struct Options {
   std::string listen = "127.0.0.1:5060";
   std::string target;
@@ -44,6 +50,7 @@ struct Options {
   unsigned int maxInvites = 400;          ///< per second
   unsigned int maxTransactions = 60'000;  ///< at a time, those that are only remembered included
   unsigned int drainSeconds = 0;          ///< that running calls have after SIGTERM
+  SessionLimits session;
   bool show = false;
   bool trace = false;
   std::string policyFile;

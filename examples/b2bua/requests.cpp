@@ -11,7 +11,7 @@ namespace b2bua {
 
 namespace {
 
-constexpr const char* kAllow = "Allow: INVITE, ACK, CANCEL, BYE, OPTIONS";
+constexpr const char* kExtensions = "timer";
 constexpr std::size_t kIdSize = 16;
 constexpr unsigned long kMostUnknownTags = 5;  ///< asked for in the store within a second
 
@@ -34,11 +34,12 @@ bool isOf(const Leg& leg, const sip_t& request) {
          (request.sip_from->a_tag != nullptr && std::string_view(party) == request.sip_from->a_tag);
 }
 
-/// @return a header with the extensions that the other side insists on: there are none here (RFC 3261 8.2.2.3)
+/// @return a header with the extensions that the other side insists on and that are none here (RFC 3261 8.2.2.3)
 std::string unsupportedIn(const sip_t& request) {
   if (request.sip_require == nullptr) return "";
   su_home_t home[1] = {SU_HOME_INIT(home)};
-  const sip_unsupported_t* const unsupported = sip_has_unsupported(home, nullptr, request.sip_require);
+  const sip_supported_t* const supported = sip_supported_make(home, kExtensions);
+  const sip_unsupported_t* const unsupported = sip_has_unsupported(home, supported, request.sip_require);
   std::string header = unsupported == nullptr ? "" : "Unsupported: " + headerText(unsupported);
   su_home_deinit(home);
   return header;
@@ -97,9 +98,12 @@ void Engine::onRequest(Owned<msg_t> message, const sip_t& request) {
   if (method == sip_method_options && stopping_) return turnAway(std::move(message), Limit::draining);
   if (method == sip_method_options) return reply(std::move(message), 200, kAllow);
   if (method == sip_method_cancel) return reply(std::move(message), 481);
-  if (method != sip_method_invite && method != sip_method_bye) return reply(std::move(message), 405, kAllow);
+  if (method != sip_method_invite && method != sip_method_bye && method != sip_method_update)
+    return reply(std::move(message), 405, kAllow);
   if (const std::string header = unsupportedIn(request); !header.empty())
     return reply(std::move(message), 420, header);
+  if (const std::string header = tooShortSession(options_.session, request); !header.empty())
+    return reply(std::move(message), 422, header);
   if (request.sip_to->a_tag == nullptr && method == sip_method_invite)
     return onFirstInvite(std::move(message), request);
   Leg* leg = find(request);
@@ -123,6 +127,7 @@ nta_incoming_t* Engine::openTransaction(const Leg& leg, Owned<msg_t> message) {
 void Engine::onRequestInDialog(Leg& leg, Owned<msg_t> message, const sip_t& request) {
   const bool bye = request.sip_request->rq_method == sip_method_bye;
   if (request.sip_cseq->cs_seq < leg.remoteCseq) return reply(std::move(message), 500);
+  if (request.sip_request->rq_method == sip_method_update) return onUpdate(leg, std::move(message), request);
   if (!bye && leg.call->exchange) return reply(std::move(message), 491);
   if (const auto limit = bye ? std::nullopt : limitOfInvites()) return turnAway(std::move(message), *limit);
   leg.remoteCseq = request.sip_cseq->cs_seq;

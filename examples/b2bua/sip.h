@@ -29,12 +29,15 @@ namespace b2bua {
 /// Gives an object of the stack back to it; what is on its way in a transaction is still sent.
 struct Release {
   void operator()(su_root_t* root) const { su_root_destroy(root); }
+  void operator()(su_timer_t* timer) const { su_timer_destroy(timer); }
   void operator()(nta_agent_t* agent) const { nta_agent_destroy(agent); }
   void operator()(msg_t* message) const { msg_destroy(message); }
   void operator()(nta_leg_t* dialog) const { nta_leg_destroy(dialog); }
   void operator()(nta_incoming_t* transaction) const { nta_incoming_destroy(transaction); }
   void operator()(nta_outgoing_t* transaction) const { nta_outgoing_destroy(transaction); }
 };
+
+constexpr const char* kAllow = "Allow: INVITE, ACK, CANCEL, BYE, OPTIONS, UPDATE";
 
 template <typename Object>
 using Owned = std::unique_ptr<Object, Release>;

@@ -62,6 +62,8 @@ void addFields(Leg& leg, const std::string& prefix, Fields& fields) {
   fields[prefix + "remote-cseq"] = std::to_string(leg.remoteCseq);
   if (leg.unacknowledged != 0) fields[prefix + kAck] = std::to_string(leg.unacknowledged);
   fields[prefix + "answered"] = leg.answered ? "1" : "";
+  fields[prefix + "allows-update"] = leg.allowsUpdate ? "1" : "";
+  fields[prefix + "timer"] = leg.timer.text();
   fields[prefix + "sent"] = packed(leg.sent);
   fields[prefix + "received"] = packed(leg.received);
 }
@@ -104,6 +106,8 @@ bool readFields(Fields& fields, const std::string& prefix, Leg& leg) {
   leg.contact = fields[prefix + "contact"];
   leg.routes = fields[prefix + "routes"];
   leg.answered = !fields[prefix + "answered"].empty();
+  leg.allowsUpdate = !fields[prefix + "allows-update"].empty();
+  leg.timer.read(fields[prefix + "timer"]);
   return readNumber(fields[prefix + "cseq"], leg.cseq) &&
          readNumber(fields[prefix + "remote-cseq"], leg.remoteCseq) &&
          (fields[prefix + kAck].empty() || readNumber(fields[prefix + kAck], leg.unacknowledged)) &&

@@ -59,7 +59,7 @@ TEST_F(Requests, OptionsAreAnsweredWithWhatIsAllowed) {
   start();
   const std::string response = ask({.method = "OPTIONS"});
   EXPECT_EQ(statusOf(response), 200) << response;
-  EXPECT_EQ(headerOf(response, "Allow"), "INVITE, ACK, CANCEL, BYE, OPTIONS");
+  EXPECT_EQ(headerOf(response, "Allow"), "INVITE, ACK, CANCEL, BYE, OPTIONS, UPDATE");
 }
 
 TEST_F(Requests, OtherMethodsAreRefused) {
@@ -67,7 +67,7 @@ TEST_F(Requests, OtherMethodsAreRefused) {
   for (const char* method : {"MESSAGE", "REFER", "NOSUCH"}) {
     const std::string response = ask({.method = method});
     EXPECT_EQ(statusOf(response), 405) << response;
-    EXPECT_EQ(headerOf(response, "Allow"), "INVITE, ACK, CANCEL, BYE, OPTIONS");
+    EXPECT_EQ(headerOf(response, "Allow"), "INVITE, ACK, CANCEL, BYE, OPTIONS, UPDATE");
   }
 }
 

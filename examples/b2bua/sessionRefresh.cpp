@@ -1,0 +1,116 @@
+// Signs of life of the parties, and those that the engine asks for where a party does not give them by itself.
+
+#include <vector>
+
+#include "engine.h"
+#include "policySteps.h"
+
+namespace b2bua {
+
+namespace {
+
+bool isAllowedAgain(int status) { return status != 408 && status != 481; }
+
+}  // namespace
+
+void Engine::takeAllow(Leg& leg, const sip_t& message) {
+  if (message.sip_allow != nullptr)
+    leg.allowsUpdate = sip_is_allowed(message.sip_allow, SIP_METHOD_UPDATE) != 0;
+}
+
+/// A request that may change where the party wants to be reached.
+void Engine::takeTarget(Leg& leg, const sip_t& request) {
+  nta_leg_server_route(leg.dialog.get(), nullptr, request.sip_contact);
+  takeAllow(leg, request);
+}
+
+/// @return the header lines about it for the answer
+std::string Engine::agreeTimer(Leg& leg, const sip_t& request) {
+  agreeByRequest(options_.session, request, leg.timer);
+  return sessionResponse(options_.session, leg.timer);
+}
+
+void Engine::onSecond(su_root_magic_t*, su_timer_t*, void* context) {
+  Engine& engine = *static_cast<Engine*>(context);
+  std::vector<std::pair<std::string, Side>> due;
+  for (const auto& [id, call] : engine.calls_) {
+    for (const Leg& leg : call.legs) {
+      if (call.established && (leg.timer.isOver() || leg.timer.isDue())) due.emplace_back(id, leg.side);
+    }
+  }
+  for (const auto& [id, side] : due) {
+    // The other side may have ended it.
+    const auto found = engine.calls_.find(id);
+    if (found != engine.calls_.end()) engine.lookAfterSession(found->second.legs[side]);
+  }
+}
+
+void Engine::lookAfterSession(Leg& leg) {
+  Call& call = *leg.call;
+  if (leg.timer.isOver()) return end(call, std::string("no sign of life from the ") + nameOf(leg.side));
+  if (call.exchange || leg.refresh) return;  // what is on its way tells enough
+  if (!isOwn(call)) return giveAway(call);
+  if (leg.allowsUpdate) {
+    leg.refresh.reset(send(leg, SIP_METHOD_UPDATE, ++leg.cseq, "", onRefreshResponse, &leg,
+                           sessionRequest(options_.session, leg.timer)));
+    return;
+  }
+  if (!leg.sent.isSdpPresent()) return;
+  Exchange& exchange = beginExchange(call, Kind::refresh);
+  exchange.from = otherOf(leg.side);
+  exchange.sent[leg.side] = leg.sent;
+  sendOffer(call);
+}
+
+int Engine::onRefreshResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response) {
+  if (leg->refresh.get() != transaction) return 0;
+  const int status = response != nullptr ? response->sip_status->st_status : 408;
+  if (status < 200) return 0;
+  const Owned<nta_outgoing_t> done = std::move(leg->refresh);
+  Engine& engine = *leg->engine;
+  if (status >= 300) {
+    engine.onRefreshRefused(*leg, status, response);
+    return 0;
+  }
+  nta_leg_client_route(leg->dialog.get(), nullptr, response->sip_contact);
+  takeAllow(*leg, *response);
+  agreeByResponse(engine.options_.session, *response, leg->timer);
+  engine.keep(*leg->call);
+  return 0;
+}
+
+/// That a party refuses a refresh is a sign of life, too, unless it does not know the dialog.
+void Engine::onRefreshRefused(Leg& leg, int status, const sip_t* response) {
+  note(*leg.call, "refresh refused", {{"by", nameOf(leg.side)}, {"status", std::to_string(status)}});
+  if (!isAllowedAgain(status)) return end(*leg.call, "the other dialog is gone");
+  if (status == 405 || status == 501) leg.allowsUpdate = false;
+  if (status == 422 && response != nullptr) leg.timer.raiseMinimum(*response);
+  leg.timer.postpone();
+}
+
+/// The party's answer to its own former offer: it has what it had, and so has the other one.
+void Engine::onRefreshAnswered(Call& call, const std::string& body) {
+  sendAck(call, "");
+  Exchange& exchange = *call.exchange;
+  const Side side = otherOf(exchange.from);
+  Body& received = exchange.received[side];
+  if (!takeIn(body, incoming_).empty() || !parse(incoming_, received).empty()) received = Body();
+  if (!received.isSdpPresent() || received.compareSdpByBody(&call.legs[side].received) != 0)
+    note(call, "refresh with another answer", {{"from", nameOf(side)}}, LogLevel::warning);
+  complete(call);
+}
+
+/// An UPDATE without a body is a sign of life, answered without a transaction.
+void Engine::onUpdate(Leg& leg, Owned<msg_t> message, const sip_t& update) {
+  if (update.sip_payload != nullptr) return reply(std::move(message), 488);
+  leg.remoteCseq = update.sip_cseq->cs_seq;
+  const std::string before = leg.timer.text();
+  takeTarget(leg, update);
+  const std::string timer = agreeTimer(leg, update);
+  reply(std::move(message), 200,
+        std::string(kAllow) + "\r\nContact: " + headerText(nta_agent_contact(agent_.get())) +
+            (timer.empty() ? "" : "\r\n" + timer));
+  if (leg.call->kept && leg.timer.text() != before) keep(*leg.call);
+}
+
+}  // namespace b2bua

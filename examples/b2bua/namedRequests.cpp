@@ -94,6 +94,7 @@ std::string keyOf(std::size_t list) {
 
 std::vector<NamedRequest> readRequests(std::size_t list, const std::vector<std::string>& lines) {
   std::vector<NamedRequest> requests;
+  requests.reserve(lines.size());
   for (const std::string& line : lines) requests.push_back(readRequest(list, line, requests.size()));
   return requests;
 }

@@ -258,7 +258,7 @@ TEST_F(CheckPolicy, TellsWhyABodyIsRefusedAndGoesOn) {
       "offer-to-target keep-codecs: section 1 audio: no common codec: it has PCMU; kept would be PCMA");
   EXPECT_EQ(ended.output.find(first + ": answer from the caller\nrefused"), std::string::npos);
   for (const std::string title : {": offer from the caller", ": offer from the target",
-                                   ": answer from the caller", ": answer from the target"}) {
+                                  ": answer from the caller", ": answer from the target"}) {
     expectRefused(second + title, "line 2: a NUL");
     expectRefused(third + title, "the body is too large to be kept");
     expectRefused(folder_.path("none") + title, "the file cannot be read");

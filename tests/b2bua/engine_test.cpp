@@ -57,10 +57,10 @@ TEST_F(EngineProcess, NamesThePlaceInAPolicyItDoesNotUnderstand) {
     const char* policy;
     const char* place;
   } cases[] = {
-      {"# first\nvideo = off\ncolour = blue\n", "3:1"}, {"\nice = perhaps\n", "2:7"},
+      {"# first\nvideo = off\ncolour = blue\n", "3:1"},  {"\nice = perhaps\n", "2:7"},
       {"ice = keep\naudio-codecs = PCMA, NO\n", "2:22"}, {"video = cap 512", "1:9"},
-      {"\n\nconnection-address=home\n", "3:20"},        {"nonsense\n", "1:1"},
-      {"ice = keep\n\nice = remove\n", "3:1"},          {"ice = keep\n[more]\nvideo = off\n", "2:1"},
+      {"\n\nconnection-address=home\n", "3:20"},         {"nonsense\n", "1:1"},
+      {"ice = keep\n\nice = remove\n", "3:1"},           {"ice = keep\n[more]\nvideo = off\n", "2:1"},
   };
   for (const auto& each : cases) {
     const std::string output = policyRefusal(each.policy);

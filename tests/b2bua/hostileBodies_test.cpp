@@ -127,10 +127,11 @@ TEST_F(HostileBodies, OfTheTestsOwnGetAnAnswerUnderAPolicy) {
 
 // These leave the good body as it is.
 TEST_F(HostileBodies, OfTheTestsOwnGetAnAnswerUnderRequestsByName) {
-  expectEachIsAnswered(ownBodies(),
-                       "from-caller = unbundle; strip-attributes x-*\n"
-                       "to-target = keep-codecs PCMA,PCMU audio; set-profile RTP/AVP; anchor 192.0.2.10 49170; "
-                       "direction sendrecv\n");
+  expectEachIsAnswered(
+      ownBodies(),
+      "from-caller = unbundle; strip-attributes x-*\n"
+      "to-target = keep-codecs PCMA,PCMU audio; set-profile RTP/AVP; anchor 192.0.2.10 49170; "
+      "direction sendrecv\n");
 }
 
 TEST_F(HostileBodies, OfTheCorpusGetAnAnswer) {

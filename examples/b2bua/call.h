@@ -3,6 +3,7 @@
 
 #include <array>
 #include <functional>
+#include <map>
 #include <optional>
 
 #include "mediaPolicy.h"
@@ -66,9 +67,20 @@ struct Exchange {
   bool cancelled = false;
   bool agreed = false;           ///< its bodies are those of the dialogs now
   unsigned int repetitions = 0;  ///< of the INVITE that went out, since the session was to last longer
+  unsigned int provisional = 0;  ///< responses that came
+  std::map<std::string, unsigned long>
+      reliable;                 ///< number of the last one of each early dialog that had a PRACK
+  std::string early;            ///< body of one, when it could be used
+  bool bodyOnWay = false;       ///< that of a provisional response
+  bool unacknowledged = false;  ///< the one that went back waits for its PRACK
+  Owned<msg_t> waiting;         ///< the response that came last meanwhile
   OfferChanges changes{};
   std::array<Body, 2> received;  ///< from each side
   std::array<Body, 2> sent;      ///< to each side
+
+  bool waits() const { return bodyOnWay || unacknowledged; }
+  /// @return whether the body of a final response says no more than the early one
+  bool isKnown(const std::string& body) const { return !early.empty() && (body.empty() || body == early); }
 };
 
 /// Why a body cannot be used, and what its sender gets for it.

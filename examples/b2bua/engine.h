@@ -81,6 +81,7 @@ class Engine {
   void onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite);
   void onAck(Leg& leg, const std::string& body);
   void onSuccess(Call& call, const sip_t& response);
+  void takeAnswer(Call& call, const sip_t& response);
   void onFailure(Call& call, const sip_t& response);
   void replaceDummy(Call& call);
   void onDummyReplaced(Call& call, const std::string& body);
@@ -98,6 +99,18 @@ class Engine {
   void refuse(Call& call, const BodyRefusal& refusal);
   void agree(Call& call);
   void complete(Call& call);
+
+  // provisional responses (earlyMedia.cpp)
+  void enterDialog(Leg& leg, const sip_t& response);
+  void leaveDialog(Leg& leg);
+  void onProgress(Call& call, const sip_t& response);
+  bool sendPrack(Call& call, const sip_t& response);
+  void passOn(Call& call, const sip_t& response);
+  void goOn(Call& call);
+  bool answerReliably(Call& call, int status, const std::string& body, const std::string& header);
+  static int onPrack(nta_reliable_magic_t* leg, nta_reliable_t* response, nta_incoming_t* prack,
+                     const sip_t* request);
+  void onNoPrack(Call& call);
 
   // session timers (sessionRefresh.cpp)
   static void onSecond(su_root_magic_t*, su_timer_t*, void* engine);

@@ -1,6 +1,5 @@
 // What happens to the bodies between an INVITE and its ACK.
 
-#include <cstring>
 #include <utility>
 
 #include "engine.h"
@@ -14,30 +13,7 @@ namespace b2bua {
 
 namespace {
 
-constexpr const char* kSdp = "application/sdp";
 constexpr unsigned int kMostRepetitions = 2;
-
-std::string_view unquoted(std::string_view text) {
-  return text.size() > 1 && text.front() == '"' && text.back() == '"' ? text.substr(1, text.size() - 2)
-                                                                      : text;
-}
-
-bool startsWith(const char* type, const char* name) {
-  return su_casenmatch(type, name, std::strlen(name)) != 0;
-}
-
-/// @return the SDP body of a message, empty when it has no body at all; none when that is something else
-std::optional<std::string> sdpOf(const sip_t& message) {
-  const sip_payload_t* const payload = message.sip_payload;
-  if (payload == nullptr || payload->pl_len == 0) return "";
-  std::string body(payload->pl_data, payload->pl_len);
-  const sip_content_type_t* const type = message.sip_content_type;
-  if (type == nullptr) return std::nullopt;
-  if (su_casematch(type->c_type, kSdp) != 0) return body;
-  const char* const boundary = msg_params_find(type->c_params, "boundary");
-  if (!startsWith(type->c_type, "multipart/") || boundary == nullptr) return std::nullopt;
-  return sdpPartOf(body, unquoted(boundary));
-}
 
 }  // namespace
 
@@ -89,7 +65,10 @@ void Engine::relayInvite(Call& call) {
 }
 
 void Engine::sendOffer(Call& call) {
-  const Exchange& exchange = *call.exchange;
+  Exchange& exchange = *call.exchange;
+  exchange.reliable.clear();
+  exchange.early.clear();
+  exchange.waiting.reset();
   const Side to = otherOf(exchange.from);
   sendInvite(call, to, exchange.kind == Kind::late ? "" : textOf(exchange.sent[to]));
 }
@@ -111,6 +90,7 @@ nta_outgoing_t* Engine::send(Leg& leg, sip_method_t method, const char* name, un
 void Engine::sendInvite(Call& call, Side to, const std::string& body) {
   Leg& leg = call.legs[to];
   std::string header = kAllow;
+  if (!call.established && call.exchange->kind == Kind::relayed) header += "\r\nSupported: 100rel";
   if (const std::string timer = sessionRequest(options_.session, leg.timer); !timer.empty())
     header += "\r\n" + timer;
   call.exchange->outgoing.reset(
@@ -139,7 +119,7 @@ int Engine::onInviteResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t*
   } else if (status >= 200) {
     engine.onSuccess(call, *response);
   } else if (status > 100 && !call.established) {
-    engine.answer(call, status);
+    engine.onProgress(call, *response);
   }
   return 0;
 }
@@ -148,18 +128,24 @@ void Engine::onSuccess(Call& call, const sip_t& response) {
   Exchange& exchange = *call.exchange;
   const Side side = otherOf(exchange.from);
   Leg& leg = call.legs[side];
-  if (!call.established) {  // the target's tag is known only now
-    leg.remote = headerText(response.sip_to);
-    nta_leg_rtag(leg.dialog.get(), response.sip_to->a_tag);
-  }
-  nta_leg_client_route(leg.dialog.get(), response.sip_record_route, response.sip_contact);
+  enterDialog(leg, response);
   takeAllow(leg, response);
   agreeByResponse(options_.session, response, leg.timer);
   // The party has it now, whatever becomes of its answer; until that is known, no answer is kept.
   if (exchange.sent[side].isSdpPresent()) leg.sent = exchange.sent[side];
   for (Leg& each : call.legs) each.answered = false;
   if (exchange.cancelled) return giveUp(call);
+  if (!exchange.waits()) return takeAnswer(call, response);
+  exchange.waiting.reset(nta_outgoing_getresponse(exchange.outgoing.get()));
+}
+
+/// The body of a 200.
+void Engine::takeAnswer(Call& call, const sip_t& response) {
+  Exchange& exchange = *call.exchange;
+  const Side side = otherOf(exchange.from);
   const std::string body = sdpOf(response).value_or(bodyOf(response));
+  // It was given before, or is the same as then.
+  if (exchange.isKnown(body)) return answer(call, 200, textOf(exchange.sent[exchange.from]));
   if (exchange.kind == Kind::dummyReplaced) return onDummyReplaced(call, body);
   if (exchange.kind == Kind::refresh) return onRefreshAnswered(call, body);
   if (exchange.kind == Kind::dummy) sendAck(call, "");
@@ -173,10 +159,12 @@ void Engine::onSuccess(Call& call, const sip_t& response) {
 void Engine::onFailure(Call& call, const sip_t& response) {
   Exchange& exchange = *call.exchange;
   const int status = response.sip_status->st_status;
+  const bool established = call.established;
   Leg& leg = call.legs[otherOf(exchange.from)];
   if (status == 422 && !exchange.cancelled && leg.timer.raiseMinimum(response) &&
       exchange.repetitions++ < kMostRepetitions) {
     exchange.concluded = false;
+    if (!established) leaveDialog(leg);
     return sendOffer(call);
   }
   if (exchange.kind == Kind::refresh) {
@@ -187,7 +175,6 @@ void Engine::onFailure(Call& call, const sip_t& response) {
     note(call, "the target refused the offer after the dummy", {{"status", std::to_string(status)}});
     return end(call, "no offer for the target");
   }
-  const bool established = call.established;
   if (!exchange.cancelled) {
     note(call, "failed", {{"status", std::to_string(status)}});
     // What the party would have to do about it, only the engine can.
@@ -225,6 +212,7 @@ void Engine::answer(Call& call, int status, const std::string& body, const std::
   }
   // All bodies are known, so another process can go on from here, even with the ACK.
   if (exchange.answered && (exchange.kind == Kind::relayed || exchange.kind == Kind::local)) agree(call);
+  if (status < 200 && answerReliably(call, status, body, all)) return;
   nta_incoming_treply(exchange.incoming.get(), status, sip_status_phrase(status),
                       TAG_IF(status < 300, SIPTAG_CONTACT(nta_agent_contact(agent_.get()))),
                       TAG_IF(!all.empty(), SIPTAG_HEADER_STR(all.c_str())),
@@ -251,6 +239,8 @@ int Engine::onAckOrCancel(Leg* leg, nta_incoming_t* transaction, const sip_t* re
       engine.onAck(*leg, sdpOf(*request).value_or(bodyOf(*request)));
   } else if (call.exchange->answered) {
     engine.end(call, "no ACK");
+  } else if (call.exchange->unacknowledged) {
+    engine.onNoPrack(call);
   }
   return 0;
 }

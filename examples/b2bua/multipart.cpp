@@ -1,5 +1,6 @@
 #include "multipart.h"
 
+#include <cstring>
 #include <vector>
 
 #include "bodyLines.h"
@@ -70,6 +71,15 @@ bool isEncoded(const Part& part) {
   return !encoding.empty() && encoding != "7bit" && encoding != "8bit" && encoding != "binary";
 }
 
+std::string_view unquoted(std::string_view text) {
+  return text.size() > 1 && text.front() == '"' && text.back() == '"' ? text.substr(1, text.size() - 2)
+                                                                      : text;
+}
+
+bool startsWith(const char* type, const char* name) {
+  return su_casenmatch(type, name, std::strlen(name)) != 0;
+}
+
 }  // namespace
 
 std::optional<std::string> sdpPartOf(std::string_view body, std::string_view boundary) {
@@ -86,6 +96,18 @@ std::optional<std::string> sdpPartOf(std::string_view body, std::string_view bou
     }
   }
   return sdp;
+}
+
+std::optional<std::string> sdpOf(const sip_t& message) {
+  const sip_payload_t* const payload = message.sip_payload;
+  if (payload == nullptr || payload->pl_len == 0) return "";
+  std::string body(payload->pl_data, payload->pl_len);
+  const sip_content_type_t* const type = message.sip_content_type;
+  if (type == nullptr) return std::nullopt;
+  if (su_casematch(type->c_type, kSdp) != 0) return body;
+  const char* const boundary = msg_params_find(type->c_params, "boundary");
+  if (!startsWith(type->c_type, "multipart/") || boundary == nullptr) return std::nullopt;
+  return sdpPartOf(body, unquoted(boundary));
 }
 
 }  // namespace b2bua

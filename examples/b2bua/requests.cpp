@@ -11,7 +11,7 @@ namespace b2bua {
 
 namespace {
 
-constexpr const char* kExtensions = "timer";
+constexpr const char* kExtensions = "100rel, timer";
 constexpr std::size_t kIdSize = 16;
 constexpr unsigned long kMostUnknownTags = 5;  ///< asked for in the store within a second
 
@@ -97,7 +97,7 @@ void Engine::onRequest(Owned<msg_t> message, const sip_t& request) {
   const sip_method_t method = request.sip_request->rq_method;
   if (method == sip_method_options && stopping_) return turnAway(std::move(message), Limit::draining);
   if (method == sip_method_options) return reply(std::move(message), 200, kAllow);
-  if (method == sip_method_cancel) return reply(std::move(message), 481);
+  if (method == sip_method_cancel || method == sip_method_prack) return reply(std::move(message), 481);
   if (method != sip_method_invite && method != sip_method_bye && method != sip_method_update)
     return reply(std::move(message), 405, kAllow);
   if (const std::string header = unsupportedIn(request); !header.empty())

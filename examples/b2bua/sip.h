@@ -14,6 +14,7 @@ struct Leg;
 #define NTA_LEG_MAGIC_T b2bua::Leg
 #define NTA_INCOMING_MAGIC_T b2bua::Leg
 #define NTA_OUTGOING_MAGIC_T b2bua::Leg
+#define NTA_RELIABLE_MAGIC_T b2bua::Leg
 #include <sofia-sip/nta.h>
 #include <sofia-sip/nta_stateless.h>
 #include <sofia-sip/nta_tag.h>
@@ -37,7 +38,7 @@ struct Release {
   void operator()(nta_outgoing_t* transaction) const { nta_outgoing_destroy(transaction); }
 };
 
-constexpr const char* kAllow = "Allow: INVITE, ACK, CANCEL, BYE, OPTIONS, UPDATE";
+constexpr const char* kAllow = "Allow: INVITE, ACK, CANCEL, BYE, OPTIONS, PRACK, UPDATE";
 
 template <typename Object>
 using Owned = std::unique_ptr<Object, Release>;

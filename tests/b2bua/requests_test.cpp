@@ -59,7 +59,7 @@ TEST_F(Requests, OptionsAreAnsweredWithWhatIsAllowed) {
   start();
   const std::string response = ask({.method = "OPTIONS"});
   EXPECT_EQ(statusOf(response), 200) << response;
-  EXPECT_EQ(headerOf(response, "Allow"), "INVITE, ACK, CANCEL, BYE, OPTIONS, UPDATE");
+  EXPECT_EQ(headerOf(response, "Allow"), "INVITE, ACK, CANCEL, BYE, OPTIONS, PRACK, UPDATE");
 }
 
 TEST_F(Requests, OtherMethodsAreRefused) {
@@ -67,7 +67,7 @@ TEST_F(Requests, OtherMethodsAreRefused) {
   for (const char* method : {"MESSAGE", "REFER", "NOSUCH"}) {
     const std::string response = ask({.method = method});
     EXPECT_EQ(statusOf(response), 405) << response;
-    EXPECT_EQ(headerOf(response, "Allow"), "INVITE, ACK, CANCEL, BYE, OPTIONS, UPDATE");
+    EXPECT_EQ(headerOf(response, "Allow"), "INVITE, ACK, CANCEL, BYE, OPTIONS, PRACK, UPDATE");
   }
 }
 
@@ -204,9 +204,9 @@ TEST_F(Requests, AnOfferWhoseAnswerCannotBeUsedHasItsVersion) {
 
 TEST_F(Requests, WhatInsistsOnAnExtensionIsRefused) {
   start();
-  const std::string response = ask({.body = kOffer, .header = "Require: 100rel\r\n"});
+  const std::string response = ask({.body = kOffer, .header = "Require: precondition\r\n"});
   EXPECT_EQ(statusOf(response), 420) << response;
-  EXPECT_EQ(headerOf(response, "Unsupported"), "100rel");
+  EXPECT_EQ(headerOf(response, "Unsupported"), "precondition");
   EXPECT_EQ(raised(engine_->stop()), Counters{});
 }
 

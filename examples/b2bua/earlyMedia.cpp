@@ -1,0 +1,160 @@
+// What the target says before its final response: passed on with its body, reliably where the caller knows that
+// (RFC 3262). One body is on its way at a time, and one response waits for its PRACK; of what comes meanwhile the last
+// one waits.
+
+#include <cstring>
+
+#include "engine.h"
+#include "multipart.h"
+
+namespace b2bua {
+
+namespace {
+
+constexpr const char* kReliable = "100rel";
+constexpr unsigned int kMostProvisional = 100;  ///< responses to an INVITE that go on
+constexpr std::size_t kMostForks = 8;           ///< whose reliable responses are acknowledged
+
+bool isReliable(const sip_t& response) {
+  return response.sip_rseq != nullptr && sip_has_feature(response.sip_require, kReliable) != 0;
+}
+
+}  // namespace
+
+/// The party's tag is known only now. Another one is another dialog: the INVITE was forked on its way.
+void Engine::enterDialog(Leg& leg, const sip_t& response) {
+  const char* const known = nta_leg_get_rtag(leg.dialog.get());
+  const char* const tag = response.sip_to->a_tag;
+  if (tag != nullptr && (known == nullptr || std::strcmp(known, tag) != 0)) {
+    leg.remote = headerText(response.sip_to);
+    if (known == nullptr) {
+      nta_leg_rtag(leg.dialog.get(), tag);
+    } else {
+      openDialog(leg);
+    }
+  }
+  nta_leg_client_route(leg.dialog.get(), response.sip_record_route, response.sip_contact);
+}
+
+/// The next INVITE begins anew.
+void Engine::leaveDialog(Leg& leg) {
+  if (nta_leg_get_rtag(leg.dialog.get()) == nullptr) return;
+  leg.remote = leg.contact;
+  openDialog(leg);
+}
+
+void Engine::onProgress(Call& call, const sip_t& response) {
+  Exchange& exchange = *call.exchange;
+  if (exchange.cancelled || ++exchange.provisional > kMostProvisional) return;
+  if (isReliable(response) && !sendPrack(call, response)) return;
+  if (exchange.waits()) {
+    exchange.waiting.reset(nta_outgoing_getresponse(exchange.outgoing.get()));
+  } else {
+    passOn(call, response);
+  }
+}
+
+/// @return false for a response that is repeated or ahead of its turn, and is left to be repeated
+bool Engine::sendPrack(Call& call, const sip_t& response) {
+  Exchange& exchange = *call.exchange;
+  const unsigned long number = response.sip_rseq->rs_response;
+  if (response.sip_to->a_tag == nullptr || number == 0 || hasTooManyTransactions()) return false;
+  const std::string tag = response.sip_to->a_tag;
+  const auto last = exchange.reliable.find(tag);
+  if (last == exchange.reliable.end() ? exchange.reliable.size() >= kMostForks : number != last->second + 1)
+    return false;
+  exchange.reliable[tag] = number;
+  Leg& leg = call.legs[otherOf(exchange.from)];
+  enterDialog(leg, response);
+  const std::string invite = std::to_string(nta_outgoing_cseq(exchange.outgoing.get())) + " INVITE";
+  Owned<nta_outgoing_t>(send(leg, SIP_METHOD_PRACK, ++leg.cseq, "", nullptr, nullptr,
+                             "RAck: " + std::to_string(number) + " " + invite));
+  return true;
+}
+
+void Engine::passOn(Call& call, const sip_t& response) {
+  Exchange& exchange = *call.exchange;
+  const int status = response.sip_status->st_status;
+  // The caller has no offer yet that a body could answer.
+  const std::string body = exchange.kind == Kind::relayed ? sdpOf(response).value_or("") : "";
+  if (body.empty() || exchange.isKnown(body))
+    return answer(call, status, body.empty() ? "" : textOf(exchange.sent[exchange.from]));
+  exchange.early = body;
+  exchange.bodyOnWay = true;
+  takeBody(call, otherOf(exchange.from), body, true, [this, status](Call& taken, const BodyRefusal& refusal) {
+    Exchange& current = *taken.exchange;
+    Body& sent = current.sent[current.from];
+    current.bodyOnWay = false;
+    if (refusal) {
+      note(taken, "body before the answer refused", {{"reason", refusal.reason}}, LogLevel::warning);
+      ++counters_.refusedBodies;
+      current.early.clear();
+      sent = Body();
+    } else {
+      taken.legs[current.from].sent = sent;
+    }
+    answer(taken, status, refusal ? "" : textOf(sent));
+    goOn(taken);
+  });
+}
+
+/// What came meanwhile has its turn.
+void Engine::goOn(Call& call) {
+  Exchange& exchange = *call.exchange;
+  if (!exchange.waiting || exchange.waits() || exchange.cancelled) return;
+  const Owned<msg_t> next = std::move(exchange.waiting);
+  const sip_t& response = *sip_object(next.get());
+  if (response.sip_status->st_status < 200) {
+    passOn(call, response);
+  } else {
+    takeAnswer(call, response);
+  }
+}
+
+/// Sends a provisional response so that it is repeated until its PRACK comes, when the caller insists on that, or knows
+/// it and gets a body.
+/// @return false when it is to be sent as others are
+bool Engine::answerReliably(Call& call, int status, const std::string& body, const std::string& header) {
+  Exchange& exchange = *call.exchange;
+  const Owned<msg_t> message(nta_incoming_getrequest(exchange.incoming.get()));
+  const sip_t& invite = *sip_object(message.get());
+  const bool insists = sip_has_feature(invite.sip_require, kReliable) != 0;
+  if (status <= 100 || call.established ||
+      (!insists && (body.empty() || sip_has_feature(invite.sip_supported, kReliable) == 0)))
+    return false;
+  const nta_reliable_t* const sent =
+      nta_reliable_treply(exchange.incoming.get(), onPrack, &call.legs[exchange.from], status,
+                          sip_status_phrase(status), SIPTAG_CONTACT(nta_agent_contact(agent_.get())),
+                          TAG_IF(!header.empty(), SIPTAG_HEADER_STR(header.c_str())),
+                          TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp)),
+                          TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str())), TAG_END());
+  exchange.unacknowledged = sent != nullptr;
+  return sent != nullptr;
+}
+
+/// @param prack  null when none is awaited any more
+int Engine::onPrack(nta_reliable_magic_t* leg, nta_reliable_t* response, nta_incoming_t* prack,
+                    const sip_t* request) {
+  nta_reliable_destroy(response);  // A further PRACK for it belongs to nothing.
+  if (prack == nullptr) return 0;
+  // An offer in it cannot be refused otherwise; the response has arrived all the same.
+  const int status = request->sip_payload != nullptr ? 488 : 200;
+  nta_incoming_treply(prack, status, sip_status_phrase(status), TAG_END());
+  nta_incoming_destroy(prack);
+  Call& call = *leg->call;
+  leg->remoteCseq = std::max(leg->remoteCseq, request->sip_cseq->cs_seq);
+  if (!call.exchange) return 0;
+  call.exchange->unacknowledged = false;
+  leg->engine->goOn(call);
+  return 0;
+}
+
+/// The response was repeated long enough (RFC 3262 3).
+void Engine::onNoPrack(Call& call) {
+  note(call, "no PRACK");
+  ++counters_.failed;
+  cancel(call, 504);
+  giveUp(call);
+}
+
+}  // namespace b2bua

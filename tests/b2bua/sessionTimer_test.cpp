@@ -19,7 +19,7 @@ TEST_F(SessionTimers, ThePartiesAreToRefreshWhereTheyKnowTimers) {
   EXPECT_EQ(headerOf(accepted_, "Require"), "timer");
   EXPECT_EQ(headerOf(invited_, "Session-Expires"), "1800;refresher=uas");
   EXPECT_EQ(headerOf(invited_, "Min-SE"), "90");
-  EXPECT_EQ(headerOf(invited_, "Supported"), "timer");
+  EXPECT_EQ(headerOf(invited_, "Supported"), "100rel, timer");
 }
 
 TEST_F(SessionTimers, ACallerMayLeaveItToTheEngine) {
@@ -41,7 +41,7 @@ TEST_F(SessionTimers, NoneAreSpokenOfWhenTheyAreOff) {
   establish(kKnows + "Session-Expires: 60\r\n");
   EXPECT_EQ(headerOf(accepted_, "Session-Expires"), "");
   EXPECT_EQ(headerOf(invited_, "Session-Expires"), "");
-  EXPECT_EQ(headerOf(invited_, "Supported"), "");
+  EXPECT_EQ(headerOf(invited_, "Supported"), "100rel");
 }
 
 TEST_F(SessionTimers, WhoAsksForTooShortASessionIsToldTheMinimum) {

@@ -52,19 +52,20 @@ enum class Kind {
   refresh         ///< the engine's own INVITE, with the body that the party has
 };
 
-/// An INVITE on its way, and what is to be kept of it when it succeeds.
+/// An INVITE or UPDATE on its way, and what is to be kept of it when it succeeds.
 struct Exchange {
   Kind kind = Kind::relayed;
   unsigned long number = 0;              ///< none has that of another one
   std::shared_ptr<const Policy> policy;  ///< for all of its bodies, whatever is read anew meanwhile
   Side from = kCaller;
-  Owned<nta_incoming_t> incoming;  ///< the INVITE that came
-  Owned<nta_outgoing_t> outgoing;  ///< the INVITE that went out
+  Owned<nta_incoming_t> incoming;  ///< the request that came
+  Owned<nta_outgoing_t> outgoing;  ///< the request that went out
   bool concluded = false;          ///< the one that went out has its final response
   bool answered = false;           ///< its 200 went back and waits for the ACK
   bool acknowledged = false;       ///< the 200 that came has its ACK
   bool ackCame = false;            ///< the one for the 200 that went back
   bool cancelled = false;
+  bool update = false;           ///< what came is an UPDATE, and what goes out where the party allows that
   bool agreed = false;           ///< its bodies are those of the dialogs now
   unsigned int repetitions = 0;  ///< of the INVITE that went out, since the session was to last longer
   unsigned int provisional = 0;  ///< responses that came

@@ -79,6 +79,7 @@ class Engine {
   static int onInviteResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response);
   Exchange& beginExchange(Call& call, Kind kind);
   void onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite);
+  void takeOffer(Call& call, const std::string& body);
   void onAck(Leg& leg, const std::string& body);
   void onSuccess(Call& call, const sip_t& response);
   void takeAnswer(Call& call, const sip_t& response);
@@ -112,9 +113,12 @@ class Engine {
                      const sip_t* request);
   void onNoPrack(Call& call);
 
+  // UPDATE (update.cpp)
+  void onUpdate(Leg& leg, Owned<msg_t> message, const sip_t& update);
+  void onSignOfLife(Leg& leg, Owned<msg_t> message, const sip_t& update);
+
   // session timers (sessionRefresh.cpp)
   static void onSecond(su_root_magic_t*, su_timer_t*, void* engine);
-  void onUpdate(Leg& leg, Owned<msg_t> message, const sip_t& update);
   void takeTarget(Leg& leg, const sip_t& request);
   static void takeAllow(Leg& leg, const sip_t& message);
   std::string agreeTimer(Leg& leg, const sip_t& request);

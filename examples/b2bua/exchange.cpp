@@ -36,7 +36,11 @@ void Engine::onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite
     exchange.kind = call.established ? Kind::late : Kind::dummy;
     return relayInvite(call);
   }
-  takeBody(call, leg.side, *body, false, [this](Call& taken, const BodyRefusal& refusal) {
+  takeOffer(call, *body);
+}
+
+void Engine::takeOffer(Call& call, const std::string& body) {
+  takeBody(call, call.exchange->from, body, false, [this](Call& taken, const BodyRefusal& refusal) {
     if (refusal) return refuse(taken, refusal);
     if (!taken.established || !answerFromStore(taken, *taken.exchange)) relayInvite(taken);
   });
@@ -93,9 +97,13 @@ void Engine::sendInvite(Call& call, Side to, const std::string& body) {
   if (!call.established && call.exchange->kind == Kind::relayed) header += "\r\nSupported: 100rel";
   if (const std::string timer = sessionRequest(options_.session, leg.timer); !timer.empty())
     header += "\r\n" + timer;
-  call.exchange->outgoing.reset(
-      send(leg, SIP_METHOD_INVITE, ++leg.cseq, body, onInviteResponse, &leg, header));
-  if (!call.exchange->outgoing) fail(call, 500);
+  Exchange& exchange = *call.exchange;
+  const bool update = exchange.update && leg.allowsUpdate;
+  exchange.acknowledged = update;  // It has no ACK.
+  exchange.outgoing.reset(send(leg, update ? sip_method_update : sip_method_invite,
+                               update ? "UPDATE" : "INVITE", ++leg.cseq, body, onInviteResponse, &leg,
+                               header));
+  if (!exchange.outgoing) fail(call, 500);
 }
 
 void Engine::sendAck(Call& call, const std::string& body) {
@@ -148,7 +156,7 @@ void Engine::takeAnswer(Call& call, const sip_t& response) {
   if (exchange.isKnown(body)) return answer(call, 200, textOf(exchange.sent[exchange.from]));
   if (exchange.kind == Kind::dummyReplaced) return onDummyReplaced(call, body);
   if (exchange.kind == Kind::refresh) return onRefreshAnswered(call, body);
-  if (exchange.kind == Kind::dummy) sendAck(call, "");
+  if ((exchange.kind == Kind::dummy || exchange.update) && !exchange.acknowledged) sendAck(call, "");
   // The answer to the dummy is the target's body, which the caller gets as the offer.
   takeBody(call, side, body, exchange.kind == Kind::relayed, [this](Call& taken, const BodyRefusal& refusal) {
     if (refusal) return refuse(taken, refusal);
@@ -165,6 +173,10 @@ void Engine::onFailure(Call& call, const sip_t& response) {
       exchange.repetitions++ < kMostRepetitions) {
     exchange.concluded = false;
     if (!established) leaveDialog(leg);
+    return sendOffer(call);
+  }
+  if (exchange.update && exchange.acknowledged && (status == 405 || status == 501)) {
+    leg.allowsUpdate = exchange.concluded = false;
     return sendOffer(call);
   }
   if (exchange.kind == Kind::refresh) {
@@ -218,6 +230,7 @@ void Engine::answer(Call& call, int status, const std::string& body, const std::
                       TAG_IF(!all.empty(), SIPTAG_HEADER_STR(all.c_str())),
                       TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp)),
                       TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str())), TAG_END());
+  if (exchange.update && exchange.answered) complete(call);
 }
 
 void Engine::fail(Call& call, int status, const std::string& header) {

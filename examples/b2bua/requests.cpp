@@ -1,5 +1,5 @@
-// What comes to the engine, and what becomes a transaction. Only INVITE and BYE of a call do: the stack remembers each
-// transaction for 32 seconds, so all else is answered and forgotten.
+// What comes to the engine, and what becomes a transaction. Only INVITE and BYE of a call do, and UPDATE with a body:
+// the stack remembers each transaction for 32 seconds, so all else is answered and forgotten.
 
 #include <algorithm>
 #include <cstdio>

@@ -100,17 +100,4 @@ void Engine::onRefreshAnswered(Call& call, const std::string& body) {
   complete(call);
 }
 
-/// An UPDATE without a body is a sign of life, answered without a transaction.
-void Engine::onUpdate(Leg& leg, Owned<msg_t> message, const sip_t& update) {
-  if (update.sip_payload != nullptr) return reply(std::move(message), 488);
-  leg.remoteCseq = update.sip_cseq->cs_seq;
-  const std::string before = leg.timer.text();
-  takeTarget(leg, update);
-  const std::string timer = agreeTimer(leg, update);
-  reply(std::move(message), 200,
-        std::string(kAllow) + "\r\nContact: " + headerText(nta_agent_contact(agent_.get())) +
-            (timer.empty() ? "" : "\r\n" + timer));
-  if (leg.call->kept && leg.timer.text() != before) keep(*leg.call);
-}
-
 }  // namespace b2bua

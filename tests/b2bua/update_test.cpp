@@ -1,0 +1,142 @@
+#include "../testFiles.h"
+#include "twoParties.h"
+
+// Offers within a call by UPDATE.
+
+namespace {
+
+const std::string kAllows = "Allow: INVITE, ACK, BYE, UPDATE\r\n";
+
+class Updates : public TwoParties {
+ protected:
+  std::string kHold = replaced(kOffer, "21 4 IN", "21 5 IN") + "a=sendonly\r\n";
+  std::string kHeld = replaced(kAnswer, "33 9 IN", "33 10 IN") + "a=recvonly\r\n";
+};
+
+}  // namespace
+
+TEST_F(Updates, AnOfferGoesOnAsUpdateWhereThatIsAllowed) {
+  start();
+  establish("", "200 OK\r\nAllow: INVITE, ACK, BYE, UPDATE");
+  caller_.request(engine_->address(), {.method = "UPDATE", .cseq = 2, .toTag = tag_, .body = kHold});
+  const std::string update = atTarget("UPDATE ");
+  EXPECT_EQ(contentOf(update), kHold);
+  EXPECT_EQ(headerOf(update, "CSeq"), "2 UPDATE");
+  answer(update, "200 OK", kHeld);
+  const std::string held = atCaller("SIP/2.0 200 ", "CSeq: 2 UPDATE");
+  EXPECT_EQ(contentOf(held), kHeld);
+  EXPECT_EQ(headerOf(held, "Contact"), "<sip:" + engine_->address() + ";transport=udp>");
+  EXPECT_EQ(atTarget("ACK ", "", kSilence), "");
+  // It is what was agreed: the same again is answered from the store.
+  const std::string again = ask({.method = "UPDATE", .cseq = 3, .toTag = tag_, .body = kHold});
+  EXPECT_EQ(contentOf(again), kHeld);
+  EXPECT_EQ(atTarget("UPDATE ", "", kSilence), "");
+  EXPECT_EQ(raised(engine_->counters()),
+            (Counters{{"calls", 1}, {"established", 1}, {"reoffers", 2}, {"active", 1}}));
+}
+
+TEST_F(Updates, AnOfferGoesOnAsInviteWhereItIsNot) {
+  start();
+  establish();
+  caller_.request(engine_->address(), {.method = "UPDATE", .cseq = 2, .toTag = tag_, .body = kHold});
+  const std::string held = atTarget("INVITE ", "CSeq: 2 INVITE");
+  EXPECT_EQ(contentOf(held), kHold);
+  answer(held, "200 OK", kHeld);
+  EXPECT_NE(atTarget("ACK ", "CSeq: 2 ACK"), "");
+  EXPECT_EQ(contentOf(atCaller("SIP/2.0 200 ", "CSeq: 2 UPDATE")), kHeld);
+}
+
+TEST_F(Updates, WhoSaysThatItTakesThemAndDoesNotGetsAnInvite) {
+  start();
+  establish("", "200 OK\r\nAllow: UPDATE");
+  caller_.request(engine_->address(), {.method = "UPDATE", .cseq = 2, .toTag = tag_, .body = kHold});
+  answer(atTarget("UPDATE "), "405 Method Not Allowed");
+  const std::string held = atTarget("INVITE ", "CSeq: 3 INVITE");
+  EXPECT_EQ(contentOf(held), kHold);
+  answer(held, "200 OK", kHeld);
+  EXPECT_NE(atTarget("ACK ", "CSeq: 3 ACK"), "");
+  EXPECT_EQ(contentOf(atCaller("SIP/2.0 200 ", "CSeq: 2 UPDATE")), kHeld);
+}
+
+TEST_F(Updates, AnOfferOfTheTargetGoesToTheCaller) {
+  start();
+  establish(kAllows);
+  const std::string offer = replaced(kAnswer, "33 9 IN", "33 20 IN") + "a=sendonly\r\n";
+  requestOfTarget("UPDATE", 1, offer);
+  const std::string update = atCaller("UPDATE ");
+  EXPECT_EQ(contentOf(update), replaced(offer, "33 20 IN", "33 10 IN"));
+  caller_.respond(engine_->address(), update, "200 OK", kHold);
+  EXPECT_EQ(contentOf(atTarget("SIP/2.0 200 ", "CSeq: 1 UPDATE")), kHold);
+}
+
+TEST_F(Updates, ARefusalLeavesTheCallAsItWas) {
+  start();
+  establish("", "200 OK\r\nAllow: UPDATE");
+  caller_.request(engine_->address(), {.method = "UPDATE", .cseq = 2, .toTag = tag_, .body = kHold});
+  answer(atTarget("UPDATE "), "488 Not Acceptable Here");
+  EXPECT_NE(atCaller("SIP/2.0 488 ", "CSeq: 2 UPDATE"), "");
+  const std::string bad = ask({.method = "UPDATE", .cseq = 3, .toTag = tag_, .body = "hello"});
+  EXPECT_EQ(statusOf(bad), 488) << bad;
+  const std::string other =
+      ask({.method = "UPDATE", .cseq = 4, .toTag = tag_, .body = "hello", .contentType = "text/plain"});
+  EXPECT_EQ(statusOf(other), 415) << other;
+  EXPECT_EQ(statusOf(ask({.method = "BYE", .cseq = 5, .toTag = tag_})), 200);
+  EXPECT_NE(atTarget("BYE "), "");
+}
+
+// Who has an offer under way, and who has one to answer (RFC 3311 5.2).
+TEST_F(Updates, OffersThatMeetAreRefused) {
+  start();
+  establish("", "200 OK\r\nAllow: UPDATE");
+  caller_.request(engine_->address(), {.method = "UPDATE", .cseq = 2, .toTag = tag_, .body = kHold});
+  const std::string update = atTarget("UPDATE ");
+  const std::string early = ask({.method = "UPDATE", .cseq = 3, .toTag = tag_, .body = kHold});
+  EXPECT_EQ(statusOf(early), 500) << early;
+  EXPECT_NE(headerOf(early, "Retry-After"), "");
+  EXPECT_LE(std::stoi(headerOf(early, "Retry-After")), 10);
+  requestOfTarget("UPDATE", 1, kHeld);
+  EXPECT_NE(atTarget("SIP/2.0 491 ", "CSeq: 1 UPDATE"), "");
+  requestOfTarget("INVITE", 2, kHeld);
+  EXPECT_NE(atTarget("SIP/2.0 491 ", "CSeq: 2 INVITE"), "");
+  // A sign of life meets nothing.
+  EXPECT_EQ(statusOf(ask({.method = "UPDATE", .cseq = 4, .toTag = tag_})), 200);
+  answer(update, "200 OK", kHeld);
+  EXPECT_EQ(contentOf(atCaller("SIP/2.0 200 ", "CSeq: 2 UPDATE")), kHeld);
+}
+
+TEST_F(Updates, BeforeTheCallIsAnsweredItIsTooEarly) {
+  start();
+  invited_ = invite({.body = kOffer});
+  answer(invited_, "180 Ringing");
+  const std::string tag = toTagOf(atCaller("SIP/2.0 180 "));
+  EXPECT_EQ(statusOf(ask({.method = "UPDATE", .cseq = 2, .toTag = tag, .body = kHold})), 500);
+  requestOfTarget("UPDATE", 1, kHeld);
+  EXPECT_NE(atTarget("SIP/2.0 491 "), "");
+  answer(invited_, "200 OK", kAnswer);
+  EXPECT_EQ(contentOf(atCaller("SIP/2.0 200 ", "CSeq: 1 INVITE")), kAnswer);
+}
+
+TEST_F(Updates, ACallMayEndWhileOneIsUnderWay) {
+  start();
+  establish("", "200 OK\r\nAllow: UPDATE");
+  caller_.request(engine_->address(), {.method = "UPDATE", .cseq = 2, .toTag = tag_, .body = kHold});
+  const std::string update = atTarget("UPDATE ");
+  EXPECT_EQ(statusOf(ask({.method = "BYE", .cseq = 3, .toTag = tag_})), 200);
+  EXPECT_NE(atTarget("BYE "), "");
+  answer(update, "200 OK", kHeld);
+  EXPECT_EQ(raised(engine_->counters()),
+            (Counters{{"calls", 1}, {"established", 1}, {"reoffers", 1}, {"ended", 1}}));
+}
+
+// They are many, but no more than other offers may be; the call goes on.
+TEST_F(Updates, AStormOfThemIsLimited) {
+  start({"--max-invites", "50"});
+  establish("", "200 OK\r\nAllow: UPDATE");
+  for (int cseq = 2; cseq < 502; ++cseq)
+    caller_.request(engine_->address(), {.method = "UPDATE", .cseq = cseq, .toTag = tag_, .body = kHold});
+  const std::string first = atTarget("UPDATE ");
+  answer(first, "200 OK", kHeld);
+  EXPECT_NE(atCaller("SIP/2.0 200 ", "CSeq: 2 UPDATE"), "");
+  EXPECT_EQ(atTarget("UPDATE ", "", kSilence), "");
+  EXPECT_EQ(engine_->counters().at("active"), 1);
+}

@@ -101,6 +101,7 @@ struct Call {
   bool established = false;  ///< the first exchange is complete; before, there always is one
   bool kept = false;         ///< the store has it, or is to have it
   bool outdated = false;     ///< but what it has is not the last state
+  bool lookedAfter = false;  ///< it is in the queue for that
   bool takenOver = false;    ///< from another process
   std::optional<Exchange> exchange;
 };

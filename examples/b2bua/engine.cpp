@@ -53,7 +53,7 @@ void Engine::showCounters() const {
   const Counters all = counters();
   std::printf("counters");
   for (const CounterName& counter : kCounterNames) std::printf(" %s=%lu", counter.name, all.*counter.value);
-  std::printf(" overload=%lu active=%zu\n", all.overload(), calls_.size());
+  std::printf(" to_keep=%zu overload=%lu active=%zu\n", toLookAfter_.size(), all.overload(), calls_.size());
   std::fflush(stdout);
 }
 

@@ -141,12 +141,12 @@ class Engine {
 
   // what the store has of the calls (keeping.cpp)
   void keep(Call& call);
+  void lookAfter(Call& call);
   void lookAfter(const std::string& id);
   bool isOwn(const Call& call);
   void giveAway(Call& call);
   void acknowledge(Leg& leg);
   void tendPortion();
-  bool tendCall(const std::string& id, const std::string& owner);
 
   const Options& options_;
   std::shared_ptr<const Policy> policy_ = std::make_shared<const Policy>(options_.policy);

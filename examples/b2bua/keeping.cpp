@@ -12,8 +12,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::size_t kPortion = 20;                 ///< calls that are looked after at once
-constexpr milliseconds kBetweenPortions{100};        ///< so 200 a second
+constexpr std::size_t kPortion = 50;                 ///< calls that are looked after at once
+constexpr milliseconds kBetweenPortions{100};        ///< so 500 a second
 constexpr std::chrono::minutes kBetweenLooks{10};    ///< through all calls
 constexpr std::chrono::seconds kBetweenPings{1};     ///< that a lost server is noticed
 constexpr std::size_t kMostToLookAfter = 2'000'000;  ///< ended calls of a long outage go by themselves
@@ -23,14 +23,18 @@ constexpr std::size_t kMostToLookAfter = 2'000'000;  ///< ended calls of a long 
 void Engine::keep(Call& call) {
   if (!store_.isUsed()) return;
   call.kept = true;
-  call.outdated = !store_.save(call);
+  call.outdated = !store_.save({&call});
   if (!call.outdated) {
     ++counters_.kept;
     return;
   }
   ++counters_.notKept;
   note(call, "could not be kept in the store", {}, LogLevel::warning);
-  lookAfter(call.id);
+  lookAfter(call);
+}
+
+void Engine::lookAfter(Call& call) {
+  if (!std::exchange(call.lookedAfter, true)) lookAfter(call.id);
 }
 
 void Engine::lookAfter(const std::string& id) {
@@ -71,13 +75,12 @@ void Engine::tend() {
     // What this server knows, nobody can tell: it may be a replica that was behind, or have begun anew.
     connections_ = store_.connections();
     for (auto& [id, call] : calls_) call.outdated = call.kept;
-    nextLook_ = now;
+    nextLook_ = now;  // those that were not kept at all are first in the queue still
   }
   if (now >= nextLook_) {
     nextLook_ = now + kBetweenLooks;
-    std::erase_if(toLookAfter_, [&](const std::string& id) { return calls_.contains(id); });
-    for (const auto& [id, call] : calls_) {
-      if (call.kept) lookAfter(id);
+    for (auto& [id, call] : calls_) {
+      if (call.kept) lookAfter(call);
     }
   }
   if (!toLookAfter_.empty()) return tendPortion();
@@ -92,24 +95,28 @@ void Engine::tendPortion() {
   const std::vector<std::string> owners = store_.ownersOf(ids);
   // With another server first all of them are outdated.
   if (owners.empty() || store_.connections() != connections_) return;
+  toLookAfter_.erase(toLookAfter_.begin(), toLookAfter_.begin() + count);
+  std::vector<Call*> toKeep;
   for (std::size_t i = 0; i < ids.size(); ++i) {
-    toLookAfter_.pop_front();
-    if (!tendCall(ids[i], owners[i])) return lookAfter(ids[i]);
+    const auto found = calls_.find(ids[i]);
+    if (found == calls_.end()) {
+      if (store_.isOwn(owners[i]) && !store_.remove(ids[i], true)) lookAfter(ids[i]);
+      continue;
+    }
+    Call& call = found->second;
+    call.lookedAfter = false;
+    if (!owners[i].empty() && !store_.isOwn(owners[i])) {
+      giveAway(call);
+    } else if (call.outdated || owners[i].empty()) {
+      toKeep.push_back(&call);
+    }
   }
-}
-
-/// @return false when the server is away again
-bool Engine::tendCall(const std::string& id, const std::string& owner) {
-  const auto found = calls_.find(id);
-  if (found == calls_.end()) return !store_.isOwn(owner) || store_.remove(id, true);
-  Call& call = found->second;
-  if (!owner.empty() && !store_.isOwn(owner)) {
-    giveAway(call);
-  } else if (call.outdated || owner.empty()) {
-    call.outdated = !store_.save(call);
-    if (!call.outdated) ++counters_.madeUpFor;
+  const bool kept = store_.save(toKeep);
+  if (kept) counters_.madeUpFor += toKeep.size();
+  for (Call* const call : toKeep) {
+    call->outdated = !kept;
+    if (!kept) lookAfter(*call);
   }
-  return !call.outdated;
 }
 
 }  // namespace b2bua

@@ -129,6 +129,7 @@ bool RedisLink::connectToPrimary(const Server& sentinel, Clock::time_point limit
 
 bool RedisLink::open(const Server& server, Clock::time_point deadline) {
   context_.reset(redisConnectNonBlock(server.host.c_str(), server.port));
+  unread_ = 0;
   if (!context_ || context_->err != 0) return false;
   limitArrays(*context_->reader);
   return isReady(*context_, POLLOUT, deadline);
@@ -149,8 +150,16 @@ bool RedisLink::run(const std::vector<Command>& commands, std::vector<Reply>* re
   return false;
 }
 
-bool RedisLink::exchange(const std::vector<Command>& commands, std::vector<Reply>* replies,
-                         Clock::time_point deadline) {
+bool RedisLink::post(const std::vector<Command>& commands) {
+  if (!context_ || context_->err != 0) return false;
+  append(commands);
+  unread_ += commands.size();
+  int done = 0;
+  // What does not fit into the socket goes with what is asked next.
+  return redisBufferWrite(context_.get(), &done) == REDIS_OK;
+}
+
+void RedisLink::append(const std::vector<Command>& commands) {
   for (const Command& command : commands) {
     std::vector<const char*> words;
     std::vector<std::size_t> sizes;
@@ -160,7 +169,15 @@ bool RedisLink::exchange(const std::vector<Command>& commands, std::vector<Reply
     }
     redisAppendCommandArgv(context_.get(), static_cast<int>(words.size()), words.data(), sizes.data());
   }
+}
+
+bool RedisLink::exchange(const std::vector<Command>& commands, std::vector<Reply>* replies,
+                         Clock::time_point deadline) {
+  append(commands);
   if (!flush(deadline)) return false;
+  for (; unread_ > 0; --unread_) {
+    if (!takeReply(nullptr, deadline)) return false;
+  }
   for (std::size_t i = 0; i < commands.size(); ++i) {
     if (!takeReply(replies, deadline)) return false;
   }

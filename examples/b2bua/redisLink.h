@@ -28,6 +28,9 @@ class RedisLink {
   /// Sends commands and waits for all their replies; not for long, and not at all for a second after it was in vain.
   /// @return false when a reply is missing or says that the command failed
   bool run(const std::vector<Command>& commands, std::vector<Reply>* replies = nullptr);
+  /// Sends commands and does not wait: their replies are dropped when others are read.
+  /// @return false when there is no connection
+  bool post(const std::vector<Command>& commands);
   /// How often it has connected: what was kept before may be unknown to the server that is there now.
   unsigned long connections() const { return connections_; }
 
@@ -44,6 +47,7 @@ class RedisLink {
   bool open(const Server& server, Clock::time_point deadline);
   bool exchange(const std::vector<Command>& commands, std::vector<Reply>* replies,
                 Clock::time_point deadline);
+  void append(const std::vector<Command>& commands);
   bool flush(Clock::time_point deadline);
   bool takeReply(std::vector<Reply>* replies, Clock::time_point deadline);
 
@@ -51,6 +55,7 @@ class RedisLink {
   std::string primary_;          ///< its name among the Sentinels; empty without them
   std::size_t firstAsked_ = 0;   ///< the Sentinel that answered last
   unsigned long connections_ = 0;
+  std::size_t unread_ = 0;  ///< replies that nobody waits for
   Clock::time_point nextAttempt_{};
   PerSecond milliseconds_;  ///< that were waited for the server
   std::unique_ptr<redisContext, void (*)(redisContext*)> context_;

@@ -134,26 +134,31 @@ bool mayWaitForAck(const std::string& savedAt) {
 
 }  // namespace
 
-bool StateStore::save(Call& call) {
-  if (!isUsed()) return true;
-  Fields fields = {{"owner", own_}, {"at", std::to_string(std::time(nullptr))}};
-  addFields(call.legs[kCaller], "caller.", fields);
-  addFields(call.legs[kTarget], "target.", fields);
-  return link_.run({hashCommand(call.id, fields), {"EXPIRE", keyOf(call.id), kKeepFor}});
+bool StateStore::save(const std::vector<Call*>& calls) {
+  if (!isUsed() || calls.empty()) return true;
+  std::vector<Command> commands;
+  for (Call* const call : calls) {
+    Fields fields = {{"owner", own_}, {"at", std::to_string(std::time(nullptr))}};
+    addFields(call->legs[kCaller], "caller.", fields);
+    addFields(call->legs[kTarget], "target.", fields);
+    commands.push_back(hashCommand(call->id, fields));
+    commands.push_back({"EXPIRE", keyOf(call->id), kKeepFor});
+  }
+  return link_.run(commands);
 }
 
 bool StateStore::remove(const std::string& id, bool mark) {
   if (!isUsed()) return true;
   const std::string key = keyOf(id);
-  if (!mark) return link_.run({{"DEL", key}});
-  return link_.run({{"DEL", key}, {"HSET", key, "owner", kEnded}, {"EXPIRE", key, kKeepMarkFor}});
+  if (!mark) return link_.post({{"DEL", key}});
+  return link_.post({{"DEL", key}, {"HSET", key, "owner", kEnded}, {"EXPIRE", key, kKeepMarkFor}});
 }
 
-bool StateStore::removeAcks(const std::vector<std::string>& ids) {
+void StateStore::removeAcks(const std::vector<std::string>& ids) {
   std::vector<Command> commands;
   for (const std::string& id : ids)
     commands.push_back({"HDEL", keyOf(id), std::string("caller.") + kAck, std::string("target.") + kAck});
-  return link_.run(commands);
+  link_.post(commands);
 }
 
 Found StateStore::load(Call& call) {

@@ -23,12 +23,12 @@ class StateStore {
 
   bool isUsed() const { return link_.isUsed(); }
   unsigned long connections() const { return link_.connections(); }
-  /// @return false when it could not be kept; the call goes on without
-  bool save(Call& call);
+  /// @return false when they could not be kept; the calls go on without
+  bool save(const std::vector<Call*>& calls);
   /// @param mark  whether a former owner may still have the call: then the record says for a while that it has ended
   bool remove(const std::string& id, bool mark);
   /// The 200s of calls have their ACK.
-  bool removeAcks(const std::vector<std::string>& ids);
+  void removeAcks(const std::vector<std::string>& ids);
   /// Loads what `save` kept under the call's ID, all of which may be wrong. The owner stays.
   Found load(Call& call);
   /// Makes this process the owner of a loaded call, and the numbers of what the former one may have sent used.

@@ -13,10 +13,10 @@ class Sentinels : public StoredCalls {
  protected:
   /// A primary, a replica of it, and who looks after them.
   void SetUp() override {
-    redis_ = std::make_unique<RedisServer>(folder_.path(), freePort());
+    redis_ = std::make_unique<RedisServer>(folder_.path(), freeServerPort());
     ASSERT_TRUE(redis_->isReady());
     replica_ =
-        std::make_unique<RedisServer>(folder_.path(), freePort(),
+        std::make_unique<RedisServer>(folder_.path(), freeServerPort(),
                                       std::vector<std::string>{"--replicaof", kHost + " " + redis_->port(),
                                                                "--repl-diskless-sync-delay", "0"});
     ASSERT_TRUE(replica_->isReady());
@@ -40,7 +40,7 @@ class Sentinels : public StoredCalls {
     store_ = "redis+sentinel://" + kHost + ":" + freePort() + "," + kHost + ":" + port_ + "/calls";
   }
 
-  const std::string port_ = freePort();
+  const std::string port_ = freeServerPort();
   std::unique_ptr<RedisServer> replica_;
   std::unique_ptr<Process> sentinel_;
 };

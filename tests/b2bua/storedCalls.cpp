@@ -1,8 +1,12 @@
 #include "storedCalls.h"
 
 #include <hiredis/hiredis.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <csignal>
+#include <random>
 
 namespace {
 
@@ -68,7 +72,7 @@ long RedisServer::count(const std::string& command) const {
 }
 
 void StoredCalls::startStore() {
-  redis_ = std::make_unique<RedisServer>(folder_.path(), freePort());
+  redis_ = std::make_unique<RedisServer>(folder_.path(), freeServerPort());
   ASSERT_TRUE(redis_->isReady()) << redis_->process().output();
   store_ = "redis://" + kHost + ":" + redis_->port();
 }
@@ -119,6 +123,23 @@ std::string StoredCalls::hangUp(const Engine& engine, const std::string& tag, in
 void StoredCalls::kill(Engine& engine) {
   engine.process().signal(SIGKILL);
   EXPECT_EQ(engine.process().wait(kLongestStart), 128 + SIGKILL);
+}
+
+std::string freeServerPort() {
+  constexpr int kFirst = 20'000;
+  constexpr int kCount = 12'000;  // ports of connections begin behind them
+  static std::random_device random;
+  for (;;) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const int port = kFirst + static_cast<int>(random() % kCount);
+    address.sin_port = htons(static_cast<in_port_t>(port));
+    const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool bound = bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    close(descriptor);
+    if (bound) return std::to_string(port);
+  }
 }
 
 int cseqOf(const std::string& message) { return std::stoi("0" + headerOf(message, "CSeq")); }

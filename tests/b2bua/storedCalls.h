@@ -52,6 +52,9 @@ class StoredCalls : public Calls {
   const RawParty target_;
 };
 
+/// @return a TCP port of the loopback interface that nobody has, and that no connection is given
+std::string freeServerPort();
+
 /// @return the number in the CSeq header
 int cseqOf(const std::string& message);
 

@@ -48,7 +48,8 @@ void Engine::onSecond(su_root_magic_t*, su_timer_t*, void* context) {
 void Engine::lookAfterSession(Leg& leg) {
   Call& call = *leg.call;
   if (leg.timer.isOver()) return end(call, std::string("no sign of life from the ") + nameOf(leg.side));
-  if (call.exchange || leg.refresh) return;  // what is on its way tells enough
+  // What is on its way tells enough; what cannot be sent now is asked for again in a second.
+  if (call.exchange || leg.refresh || hasTooManyTransactions()) return;
   if (!isOwn(call)) return giveAway(call);
   if (leg.allowsUpdate) {
     leg.refresh.reset(send(leg, SIP_METHOD_UPDATE, ++leg.cseq, "", onRefreshResponse, &leg,

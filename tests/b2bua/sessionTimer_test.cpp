@@ -1,5 +1,6 @@
 #include <thread>
 
+#include "storedCalls.h"
 #include "twoParties.h"
 
 // How long a call lasts without a sign of life.
@@ -9,6 +10,8 @@ namespace {
 const std::string kKnows = "Supported: timer\r\n";
 
 class SessionTimers : public TwoParties {};
+
+class StoredSessionTimers : public StoredCalls {};
 
 }  // namespace
 
@@ -131,4 +134,22 @@ TEST_F(SessionTimers, AnUpdateOfNoCallIsRefused) {
   // Out of order.
   EXPECT_EQ(statusOf(ask({.method = "UPDATE", .cseq = 6, .toTag = tag_})), 500);
   EXPECT_EQ(statusOf(ask({.method = "BYE", .cseq = 6, .toTag = tag_})), 500);
+}
+
+// As interval, minimum, and whether the party knows timers and the engine is to refresh.
+TEST_F(StoredSessionTimers, AnotherEngineGoesOnWithThem) {
+  startStore();
+  const auto first = startEngine("first");
+  const std::string tag = establish(*first);
+  const std::vector<std::string> asked = {"HGET", "b2bua:call:" + tag.substr(5, 16), "caller.timer"};
+  EXPECT_EQ(redis_->ask(asked), "1800 0 0 1");
+  kill(*first);
+  const auto second = startEngine("second", first->port());
+  const std::string refreshed = caller_.ask(
+      second->address(),
+      {.method = "UPDATE", .cseq = 2, .toTag = tag, .header = kKnows + "Session-Expires: 300\r\n"},
+      kLongestStart);
+  EXPECT_EQ(headerOf(refreshed, "Session-Expires"), "300;refresher=uac");
+  EXPECT_EQ(redis_->ask(asked), "300 0 1 0");
+  EXPECT_EQ(raised(second->stop()), (Counters{{"kept", 1}, {"taken_over", 1}, {"active", 1}}));
 }

@@ -2,6 +2,7 @@
 #define B2BUA_CALL_H
 
 #include <array>
+#include <chrono>
 #include <functional>
 #include <map>
 #include <optional>
@@ -97,6 +98,7 @@ using BodyTaken = std::function<void(Call& call, const BodyRefusal& refusal)>;
 
 struct Call {
   std::string id;
+  std::chrono::steady_clock::time_point begun;
   std::array<Leg, 2> legs;
   bool established = false;  ///< the first exchange is complete; before, there always is one
   bool kept = false;         ///< the store has it, or is to have it

@@ -12,12 +12,6 @@ namespace b2bua {
 
 namespace {
 
-/// @return the address without brackets
-std::string hostOf(const std::string& endpoint) {
-  const std::string host = endpoint.substr(0, endpoint.rfind(':'));
-  return host.starts_with('[') && host.ends_with(']') ? host.substr(1, host.size() - 2) : host;
-}
-
 /// It is where the parties are to send to.
 std::string checkNoWildcard(const std::string& text) {
   in6_addr six{};
@@ -34,6 +28,11 @@ std::string checkNoWildcard(const std::string& text) {
 }
 
 }  // namespace
+
+std::string hostOf(const std::string& endpoint) {
+  const std::string host = endpoint.substr(0, endpoint.rfind(':'));
+  return host.starts_with('[') && host.ends_with(']') ? host.substr(1, host.size() - 2) : host;
+}
 
 std::string checkAddress(const std::string& text) {
   return cMsgIPAddress::isValid(text.c_str()) ? "" : "no address: " + text;

@@ -41,16 +41,23 @@ void Engine::note(const Call& call, std::string_view event, const Members& membe
   log_.write(event, members, level, call.id);
 }
 
-Counters Engine::counters() const {
-  Counters all = counters_;
+Snapshot Engine::snapshot() const {
+  Snapshot snapshot{std::chrono::steady_clock::now(), counters_, setupTimes_};
   unsigned int malformed = 0;
-  nta_agent_get_stats(agent_.get(), NTATAG_S_BAD_MESSAGE_REF(malformed), TAG_END());
-  all.malformed = malformed;
-  return all;
+  unsigned int messages = 0;
+  nta_agent_get_stats(agent_.get(), NTATAG_S_BAD_MESSAGE_REF(malformed), NTATAG_S_RECV_MSG_REF(messages),
+                      TAG_END());
+  snapshot.counters.malformed = malformed;
+  snapshot.messages = messages;
+  snapshot.calls = calls_.size();
+  snapshot.transactions = transactions();
+  snapshot.memory = residentMemory();
+  if (stopping_) snapshot.notReady = "draining";
+  return snapshot;
 }
 
 void Engine::showCounters() const {
-  const Counters all = counters();
+  const Counters all = snapshot().counters;
   std::printf("counters");
   for (const CounterName& counter : kCounterNames) std::printf(" %s=%lu", counter.name, all.*counter.value);
   std::printf(" to_keep=%zu overload=%lu active=%zu\n", toLookAfter_.size(), all.overload(), calls_.size());
@@ -60,6 +67,7 @@ void Engine::showCounters() const {
 Call& Engine::addCall(const std::string& id) {
   Call& call = calls_[id];
   call.id = id;
+  call.begun = std::chrono::steady_clock::now();
   for (const Side side : {kCaller, kTarget}) {
     call.legs[side].engine = this;
     call.legs[side].call = &call;

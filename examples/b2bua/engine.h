@@ -7,10 +7,10 @@
 #include <unordered_map>
 
 #include "call.h"
-#include "counters.h"
 #include "log.h"
 #include "options.h"
 #include "perSecond.h"
+#include "snapshot.h"
 #include "stateStore.h"
 
 namespace b2bua {
@@ -32,10 +32,10 @@ class Engine {
   void finish();
   /// @return whether each BYE has its answer, and each INVITE that was given up, too
   bool idle() const;
-  Counters counters() const;
   void showCounters() const;
   /// Looks after what the store has of the calls; to be called often.
   void tend();
+  Snapshot snapshot() const;
 
  private:
   // requests (requests.cpp)
@@ -46,7 +46,8 @@ class Engine {
   /// @param header  a line with its name; none when empty
   void reply(Owned<msg_t> message, int status, const std::string& header = "");
   nta_incoming_t* openTransaction(const Leg& leg, Owned<msg_t> message);
-  bool hasTooManyTransactions() const;
+  std::size_t transactions() const;
+  bool hasTooManyTransactions() const { return transactions() >= options_.maxTransactions; }
   /// @return why no INVITE is taken now; none when one is
   std::optional<Limit> limitOfInvites();
   /// Refuses a request because of a limit, and tells when to try again.
@@ -153,6 +154,7 @@ class Engine {
   StateStore& store_;
   Log& log_;
   Counters counters_;  ///< but for what the stack counts
+  SetupTimes setupTimes_;
   Owned<nta_agent_t> agent_;
   Owned<su_timer_t> everySecond_;
   Leg listener_;  ///< for responses outside of the calls

@@ -321,7 +321,10 @@ void Engine::complete(Call& call) {
   }
   call.exchange.reset();
   call.established = true;
-  if (first) ++counters_.established;
+  if (first) {
+    ++counters_.established;
+    setupTimes_.add(std::chrono::steady_clock::now() - call.begun);
+  }
   if (first) note(call, "established");
 }
 

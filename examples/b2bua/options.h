@@ -45,6 +45,7 @@ struct Options {
   std::string target;
   std::string state;    ///< of a RedisLink, or empty
   std::string logFile;  ///< standard error when empty
+  std::string http;     ///< HOST:PORT of metrics and health, or empty
   LogFormat logFormat = LogFormat::text;
   std::size_t maxCalls = 10'000;
   unsigned int maxInvites = 400;          ///< per second
@@ -63,6 +64,9 @@ struct Options {
 /// first counts. Throws CLI::ParseError, which for a file tells where, "FILE:LINE:COLUMN: ".
 /// @param app  a new one; its options refer to `options`
 void parseOptions(CLI::App& app, Options& options, const std::vector<std::string>& words);
+
+/// @return the address of a HOST:PORT, without brackets
+std::string hostOf(const std::string& endpoint);
 
 }  // namespace b2bua
 

@@ -72,12 +72,12 @@ void Engine::reply(Owned<msg_t> message, int status, const std::string& header) 
                  TAG_IF(!header.empty(), SIPTAG_HEADER_STR(header.c_str())), TAG_END());
 }
 
-bool Engine::hasTooManyTransactions() const {
+std::size_t Engine::transactions() const {
   usize_t incoming = 0;
   usize_t outgoing = 0;
   nta_agent_get_stats(agent_.get(), NTATAG_S_IRQ_HASH_USED_REF(incoming),
                       NTATAG_S_ORQ_HASH_USED_REF(outgoing), TAG_END());
-  return incoming + outgoing >= options_.maxTransactions;
+  return incoming + outgoing;
 }
 
 std::optional<Limit> Engine::limitOfInvites() {

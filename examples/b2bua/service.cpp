@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "engine.h"
+#include "monitor.h"
 #include "serviceManager.h"
 
 namespace b2bua {
@@ -46,6 +47,8 @@ class Service {
  private:
   /// Lets the engine work for a while, and does what signals asked for.
   void step();
+  /// Shows how the engine is, each second.
+  void show();
   void reload();
   void drain();
 
@@ -55,16 +58,25 @@ class Service {
   StateStore store_{options_.state};
   const Owned<su_root_t> root_{su_root_create(nullptr)};
   Engine engine_{root_.get(), options_, store_, log_};
+  Monitor monitor_{options_.http};
   ServiceManager manager_;
+  PerSecond shown_;
 };
 
 void Service::step() {
   su_root_step(root_.get(), kLongestWait);
   engine_.tend();
   manager_.alive(engine_.calls());
+  show();
   if (countersAsked != 0) engine_.showCounters();
   countersAsked = 0;
   if (hungUp != 0) reload();
+}
+
+void Service::show() {
+  if (shown_.sum() > 0) return;
+  shown_.add();
+  monitor_.show(engine_.snapshot());
 }
 
 /// A policy that cannot be used leaves the old one in force.
@@ -86,12 +98,15 @@ void Service::reload() {
 void Service::drain() {
   const auto end = Clock::now() + std::chrono::seconds(options_.drainSeconds);
   engine_.drain();
+  monitor_.show(engine_.snapshot());
   log_.write("draining", {{"calls", std::to_string(engine_.calls())}});
   while (engine_.calls() > 0 && interrupted == 0 && terminations < 2 && Clock::now() < end) step();
 }
 
 void Service::run() {
+  show();
   std::printf("ready %s\n", engine_.address().c_str());
+  if (monitor_.port() != 0) std::printf("http %d\n", monitor_.port());
   std::fflush(stdout);
   manager_.ready();
   while (terminations == 0 && interrupted == 0) step();

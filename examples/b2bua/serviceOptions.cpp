@@ -27,6 +27,9 @@ void addServiceOptions(CLI::App& app, Options& options) {
   app.add_option("--log", options.logFile, "file instead of standard error");
   app.add_option("--log-format", options.logFormat, "text, or json: an object a line")
       ->transform(CLI::CheckedTransformer(kLogFormats).description(""));
+  app.add_option("--http", options.http,
+                 "HOST:PORT of /metrics, /healthz and /readyz; port 0 takes a free one")
+      ->check(checkEndpoint);
   app.add_option("--drain-seconds", options.drainSeconds, "that running calls have after SIGTERM")
       ->capture_default_str();
   app.add_flag("--show", options.show, "each body before and after on standard output");

@@ -1,0 +1,113 @@
+#include "monitor.h"
+
+#include <httplib.h>
+
+#include <atomic>
+#include <csignal>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
+
+#include "options.h"
+
+namespace b2bua {
+
+namespace {
+
+constexpr std::size_t kThreads = 4;
+constexpr std::chrono::seconds kLongestRequest{2};
+constexpr std::chrono::seconds kOldestSnapshot{3};  ///< of a loop that lives; there is one each second
+constexpr const char* kMetricsType = "text/plain; version=0.0.4; charset=utf-8";
+
+void tell(httplib::Response& response, const std::string& trouble) {
+  response.status = trouble.empty() ? 200 : 503;
+  response.set_content((trouble.empty() ? "ok" : trouble) + "\n", "text/plain");
+}
+
+}  // namespace
+
+struct Monitor::Server {
+  httplib::Server http;
+  std::thread thread;
+  std::atomic<bool> ended{false};
+  std::mutex mutex;
+  Snapshot snapshot;  ///< guarded by `mutex`
+  int port = 0;
+
+  /// Without the library's own table of paths, which are regular expressions.
+  void answer(const httplib::Request& request, httplib::Response& response);
+};
+
+void Monitor::Server::answer(const httplib::Request& request, httplib::Response& response) {
+  std::unique_lock lock(mutex);
+  const Snapshot now = snapshot;
+  lock.unlock();
+  const bool stands = std::chrono::steady_clock::now() - now.time > kOldestSnapshot;
+  const std::string trouble = stands ? "the engine does not work" : "";
+  if (request.method != "GET" && request.method != "HEAD") {
+    response.status = 405;
+  } else if (request.path == "/metrics") {
+    response.set_content(metricsOf(now), kMetricsType);
+  } else if (request.path == "/healthz") {
+    tell(response, trouble);
+  } else if (request.path == "/readyz") {
+    tell(response, stands ? trouble : now.notReady);
+  } else {
+    response.status = 404;
+  }
+}
+
+Monitor::Monitor(const std::string& address) {
+  if (address.empty()) return;
+  server_ = std::make_unique<Server>();
+  Server& server = *server_;
+  server.http.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
+  server.http.set_read_timeout(kLongestRequest);
+  server.http.set_keep_alive_max_count(1);
+  server.http.set_payload_max_length(0);
+  // Two engines do not share a port, which is the library's own way.
+  server.http.set_socket_options([](socket_t socket) {
+    const int yes = 1;
+    setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+  });
+  server.http.set_pre_routing_handler([&server](const auto& request, auto& response) {
+    server.answer(request, response);
+    return httplib::Server::HandlerResponse::Handled;
+  });
+  const int port = std::stoi(address.substr(address.rfind(':') + 1));
+  server.port = port;
+  if (port == 0) {
+    server.port = server.http.bind_to_any_port(hostOf(address));
+  } else if (!server.http.bind_to_port(hostOf(address), port)) {
+    server.port = -1;
+  }
+  if (server.port < 0) throw std::runtime_error("cannot listen at " + address);
+  // Signals are for the main thread.
+  sigset_t all;
+  sigset_t former;
+  sigfillset(&all);
+  pthread_sigmask(SIG_SETMASK, &all, &former);
+  server.thread = std::thread([&server] {
+    server.http.listen_after_bind();
+    server.ended = true;
+  });
+  pthread_sigmask(SIG_SETMASK, &former, nullptr);
+}
+
+Monitor::~Monitor() {
+  if (!server_) return;
+  // Before it listens, it would not hear that it is to stop.
+  while (!server_->http.is_running() && !server_->ended) std::this_thread::yield();
+  server_->http.stop();
+  server_->thread.join();
+}
+
+int Monitor::port() const { return server_ ? server_->port : 0; }
+
+void Monitor::show(const Snapshot& snapshot) {
+  if (!server_) return;
+  const std::lock_guard lock(server_->mutex);
+  server_->snapshot = snapshot;
+}
+
+}  // namespace b2bua

@@ -6,9 +6,20 @@
 namespace b2bua {
 
 /// Why something was not taken.
-enum class Limit { calls, invites, transactions, unknownTags, draining };
+enum class Limit {
+  calls,
+  invites,
+  transactions,
+  unknownTags,
+  draining,
+  callsOfSource,
+  messagesOfSource,
+  memory
+};
 
-inline constexpr std::array kLimitNames = {"calls", "invites", "transactions", "unknown-tags", "draining"};
+inline constexpr std::array kLimitNames = {
+    "calls",    "invites",          "transactions",        "unknown-tags",
+    "draining", "calls-per-source", "messages-per-source", "memory"};
 
 struct Counters {
   unsigned long calls = 0;

@@ -28,6 +28,9 @@ Engine::Engine(su_root_t* root, const Options& options, StateStore& store, Log& 
   if (address() == options.target) throw std::runtime_error("--target is the engine itself");
   everySecond_.reset(su_timer_create(su_root_task(root), 1'000));
   su_timer_set_for_ever(everySecond_.get(), onSecond, this);
+  gate_.open(address());
+  sources_.trust(hostOf(options.target));
+  for (const std::string& address : options.trusted) sources_.trust(address);
   listener_.engine = this;
   elsewhere_ = "sip:" + randomText() + ".invalid";
 }
@@ -41,13 +44,19 @@ void Engine::note(const Call& call, std::string_view event, const Members& membe
   log_.write(event, members, level, call.id);
 }
 
+unsigned long Engine::malformed() const {
+  unsigned int malformed = 0;
+  nta_agent_get_stats(agent_.get(), NTATAG_S_BAD_MESSAGE_REF(malformed), TAG_END());
+  return malformed;
+}
+
+void Engine::sift() { counters_.of(Limit::messagesOfSource) += gate_.sift(malformed()); }
+
 Snapshot Engine::snapshot() const {
   Snapshot snapshot{std::chrono::steady_clock::now(), counters_, setupTimes_};
-  unsigned int malformed = 0;
   unsigned int messages = 0;
-  nta_agent_get_stats(agent_.get(), NTATAG_S_BAD_MESSAGE_REF(malformed), NTATAG_S_RECV_MSG_REF(messages),
-                      TAG_END());
-  snapshot.counters.malformed = malformed;
+  nta_agent_get_stats(agent_.get(), NTATAG_S_RECV_MSG_REF(messages), TAG_END());
+  snapshot.counters.malformed = malformed();
   snapshot.messages = messages;
   snapshot.calls = calls_.size();
   snapshot.transactions = transactions();

@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "call.h"
+#include "gate.h"
 #include "log.h"
 #include "options.h"
 #include "perSecond.h"
@@ -36,6 +37,8 @@ class Engine {
   /// Looks after what the store has of the calls; to be called often.
   void tend();
   Snapshot snapshot() const;
+  /// Drops what has come and is beyond the limits of its source; to be called whenever messages may have come.
+  void sift();
 
  private:
   // requests (requests.cpp)
@@ -48,8 +51,12 @@ class Engine {
   nta_incoming_t* openTransaction(const Leg& leg, Owned<msg_t> message);
   std::size_t transactions() const;
   bool hasTooManyTransactions() const { return transactions() >= options_.maxTransactions; }
-  /// @return why no INVITE is taken now; none when one is
-  std::optional<Limit> limitOfInvites();
+  unsigned long malformed() const;
+  /// @return why no INVITE of a new call is taken now; none when one is
+  std::optional<Limit> limitOfCalls(const sockaddr& source);
+  /// @return why no INVITE within a call is taken now
+  std::optional<Limit> limitOfReoffers();
+  bool hasTooMuchMemory();
   /// Refuses a request because of a limit, and tells when to try again.
   void turnAway(Owned<msg_t> message, Limit limit);
   /// @return the dialog of a request, null when there is none
@@ -165,6 +172,11 @@ class Engine {
   std::string elsewhere_;   ///< a URL to which nobody sends
   sdp::Document incoming_;  ///< the last body from outside
   PerSecond invites_;
+  PerSecond reoffers_;
+  PerSecond memoryReads_;
+  std::size_t memory_ = 0;  ///< resident, read within the last second
+  Sources sources_;
+  Gate gate_{sources_, options_.maxMessagesPerSource};
   PerSecond unknownTags_;  ///< asked for in the store, in vain
   std::deque<std::string>
       toLookAfter_;  ///< IDs of calls that the store may not have, or of ended ones that it may have

@@ -50,6 +50,10 @@ struct Options {
   std::size_t maxCalls = 10'000;
   unsigned int maxInvites = 400;          ///< per second
   unsigned int maxTransactions = 60'000;  ///< at a time, those that are only remembered included
+  unsigned int maxCallsPerSource = 0;     ///< per second; 0 for any number, here and below
+  unsigned int maxMessagesPerSource = 0;  ///< per second
+  unsigned int maxMemory = 0;             ///< MB
+  std::vector<std::string> trusted;       ///< addresses that may send any number
   unsigned int drainSeconds = 0;          ///< that running calls have after SIGTERM
   SessionLimits session;
   bool show = false;

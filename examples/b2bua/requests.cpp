@@ -57,6 +57,10 @@ std::string randomText() {
 /// What belongs to no transaction.
 int Engine::onMessage(Engine* engine, nta_agent_t*, msg_t* message, sip_t* content) {
   Owned<msg_t> owner(message);
+  if (engine->gate_.isBeyond(msg_addr(message)->su_sa)) {
+    ++engine->counters_.of(Limit::messagesOfSource);
+    return 0;
+  }
   // Responses come too late.
   if (content == nullptr || content->sip_request == nullptr) return 0;
   if (content->sip_request->rq_method == sip_method_ack) {
@@ -80,16 +84,42 @@ std::size_t Engine::transactions() const {
   return incoming + outgoing;
 }
 
-std::optional<Limit> Engine::limitOfInvites() {
+bool Engine::hasTooMuchMemory() {
+  constexpr std::size_t kMegabyte = 1 << 20;
+  if (options_.maxMemory == 0) return false;
+  if (memoryReads_.sum() == 0) {
+    memoryReads_.add();
+    memory_ = residentMemory();
+  }
+  return memory_ > options_.maxMemory * kMegabyte;
+}
+
+/// The last tenth of the transactions is for calls that are there.
+std::optional<Limit> Engine::limitOfCalls(const sockaddr& source) {
+  if (stopping_) return Limit::draining;
+  SourceCounts* const counts = sources_.of(source);
+  if (counts != nullptr && options_.maxCallsPerSource != 0 && counts->calls >= options_.maxCallsPerSource)
+    return Limit::callsOfSource;
+  if (calls_.size() >= options_.maxCalls) return Limit::calls;
   if (invites_.sum() >= options_.maxInvites) return Limit::invites;
-  if (hasTooManyTransactions()) return Limit::transactions;
+  if (transactions() >= options_.maxTransactions - options_.maxTransactions / 10) return Limit::transactions;
+  if (hasTooMuchMemory()) return Limit::memory;
+  if (counts != nullptr) ++counts->calls;
   invites_.add();
+  return std::nullopt;
+}
+
+/// However many calls somebody begins, those that are there have their own share.
+std::optional<Limit> Engine::limitOfReoffers() {
+  if (reoffers_.sum() >= options_.maxInvites) return Limit::invites;
+  if (hasTooManyTransactions()) return Limit::transactions;
+  reoffers_.add();
   return std::nullopt;
 }
 
 void Engine::turnAway(Owned<msg_t> message, Limit limit) {
   ++counters_.of(limit);
-  const bool soon = limit == Limit::invites;
+  const bool soon = limit == Limit::invites || limit == Limit::callsOfSource;
   reply(std::move(message), 503, std::string("Retry-After: ") + (soon ? "1" : "10"));
 }
 
@@ -129,7 +159,7 @@ void Engine::onRequestInDialog(Leg& leg, Owned<msg_t> message, const sip_t& requ
   if (request.sip_cseq->cs_seq < leg.remoteCseq) return reply(std::move(message), 500);
   if (request.sip_request->rq_method == sip_method_update) return onUpdate(leg, std::move(message), request);
   if (!bye && leg.call->exchange) return reply(std::move(message), 491);
-  if (const auto limit = bye ? std::nullopt : limitOfInvites()) return turnAway(std::move(message), *limit);
+  if (const auto limit = bye ? std::nullopt : limitOfReoffers()) return turnAway(std::move(message), *limit);
   leg.remoteCseq = request.sip_cseq->cs_seq;
   if (bye && hasTooManyTransactions()) {
     reply(std::move(message), 200);
@@ -148,9 +178,8 @@ void Engine::onRequestInDialog(Leg& leg, Owned<msg_t> message, const sip_t& requ
 void Engine::onFirstInvite(Owned<msg_t> message, const sip_t& invite) {
   if (invite.sip_contact == nullptr || invite.sip_from->a_tag == nullptr)
     return reply(std::move(message), 400);
-  if (stopping_) return turnAway(std::move(message), Limit::draining);
-  if (calls_.size() >= options_.maxCalls) return turnAway(std::move(message), Limit::calls);
-  if (const auto limit = limitOfInvites()) return turnAway(std::move(message), *limit);
+  if (const auto limit = limitOfCalls(msg_addr(message.get())->su_sa))
+    return turnAway(std::move(message), *limit);
   ++counters_.calls;
   const std::string id = randomText();
   Call& call = addCall(id);

@@ -64,6 +64,7 @@ class Service {
 };
 
 void Service::step() {
+  engine_.sift();
   su_root_step(root_.get(), kLongestWait);
   engine_.tend();
   manager_.alive(engine_.calls());

@@ -19,6 +19,16 @@ void addLimitOptions(CLI::App& app, Options& options) {
   app.add_option("--max-transactions", options.maxTransactions,
                  "at a time, with those of the last 32 seconds")
       ->capture_default_str();
+  app.add_option("--max-calls-per-source", options.maxCallsPerSource,
+                 "new ones in a second; 0 for any number")
+      ->capture_default_str();
+  app.add_option("--max-messages-per-source", options.maxMessagesPerSource, "in a second; 0 for any number")
+      ->capture_default_str();
+  app.add_option("--max-memory", options.maxMemory, "MB with which further calls are taken; 0 for any")
+      ->capture_default_str();
+  app.add_option("--trusted", options.trusted, "addresses without limits of their own, with commas")
+      ->delimiter(',')
+      ->check(checkAddress);
 }
 
 void addServiceOptions(CLI::App& app, Options& options) {

@@ -15,6 +15,7 @@ struct Leg;
 #define NTA_INCOMING_MAGIC_T b2bua::Leg
 #define NTA_OUTGOING_MAGIC_T b2bua::Leg
 #define NTA_RELIABLE_MAGIC_T b2bua::Leg
+#include <sofia-sip/msg_addr.h>
 #include <sofia-sip/nta.h>
 #include <sofia-sip/nta_stateless.h>
 #include <sofia-sip/nta_tag.h>

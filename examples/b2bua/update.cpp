@@ -24,7 +24,7 @@ void Engine::onUpdate(Leg& leg, Owned<msg_t> message, const sip_t& update) {
     const bool own = call.exchange->incoming && call.exchange->from == leg.side;
     return own ? reply(std::move(message), 500, retryAfter()) : reply(std::move(message), 491);
   }
-  if (const auto limit = limitOfInvites()) return turnAway(std::move(message), *limit);
+  if (const auto limit = limitOfReoffers()) return turnAway(std::move(message), *limit);
   leg.remoteCseq = update.sip_cseq->cs_seq;
   takeTarget(leg, update);
   nta_incoming_t* const transaction = openTransaction(leg, std::move(message));

@@ -46,8 +46,9 @@ std::string toTagOf(const std::string& message) {
   return tag == std::string::npos ? "" : to.substr(tag, to.find(';', tag + 1) - tag);
 }
 
-RawParty::RawParty() : descriptor_(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
-  sockaddr_in own = addressOf("127.0.0.1:0");
+RawParty::RawParty(const std::string& host)
+    : host_(host), descriptor_(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
+  sockaddr_in own = addressOf(host + ":0");
   socklen_t length = sizeof own;
   if (bind(descriptor_, reinterpret_cast<const sockaddr*>(&own), sizeof own) != 0 ||
       getsockname(descriptor_, reinterpret_cast<sockaddr*>(&own), &length) != 0) {

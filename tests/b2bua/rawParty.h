@@ -24,13 +24,14 @@ struct RawRequest {
 /// beforehand.
 class RawParty {
  public:
-  RawParty();
+  /// @param host  an address of the loopback network
+  explicit RawParty(const std::string& host = "127.0.0.1");
   ~RawParty();
   RawParty(const RawParty&) = delete;
   RawParty& operator=(const RawParty&) = delete;
 
   const std::string& port() const { return port_; }
-  std::string address() const { return "127.0.0.1:" + port_; }
+  std::string address() const { return host_ + ":" + port_; }
 
   void send(const std::string& to, const std::string& message) const;
   /// @param start  of the message
@@ -49,6 +50,7 @@ class RawParty {
                       const std::string& body = "") const;
 
  private:
+  std::string host_;
   int descriptor_ = -1;
   std::string port_;
 };

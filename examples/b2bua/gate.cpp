@@ -1,0 +1,76 @@
+#include "gate.h"
+
+#include <netdb.h>
+#include <unistd.h>
+
+#include <utility>
+
+namespace b2bua {
+
+namespace {
+
+constexpr int kMostAtOnce = 2'000;  ///< timers want their turn
+constexpr unsigned long kMostMalformed =
+    100;  ///< of a source in a second; then it is not heard for the rest of it
+
+/// @return the address of a UDP socket as HOST:PORT; empty for other descriptors
+std::string addressOf(int descriptor) {
+  int type = 0;
+  socklen_t length = sizeof type;
+  if (getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &length) != 0 || type != SOCK_DGRAM) return "";
+  sockaddr_storage address{};
+  length = sizeof address;
+  char host[NI_MAXHOST] = "";
+  char port[NI_MAXSERV] = "";
+  const auto* const name = reinterpret_cast<const sockaddr*>(&address);
+  if (getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &length) != 0 ||
+      getnameinfo(name, length, host, sizeof host, port, sizeof port, NI_NUMERICHOST | NI_NUMERICSERV) != 0)
+    return "";
+  const bool six = address.ss_family == AF_INET6;
+  return (six ? "[" : "") + std::string(host) + (six ? "]:" : ":") + port;
+}
+
+}  // namespace
+
+/// The stack does not tell its descriptor.
+void Gate::open(const std::string& address) {
+  const auto most = static_cast<int>(sysconf(_SC_OPEN_MAX));
+  for (socket_ = 0; socket_ < most; ++socket_) {
+    if (addressOf(socket_) == address) return;
+  }
+  socket_ = -1;
+}
+
+bool Gate::mayCome(const SourceCounts& counts) const {
+  return counts.malformed <= kMostMalformed && (mostMessages_ == 0 || counts.messages <= mostMessages_);
+}
+
+unsigned long Gate::sift(unsigned long malformed) {
+  const auto* const source = reinterpret_cast<const sockaddr*>(&next_);
+  const bool wasMalformed = std::exchange(malformed_, malformed) != malformed;
+  if (SourceCounts* const counts = isNextKnown_ && wasMalformed ? sources_.of(*source) : nullptr)
+    ++counts->malformed;
+  isNextKnown_ = false;
+  for (unsigned long dropped = 0;; ++dropped) {
+    char first = 0;
+    socklen_t length = sizeof next_;
+    if (dropped == kMostAtOnce || recvfrom(socket_, &first, 1, MSG_PEEK | MSG_DONTWAIT,
+                                           reinterpret_cast<sockaddr*>(&next_), &length) < 0)
+      return dropped;
+    SourceCounts* const counts = sources_.of(*source);
+    if (counts != nullptr) ++counts->messages;
+    isNextKnown_ = counts == nullptr || mayCome(*counts);
+    if (isNextKnown_) return dropped;
+    recv(socket_, &first, 1, MSG_DONTWAIT);
+  }
+}
+
+bool Gate::isBeyond(const sockaddr& address) {
+  if (std::exchange(isNextKnown_, false)) return false;
+  SourceCounts* const counts = sources_.of(address);
+  if (counts == nullptr) return false;
+  ++counts->messages;
+  return !mayCome(*counts);
+}
+
+}  // namespace b2bua

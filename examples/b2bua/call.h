@@ -71,11 +71,14 @@ struct Exchange {
   unsigned int repetitions = 0;  ///< of the INVITE that went out, since the session was to last longer
   unsigned int provisional = 0;  ///< responses that came
   std::map<std::string, unsigned long>
-      reliable;                 ///< number of the last one of each early dialog that had a PRACK
-  std::string early;            ///< body of one, when it could be used
-  bool bodyOnWay = false;       ///< that of a provisional response
-  bool unacknowledged = false;  ///< the one that went back waits for its PRACK
-  Owned<msg_t> waiting;         ///< the response that came last meanwhile
+      reliable;                   ///< number of the last one of each early dialog that had a PRACK
+  std::string early;              ///< body of one, when it could be used
+  bool bodyOnWay = false;         ///< that of a provisional response
+  bool answeredReliably = false;  ///< the target has its PRACK for it
+  bool settled = false;           ///< and from the caller the engine has one
+  bool updated = false;           ///< by an UPDATE since
+  bool unacknowledged = false;    ///< the one that went back waits for its PRACK
+  Owned<msg_t> waiting;           ///< the response that came last meanwhile
   OfferChanges changes{};
   std::array<Body, 2> received;  ///< from each side
   std::array<Body, 2> sent;      ///< to each side
@@ -106,6 +109,7 @@ struct Call {
   bool lookedAfter = false;  ///< it is in the queue for that
   bool takenOver = false;    ///< from another process
   std::optional<Exchange> exchange;
+  std::optional<Exchange> aside;  ///< that of the first INVITE, while one of an UPDATE is in its place
 };
 
 }  // namespace b2bua

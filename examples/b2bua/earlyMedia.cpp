@@ -3,6 +3,7 @@
 // one waits.
 
 #include <cstring>
+#include <utility>
 
 #include "engine.h"
 #include "multipart.h"
@@ -66,6 +67,7 @@ bool Engine::sendPrack(Call& call, const sip_t& response) {
   exchange.reliable[tag] = number;
   Leg& leg = call.legs[otherOf(exchange.from)];
   enterDialog(leg, response);
+  takeAllow(leg, response);
   const std::string invite = std::to_string(nta_outgoing_cseq(exchange.outgoing.get())) + " INVITE";
   Owned<nta_outgoing_t>(send(leg, SIP_METHOD_PRACK, ++leg.cseq, "", nullptr, nullptr,
                              "RAck: " + std::to_string(number) + " " + invite));
@@ -75,12 +77,14 @@ bool Engine::sendPrack(Call& call, const sip_t& response) {
 void Engine::passOn(Call& call, const sip_t& response) {
   Exchange& exchange = *call.exchange;
   const int status = response.sip_status->st_status;
+  if (exchange.updated) return answer(call, status);
   // The caller has no offer yet that a body could answer.
   const std::string body = exchange.kind == Kind::relayed ? sdpOf(response).value_or("") : "";
   if (body.empty() || exchange.isKnown(body))
     return answer(call, status, body.empty() ? "" : textOf(exchange.sent[exchange.from]));
   exchange.early = body;
   exchange.bodyOnWay = true;
+  exchange.answeredReliably = isReliable(response);
   takeBody(call, otherOf(exchange.from), body, true, [this, status](Call& taken, const BodyRefusal& refusal) {
     Exchange& current = *taken.exchange;
     Body& sent = current.sent[current.from];
@@ -104,8 +108,11 @@ void Engine::goOn(Call& call) {
   if (!exchange.waiting || exchange.waits() || exchange.cancelled) return;
   const Owned<msg_t> next = std::move(exchange.waiting);
   const sip_t& response = *sip_object(next.get());
-  if (response.sip_status->st_status < 200) {
+  const int status = response.sip_status->st_status;
+  if (status < 200) {
     passOn(call, response);
+  } else if (!std::exchange(exchange.concluded, true)) {  // it came while the INVITE was put aside
+    status < 300 ? onSuccess(call, response) : onFailure(call, response);
   } else {
     takeAnswer(call, response);
   }
@@ -144,7 +151,9 @@ int Engine::onPrack(nta_reliable_magic_t* leg, nta_reliable_t* response, nta_inc
   Call& call = *leg->call;
   leg->remoteCseq = std::max(leg->remoteCseq, request->sip_cseq->cs_seq);
   if (!call.exchange) return 0;
-  call.exchange->unacknowledged = false;
+  Exchange& exchange = *call.exchange;
+  exchange.unacknowledged = false;
+  exchange.settled = exchange.answeredReliably && !exchange.early.empty();
   leg->engine->goOn(call);
   return 0;
 }

@@ -137,6 +137,7 @@ void Engine::leave(Call& call) {
 
 void Engine::onBye(Leg& leg) {
   Call& call = *leg.call;
+  abandonUpdate(call);
   if (!call.established && !call.exchange->answered) {
     if (leg.side == kCaller) return onCancel(call);
     // It has hung up while its body was on its way.
@@ -199,6 +200,7 @@ void Engine::finish() {
   std::vector<Call*> calls;
   for (auto& [id, call] : calls_) calls.push_back(&call);
   for (Call* const call : calls) {
+    abandonUpdate(*call);
     if (call->established ? !store_.isUsed() : call->exchange->answered) {
       end(*call, "it stops");
     } else if (!call->established) {

@@ -121,8 +121,15 @@ class Engine {
                      const sip_t* request);
   void onNoPrack(Call& call);
 
-  // UPDATE (update.cpp)
+  // UPDATE (update.cpp, earlyUpdate.cpp)
   void onUpdate(Leg& leg, Owned<msg_t> message, const sip_t& update);
+  static bool mayUpdateEarly(const Call& call, const Leg& leg);
+  static void putAside(Call& call);
+  void takeEarlyOffer(Call& call, const std::string& body);
+  static int onEarlyUpdateResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response);
+  void concludeUpdate(Call& call, int status);
+  void abandonUpdate(Call& call);
+  void onResponseAside(Call& call, nta_outgoing_t* invite, int status);
   void onSignOfLife(Leg& leg, Owned<msg_t> message, const sip_t& update);
 
   // session timers (sessionRefresh.cpp)

@@ -119,8 +119,12 @@ void Engine::sendAck(Call& call, const std::string& body) {
 int Engine::onInviteResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response) {
   Engine& engine = *leg->engine;
   Call& call = *leg->call;
-  if (!call.exchange || call.exchange->outgoing.get() != transaction || call.exchange->concluded) return 0;
   const int status = response->sip_status->st_status;
+  if (call.aside && call.aside->outgoing.get() == transaction) {
+    engine.onResponseAside(call, transaction, status);
+    return 0;
+  }
+  if (!call.exchange || call.exchange->outgoing.get() != transaction || call.exchange->concluded) return 0;
   call.exchange->concluded = status >= 200;
   if (status >= 300) {
     engine.onFailure(call, *response);
@@ -140,7 +144,7 @@ void Engine::onSuccess(Call& call, const sip_t& response) {
   takeAllow(leg, response);
   agreeByResponse(options_.session, response, leg.timer);
   // The party has it now, whatever becomes of its answer; until that is known, no answer is kept.
-  if (exchange.sent[side].isSdpPresent()) leg.sent = exchange.sent[side];
+  if (exchange.sent[side].isSdpPresent() && !exchange.updated) leg.sent = exchange.sent[side];
   for (Leg& each : call.legs) each.answered = false;
   if (exchange.cancelled) return giveUp(call);
   if (!exchange.waits()) return takeAnswer(call, response);
@@ -152,6 +156,7 @@ void Engine::takeAnswer(Call& call, const sip_t& response) {
   Exchange& exchange = *call.exchange;
   const Side side = otherOf(exchange.from);
   const std::string body = sdpOf(response).value_or(bodyOf(response));
+  if (exchange.updated) return answer(call, 200);  // What was agreed by UPDATE counts.
   // It was given before, or is the same as then.
   if (exchange.isKnown(body)) return answer(call, 200, textOf(exchange.sent[exchange.from]));
   if (exchange.kind == Kind::dummyReplaced) return onDummyReplaced(call, body);
@@ -223,14 +228,15 @@ void Engine::answer(Call& call, int status, const std::string& body, const std::
     all = std::string(kAllow) + "\r\n" + agreeTimer(call.legs[exchange.from], *sip_object(request.get()));
   }
   // All bodies are known, so another process can go on from here, even with the ACK.
-  if (exchange.answered && (exchange.kind == Kind::relayed || exchange.kind == Kind::local)) agree(call);
+  if (exchange.answered && !call.aside && (exchange.kind == Kind::relayed || exchange.kind == Kind::local))
+    agree(call);
   if (status < 200 && answerReliably(call, status, body, all)) return;
   nta_incoming_treply(exchange.incoming.get(), status, sip_status_phrase(status),
                       TAG_IF(status < 300, SIPTAG_CONTACT(nta_agent_contact(agent_.get()))),
                       TAG_IF(!all.empty(), SIPTAG_HEADER_STR(all.c_str())),
                       TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp)),
                       TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str())), TAG_END());
-  if (exchange.update && exchange.answered) complete(call);
+  if (exchange.update && exchange.answered && !call.aside) complete(call);
 }
 
 void Engine::fail(Call& call, int status, const std::string& header) {
@@ -244,6 +250,7 @@ void Engine::fail(Call& call, int status, const std::string& header) {
 int Engine::onAckOrCancel(Leg* leg, nta_incoming_t* transaction, const sip_t* request) {
   Engine& engine = *leg->engine;
   Call& call = *leg->call;
+  if (call.aside && call.aside->incoming.get() == transaction) engine.abandonUpdate(call);
   if (!call.exchange || call.exchange->incoming.get() != transaction) return 0;
   if (request != nullptr && request->sip_request->rq_method == sip_method_cancel) {
     engine.onCancel(call);
@@ -300,7 +307,7 @@ void Engine::agree(Call& call) {
   Exchange& exchange = *call.exchange;
   exchange.agreed = true;
   for (Leg& leg : call.legs) {
-    if (exchange.cancelled) break;
+    if (exchange.cancelled || exchange.updated) break;
     if (exchange.received[leg.side].isSdpPresent()) leg.received = exchange.received[leg.side];
     if (!exchange.sent[leg.side].isSdpPresent()) continue;
     leg.sent = exchange.sent[leg.side];

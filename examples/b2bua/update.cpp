@@ -19,7 +19,8 @@ void Engine::onUpdate(Leg& leg, Owned<msg_t> message, const sip_t& update) {
   if (!body) return reply(std::move(message), 415, "Accept: application/sdp");
   if (body->empty()) return onSignOfLife(leg, std::move(message), update);
   Call& call = *leg.call;
-  if (call.exchange) {
+  const bool early = call.exchange && mayUpdateEarly(call, leg);
+  if (call.exchange && !early) {
     // An offer of its own that has no answer yet, or one that the party has not answered.
     const bool own = call.exchange->incoming && call.exchange->from == leg.side;
     return own ? reply(std::move(message), 500, retryAfter()) : reply(std::move(message), 491);
@@ -29,12 +30,13 @@ void Engine::onUpdate(Leg& leg, Owned<msg_t> message, const sip_t& update) {
   takeTarget(leg, update);
   nta_incoming_t* const transaction = openTransaction(leg, std::move(message));
   if (transaction == nullptr) return;
+  if (early) putAside(call);
   Exchange& exchange = beginExchange(call, Kind::relayed);
   exchange.from = leg.side;
   exchange.update = true;
   exchange.incoming.reset(transaction);
   ++counters_.reoffers;
-  takeOffer(call, *body);
+  early ? takeEarlyOffer(call, *body) : takeOffer(call, *body);
 }
 
 /// Answered without a transaction.

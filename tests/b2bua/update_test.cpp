@@ -1,3 +1,5 @@
+#include <csignal>
+
 #include "../testFiles.h"
 #include "twoParties.h"
 
@@ -139,4 +141,123 @@ TEST_F(Updates, AStormOfThemIsLimited) {
   EXPECT_NE(atCaller("SIP/2.0 200 ", "CSeq: 2 UPDATE"), "");
   EXPECT_EQ(atTarget("UPDATE ", "", kSilence), "");
   EXPECT_EQ(engine_->counters().at("active"), 1);
+}
+
+namespace {
+
+/// A call that is not answered yet, but whose parties have agreed about it reliably.
+class EarlyUpdates : public Updates {
+ protected:
+  void agree(const std::string& allowed = "Allow: UPDATE\r\n") {
+    start();
+    invited_ = invite({.body = kOffer, .header = allowed + "Supported: 100rel\r\n"});
+    answer(invited_, "183 Session Progress\r\nAllow: UPDATE\r\nRequire: 100rel\r\nRSeq: 1", kAnswer);
+    answer(atTarget("PRACK "), "200 OK");
+    const std::string early = atCaller("SIP/2.0 183 ");
+    tag_ = toTagOf(early);
+    const std::string rack = "RAck: " + headerOf(early, "RSeq") + " 1 INVITE\r\n";
+    EXPECT_EQ(statusOf(ask({.method = "PRACK", .cseq = 2, .toTag = tag_, .header = rack})), 200);
+  }
+
+  void hold() const {
+    caller_.request(engine_->address(), {.method = "UPDATE", .cseq = 3, .toTag = tag_, .body = kHold});
+  }
+};
+
+}  // namespace
+
+TEST_F(EarlyUpdates, AnOfferGoesOnBeforeTheCallIsAnswered) {
+  agree();
+  hold();
+  const std::string update = atTarget("UPDATE ");
+  EXPECT_EQ(contentOf(update), kHold);
+  EXPECT_EQ(headerOf(update, "CSeq"), "3 UPDATE");
+  answer(update, "200 OK", kHeld);
+  EXPECT_EQ(contentOf(atCaller("SIP/2.0 200 ", "CSeq: 3 UPDATE")), kHeld);
+  // And back.
+  const std::string resumed = replaced(kAnswer, "33 9 IN", "33 11 IN");
+  requestOfTarget("UPDATE", 1, resumed);
+  const std::string back = atCaller("UPDATE ");
+  EXPECT_EQ(contentOf(back), resumed);
+  caller_.respond(engine_->address(), back, "200 OK", replaced(kOffer, "21 4 IN", "21 6 IN"));
+  EXPECT_EQ(contentOf(atTarget("SIP/2.0 200 ", "CSeq: 1 UPDATE")), replaced(kOffer, "21 4 IN", "21 6 IN"));
+  // The 200 says nothing new, and what follows goes on from what was agreed last.
+  answer(invited_, "200 OK", kAnswer);
+  EXPECT_EQ(contentOf(atCaller("SIP/2.0 200 ", "CSeq: 1 INVITE")), "");
+  caller_.request(engine_->address(), {.method = "ACK", .toTag = tag_});
+  EXPECT_NE(atTarget("ACK "), "");
+  const std::string again = invite({.cseq = 4, .toTag = tag_, .body = kHold});
+  EXPECT_EQ(contentOf(again), replaced(kHold, "21 5 IN", "21 7 IN"));
+}
+
+TEST_F(EarlyUpdates, ARefusalLeavesTheEarlySession) {
+  agree();
+  hold();
+  answer(atTarget("UPDATE "), "488 Not Acceptable Here");
+  EXPECT_NE(atCaller("SIP/2.0 488 ", "CSeq: 3 UPDATE"), "");
+  EXPECT_EQ(statusOf(ask({.method = "UPDATE", .cseq = 4, .toTag = tag_, .body = "hello"})), 488);
+  answer(invited_, "200 OK", kAnswer);
+  EXPECT_NE(atCaller("SIP/2.0 200 ", "CSeq: 1 INVITE"), "");
+}
+
+TEST_F(EarlyUpdates, WhoTakesNoneGetsNone) {
+  agree("");
+  requestOfTarget("UPDATE", 1, kHeld);
+  EXPECT_NE(atTarget("SIP/2.0 491 "), "");
+  EXPECT_EQ(atCaller("UPDATE ", "", kSilence), "");
+}
+
+TEST_F(EarlyUpdates, OffersThatMeetAreRefused) {
+  agree();
+  hold();
+  const std::string update = atTarget("UPDATE ");
+  EXPECT_EQ(statusOf(ask({.method = "UPDATE", .cseq = 4, .toTag = tag_, .body = kHold})), 500);
+  requestOfTarget("UPDATE", 1, kHeld);
+  EXPECT_NE(atTarget("SIP/2.0 491 "), "");
+  answer(update, "200 OK", kHeld);
+  EXPECT_EQ(contentOf(atCaller("SIP/2.0 200 ", "CSeq: 3 UPDATE")), kHeld);
+}
+
+// The 200 waits for the answer to the UPDATE.
+TEST_F(EarlyUpdates, ACallMayBeAnsweredWhileOneIsUnderWay) {
+  agree();
+  hold();
+  const std::string update = atTarget("UPDATE ");
+  answer(invited_, "200 OK", kAnswer);
+  EXPECT_EQ(atCaller("SIP/2.0 200 ", "CSeq: 1 INVITE", kSilence), "");
+  answer(update, "200 OK", kHeld);
+  EXPECT_EQ(contentOf(atCaller("SIP/2.0 200 ", "CSeq: 3 UPDATE")), kHeld);
+  EXPECT_EQ(contentOf(atCaller("SIP/2.0 200 ", "CSeq: 1 INVITE")), "");
+}
+
+TEST_F(EarlyUpdates, ACallMayFailWhileOneIsUnderWay) {
+  agree();
+  hold();
+  EXPECT_NE(atTarget("UPDATE "), "");
+  answer(invited_, "486 Busy Here");
+  EXPECT_NE(atCaller("SIP/2.0 500 ", "CSeq: 3 UPDATE"), "");
+  EXPECT_NE(atCaller("SIP/2.0 486 ", "CSeq: 1 INVITE"), "");
+  EXPECT_EQ(engine_->counters().at("active"), 0);
+}
+
+TEST_F(EarlyUpdates, ACallMayBeCancelledWhileOneIsUnderWay) {
+  agree();
+  hold();
+  EXPECT_NE(atTarget("UPDATE "), "");
+  EXPECT_EQ(statusOf(ask({.method = "CANCEL", .branch = "INVITE1"})), 200);
+  EXPECT_NE(atCaller("SIP/2.0 487 ", "CSeq: 1 INVITE"), "");
+  EXPECT_NE(atTarget("CANCEL "), "");
+  answer(invited_, "487 Request Terminated");
+  EXPECT_TRUE(waitUntil([&] { return engine_->counters().at("active") == 0; }, kLongestWait));
+}
+
+TEST_F(EarlyUpdates, AnEngineThatEndsEndsThemToo) {
+  agree();
+  hold();
+  EXPECT_NE(atTarget("UPDATE "), "");
+  engine_->process().signal(SIGTERM);
+  EXPECT_NE(atCaller("SIP/2.0 503 ", "CSeq: 1 INVITE"), "");
+  EXPECT_NE(atTarget("CANCEL "), "");
+  answer(invited_, "487 Request Terminated");
+  EXPECT_EQ(engine_->process().wait(kLongestWait), 0);
 }

@@ -69,8 +69,9 @@ bool Engine::sendPrack(Call& call, const sip_t& response) {
   enterDialog(leg, response);
   takeAllow(leg, response);
   const std::string invite = std::to_string(nta_outgoing_cseq(exchange.outgoing.get())) + " INVITE";
-  Owned<nta_outgoing_t>(send(leg, SIP_METHOD_PRACK, ++leg.cseq, "", nullptr, nullptr,
-                             "RAck: " + std::to_string(number) + " " + invite));
+  const Owned<nta_outgoing_t> prack(
+      send(leg, SIP_METHOD_PRACK, ++leg.cseq, "", nullptr, nullptr,
+           "RAck: " + std::to_string(number) + " " + invite));  // The stack repeats it.
   return true;
 }
 

@@ -12,8 +12,8 @@ namespace {
 using std::chrono::seconds;
 
 constexpr const char* kTimer = "timer";
-constexpr unsigned long kLongest = 7 * 86'400;  ///< what a party may ask for
-constexpr unsigned long kMargin = 32;           ///< before its end a session counts as over, a third at most
+constexpr unsigned long kLongest = 604'800;  ///< what a party may ask for
+constexpr unsigned long kMargin = 32;        ///< before its end a session counts as over, a third at most
 constexpr unsigned long kBetweenTries = 4;
 
 bool hasTimer(const msg_list_t* features) { return sip_has_feature(features, kTimer) != 0; }

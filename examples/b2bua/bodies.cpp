@@ -25,12 +25,79 @@ bool isUnchanged(const Body& offer, const Body& before) {
   return offer.compareSdpOLine(&before) == 0 && offer.compareSdpByBody(&before) == 0;
 }
 
+/// Browsers have port 9 where ICE tells the address, which the library takes for a mistake; the relay goes by ICE.
+std::string withIcePorts(std::string_view body) {
+  BodyLines lines(body);
+  const bool isInSession = lines.sections.front().has({"ice-ufrag"});
+  for (BodySection& section : lines.sections) {
+    if (section.port != "9" || !(isInSession || section.has({"ice-ufrag"}))) continue;
+    std::string& mLine = section.lines.front().bytes;
+    if (const std::size_t port = mLine.find(" 9 "); port != std::string::npos)
+      mLine.replace(port, 3, " " + std::to_string(kLowestPort) + " ");
+  }
+  return lines.text();
+}
+
+bool hasAnswer(const Leg& leg) { return leg.answered && leg.sent.isSdpPresent(); }
+
+/// One that will be answered from the store says nothing new to the media relay.
+bool isKnown(const Call& call, Side from, bool isAnswer) {
+  const Leg& leg = call.legs[from];
+  return !isAnswer && call.established && hasAnswer(leg) &&
+         isUnchanged(call.exchange->received[from], leg.received);
+}
+
 }  // namespace
 
 void Engine::takeBody(Call& call, Side from, const std::string& body, bool isAnswer, const BodyTaken& then) {
-  std::string reason = readBody(call, from, body, isAnswer);
-  if (reason.empty()) reason = finishBody(call, from, body, isAnswer);
-  then(call, {reason});
+  Exchange& exchange = *call.exchange;
+  BodyRefusal refusal{readBody(call, from, body, isAnswer)};
+  if (!refusal && !media_) refusal.reason = finishBody(call, from, body, isAnswer);
+  if (refusal || !media_ || isKnown(call, from, isAnswer)) return then(call, refusal);
+  call.relayed = exchange.relayed = true;
+  const auto onRelayed = [this, id = call.id, number = exchange.number, from, body, isAnswer, then](
+                             const std::string& relayed, BodyRefusal unrelayed) {
+    Call* const asked = callWith(id, number);
+    if (asked == nullptr) return;
+    if (!unrelayed) unrelayed = takeRelayed(*asked, from, relayed);
+    if (!unrelayed) unrelayed.reason = finishBody(*asked, from, body, isAnswer);
+    then(*asked, unrelayed);
+  };
+  media_->relay(call, from, isAnswer, textOf(exchange.sent[otherOf(from)]), onRelayed);
+}
+
+/// The relay has heard of an offer that came to nothing: it hears again on what both sides agreed, unless there is the
+/// next offer by then. What it says is known.
+void Engine::restoreMedia(Call& call) {
+  if (!call.established || !call.exchange->relayed || isMediaGone()) return;
+  const Side offerer = call.exchange->from;
+  const auto answer = [this, id = call.id, offerer](const std::string&, const BodyRefusal& refusal) {
+    const auto found = calls_.find(id);
+    if (refusal || found == calls_.end() || found->second.exchange) return;
+    const Side answerer = otherOf(offerer);
+    media_->relay(found->second, answerer, true, textOf(found->second.legs[answerer].received),
+                  [](const std::string&, const BodyRefusal&) {});
+  };
+  media_->relay(call, offerer, false, textOf(call.legs[offerer].received), answer);
+}
+
+/// A body may come too late.
+/// @return the call whose exchange still waits for it; null for none
+Call* Engine::callWith(const std::string& id, unsigned long exchange) {
+  const auto found = calls_.find(id);
+  if (found == calls_.end() || !found->second.exchange) return nullptr;
+  const Exchange& current = *found->second.exchange;
+  return current.number == exchange && !current.cancelled ? &found->second : nullptr;
+}
+
+/// What the relay made of a body is from outside, too.
+BodyRefusal Engine::takeRelayed(Call& call, Side from, const std::string& relayed) {
+  std::string reason = takeIn(relayed, incoming_);
+  if (reason.empty()) reason = parse(incoming_, call.exchange->sent[otherOf(from)]);
+  if (reason.empty()) return {};
+  ++counters_.mediaFailures;
+  note(call, "body of the media relay refused", {{"reason", reason}}, LogLevel::warning);
+  return {"the media relay cannot take the body", 503};
 }
 
 std::string Engine::readBody(Call& call, Side from, const std::string& body, bool isAnswer) {
@@ -38,6 +105,7 @@ std::string Engine::readBody(Call& call, Side from, const std::string& body, boo
   Body& received = exchange.received[from];
   Body& sent = exchange.sent[otherOf(from)];
   std::string reason = takeIn(body, incoming_);
+  if (reason.empty() && media_) reason = takeIn(withIcePorts(incoming_.text()), incoming_);
   if (reason.empty()) reason = parse(incoming_, received);
   if (!reason.empty()) return reason;
   sent = received;
@@ -71,11 +139,11 @@ void Engine::judge(const Call& call, Side party, const Body& offer, const std::s
 bool Engine::answerFromStore(Call& call, Exchange& exchange) {
   const Leg& leg = call.legs[exchange.from];
   const Body& offer = exchange.received[exchange.from];
-  if (!leg.answered || !leg.sent.isSdpPresent()) return false;
+  if (!hasAnswer(leg)) return false;
   Body updated = leg.sent;
   if (isUnchanged(offer, leg.received)) {
     note(call, "re-offer unchanged, answered from store");
-  } else if (!hasRequests(*exchange.policy) && offer.isSdpVersionIncreased(&leg.received) == 1 &&
+  } else if (!media_ && !hasRequests(*exchange.policy) && offer.isSdpVersionIncreased(&leg.received) == 1 &&
              onlyCodecsDiffer(offer, leg.received) && updated.sdpUpdateAnswer(&leg.received, &offer) == 0) {
     continueSession(updated, leg.sent, leg.sent);
     note(call, "re-offer one version on, stored answer updated");

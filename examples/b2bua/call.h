@@ -20,6 +20,15 @@ struct Call;
 /// 16 random characters.
 std::string randomText();
 
+/// The engine's tag in a dialog names the call and the side, so that any process finds them.
+std::string tagOf(const std::string& id, Side side);
+
+/// Ports that a side was told, two for each pair.
+struct PortRun {
+  unsigned short first = 0;
+  unsigned short pairs = 0;
+};
+
 /// A dialog with one of the two parties (RFC 3261 12), and the bodies that count in it.
 struct Leg {
   Engine* engine = nullptr;
@@ -41,6 +50,7 @@ struct Leg {
   Owned<nta_outgoing_t> refresh;  ///< an UPDATE of the engine, as long as it has no response
   Body sent;                      ///< the body that the party has of the other one
   Body received;                  ///< the party's own body
+  std::vector<PortRun> ports;     ///< of the media relay, as long as the call lasts
 };
 
 /// What an exchange does with its bodies.
@@ -79,6 +89,7 @@ struct Exchange {
   bool updated = false;           ///< by an UPDATE since
   bool unacknowledged = false;    ///< the one that went back waits for its PRACK
   Owned<msg_t> waiting;           ///< the response that came last meanwhile
+  bool relayed = false;           ///< the media relay was asked about its bodies
   OfferChanges changes{};
   std::array<Body, 2> received;  ///< from each side
   std::array<Body, 2> sent;      ///< to each side
@@ -103,6 +114,7 @@ struct Call {
   std::string id;
   std::chrono::steady_clock::time_point begun;
   std::array<Leg, 2> legs;
+  bool relayed = false;      ///< the media relay knows it
   bool established = false;  ///< the first exchange is complete; before, there always is one
   bool kept = false;         ///< the store has it, or is to have it
   bool outdated = false;     ///< but what it has is not the last state

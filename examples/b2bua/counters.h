@@ -14,12 +14,14 @@ enum class Limit {
   draining,
   callsOfSource,
   messagesOfSource,
-  memory
+  memory,
+  mediaGone
 };
 
 inline constexpr std::array kLimitNames = {
-    "calls",    "invites",          "transactions",        "unknown-tags",
-    "draining", "calls-per-source", "messages-per-source", "memory"};
+    "calls",     "invites",          "transactions",        "unknown-tags",
+    "draining",  "calls-per-source", "messages-per-source", "memory",
+    "media-gone"};
 
 struct Counters {
   unsigned long calls = 0;
@@ -34,6 +36,9 @@ struct Counters {
   unsigned long kept = 0;
   unsigned long notKept = 0;
   unsigned long madeUpFor = 0;
+  unsigned long mediaRequests = 0;
+  unsigned long mediaFailures = 0;
+  unsigned long mediaGone = 0;
   std::array<unsigned long, kLimitNames.size()> notTaken{};
 
   unsigned long& of(Limit limit) { return notTaken[static_cast<std::size_t>(limit)]; }
@@ -68,6 +73,10 @@ inline constexpr CounterName kCounterNames[] = {
     {"kept", "Times that a call was kept in the store.", &Counters::kept},
     {"not_kept", "Times that a call could not be kept in the store.", &Counters::notKept},
     {"made_up_for", "Calls kept later, after that or in another server.", &Counters::madeUpFor},
+    {"media_requests", "Bodies that the media relay was asked about.", &Counters::mediaRequests},
+    {"media_failures", "Bodies that it could not be asked about, or that it gave nothing usable for.",
+     &Counters::mediaFailures},
+    {"media_gone", "How often the media relay was lost.", &Counters::mediaGone},
 };
 
 }  // namespace b2bua

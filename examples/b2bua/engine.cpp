@@ -18,7 +18,11 @@ int refuseAll(Leg*, nta_leg_t*, nta_incoming_t*, const sip_t*) { return 481; }
 }  // namespace
 
 Engine::Engine(su_root_t* root, const Options& options, StateStore& store, Log& log)
-    : options_(options), store_(store), log_(log), connections_(store.connections()) {
+    : options_(options),
+      store_(store),
+      log_(log),
+      media_(makeMediaRelay(root, options.media, log, counters_)),
+      connections_(store.connections()) {
   std::string listen = "sip:" + options.listen + ";transport=udp";
   if (const std::size_t anyPort = listen.find(":0;"); anyPort != std::string::npos) listen[anyPort + 1] = '*';
   agent_.reset(nta_agent_create(root, urlOf(listen), onMessage, this, NTATAG_UA(1),
@@ -38,6 +42,11 @@ Engine::Engine(su_root_t* root, const Options& options, StateStore& store, Log& 
 std::string Engine::address() const {
   const url_t& url = *nta_agent_contact(agent_.get())->m_url;
   return std::string(url.url_host) + ":" + (url.url_port != nullptr ? url.url_port : "5060");
+}
+
+/// A header that says why.
+std::string Engine::warning(const std::string& text) const {
+  return "Warning: 399 " + address() + " \"" + text + "\"";
 }
 
 void Engine::note(const Call& call, std::string_view event, const Members& members, LogLevel level) {
@@ -175,6 +184,7 @@ void Engine::forget(Call& call) {
     note(call, "could not be removed from the store", {}, LogLevel::warning);
     lookAfter(call.id);
   }
+  if (call.relayed) media_->release(call);
   calls_.erase(std::string(call.id));
 }
 

@@ -9,6 +9,7 @@
 #include "call.h"
 #include "gate.h"
 #include "log.h"
+#include "mediaRelay.h"
 #include "options.h"
 #include "perSecond.h"
 #include "snapshot.h"
@@ -29,6 +30,7 @@ class Engine {
   std::size_t calls() const { return calls_.size(); }
   /// Takes no further calls.
   void drain() { stopping_ = true; }
+  bool isMediaGone() const { return media_ && media_->isGone(); }
   /// Ends all calls, unless another process is to go on with them.
   void finish();
   /// @return whether each BYE has its answer, and each INVITE that was given up, too
@@ -81,6 +83,8 @@ class Engine {
   /// Writes an event of a call into the log.
   void note(const Call& call, std::string_view event, const Members& members = {},
             LogLevel level = LogLevel::info);
+
+  std::string warning(const std::string& text) const;
 
   // exchanges of bodies (exchange.cpp)
   static int onAckOrCancel(Leg* leg, nta_incoming_t* transaction, const sip_t* request);
@@ -148,6 +152,9 @@ class Engine {
   void takeBody(Call& call, Side from, const std::string& body, bool isAnswer, const BodyTaken& then);
   /// Its steps; @return why the body cannot be used; empty when it can
   std::string readBody(Call& call, Side from, const std::string& body, bool isAnswer);
+  Call* callWith(const std::string& id, unsigned long exchange);
+  void restoreMedia(Call& call);
+  BodyRefusal takeRelayed(Call& call, Side from, const std::string& relayed);
   std::string finishBody(Call& call, Side from, const std::string& body, bool isAnswer);
   /// Writes into the log what is wrong with an answer.
   /// @param offer   what the party was sent
@@ -169,6 +176,7 @@ class Engine {
   Log& log_;
   Counters counters_;  ///< but for what the stack counts
   SetupTimes setupTimes_;
+  const std::unique_ptr<MediaRelay> media_;
   Owned<nta_agent_t> agent_;
   Owned<su_timer_t> everySecond_;
   Leg listener_;  ///< for responses outside of the calls

@@ -213,7 +213,7 @@ void Engine::refuse(Call& call, const BodyRefusal& refusal) {
   ++counters_.refusedBodies;
   if (exchange.answered) return end(call, "body refused");
   leave(call);
-  fail(call, refusal.status, "Warning: 399 " + address() + " \"" + toldReason(refusal.reason) + "\"");
+  fail(call, refusal.status, warning(toldReason(refusal.reason)));
 }
 
 void Engine::answer(Call& call, int status, const std::string& body, const std::string& header) {
@@ -241,7 +241,10 @@ void Engine::answer(Call& call, int status, const std::string& body, const std::
 
 void Engine::fail(Call& call, int status, const std::string& header) {
   answer(call, status, "", header);
-  if (call.established) return call.exchange.reset();
+  if (call.established) {
+    restoreMedia(call);
+    return call.exchange.reset();
+  }
   ++counters_.failed;
   forget(call);
 }
@@ -323,6 +326,7 @@ void Engine::agree(Call& call) {
 void Engine::complete(Call& call) {
   if (!call.exchange->agreed) agree(call);
   const bool first = !call.established;
+  if (call.exchange->cancelled) restoreMedia(call);
   for (Leg& leg : call.legs) {
     if (std::exchange(leg.unacknowledged, 0) != 0 && call.kept) acknowledged_.push_back(call.id);
   }

@@ -14,7 +14,11 @@ void addCallOptions(CLI::App& app, Options& options);
 void addLimitOptions(CLI::App& app, Options& options);
 void addServiceOptions(CLI::App& app, Options& options);
 /// Those that may stand in a policy, too.
+void addMediaOptions(CLI::App& app, MediaOptions& media);
 void addPolicyOptions(CLI::App& app, Policy& policy);
+
+/// @return where the media contradict other options; empty for nowhere
+std::string conflictOf(const Options& options);
 
 // Checks as CLI11 takes them: what is wrong, or nothing.
 

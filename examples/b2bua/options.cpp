@@ -21,7 +21,9 @@ void addFileOptions(CLI::App& app, Options& options) {
       ->excludes(policy)
       ->configurable(false);
   app.set_version_flag("--version", "b2bua " B2BUA_VERSION);
-  addPolicyOptions(*app.add_option_group(kRules), options.policy);
+  CLI::App& rules = *app.add_option_group(kRules);
+  addMediaOptions(rules, options.media);
+  addPolicyOptions(rules, options.policy);
 }
 
 }  // namespace
@@ -35,6 +37,8 @@ void parseOptions(CLI::App& app, Options& options, const std::vector<std::string
   if (!options.configFile.empty()) readConfigFile(app, options.configFile);
   const std::string& policy = options.checked.empty() ? options.policyFile : options.checked.front();
   if (!policy.empty()) readPolicyFile(*app.get_option_group(kRules), policy);
+  if (const std::string conflict = conflictOf(options); !conflict.empty())
+    throw CLI::ValidationError("--media", conflict);
   if (options.target.empty() && options.checked.empty()) throw CLI::RequiredError("--target");
 }
 

@@ -40,6 +40,20 @@ struct SessionLimits {
   unsigned int minimum = 90;
 };
 
+enum class MediaKind { none, rtpengine, anchor };
+/// What a party speaks, to whom media are led by way of rtpengine.
+enum class PartyKind { asIs, rtp, srtp, webrtc };
+
+inline constexpr unsigned short kLowestPort = 1024;  ///< of those for media
+
+struct MediaOptions {
+  MediaKind kind = MediaKind::none;
+  std::string relay;  ///< HOST:PORT of rtpengine, or the address of an anchor
+  unsigned short firstPort = 0;
+  unsigned short lastPort = 0;
+  std::array<PartyKind, 2> parties{};  ///< caller and target
+};
+
 struct Options {
   std::string listen = "127.0.0.1:5060";
   std::string target;
@@ -61,6 +75,7 @@ struct Options {
   std::string policyFile;
   std::string configFile;
   std::vector<std::string> checked;  ///< a policy and bodies, which are shown instead of calls
+  MediaOptions media;
   Policy policy;
 };
 

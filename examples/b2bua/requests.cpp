@@ -15,9 +15,6 @@ constexpr const char* kExtensions = "100rel, timer";
 constexpr std::size_t kIdSize = 16;
 constexpr unsigned long kMostUnknownTags = 5;  ///< asked for in the store within a second
 
-/// The engine's tag in a dialog names the call and the side, so that any process finds them.
-std::string tagOf(const std::string& id, Side side) { return id + (side == kCaller ? "-c" : "-t"); }
-
 Side sideOf(const std::string& tag) { return tag.ends_with("-c") ? kCaller : kTarget; }
 
 std::string tagIn(const sip_t& request) {
@@ -46,6 +43,8 @@ std::string unsupportedIn(const sip_t& request) {
 }
 
 }  // namespace
+
+std::string tagOf(const std::string& id, Side side) { return id + (side == kCaller ? "-c" : "-t"); }
 
 std::string randomText() {
   static std::random_device random;
@@ -97,6 +96,7 @@ bool Engine::hasTooMuchMemory() {
 /// The last tenth of the transactions is for calls that are there.
 std::optional<Limit> Engine::limitOfCalls(const sockaddr& source) {
   if (stopping_) return Limit::draining;
+  if (isMediaGone()) return Limit::mediaGone;
   SourceCounts* const counts = sources_.of(source);
   if (counts != nullptr && options_.maxCallsPerSource != 0 && counts->calls >= options_.maxCallsPerSource)
     return Limit::callsOfSource;
@@ -119,8 +119,10 @@ std::optional<Limit> Engine::limitOfReoffers() {
 
 void Engine::turnAway(Owned<msg_t> message, Limit limit) {
   ++counters_.of(limit);
-  const bool soon = limit == Limit::invites || limit == Limit::callsOfSource;
-  reply(std::move(message), 503, std::string("Retry-After: ") + (soon ? "1" : "10"));
+  const bool soon = limit == Limit::invites || limit == Limit::callsOfSource || limit == Limit::mediaGone;
+  std::string header = std::string("Retry-After: ") + (soon ? "1" : "10");
+  if (limit == Limit::mediaGone) header += "\r\n" + warning("the media relay is gone");
+  reply(std::move(message), 503, header);
 }
 
 void Engine::onRequest(Owned<msg_t> message, const sip_t& request) {
@@ -255,6 +257,8 @@ Found Engine::takeOver(const sip_t& request) {
     return found;
   }
   call.established = call.kept = call.takenOver = true;
+  call.relayed = media_ != nullptr;
+  if (media_) media_->resume(call);
   ++counters_.takenOver;
   note(call, "taken over from store");
   for (Leg& leg : call.legs) acknowledge(leg);

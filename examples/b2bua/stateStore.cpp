@@ -5,6 +5,8 @@
 #include <ctime>
 #include <map>
 
+#include "anchor.h"
+
 namespace b2bua {
 
 namespace {
@@ -64,6 +66,7 @@ void addFields(Leg& leg, const std::string& prefix, Fields& fields) {
   fields[prefix + "answered"] = leg.answered ? "1" : "";
   fields[prefix + "allows-update"] = leg.allowsUpdate ? "1" : "";
   fields[prefix + "timer"] = leg.timer.text();
+  if (!leg.ports.empty()) fields[prefix + "ports"] = textOf(leg.ports);
   fields[prefix + "sent"] = packed(leg.sent);
   fields[prefix + "received"] = packed(leg.received);
 }
@@ -108,6 +111,7 @@ bool readFields(Fields& fields, const std::string& prefix, Leg& leg) {
   leg.answered = !fields[prefix + "answered"].empty();
   leg.allowsUpdate = !fields[prefix + "allows-update"].empty();
   leg.timer.read(fields[prefix + "timer"]);
+  leg.ports = portsOf(fields[prefix + "ports"]);
   return readNumber(fields[prefix + "cseq"], leg.cseq) &&
          readNumber(fields[prefix + "remote-cseq"], leg.remoteCseq) &&
          (fields[prefix + kAck].empty() || readNumber(fields[prefix + kAck], leg.unacknowledged)) &&

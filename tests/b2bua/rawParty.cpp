@@ -67,16 +67,21 @@ void RawParty::send(const std::string& to, const std::string& message) const {
   }
 }
 
-std::string RawParty::receive(const std::string& start, const std::string& part, milliseconds longest) const {
+std::string RawParty::receive(const std::string& start, const std::string& part, milliseconds longest,
+                              std::string* from) const {
   const auto end = Clock::now() + longest;
   std::string buffer(65'536, '\0');
   for (auto now = Clock::now(); now < end; now = Clock::now()) {
     pollfd waiting{descriptor_, POLLIN, 0};
     const auto left = std::chrono::ceil<milliseconds>(end - now);
     if (poll(&waiting, 1, static_cast<int>(left.count())) <= 0) continue;
-    const ssize_t size = recv(descriptor_, buffer.data(), buffer.size(), 0);
+    sockaddr_in sender{};
+    socklen_t length = sizeof sender;
+    const ssize_t size =
+        recvfrom(descriptor_, buffer.data(), buffer.size(), 0, reinterpret_cast<sockaddr*>(&sender), &length);
     if (size <= 0) return "";
     const std::string message = buffer.substr(0, static_cast<std::size_t>(size));
+    if (from != nullptr) *from = "127.0.0.1:" + std::to_string(ntohs(sender.sin_port));
     if (message.starts_with(start) && message.find(part) != std::string::npos) return message;
   }
   return "";

@@ -37,7 +37,9 @@ class RawParty {
   /// @param start  of the message
   /// @param part   that is in it, too
   /// @return the next message like that, others are dropped; empty when none came
-  std::string receive(const std::string& start, const std::string& part, milliseconds longest) const;
+  /// @param from   receives where it came from, on this host
+  std::string receive(const std::string& start, const std::string& part, milliseconds longest,
+                      std::string* from = nullptr) const;
 
   /// Sends a request to the engine.
   void request(const std::string& engine, const RawRequest& asked) const;

@@ -1,0 +1,216 @@
+#include "rtpengine.h"
+
+#include <fcntl.h>
+#include <netdb.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <stdexcept>
+#include <utility>
+
+#include "bencode.h"
+
+namespace b2bua {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr su_duration_t kTick = 50;  ///< ms
+constexpr milliseconds kRepeats[] = {milliseconds{100}, milliseconds{300}, milliseconds{600}};
+constexpr milliseconds kLongestReply{1'000};
+constexpr std::chrono::seconds kBetweenPings{1};
+constexpr std::size_t kLongestDatagram = 65'536;
+constexpr int kMostDatagrams = 100;  ///< read before others have their turn
+constexpr std::size_t kLongestReason = 120;
+
+const char* const kGone = "the media relay is gone";
+
+using Encoded = std::map<std::string, std::string>;
+
+/// What an offer is to be for a party of a kind; the answer goes back as it was offered.
+void addKind(PartyKind kind, Encoded& request) {
+  static const std::map<PartyKind, Encoded> kinds = {
+      {PartyKind::asIs, {}},
+      {PartyKind::rtp,
+       {{"transport-protocol", bencodeText("RTP/AVP")},
+        {"ICE", bencodeText("remove")},
+        {"rtcp-mux", bencodeList({"demux"})},
+        {"flags", bencodeList({"strip-extmap"})}}},
+      {PartyKind::srtp,
+       {{"transport-protocol", bencodeText("RTP/SAVP")},
+        {"ICE", bencodeText("remove")},
+        {"DTLS", bencodeText("off")},
+        {"rtcp-mux", bencodeList({"demux"})},
+        {"flags", bencodeList({"strip-extmap"})}}},
+      {PartyKind::webrtc,
+       {{"transport-protocol", bencodeText("UDP/TLS/RTP/SAVPF")},
+        {"ICE", bencodeText("force")},
+        {"SDES", bencodeList({"off"})},
+        {"rtcp-mux", bencodeList({"offer"})},
+        {"flags", bencodeList({"generate-mid"})}}},
+  };
+  const Encoded& members = kinds.at(kind);
+  request.insert(members.begin(), members.end());
+}
+
+}  // namespace
+
+ConnectedSocket::ConnectedSocket(const std::string& endpoint) : descriptor_(-1) {
+  const std::size_t colon = endpoint.rfind(':');
+  std::string host = endpoint.substr(0, colon);
+  if (host.starts_with('[')) host = host.substr(1, host.size() - 2);
+  addrinfo hints{};
+  hints.ai_socktype = SOCK_DGRAM;
+  hints.ai_flags = AI_NUMERICHOST;
+  addrinfo* found = nullptr;
+  if (getaddrinfo(host.c_str(), endpoint.c_str() + colon + 1, &hints, &found) != 0)
+    throw std::runtime_error("no address of a media relay: " + endpoint);
+  const std::unique_ptr<addrinfo, void (*)(addrinfo*)> owner(found, freeaddrinfo);
+  descriptor_ = socket(found->ai_family, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+  if (descriptor_ >= 0 && connect(descriptor_, found->ai_addr, found->ai_addrlen) == 0) return;
+  if (descriptor_ >= 0) close(descriptor_);
+  throw std::runtime_error("no way to the media relay at " + endpoint);
+}
+
+ConnectedSocket::~ConnectedSocket() { close(descriptor_); }
+
+/// What an earlier datagram met is told instead of sending the next one, which goes then.
+void ConnectedSocket::send(const std::string& datagram) const {
+  if (::send(descriptor_, datagram.data(), datagram.size(), 0) < 0 && errno == ECONNREFUSED)
+    ::send(descriptor_, datagram.data(), datagram.size(), 0);
+}
+
+int ConnectedSocket::receive(std::string& buffer, std::string_view& datagram) const {
+  const ssize_t size = recv(descriptor_, buffer.data(), buffer.size(), 0);
+  if (size < 0) return errno;
+  datagram = std::string_view(buffer).substr(0, static_cast<std::size_t>(size));
+  return 0;
+}
+
+Rtpengine::Rtpengine(su_root_t* root, const MediaOptions& options, Log& log, Counters& counters)
+    : options_(options),
+      log_(log),
+      counters_(counters),
+      socket_(options.relay),
+      root_(root),
+      timer_(su_timer_create(su_root_task(root), kTick), su_timer_destroy),
+      buffer_(kLongestDatagram, '\0'),
+      cookies_(randomText() + "_") {
+  su_wait_t wait[1] = {SU_WAIT_INIT};
+  su_wait_create(wait, socket_.descriptor(), SU_WAIT_IN);
+  const auto onReadable = [](su_root_magic_t*, su_wait_t*, su_wakeup_arg_t* self) {
+    static_cast<Rtpengine*>(self)->onReadable();
+    return 0;
+  };
+  const auto onTick = [](su_root_magic_t*, su_timer_t*, su_timer_arg_t* self) {
+    static_cast<Rtpengine*>(self)->onTick();
+  };
+  registration_ = su_root_register(root, wait, onReadable, this, 0);
+  if (registration_ < 0 || !timer_ || su_timer_set_for_ever(timer_.get(), onTick, this) != 0)
+    throw std::runtime_error("the media relay cannot be waited for");
+  ping();
+}
+
+Rtpengine::~Rtpengine() { su_root_deregister(root_, registration_); }
+
+void Rtpengine::relay(Call& call, Side from, bool isAnswer, const std::string& body, Done done) {
+  const Side offerer = isAnswer ? otherOf(from) : from;
+  Encoded request = {{"command", bencodeText(isAnswer ? "answer" : "offer")},
+                     {"call-id", bencodeText(call.id)},
+                     {"from-tag", bencodeText(tagOf(call.id, offerer))},
+                     {"replace", bencodeList({"session-connection"})},
+                     {"sdp", bencodeText(body)}};
+  // With ICE, the unspecified address is not that of a party on hold.
+  if (body.find("\na=ice-ufrag:") != std::string::npos)
+    request["replace"] = bencodeList({"session-connection", "zero-address"});
+  // It knows the other side by an answer only.
+  if (isAnswer || call.established) request["to-tag"] = bencodeText(tagOf(call.id, otherOf(offerer)));
+  if (!isAnswer) addKind(options_.parties[otherOf(from)], request);
+  ++counters_.mediaRequests;
+  ask(request, [this, id = call.id, done = std::move(done)](const Texts* reply) {
+    if (reply != nullptr && reply->contains("sdp") && reply->at("result") == "ok")
+      return done(reply->at("sdp"), {});
+    ++counters_.mediaFailures;
+    if (reply == nullptr) return done("", {kGone, 503});
+    const auto reason = reply->find("error-reason");
+    log_.write("media relay refused a body",
+               {{"reason",
+                 reason != reply->end() ? reason->second.substr(0, kLongestReason) : "no body in its reply"}},
+               LogLevel::warning, id);
+    done("", {"the media relay cannot take the body", 503});
+  });
+}
+
+void Rtpengine::release(const Call& call) {
+  ask({{"command", bencodeText("delete")}, {"call-id", bencodeText(call.id)}, {"delete-delay", "i0e"}},
+      [](auto*) {});
+}
+
+/// A ping alone goes to a relay that is gone.
+void Rtpengine::ping() {
+  nextPing_ = Clock::now() + kBetweenPings;
+  const bool wasGone = std::exchange(gone_, false);
+  ask({{"command", bencodeText("ping")}}, [this](const Texts* reply) {
+    if (reply != nullptr && std::exchange(gone_, false))
+      log_.write("media relay is back", {{"at", options_.relay}});
+  });
+  gone_ = wasGone;
+}
+
+void Rtpengine::ask(const Texts& encodedMembers, OnReply onReply) {
+  if (gone_) return onReply(nullptr);
+  const std::string cookie = cookies_ + std::to_string(++lastCookie_);
+  Asked asked{cookie + " " + bencodeDictionary(encodedMembers), std::move(onReply), Clock::now()};
+  socket_.send(asked.datagram);
+  asked_.emplace(cookie, std::move(asked));
+}
+
+/// All that waits for the relay waits no longer, and what comes is refused at once.
+void Rtpengine::lose(const std::string& why) {
+  if (!std::exchange(gone_, true)) {
+    ++counters_.mediaGone;
+    log_.write("media relay is gone", {{"at", options_.relay}, {"reason", why}}, LogLevel::warning);
+  }
+  const auto lost = std::exchange(asked_, {});
+  for (const auto& [cookie, asked] : lost) asked.onReply(nullptr);
+}
+
+void Rtpengine::onTick() {
+  const Clock::time_point now = Clock::now();
+  bool isLate = false;
+  for (auto& [cookie, asked] : asked_) {
+    isLate = isLate || now - asked.since >= kLongestReply;
+    if (asked.sent > std::size(kRepeats) || now - asked.since < kRepeats[asked.sent - 1]) continue;
+    ++asked.sent;
+    socket_.send(asked.datagram);
+  }
+  if (isLate) lose("no reply");
+  if (now >= nextPing_) ping();
+}
+
+void Rtpengine::onReadable() {
+  for (int i = 0; i < kMostDatagrams; ++i) {
+    std::string_view datagram;
+    const int error = socket_.receive(buffer_, datagram);
+    if (error == ECONNREFUSED) return lose("nobody listens there");
+    if (error != 0) return;
+    onDatagram(datagram);
+  }
+}
+
+/// What was not asked, or is answered already, is dropped.
+void Rtpengine::onDatagram(std::string_view datagram) {
+  const std::size_t blank = std::min(datagram.find(' '), datagram.size());
+  const auto asked = asked_.find(std::string(datagram.substr(0, blank)));
+  if (asked == asked_.end()) return;
+  const std::optional<Texts> reply = textsOfBencode(datagram.substr(std::min(blank + 1, datagram.size())));
+  // Rubbish is no reply; the right one may still come.
+  if (!reply || !reply->contains("result")) return;
+  const OnReply onReply = std::move(asked->second.onReply);
+  asked_.erase(asked);
+  onReply(&*reply);
+}
+
+}  // namespace b2bua

@@ -134,6 +134,17 @@ std::string freePort() {
   throw std::runtime_error("no free port");
 }
 
+std::string freePortPair() {
+  const auto isFree = [](in_port_t port) {
+    return Probe(SOCK_DGRAM, port).isBound() && Probe(SOCK_STREAM, port).isBound();
+  };
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    const std::string port = freePort();
+    if (isFree(static_cast<in_port_t>(std::stoi(port) + 1))) return port;
+  }
+  throw std::runtime_error("no free ports");
+}
+
 // Binding it to find out would take it from the program that is about to have it.
 bool isTaken(const std::string& port) {
   for (const char* table : {"/proc/net/udp", "/proc/net/udp6"}) {

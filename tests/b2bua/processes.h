@@ -45,6 +45,9 @@ bool waitUntil(const std::function<bool()>& condition, milliseconds longest);
 /// A UDP port of the loopback interfaces that nobody has, as text.
 std::string freePort();
 
+/// One of UDP and TCP whose next one is free too, as text.
+std::string freePortPair();
+
 /// Whether a program listens there by now.
 bool isTaken(const std::string& port);
 

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <chrono>
+#include <deque>
 #include <functional>
 #include <map>
 #include <optional>
@@ -110,11 +111,20 @@ struct BodyRefusal {
 /// What follows when a body is taken. It is not called for an exchange that has ended meanwhile.
 using BodyTaken = std::function<void(Call& call, const BodyRefusal& refusal)>;
 
+/// Where the first INVITE of a call is, and where it may go yet.
+struct Hunt {
+  std::deque<std::string> uris;  ///< still to be tried
+  std::string place;             ///< of the one that is tried, or has the call
+  unsigned long number = 0;      ///< of the try
+  bool heard = false;            ///< there was a response
+};
+
 struct Call {
   std::string id;
   std::chrono::steady_clock::time_point begun;
   std::array<Leg, 2> legs;
   bool relayed = false;      ///< the media relay knows it
+  Hunt hunt;
   bool established = false;  ///< the first exchange is complete; before, there always is one
   bool kept = false;         ///< the store has it, or is to have it
   bool outdated = false;     ///< but what it has is not the last state

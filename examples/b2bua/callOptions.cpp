@@ -45,8 +45,32 @@ std::string checkEndpoint(const std::string& text) {
   return valid && checkAddress(hostOf(text)).empty() ? "" : "no numeric HOST:PORT: " + text;
 }
 
+namespace {
+
+Target targetOf(const std::string& text) {
+  const std::optional<Target> target = readTarget(text);
+  if (!target)
+    throw CLI::ValidationError("--target", "no HOST:PORT[;transport=..][;weight=N][;priority=N]: " + text);
+  const std::string wrong = checkEndpoint(target->address);
+  if (!wrong.empty()) throw CLI::ValidationError("--target", wrong);
+  return *target;
+}
+
+}  // namespace
+
 void addCallOptions(CLI::App& app, Options& options) {
-  app.add_option("--target", options.target, "HOST:PORT where the calls go; numeric")->check(checkEndpoint);
+  app.add_option_function<std::vector<std::string>>(
+         "--target",
+         [&](const std::vector<std::string>& texts) {
+           options.targets.clear();
+           for (const std::string& text : texts) options.targets.push_back(targetOf(text));
+         },
+         "HOST:PORT[;transport=udp|tcp|tls][;weight=N][;priority=N] where the calls go; numeric; may be repeated")
+      ->allow_extra_args(false);
+  app.add_option("--target-seconds", options.targetSeconds,
+                 "of silence, after which a call goes on to the next target")
+      ->check(CLI::Range(1U, 30U))
+      ->capture_default_str();
   app.add_option("--listen", options.listen, "HOST:PORT where they come from; port 0 takes a free one")
       ->check(checkEndpoint)
       ->check(checkNoWildcard)

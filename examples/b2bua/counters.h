@@ -39,6 +39,7 @@ struct Counters {
   unsigned long mediaRequests = 0;
   unsigned long mediaFailures = 0;
   unsigned long mediaGone = 0;
+  unsigned long failovers = 0;
   std::array<unsigned long, kLimitNames.size()> notTaken{};
 
   unsigned long& of(Limit limit) { return notTaken[static_cast<std::size_t>(limit)]; }
@@ -77,6 +78,7 @@ inline constexpr CounterName kCounterNames[] = {
     {"media_failures", "Bodies that it could not be asked about, or that it gave nothing usable for.",
      &Counters::mediaFailures},
     {"media_gone", "How often the media relay was lost.", &Counters::mediaGone},
+    {"failovers", "Times that a call went on to another target.", &Counters::failovers},
 };
 
 }  // namespace b2bua

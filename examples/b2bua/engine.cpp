@@ -27,9 +27,10 @@ Engine::Engine(su_root_t* root, const Options& options, StateStore& store, Log& 
   if (const std::size_t anyPort = listen.find(":0;"); anyPort != std::string::npos) listen[anyPort + 1] = '*';
   agent_.reset(nta_agent_create(root, urlOf(listen), onMessage, this, NTATAG_UA(1),
                                 NTATAG_UDP_MTU(kLongestDatagram), NTATAG_TIMER_C(kLongestRinging),
-                                TAG_END()));
+                                NTATAG_PASS_100(1), TAG_END()));
   if (!agent_) throw std::runtime_error("cannot listen at " + options.listen);
-  if (address() == options.target) throw std::runtime_error("--target is the engine itself");
+  if (std::ranges::find(options.targets, address(), &Target::address) != options.targets.end())
+    throw std::runtime_error("--target is the engine itself");
   everySecond_.reset(su_timer_create(su_root_task(root), 1'000));
   su_timer_set_for_ever(everySecond_.get(), onSecond, this);
   gate_.open(address());
@@ -141,7 +142,7 @@ void Engine::leave(Call& call) {
   const Exchange& exchange = *call.exchange;
   if (!exchange.concluded) return;
   if (!exchange.acknowledged) sendAck(call, "");
-  if (!call.established) sendBye(call, otherOf(exchange.from));
+  if (!call.established) sendBye(call.legs[otherOf(exchange.from)]);
 }
 
 void Engine::onBye(Leg& leg) {
@@ -157,7 +158,7 @@ void Engine::onBye(Leg& leg) {
   dropExchange(call);
   note(call, "ended", {{"by", leg.side == kCaller ? "caller" : "target"}});
   ++counters_.ended;
-  sendBye(call, otherOf(leg.side));
+  sendBye(call.legs[otherOf(leg.side)]);
   forget(call);
 }
 
@@ -174,8 +175,8 @@ void Engine::end(Call& call, const std::string& why) {
   note(call, "ended", {{"by", "engine"}, {"reason", why}});
   dropExchange(call);
   ++(call.established ? counters_.ended : counters_.failed);
-  sendBye(call, kCaller);
-  sendBye(call, kTarget);
+  sendBye(call.legs[kCaller]);
+  sendBye(call.legs[kTarget]);
   forget(call);
 }
 
@@ -188,8 +189,7 @@ void Engine::forget(Call& call) {
   calls_.erase(std::string(call.id));
 }
 
-void Engine::sendBye(Call& call, Side to) {
-  Leg& leg = call.legs[to];
+void Engine::sendBye(Leg& leg) {
   if (send(leg, SIP_METHOD_BYE, ++leg.cseq, "", onByeResponse, &listener_) != nullptr) ++openByes_;
 }
 
@@ -201,7 +201,7 @@ int Engine::onByeResponse(Leg* listener, nta_outgoing_t* transaction, const sip_
 }
 
 bool Engine::idle() const {
-  return openByes_ == 0 &&
+  return openByes_ == 0 && abandoned_.empty() &&
          std::ranges::all_of(calls_, [](const auto& call) { return call.second.established; });
 }
 

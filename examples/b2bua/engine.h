@@ -14,6 +14,7 @@
 #include "perSecond.h"
 #include "snapshot.h"
 #include "stateStore.h"
+#include "targets.h"
 
 namespace b2bua {
 
@@ -35,6 +36,8 @@ class Engine {
   void finish();
   /// @return whether each BYE has its answer, and each INVITE that was given up, too
   bool idle() const;
+  /// Goes on with calls whose target says nothing; to be called often.
+  void lookForSilence();
   void showCounters() const;
   /// Looks after what the store has of the calls; to be called often.
   void tend();
@@ -76,7 +79,7 @@ class Engine {
   void cancel(Call& call, int status);
   void giveUp(Call& call);
   void leave(Call& call);
-  void sendBye(Call& call, Side to);
+  void sendBye(Leg& leg);
   void dropExchange(Call& call);
   void end(Call& call, const std::string& why);
   void forget(Call& call);
@@ -85,6 +88,15 @@ class Engine {
             LogLevel level = LogLevel::info);
 
   std::string warning(const std::string& text) const;
+
+  // from target to target (hunt.cpp)
+  static int onAbandonedResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response);
+  void beginHunt(Call& call, const char* user);
+  void openTarget(Call& call);
+  void awaitTarget(Call& call);
+  void hearTarget(Call& call, int status);
+  bool tryNext(Call& call, int status);
+  void abandon(Call& call);
 
   // exchanges of bodies (exchange.cpp)
   static int onAckOrCancel(Leg* leg, nta_incoming_t* transaction, const sip_t* request);
@@ -170,6 +182,17 @@ class Engine {
   void acknowledge(Leg& leg);
   void tendPortion();
 
+  struct Silence {
+    std::chrono::steady_clock::time_point end;
+    std::string call;
+    unsigned long number;  ///< of the try
+  };
+  /// A dialog that the engine has given up while its INVITE has no final response.
+  struct Abandoned {
+    Leg leg;
+    Owned<nta_outgoing_t> outgoing;
+  };
+
   const Options& options_;
   std::shared_ptr<const Policy> policy_ = std::make_shared<const Policy>(options_.policy);
   StateStore& store_;
@@ -181,6 +204,10 @@ class Engine {
   Owned<su_timer_t> everySecond_;
   Leg listener_;  ///< for responses outside of the calls
   std::unordered_map<std::string, Call> calls_;
+  Targets targets_{options_.targets};
+  std::deque<Silence> silences_;  ///< that may be, in their order
+  std::unordered_map<const nta_outgoing_t*, Abandoned> abandoned_;
+  unsigned long tries_ = 0;
   unsigned long exchanges_ = 0;
   unsigned long openByes_ = 0;
   bool stopping_ = false;

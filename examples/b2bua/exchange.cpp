@@ -103,7 +103,8 @@ void Engine::sendInvite(Call& call, Side to, const std::string& body) {
   exchange.outgoing.reset(send(leg, update ? sip_method_update : sip_method_invite,
                                update ? "UPDATE" : "INVITE", ++leg.cseq, body, onInviteResponse, &leg,
                                header));
-  if (!exchange.outgoing) fail(call, 500);
+  if (!exchange.outgoing) return fail(call, 500);
+  if (!call.established) awaitTarget(call);
 }
 
 void Engine::sendAck(Call& call, const std::string& body) {
@@ -126,6 +127,7 @@ int Engine::onInviteResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t*
   }
   if (!call.exchange || call.exchange->outgoing.get() != transaction || call.exchange->concluded) return 0;
   call.exchange->concluded = status >= 200;
+  if (!call.established) engine.hearTarget(call, status);
   if (status >= 300) {
     engine.onFailure(call, *response);
   } else if (status >= 200) {
@@ -188,6 +190,7 @@ void Engine::onFailure(Call& call, const sip_t& response) {
     call.exchange.reset();
     return onRefreshRefused(leg, status, &response);
   }
+  if (tryNext(call, status)) return;
   if (exchange.kind == Kind::dummyReplaced) {
     note(call, "the target refused the offer after the dummy", {{"status", std::to_string(status)}});
     return end(call, "no offer for the target");

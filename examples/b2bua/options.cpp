@@ -39,7 +39,7 @@ void parseOptions(CLI::App& app, Options& options, const std::vector<std::string
   if (!policy.empty()) readPolicyFile(*app.get_option_group(kRules), policy);
   if (const std::string conflict = conflictOf(options); !conflict.empty())
     throw CLI::ValidationError("--media", conflict);
-  if (options.target.empty() && options.checked.empty()) throw CLI::RequiredError("--target");
+  if (options.targets.empty() && options.checked.empty()) throw CLI::RequiredError("--target");
 }
 
 }  // namespace b2bua

@@ -7,6 +7,8 @@
 
 #include <sdpNegotiator.h>
 
+#include "targets.h"
+
 #include "log.h"
 
 namespace CLI {
@@ -56,10 +58,11 @@ struct MediaOptions {
 
 struct Options {
   std::string listen = "127.0.0.1:5060";
-  std::string target;
-  std::string state;    ///< of a RedisLink, or empty
-  std::string logFile;  ///< standard error when empty
-  std::string http;     ///< HOST:PORT of metrics and health, or empty
+  std::vector<Target> targets;
+  unsigned int targetSeconds = 4;  ///< of silence, after which a call goes on to the next one
+  std::string state;               ///< of a RedisLink, or empty
+  std::string http;                ///< HOST:PORT of metrics and health, or empty
+  std::string logFile;             ///< standard error when empty
   LogFormat logFormat = LogFormat::text;
   std::size_t maxCalls = 10'000;
   unsigned int maxInvites = 400;          ///< per second

@@ -197,12 +197,8 @@ void Engine::onFirstInvite(Owned<msg_t> message, const sip_t& invite) {
   Leg& target = call.legs[kTarget];
   sip_from_t from = *invite.sip_from;
   from.a_params = nullptr;
-  const char* const user = invite.sip_request->rq_url->url_user;
-  target.callId = randomText();
   target.local = headerText(&from) + ";tag=" + tagOf(id, kTarget);
-  target.contact = "<sip:" + (user != nullptr ? std::string(user) + "@" : "") + options_.target + ">";
-  target.remote = target.contact;
-  openDialog(target);
+  beginHunt(call, invite.sip_request->rq_url->url_user);
   sip_from_t named = *invite.sip_from;
   named.a_url->url_password = nullptr;
   note(call, "invited", {{"by", headerText(&named)}});

@@ -69,6 +69,7 @@ void Service::step() {
   engine_.tend();
   manager_.alive(engine_.calls());
   show();
+  engine_.lookForSilence();
   if (countersAsked != 0) engine_.showCounters();
   countersAsked = 0;
   if (hungUp != 0) reload();

@@ -150,7 +150,7 @@ TEST_F(Configuration, CountsTheCommandLineBeforeItAndThePolicyBehindIt) {
                     "trace = false\nvideo = \"off\"\nsecurity = \"plain\"\npolicy = \"" +
                         policy + "\"\n");
   const b2bua::Options options = read({"--max-calls", "5", "--security", "secure", "--config", config});
-  EXPECT_EQ(options.target, "127.0.0.1:9");
+  EXPECT_EQ(options.targets.at(0).address, "127.0.0.1:9");
   EXPECT_EQ(options.maxCalls, 5U);
   EXPECT_EQ(options.maxInvites, 8U);
   EXPECT_TRUE(options.show);

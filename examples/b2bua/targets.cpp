@@ -1,0 +1,76 @@
+#include "targets.h"
+
+#include <algorithm>
+#include <charconv>
+#include <tuple>
+
+namespace b2bua {
+
+namespace {
+
+constexpr std::chrono::seconds kRest{10};
+constexpr unsigned int kMost = 10'000;  ///< weight and priority
+
+bool readNumber(std::string_view text, unsigned int least, unsigned int& number) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end == text.data() + text.size() && number >= least && number <= kMost;
+}
+
+bool readParameter(std::string_view text, Target& target) {
+  const std::size_t equals = std::min(text.find('='), text.size());
+  const std::string_view name = text.substr(0, equals);
+  const std::string_view value = text.substr(std::min(equals + 1, text.size()));
+  if (name == "weight") return readNumber(value, 1, target.weight);
+  if (name == "priority") return readNumber(value, 0, target.priority);
+  target.transport = value;
+  return name == "transport" && (value == "udp" || value == "tcp" || value == "tls");
+}
+
+}  // namespace
+
+std::optional<Target> readTarget(const std::string& text) {
+  Target target;
+  std::size_t end = std::min(text.find(';'), text.size());
+  target.address = text.substr(0, end);
+  while (end < text.size()) {
+    const std::size_t begin = end + 1;
+    end = std::min(text.find(';', begin), text.size());
+    if (!readParameter(std::string_view(text).substr(begin, end - begin), target)) return std::nullopt;
+  }
+  return target;
+}
+
+Targets::Targets(std::vector<Target> all) : all_(std::move(all)) {
+  for (const Target& target : all_) restsUntil_[target.place()];
+}
+
+/// Each draws a time, the shorter the greater its weight: who is first among some is so as often as its share of their
+/// weights says.
+std::vector<std::string> Targets::order() {
+  std::vector<std::tuple<bool, unsigned int, double, std::string>> drawn;
+  for (const Target& target : all_) {
+    const double time = std::exponential_distribution<double>(target.weight)(random_);
+    drawn.emplace_back(restsUntil_[target.place()] > Clock::now(), target.priority, time, target.place());
+  }
+  std::ranges::sort(drawn);
+  std::vector<std::string> places;
+  for (const auto& each : drawn) places.push_back(std::get<std::string>(each));
+  return places;
+}
+
+/// After its rest, one call finds out about a target, the others wait for what becomes of that.
+void Targets::tried(const std::string& place) {
+  const auto found = restsUntil_.find(place);
+  if (found != restsUntil_.end() && found->second != Clock::time_point()) failed(place);
+}
+
+void Targets::answered(const std::string& place) {
+  if (const auto found = restsUntil_.find(place); found != restsUntil_.end()) found->second = {};
+}
+
+void Targets::failed(const std::string& place) {
+  if (const auto found = restsUntil_.find(place); found != restsUntil_.end())
+    found->second = Clock::now() + kRest;
+}
+
+}  // namespace b2bua

@@ -92,8 +92,9 @@ struct Exchange {
   Owned<msg_t> waiting;           ///< the response that came last meanwhile
   bool relayed = false;           ///< the media relay was asked about its bodies
   OfferChanges changes{};
-  std::array<Body, 2> received;  ///< from each side
-  std::array<Body, 2> sent;      ///< to each side
+  std::array<Body, 2> received;        ///< from each side
+  std::array<Body, 2> sent;            ///< to each side
+  std::array<std::string, 2> headers;  ///< lines that go on to each side with the next message
 
   bool waits() const { return bodyOnWay || unacknowledged; }
   /// @return whether the body of a final response says no more than the early one

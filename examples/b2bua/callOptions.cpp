@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include "optionTopics.h"
+#include "passedHeaders.h"
 
 namespace b2bua {
 
@@ -70,6 +71,11 @@ void addCallOptions(CLI::App& app, Options& options) {
   app.add_option("--target-seconds", options.targetSeconds,
                  "of silence, after which a call goes on to the next target")
       ->check(CLI::Range(1U, 30U))
+      ->capture_default_str();
+  app.add_option("--pass-headers", options.passHeaders,
+                 "names of headers that go on to the other side, with commas; X-* for all that begin so")
+      ->delimiter(',')
+      ->check(checkPassedHeader)
       ->capture_default_str();
   app.add_option("--listen", options.listen, "HOST:PORT where they come from; port 0 takes a free one")
       ->check(checkEndpoint)

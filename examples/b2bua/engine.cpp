@@ -34,7 +34,7 @@ Engine::Engine(su_root_t* root, const Options& options, StateStore& store, Log& 
   everySecond_.reset(su_timer_create(su_root_task(root), 1'000));
   su_timer_set_for_ever(everySecond_.get(), onSecond, this);
   gate_.open(address());
-  sources_.trust(hostOf(options.target));
+  for (const Target& target : options.targets) sources_.trust(hostOf(target.address));
   for (const std::string& address : options.trusted) sources_.trust(address);
   listener_.engine = this;
   elsewhere_ = "sip:" + randomText() + ".invalid";
@@ -145,7 +145,7 @@ void Engine::leave(Call& call) {
   if (!call.established) sendBye(call.legs[otherOf(exchange.from)]);
 }
 
-void Engine::onBye(Leg& leg) {
+void Engine::onBye(Leg& leg, const std::string& headers) {
   Call& call = *leg.call;
   abandonUpdate(call);
   if (!call.established && !call.exchange->answered) {
@@ -158,7 +158,7 @@ void Engine::onBye(Leg& leg) {
   dropExchange(call);
   note(call, "ended", {{"by", leg.side == kCaller ? "caller" : "target"}});
   ++counters_.ended;
-  sendBye(call.legs[otherOf(leg.side)]);
+  sendBye(call.legs[otherOf(leg.side)], headers);
   forget(call);
 }
 
@@ -189,8 +189,8 @@ void Engine::forget(Call& call) {
   calls_.erase(std::string(call.id));
 }
 
-void Engine::sendBye(Leg& leg) {
-  if (send(leg, SIP_METHOD_BYE, ++leg.cseq, "", onByeResponse, &listener_) != nullptr) ++openByes_;
+void Engine::sendBye(Leg& leg, const std::string& headers) {
+  if (send(leg, SIP_METHOD_BYE, ++leg.cseq, "", onByeResponse, &listener_, headers) != nullptr) ++openByes_;
 }
 
 int Engine::onByeResponse(Leg* listener, nta_outgoing_t* transaction, const sip_t* response) {

@@ -74,12 +74,12 @@ class Engine {
   static int onByeResponse(Leg* listener, nta_outgoing_t* transaction, const sip_t* response);
   Call& addCall(const std::string& id);
   void openDialog(Leg& leg);
-  void onBye(Leg& leg);
+  void onBye(Leg& leg, const std::string& headers);
   void onCancel(Call& call);
   void cancel(Call& call, int status);
   void giveUp(Call& call);
   void leave(Call& call);
-  void sendBye(Leg& leg);
+  void sendBye(Leg& leg, const std::string& headers = "");
   void dropExchange(Call& call);
   void end(Call& call, const std::string& why);
   void forget(Call& call);

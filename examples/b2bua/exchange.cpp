@@ -5,6 +5,7 @@
 #include "engine.h"
 #include "multipart.h"
 #include "namedRequests.h"
+#include "passedHeaders.h"
 #include "policyCheck.h"
 #include "policySteps.h"
 #include "reasons.h"
@@ -24,6 +25,7 @@ void Engine::onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite
   Exchange& exchange = beginExchange(call, Kind::relayed);
   exchange.from = leg.side;
   exchange.incoming.reset(transaction);
+  exchange.headers[otherOf(leg.side)] = passedHeaders(invite, options_.passHeaders);
   nta_incoming_bind(transaction, onAckOrCancel, &leg);
   nta_incoming_treply(transaction, SIP_100_TRYING, TAG_END());
   if (call.established) ++counters_.reoffers;
@@ -94,9 +96,9 @@ nta_outgoing_t* Engine::send(Leg& leg, sip_method_t method, const char* name, un
 void Engine::sendInvite(Call& call, Side to, const std::string& body) {
   Leg& leg = call.legs[to];
   std::string header = kAllow;
-  if (!call.established && call.exchange->kind == Kind::relayed) header += "\r\nSupported: 100rel";
-  if (const std::string timer = sessionRequest(options_.session, leg.timer); !timer.empty())
-    header += "\r\n" + timer;
+  if (!call.established && call.exchange->kind == Kind::relayed) addLines(header, "Supported: 100rel");
+  addLines(header, sessionRequest(options_.session, leg.timer));
+  addLines(header, call.exchange->headers[to]);
   Exchange& exchange = *call.exchange;
   const bool update = exchange.update && leg.allowsUpdate;
   exchange.acknowledged = update;  // It has no ACK.
@@ -104,7 +106,7 @@ void Engine::sendInvite(Call& call, Side to, const std::string& body) {
                                update ? "UPDATE" : "INVITE", ++leg.cseq, body, onInviteResponse, &leg,
                                header));
   if (!exchange.outgoing) return fail(call, 500);
-  if (!call.established) awaitTarget(call);
+  if (!call.established && !update) awaitTarget(call);
 }
 
 void Engine::sendAck(Call& call, const std::string& body) {
@@ -127,6 +129,7 @@ int Engine::onInviteResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t*
   }
   if (!call.exchange || call.exchange->outgoing.get() != transaction || call.exchange->concluded) return 0;
   call.exchange->concluded = status >= 200;
+  call.exchange->headers[call.exchange->from] = passedHeaders(*response, engine.options_.passHeaders);
   if (!call.established) engine.hearTarget(call, status);
   if (status >= 300) {
     engine.onFailure(call, *response);
@@ -214,6 +217,7 @@ void Engine::refuse(Call& call, const BodyRefusal& refusal) {
   Exchange& exchange = *call.exchange;
   note(call, "body refused", {{"reason", refusal.reason}}, LogLevel::warning);
   ++counters_.refusedBodies;
+  exchange.headers[exchange.from].clear();
   if (exchange.answered) return end(call, "body refused");
   leave(call);
   fail(call, refusal.status, warning(toldReason(refusal.reason)));
@@ -225,10 +229,12 @@ void Engine::answer(Call& call, int status, const std::string& body, const std::
   // provisional one all the same, and read what it has freed.
   if (!exchange.incoming || nta_incoming_status(exchange.incoming.get()) >= 200) return;
   exchange.answered = status >= 200 && status < 300;
-  std::string all = header;
+  std::string all = std::exchange(exchange.headers[exchange.from], "");
+  addLines(all, header);
   if (exchange.answered) {
     const Owned<msg_t> request(nta_incoming_getrequest(exchange.incoming.get()));
-    all = std::string(kAllow) + "\r\n" + agreeTimer(call.legs[exchange.from], *sip_object(request.get()));
+    addLines(all, kAllow);
+    addLines(all, agreeTimer(call.legs[exchange.from], *sip_object(request.get())));
   }
   // All bodies are known, so another process can go on from here, even with the ACK.
   if (exchange.answered && !call.aside && (exchange.kind == Kind::relayed || exchange.kind == Kind::local))

@@ -76,13 +76,15 @@ bool Engine::tryNext(Call& call, int status) {
   if (call.established || !call.exchange || call.exchange->cancelled || call.hunt.uris.empty()) return false;
   Exchange& exchange = *call.exchange;
   const bool silent = !exchange.concluded;
-  if (exchange.sent[kCaller].isSdpPresent() || (!silent && status != 503)) return false;
+  if (exchange.sent[kCaller].isSdpPresent() || exchange.waits() || (!silent && status != 503)) return false;
   note(call, "goes on to another target",
        {{"target", call.hunt.place}, {"status", silent ? "none" : std::to_string(status)}});
   ++counters_.failovers;
   if (silent) abandon(call);
   exchange.outgoing.reset();
   exchange.concluded = false;
+  exchange.reliable.clear();
+  exchange.waiting.reset();
   openTarget(call);
   sendInvite(call, kTarget, textOf(exchange.sent[kTarget]));
   return true;

@@ -60,6 +60,7 @@ struct Options {
   std::string listen = "127.0.0.1:5060";
   std::vector<Target> targets;
   unsigned int targetSeconds = 4;  ///< of silence, after which a call goes on to the next one
+  std::vector<std::string> passHeaders = {"P-Asserted-Identity", "Privacy", "Diversion", "X-*"};
   std::string state;               ///< of a RedisLink, or empty
   std::string http;                ///< HOST:PORT of metrics and health, or empty
   std::string logFile;             ///< standard error when empty

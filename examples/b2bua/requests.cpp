@@ -6,6 +6,7 @@
 #include <random>
 
 #include "engine.h"
+#include "passedHeaders.h"
 
 namespace b2bua {
 
@@ -163,9 +164,10 @@ void Engine::onRequestInDialog(Leg& leg, Owned<msg_t> message, const sip_t& requ
   if (!bye && leg.call->exchange) return reply(std::move(message), 491);
   if (const auto limit = bye ? std::nullopt : limitOfReoffers()) return turnAway(std::move(message), *limit);
   leg.remoteCseq = request.sip_cseq->cs_seq;
+  const std::string passed = bye ? passedHeaders(request, options_.passHeaders) : "";
   if (bye && hasTooManyTransactions()) {
     reply(std::move(message), 200);
-    return onBye(leg);
+    return onBye(leg, passed);
   }
   const Owned<msg_t> kept(
       msg_ref_create(message.get()));  // the request is read while its transaction may end
@@ -174,7 +176,7 @@ void Engine::onRequestInDialog(Leg& leg, Owned<msg_t> message, const sip_t& requ
   if (!bye) return onInvite(leg, transaction, request);
   nta_incoming_treply(transaction, 200, sip_status_phrase(200), TAG_END());
   nta_incoming_destroy(transaction);
-  onBye(leg);
+  onBye(leg, passed);
 }
 
 void Engine::onFirstInvite(Owned<msg_t> message, const sip_t& invite) {

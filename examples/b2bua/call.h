@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 
 #include "mediaPolicy.h"
 #include "sessionTimer.h"
@@ -36,13 +37,14 @@ struct Leg {
   Call* call = nullptr;
   Side side = kCaller;
   std::string callId;
-  std::string local;            ///< From of what the engine sends, with the engine's tag
-  std::string remote;           ///< To of what the engine sends, with the party's tag
-  std::string contact;          ///< where the party wants to be reached
-  std::string routes;           ///< Route value of what the engine sends
-  unsigned int cseq = 0;        ///< of the last request that the engine sent
-  unsigned int remoteCseq = 0;  ///< of the last one that the party sent
-  unsigned int keptCseq = 0;    ///< the store has it that as many may have been sent; 0 when it has nothing
+  std::string local;              ///< From of what the engine sends, with the engine's tag
+  std::string remote;             ///< To of what the engine sends, with the party's tag
+  std::string contact;            ///< where the party wants to be reached
+  std::string transport = "udp";  ///< over which the engine wants to be reached
+  std::string routes;             ///< Route value of what the engine sends
+  unsigned int cseq = 0;          ///< of the last request that the engine sent
+  unsigned int remoteCseq = 0;    ///< of the last one that the party sent
+  unsigned int keptCseq = 0;      ///< the store has it that as many may have been sent; 0 when it has nothing
   unsigned int unacknowledged = 0;  ///< number of the INVITE to the party whose 200 has no ACK yet
   Owned<nta_leg_t> dialog;          ///< the stack's part of it
   bool answered = false;            ///< the body sent last was an answer
@@ -114,10 +116,13 @@ using BodyTaken = std::function<void(Call& call, const BodyRefusal& refusal)>;
 
 /// Where the first INVITE of a call is, and where it may go yet.
 struct Hunt {
-  std::deque<std::string> uris;  ///< still to be tried
-  std::string place;             ///< of the one that is tried, or has the call
-  unsigned long number = 0;      ///< of the try
-  bool heard = false;            ///< there was a response
+  std::deque<std::string> uris;   ///< still to be tried
+  std::set<std::string> known;    ///< all that were ever among them
+  std::size_t contacts = 0;       ///< the first of them are those of a redirection
+  unsigned int redirections = 0;  ///< contacts that were followed
+  std::string place;              ///< of the one that is tried, or has the call
+  unsigned long number = 0;       ///< of the try
+  bool heard = false;             ///< there was a response
 };
 
 struct Call {

@@ -72,6 +72,10 @@ void addCallOptions(CLI::App& app, Options& options) {
                  "of silence, after which a call goes on to the next target")
       ->check(CLI::Range(1U, 30U))
       ->capture_default_str();
+  app.add_option("--follow-redirects", options.followRedirects,
+                 "contacts of 3xx that are tried for a call; 0 passes 3xx on without them")
+      ->check(CLI::Range(0U, 16U))
+      ->capture_default_str();
   app.add_option("--pass-headers", options.passHeaders,
                  "names of headers that go on to the other side, with commas; X-* for all that begin so")
       ->delimiter(',')
@@ -86,6 +90,25 @@ void addCallOptions(CLI::App& app, Options& options) {
       ->check(CLI::Range(0U, 86'400U))
       ->capture_default_str();
   app.add_option("--min-se", options.session.minimum, "seconds, the least that a party may ask for")
+      ->check(CLI::Range(1U, 86'400U))
+      ->capture_default_str();
+}
+
+void addTransportOptions(CLI::App& app, Options& options) {
+  TransportOptions& ways = options.transports;
+  app.add_option("--transports", ways.names, "udp, tcp and tls, with commas; the address is that of --listen")
+      ->delimiter(',')
+      ->check(CLI::IsMember({"udp", "tcp", "tls"}))
+      ->capture_default_str();
+  app.add_option("--tls-port", ways.tlsPort, "instead of that of --listen")
+      ->check(CLI::Range(1U, 65'535U))
+      ->capture_default_str();
+  app.add_option(
+      "--certificates", ways.certificates,
+      "folder with agent.pem, certificate and key of the engine, and cafile.pem, who vouches for others");
+  app.add_flag("--verify-callers", ways.verifyCallers, "who connects by TLS needs a certificate, too");
+  app.add_option("--max-connections", ways.maxConnections, "at a time")->capture_default_str();
+  app.add_option("--idle-seconds", ways.idleSeconds, "after which a connection is closed")
       ->check(CLI::Range(1U, 86'400U))
       ->capture_default_str();
 }

@@ -40,6 +40,8 @@ struct Counters {
   unsigned long mediaFailures = 0;
   unsigned long mediaGone = 0;
   unsigned long failovers = 0;
+  unsigned long redirections = 0;
+  unsigned long closedConnections = 0;
   std::array<unsigned long, kLimitNames.size()> notTaken{};
 
   unsigned long& of(Limit limit) { return notTaken[static_cast<std::size_t>(limit)]; }
@@ -79,6 +81,9 @@ inline constexpr CounterName kCounterNames[] = {
      &Counters::mediaFailures},
     {"media_gone", "How often the media relay was lost.", &Counters::mediaGone},
     {"failovers", "Times that a call went on to another target.", &Counters::failovers},
+    {"redirections", "Contacts of redirections that were followed.", &Counters::redirections},
+    {"closed_connections", "Connections that were closed since there were too many.",
+     &Counters::closedConnections},
 };
 
 }  // namespace b2bua

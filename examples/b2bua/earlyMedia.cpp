@@ -130,12 +130,12 @@ bool Engine::answerReliably(Call& call, int status, const std::string& body, con
   if (status <= 100 || call.established ||
       (!insists && (body.empty() || sip_has_feature(invite.sip_supported, kReliable) == 0)))
     return false;
-  const nta_reliable_t* const sent =
-      nta_reliable_treply(exchange.incoming.get(), onPrack, &call.legs[exchange.from], status,
-                          sip_status_phrase(status), SIPTAG_CONTACT(nta_agent_contact(agent_.get())),
-                          TAG_IF(!header.empty(), SIPTAG_HEADER_STR(header.c_str())),
-                          TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp)),
-                          TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str())), TAG_END());
+  const nta_reliable_t* const sent = nta_reliable_treply(
+      exchange.incoming.get(), onPrack, &call.legs[exchange.from], status, sip_status_phrase(status),
+      SIPTAG_CONTACT_STR(transports_.contact(call.legs[exchange.from].transport).c_str()),
+      TAG_IF(!header.empty(), SIPTAG_HEADER_STR(header.c_str())),
+      TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp)),
+      TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str())), TAG_END());
   exchange.unacknowledged = sent != nullptr;
   return sent != nullptr;
 }

@@ -8,8 +8,8 @@ namespace b2bua {
 
 namespace {
 
-constexpr int kLongestDatagram = 65'507;
-constexpr unsigned int kLongestRinging = 180'000;  ///< ms; the stack has no limit of its own for a user agent
+constexpr std::chrono::milliseconds kBetweenConnections{100};
+
 const url_string_t* urlOf(const std::string& text) { return URL_STRING_MAKE(text.c_str()); }
 
 /// The engine finds the dialogs of requests by itself.
@@ -23,13 +23,9 @@ Engine::Engine(su_root_t* root, const Options& options, StateStore& store, Log& 
       log_(log),
       media_(makeMediaRelay(root, options.media, log, counters_)),
       connections_(store.connections()) {
-  std::string listen = "sip:" + options.listen + ";transport=udp";
-  if (const std::size_t anyPort = listen.find(":0;"); anyPort != std::string::npos) listen[anyPort + 1] = '*';
-  agent_.reset(nta_agent_create(root, urlOf(listen), onMessage, this, NTATAG_UA(1),
-                                NTATAG_UDP_MTU(kLongestDatagram), NTATAG_TIMER_C(kLongestRinging),
-                                NTATAG_PASS_100(1), TAG_END()));
-  if (!agent_) throw std::runtime_error("cannot listen at " + options.listen);
-  if (std::ranges::find(options.targets, address(), &Target::address) != options.targets.end())
+  agent_ = transports_.open(root, onMessage, this);
+  if (std::ranges::any_of(options.targets,
+                          [this](const Target& target) { return transports_.isOwn(target.address); }))
     throw std::runtime_error("--target is the engine itself");
   everySecond_.reset(su_timer_create(su_root_task(root), 1'000));
   su_timer_set_for_ever(everySecond_.get(), onSecond, this);
@@ -40,9 +36,11 @@ Engine::Engine(su_root_t* root, const Options& options, StateStore& store, Log& 
   elsewhere_ = "sip:" + randomText() + ".invalid";
 }
 
-std::string Engine::address() const {
-  const url_t& url = *nta_agent_contact(agent_.get())->m_url;
-  return std::string(url.url_host) + ":" + (url.url_port != nullptr ? url.url_port : "5060");
+void Engine::limitConnections() {
+  const auto now = std::chrono::steady_clock::now();
+  if (now < nextConnections_) return;
+  nextConnections_ = now + kBetweenConnections;
+  counters_.closedConnections += transports_.closeSome();
 }
 
 /// A header that says why.

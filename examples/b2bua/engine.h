@@ -15,6 +15,7 @@
 #include "snapshot.h"
 #include "stateStore.h"
 #include "targets.h"
+#include "transports.h"
 
 namespace b2bua {
 
@@ -25,7 +26,7 @@ class Engine {
   Engine(su_root_t* root, const Options& options, StateStore& store, Log& log);
 
   /// HOST:PORT
-  std::string address() const;
+  std::string address() const { return transports_.address(); }
   /// Applies a policy from now on; an exchange of bodies that is under way keeps its own.
   void use(const Policy& policy) { policy_ = std::make_shared<const Policy>(policy); }
   std::size_t calls() const { return calls_.size(); }
@@ -38,6 +39,8 @@ class Engine {
   bool idle() const;
   /// Goes on with calls whose target says nothing; to be called often.
   void lookForSilence();
+  /// Closes connections when there are too many; to be called often.
+  void limitConnections();
   void showCounters() const;
   /// Looks after what the store has of the calls; to be called often.
   void tend();
@@ -95,7 +98,8 @@ class Engine {
   void openTarget(Call& call);
   void awaitTarget(Call& call);
   void hearTarget(Call& call, int status);
-  bool tryNext(Call& call, int status);
+  void follow(Call& call, const sip_t& response);
+  bool tryNext(Call& call, const sip_t* response);
   void abandon(Call& call);
 
   // exchanges of bodies (exchange.cpp)
@@ -200,6 +204,8 @@ class Engine {
   Counters counters_;  ///< but for what the stack counts
   SetupTimes setupTimes_;
   const std::unique_ptr<MediaRelay> media_;
+  Transports transports_{options_.listen, options_.transports};
+  std::chrono::steady_clock::time_point nextConnections_{};
   Owned<nta_agent_t> agent_;
   Owned<su_timer_t> everySecond_;
   Leg listener_;  ///< for responses outside of the calls

@@ -87,7 +87,7 @@ nta_outgoing_t* Engine::send(Leg& leg, sip_method_t method, const char* name, un
   const std::string number = std::to_string(cseq) + " " + name;
   return nta_outgoing_tcreate(leg.dialog.get(), onResponse, receiver, nullptr, method, name, nullptr,
                               SIPTAG_CSEQ_STR(number.c_str()),
-                              SIPTAG_CONTACT(nta_agent_contact(agent_.get())),
+                              SIPTAG_CONTACT_STR(transports_.contact(leg.transport).c_str()),
                               TAG_IF(!header.empty(), SIPTAG_HEADER_STR(header.c_str())),
                               TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp)),
                               TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str())), TAG_END());
@@ -106,7 +106,7 @@ void Engine::sendInvite(Call& call, Side to, const std::string& body) {
                                update ? "UPDATE" : "INVITE", ++leg.cseq, body, onInviteResponse, &leg,
                                header));
   if (!exchange.outgoing) return fail(call, 500);
-  if (!call.established && !update) awaitTarget(call);
+  if (!call.established && !exchange.update) awaitTarget(call);
 }
 
 void Engine::sendAck(Call& call, const std::string& body) {
@@ -130,7 +130,7 @@ int Engine::onInviteResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t*
   if (!call.exchange || call.exchange->outgoing.get() != transaction || call.exchange->concluded) return 0;
   call.exchange->concluded = status >= 200;
   call.exchange->headers[call.exchange->from] = passedHeaders(*response, engine.options_.passHeaders);
-  if (!call.established) engine.hearTarget(call, status);
+  if (!call.established && !call.exchange->update) engine.hearTarget(call, status);
   if (status >= 300) {
     engine.onFailure(call, *response);
   } else if (status >= 200) {
@@ -193,7 +193,7 @@ void Engine::onFailure(Call& call, const sip_t& response) {
     call.exchange.reset();
     return onRefreshRefused(leg, status, &response);
   }
-  if (tryNext(call, status)) return;
+  if (tryNext(call, &response)) return;
   if (exchange.kind == Kind::dummyReplaced) {
     note(call, "the target refused the offer after the dummy", {{"status", std::to_string(status)}});
     return end(call, "no offer for the target");
@@ -240,11 +240,13 @@ void Engine::answer(Call& call, int status, const std::string& body, const std::
   if (exchange.answered && !call.aside && (exchange.kind == Kind::relayed || exchange.kind == Kind::local))
     agree(call);
   if (status < 200 && answerReliably(call, status, body, all)) return;
-  nta_incoming_treply(exchange.incoming.get(), status, sip_status_phrase(status),
-                      TAG_IF(status < 300, SIPTAG_CONTACT(nta_agent_contact(agent_.get()))),
-                      TAG_IF(!all.empty(), SIPTAG_HEADER_STR(all.c_str())),
-                      TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp)),
-                      TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str())), TAG_END());
+  nta_incoming_treply(
+      exchange.incoming.get(), status, sip_status_phrase(status),
+      TAG_IF(status < 300,
+             SIPTAG_CONTACT_STR(transports_.contact(call.legs[exchange.from].transport).c_str())),
+      TAG_IF(!all.empty(), SIPTAG_HEADER_STR(all.c_str())),
+      TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp)),
+      TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str())), TAG_END());
   if (exchange.update && exchange.answered && !call.aside) complete(call);
 }
 

@@ -3,10 +3,13 @@
 #include <utility>
 
 #include "engine.h"
+#include "redirects.h"
 
 namespace b2bua {
 
 namespace {
+
+constexpr std::string_view kTransport = ";transport=";
 
 /// @return what stands behind "sip:" and the user
 std::string placeIn(const std::string& uri) {
@@ -19,7 +22,10 @@ std::string placeIn(const std::string& uri) {
 /// @param user  of the Request-URI, null for none
 void Engine::beginHunt(Call& call, const char* user) {
   const std::string begin = "sip:" + (user != nullptr ? std::string(user) + "@" : "");
-  for (const std::string& place : targets_.order()) call.hunt.uris.push_back(begin + place);
+  for (const std::string& place : targets_.order()) {
+    call.hunt.uris.push_back(begin + place);
+    call.hunt.known.insert(begin + place);
+  }
   openTarget(call);
 }
 
@@ -28,6 +34,7 @@ void Engine::openTarget(Call& call) {
   Hunt& hunt = call.hunt;
   const std::string uri = std::move(hunt.uris.front());
   hunt.uris.pop_front();
+  if (hunt.contacts > 0) --hunt.contacts;
   hunt.place = placeIn(uri);
   Leg& leg = call.legs[kTarget];
   Leg fresh;
@@ -38,6 +45,8 @@ void Engine::openTarget(Call& call) {
   fresh.local = std::move(leg.local);
   fresh.contact = "<" + uri + ">";
   fresh.remote = "<" + uri.substr(0, uri.find(';', uri.size() - hunt.place.size())) + ">";
+  if (const std::size_t name = hunt.place.find(kTransport); name != std::string::npos)
+    fresh.transport = hunt.place.substr(name + kTransport.size());
   leg = std::move(fresh);
   openDialog(leg);
 }
@@ -65,21 +74,42 @@ void Engine::lookForSilence() {
     if (found == calls_.end() || found->second.hunt.number != silence.number || found->second.hunt.heard)
       continue;
     targets_.failed(found->second.hunt.place);
-    tryNext(found->second, 408);
+    tryNext(found->second, nullptr);
   }
 }
 
+/// Puts the contacts of a redirection in front of the other places, but for those that were there already.
+void Engine::follow(Call& call, const sip_t& response) {
+  Hunt& hunt = call.hunt;
+  std::deque<std::string> contacts;
+  for (const std::string& uri : redirectionsIn(response, options_.transports)) {
+    if (hunt.redirections >= options_.followRedirects) break;
+    const std::string place = placeIn(uri);
+    if (transports_.isOwn(place.substr(0, place.find(';'))) || !hunt.known.insert(uri).second) continue;
+    contacts.push_back(uri);
+    ++hunt.redirections;
+    ++counters_.redirections;
+  }
+  hunt.contacts += contacts.size();
+  hunt.uris.insert(hunt.uris.begin(), contacts.begin(), contacts.end());
+}
+
 /// Goes on to the next place, unless there is none or the caller has a body of this one already.
-/// @param status  that the last one came to
+/// @param response  of the last one, null when it says nothing
 /// @return whether the call went on
-bool Engine::tryNext(Call& call, int status) {
-  if (call.established || !call.exchange || call.exchange->cancelled || call.hunt.uris.empty()) return false;
+bool Engine::tryNext(Call& call, const sip_t* response) {
+  if (call.established || call.aside || !call.exchange || call.exchange->cancelled) return false;
   Exchange& exchange = *call.exchange;
-  const bool silent = !exchange.concluded;
-  if (exchange.sent[kCaller].isSdpPresent() || exchange.waits() || (!silent && status != 503)) return false;
+  if (exchange.sent[kCaller].isSdpPresent() || exchange.waits()) return false;
+  const int status = response != nullptr ? response->sip_status->st_status : 503;
+  if (status >= 300 && status <= 302) follow(call, *response);
+  // All contacts are tried (RFC 3261 8.1.3.4), another target only when one cannot be used.
+  const bool goesOn = status == 503 || (call.hunt.contacts > 0 && status < 600);
+  if (!goesOn || call.hunt.uris.empty()) return false;
+  const bool silent = response == nullptr;
   note(call, "goes on to another target",
        {{"target", call.hunt.place}, {"status", silent ? "none" : std::to_string(status)}});
-  ++counters_.failovers;
+  if (status == 503) ++counters_.failovers;
   if (silent) abandon(call);
   exchange.outgoing.reset();
   exchange.concluded = false;

@@ -21,7 +21,7 @@ namespace {
 /// @return the exit status; none when the program is to run
 std::optional<int> readOptions(const std::vector<std::string>& words, Options& options,
                                std::ostream& errors) {
-  CLI::App app("A back-to-back user agent for SIP over UDP", "b2bua");
+  CLI::App app("A back-to-back user agent for SIP", "b2bua");
   try {
     parseOptions(app, options, words);
   } catch (const CLI::ParseError& error) {

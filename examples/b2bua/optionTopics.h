@@ -11,6 +11,7 @@ namespace b2bua {
 // line: it may stand in the configuration.
 
 void addCallOptions(CLI::App& app, Options& options);
+void addTransportOptions(CLI::App& app, Options& options);
 void addLimitOptions(CLI::App& app, Options& options);
 void addServiceOptions(CLI::App& app, Options& options);
 /// Those that may stand in a policy, too.

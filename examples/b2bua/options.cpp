@@ -30,6 +30,7 @@ void addFileOptions(CLI::App& app, Options& options) {
 
 void parseOptions(CLI::App& app, Options& options, const std::vector<std::string>& words) {
   addCallOptions(app, options);
+  addTransportOptions(app, options);
   addLimitOptions(app, options);
   addServiceOptions(app, options);
   addFileOptions(app, options);
@@ -39,6 +40,11 @@ void parseOptions(CLI::App& app, Options& options, const std::vector<std::string
   if (!policy.empty()) readPolicyFile(*app.get_option_group(kRules), policy);
   if (const std::string conflict = conflictOf(options); !conflict.empty())
     throw CLI::ValidationError("--media", conflict);
+  for (const Target& target : options.targets) {
+    const std::string name = target.transport.empty() ? "udp" : target.transport;
+    if (!options.transports.has(name))
+      throw CLI::ValidationError("--target", name + " is none of --transports: " + target.place());
+  }
   if (options.targets.empty() && options.checked.empty()) throw CLI::RequiredError("--target");
 }
 

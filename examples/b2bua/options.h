@@ -1,6 +1,7 @@
 #ifndef B2BUA_OPTIONS_H
 #define B2BUA_OPTIONS_H
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <vector>
@@ -56,14 +57,27 @@ struct MediaOptions {
   std::array<PartyKind, 2> parties{};  ///< caller and target
 };
 
+struct TransportOptions {
+  std::vector<std::string> names = {"udp"};  ///< udp, tcp and tls
+  unsigned int tlsPort = 5'061;              ///< at the address of the others
+  std::string certificates;    ///< folder with agent.pem and cafile.pem, as the stack wants them
+  bool verifyCallers = false;  ///< certificates of who connects; those of targets are always verified
+  unsigned int maxConnections = 1'000;
+  unsigned int idleSeconds = 180;  ///< after which a connection without messages is closed
+
+  bool has(const std::string& name) const { return std::ranges::find(names, name) != names.end(); }
+};
+
 struct Options {
   std::string listen = "127.0.0.1:5060";
   std::vector<Target> targets;
-  unsigned int targetSeconds = 4;  ///< of silence, after which a call goes on to the next one
+  unsigned int targetSeconds = 4;    ///< of silence, after which a call goes on to the next one
+  unsigned int followRedirects = 0;  ///< contacts of a call that are tried
+  TransportOptions transports;
   std::vector<std::string> passHeaders = {"P-Asserted-Identity", "Privacy", "Diversion", "X-*"};
-  std::string state;               ///< of a RedisLink, or empty
-  std::string http;                ///< HOST:PORT of metrics and health, or empty
-  std::string logFile;             ///< standard error when empty
+  std::string state;    ///< of a RedisLink, or empty
+  std::string http;     ///< HOST:PORT of metrics and health, or empty
+  std::string logFile;  ///< standard error when empty
   LogFormat logFormat = LogFormat::text;
   std::size_t maxCalls = 10'000;
   unsigned int maxInvites = 400;          ///< per second

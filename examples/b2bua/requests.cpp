@@ -43,6 +43,11 @@ std::string unsupportedIn(const sip_t& request) {
   return header;
 }
 
+/// @return headers that tell what the engine takes (RFC 3261 11.2)
+std::string abilities() {
+  return std::string(kAllow) + "\r\nAccept: application/sdp, multipart/mixed\r\nSupported: " + kExtensions;
+}
+
 }  // namespace
 
 std::string tagOf(const std::string& id, Side side) { return id + (side == kCaller ? "-c" : "-t"); }
@@ -128,17 +133,18 @@ void Engine::turnAway(Owned<msg_t> message, Limit limit) {
 
 void Engine::onRequest(Owned<msg_t> message, const sip_t& request) {
   const sip_method_t method = request.sip_request->rq_method;
-  if (method == sip_method_options && stopping_) return turnAway(std::move(message), Limit::draining);
-  if (method == sip_method_options) return reply(std::move(message), 200, kAllow);
+  const bool outside = request.sip_to->a_tag == nullptr;
+  const bool options = method == sip_method_options;
+  if (options && outside && stopping_) return turnAway(std::move(message), Limit::draining);
   if (method == sip_method_cancel || method == sip_method_prack) return reply(std::move(message), 481);
-  if (method != sip_method_invite && method != sip_method_bye && method != sip_method_update)
+  if (!options && method != sip_method_invite && method != sip_method_bye && method != sip_method_update)
     return reply(std::move(message), 405, kAllow);
   if (const std::string header = unsupportedIn(request); !header.empty())
     return reply(std::move(message), 420, header);
   if (const std::string header = tooShortSession(options_.session, request); !header.empty())
     return reply(std::move(message), 422, header);
-  if (request.sip_to->a_tag == nullptr && method == sip_method_invite)
-    return onFirstInvite(std::move(message), request);
+  if (options && outside) return reply(std::move(message), 200, abilities());
+  if (outside && method == sip_method_invite) return onFirstInvite(std::move(message), request);
   Leg* leg = find(request);
   if (leg != nullptr && !isOwn(*leg->call)) {
     giveAway(*leg->call);
@@ -160,6 +166,9 @@ nta_incoming_t* Engine::openTransaction(const Leg& leg, Owned<msg_t> message) {
 void Engine::onRequestInDialog(Leg& leg, Owned<msg_t> message, const sip_t& request) {
   const bool bye = request.sip_request->rq_method == sip_method_bye;
   if (request.sip_cseq->cs_seq < leg.remoteCseq) return reply(std::move(message), 500);
+  // As a sign that the call is there it says enough; its number is that of no other request.
+  if (request.sip_request->rq_method == sip_method_options)
+    return reply(std::move(message), 200, abilities());
   if (request.sip_request->rq_method == sip_method_update) return onUpdate(leg, std::move(message), request);
   if (!bye && leg.call->exchange) return reply(std::move(message), 491);
   if (const auto limit = bye ? std::nullopt : limitOfReoffers()) return turnAway(std::move(message), *limit);
@@ -193,6 +202,7 @@ void Engine::onFirstInvite(Owned<msg_t> message, const sip_t& invite) {
   caller.remote = headerText(invite.sip_from);
   caller.contact = headerText(invite.sip_contact);
   caller.remoteCseq = invite.sip_cseq->cs_seq;
+  caller.transport = transports_.of(message.get());
   openDialog(caller);
   nta_leg_server_route(caller.dialog.get(), invite.sip_record_route, invite.sip_contact);
 

@@ -70,6 +70,7 @@ void Service::step() {
   manager_.alive(engine_.calls());
   show();
   engine_.lookForSilence();
+  engine_.limitConnections();
   if (countersAsked != 0) engine_.showCounters();
   countersAsked = 0;
   if (hungUp != 0) reload();

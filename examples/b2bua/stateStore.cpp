@@ -59,6 +59,7 @@ void addFields(Leg& leg, const std::string& prefix, Fields& fields) {
   fields[prefix + "local"] = leg.local;
   fields[prefix + "remote"] = leg.remote;
   fields[prefix + "contact"] = headerText(contact);
+  fields[prefix + "transport"] = leg.transport;
   fields[prefix + "routes"] = headerText(routes);
   addNumbers(leg, prefix, fields);
   fields[prefix + "remote-cseq"] = std::to_string(leg.remoteCseq);
@@ -107,6 +108,7 @@ bool readFields(Fields& fields, const std::string& prefix, Leg& leg) {
   leg.local = fields[prefix + "local"];
   leg.remote = fields[prefix + "remote"];
   leg.contact = fields[prefix + "contact"];
+  leg.transport = fields[prefix + "transport"];
   leg.routes = fields[prefix + "routes"];
   leg.answered = !fields[prefix + "answered"].empty();
   leg.allowsUpdate = !fields[prefix + "allows-update"].empty();

@@ -46,7 +46,7 @@ void Engine::onSignOfLife(Leg& leg, Owned<msg_t> message, const sip_t& update) {
   takeTarget(leg, update);
   const std::string timer = agreeTimer(leg, update);
   reply(std::move(message), 200,
-        std::string(kAllow) + "\r\nContact: " + headerText(nta_agent_contact(agent_.get())) +
+        std::string(kAllow) + "\r\nContact: " + transports_.contact(leg.transport) +
             (timer.empty() ? "" : "\r\n" + timer));
   if (leg.call->kept && leg.timer.text() != before) keep(*leg.call);
 }

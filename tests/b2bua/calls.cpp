@@ -47,7 +47,7 @@ std::size_t contentLength(const std::string& head) {
 
 /// The messages of a log of sipp: a line with the size, an empty one, the message.
 std::vector<Received> messagesOf(const std::string& log) {
-  static const std::string mark = "UDP message received [";
+  static const std::string mark = " message received [";
   std::vector<Received> messages;
   std::string last;
   for (std::size_t at = log.find(mark); at != std::string::npos; at = log.find(mark, at)) {

@@ -125,7 +125,7 @@ TEST_F(Configuration, TellsThePlaceInAConfigurationThatCannotBeUsed) {
       {target + "colour = 1\n", "2:1: unknown key: colour"},
       {target + "[limits]\nmax-calls = 3\n", "2:2: unknown key: limits"},
       {target + "config = \"other\"\n", "2:1: unknown key: config"},
-      {"target = 5\n", "1:10: target is a text"},
+      {"target = 5\n", "1:10: target is a text, or an array of texts"},
       {target + "max-calls = \"5\"\n", "2:13: max-calls is a whole number"},
       {target + "max-calls = 5.5\n", "2:13: max-calls is a whole number"},
       {target + "max-calls = -5\n", "2:13: max-calls is a whole number"},

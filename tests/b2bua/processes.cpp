@@ -147,7 +147,7 @@ std::string freePortPair() {
 
 // Binding it to find out would take it from the program that is about to have it.
 bool isTaken(const std::string& port) {
-  for (const char* table : {"/proc/net/udp", "/proc/net/udp6"}) {
+  for (const char* table : {"/proc/net/udp", "/proc/net/udp6", "/proc/net/tcp"}) {
     std::ifstream lines(table);
     for (std::string line; std::getline(lines, line);) {
       std::istringstream words(line);

@@ -42,7 +42,7 @@ class Process {
 /// @return what it said last
 bool waitUntil(const std::function<bool()>& condition, milliseconds longest);
 
-/// A UDP port of the loopback interfaces that nobody has, as text.
+/// A port of the loopback interfaces that nobody has, as text.
 std::string freePort();
 
 /// One of UDP and TCP whose next one is free too, as text.

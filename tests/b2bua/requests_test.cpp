@@ -59,7 +59,26 @@ TEST_F(Requests, OptionsAreAnsweredWithWhatIsAllowed) {
   start();
   const std::string response = ask({.method = "OPTIONS"});
   EXPECT_EQ(statusOf(response), 200) << response;
+  EXPECT_EQ(headerOf(response, "Accept"), "application/sdp, multipart/mixed");
   EXPECT_EQ(headerOf(response, "Allow"), "INVITE, ACK, CANCEL, BYE, OPTIONS, PRACK, UPDATE");
+}
+
+TEST_F(Requests, OptionsAreAnsweredWithinACallToo) {
+  start();
+  const std::string tag = establish();
+  const std::string response = ask({.method = "OPTIONS", .cseq = 2, .toTag = tag});
+  EXPECT_EQ(statusOf(response), 200) << response;
+  EXPECT_EQ(headerOf(response, "Accept"), "application/sdp, multipart/mixed");
+  EXPECT_EQ(headerOf(response, "Supported"), "100rel, timer");
+  EXPECT_EQ(statusOf(ask({.method = "OPTIONS", .call = 2, .toTag = tag})), 481);
+  EXPECT_EQ(statusOf(ask({.method = "OPTIONS", .call = 3, .toTag = ";tag=nobody-c"})), 481);
+  EXPECT_EQ(engine_->counters()["active"], 1);
+}
+
+TEST_F(Requests, OptionsThatInsistOnUnknownExtensionsAreRefused) {
+  start();
+  const std::string response = ask({.method = "OPTIONS", .header = "Require: none-such\r\n"});
+  EXPECT_EQ(statusOf(response), 420) << response;
 }
 
 TEST_F(Requests, OtherMethodsAreRefused) {

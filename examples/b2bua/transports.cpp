@@ -1,0 +1,157 @@
+#include "transports.h"
+
+#include <sofia-sip/nta_tport.h>
+#include <sofia-sip/tport.h>
+#include <sofia-sip/tport_tag.h>
+
+#include <netdb.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <stdexcept>
+
+namespace b2bua {
+
+namespace {
+
+constexpr unsigned int kLongestDatagram = 65'507;
+constexpr unsigned int kSafeDatagram =
+    1'300;  ///< what is longer goes by TCP where there is one (RFC 3261 18.1.1)
+constexpr unsigned int kLongestRinging = 180'000;  ///< ms; the stack has no limit of its own for a user agent
+
+const url_string_t* urlOf(const std::string& text) { return URL_STRING_MAKE(text.c_str()); }
+
+/// The stack's word for an agent without transports, which are added one by one.
+const url_string_t* withoutTransports() {
+  return reinterpret_cast<const url_string_t*>(-1);  // NOLINT(performance-no-int-to-ptr)
+}
+
+/// Each connection is one; what the usual limit allows would soon be none for anything else.
+void allowFiles() {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
+  limit.rlim_cur = limit.rlim_max;
+  setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+/// An address as text.
+struct Endpoint {
+  std::string host;
+  std::string port;
+};
+
+/// @param which  getsockname or getpeername
+std::optional<Endpoint> endpointOf(int descriptor, int (*which)(int, sockaddr*, socklen_t*)) {
+  sockaddr_storage address{};
+  socklen_t length = sizeof address;
+  auto* const any = reinterpret_cast<sockaddr*>(&address);
+  char host[NI_MAXHOST] = "";
+  char port[NI_MAXSERV] = "";
+  if (which(descriptor, any, &length) != 0 || (any->sa_family != AF_INET && any->sa_family != AF_INET6) ||
+      getnameinfo(any, length, host, sizeof host, port, sizeof port, NI_NUMERICHOST | NI_NUMERICSERV) != 0)
+    return std::nullopt;
+  return Endpoint{host, port};
+}
+
+/// The stack shows only some of its connections, so the system is asked.
+/// @param ports  of the engine
+/// @return the descriptors of those that came, by who has them
+std::map<std::string, std::vector<int>> connectionsTo(const std::vector<std::string>& ports) {
+  std::map<std::string, std::vector<int>> connections;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", error)) {
+    const int descriptor = std::atoi(entry.path().filename().c_str());
+    const auto own = endpointOf(descriptor, getsockname);
+    if (!own || std::ranges::find(ports, own->port) == ports.end()) continue;
+    if (const auto peer = endpointOf(descriptor, getpeername)) connections[peer->host].push_back(descriptor);
+  }
+  return connections;
+}
+
+}  // namespace
+
+Transports::Transports(const std::string& listen, const TransportOptions& options)
+    : options_(options),
+      host_(listen.substr(0, listen.rfind(':'))),
+      port_(listen.substr(listen.rfind(':') + 1)) {
+  if (port_ == "0") port_ = "*";
+}
+
+Owned<nta_agent_t> Transports::open(su_root_t* root, nta_message_f* onMessage, nta_agent_magic_t* magic) {
+  if (options_.names != std::vector<std::string>{"udp"}) allowFiles();
+  Owned<nta_agent_t> agent(nta_agent_create(
+      root, withoutTransports(), onMessage, magic, NTATAG_UA(1), NTATAG_MAXSIZE(kLongestDatagram),
+      NTATAG_UDP_MTU(options_.has("tcp") ? kSafeDatagram : kLongestDatagram), NTATAG_TIMER_C(kLongestRinging),
+      NTATAG_PASS_100(1), TAG_END()));
+  if (!agent) throw std::runtime_error("no SIP stack");
+  agent_ = agent.get();
+  for (const char* const name : {"udp", "tcp", "tls"}) {
+    if (!options_.has(name)) continue;
+    add(name);
+    // The free port of the first one is that of the others.
+    if (port_ == "*") port_ = nta_agent_contact(agent_)->m_url->url_port;
+  }
+  return agent;
+}
+
+std::string Transports::portOf(const std::string& name) const {
+  return name == "tls" ? std::to_string(options_.tlsPort) : port_;
+}
+
+void Transports::add(const std::string& name) {
+  if (name == "tls" && access((options_.certificates + "/agent.pem").c_str(), R_OK) != 0)
+    throw std::runtime_error(options_.certificates + "/agent.pem: cannot be read");
+  const std::string place = host_ + ":" + portOf(name);
+  const std::string url = (name == "tls" ? "sips:" : "sip:") + place + ";transport=" + name;
+  const unsigned int verify = options_.verifyCallers ? TPTLS_VERIFY_ALL : TPTLS_VERIFY_OUTGOING;
+  const bool added =
+      nta_agent_add_tport(agent_, urlOf(url), TPTAG_IDLE(1'000 * options_.idleSeconds),
+                          TPTAG_TIMEOUT(1'000 * options_.idleSeconds),
+                          TAG_IF(name == "tls", TPTAG_CERTIFICATE(options_.certificates.c_str())),
+                          TAG_IF(name == "tls", TPTAG_TLS_VERIFY_POLICY(verify)), TAG_END()) == 0;
+  if (!added) throw std::runtime_error("cannot listen at " + place + " (" + name + ")");
+}
+
+std::string Transports::address() const {
+  return host_ + ":" + portOf(options_.has("udp") ? "udp" : options_.names.front());
+}
+
+bool Transports::isOwn(const std::string& address) const {
+  return std::ranges::any_of(options_.names,
+                             [&](const std::string& name) { return address == host_ + ":" + portOf(name); });
+}
+
+std::string Transports::contact(const std::string& transport) const {
+  const std::string& name = options_.has(transport) ? transport : options_.names.front();
+  return "<sip:" + host_ + ":" + portOf(name) + ";transport=" + name + ">";
+}
+
+std::string Transports::of(msg_t* message) const {
+  const tport_t* const way = tport_delivered_by(nta_agent_tports(agent_), message);
+  const std::string name = way != nullptr ? tport_name(way)->tpn_proto : "";
+  return options_.has(name) ? name : options_.names.front();
+}
+
+unsigned long Transports::closeSome() const {
+  if (!options_.has("tcp") && !options_.has("tls")) return 0;
+  std::map<std::string, std::vector<int>> bySource = connectionsTo({portOf("tcp"), portOf("tls")});
+  std::size_t all = 0;
+  for (const auto& [source, connections] : bySource) all += connections.size();
+  unsigned long closed = 0;
+  for (; all > options_.maxConnections; --all, ++closed) {
+    const auto most =
+        std::ranges::max_element(bySource, {}, [](const auto& each) { return each.second.size(); });
+    // The stack learns it as if the other side had closed it.
+    shutdown(most->second.back(), SHUT_RDWR);
+    most->second.pop_back();
+  }
+  return closed;
+}
+
+}  // namespace b2bua

@@ -70,13 +70,19 @@ using Told = std::set<std::pair<std::string, std::string>>;
 using Sent = std::tuple<std::string_view, AddressFamily, std::array<std::uint8_t, 16>>;
 
 void lookAt(TroubleFinder& finder, std::size_t number, Told& told) {
+  if (finder.bodies().factsOf(number, number).isReachable) {
+    finder.bodies().passOver(number, number);
+    return;
+  }
   const sdp::Document* const body = finder.bodies().of(number);
   if (body == nullptr) return;
+  bool isReachable = true;
   const CallMessage& message = finder.call().messages[number];
   for (const sdp::Section& section : body->sections()) {
     if (!isActive(section) || section.port() == 0) continue;
     const std::optional<Given> given = privateAddress(section);
     if (!given) continue;
+    isReachable = false;
     const std::string sender = message.flow.source.address.text();
     if (!told.insert({sender, std::string(given->address)}).second) continue;
     const bool isCandidate = given->line != 0;
@@ -86,6 +92,7 @@ void lookAt(TroubleFinder& finder, std::size_t number, Told& told) {
                     " is private, and goes to " + message.flow.destination.address.text() +
                     (isCandidate ? "; no candidate is public" : ""));
   }
+  if (isReachable) finder.bodies().factsOf(number, number).isReachable = true;
 }
 
 }  // namespace

@@ -20,24 +20,42 @@ struct Held {
   std::uint32_t section = 0;
 };
 
-void follow(TroubleFinder& finder, const Exchange& exchange, Held& held) {
-  const sdp::Document* const offer = finder.bodies().of(exchange.offer);
-  const sdp::Document* const answer = finder.bodies().of(*exchange.answer);
-  if (offer == nullptr || answer == nullptr) return;
-  std::uint32_t first = 0;
-  for (const sdp::Section& section : answer->sections()) {
+HeldAudio heldAudioOf(const sdp::Document& offer, const sdp::Document& answer) {
+  HeldAudio held;
+  for (const sdp::Section& section : answer.sections()) {
     if (!isActiveAudio(section)) continue;
-    const Ways ways{wayOf(*offer, section.index()), wayOf(*answer, section.index())};
+    const Ways ways{wayOf(offer, section.index()), wayOf(answer, section.index())};
     if (!ways.isAccepted()) continue;
-    if (ways.isBothWays()) {
-      held = {true, nullptr, 0};
-      return;
-    }
-    if (first == 0) first = section.index();
+    if (ways.isBothWays()) return {true, 0};
+    if (held.section == 0) held.section = section.index();
   }
-  if (first == 0) return;
+  return held;
+}
+
+/// How an exchange leaves the audio; nothing where its bodies cannot be read.
+std::optional<HeldAudio> heldAudioOf(BodyCache& bodies, const Exchange& exchange) {
+  ShapeFacts& facts = bodies.factsOf(exchange.offer, *exchange.answer);
+  if (facts.held) {
+    if (!bodies.passOver(exchange.offer, *exchange.answer)) return std::nullopt;
+    return facts.held;
+  }
+  const sdp::Document* const offer = bodies.of(exchange.offer);
+  const sdp::Document* const answer = bodies.of(*exchange.answer);
+  if (offer == nullptr || answer == nullptr) return std::nullopt;
+  facts.held = heldAudioOf(*offer, *answer);
+  return facts.held;
+}
+
+void follow(TroubleFinder& finder, const Exchange& exchange, Held& held) {
+  const std::optional<HeldAudio> left = heldAudioOf(finder.bodies(), exchange);
+  if (!left) return;
+  if (left->isActive) {
+    held = {true, nullptr, 0};
+    return;
+  }
+  if (left->section == 0) return;
   // Where it was held already, that counts.
-  if (held.last == nullptr) held = {held.wasActive, &exchange, first};
+  if (held.last == nullptr) held = {held.wasActive, &exchange, left->section};
 }
 
 /// Of two parties by segment and tags.

@@ -64,29 +64,44 @@ void tellOnce(TroubleFinder& finder, Told& told, std::size_t answer, const sdp::
   finder.tell("one-way", cause.place, textOf(finder, cause, media));
 }
 
-void lookAt(TroubleFinder& finder, const Exchange& exchange, Told& told) {
+/// Looks at the sections of an exchange one by one.
+/// @return whether its bodies were read and all is well
+bool lookAtSections(TroubleFinder& finder, const Exchange& exchange, Told& told) {
   std::uint32_t refused = 0;
   bool hasAudio = false;
+  bool isFine = true;
   const sdp::Document* offer = finder.bodies().of(exchange.offer);
   const std::uint32_t count = offer == nullptr ? 0 : offer->sectionCount();
   for (std::uint32_t index = 1; index <= count; ++index) {
     offer = finder.bodies().of(exchange.offer);
     const sdp::Document* const answer = finder.bodies().of(*exchange.answer);
-    if (offer == nullptr || answer == nullptr) return;
+    if (offer == nullptr || answer == nullptr) return false;
     const sdp::Section section = offer->section(index);
     const bool isAudio = sdpneg::equalNoCase(section.media(), "audio");
     if (!isAudio && !sdpneg::equalNoCase(section.media(), "video")) continue;
     const Ways ways{wayOf(*offer, index), wayOf(*answer, index)};
     if (ways.isAccepted()) {
       hasAudio = hasAudio || isAudio;
-      if (!ways.isBothWays()) tellOnce(finder, told, *exchange.answer, section);
+      if (ways.isBothWays()) continue;
+      isFine = false;
+      tellOnce(finder, told, *exchange.answer, section);
     } else if (isAudio && ways.offered > Way::refused && ways.answered == Way::refused && refused == 0) {
       refused = index;
     }
   }
-  if (hasAudio || refused == 0) return;
+  if (hasAudio || refused == 0) return isFine && count != 0;
   offer = finder.bodies().of(exchange.offer);
   if (offer != nullptr) tellOnce(finder, told, *exchange.answer, offer->section(refused));
+  return false;
+}
+
+void lookAt(TroubleFinder& finder, const Exchange& exchange, Told& told) {
+  BodyCache& bodies = finder.bodies();
+  if (bodies.factsOf(exchange.offer, *exchange.answer).goesBothWays) {
+    bodies.passOver(exchange.offer, *exchange.answer);
+  } else if (lookAtSections(finder, exchange, told)) {
+    bodies.factsOf(exchange.offer, *exchange.answer).goesBothWays = true;
+  }
 }
 
 /// Whether a message begins a recording (RFC 7866), whose media go one way.

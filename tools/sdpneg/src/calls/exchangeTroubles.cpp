@@ -18,12 +18,24 @@ struct BodyPair {
 };
 
 /// The bodies of an exchange that has an answer, where their texts are asked for the first time by a rule.
-BodyPair newPair(TroubleFinder& finder, std::string_view rule, const Exchange& exchange) {
+/// @param isFine says of their shapes that the rule has nothing to tell; then they are not read
+BodyPair newPair(TroubleFinder& finder, std::string_view rule, const Exchange& exchange,
+                 bool ShapeFacts::*isFine) {
   if (!exchange.answer || !finder.isNews(rule, exchange.offer, *exchange.answer)) return {};
   const CallMessage& offer = finder.call().messages[exchange.offer];
   const CallMessage& answer = finder.call().messages[*exchange.answer];
-  if (!finder.bodies().spend(offer.sdpSize + answer.sdpSize)) return {};
-  return {finder.bodies().of(exchange.offer), finder.bodies().of(*exchange.answer)};
+  BodyCache& bodies = finder.bodies();
+  if (!bodies.spend(offer.sdpSize + answer.sdpSize)) return {};
+  if (bodies.factsOf(exchange.offer, *exchange.answer).*isFine) {
+    bodies.passOver(exchange.offer, *exchange.answer);
+    return {};
+  }
+  return {bodies.of(exchange.offer), bodies.of(*exchange.answer)};
+}
+
+/// Notes that a rule has nothing to tell of an exchange.
+void noteFine(TroubleFinder& finder, const Exchange& exchange, bool ShapeFacts::*isFine) {
+  finder.bodies().factsOf(exchange.offer, *exchange.answer).*isFine = true;
 }
 
 bool isCompanion(const CodecName& codec) { return codec.isCompanion; }
@@ -92,9 +104,11 @@ void findEventTrouble(TroubleFinder& finder, const TroublePlace& place, const Co
 
 void findJudgedTroubles(TroubleFinder& finder) {
   for (const Exchange& exchange : finder.call().exchanges) {
-    const BodyPair pair = newPair(finder, "", exchange);
+    const BodyPair pair = newPair(finder, "", exchange, &ShapeFacts::isJudgedFine);
     if (!pair) continue;
     const sdp::Judgement judgement = sdp::checkAnswer(*pair.offer, *pair.answer);
+    if (judgement.isComplete && judgement.findings.empty())
+      noteFine(finder, exchange, &ShapeFacts::isJudgedFine);
     for (const sdp::Finding& finding : judgement.findings) {
       const bool isWarning = sdp::severityOf(finding.rule) == sdp::Severity::warning;
       finder.tell(sdp::textOf(finding.rule), isWarning, {*exchange.answer, finding.section}, finding.text);
@@ -105,8 +119,9 @@ void findJudgedTroubles(TroubleFinder& finder) {
 void findCodecTroubles(TroubleFinder& finder) {
   for (const Exchange& exchange : finder.call().exchanges) {
     if (!wasAccepted(finder.call(), exchange)) continue;
-    const BodyPair pair = newPair(finder, "no-common-codec", exchange);
+    const BodyPair pair = newPair(finder, "no-common-codec", exchange, &ShapeFacts::hasFineCodecs);
     if (!pair) continue;
+    const std::size_t told = finder.told();
     for (const sdp::Section& answered : pair.answer->sections()) {
       const sdp::Section offered = pair.offer->section(answered.index());
       if (!isActive(offered) || !isActive(answered) || !offered.isRtp() || !answered.isRtp()) continue;
@@ -115,6 +130,7 @@ void findCodecTroubles(TroubleFinder& finder) {
       findCodecTrouble(finder, place, offered, answered, codecs);
       findEventTrouble(finder, place, codecs);
     }
+    if (finder.told() == told) noteFine(finder, exchange, &ShapeFacts::hasFineCodecs);
   }
 }
 

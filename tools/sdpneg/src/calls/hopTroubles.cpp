@@ -62,6 +62,18 @@ void findLostKeys(TroubleFinder& finder, const Passed& passed) {
   }
 }
 
+/// Whether nothing is lost by a hop, wherever media go.
+bool isKept(const sdp::Document& before, const sdp::Document& after) {
+  for (const sdp::Section& out : after.sections()) {
+    const sdp::Section in = before.section(out.index());
+    if (!isActive(in) || !isActive(out)) continue;
+    if (in.candidateCount() != 0 && out.candidateCount() == 0) return false;
+    if (hasKeys(after, out)) continue;
+    if (hasKeys(before, in) || hasSecureProfile(out)) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 void findHopTroubles(TroubleFinder& finder) {
@@ -70,9 +82,17 @@ void findHopTroubles(TroubleFinder& finder) {
     if (messages[hop.before].sdpSize == 0 || messages[hop.after].sdpSize == 0) continue;
     if (messages[hop.before].sdp() == messages[hop.after].sdp()) continue;
     if (!finder.isNews("hop-lost-keys", hop.before, hop.after)) continue;
+    if (finder.bodies().factsOf(hop.before, hop.after).isPassedOnWell) {
+      if (!finder.bodies().passOver(hop.before, hop.after)) return;
+      continue;
+    }
     const sdp::Document* const before = finder.bodies().of(hop.before);
     const sdp::Document* const after = finder.bodies().of(hop.after);
     if (before == nullptr || after == nullptr) return;
+    if (isKept(*before, *after)) {
+      finder.bodies().factsOf(hop.before, hop.after).isPassedOnWell = true;
+      continue;
+    }
     const std::string by = " by " + messages[hop.after].flow.source.address.text();
     for (const sdp::Section& out : after->sections()) {
       const sdp::Section in = before->section(out.index());

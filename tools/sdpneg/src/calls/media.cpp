@@ -47,19 +47,13 @@ std::string shortForm(const sdp::Section& section) {
   return form;
 }
 
-/// What an exchange agreed on.
-struct Agreed {
-  std::vector<std::string> codecs;
-  std::vector<sdp::Security> securities;
-};
-
 template <typename Value>
 void addOnce(std::vector<Value>& values, Value value) {
   if (std::ranges::find(values, value) == values.end()) values.push_back(std::move(value));
 }
 
-Agreed agreedOf(const sdp::Document& offer, const sdp::Document& answer) {
-  Agreed agreed;
+AgreedMedia agreedOf(const sdp::Document& offer, const sdp::Document& answer) {
+  AgreedMedia agreed;
   for (const sdp::Section& answered : answer.sections()) {
     const sdp::Section offered = offer.section(answered.index());
     if (!isActive(offered) || !isActive(answered)) continue;
@@ -72,6 +66,19 @@ Agreed agreedOf(const sdp::Document& offer, const sdp::Document& answer) {
     addOnce(agreed.securities, agreedSecurity(offered, answered));
   }
   return agreed;
+}
+
+/// What an exchange agreed on; null where its bodies cannot be read. It holds until another one is asked for.
+const AgreedMedia* agreedOf(BodyCache& bodies, const Exchange& exchange) {
+  ShapeFacts& facts = bodies.factsOf(exchange.offer, *exchange.answer);
+  if (facts.agreed) {
+    bodies.passOverAny(exchange.offer, *exchange.answer);
+    return &*facts.agreed;
+  }
+  const sdp::Document* const offer = bodies.ofAny(exchange.offer);
+  const sdp::Document* const answer = bodies.ofAny(*exchange.answer);
+  if (offer == nullptr || answer == nullptr) return nullptr;
+  return &facts.agreed.emplace(agreedOf(*offer, *answer));
 }
 
 bool wasRefused(const Exchange& exchange) { return !exchange.answer || exchange.finalStatus >= 300; }
@@ -117,14 +124,12 @@ void describeMedia(Call& call, BodyCache& bodies) {
     const std::size_t before = texts.size();
     if (texts.add({call.messages[exchange->offer].sdp(), call.messages[*exchange->answer].sdp()}) != before)
       continue;
-    const sdp::Document* const offer = bodies.ofAny(exchange->offer);
-    const sdp::Document* const answer = bodies.ofAny(*exchange->answer);
-    if (offer == nullptr || answer == nullptr) continue;
-    const Agreed agreed = agreedOf(*offer, *answer);
-    for (const std::string& codec : agreed.codecs) {
+    const AgreedMedia* const agreed = agreedOf(bodies, *exchange);
+    if (agreed == nullptr) continue;
+    for (const std::string& codec : agreed->codecs) {
       if (call.codecs.size() < 2 * kMostAgreedCodecs) addOnce(call.codecs, codec);
     }
-    for (const sdp::Security security : agreed.securities) addOnce(securities, security);
+    for (const sdp::Security security : agreed->securities) addOnce(securities, security);
   }
   call.security.clear();
   for (const sdp::Security security : securities) {

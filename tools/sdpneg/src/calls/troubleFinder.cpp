@@ -47,6 +47,7 @@ void TroubleFinder::tell(std::string_view rule, const TroublePlace& place, std::
 }
 
 void TroubleFinder::tell(std::string_view rule, bool isWarning, const TroublePlace& place, std::string text) {
+  ++count_;
   if (call_.troubles.size() >= kMostTroubles) {
     hasMore_ = true;
     return;

@@ -44,6 +44,8 @@ class TroubleFinder {
   void tell(std::string_view rule, const TroublePlace& place, std::string text);
   /// Tells one of any rule, so many as a call may have.
   void tell(std::string_view rule, bool isWarning, const TroublePlace& place, std::string text);
+  /// How many were told, those that are too many included.
+  std::size_t told() const { return count_; }
   /// Whether this is asked for the first time of a rule and the texts of two bodies: proxies repeat both.
   bool isNews(std::string_view rule, std::size_t first, std::size_t second);
 
@@ -74,6 +76,7 @@ class TroubleFinder {
   std::set<std::tuple<std::size_t, std::size_t, std::string_view>> told_;
   std::pair<std::size_t, std::size_t> counted_{kNowhere,
                                                0};  ///< a message and the lines in front of its body
+  std::size_t count_ = 0;
   bool hasMore_ = false;
 };
 

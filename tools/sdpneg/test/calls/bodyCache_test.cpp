@@ -73,4 +73,34 @@ TEST(BodyCache, ReadsNoMoreThanACallMayCost) {
   EXPECT_NE(bodies.ofAny(1), nullptr);
 }
 
+TEST(BodyCache, CountsWhatIsPassedOverAsRead) {
+  const tool::Call call = callOf({bodyOn(4000), bodyOn(4002), bodyOn(4004)});
+  tool::BodyCache bodies;
+  bodies.begin(call);
+  EXPECT_TRUE(bodies.passOver(0, 1));
+  EXPECT_FALSE(bodies.spend(std::size_t{64} * 1024 * 1024));
+  EXPECT_TRUE(bodies.passOver(0, 1)) << "they are there";
+  const sdp::Document* const second = bodies.of(1);
+  ASSERT_NE(second, nullptr);
+  EXPECT_EQ(second->section(1).port(), 4002);
+  EXPECT_FALSE(bodies.passOver(0, 2));
+  EXPECT_EQ(bodies.of(2), nullptr);
+  bodies.passOverAny(0, 2);
+  const sdp::Document* const third = bodies.of(2);
+  ASSERT_NE(third, nullptr);
+  EXPECT_EQ(third->section(1).port(), 4004);
+}
+
+TEST(BodyCache, KeepsWhatIsKnownOfShapesForLaterCalls) {
+  tool::BodyCache bodies;
+  const tool::Call first = callOf({bodyOn(4000), bodyOn(0)});
+  bodies.begin(first);
+  bodies.factsOf(0, 0).isReachable = true;
+  EXPECT_FALSE(bodies.factsOf(0, 1).isReachable);
+  const tool::Call second = callOf({bodyOn(0), bodyOn(6000)});
+  bodies.begin(second);
+  EXPECT_TRUE(bodies.factsOf(1, 1).isReachable);
+  EXPECT_FALSE(bodies.factsOf(0, 0).isReachable);
+}
+
 }  // namespace

@@ -3,6 +3,7 @@
 #include <numeric>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "calls/callAnalysis.h"
@@ -74,11 +75,31 @@ std::vector<std::size_t> partiesOf(const Call& call, const Participants& partici
   return parties;
 }
 
+/// The parties between which each message goes.
+std::vector<Ends> partyEndsOf(const Call& call) {
+  const Participants participants(call);
+  std::vector<Ends> ends = endsOf(call, participants);
+  const std::vector<std::size_t> parties = partiesOf(call, participants, ends);
+  for (Ends& each : ends) each = {parties[each.source], parties[each.destination]};
+  return ends;
+}
+
+/// Whether all messages of a leg go from one of two to the other: nobody sends anything on.
+bool isBetweenTwo(const Call& call, const std::vector<Ends>& ends) {
+  if (call.legs.size() != 1 || ends.empty()) return false;
+  const Ends first = ends.front();
+  return first.source != first.destination && std::ranges::all_of(ends, [&](const Ends& each) {
+           return (each.source == first.source && each.destination == first.destination) ||
+                  (each.source == first.destination && each.destination == first.source);
+         });
+}
+
 class HopFinder {
  public:
-  explicit HopFinder(Call& call)
+  /// @param ends the parties between which each message goes
+  HopFinder(Call& call, std::vector<Ends> ends)
       : call_(&call),
-        ends_(partyEndsOf(call)),
+        ends_(std::move(ends)),
         requests_(call.messages.size() / 4),
         kinds_(kKeysOfMessage * call.messages.size()),
         sentOn_(call.messages.size()) {
@@ -100,8 +121,6 @@ class HopFinder {
   static constexpr std::array kLikenesses = {Likeness::status, Likeness::role, Likeness::kind};
   static constexpr std::size_t kKeysOfMessage = 2 * kLikenesses.size();
 
-  /// The parties between which each message goes.
-  static std::vector<Ends> partyEndsOf(const Call& call);
   Key keyOf(const CallMessage& message, std::size_t party, Likeness likeness) const;
   static Key inRequest(Key key, std::size_t request) {
     key.second |= std::uint64_t{request + 1} << 32U;
@@ -132,14 +151,6 @@ class HopFinder {
   std::size_t request_ = 0;                  ///< its request
   std::vector<std::vector<SentOn>> sentOn_;  ///< by the message that came in
 };
-
-std::vector<Ends> HopFinder::partyEndsOf(const Call& call) {
-  const Participants participants(call);
-  std::vector<Ends> ends = endsOf(call, participants);
-  const std::vector<std::size_t> parties = partiesOf(call, participants, ends);
-  for (Ends& each : ends) each = {parties[each.source], parties[each.destination]};
-  return ends;
-}
 
 /// What a message and the one that it is sent on as have in common.
 HopFinder::Key HopFinder::keyOf(const CallMessage& message, std::size_t party, Likeness likeness) const {
@@ -216,7 +227,9 @@ void HopFinder::take(std::size_t index) {
 }  // namespace
 
 void findHops(Call& call) {
-  HopFinder finder(call);
+  std::vector<Ends> ends = partyEndsOf(call);
+  if (isBetweenTwo(call, ends)) return;
+  HopFinder finder(call, std::move(ends));
   for (std::size_t index = 0; index < call.messages.size(); ++index) finder.take(index);
 }
 

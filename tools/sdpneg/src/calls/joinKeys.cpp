@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <utility>
 
+#include "calls/keyedHash.h"
 #include "input/messageHeader.h"
 #include "text/lines.h"
 #include "text/search.h"
@@ -141,31 +142,56 @@ class Keys {
   std::vector<JoinKey> keys_;
 };
 
-/// The value of an SDP line, empty where there is none.
-std::string_view lineValue(std::string_view sdp, std::string_view prefix, std::size_t from = 0) {
-  const std::size_t begin = sdpneg::findLine(sdp, prefix, from);
-  if (begin == sdpneg::npos) return {};
-  return sdpneg::content(sdp, sdpneg::lineAt(sdp, begin)).substr(prefix.size());
+/// The lines of a body that tell where it comes from. Its first line is none of them.
+struct OriginLines {
+  std::string_view origin;
+  std::string_view connection;  ///< of the session
+  std::string_view media;       ///< the first one
+  std::string_view ownConnection;
+};
+
+OriginLines originLinesOf(std::string_view sdp) {
+  OriginLines lines;
+  const auto takeFirst = [](std::string_view& first, std::string_view line) {
+    if (first.data() == nullptr) first = line.substr(2);
+  };
+  std::size_t sections = 0;
+  for (std::size_t at = sdpneg::lineAt(sdp, 0).next(); at + 1 < sdp.size();) {
+    const sdpneg::Line line = sdpneg::lineAt(sdp, at);
+    if (sdp[at + 1] == '=') {
+      const std::string_view content = sdpneg::content(sdp, line);
+      if (sdp[at] == 'o') takeFirst(lines.origin, content);
+      if (sdp[at] == 'm' && ++sections == 1) takeFirst(lines.media, content);
+      if (sdp[at] == 'c' && sections < 2)
+        takeFirst(sections == 0 ? lines.connection : lines.ownConnection, content);
+      if (sections == 2 && lines.origin.data() != nullptr) break;
+    }
+    at = line.next();
+  }
+  return lines;
 }
 
-/// "192.0.2.1 4000"; empty where no media go there.
-std::string firstMediaOf(std::string_view sdp) {
-  const std::size_t section = sdpneg::findLine(sdp, "m=");
-  if (section == sdpneg::npos) return {};
-  sdpneg::Words words(lineValue(sdp, "m=", section - 1));
+/// An address and a port, where media go there.
+struct FirstMedia {
+  std::string_view address;
+  std::string_view port;
+
+  explicit operator bool() const { return !address.empty() && !port.empty(); }
+};
+
+FirstMedia firstMediaOf(const OriginLines& lines) {
+  sdpneg::Words words(lines.media);
   words.next();
   const std::string_view port = words.next();
-  const std::size_t next = sdpneg::orEnd(sdpneg::findLine(sdp, "m=", section), sdp);
-  std::string_view connection = lineValue(sdp.substr(0, next), "c=", section - 1);
-  if (connection.empty()) connection = lineValue(sdp.substr(0, section), "c=");
-  sdpneg::Words fields(connection);
+  sdpneg::Words fields(lines.ownConnection.empty() ? lines.connection : lines.ownConnection);
   fields.next();
   fields.next();
   const std::string_view address = fields.next();
-  const bool isUsed =
-      !address.empty() && address != "0.0.0.0" && address != "::" && port != "0" && port != "9";
-  return isUsed && !port.empty() ? std::string(address).append(" ").append(port) : std::string();
+  const bool isUsed = address != "0.0.0.0" && address != "::" && port != "0" && port != "9";
+  return isUsed ? FirstMedia{address, port} : FirstMedia{};
 }
+
+JoinHash hashOf(std::string_view text) { return KeyedHasher()(text); }
 
 }  // namespace
 
@@ -175,6 +201,8 @@ std::string_view JoinKey::callId() const {
 }
 
 bool JoinKey::joinsEqual() const { return !sdpneg::startsWith(text, kNamedValue); }
+
+JoinHash JoinKey::hash() const { return hashOf(text); }
 
 std::vector<JoinKey> headerKeys(const SipView& view, const std::vector<std::string>& joinHeaders) {
   Keys keys;
@@ -192,21 +220,27 @@ std::vector<JoinKey> headerKeys(const SipView& view, const std::vector<std::stri
   return keys.taken();
 }
 
-std::vector<std::string> keysOfCallId(std::string_view callId) {
-  return {joined(kNamedValue, callId), joined(kCallId, callId)};
+std::vector<JoinHash> keysOfCallId(std::string_view callId) {
+  return {hashOf(joined(kNamedValue, callId)), hashOf(joined(kCallId, callId))};
 }
 
 std::optional<OriginKey> originKeyOf(std::string_view sdp) {
-  const std::string_view line = lineValue(sdp, "o=");
-  sdpneg::Words words(line);
+  // Lines and media are told apart though their hashes are of the same key.
+  constexpr JoinHash kWhole = 0x9E3779B97F4A7C15U;
+  const OriginLines lines = originLinesOf(sdp);
+  sdpneg::Words words(lines.origin);
   const std::string_view user = words.next();
   const std::string_view session = words.next();
-  if (session.empty() || line.size() > kMostValue) return std::nullopt;
+  if (session.empty() || lines.origin.size() > kMostValue) return std::nullopt;
   OriginKey origin;
-  origin.line = line;
-  const std::string media = firstMediaOf(sdp);
-  if (!media.empty() && media.size() <= kMostValue) {
-    origin.media = std::string(user).append(" ").append(session).append(" ").append(media);
+  origin.line = lines.origin;
+  origin.whole = hashOf(lines.origin) ^ kWhole;
+  const FirstMedia media = firstMediaOf(lines);
+  if (media && media.address.size() + 1 + media.port.size() <= kMostValue) {
+    std::string text;
+    text.reserve(user.size() + session.size() + media.address.size() + media.port.size() + 3);
+    for (const std::string_view part : {user, session, media.address}) text.append(part).append(" ");
+    origin.media = hashOf(text.append(media.port));
   }
   return origin;
 }

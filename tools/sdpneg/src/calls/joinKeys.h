@@ -1,6 +1,7 @@
 #ifndef SDPNEG_JOIN_KEYS_H
 #define SDPNEG_JOIN_KEYS_H
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +14,9 @@
 
 namespace tool {
 
+/// What stands for a key in tables: its hash of this run.
+using JoinHash = std::uint64_t;
+
 /// A text that legs of one call have in common.
 struct JoinKey {
   JoinedBy by = JoinedBy::first;
@@ -23,6 +27,7 @@ struct JoinKey {
   std::string_view callId() const;
   /// Whether legs that both have it belong together.
   bool joinsEqual() const;
+  JoinHash hash() const;
 };
 
 /// The keys that the headers of a message give, the strongest first.
@@ -30,13 +35,14 @@ struct JoinKey {
 std::vector<JoinKey> headerKeys(const SipView& view, const std::vector<std::string>& joinHeaders);
 
 /// The keys that headers give which name a leg.
-std::vector<std::string> keysOfCallId(std::string_view callId);
+std::vector<JoinHash> keysOfCallId(std::string_view callId);
 
 /// What an SDP body tells of where it comes from.
 struct OriginKey {
-  std::string line;   ///< the o-line's value
-  std::string media;  ///< user and session id of the o-line, and the address and port of the first media
-  std::string detail() const { return "o=" + line; }
+  std::string_view line;          ///< the o-line's value
+  JoinHash whole = 0;             ///< of that
+  std::optional<JoinHash> media;  ///< of its user and session id, and the address and port of the first media
+  std::string detail() const { return "o=" + std::string(line); }
 };
 
 /// Nothing for a body without a usable o-line.

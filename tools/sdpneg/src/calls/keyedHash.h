@@ -24,6 +24,11 @@ struct KeyedHasher {
   std::size_t operator()(std::string_view text) const;
 };
 
+/// For tables whose keys are such hashes.
+struct HashedAlready {
+  std::size_t operator()(std::uint64_t hash) const { return static_cast<std::size_t>(hash); }
+};
+
 }  // namespace tool
 
 #endif

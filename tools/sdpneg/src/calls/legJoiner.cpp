@@ -60,17 +60,18 @@ std::string sentByOf(const SipView& view) {
 }
 
 /// Who calls whom; nothing where that cannot be told.
-std::vector<std::string> numbersOf(const SipView& view) {
+std::vector<JoinNumbers> numbersOf(const SipView& view) {
   const std::string from = comparableUser(userOf(uriOf(view.value(KnownField::from).value_or(""))));
   const std::string to = comparableUser(userOf(uriOf(view.value(KnownField::to).value_or(""))));
   const std::string target = comparableUser(userOf(uriOf(view.requestUri())));
   constexpr std::size_t kMostNumber = 128;
-  std::vector<std::string> numbers;
+  std::vector<JoinNumbers> numbers;
   if (from.empty() || from.size() > kMostNumber) return numbers;
-  for (const std::string& called : {to, target}) {
-    const std::string both = std::string(from).append(" to ").append(called);
-    if (called.empty() || called.size() > kMostNumber) continue;
-    if (numbers.empty() || numbers.front() != both) numbers.push_back(both);
+  for (const std::string* const called : {&to, &target}) {
+    if (called->empty() || called->size() > kMostNumber || (called == &target && target == to)) continue;
+    std::string both = std::string(from).append(" to ").append(*called);
+    const JoinHash hash = KeyedHasher()(both);
+    numbers.push_back({std::move(both), hash});
   }
   return numbers;
 }
@@ -107,7 +108,7 @@ void LegJoiner::look(OpenLeg& leg, const SipView& view, const CallMessage& messa
 
 void LegJoiner::lookByCallId(OpenLeg& leg) {
   if (named_.empty()) return;
-  for (const std::string& key : keysOfCallId(leg.callId)) {
+  for (const JoinHash key : keysOfCallId(leg.callId)) {
     const auto found = named_.find(key);
     if (found != named_.end()) calls_->join(leg, *found->second.leg, found->second.by, found->second.detail);
   }
@@ -119,7 +120,7 @@ void LegJoiner::lookByHeaders(OpenLeg& leg, const SipView& view) {
       OpenLeg* const named = calls_->find(key.callId());
       if (named != nullptr) calls_->join(leg, *named, key.by, key.detail);
     }
-    const auto found = named_.find(key.text);
+    const auto found = named_.find(key.hash());
     if (key.joinsEqual() && found != named_.end()) {
       calls_->join(leg, *found->second.leg, key.by, key.detail);
     }
@@ -128,11 +129,12 @@ void LegJoiner::lookByHeaders(OpenLeg& leg, const SipView& view) {
 }
 
 void LegJoiner::keep(OpenLeg& leg, const JoinKey& key) {
-  const auto found = named_.find(key.text);
+  const JoinHash hash = key.hash();
+  const auto found = named_.find(hash);
   if (found != named_.end() && found->second.leg->call == leg.call) return;
   if (leg.keys.size() == kMostKeys) return;
-  leg.keys.push_back(key.text);
-  named_[key.text] = {&leg, key.by, key.detail};
+  leg.keys.push_back(hash);
+  named_[hash] = {&leg, key.by, key.detail};
 }
 
 /// How a body that was sent in a leg may have become that of a message of another leg: its sender got it, and is not where
@@ -164,8 +166,8 @@ void LegJoiner::lookByOrigin(OpenLeg& leg, const SipView& view, const CallMessag
   }
   const std::optional<OriginKey> origin = originKeyOf(message.sdp());
   if (!origin) return;
-  if (!origin->media.empty()) lookByOriginKey(leg, sending, "m" + origin->media, origin->detail());
-  lookByOriginKey(leg, sending, "o" + origin->line, origin->detail());
+  if (origin->media) lookByOriginKey(leg, sending, *origin->media, *origin);
+  lookByOriginKey(leg, sending, origin->whole, *origin);
 }
 
 /// Calls with the same bodies are set up one behind the other, so the first leg that waits is meant; where none does, a
@@ -191,13 +193,12 @@ LegJoiner::OriginUse* LegJoiner::findSentOn(std::vector<OriginUse>& uses, const 
   return last != nullptr ? last : earlier;
 }
 
-void LegJoiner::lookByOriginKey(OpenLeg& leg, const Sending& sending, const std::string& key,
-                                const std::string& detail) {
+void LegJoiner::lookByOriginKey(OpenLeg& leg, const Sending& sending, JoinHash key, const OriginKey& origin) {
   const auto [found, isNew] = origins_.try_emplace(key);
   std::vector<OriginUse>& uses = found->second;
   if (OriginUse* const sentOn = findSentOn(uses, leg, sending)) {
     sentOn->isTaken = true;
-    calls_->join(leg, *sentOn->leg, JoinedBy::origin, detail);
+    calls_->join(leg, *sentOn->leg, JoinedBy::origin, origin.detail());
   }
 
   auto own = std::ranges::find(uses, &leg, &OriginUse::leg);
@@ -222,17 +223,18 @@ void LegJoiner::noteInvite(OpenLeg& leg, const SipView& view, const CallMessage&
   const bool isKnown = !leg.attempts.empty() && leg.attempts.back().cseq == message.cseq;
   if (isKnown || !message.time || leg.attempts.size() == kMostAttempts) return;
   LegAttempt& attempt = leg.attempts.emplace_back(LegAttempt{*message.time, message.cseq, numbersOf(view)});
-  for (const std::string& numbers : attempt.numbers) attempts_[{numbers, attempt.time, leg.sequence}] = &leg;
+  for (const JoinNumbers& numbers : attempt.numbers)
+    attempts_[{numbers.hash, attempt.time, leg.sequence}] = &leg;
 }
 
 void LegJoiner::findNearest(const OpenLeg& leg, const LegAttempt& attempt, Nearest& nearest) const {
-  for (const std::string& numbers : attempt.numbers) {
-    auto at = attempts_.lower_bound({numbers, attempt.time, leg.sequence});
+  for (const JoinNumbers& numbers : attempt.numbers) {
+    auto at = attempts_.lower_bound({numbers.hash, attempt.time, leg.sequence});
     for (std::size_t compared = 0; compared < kMostCompared && at != attempts_.begin(); ++compared) {
       --at;
-      const auto& [text, time, sequence] = at->first;
+      const auto& [hash, time, sequence] = at->first;
       OpenLeg& other = *at->second;
-      if (!isWithin(time, attempt.time, kSoon) || text != numbers) break;
+      if (!isWithin(time, attempt.time, kSoon) || hash != numbers.hash) break;
       const bool isOpen = !other.isAnswered || (other.answered && *other.answered > attempt.time);
       if (other.call == leg.call || !isOpen) continue;
       const bool leads = std::ranges::any_of(
@@ -257,7 +259,7 @@ void LegJoiner::compare(OpenLeg& leg) {
   if (nearest.leg == nullptr || nearest.isAmbiguous) return;
   const std::string after = std::to_string((attempt.time - nearest.time) / 1000);
   calls_->join(leg, *nearest.leg, JoinedBy::timeAndNumbers,
-               attempt.numbers.front() + ", " + after + " ms later");
+               attempt.numbers.front().text + ", " + after + " ms later");
 }
 
 void LegJoiner::compareAll(const OpenCall& call) {
@@ -266,11 +268,11 @@ void LegJoiner::compareAll(const OpenCall& call) {
   // Those that may have come of these first; then these.
   for (const OpenLeg* const leg : std::vector<OpenLeg*>(legs)) {
     for (const LegAttempt& attempt : leg->attempts) {
-      for (const std::string& numbers : attempt.numbers) {
-        auto at = attempts_.lower_bound({numbers, attempt.time, leg->sequence});
+      for (const JoinNumbers& numbers : attempt.numbers) {
+        auto at = attempts_.lower_bound({numbers.hash, attempt.time, leg->sequence});
         for (std::size_t compared = 0; compared < kMostCompared && at != attempts_.end(); ++compared, ++at) {
-          const auto& [text, time, sequence] = at->first;
-          if (text != numbers || !isWithin(attempt.time, time, kSoon)) break;
+          const auto& [hash, time, sequence] = at->first;
+          if (hash != numbers.hash || !isWithin(attempt.time, time, kSoon)) break;
           if (!at->second->isCompared) legs.push_back(at->second);
         }
       }
@@ -281,19 +283,19 @@ void LegJoiner::compareAll(const OpenCall& call) {
 
 void LegJoiner::forget(const OpenCall& call) {
   for (const auto& leg : call.legs) {
-    for (const std::string& key : leg->keys) {
+    for (const JoinHash key : leg->keys) {
       const auto found = named_.find(key);
       if (found != named_.end() && found->second.leg == leg.get()) named_.erase(found);
     }
-    for (const std::string& key : leg->originKeys) {
+    for (const JoinHash key : leg->originKeys) {
       const auto found = origins_.find(key);
       if (found == origins_.end()) continue;
       std::erase_if(found->second, [&](const OriginUse& use) { return use.leg == leg.get(); });
       if (found->second.empty()) origins_.erase(found);
     }
     for (const LegAttempt& attempt : leg->attempts) {
-      for (const std::string& numbers : attempt.numbers) {
-        attempts_.erase({numbers, attempt.time, leg->sequence});
+      for (const JoinNumbers& numbers : attempt.numbers) {
+        attempts_.erase({numbers.hash, attempt.time, leg->sequence});
       }
     }
   }

@@ -61,7 +61,7 @@ class LegJoiner {
     possible   ///< the sender has another address to that side
   };
   /// Numbers, time and the leg's sequence.
-  using Attempt = std::tuple<std::string, std::int64_t, std::size_t>;
+  using Attempt = std::tuple<JoinHash, std::int64_t, std::size_t>;
   struct Nearest {
     OpenLeg* leg = nullptr;
     std::int64_t time = 0;
@@ -71,8 +71,7 @@ class LegJoiner {
   void lookByCallId(OpenLeg& leg);
   void lookByHeaders(OpenLeg& leg, const SipView& view);
   void lookByOrigin(OpenLeg& leg, const SipView& view, const CallMessage& message);
-  void lookByOriginKey(OpenLeg& leg, const Sending& sending, const std::string& key,
-                       const std::string& detail);
+  void lookByOriginKey(OpenLeg& leg, const Sending& sending, JoinHash key, const OriginKey& origin);
   void keep(OpenLeg& leg, const JoinKey& key);
   void noteInvite(OpenLeg& leg, const SipView& view, const CallMessage& message);
   void findNearest(const OpenLeg& leg, const LegAttempt& attempt, Nearest& nearest) const;
@@ -82,8 +81,8 @@ class LegJoiner {
 
   OpenCalls* calls_;
   std::vector<std::string> joinHeaders_;
-  std::unordered_map<std::string, Named, KeyedHasher> named_;
-  std::unordered_map<std::string, std::vector<OriginUse>, KeyedHasher> origins_;
+  std::unordered_map<JoinHash, Named, HashedAlready> named_;
+  std::unordered_map<JoinHash, std::vector<OriginUse>, HashedAlready> origins_;
   std::map<Attempt, OpenLeg*> attempts_;
 };
 

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "calls/call.h"
+#include "calls/joinKeys.h"
 #include "calls/keyedHash.h"
 #include "calls/messageFacts.h"
 
@@ -35,11 +36,17 @@ struct OpenMessage {
 enum class CallProgress : std::uint8_t { over, ringing, up };
 inline constexpr std::size_t kProgresses = 3;
 
+/// Who calls whom.
+struct JoinNumbers {
+  std::string text;  ///< "alice to bob"
+  JoinHash hash = 0;
+};
+
 /// An INVITE that begins a leg, for joins by time and numbers.
 struct LegAttempt {
   std::int64_t time = 0;
   std::uint64_t cseq = 0;
-  std::vector<std::string> numbers;  ///< who calls whom, in the forms that others may have as well
+  std::vector<JoinNumbers> numbers;  ///< who calls whom, in the forms that others may have as well
 };
 
 struct OpenLeg {
@@ -53,8 +60,8 @@ struct OpenLeg {
 
   // What LegJoiner keeps of it.
   std::size_t looks = 0;  ///< messages that were asked for what joins
-  std::vector<std::string> keys;
-  std::vector<std::string> originKeys;
+  std::vector<JoinHash> keys;
+  std::vector<JoinHash> originKeys;
   std::vector<Flow> invites;  ///< ways that its INVITEs went
   std::vector<LegAttempt> attempts;
   CaptureTime answered;              ///< when the INVITE got its final response

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <utility>
 
 #include "input/sipMessage.h"
@@ -38,10 +39,16 @@ constexpr std::array<std::pair<char, std::string_view>, 20> kCompactForms = {{
 
 constexpr std::size_t kUsualFields = 24;
 
+/// Whether a name of as many characters is this one, which it mostly is in the same case.
+template <std::size_t kSize>
+bool isName(std::string_view name, const char (&longForm)[kSize]) {
+  return std::memcmp(name.data(), longForm, kSize - 1) == 0 || equalNoCase(name, longForm);
+}
+
 /// What a name is in its long or compact form; nothing for any other name.
 std::optional<KnownField> knownField(std::string_view name) {
-  const auto either = [&](KnownField field, std::string_view longForm) {
-    return name == longForm || equalNoCase(name, longForm) ? std::optional(field) : std::nullopt;
+  const auto either = [&](KnownField field, const auto& longForm) {
+    return isName(name, longForm) ? std::optional(field) : std::nullopt;
   };
   const char first = name.empty() ? '\0' : sdpneg::lower(name.front());
   switch (name.size()) {
@@ -95,12 +102,15 @@ std::size_t behindLine(std::string_view text, std::size_t at) {
   return lf == std::string_view::npos ? text.size() : lf + 1;
 }
 
-bool isEmptyLine(std::string_view line) { return line == "\r\n" || line == "\n" || line == "\r"; }
+bool isEmptyLine(std::string_view line) {
+  if (line.front() != '\r' && line.front() != '\n') return false;
+  return line.size() == 1 || line == "\r\n";
+}
 
-std::string_view trimmed(std::string_view text) {
-  while (!text.empty() && isFoldCharacter(text.front())) text.remove_prefix(1);
-  while (!text.empty() && isFoldCharacter(text.back())) text.remove_suffix(1);
-  return text;
+std::string_view trimmed(const char* begin, const char* end) {
+  while (begin != end && isFoldCharacter(*begin)) ++begin;
+  while (begin != end && isFoldCharacter(end[-1])) --end;
+  return {begin, static_cast<std::size_t>(end - begin)};
 }
 
 }  // namespace
@@ -109,16 +119,18 @@ HeaderLines::HeaderLines(std::string_view text) : text_(text), at_(sdpneg::lineA
 
 std::optional<HeaderLines::Field> HeaderLines::next() {
   while (!atEnd_ && at_ < text_.size()) {
-    const std::size_t begin = std::exchange(at_, behindLine(text_, at_));
-    if (isEmptyLine(text_.substr(begin, at_ - begin))) {
+    const std::size_t line = std::exchange(at_, behindLine(text_, at_));
+    if (isEmptyLine(text_.substr(line, at_ - line))) {
       atEnd_ = true;
       break;
     }
     while (at_ < text_.size() && isBlank(text_[at_])) at_ = behindLine(text_, at_);
-    const std::string_view whole = text_.substr(begin, at_ - begin);
-    const std::size_t colon = whole.find(':');
-    if (colon == std::string_view::npos) continue;
-    return Field{trimmed(whole.substr(0, colon)), trimmed(whole.substr(colon + 1))};
+    const char* const begin = text_.data() + line;
+    const char* const end = text_.data() + at_;
+    // Names are short.
+    const char* const colon = std::find(begin, end, ':');
+    if (colon == end) continue;
+    return Field{trimmed(begin, colon), trimmed(colon + 1, end)};
   }
   atEnd_ = true;
   return std::nullopt;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "input/messageHeader.h"
 #include "text/search.h"
@@ -43,16 +44,22 @@ NamedAddress addressOf(std::string_view value) {
   return {rest.substr(open + 1, close - open - 1), orNothing(behind, behind.find(';'))};
 }
 
+/// Empty without one.
+std::string parameterOf(std::string_view value, std::string_view name) {
+  std::optional<std::string> found = findParameter(value, name);
+  return found ? *std::move(found) : std::string();
+}
+
 std::string tagOf(const SipView& view, KnownField name) {
   const std::optional<std::string_view> value = view.value(name);
   if (!value) return {};
   const std::string_view parameters = addressOf(*value).parameters;
-  return parameters.empty() ? std::string() : findParameter(parameters, "tag").value_or("");
+  return parameters.empty() ? std::string() : parameterOf(parameters, "tag");
 }
 
 std::string branchOf(const SipView& view) {
   const std::string_view value = view.value(KnownField::via).value_or("");
-  return findParameter(value.substr(0, value.find(',')), "branch").value_or("");
+  return parameterOf(value.substr(0, value.find(',')), "branch");
 }
 
 std::uint64_t numberOf(std::string_view word) {

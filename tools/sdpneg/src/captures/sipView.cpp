@@ -97,17 +97,18 @@ bool isBlank(char c) { return c == ' ' || c == '\t'; }
 bool isFoldCharacter(char c) { return isBlank(c) || c == '\r' || c == '\n'; }
 
 /// Behind the LF of the line at a place. Header lines are long enough to be worth a call.
-std::size_t behindLine(std::string_view text, std::size_t at) {
-  const std::size_t lf = text.find('\n', at);
-  return lf == std::string_view::npos ? text.size() : lf + 1;
+const char* behindLine(const char* at, const char* end) {
+  const void* const lf = std::memchr(at, '\n', static_cast<std::size_t>(end - at));
+  return lf == nullptr ? end : static_cast<const char*>(lf) + 1;
 }
 
-bool isEmptyLine(std::string_view line) {
-  if (line.front() != '\r' && line.front() != '\n') return false;
-  return line.size() == 1 || line == "\r\n";
+/// Of a line that has a character at least.
+bool isEmptyLine(const char* begin, const char* end) {
+  if (*begin != '\r' && *begin != '\n') return false;
+  return end - begin == 1 || (end - begin == 2 && *begin == '\r' && begin[1] == '\n');
 }
 
-std::string_view trimmed(const char* begin, const char* end) {
+inline std::string_view trimmed(const char* begin, const char* end) {
   while (begin != end && isFoldCharacter(*begin)) ++begin;
   while (begin != end && isFoldCharacter(end[-1])) --end;
   return {begin, static_cast<std::size_t>(end - begin)};
@@ -118,21 +119,23 @@ std::string_view trimmed(const char* begin, const char* end) {
 HeaderLines::HeaderLines(std::string_view text) : text_(text), at_(sdpneg::lineAt(text, 0).next()) {}
 
 std::optional<HeaderLines::Field> HeaderLines::next() {
-  while (!atEnd_ && at_ < text_.size()) {
-    const std::size_t line = std::exchange(at_, behindLine(text_, at_));
-    if (isEmptyLine(text_.substr(line, at_ - line))) {
-      atEnd_ = true;
-      break;
-    }
-    while (at_ < text_.size() && isBlank(text_[at_])) at_ = behindLine(text_, at_);
-    const char* const begin = text_.data() + line;
-    const char* const end = text_.data() + at_;
+  const char* const textEnd = text_.data() + text_.size();
+  const char* at = text_.data() + at_;
+  while (!atEnd_ && at != textEnd) {
+    const char* const begin = at;
+    at = behindLine(at, textEnd);
+    atEnd_ = isEmptyLine(begin, at);
+    if (atEnd_) break;
+    while (at != textEnd && isBlank(*at)) at = behindLine(at, textEnd);
     // Names are short.
-    const char* const colon = std::find(begin, end, ':');
-    if (colon == end) continue;
-    return Field{trimmed(begin, colon), trimmed(colon + 1, end)};
+    const char* colon = begin;
+    while (colon != at && *colon != ':') ++colon;
+    if (colon == at) continue;
+    at_ = static_cast<std::size_t>(at - text_.data());
+    return Field{trimmed(begin, colon), trimmed(colon + 1, at)};
   }
   atEnd_ = true;
+  at_ = static_cast<std::size_t>(at - text_.data());
   return std::nullopt;
 }
 

@@ -60,7 +60,9 @@ std::string_view takeParameter(std::string_view& rest, RawValue& value) {
       rest.remove_prefix(1);
       value.text = takeQuoted(rest);
     } else {
-      value.text = trim(rest.substr(0, rest.find(';')));
+      const std::size_t end = std::min(rest.find(';'), rest.size());
+      value.text = trim(rest.substr(0, end));
+      rest.remove_prefix(end);
     }
   }
   const std::size_t semicolon = rest.find(';');

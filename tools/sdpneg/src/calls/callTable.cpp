@@ -91,6 +91,12 @@ Call closed(OpenCall&& open) {
 
 }  // namespace
 
+void ReadMessage::read(const CapturedMessage& captured) {
+  message = captured;
+  view.read(message.text);
+  facts = factsOf(view);
+}
+
 ClosedCall::ClosedCall(std::unique_ptr<OpenCall> open, bool isGivenUp)
     : open_(std::move(open)), isGivenUp_(isGivenUp) {}
 
@@ -113,6 +119,7 @@ class CallTable::Impl {
       : options_(std::move(options)), sink_(std::move(sink)), joiner_(calls_, options_.joinHeaders) {}
 
   void take(const CapturedMessage& message);
+  void take(ReadMessage& message);
   void passTime(std::int64_t elapsed, std::int64_t nowOfEnded);
   void finish();
 
@@ -128,8 +135,8 @@ class CallTable::Impl {
     std::string text;
   };
   void takeAhead(bool isTimeToGoOn);
-  void takeInTurn(const CapturedMessage& message);
-  void keep(const CapturedMessage& captured, MessageFacts&& facts, OpenLeg* leg);
+  void takeInTurn(ReadMessage& message);
+  void keep(ReadMessage& read, OpenLeg* leg);
   void giveAwayOver(std::int64_t nowOfEnded = 0);
   void giveAwayTooMany();
   void giveAway(OpenCall& open, bool isGivenUp);
@@ -139,7 +146,7 @@ class CallTable::Impl {
   ClosedCallSink sink_;
   OpenCalls calls_;
   LegJoiner joiner_;
-  SipView view_;
+  ReadMessage read_;
   std::int64_t now_ = 0;
   std::optional<Ahead> ahead_;
   std::size_t messages_ = 0;
@@ -147,6 +154,12 @@ class CallTable::Impl {
 };
 
 void CallTable::Impl::take(const CapturedMessage& message) {
+  read_.read(message);
+  take(read_);
+}
+
+void CallTable::Impl::take(ReadMessage& read) {
+  const CapturedMessage& message = read.message;
   const std::int64_t time = usableTime(message.time).value_or(0);
   const bool isFarAhead = now_ != 0 && time - now_ > kFarAhead;
   if (isFarAhead && !ahead_) {
@@ -155,32 +168,35 @@ void CallTable::Impl::take(const CapturedMessage& message) {
   }
   if (ahead_) takeAhead(isFarAhead);
   now_ = std::max(now_, time);
-  takeInTurn(message);
+  takeInTurn(read);
 }
 
 void CallTable::Impl::takeAhead(bool isTimeToGoOn) {
   Ahead ahead = *std::exchange(ahead_, std::nullopt);
   ahead.message.text = ahead.text;
   if (isTimeToGoOn) now_ = *ahead.message.time;
-  takeInTurn(ahead.message);
+  ReadMessage read;
+  read.read(ahead.message);
+  takeInTurn(read);
 }
 
-void CallTable::Impl::takeInTurn(const CapturedMessage& message) {
+void CallTable::Impl::takeInTurn(ReadMessage& read) {
   ++messages_;
   giveAwayOver();
-  view_.read(message.text);
-  std::optional<MessageFacts> facts = factsOf(view_);
+  const std::optional<MessageFacts>& facts = read.facts;
   OpenLeg* const leg = facts && !isOutside(facts->method) ? calls_.find(facts->callId) : nullptr;
   const bool isOfCall = leg != nullptr || (facts && beginsCall(facts->method));
   if (!isOfCall) {
     ++otherMessages_;
     return;
   }
-  keep(message, std::move(*facts), leg);
+  keep(read, leg);
   giveAwayTooMany();
 }
 
-void CallTable::Impl::keep(const CapturedMessage& captured, MessageFacts&& facts, OpenLeg* leg) {
+void CallTable::Impl::keep(ReadMessage& read, OpenLeg* leg) {
+  const CapturedMessage& captured = read.message;
+  MessageFacts& facts = *read.facts;
   OpenMessage open;
   open.sequence = messages_;
   open.leg = leg != nullptr ? leg : &calls_.begin(facts.callId, open.sequence);
@@ -191,7 +207,7 @@ void CallTable::Impl::keep(const CapturedMessage& captured, MessageFacts&& facts
   message.flow = captured.flow;
   message.isCut = captured.isCut;
   message.text = captured.text;
-  if (const auto sdp = view_.sdp(); sdp && !sdp->empty()) {
+  if (const auto sdp = read.view.sdp(); sdp && !sdp->empty()) {
     message.sdpBegin = static_cast<std::size_t>(sdp->data() - captured.text.data());
     message.sdpSize = sdp->size();
   }
@@ -201,7 +217,7 @@ void CallTable::Impl::keep(const CapturedMessage& captured, MessageFacts&& facts
   message.fromTag = std::move(facts.fromTag);
   message.toTag = std::move(facts.toTag);
   open.facts = std::move(facts.transaction);
-  joiner_.look(*open.leg, view_, message, open.sequence);
+  joiner_.look(*open.leg, read.view, message, open.sequence);
   OpenCall& call = *open.leg->call;
   calls_.add(std::move(open), now_);
   if (call.bytes > options_.mostCallBytes) close(call, true);
@@ -258,6 +274,8 @@ CallTable::CallTable(CallOptions options, ClosedCallSink sink)
 CallTable::~CallTable() = default;
 
 void CallTable::take(const CapturedMessage& message) { impl_->take(message); }
+
+void CallTable::take(ReadMessage& message) { impl_->take(message); }
 
 void CallTable::passTime(std::int64_t elapsed, std::int64_t nowOfEnded) {
   impl_->passTime(elapsed, nowOfEnded);

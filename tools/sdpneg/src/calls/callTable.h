@@ -5,10 +5,12 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "calls/call.h"
+#include "calls/messageFacts.h"
 
 // Puts the messages of a capture together to calls, and gives a call away as soon as nothing more is expected of it.
 
@@ -19,6 +21,16 @@ struct CallOptions {
   std::size_t mostOpenCalls = 100000;    ///< then the one that was silent for longest is given away
   std::size_t mostOpenBytes = std::size_t{512} * 1024 * 1024;  ///< of the open calls' texts, as well
   std::size_t mostCallBytes = std::size_t{128} * 1024 * 1024;  ///< of one call, which is given away then
+};
+
+/// A message with what is asked of its text.
+struct ReadMessage {
+  CapturedMessage message;
+  SipView view;
+  std::optional<MessageFacts> facts;
+
+  /// @param captured whose text must stay where it is
+  void read(const CapturedMessage& captured);
 };
 
 struct OpenCall;
@@ -57,6 +69,8 @@ class CallTable {
 
   /// Takes a message, whose text is copied. Messages come nearly in the order of their times.
   void take(const CapturedMessage& message);
+  /// Takes one that was read by another thread perhaps. Its facts are taken away.
+  void take(ReadMessage& message);
   /// Gives away what is over, where no message tells that time passes. It is counted from the last message on, as the
   /// clock of a capture may be another one.
   /// @param elapsed microseconds, not negative

@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
@@ -24,6 +25,7 @@
 #include "commands/callsOptions.h"
 #include "commands/exitStatus.h"
 #include "commands/orderedWork.h"
+#include "commands/readAhead.h"
 #include "output/fileReplacement.h"
 #include "output/progress.h"
 #include "page/page.h"
@@ -65,6 +67,9 @@ std::size_t sizeOf(const std::vector<Input>& inputs) {
   return size;
 }
 
+/// Inputs of fewer bytes are read sooner than a thread has begun.
+constexpr std::size_t kLeastReadAhead = std::size_t{1} * 1024 * 1024;
+
 /// How long a file that has ended is left alone.
 constexpr std::chrono::milliseconds kPause{200};
 /// Where nothing came for so long, calls of the past that have ended are told.
@@ -104,10 +109,7 @@ class Run {
     if (!openFiles()) return exitOutput;
     if (options_.showsKeys && !showsKeys_)
       streams_.err.write("sdpneg: keys are shown on a terminal only, and stay masked\n");
-    while (isInterrupted == 0 && !isEnough() && set_.step()) {
-      lowestOpen_ = table_.lowestOpen();
-      showProgress();
-    }
+    readsAhead() ? readAhead() : read();
     set_.finish();
     table_.finish();
     finishWork();
@@ -133,6 +135,39 @@ class Run {
     if (options_.isFollowed && sizeOf(options_.inputs) != 0)
       options.watch.waitForMore = [this] { return wait(); };
     return options;
+  }
+
+  /// Whether another thread may read: files alone, which end and do not keep it waiting.
+  bool readsAhead() const {
+    const bool areFiles =
+        std::ranges::all_of(options_.inputs, [](const Input& input) { return sizeOf(input) != 0; });
+    return !options_.isFollowed && areFiles && sizeOf(options_.inputs) >= kLeastReadAhead &&
+           std::thread::hardware_concurrency() > 1;
+  }
+
+  void read() {
+    while (isInterrupted == 0 && !isEnough() && set_.step()) {
+      lowestOpen_ = table_.lowestOpen();
+      showProgress(set_.position());
+    }
+  }
+
+  void readAhead() {
+    ReadAhead ahead;
+    ahead_ = &ahead;
+    if (!ahead.begin({[this] { return set_.step(); }, [this] { return set_.position(); }})) {
+      ahead_ = nullptr;
+      return read();
+    }
+    while (ReadAhead::Batch* const batch = ahead.next()) {
+      for (std::size_t i = 0; i < batch->size(); ++i) {
+        table_.take((*batch)[i]);
+        lowestOpen_ = table_.lowestOpen();
+      }
+      showProgress(batch->position());
+      if (isInterrupted != 0 || isEnough()) ahead.stop();
+    }
+    ahead_ = nullptr;
   }
 
   /// Whether nothing more is to be told. Files beside standard output have all calls.
@@ -197,9 +232,9 @@ class Run {
 
   void noteEnough() { isEnough_ = !streams_.out.good() || isDone(); }
 
-  void showProgress() {
+  void showProgress(std::size_t position) {
     const std::unique_lock lock = terminal();
-    progress_.show(set_.position());
+    progress_.show(position);
   }
 
   /// Calls are told by another thread than progress.
@@ -208,8 +243,10 @@ class Run {
   }
 
   void takeMessage(const CapturedMessage& message) {
+    const CapturedMessage& shown = options_.isAnonymous ? anonymizer_.message(message) : message;
+    if (ahead_ != nullptr) return ahead_->add(shown);
     quiet_ = {};
-    table_.take(options_.isAnonymous ? anonymizer_.message(message) : message);
+    table_.take(shown);
   }
 
   void takeCall(Call& call) {
@@ -328,6 +365,7 @@ class Run {
   std::size_t lowestOpen_ = 0;
   CallTable table_;
   OrderedWork work_;
+  ReadAhead* ahead_ = nullptr;  ///< while another thread reads
   CaptureSet
       set_;  // which waits for the front of a followed file when it is made, and needs all of the above
 };

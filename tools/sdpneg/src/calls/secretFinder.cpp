@@ -61,8 +61,8 @@ class SecretFinder {
   explicit SecretFinder(std::string_view text) : text_(text) {}
 
   std::vector<SecretPlace> find() {
-    std::size_t at = 0;
-    while ((at = text_.find_first_of(":=", at)) != npos) at = lookBehind(at, at + 1);
+    for (std::size_t at = 0; at < text_.size();)
+      at = text_[at] == ':' || text_[at] == '=' ? lookBehind(at, at + 1) : at + 1;
     return std::move(places_);
   }
 

@@ -15,12 +15,13 @@ std::string jsonText(const Json& json) {
 // Line feeds inside values are escaped, so all are breaks.
 std::string indented(const std::string& text, std::string_view by) {
   std::string moved;
-  moved.reserve(text.size());
-  for (const char c : text) {
-    moved += c;
-    if (c == '\n') moved += by;
+  moved.reserve(2 * text.size());
+  std::size_t begin = 0;
+  for (std::size_t lf = text.find('\n'); lf != std::string::npos; lf = text.find('\n', begin)) {
+    moved.append(text, begin, lf + 1 - begin).append(by);
+    begin = lf + 1;
   }
-  return moved;
+  return moved.append(text, begin);
 }
 
 JsonList::JsonList(BufferedOutput& out, const Json& object, std::string by) : out_(out), by_(std::move(by)) {

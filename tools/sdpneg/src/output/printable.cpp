@@ -1,5 +1,7 @@
 #include "output/printable.h"
 
+#include <algorithm>
+
 #include "text/anyLines.h"
 #include "text/shown.h"
 
@@ -23,6 +25,9 @@ void addJsonEscape(std::string& out, char32_t value) {
     out += kHexDigits[(value >> static_cast<unsigned int>(shift)) & 0xFU];
 }
 
+/// Most characters are these, and shown.
+bool isPlain(char c) { return c >= ' ' && c <= '~'; }
+
 /// Goes through a text and adds what is shown as it is.
 /// @param hide adds a character that is not, of which it gets the bytes too
 template <typename Hide>
@@ -30,6 +35,10 @@ std::string shownText(std::string_view text, Hide hide) {
   std::string out;
   out.reserve(text.size());
   while (!text.empty()) {
+    const auto plain = static_cast<std::size_t>(std::ranges::find_if_not(text, isPlain) - text.begin());
+    out += text.substr(0, plain);
+    text.remove_prefix(plain);
+    if (text.empty()) break;
     const Character first = sdpneg::firstCharacter(text);
     const std::string_view bytes = text.substr(0, first.length == 0 ? 1 : first.length);
     if (sdpneg::isShown(first)) {

@@ -40,9 +40,9 @@ constexpr std::array<std::pair<char, std::string_view>, 20> kCompactForms = {{
 constexpr std::size_t kUsualFields = 24;
 
 /// Whether a name of as many characters is this one, which it mostly is in the same case.
-template <std::size_t kSize>
-bool isName(std::string_view name, const char (&longForm)[kSize]) {
-  return std::memcmp(name.data(), longForm, kSize - 1) == 0 || equalNoCase(name, longForm);
+template <std::size_t Size>
+bool isName(std::string_view name, const char (&longForm)[Size]) {
+  return std::memcmp(name.data(), longForm, Size - 1) == 0 || equalNoCase(name, longForm);
 }
 
 /// What a name is in its long or compact form; nothing for any other name.

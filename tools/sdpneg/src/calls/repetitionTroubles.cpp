@@ -78,9 +78,26 @@ void compareVersions(TroubleFinder& finder, std::size_t before, std::size_t afte
   }
 }
 
+/// What a sender said of its media, by messages.
+struct Said {
+  std::size_t last = 0;
+  std::size_t standing = 0;  ///< the last one that is no refused offer
+};
+
+bool isRefusedOffer(const TroubleFinder& finder, std::size_t message) {
+  const Exchange* const exchange = finder.offeredBy(message);
+  return exchange != nullptr && exchange->finalStatus >= 300;
+}
+
+/// A refused offer is as if it had not been made (RFC 3261 14.1): what was said before it may come again as it was.
+bool isAsItStands(const TroubleFinder& finder, const Said& said, std::size_t message) {
+  const std::vector<CallMessage>& messages = finder.call().messages;
+  return said.standing != said.last && messages[said.standing].sdp() == messages[message].sdp();
+}
+
 void findVersionTroubles(TroubleFinder& finder) {
   const std::vector<CallMessage>& messages = finder.call().messages;
-  std::map<Sender, std::size_t> last;
+  std::map<Sender, Said> last;
   for (std::size_t i = 0; i < messages.size(); ++i) {
     if (messages[i].sdpSize == 0 || messages[i].retransmissionOf || messages[i].isCut) continue;
     Sender sender = senderOf(finder, i);
@@ -93,8 +110,12 @@ void findVersionTroubles(TroubleFinder& finder) {
       known = last.find(toAnyone);
     }
     // A request outside of a dialog begins anew: another attempt of a call.
-    if (known != last.end() && !isOutside) compareVersions(finder, known->second, i);
-    last.insert_or_assign(std::move(sender), i);
+    Said now{i, i};
+    if (known != last.end() && !isOutside) {
+      if (!isAsItStands(finder, known->second, i)) compareVersions(finder, known->second.last, i);
+      if (isRefusedOffer(finder, i)) now.standing = known->second.standing;
+    }
+    last.insert_or_assign(std::move(sender), now);
   }
 }
 

@@ -360,6 +360,33 @@ TEST(Versions, BeginAnewWithAnotherAttemptAndInOtherForks) {
   EXPECT_EQ(rulesOf(maker.call), Strings{});
 }
 
+TEST(Versions, GoBackToWhatStandsWhenAnOfferWasRefused) {
+  const std::string held = std::string(kAudio) + "a=sendonly\n";
+  Line second;
+  second.cseq = 2;
+  second.toTag = "b";
+  Maker maker;
+  maker.begin(body(kAudio), body(kAudio));
+  maker.exchange(maker.add(second, body(held, "2")), std::nullopt, 488, false);
+  maker.exchange(maker.add(second, body(held, "2")), std::nullopt, 488, false);
+  maker.again(4, body(kAudio), body(kAudio));
+  findTroubles(maker.call);
+  EXPECT_EQ(rulesOf(maker.call), Strings{});
+  // Not when it was taken, and the version of the refused one is not for another body.
+  Maker taken;
+  taken.begin(body(kAudio), body(kAudio));
+  taken.again(2, body(held, "2"), body(std::string(kAudio) + "a=recvonly\n", "2"));
+  taken.again(3, body(kAudio), body(kAudio, "3"));
+  findTroubles(taken.call);
+  EXPECT_EQ(rulesOf(taken.call), (Strings{"version-not-raised 5 0 7"}));
+  Maker used;
+  used.begin(body(kAudio), body(kAudio));
+  used.exchange(used.add(second, body(held, "2")), std::nullopt, 488, false);
+  used.again(3, body(std::string(kAudio) + "a=ptime:20\n", "2"), body(kAudio));
+  findTroubles(used.call);
+  EXPECT_EQ(rulesOf(used.call), (Strings{"version-not-raised 4 0 7"}));
+}
+
 TEST(Versions, OfRelayedBodiesAreToldOnce) {
   Maker maker;
   const std::string changed = body(std::string(kAudio) + "a=ptime:20\n");

@@ -6,35 +6,41 @@
 
 #include "calls.h"
 
-/// A baresip that answers by itself.
+/// What a client has beyond the least.
+struct BaresipSetup {
+  std::string account = "audio_codecs=PCMU/8000/1,PCMA/8000/1";  ///< parameters of its account
+  std::vector<std::string> modules = {};
+  std::string config = "audio_source aubridge,nothing\n";  ///< lines, the audio source among them
+};
+
+/// A baresip on loopback that answers by itself, and plays nowhere what it hears.
 class Baresip {
  public:
-  struct Setup {
-    std::string account = "audio_codecs=PCMU/8000/1,PCMA/8000/1";  ///< parameters of its account
-    std::vector<std::string> modules = {};                         ///< besides the ones that it needs
-    std::string source = "aubridge,nothing";                       ///< what it says; nothing by default
-  };
-
-  /// @param dial  what it calls as soon as it runs; nothing when empty
-  Baresip(const TemporaryFolder& folder, const std::string& user, const std::string& dial,
-          const Setup& setup);
+  /// @param user  names its account and its files
+  Baresip(const TemporaryFolder& folder, const std::string& user,
+          const std::vector<std::string>& options = {}, const BaresipSetup& setup = {});
 
   const std::string& port() const { return port_; }
   Process& process() { return process_; }
-  bool says(const std::string& text) const { return process_.output().find(text) != std::string::npos; }
-  /// Does what one would type at its console, such as "hold".
-  void command(const std::string& text) const;
+  bool says(const std::string& text) const { return count(text) != 0; }
+  /// How often it said a text.
+  std::size_t count(const std::string& text) const;
 
   /// The body of a message in its trace of what it sends and gets; empty without one.
   /// @param start  first line, and what stands before it
   std::string body(const std::string& start) const;
 
+  /// Gives it a command as from its console: "hold", "resume", "hangup".
+  void command(const std::string& name) const;
+  /// Ends it, and with it its calls.
+  void stop();
+
  private:
   std::vector<std::string> prepare(const TemporaryFolder& folder, const std::string& user,
-                                   const std::string& dial, const Setup& setup) const;
+                                   const std::vector<std::string>& options, const BaresipSetup& setup) const;
 
   std::string port_;
-  std::string console_;  ///< port
+  std::string console_;
   Process process_;
 };
 

@@ -1,7 +1,6 @@
-#include <csignal>
-#include <iostream>
-
 #include "baresip.h"
+
+#include <iostream>
 
 // A call between two SIP clients that people use.
 
@@ -15,10 +14,10 @@ class BaresipCall : public Calls {};
 
 // Both clients prefer PCMU, the policy wants PCMA first.
 TEST_F(BaresipCall, TwoClientsTalkWithTheCodecOrderOfThePolicy) {
-  Baresip bob(folder_, "bob", "", {});
+  Baresip bob(folder_, "bob");
   Engine engine(folder_, kHost, bob.port(),
                 {"--policy", folder_.write("policy", "audio-codecs = PCMA, PCMU, telephone-event\n")});
-  Baresip alice(folder_, "alice", "sip:bob@" + engine.address(), {});
+  Baresip alice(folder_, "alice", {"-e", "/dial sip:bob@" + engine.address()});
   EXPECT_TRUE(waitUntil([&] { return engine.counters().at("established") == 1; }, kLongestCall));
   EXPECT_TRUE(waitUntil([&] { return bob.says("Call established") && alice.says("Call established"); },
                         kLongestCall));
@@ -26,11 +25,9 @@ TEST_F(BaresipCall, TwoClientsTalkWithTheCodecOrderOfThePolicy) {
   EXPECT_TRUE(waitUntil([&] { return alice.says("Set audio encoder: PCMA"); }, kLongestCall));
 
   // alice's end ends the call for bob too.
-  alice.process().signal(SIGINT);
-  EXPECT_EQ(alice.process().wait(kLongestStart), 0);
+  alice.stop();
   EXPECT_TRUE(waitUntil([&] { return bob.says("session closed"); }, kLongestCall));
-  bob.process().signal(SIGINT);
-  EXPECT_EQ(bob.process().wait(kLongestStart), 0);
+  bob.stop();
   const Counters counters = engine.stop();
   EXPECT_EQ(counters.at("ended"), 1);
   EXPECT_EQ(counters.at("failed"), 0);

@@ -14,8 +14,10 @@ constexpr milliseconds kSilence{400};
 const std::string kHost = "127.0.0.1";
 const std::vector<std::string> kSecureModules = {"srtp", "dtls_srtp", "ice"};
 
-Baresip::Setup talking(const std::string& account = "", const std::vector<std::string>& modules = {}) {
-  Baresip::Setup setup{"audio_codecs=PCMU/8000/1,PCMA/8000/1" + account, {"ausine"}, "ausine,440"};
+BaresipSetup talking(const std::string& account = "", const std::vector<std::string>& modules = {}) {
+  BaresipSetup setup{"audio_codecs=PCMU/8000/1,PCMA/8000/1" + account,
+                     {"ausine"},
+                     "audio_source ausine,440\nausrc_srate 48000\nausrc_channels 2\n"};
   setup.modules.insert(setup.modules.end(), modules.begin(), modules.end());
   return setup;
 }
@@ -27,10 +29,11 @@ bool has(const std::string& text, const std::string& part) { return text.find(pa
 /// A relay, and an engine between two clients.
 class RelayedMedia : public Calls {
  protected:
-  void start(const Baresip::Setup& alice, const Baresip::Setup& bob, std::vector<std::string> options = {}) {
-    bob_ = std::make_unique<Baresip>(folder_, "bob", "", bob);
+  void start(const BaresipSetup& alice, const BaresipSetup& bob, std::vector<std::string> options = {}) {
+    bob_ = std::make_unique<Baresip>(folder_, "bob", std::vector<std::string>{}, bob);
     startEngine(bob_->port(), std::move(options));
-    alice_ = std::make_unique<Baresip>(folder_, "alice", "sip:bob@" + engine_->address(), alice);
+    const std::vector<std::string> dial = {"-e", "/dial sip:bob@" + engine_->address()};
+    alice_ = std::make_unique<Baresip>(folder_, "alice", dial, alice);
     ASSERT_TRUE(waitUntil([&] { return engine_->counters().at("established") == 1; }, kLongestCall));
   }
 

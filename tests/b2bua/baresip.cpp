@@ -10,13 +10,6 @@ namespace {
 
 const std::string kHost = "127.0.0.1";
 
-/// A port whose next one, where the client takes TLS, is free too.
-std::string freePortPair() {
-  std::string port = freePort();
-  while (isTaken(std::to_string(std::stoi(port) + 1))) port = freePort();
-  return port;
-}
-
 }  // namespace
 
 Baresip::Baresip(const TemporaryFolder& folder, const std::string& user,

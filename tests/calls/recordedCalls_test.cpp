@@ -60,7 +60,7 @@ TEST_F(RecordedCalls, AreOneCallForBothLegsOfTheEngine) {
   RECORD_OR_SKIP(file, {"-m", "1"});
   const Json report = callsOf(file);
   ASSERT_EQ(report.at("calls").size(), 1U);
-  const Json& call = report.at("calls")[0];
+  const Json& call = report.at("calls").at(0);
   EXPECT_EQ(call.at("callIds").size(), 2U);
   EXPECT_TRUE(call.at("joinedBy").is_string()) << call.at("joinedBy");
   EXPECT_EQ(call.at("participants").size(), 3U);
@@ -78,8 +78,8 @@ TEST_F(RecordedCalls, AreTheSameCallsWhenTheyAreAnonymous) {
   EXPECT_EQ(messagesOf(after), messagesOfTshark(folder_, written));
   ASSERT_EQ(after.at("calls").size(), before.at("calls").size());
   for (std::size_t i = 0; i < before.at("calls").size(); ++i) {
-    const Json& one = before.at("calls")[i];
-    const Json& other = after.at("calls")[i];
+    const Json& one = before.at("calls").at(i);
+    const Json& other = after.at("calls").at(i);
     for (const char* key : {"joinedBy", "state", "result", "codecs", "start", "end"}) {
       EXPECT_EQ(one.at(key), other.at(key)) << key;
     }

@@ -21,8 +21,10 @@ std::string readyOf(With with) { return with == With::dumpcap ? "File: " : "list
 
 std::vector<std::string> argumentsOf(With with, const std::string& filter, const std::string& file) {
   if (with == With::dumpcap) return {"-i", "lo", "-f", filter, "-w", file};
-  // Each frame is had and written at once, and by the user that made the folder.
-  return {"-i", "any", "-y", "LINUX_SLL2", "--immediate-mode", "-U", "-Z", "root", "-w", file, filter};
+  // Each frame is had and written at once, and by the user that made the folder. What waits for it has place for as many
+  // frames as fit in by their largest size.
+  return {"-i",   "any", "-y", "LINUX_SLL2", "--immediate-mode", "-s", "9000", "-B", "32768", "-U", "-Z",
+          "root", "-w",  file, filter};
 }
 
 std::string bytesOfHex(const std::string& hex) {

@@ -7,8 +7,6 @@
 namespace {
 
 using calling::callsOf;
-using calling::kAlice;
-using calling::kBob;
 using calling::kProxy;
 using calling::reply;
 using calling::Sip;

@@ -9,7 +9,6 @@ namespace {
 using calling::callsOf;
 using calling::kAlice;
 using calling::kBob;
-using calling::kCarol;
 using calling::kProxy;
 using calling::sdp;
 using calling::Sip;
@@ -205,7 +204,7 @@ TEST(CallTable, TakesALastMessageThatIsFarAhead) {
 
 TEST(CallTable, WaitsForAllLegs) {
   Table table;
-  for (Sip message : plainCall()) table.take(message);
+  for (const Sip& message : plainCall()) table.take(message);
   Sip other = {.start = "200 INVITE", .callId = "b", .toTag = "u"};
   other.headers = "X-CID: a\r\n";
   table.take(other);

@@ -9,7 +9,6 @@
 namespace {
 
 using calling::callsOf;
-using calling::kAlice;
 using calling::kBob;
 using calling::kCarol;
 using calling::kProxy;

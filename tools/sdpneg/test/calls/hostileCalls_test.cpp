@@ -8,7 +8,6 @@
 
 namespace {
 
-using calling::kAlice;
 using calling::kProxy;
 using calling::sdp;
 using calling::Sip;

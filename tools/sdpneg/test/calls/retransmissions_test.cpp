@@ -7,7 +7,6 @@
 namespace {
 
 using calling::callsOf;
-using calling::kBob;
 using calling::kProxy;
 using calling::reply;
 using calling::sdp;

@@ -77,8 +77,7 @@ TEST(WholeCalls, TellTheHopThatMadeAudioOneWayOnce) {
       told({first, second, calling::reply(second, "180"),
             calling::reply(second, "200", bodyOf("m=audio 5000 RTP/AVP 8\r\na=sendonly\r\n")),
             calling::reply(first, "200", bodyOf("m=audio 5000 RTP/AVP 8\r\na=sendonly\r\n"))});
-  const Sip sent = second;
-  const std::string front = sent.text().substr(0, sent.text().find("m=audio"));
+  const std::string front = second.text().substr(0, second.text().find("m=audio"));
   const auto line = std::count(front.begin(), front.end(), '\n') + 1;
   EXPECT_EQ(made::rulesOf(call), (Strings{"one-way 2 1 " + std::to_string(line)}));
   EXPECT_EQ(made::textOf(call, "one-way"),

@@ -225,7 +225,7 @@ TEST(Capture, ReadsHepPackets) {
 }
 
 TEST(Capture, TakesOnlySipOutOfUdp) {
-  const Outcome read(pcap({{udpFrame("\x80\x00rtp")},
+  const Outcome read(pcap({{udpFrame({"\x80\x00rtp", 5})},
                            {udpFrame("\r\n\r\n")},
                            {udpFrame("")},
                            {udpFrame("\r\n" + invite())},

@@ -15,7 +15,6 @@ using packets::hep;
 using packets::hepOf;
 using packets::invite;
 using packets::u16;
-using packets::u32;
 using packets::u8;
 using Texts = std::vector<std::string>;
 

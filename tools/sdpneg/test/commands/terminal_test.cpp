@@ -39,7 +39,7 @@ class Terminal : public testing::Test {
  protected:
   /// The name of a file with the transfer form of the body.
   std::string packed() const {
-    const std::string form = folder.path("form");
+    std::string form = folder.path("form");
     EXPECT_EQ(runSdpneg({"pack", file, "-o", form}).status, 0);
     return form;
   }

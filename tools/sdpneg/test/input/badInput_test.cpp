@@ -130,7 +130,8 @@ TEST(RefusedBody, TellsHowManyMediaAreNotShown) {
 }
 
 TEST(BodyThatIsTooLongForTheAnalysis, HasItsSectionsShown) {
-  const std::string body = head + "m=audio 9 RTP/AVP 8\na=x:" + std::string(1024 * 1024, 'x') + "\n";
+  const std::string body =
+      head + "m=audio 9 RTP/AVP 8\na=x:" + std::string(std::size_t{1024} * 1024, 'x') + "\n";
   const Outcome outcome = runSdpneg({"inspect"}, {.input = body});
   EXPECT_EQ(outcome.status, 2);
   EXPECT_EQ(outcome.err, "sdpneg: (standard input): is longer than 1048576 bytes\n");
@@ -144,7 +145,8 @@ TEST(BodyThatIsTooLongForTheAnalysis, HasItsSectionsShown) {
 }
 
 TEST(BodyThatIsTooLongForTheAnalysis, IsRefusedByRequestsOfTheObject) {
-  const std::string body = head + "m=audio 9 RTP/AVP 8\na=x:" + std::string(1024 * 1024, 'x') + "\n";
+  const std::string body =
+      head + "m=audio 9 RTP/AVP 8\na=x:" + std::string(std::size_t{1024} * 1024, 'x') + "\n";
   const Outcome outcome = runSdpneg({"rewrite", "increase-version"}, {.input = body});
   EXPECT_EQ(outcome.status, 2);
   EXPECT_EQ(outcome.err, "sdpneg: (standard input): is longer than 1048576 bytes\n");

@@ -36,7 +36,7 @@ class Writer {
                         {"private-address", "A private address is offered to a public peer."}}});
   }
 
-  void add(made::CallMaker maker) {
+  void add(const made::CallMaker& maker) {
     totals_.messages += maker.call.messages.size();
     totals_.retransmissions += maker.call.retransmissions();
     nextMessage = maker.nextMessage();
@@ -71,14 +71,14 @@ void writeExample(Writer& writer) {
   using enum CallState;
   std::int64_t start = made::kMorning;
   for (int i = 0; i < 30; ++i) {
-    start += (7 + i % 5 * 3) * made::kSecond + i * 17 * made::kMillisecond;
+    start += (7 + i % 5 * 3) * made::kSecond + i * (17 * made::kMillisecond);
     constexpr CallState kShort[] = {failed, cancelled, ringing};
     made::CallMaker maker =
         i % 3 == 0   ? made::borderCall(writer.nextCall, writer.nextMessage, start)
         : i % 7 == 4 ? made::shortCall(writer.nextCall, writer.nextMessage, start, kShort[i % 9 / 3])
                      : made::plainCall(writer.nextCall, writer.nextMessage, start);
     nameEnds(maker);
-    writer.add(std::move(maker));
+    writer.add(maker);
   }
 }
 
@@ -115,7 +115,7 @@ void writeHostile(Writer& writer) {
     call.messages[2].text += text;
     call.messages[2].sdpSize += text.size();
     for (Trouble& trouble : call.troubles) trouble.rule = trouble.text = text;
-    writer.add(std::move(maker));
+    writer.add(maker);
   }
 }
 
@@ -128,13 +128,13 @@ void writeLarge(Writer& writer) {
     longCall.addHop(came, longCall.add(1, made::border, made::bob, "INFO sip:bob@example.net", "INFO"));
     longCall.add(0, made::border, made::alice, "200 OK", "INFO");
   }
-  writer.add(std::move(longCall));
+  writer.add(longCall);
   for (std::int64_t i = 0; writer.nextMessage <= 100000; ++i) {
     const std::int64_t start = made::kMorning + i * 31 * made::kMillisecond;
     made::CallMaker maker = i % 20 == 0 ? made::borderCall(writer.nextCall, writer.nextMessage, start)
                                         : made::plainCall(writer.nextCall, writer.nextMessage, start);
     nameEnds(maker);
-    writer.add(std::move(maker));
+    writer.add(maker);
   }
 }
 

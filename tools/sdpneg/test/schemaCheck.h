@@ -15,8 +15,9 @@
 
 /// The Python that has the module jsonschema; empty when none has.
 inline std::string python() {
-  for (const std::string each : {"python3", "/usr/bin/python3"}) {
-    if (std::system((each + " -c 'import jsonschema' >/dev/null 2>&1").c_str()) == 0) return each;
+  for (const char* const each : {"python3", "/usr/bin/python3"}) {
+    if (std::system((std::string(each) + " -c 'import jsonschema' >/dev/null 2>&1").c_str()) == 0)
+      return each;
   }
   return {};
 }

@@ -275,7 +275,7 @@ TEST_F(CallsSchemaCheck, FindsWhatIsWrong) {
                {"/calls/0/result", "200"},
                {"/calls/0/result", 180},
                {"/calls/0/codecs", "PCMA"},
-               {"/calls/0/messages/0/path", json({0})},
+               {"/calls/0/messages/0/path", json::array({0})},
                {"/calls/0/messages/0/first", 200},
                {"/calls/0/messages/0/body", "proposal"},
                {"/calls/0/messages/0/transport", "TLS"},

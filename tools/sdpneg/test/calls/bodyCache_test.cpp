@@ -38,6 +38,7 @@ TEST(BodyCache, HasADocumentForMessagesWithOneText) {
 
 TEST(BodyCache, KeepsFourThatWereAskedForLast) {
   std::vector<std::string> texts;
+  texts.reserve(20);
   for (int i = 0; i < 20; ++i) texts.push_back(bodyOn(4000 + 2 * i));
   const tool::Call call = callOf(texts);
   tool::BodyCache bodies;

@@ -259,6 +259,7 @@ TEST(LegJoiner, TellsCallsAtOneAddressWithTheSameBodiesApart) {
   // Each with ports of its own, one behind the other, as clients are that are started for each call.
   std::vector<Sip> messages;
   std::vector<std::string> ends;
+  ends.reserve(60);
   for (int i = 0; i < 60; ++i) ends.push_back("127.0.0.1:" + std::to_string(6000 + i));
   for (std::size_t i = 0; i < 20; ++i) {
     for (const Sip& sip : relayed(std::to_string(i), ends[3 * i], ends[3 * i + 1], ends[3 * i + 2]))

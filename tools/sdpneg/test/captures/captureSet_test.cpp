@@ -38,6 +38,7 @@ class TemporaryFile {
 /// A capture of INVITEs, each with its own Call-ID and time.
 std::string captureOf(const std::vector<std::pair<std::string, std::int64_t>>& calls) {
   std::vector<packets::Record> records;
+  records.reserve(calls.size());
   for (const auto& [callId, time] : calls) {
     records.push_back({packets::ethernet(packets::ip4(packets::udp(invite(callId)))), time});
   }

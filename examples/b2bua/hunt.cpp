@@ -139,7 +139,7 @@ int Engine::onAbandonedResponse(Leg* leg, nta_outgoing_t* transaction, const sip
   if (status < 300) {
     nta_leg_rtag(leg->dialog.get(), response->sip_to->a_tag);
     nta_leg_client_route(leg->dialog.get(), response->sip_record_route, response->sip_contact);
-    Owned<nta_outgoing_t>(
+    const Owned<nta_outgoing_t> ack(
         engine.send(*leg, SIP_METHOD_ACK, nta_outgoing_cseq(transaction), "", nullptr, nullptr));
     engine.sendBye(*leg);
   }

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
-#include <ranges>
+#include <sstream>
 
 #include "bodyLines.h"
 
@@ -64,8 +64,8 @@ std::string checkPassedHeader(const std::string& name) {
     return "no name of a header: " + name;
   // A single letter may be the short form of any of these.
   bool own = pattern.size() == 1;
-  for (const auto word : std::views::split(kOwnNames, ' '))
-    own = own || matches(pattern, {word.begin(), word.end()});
+  std::istringstream words{std::string(kOwnNames)};
+  for (std::string word; words >> word;) own = own || matches(pattern, word);
   return own ? "a header of the engine's own: " + name : "";
 }
 

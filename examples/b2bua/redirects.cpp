@@ -56,6 +56,7 @@ std::vector<std::string> redirectionsIn(const sip_t& response, const TransportOp
   }
   std::ranges::stable_sort(found, std::ranges::greater(), [](const auto& contact) { return contact.first; });
   std::vector<std::string> uris;
+  uris.reserve(found.size());
   for (auto& [q, uri] : found) uris.push_back(std::move(uri));
   return uris;
 }

@@ -54,6 +54,7 @@ std::vector<std::string> Targets::order() {
   }
   std::ranges::sort(drawn);
   std::vector<std::string> places;
+  places.reserve(drawn.size());
   for (const auto& each : drawn) places.push_back(std::get<std::string>(each));
   return places;
 }

@@ -66,7 +66,7 @@ std::map<std::string, std::vector<int>> connectionsTo(const std::vector<std::str
   std::map<std::string, std::vector<int>> connections;
   std::error_code error;
   for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", error)) {
-    const int descriptor = std::atoi(entry.path().filename().c_str());
+    const auto descriptor = static_cast<int>(std::strtol(entry.path().filename().c_str(), nullptr, 10));
     const auto own = endpointOf(descriptor, getsockname);
     if (!own || std::ranges::find(ports, own->port) == ports.end()) continue;
     if (const auto peer = endpointOf(descriptor, getpeername)) connections[peer->host].push_back(descriptor);

@@ -59,9 +59,9 @@ void Engine::acknowledge(Leg& leg) {
   if (leg.unacknowledged == 0) return;
   const std::string number = std::to_string(leg.unacknowledged) + " ACK";
   const std::string branch = "z9hG4bK" + randomText();
-  Owned<nta_outgoing_t>(nta_outgoing_tcreate(leg.dialog.get(), nullptr, nullptr, nullptr, SIP_METHOD_ACK,
-                                             nullptr, SIPTAG_CSEQ_STR(number.c_str()),
-                                             NTATAG_ACK_BRANCH(branch.c_str()), TAG_END()));
+  const Owned<nta_outgoing_t> sent(
+      nta_outgoing_tcreate(leg.dialog.get(), nullptr, nullptr, nullptr, SIP_METHOD_ACK, nullptr,
+                           SIPTAG_CSEQ_STR(number.c_str()), NTATAG_ACK_BRANCH(branch.c_str()), TAG_END()));
   leg.unacknowledged = 0;
 }
 

@@ -162,6 +162,7 @@ bool StateStore::remove(const std::string& id, bool mark) {
 
 void StateStore::removeAcks(const std::vector<std::string>& ids) {
   std::vector<Command> commands;
+  commands.reserve(ids.size());
   for (const std::string& id : ids)
     commands.push_back({"HDEL", keyOf(id), std::string("caller.") + kAck, std::string("target.") + kAck});
   link_.post(commands);
@@ -190,10 +191,12 @@ bool StateStore::claim(Call& call) {
 
 std::vector<std::string> StateStore::ownersOf(const std::vector<std::string>& ids) {
   std::vector<Command> commands;
+  commands.reserve(ids.size());
   for (const std::string& id : ids) commands.push_back({"HGET", keyOf(id), "owner"});
   std::vector<RedisLink::Reply> replies;
   if (!link_.run(commands, &replies)) return {};
   std::vector<std::string> owners;
+  owners.reserve(replies.size());
   for (const RedisLink::Reply& reply : replies) owners.push_back(reply.empty() ? "" : reply.front());
   return owners;
 }

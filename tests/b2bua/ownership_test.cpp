@@ -87,12 +87,12 @@ TEST_F(Ownership, AnEngineThatBeginsAnewTakesItsCallsBack) {
   EXPECT_EQ(cseqOf(reoffer(*second, tag, 2)), 102);
   first = startEngine("first-again", port);
   EXPECT_EQ(cseqOf(hangUp(*first, tag, 3)), 203);
+  EXPECT_TRUE(waitUntil([&] { return redis_->ask({"HGETALL", keyOf(tag)}) == "owner - "; }, kLongestStart));
   // The second one has it still, and learns that it is over.
   EXPECT_EQ(
       statusOf(caller_.ask(second->address(), {.method = "BYE", .cseq = 4, .toTag = tag}, kLongestStart)),
       481);
   EXPECT_EQ(second->stop().at("active"), 0);
-  EXPECT_EQ(redis_->ask({"HGETALL", keyOf(tag)}), "owner - ");
 }
 
 TEST_F(Ownership, WhoLostACallSaysNothingWhenItsAckIsMissed) {

@@ -6,7 +6,7 @@
 #include <deque>
 #include <functional>
 #include <map>
-#include <optional>
+#include <memory>
 #include <set>
 
 #include "mediaPolicy.h"
@@ -136,8 +136,10 @@ struct Call {
   bool outdated = false;     ///< but what it has is not the last state
   bool lookedAfter = false;  ///< it is in the queue for that
   bool takenOver = false;    ///< from another process
-  std::optional<Exchange> exchange;
-  std::optional<Exchange> aside;  ///< that of the first INVITE, while one of an UPDATE is in its place
+  /// As large as all else, so an established call has none.
+  std::unique_ptr<Exchange> exchange;
+  /// That of the first INVITE, while one of an UPDATE is in its place.
+  std::unique_ptr<Exchange> aside;
 };
 
 }  // namespace b2bua

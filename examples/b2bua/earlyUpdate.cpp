@@ -69,7 +69,7 @@ void Engine::concludeUpdate(Call& call, int status) {
       leg.sent = update.sent[leg.side];
     }
   }
-  call.exchange = std::exchange(call.aside, std::nullopt);
+  call.exchange = std::move(call.aside);
   goOn(call);
 }
 

@@ -49,7 +49,8 @@ void Engine::takeOffer(Call& call, const std::string& body) {
 }
 
 Exchange& Engine::beginExchange(Call& call, Kind kind) {
-  Exchange& exchange = call.exchange.emplace();
+  call.exchange = std::make_unique<Exchange>();
+  Exchange& exchange = *call.exchange;
   exchange.kind = kind;
   exchange.number = ++exchanges_;
   exchange.policy = policy_;

@@ -58,7 +58,9 @@ unsigned long Engine::malformed() const {
   return malformed;
 }
 
-void Engine::sift() { counters_.of(Limit::messagesOfSource) += gate_.sift(malformed()); }
+void Engine::sift() {
+  counters_.of(Limit::messagesOfSource) += gate_.sift([this] { return malformed(); });
+}
 
 Snapshot Engine::snapshot() const {
   Snapshot snapshot{std::chrono::steady_clock::now(), counters_, setupTimes_};

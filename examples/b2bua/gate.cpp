@@ -45,10 +45,10 @@ bool Gate::mayCome(const SourceCounts& counts) const {
   return counts.malformed <= kMostMalformed && (mostMessages_ == 0 || counts.messages <= mostMessages_);
 }
 
-unsigned long Gate::sift(unsigned long malformed) {
+unsigned long Gate::sift(const std::function<unsigned long()>& malformed) {
   const auto* const source = reinterpret_cast<const sockaddr*>(&next_);
-  const bool wasMalformed = std::exchange(malformed_, malformed) != malformed;
-  if (SourceCounts* const counts = isNextKnown_ && wasMalformed ? sources_.of(*source) : nullptr)
+  if (SourceCounts* const counts = isNextKnown_ ? sources_.of(*source) : nullptr;
+      counts != nullptr && malformed() != malformed_)
     ++counts->malformed;
   isNextKnown_ = false;
   for (unsigned long dropped = 0;; ++dropped) {
@@ -60,7 +60,10 @@ unsigned long Gate::sift(unsigned long malformed) {
     SourceCounts* const counts = sources_.of(*source);
     if (counts != nullptr) ++counts->messages;
     isNextKnown_ = counts == nullptr || mayCome(*counts);
-    if (isNextKnown_) return dropped;
+    if (isNextKnown_) {
+      if (counts != nullptr) malformed_ = malformed();
+      return dropped;
+    }
     recv(socket_, &first, 1, MSG_DONTWAIT);
   }
 }

@@ -1,6 +1,8 @@
 #ifndef B2BUA_GATE_H
 #define B2BUA_GATE_H
 
+#include <functional>
+
 #include "sources.h"
 
 namespace b2bua {
@@ -16,9 +18,10 @@ class Gate {
   void open(const std::string& address);
   /// Takes out what is beyond the limits, up to the first datagram that is not. The stack reads no more than that one
   /// before this is called again.
-  /// @param malformed  what the stack has found unreadable so far
+  /// @param malformed  what the stack has found unreadable so far; asked only about sources that are
+  /// not trusted, since the stack adds up all of its figures for it
   /// @return how many were dropped
-  unsigned long sift(unsigned long malformed);
+  unsigned long sift(const std::function<unsigned long()>& malformed);
   /// @param address  from which a message came
   /// @return whether it is beyond the limits; it counts, unless `sift` has counted it
   bool isBeyond(const sockaddr& address);
@@ -28,7 +31,7 @@ class Gate {
 
   Sources& sources_;
   unsigned long mostMessages_;
-  unsigned long malformed_ = 0;
+  unsigned long malformed_ = 0;  ///< before the stack reads that datagram
   int socket_ = -1;
   sockaddr_storage next_{};   ///< where the datagram is from that the stack reads next
   bool isNextKnown_ = false;  ///< there is one, and it is counted

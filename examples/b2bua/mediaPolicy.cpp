@@ -254,9 +254,9 @@ void replaceConnection(BodyLine& line, const std::string& address) {
 
 /// The unspecified address stays: it puts the call on hold (RFC 3264 8.4).
 std::string setAddress(const Policy& policy, Body& body, OfferChanges&) {
+  if (policy.connectionAddress.empty()) return "";
   BodyLines lines(textOf(body));
-  if (policy.connectionAddress.empty() || std::ranges::none_of(lines.sections, &BodySection::isActive))
-    return "";
+  if (std::ranges::none_of(lines.sections, &BodySection::isActive)) return "";
   const BodyLine* const first = firstConnection(lines);
   if (first == nullptr) return "no connection line";
   if (!isUnspecified(*first) && body.sdpReplaceCxIP(policy.connectionAddress.c_str()) != 0)
@@ -287,8 +287,11 @@ constexpr Rule kRules[] = {
 };
 
 /// Some requests leave the summary behind the text.
-std::string parsedAnew(Body& body) {
-  return body.sdpParse(textOf(body).c_str(), SDP_TYPE_UNKNOWN) == 0 ? "" : "not usable after the policy";
+/// @param before  the text when both were the same
+std::string parsedAnew(Body& body, const std::string& before) {
+  const std::string text = textOf(body);
+  if (text == before || body.sdpParse(text.c_str(), SDP_TYPE_UNKNOWN) == 0) return "";
+  return "not usable after the policy";
 }
 
 /// The lines of a body without what codecs make of them.
@@ -314,25 +317,27 @@ std::string store(const std::string& text, Body& body) {
 }
 
 std::string textOf(const Body& object) {
-  char text[MAX_SDP_PROTOCOL_DATA_SIZE] = "";
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE];  // much more than what it gets; not to be filled each time
   if (object.getRawSDP(text, sizeof text) != 0) return "";
   return text;
 }
 
 std::string applyToOffer(const Policy& policy, Body& offer, OfferChanges& changes) {
+  const std::string before = textOf(offer);
   for (const Rule& rule : kRules) {
     if (std::string reason = rule.offer(policy, offer, changes); !reason.empty()) return reason;
   }
-  return parsedAnew(offer);
+  return parsedAnew(offer, before);
 }
 
 // In the opposite order: what was taken last is the first to come back.
 std::string applyToAnswer(const Policy& policy, Body& answer, const OfferChanges& changes) {
+  const std::string before = textOf(answer);
   OfferChanges record = changes;
   for (auto rule = std::rbegin(kRules); rule != std::rend(kRules); ++rule) {
     if (std::string reason = rule->answer(policy, answer, record); !reason.empty()) return reason;
   }
-  return parsedAnew(answer);
+  return parsedAnew(answer, before);
 }
 
 bool onlyCodecsDiffer(const Body& one, const Body& other) {

@@ -46,8 +46,9 @@ void readMedia(const Words& words, MediaOptions& media) {
 
 void addMediaOptions(CLI::App& app, MediaOptions& media) {
   app.add_option_function<Words>(
-      "--media", [&](const Words& words) { readMedia(words, media); },
-      "none, rtpengine udp:HOST:PORT or anchor ADDRESS FIRST-LAST");
+         "--media", [&](const Words& words) { readMedia(words, media); },
+         "none, rtpengine udp:HOST:PORT or anchor ADDRESS FIRST-LAST")
+      ->delimiter(' ');  // as one word too, such as a string of the configuration
   std::size_t side = 0;
   for (const char* name : {"--media-caller", "--media-target"})
     app.add_option(name, media.parties[side++], "as-is, rtp, srtp or webrtc: what rtpengine offers there")

@@ -150,6 +150,8 @@ TEST(MediaOptions, AreRefusedWhereTheySayNothingUsable) {
       {{"none"}, ""},
       {{"rtpengine", "udp:127.0.0.1:2223"}, ""},
       {{"rtpengine", "udp:[::1]:2223"}, ""},
+      {{"rtpengine udp:127.0.0.1:2223"}, ""},
+      {{"anchor 192.0.2.1 1024-1025"}, ""},
       {{"anchor", "192.0.2.1", "1024-1025"}, ""},
       {{"anchor", "2001:db8::1", "20000-65535"}, ""},
       {{"nothing"}, form},

@@ -129,7 +129,7 @@ struct Call {
   std::string id;
   std::chrono::steady_clock::time_point begun;
   std::array<Leg, 2> legs;
-  bool relayed = false;      ///< the media relay knows it
+  bool relayed = false;  ///< the media relay knows it
   Hunt hunt;
   bool established = false;  ///< the first exchange is complete; before, there always is one
   bool kept = false;         ///< the store has it, or is to have it

@@ -229,7 +229,8 @@ std::string removeIce(const Policy& policy, Body& body, OfferChanges&) {
   if (!policy.removeIce) return "";
   body.sdpRemoveIce();
   return withoutLines(body, [](const Attribute& attribute) {
-    return attribute.name == "end-of-candidates" || attribute.name == "ice-pacing";
+    return attribute.name == "end-of-candidates" || attribute.name == "ice-pacing" ||
+           attribute.name == "ice-mismatch";
   });
 }
 

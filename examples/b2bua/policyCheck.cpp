@@ -145,7 +145,7 @@ std::string wrongCodec(const Policy& policy, const BodySection& section) {
       codec = true;
     }
   }
-  return codec ? "" : "no audio codec";
+  return codec ? "" : "audio without a codec that is allowed";
 }
 
 /// Bandwidths of media in kbit/s or bit/s; those of RTCP are none.

@@ -191,6 +191,8 @@ const Probe kAllowed[] = {
     {"a section on hold", kAddress, kHead + kAudio + "c=IN IP4 0.0.0.0\r\n"},
     {"an inactive section", kAddress, kHead + kAudio + "a=inactive\r\n"},
     {"the later form of ICE", kNoIce, kHead + "a=ice-pacing:50\r\n" + kAudio},
+    {"an answer that tells of another address than that of ICE", kNoIce,
+     kHead + kAudio + "a=ice-mismatch\r\n"},
     {"an address in each section", kAddress,
      kHead + kAudio + "c=IN IP4 10.0.0.1\r\nm=audio 49172 RTP/AVP 8\r\nc=IN IP4 10.0.0.2\r\n"},
     {"a refused section of the other family", kFour,

@@ -25,19 +25,6 @@ bool isUnchanged(const Body& offer, const Body& before) {
   return offer.compareSdpOLine(&before) == 0 && offer.compareSdpByBody(&before) == 0;
 }
 
-/// Browsers have port 9 where ICE tells the address, which the library takes for a mistake; the relay goes by ICE.
-std::string withIcePorts(std::string_view body) {
-  BodyLines lines(body);
-  const bool isInSession = lines.sections.front().has({"ice-ufrag"});
-  for (BodySection& section : lines.sections) {
-    if (section.port != "9" || !(isInSession || section.has({"ice-ufrag"}))) continue;
-    std::string& mLine = section.lines.front().bytes;
-    if (const std::size_t port = mLine.find(" 9 "); port != std::string::npos)
-      mLine.replace(port, 3, " " + std::to_string(kLowestPort) + " ");
-  }
-  return lines.text();
-}
-
 bool hasAnswer(const Leg& leg) { return leg.answered && leg.sent.isSdpPresent(); }
 
 /// One that will be answered from the store says nothing new to the media relay.
@@ -52,8 +39,10 @@ bool isKnown(const Call& call, Side from, bool isAnswer) {
 void Engine::takeBody(Call& call, Side from, const std::string& body, bool isAnswer, const BodyTaken& then) {
   Exchange& exchange = *call.exchange;
   BodyRefusal refusal{readBody(call, from, body, isAnswer)};
-  if (!refusal && !media_) refusal.reason = finishBody(call, from, body, isAnswer);
-  if (refusal || !media_ || isKnown(call, from, isAnswer)) return then(call, refusal);
+  // Without a section there is nothing to relay yet.
+  const bool toRelay = media_ && BodyLines(textOf(exchange.sent[otherOf(from)])).sections.size() > 1;
+  if (!refusal && !toRelay) refusal.reason = finishBody(call, from, body, isAnswer);
+  if (refusal || !toRelay || isKnown(call, from, isAnswer)) return then(call, refusal);
   call.relayed = exchange.relayed = true;
   const auto onRelayed = [this, id = call.id, number = exchange.number, from, body, isAnswer, then](
                              const std::string& relayed, BodyRefusal unrelayed) {
@@ -104,8 +93,7 @@ std::string Engine::readBody(Call& call, Side from, const std::string& body, boo
   Exchange& exchange = *call.exchange;
   Body& received = exchange.received[from];
   Body& sent = exchange.sent[otherOf(from)];
-  std::string reason = takeIn(body, incoming_);
-  if (reason.empty() && media_) reason = takeIn(withIcePorts(incoming_.text()), incoming_);
+  std::string reason = takeIn(body, incoming_, media_ != nullptr);
   if (reason.empty()) reason = parse(incoming_, received);
   if (!reason.empty()) return reason;
   sent = received;

@@ -25,12 +25,12 @@ std::string readFile(const std::string& name, std::string& body) {
 
 /// @param result  what goes out in the first exchange of a call
 /// @return why nothing does; empty when the body can be used
-std::string pass(const Policy& policy, Side from, bool isAnswer, const std::string& body,
+std::string pass(const Policy& policy, bool isRelayed, Side from, bool isAnswer, const std::string& body,
                  std::string& result) {
   sdp::Document document;
   Body received;
   OfferChanges changes;
-  std::string reason = takeIn(body, document);
+  std::string reason = takeIn(body, document, isRelayed);
   if (reason.empty()) reason = parse(document, received);
   Body sent = received;
   if (reason.empty()) reason = applyBefore(policy, from, isAnswer, sent, changes);
@@ -43,7 +43,7 @@ std::string pass(const Policy& policy, Side from, bool isAnswer, const std::stri
 
 }  // namespace
 
-int checkPolicy(const Policy& policy, const std::vector<std::string>& files) {
+int checkPolicy(const Policy& policy, bool isRelayed, const std::vector<std::string>& files) {
   int status = 0;
   for (auto file = files.begin() + 1; file < files.end(); ++file) {
     std::string body;
@@ -51,7 +51,8 @@ int checkPolicy(const Policy& policy, const std::vector<std::string>& files) {
     for (const bool isAnswer : {false, true}) {
       for (const Side from : {kCaller, kTarget}) {
         std::string result;
-        const std::string reason = unread.empty() ? pass(policy, from, isAnswer, body, result) : unread;
+        const std::string reason =
+            unread.empty() ? pass(policy, isRelayed, from, isAnswer, body, result) : unread;
         const std::string title =
             *file + ": " + (isAnswer ? "answer" : "offer") + " from the " + nameOf(from);
         if (reason.empty()) {

@@ -306,7 +306,7 @@ void Engine::replaceDummy(Call& call) {
 /// The caller has answered to the target's former body; this one is only kept.
 void Engine::onDummyReplaced(Call& call, const std::string& body) {
   sendAck(call, "");
-  const std::string reason = takeIn(body, incoming_);
+  const std::string reason = takeIn(body, incoming_, media_ != nullptr);
   const std::string canonical(incoming_.text());
   if (reason.empty() && call.exchange->received[kTarget].sdpParse(canonical.c_str(), SDP_TYPE_ANSWER) == 0) {
     judge(call, kTarget, call.legs[kTarget].sent, body);

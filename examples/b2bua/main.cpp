@@ -46,7 +46,8 @@ int main(int count, char** arguments) {
     const std::vector<std::string> words(arguments + 1, arguments + count);
     b2bua::Options options;
     if (const auto status = b2bua::readOptions(words, options, std::cerr)) return *status;
-    if (!options.checked.empty()) return b2bua::checkPolicy(options.policy, options.checked);
+    const bool isRelayed = options.media.kind != b2bua::MediaKind::none;
+    if (!options.checked.empty()) return b2bua::checkPolicy(options.policy, isRelayed, options.checked);
     su_init();
     su_log_redirect(
         nullptr, [](void*, const char*, va_list) {}, nullptr);

@@ -2,15 +2,35 @@
 
 #include <sdpDocumentRequests.h>
 
+#include "bodyLines.h"
 #include "namedRequests.h"
+#include "options.h"
 #include "reasons.h"
 
 namespace b2bua {
 
-std::string takeIn(const std::string& body, sdp::Document& document) {
+namespace {
+
+/// Browsers have port 9 where ICE tells the address, which the library takes for a mistake; the relay goes by ICE.
+std::string withIcePorts(std::string_view body) {
+  BodyLines lines(body);
+  const bool isInSession = lines.sections.front().has({"ice-ufrag"});
+  for (BodySection& section : lines.sections) {
+    if (section.port != "9" || !(isInSession || section.has({"ice-ufrag"}))) continue;
+    std::string& mLine = section.lines.front().bytes;
+    if (const std::size_t port = mLine.find(" 9 "); port != std::string::npos)
+      mLine.replace(port, 3, " " + std::to_string(kLowestPort) + " ");
+  }
+  return lines.text();
+}
+
+}  // namespace
+
+std::string takeIn(const std::string& body, sdp::Document& document, bool isRelayed) {
   sdp::Refusal refusal = document.read(body);
   // That there is no body at all is for the parse to tell.
   if (!refusal && !body.empty()) refusal = sdp::canonicalise(document);
+  if (!refusal && isRelayed) refusal = document.read(withIcePorts(document.text()));
   return refusal ? reasonOf(refusal) : "";
 }
 

@@ -13,7 +13,8 @@ namespace b2bua {
 // What happens to a body on its way from one party to the other. Each step says why the body cannot be used, or nothing.
 
 /// Takes a body from outside in, in the form on which all readers agree: what one takes for a line, no other misses.
-std::string takeIn(const std::string& body, sdp::Document& document);
+/// @param isRelayed  that its media will go by way of a relay
+std::string takeIn(const std::string& body, sdp::Document& document, bool isRelayed = false);
 
 /// Parses what was taken in.
 std::string parse(const sdp::Document& document, Body& body);

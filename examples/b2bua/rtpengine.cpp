@@ -29,10 +29,18 @@ const char* const kGone = "the media relay is gone";
 
 using Encoded = std::map<std::string, std::string>;
 
+/// The relay would add keys of the kind that an offer has not.
+void addKindOfKeys(const std::string& body, Encoded& request) {
+  const bool hasKeys = body.find("\na=crypto:") != std::string::npos;
+  const bool hasFingerprint = body.find("\na=fingerprint:") != std::string::npos;
+  if (hasFingerprint && !hasKeys) request["SDES"] = bencodeList({"off"});
+  if (hasKeys && !hasFingerprint) request["DTLS"] = bencodeText("off");
+}
+
 /// What an offer is to be for a party of a kind; the answer goes back as it was offered.
-void addKind(PartyKind kind, Encoded& request) {
+void addKind(PartyKind kind, const std::string& body, Encoded& request) {
+  if (kind == PartyKind::asIs) return addKindOfKeys(body, request);
   static const std::map<PartyKind, Encoded> kinds = {
-      {PartyKind::asIs, {}},
       {PartyKind::rtp,
        {{"transport-protocol", bencodeText("RTP/AVP")},
         {"ICE", bencodeText("remove")},
@@ -127,7 +135,7 @@ void Rtpengine::relay(Call& call, Side from, bool isAnswer, const std::string& b
     request["replace"] = bencodeList({"session-connection", "zero-address"});
   // It knows the other side by an answer only.
   if (isAnswer || call.established) request["to-tag"] = bencodeText(tagOf(call.id, otherOf(offerer)));
-  if (!isAnswer) addKind(options_.parties[otherOf(from)], request);
+  if (!isAnswer) addKind(options_.parties[otherOf(from)], body, request);
   ++counters_.mediaRequests;
   ask(request, [this, id = call.id, done = std::move(done)](const Texts* reply) {
     if (reply != nullptr && reply->contains("sdp") && reply->at("result") == "ok")

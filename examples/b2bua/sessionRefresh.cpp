@@ -95,7 +95,8 @@ void Engine::onRefreshAnswered(Call& call, const std::string& body) {
   Exchange& exchange = *call.exchange;
   const Side side = otherOf(exchange.from);
   Body& received = exchange.received[side];
-  if (!takeIn(body, incoming_).empty() || !parse(incoming_, received).empty()) received = Body();
+  if (!takeIn(body, incoming_, media_ != nullptr).empty() || !parse(incoming_, received).empty())
+    received = Body();
   if (!received.isSdpPresent() || received.compareSdpByBody(&call.legs[side].received) != 0)
     note(call, "refresh with another answer", {{"from", nameOf(side)}}, LogLevel::warning);
   complete(call);

@@ -265,6 +265,23 @@ TEST_F(CheckPolicy, TellsWhyABodyIsRefusedAndGoesOn) {
   }
 }
 
+TEST_F(CheckPolicy, TakesThePortOfABrowserWhereThereIsARelay) {
+  const std::string file =
+      folder_.write("body",
+                    "v=0\r\no=- 1 1 IN IP4 192.0.2.1\r\ns=-\r\nt=0 0\r\n"
+                    "m=audio 9 UDP/TLS/RTP/SAVPF 0\r\nc=IN IP4 0.0.0.0\r\na=ice-ufrag:abcd\r\n");
+  const Ended relayed =
+      run({"--check-policy", folder_.write("relayed", "media = rtpengine udp:127.0.0.1:2223\n"), file});
+  EXPECT_EQ(relayed.status, 0);
+  EXPECT_NE(relayed.output.find("- m=audio 9 UDP/TLS/RTP/SAVPF 0\n+ m=audio 1024 UDP/TLS/RTP/SAVPF 0\n"),
+            std::string::npos)
+      << relayed.output;
+  const Ended direct = run({"--check-policy", folder_.write("direct", "media = none\n"), file});
+  EXPECT_EQ(direct.status, 1);
+  EXPECT_NE(direct.output.find("refused: Invalid port number found in m=audio: 9\n"), std::string::npos)
+      << direct.output;
+}
+
 TEST_F(CheckPolicy, IsNoPlaceForKeys) {
   const std::string file =
       folder_.write("body",

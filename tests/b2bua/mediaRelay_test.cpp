@@ -123,6 +123,51 @@ TEST_F(MediaRelay, BothSidesGetWhatItMakesOfTheBodies) {
             (Counters{{"calls", 1}, {"established", 1}, {"ended", 1}, {"media_requests", 2}}));
 }
 
+TEST_F(MediaRelay, IsAskedForNoKeysOfAKindThatAnOfferHasNot) {
+  start();
+  const std::string keys =
+      "a=crypto:1 AES_CM_128_HMAC_SHA1_80 inline:WVNfX19zZW1jdGwgKCkgewkyMjA7fQp9CnVubGVz\r\n";
+  const std::string fingerprint =
+      "a=fingerprint:sha-1 4A:AD:B9:B1:3F:82:18:3B:54:02:12:DF:3E:5D:49:6B:19:E5:7C:AB\r\n";
+  const std::string noKeys = "4:SDESl3:offe";
+  const std::string noDtls = "4:DTLS3:off";
+  const struct {
+    std::string lines;
+    bool withoutKeys;
+    bool withoutDtls;
+  } kOffers[] = {{"", false, false},
+                 {keys, false, true},
+                 {fingerprint, true, false},
+                 {keys + fingerprint, false, false}};
+  int call = 0;
+  for (const auto& offer : kOffers) {
+    SCOPED_TRACE(offer.lines);
+    invite({.call = ++call, .body = replaced(kOffer, "RTP/AVP", "RTP/SAVP") + offer.lines});
+    const std::vector<RelayRequest> requests = relay_.requests();
+    ASSERT_EQ(requests.size(), static_cast<std::size_t>(call));
+    EXPECT_EQ(requests.back().bytes.find(noKeys) != std::string::npos, offer.withoutKeys);
+    EXPECT_EQ(requests.back().bytes.find(noDtls) != std::string::npos, offer.withoutDtls);
+  }
+}
+
+TEST_F(MediaRelay, IsNotAskedAboutABodyWithoutMedia) {
+  start();
+  const std::string offer = kOffer.substr(0, kOffer.find("m="));
+  const std::string answer = kAnswer.substr(0, kAnswer.find("m="));
+  invited_ = invite({.body = offer});
+  EXPECT_EQ(bodyIn(invited_), offer);
+  target_.respond(engine_->address(), invited_, "200 OK", answer);
+  const std::string response = caller_.receive("SIP/2.0 200 ", "", kLongestWait);
+  EXPECT_EQ(bodyIn(response), answer);
+  const std::string tag = toTagOf(response);
+  caller_.request(engine_->address(), {.method = "ACK", .toTag = tag});
+  EXPECT_NE(target_.receive("ACK ", "", kLongestWait), "");
+  EXPECT_TRUE(relay_.requests().empty());
+  // Its media come by a re-INVITE.
+  const std::string offered = invite({.cseq = 2, .toTag = tag, .body = replaced(kOffer, " 21 4 ", " 21 5 ")});
+  EXPECT_EQ(bodyIn(offered), replaced(kRelayedOffer, " 21 4 ", " 21 5 "));
+}
+
 TEST_F(MediaRelay, AReOfferOfTheTargetGoesTheOtherWay) {
   start();
   const std::string tag = establish();

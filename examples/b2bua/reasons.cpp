@@ -35,6 +35,19 @@ std::size_t valueOf(std::string_view lower, std::string_view name) {
   return std::string_view::npos;
 }
 
+/// @return where the password of a URI begins that stands in a line (scheme:user:password@host, maybe with "//")
+std::size_t passwordOf(std::string_view line) {
+  for (std::size_t at = line.find('@'); at != std::string_view::npos; at = line.find('@', at + 1)) {
+    const std::size_t before = line.substr(0, at).find_last_of(" \t<>\"@");
+    const std::size_t begin = before + 1;  // 0 when there is none
+    const std::size_t scheme = line.find(':', begin);
+    if (scheme >= at) continue;
+    const std::size_t colon = line.find(':', scheme + 1);
+    if (colon < at) return colon + 1;
+  }
+  return std::string_view::npos;
+}
+
 /// @return where the secret of a line begins
 std::size_t secretOf(std::string_view line) {
   const std::string lower = lowerCase(line);
@@ -42,6 +55,7 @@ std::size_t secretOf(std::string_view line) {
   for (const std::string_view name : {"inline", "ice-pwd", "fingerprint", "key-mgmt", "zrtp-hash"})
     secret = std::min(secret, valueOf(lower, name));
   if (secret == std::string::npos) secret = valueOf(lower, "crypto");
+  secret = std::min(secret, passwordOf(line));
   const auto isPartOfWord = [](char c) {
     return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-';
   };

@@ -2,10 +2,17 @@
 #define B2BUA_GATE_H
 
 #include <functional>
+#include <string>
+#include <string_view>
 
 #include "sources.h"
 
 namespace b2bua {
+
+/// The stack looks through all headers for the place of the next one, so their number counts twice.
+/// @param message  of SIP, maybe without its end; a line ends with CR LF, CR, LF or NUL
+/// @return whether more lines than any message needs stand in front of its body: 512
+bool hasTooManyHeaders(std::string_view message);
 
 /// Stands in front of the stack's UDP socket, whose datagrams it may take out before the stack reads them: to drop one
 /// takes a fraction of what it takes to read a message, be it to find that it is none.
@@ -28,6 +35,7 @@ class Gate {
 
  private:
   bool mayCome(const SourceCounts& counts) const;
+  bool isNextTooLong();
 
   Sources& sources_;
   unsigned long mostMessages_;
@@ -35,6 +43,7 @@ class Gate {
   int socket_ = -1;
   sockaddr_storage next_{};   ///< where the datagram is from that the stack reads next
   bool isNextKnown_ = false;  ///< there is one, and it is counted
+  std::string buffer_;
 };
 
 }  // namespace b2bua

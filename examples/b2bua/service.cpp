@@ -2,8 +2,14 @@
 
 #include "service.h"
 
+#include <poll.h>
+
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <set>
 
 #include "engine.h"
 #include "monitor.h"
@@ -38,6 +44,45 @@ void prepareSignals() {
   signal(SIGPIPE, SIG_IGN);
 }
 
+/// @return the descriptors with which somebody in this process waits for others
+std::set<int> waitingDescriptors() {
+  std::set<int> found;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", error)) {
+    if (std::filesystem::read_symlink(entry.path(), error) == "anon_inode:[eventpoll]")
+      found.insert(std::atoi(entry.path().filename().c_str()));
+  }
+  return found;
+}
+
+/// The stack's loop. It would wait and read in one go, so the waiting is done in front of it: nothing is read that was not
+/// sifted.
+class Loop {
+ public:
+  su_root_t* root() const { return root_.get(); }
+  /// Until there is something to do.
+  void wait() {
+    pollfd waiting{descriptor_, POLLIN, 0};
+    if (descriptor_ < 0 || next_ == 0) return;
+    poll(&waiting, 1, static_cast<int>(next_ < 0 ? kLongestWait : std::min(next_, kLongestWait)));
+  }
+  void step() { next_ = su_root_step(root_.get(), descriptor_ < 0 ? kLongestWait : 0); }
+
+ private:
+  /// The stack does not tell it; -1 when it waits otherwise.
+  static int findBeside(const std::set<int>& others) {
+    for (const int descriptor : waitingDescriptors()) {
+      if (!others.contains(descriptor)) return descriptor;
+    }
+    return -1;
+  }
+
+  const std::set<int> others_ = waitingDescriptors();
+  const Owned<su_root_t> root_{su_root_create(nullptr)};
+  const int descriptor_ = findBeside(others_);
+  su_duration_t next_ = 0;  ///< ms, until a timer has its turn
+};
+
 class Service {
  public:
   Service(const Options& options, const ReadOptions& readAgain) : options_(options), readAgain_(readAgain) {}
@@ -56,16 +101,17 @@ class Service {
   const ReadOptions& readAgain_;
   Log log_{options_.logFile, options_.trace, options_.logFormat};
   StateStore store_{options_.state};
-  const Owned<su_root_t> root_{su_root_create(nullptr)};
-  Engine engine_{root_.get(), options_, store_, log_};
+  Loop loop_;
+  Engine engine_{loop_.root(), options_, store_, log_};
   Monitor monitor_{options_.http};
   ServiceManager manager_;
   PerSecond shown_;
 };
 
 void Service::step() {
+  loop_.wait();
   engine_.sift();
-  su_root_step(root_.get(), kLongestWait);
+  loop_.step();
   engine_.tend();
   manager_.alive(engine_.calls());
   show();
@@ -117,7 +163,7 @@ void Service::run() {
   if (options_.drainSeconds > 0 && interrupted == 0) drain();
   engine_.finish();
   const auto end = Clock::now() + kLongestEnding;
-  while (!engine_.idle() && Clock::now() < end) su_root_step(root_.get(), kLongestWait);
+  while (!engine_.idle() && Clock::now() < end) su_root_step(loop_.root(), kLongestWait);
   engine_.showCounters();
 }
 

@@ -1,4 +1,5 @@
 #include <arpa/inet.h>
+#include <gate.h>
 #include <netinet/in.h>
 #include <sources.h>
 
@@ -182,6 +183,36 @@ TEST(Sources, AreBoundedAndForgottenEachSecond) {
   std::this_thread::sleep_for(milliseconds(1'100));
   EXPECT_EQ(countsOf(sources, name(0))->messages, 0U);
   EXPECT_EQ(countsOf(sources, name(5'000))->messages, 0U);
+}
+
+TEST(HeaderLines, AreCountedUpToTheBody) {
+  const auto lines = [](std::size_t count, const std::string& line) {
+    std::string text = "OPTIONS sip:bob@example.com SIP/2.0\r\n";
+    for (std::size_t i = 1; i < count; ++i) text += line;
+    return text;
+  };
+  for (const std::string& line : {std::string("y:\r\n"), std::string("y:\n"), std::string("y:\r"),
+                                  std::string("y:\0", 3), std::string("y:\r\n z\r\n")}) {
+    const std::size_t most = line.size() > 6 ? 256 : 512;
+    EXPECT_FALSE(b2bua::hasTooManyHeaders("\r\n\n" + lines(most, line))) << line;
+    EXPECT_TRUE(b2bua::hasTooManyHeaders("\r\n\n" + lines(most + 1, line))) << line;
+  }
+  for (const char* const end : {"\r\n", "\n", "\r"})
+    EXPECT_FALSE(b2bua::hasTooManyHeaders(lines(512, "y:\r\n") + end + lines(9'000, "a=x\r\n")));
+  EXPECT_FALSE(b2bua::hasTooManyHeaders(""));
+  EXPECT_FALSE(b2bua::hasTooManyHeaders("\r\n\r\n"));
+}
+
+// The stack would be busy with each of them for more than a second, and with it the engine.
+TEST_F(Limits, ADatagramOfHeadersDoesNotHoldTheEngine) {
+  start({});
+  std::string headers;
+  while (headers.size() < 60'000) headers += "y:\n";
+  for (int call = 1; call <= 3; ++call) {
+    other_.request(engine_->address(), {.method = "OPTIONS", .call = call, .header = headers});
+    EXPECT_EQ(statusOf(options(caller_, call, milliseconds(500))), 200);
+  }
+  EXPECT_EQ(raised(engine_->stop()), (Counters{{"overload", 3}}));
 }
 
 TEST_F(Limits, ASourceThatSaysTooMuchIsNotHeardForASecond) {

@@ -4,10 +4,12 @@
 
 #include <atomic>
 #include <csignal>
+#include <map>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
 
+#include "connections.h"
 #include "options.h"
 
 namespace b2bua {
@@ -17,6 +19,8 @@ namespace {
 constexpr std::size_t kThreads = 4;
 constexpr std::chrono::seconds kLongestRequest{2};
 constexpr std::chrono::seconds kOldestSnapshot{3};  ///< of a loop that lives; there is one each second
+constexpr unsigned int kMostSnapshots = 3;          ///< that a connection sees
+constexpr std::size_t kMostConnections = 64;
 constexpr const char* kMetricsType = "text/plain; version=0.0.4; charset=utf-8";
 
 void tell(httplib::Response& response, const std::string& trouble) {
@@ -33,7 +37,10 @@ struct Monitor::Server {
   std::mutex mutex;
   Snapshot snapshot;  ///< guarded by `mutex`
   int port = 0;
+  std::string host;                          ///< empty for any
+  std::map<std::string, unsigned int> seen;  ///< connections, and how often
 
+  void closeSlow();
   /// Without the library's own table of paths, which are regular expressions.
   void answer(const httplib::Request& request, httplib::Response& response);
 };
@@ -55,6 +62,20 @@ void Monitor::Server::answer(const httplib::Request& request, httplib::Response&
   } else {
     response.status = 404;
   }
+}
+
+/// The library would wait as long as now and then a byte comes, takes headers without an end, and all that connect.
+void Monitor::Server::closeSlow() {
+  std::map<std::string, unsigned int> now;
+  std::size_t count = 0;
+  for (const Connection& each : connectionsTo({std::to_string(port)})) {
+    if (!host.empty() && each.own.host != host) continue;
+    const std::string name = each.peer.host + " " + each.peer.port;
+    const auto before = seen.find(name);
+    now[name] = before != seen.end() ? before->second + 1 : 1;
+    if (++count > kMostConnections || now[name] > kMostSnapshots) shutdown(each.descriptor, SHUT_RDWR);
+  }
+  seen = std::move(now);
 }
 
 Monitor::Monitor(const std::string& address) {
@@ -81,6 +102,8 @@ Monitor::Monitor(const std::string& address) {
   } else if (!server.http.bind_to_port(hostOf(address), port)) {
     server.port = -1;
   }
+  const std::string host = hostOf(address);
+  if (host != "0.0.0.0" && host != "::") server.host = host;
   if (server.port < 0) throw std::runtime_error("cannot listen at " + address);
   // Signals are for the main thread.
   sigset_t all;
@@ -106,6 +129,7 @@ int Monitor::port() const { return server_ ? server_->port : 0; }
 
 void Monitor::show(const Snapshot& snapshot) {
   if (!server_) return;
+  server_->closeSlow();
   const std::lock_guard lock(server_->mutex);
   server_->snapshot = snapshot;
 }

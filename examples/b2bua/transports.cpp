@@ -4,17 +4,15 @@
 #include <sofia-sip/tport.h>
 #include <sofia-sip/tport_tag.h>
 
-#include <netdb.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 #include <map>
-#include <optional>
 #include <stdexcept>
+
+#include "connections.h"
 
 namespace b2bua {
 
@@ -38,40 +36,6 @@ void allowFiles() {
   if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
   limit.rlim_cur = limit.rlim_max;
   setrlimit(RLIMIT_NOFILE, &limit);
-}
-
-/// An address as text.
-struct Endpoint {
-  std::string host;
-  std::string port;
-};
-
-/// @param which  getsockname or getpeername
-std::optional<Endpoint> endpointOf(int descriptor, int (*which)(int, sockaddr*, socklen_t*)) {
-  sockaddr_storage address{};
-  socklen_t length = sizeof address;
-  auto* const any = reinterpret_cast<sockaddr*>(&address);
-  char host[NI_MAXHOST] = "";
-  char port[NI_MAXSERV] = "";
-  if (which(descriptor, any, &length) != 0 || (any->sa_family != AF_INET && any->sa_family != AF_INET6) ||
-      getnameinfo(any, length, host, sizeof host, port, sizeof port, NI_NUMERICHOST | NI_NUMERICSERV) != 0)
-    return std::nullopt;
-  return Endpoint{host, port};
-}
-
-/// The stack shows only some of its connections, so the system is asked.
-/// @param ports  of the engine
-/// @return the descriptors of those that came, by who has them
-std::map<std::string, std::vector<int>> connectionsTo(const std::vector<std::string>& ports) {
-  std::map<std::string, std::vector<int>> connections;
-  std::error_code error;
-  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", error)) {
-    const auto descriptor = static_cast<int>(std::strtol(entry.path().filename().c_str(), nullptr, 10));
-    const auto own = endpointOf(descriptor, getsockname);
-    if (!own || std::ranges::find(ports, own->port) == ports.end()) continue;
-    if (const auto peer = endpointOf(descriptor, getpeername)) connections[peer->host].push_back(descriptor);
-  }
-  return connections;
 }
 
 }  // namespace
@@ -140,9 +104,10 @@ std::string Transports::of(msg_t* message) const {
 
 unsigned long Transports::closeSome() const {
   if (!options_.has("tcp") && !options_.has("tls")) return 0;
-  std::map<std::string, std::vector<int>> bySource = connectionsTo({portOf("tcp"), portOf("tls")});
-  std::size_t all = 0;
-  for (const auto& [source, connections] : bySource) all += connections.size();
+  std::map<std::string, std::vector<int>> bySource;
+  const std::vector<Connection> connections = connectionsTo({portOf("tcp"), portOf("tls")});
+  for (const Connection& each : connections) bySource[each.peer.host].push_back(each.descriptor);
+  std::size_t all = connections.size();
   unsigned long closed = 0;
   for (; all > options_.maxConnections; --all, ++closed) {
     const auto most =

@@ -1,10 +1,16 @@
 #include <httplib.h>
 #include <monitor.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <charconv>
 #include <csignal>
 #include <set>
 #include <sstream>
+#include <thread>
 
 #include "calls.h"
 #include "rawParty.h"
@@ -91,6 +97,30 @@ std::pair<int, std::string> get(int port, const std::string& path) {
 
 using Answer = std::pair<int, std::string>;
 
+/// A client that is not done with its request.
+class SlowClient {
+ public:
+  explicit SlowClient(int port) : descriptor_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<uint16_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(connect(descriptor_, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  }
+  ~SlowClient() { close(descriptor_); }
+  SlowClient(const SlowClient&) = delete;
+  SlowClient& operator=(const SlowClient&) = delete;
+
+  void say(const std::string& text) const { ::send(descriptor_, text.data(), text.size(), MSG_NOSIGNAL); }
+  bool isClosed(milliseconds longest) const {
+    pollfd wait{descriptor_, POLLIN, 0};
+    return poll(&wait, 1, static_cast<int>(longest.count())) == 1;
+  }
+
+ private:
+  int descriptor_;
+};
+
 class MonitoredEngine : public Calls {
  protected:
   int port() {
@@ -164,6 +194,35 @@ TEST(Monitor, TellsThatTheLoopStandsStill) {
   monitor.show(snapshot);
   EXPECT_EQ(get(monitor.port(), "/healthz"), Answer(503, "the engine does not work\n"));
   EXPECT_EQ(get(monitor.port(), "/readyz"), Answer(503, "the engine does not work\n"));
+}
+
+// The library itself gives up two seconds after the last byte only.
+TEST(Monitor, WaitsForNobodyLongerThanThreeSnapshots) {
+  b2bua::Monitor monitor("127.0.0.1:0");
+  const SlowClient client(monitor.port());
+  client.say("GET /metrics HTTP/1.1\r\n");
+  for (int i = 0; i < 3; ++i) {
+    std::this_thread::sleep_for(milliseconds(100));
+    monitor.show(snapshotNow());
+    client.say("a: b\r\n");
+    EXPECT_FALSE(client.isClosed(milliseconds(100)));
+  }
+  monitor.show(snapshotNow());
+  EXPECT_TRUE(client.isClosed(milliseconds(1'000)));
+}
+
+TEST(Monitor, HasSixtyFourConnections) {
+  b2bua::Monitor monitor("127.0.0.1:0");
+  std::vector<std::unique_ptr<SlowClient>> clients;
+  for (int i = 0; i < 70; ++i) clients.push_back(std::make_unique<SlowClient>(monitor.port()));
+  std::this_thread::sleep_for(milliseconds(300));
+  monitor.show(snapshotNow());
+  const auto isClosed = [](const auto& client) { return client->isClosed(milliseconds(10)); };
+  EXPECT_EQ(std::ranges::count_if(clients, isClosed), 6);
+  for (int i = 0; i < 3; ++i) monitor.show(snapshotNow());
+  EXPECT_TRUE(waitUntil([&] { return std::ranges::all_of(clients, isClosed); }, kLongestWait));
+  monitor.show(snapshotNow());
+  EXPECT_EQ(get(monitor.port(), "/healthz").first, 200);
 }
 
 TEST(Monitor, KnowsNothingElse) {

@@ -1,0 +1,43 @@
+#include "connections.h"
+
+#include <netdb.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+
+namespace b2bua {
+
+namespace {
+
+/// @param which  getsockname or getpeername
+std::optional<Endpoint> endpointOf(int descriptor, int (*which)(int, sockaddr*, socklen_t*)) {
+  sockaddr_storage address{};
+  socklen_t length = sizeof address;
+  auto* const any = reinterpret_cast<sockaddr*>(&address);
+  char host[NI_MAXHOST] = "";
+  char port[NI_MAXSERV] = "";
+  if (which(descriptor, any, &length) != 0 || (any->sa_family != AF_INET && any->sa_family != AF_INET6) ||
+      getnameinfo(any, length, host, sizeof host, port, sizeof port, NI_NUMERICHOST | NI_NUMERICSERV) != 0)
+    return std::nullopt;
+  return Endpoint{host, port};
+}
+
+}  // namespace
+
+std::vector<Connection> connectionsTo(const std::vector<std::string>& ports) {
+  std::vector<Connection> connections;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", error)) {
+    const int descriptor = std::atoi(entry.path().filename().c_str());
+    const auto own = endpointOf(descriptor, getsockname);
+    if (!own || std::ranges::find(ports, own->port) == ports.end()) continue;
+    if (const auto peer = endpointOf(descriptor, getpeername))
+      connections.push_back({descriptor, *own, *peer});
+  }
+  return connections;
+}
+
+}  // namespace b2bua

@@ -71,6 +71,8 @@ Snapshot Engine::snapshot() const {
   snapshot.calls = calls_.size();
   snapshot.transactions = transactions();
   snapshot.memory = residentMemory();
+  if (isMediaGone()) snapshot.notReady = "the media relay is gone";
+  if (calls_.size() >= options_.maxCalls) snapshot.notReady = "as many calls as there may be";
   if (stopping_) snapshot.notReady = "draining";
   return snapshot;
 }

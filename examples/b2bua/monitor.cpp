@@ -18,6 +18,8 @@ namespace {
 
 constexpr std::size_t kThreads = 4;
 constexpr std::chrono::seconds kLongestRequest{2};
+constexpr time_t kLongestSilence =
+    1;  ///< s, in front of a request; whoever says nothing has a thread for so long
 constexpr std::chrono::seconds kOldestSnapshot{3};  ///< of a loop that lives; there is one each second
 constexpr unsigned int kMostSnapshots = 3;          ///< that a connection sees
 constexpr std::size_t kMostConnections = 64;
@@ -85,6 +87,7 @@ Monitor::Monitor(const std::string& address) {
   server.http.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
   server.http.set_read_timeout(kLongestRequest);
   server.http.set_keep_alive_max_count(1);
+  server.http.set_keep_alive_timeout(kLongestSilence);
   server.http.set_payload_max_length(0);
   // Two engines do not share a port, which is the library's own way.
   server.http.set_socket_options([](socket_t socket) {

@@ -123,11 +123,12 @@ class SlowClient {
 
 class MonitoredEngine : public Calls {
  protected:
-  int port() {
-    const std::string output = engine_.process().output();
+  static int portOf(Engine& engine) {
+    const std::string output = engine.process().output();
     const std::size_t line = output.find("\nhttp ");
     return line == output.npos ? 0 : std::stoi(output.substr(line + 6));
   }
+  int port() { return portOf(engine_); }
 
   const RawParty caller_;
   const RawParty target_;
@@ -214,7 +215,10 @@ TEST(Monitor, WaitsForNobodyLongerThanThreeSnapshots) {
 TEST(Monitor, HasSixtyFourConnections) {
   b2bua::Monitor monitor("127.0.0.1:0");
   std::vector<std::unique_ptr<SlowClient>> clients;
-  for (int i = 0; i < 70; ++i) clients.push_back(std::make_unique<SlowClient>(monitor.port()));
+  for (int i = 0; i < 70; ++i) {
+    clients.push_back(std::make_unique<SlowClient>(monitor.port()));
+    clients.back()->say("GET");  // The library itself closes silent ones after a second.
+  }
   std::this_thread::sleep_for(milliseconds(300));
   monitor.show(snapshotNow());
   const auto isClosed = [](const auto& client) { return client->isClosed(milliseconds(10)); };
@@ -274,6 +278,25 @@ TEST_F(MonitoredEngine, IsNotReadyWhileItDrains) {
   engine_.process().signal(SIGTERM);
   EXPECT_TRUE(waitUntil([&] { return get(port(), "/readyz") == Answer(503, "draining\n"); }, kLongestWait));
   EXPECT_EQ(get(port(), "/healthz"), Answer(200, "ok\n"));
+}
+
+TEST_F(MonitoredEngine, IsNotReadyWithoutItsMediaRelay) {
+  const std::string nobody = "127.0.0.1:" + RawParty().port();
+  Engine engine(folder_, "127.0.0.1", target_.port(),
+                {"--http", "127.0.0.1:0", "--media", "rtpengine", "udp:" + nobody}, "0", "media");
+  const Answer gone(503, "the media relay is gone\n");
+  EXPECT_TRUE(waitUntil([&] { return get(portOf(engine), "/readyz") == gone; }, kLongestWait));
+  EXPECT_EQ(get(portOf(engine), "/healthz"), Answer(200, "ok\n"));
+}
+
+TEST_F(MonitoredEngine, IsNotReadyWithAsManyCallsAsThereMayBe) {
+  Engine engine(folder_, "127.0.0.1", target_.port(), {"--http", "127.0.0.1:0", "--max-calls", "1"}, "0",
+                "full");
+  EXPECT_EQ(get(portOf(engine), "/readyz"), Answer(200, "ok\n"));
+  caller_.request(engine.address(), {.body = kBody});
+  EXPECT_NE(target_.receive("INVITE ", "", kLongestWait), "");
+  const Answer full(503, "as many calls as there may be\n");
+  EXPECT_TRUE(waitUntil([&] { return get(portOf(engine), "/readyz") == full; }, kLongestWait));
 }
 
 TEST_F(MonitoredEngine, OutlastsWhoeverIsRudeToIt) {

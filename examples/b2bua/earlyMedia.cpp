@@ -7,6 +7,7 @@
 
 #include "engine.h"
 #include "multipart.h"
+#include "passedHeaders.h"
 
 namespace b2bua {
 
@@ -110,6 +111,7 @@ void Engine::goOn(Call& call) {
   const Owned<msg_t> next = std::move(exchange.waiting);
   const sip_t& response = *sip_object(next.get());
   const int status = response.sip_status->st_status;
+  exchange.headers[exchange.from] = passedHeaders(response, options_.passHeaders);
   if (status < 200) {
     passOn(call, response);
   } else if (!std::exchange(exchange.concluded, true)) {  // it came while the INVITE was put aside

@@ -130,7 +130,9 @@ int Engine::onInviteResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t*
   }
   if (!call.exchange || call.exchange->outgoing.get() != transaction || call.exchange->concluded) return 0;
   call.exchange->concluded = status >= 200;
-  call.exchange->headers[call.exchange->from] = passedHeaders(*response, engine.options_.passHeaders);
+  // Those of a response that waits for its turn do not go with the one that is on its way.
+  if (!call.exchange->waits() || status >= 300)
+    call.exchange->headers[call.exchange->from] = passedHeaders(*response, engine.options_.passHeaders);
   if (!call.established && !call.exchange->update) engine.hearTarget(call, status);
   if (status >= 300) {
     engine.onFailure(call, *response);

@@ -459,6 +459,23 @@ TEST_F(MediaRelay, WhatItCannotDoIsRefused) {
                                                    {"active", 1}}));
 }
 
+TEST_F(MediaRelay, HeadersGoOnWithTheResponseThatTheyCameWith) {
+  start();
+  const std::string invited = invite({.body = kOffer});
+  relay_.hold("answer");
+  target_.respond(engine_->address(), invited, "183 Session Progress\r\nX-Early: 1", kAnswer);
+  ASSERT_TRUE(relay_.waitFor("answer"));
+  target_.respond(engine_->address(), invited, "200 OK\r\nX-Last: 2", kAnswer);
+  EXPECT_EQ(caller_.receive("SIP/2.0 2", "", milliseconds(200)), "");
+  relay_.letGo();
+  const std::string early = caller_.receive("SIP/2.0 183 ", "", kLongestWait);
+  EXPECT_EQ(headerOf(early, "X-Early"), "1") << early;
+  EXPECT_EQ(headerOf(early, "X-Last"), "") << early;
+  const std::string accepted = caller_.receive("SIP/2.0 200 ", "", kLongestWait);
+  EXPECT_EQ(headerOf(accepted, "X-Last"), "2") << accepted;
+  EXPECT_EQ(headerOf(accepted, "X-Early"), "") << accepted;
+}
+
 // -- when it is gone
 
 TEST_F(MediaRelay, WithoutItNewCallsAreRefusedAtOnceAndRunningOnesGoOn) {

@@ -106,7 +106,7 @@ std::string Engine::finishBody(Call& call, Side from, const std::string& body, b
   const Body& offer = exchange.sent[from];
   std::string reason = applyBehind(*exchange.policy, from, isAnswer, sent, exchange.changes);
   if (!reason.empty()) return reason;
-  continueSession(sent, exchange.received[from], call.legs[otherOf(from)].sent);
+  continueSession(sent, exchange.received[from], call.legs[otherOf(from)].last());
   reason = whatIsForbidden(*exchange.policy, textOf(sent),
                            isAnswer && exchange.changes.mLines == MLineChange::madeSecure);
   if (!reason.empty()) return reason;
@@ -133,7 +133,7 @@ bool Engine::answerFromStore(Call& call, Exchange& exchange) {
     note(call, "re-offer unchanged, answered from store");
   } else if (!media_ && !hasRequests(*exchange.policy) && offer.isSdpVersionIncreased(&leg.received) == 1 &&
              onlyCodecsDiffer(offer, leg.received) && updated.sdpUpdateAnswer(&leg.received, &offer) == 0) {
-    continueSession(updated, leg.sent, leg.sent);
+    continueSession(updated, leg.sent, leg.last());
     note(call, "re-offer one version on, stored answer updated");
     if (options_.show) showBodies("call " + call.id + ": stored answer", textOf(leg.sent), textOf(updated));
   } else {

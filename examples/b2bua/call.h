@@ -53,7 +53,17 @@ struct Leg {
   Owned<nta_outgoing_t> refresh;  ///< an UPDATE of the engine, as long as it has no response
   Body sent;                      ///< the body that the party has of the other one
   Body received;                  ///< the party's own body
-  std::vector<PortRun> ports;     ///< of the media relay, as long as the call lasts
+  /// An offer that the party did not take; what it gets next has a version of its own.
+  std::unique_ptr<Body> refused;
+  std::vector<PortRun> ports;  ///< of the media relay, as long as the call lasts
+
+  /// The party has a body, be it the one that it has already.
+  void give(const Body& body) {
+    if (sent.isSdpPresent() && body.compareSdpOLine(&sent) == 0) return;
+    sent = body;
+    refused.reset();
+  }
+  const Body& last() const { return refused ? *refused : sent; }
 };
 
 /// What an exchange does with its bodies.

@@ -97,7 +97,7 @@ void Engine::passOn(Call& call, const sip_t& response) {
       current.early.clear();
       sent = Body();
     } else {
-      taken.legs[current.from].sent = sent;
+      taken.legs[current.from].give(sent);
     }
     answer(taken, status, refusal ? "" : textOf(sent));
     goOn(taken);

@@ -66,8 +66,10 @@ void Engine::concludeUpdate(Call& call, int status) {
   if (status < 300) {
     for (Leg& leg : call.legs) {
       leg.received = update.received[leg.side];
-      leg.sent = update.sent[leg.side];
+      leg.give(update.sent[leg.side]);
     }
+  } else if (outgoing) {
+    noteRefused(call);
   }
   call.exchange = std::move(call.aside);
   goOn(call);

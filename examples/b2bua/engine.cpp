@@ -127,7 +127,9 @@ void Engine::onCancel(Call& call) {
 void Engine::cancel(Call& call, int status) {
   answer(call, status);
   call.exchange->cancelled = true;
-  if (call.exchange->outgoing) nta_outgoing_cancel(call.exchange->outgoing.get());
+  // Only an INVITE that has no final response can be cancelled (RFC 3261 9.1).
+  if (call.exchange->outgoing && !call.exchange->concluded && !call.exchange->acknowledged)
+    nta_outgoing_cancel(call.exchange->outgoing.get());
 }
 
 /// An INVITE that was refused is over when the other side has accepted it, or was never asked; else its answer is

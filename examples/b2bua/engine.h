@@ -126,6 +126,7 @@ class Engine {
   /// Refuses it, and ends the call when it is the first one.
   void fail(Call& call, int status, const std::string& header = "");
   void refuse(Call& call, const BodyRefusal& refusal);
+  void noteRefused(Call& call);
   void agree(Call& call);
   void complete(Call& call);
 

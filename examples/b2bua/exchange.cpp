@@ -152,7 +152,7 @@ void Engine::onSuccess(Call& call, const sip_t& response) {
   takeAllow(leg, response);
   agreeByResponse(options_.session, response, leg.timer);
   // The party has it now, whatever becomes of its answer; until that is known, no answer is kept.
-  if (exchange.sent[side].isSdpPresent() && !exchange.updated) leg.sent = exchange.sent[side];
+  if (exchange.sent[side].isSdpPresent() && !exchange.updated) leg.give(exchange.sent[side]);
   for (Leg& each : call.legs) each.answered = false;
   if (exchange.cancelled) return giveUp(call);
   if (!exchange.waits()) return takeAnswer(call, response);
@@ -197,6 +197,7 @@ void Engine::onFailure(Call& call, const sip_t& response) {
     return onRefreshRefused(leg, status, &response);
   }
   if (tryNext(call, &response)) return;
+  if (established) noteRefused(call);
   if (exchange.kind == Kind::dummyReplaced) {
     note(call, "the target refused the offer after the dummy", {{"status", std::to_string(status)}});
     return end(call, "no offer for the target");
@@ -224,6 +225,14 @@ void Engine::refuse(Call& call, const BodyRefusal& refusal) {
   if (exchange.answered) return end(call, "body refused");
   leave(call);
   fail(call, refusal.status, warning(toldReason(refusal.reason)));
+}
+
+/// The party has seen the offer, so its version is taken, even if another process goes on.
+void Engine::noteRefused(Call& call) {
+  const Side to = otherOf(call.exchange->from);
+  if (!call.exchange->sent[to].isSdpPresent()) return;
+  call.legs[to].refused = std::make_unique<Body>(call.exchange->sent[to]);
+  if (call.kept) keep(call);
 }
 
 void Engine::answer(Call& call, int status, const std::string& body, const std::string& header) {
@@ -327,7 +336,7 @@ void Engine::agree(Call& call) {
     if (exchange.cancelled || exchange.updated) break;
     if (exchange.received[leg.side].isSdpPresent()) leg.received = exchange.received[leg.side];
     if (!exchange.sent[leg.side].isSdpPresent()) continue;
-    leg.sent = exchange.sent[leg.side];
+    leg.give(exchange.sent[leg.side]);
     const bool offeredByFrom = exchange.kind != Kind::late;
     leg.answered = (leg.side == exchange.from) == offeredByFrom && exchange.kind != Kind::dummy;
   }

@@ -69,6 +69,7 @@ void addFields(Leg& leg, const std::string& prefix, Fields& fields) {
   fields[prefix + "timer"] = leg.timer.text();
   if (!leg.ports.empty()) fields[prefix + "ports"] = textOf(leg.ports);
   fields[prefix + "sent"] = packed(leg.sent);
+  fields[prefix + "refused"] = leg.refused ? packed(*leg.refused) : "";
   fields[prefix + "received"] = packed(leg.received);
 }
 
@@ -103,6 +104,13 @@ bool isDialog(const Leg& leg) {
   return valid;
 }
 
+/// @return whether there is none, or it can be read
+bool readRefused(const std::string& bytes, Leg& leg) {
+  if (bytes.empty()) return true;
+  leg.refused = std::make_unique<Body>();
+  return unpack(bytes, *leg.refused);
+}
+
 bool readFields(Fields& fields, const std::string& prefix, Leg& leg) {
   leg.callId = fields[prefix + "call-id"];
   leg.local = fields[prefix + "local"];
@@ -118,7 +126,7 @@ bool readFields(Fields& fields, const std::string& prefix, Leg& leg) {
          readNumber(fields[prefix + "remote-cseq"], leg.remoteCseq) &&
          (fields[prefix + kAck].empty() || readNumber(fields[prefix + kAck], leg.unacknowledged)) &&
          isDialog(leg) && unpack(fields[prefix + "sent"], leg.sent) &&
-         unpack(fields[prefix + "received"], leg.received);
+         unpack(fields[prefix + "received"], leg.received) && readRefused(fields[prefix + "refused"], leg);
 }
 
 Command hashCommand(const std::string& id, const Fields& fields) {

@@ -1,4 +1,5 @@
 #include <csignal>
+#include <sstream>
 #include <thread>
 
 #include "storedCalls.h"
@@ -13,6 +14,16 @@ class Ownership : public StoredCalls {
 };
 
 std::string keyOf(const std::string& tag) { return "b2bua:call:" + tag.substr(5, 16); }
+
+/// @return the version of a body's o-line
+int versionOf(const std::string& message) {
+  std::istringstream words(message.substr(message.find("\r\no=") + 4));
+  std::string user;
+  std::string session;
+  int version = 0;
+  words >> user >> session >> version;
+  return version;
+}
 
 }  // namespace
 
@@ -60,6 +71,23 @@ TEST_F(Ownership, AStrangersAckPassesNothingOn) {
   EXPECT_EQ(raised(second->counters()), Counters{});
   caller_.request(first->address(), {.method = "ACK", .toTag = tag});
   received(target_, "ACK ");
+}
+
+// What the party has seen counts for whoever goes on, too.
+TEST_F(Ownership, ARefusedOfferKeepsItsVersion) {
+  const auto first = startEngine("first");
+  const auto second = startEngine("second");
+  const std::string tag = establish(*first);
+  caller_.request(first->address(), {.cseq = 2,
+                                     .toTag = tag,
+                                     .body = "v=0\r\no=alice 21 2 IN IP4 192.0.2.10\r\ns=-\r\n"
+                                             "c=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio 40100 RTP/AVP 8\r\n"});
+  const std::string refused = received(target_, "INVITE ");
+  target_.respond(first->address(), refused, "488 Not Acceptable Here");
+  received(caller_, "SIP/2.0 488 ");
+  kill(*first);
+  EXPECT_EQ(versionOf(reoffer(*second, tag, 3)), versionOf(refused) + 1);
+  EXPECT_EQ(versionOf(reoffer(*second, tag, 4)), versionOf(refused) + 2);
 }
 
 // Each engine starts 100 beyond what its forerunner has noted, so what that may have sent since is less.

@@ -86,6 +86,38 @@ TEST_F(Updates, ARefusalLeavesTheCallAsItWas) {
   EXPECT_NE(atTarget("BYE "), "");
 }
 
+// Two bodies of one version would be one session to the party.
+TEST_F(Updates, ARefusedOfferKeepsItsVersion) {
+  start();
+  establish("", "200 OK\r\nAllow: UPDATE");
+  caller_.request(engine_->address(), {.method = "UPDATE", .cseq = 2, .toTag = tag_, .body = kHold});
+  answer(atTarget("UPDATE "), "488 Not Acceptable Here");
+  EXPECT_NE(atCaller("SIP/2.0 488 ", "CSeq: 2 UPDATE"), "");
+  // The same again.
+  caller_.request(engine_->address(), {.cseq = 3, .toTag = tag_, .body = kHold});
+  const std::string again = atTarget("INVITE ", "CSeq: 3 INVITE");
+  EXPECT_EQ(contentOf(again), kHold);
+  answer(again, "488 Not Acceptable Here");
+  EXPECT_NE(atCaller("SIP/2.0 488 ", "CSeq: 3 INVITE"), "");
+  // Another one, and then what both had before.
+  const std::string moved = replaced(replaced(kOffer, "21 4 IN", "21 5 IN"), "49170", "49180");
+  caller_.request(engine_->address(), {.method = "UPDATE", .cseq = 4, .toTag = tag_, .body = moved});
+  const std::string other = atTarget("UPDATE ");
+  EXPECT_EQ(contentOf(other), replaced(moved, "21 5 IN", "21 6 IN"));
+  answer(other, "488 Not Acceptable Here");
+  EXPECT_NE(atCaller("SIP/2.0 488 ", "CSeq: 4 UPDATE"), "");
+  caller_.request(
+      engine_->address(),
+      {.method = "UPDATE", .cseq = 5, .toTag = tag_, .body = replaced(kOffer, "21 4 IN", "21 9 IN")});
+  const std::string former = atTarget("UPDATE ");
+  EXPECT_EQ(contentOf(former), replaced(kOffer, "21 4 IN", "21 7 IN"));
+  // What it takes is what the next one is one version on of.
+  answer(former, "200 OK", kHeld);
+  EXPECT_EQ(contentOf(atCaller("SIP/2.0 200 ", "CSeq: 5 UPDATE")), kHeld);
+  caller_.request(engine_->address(), {.method = "UPDATE", .cseq = 6, .toTag = tag_, .body = kHold});
+  EXPECT_EQ(contentOf(atTarget("UPDATE ")), replaced(kHold, "21 5 IN", "21 8 IN"));
+}
+
 // Who has an offer under way, and who has one to answer (RFC 3311 5.2).
 TEST_F(Updates, OffersThatMeetAreRefused) {
   start();
@@ -125,6 +157,8 @@ TEST_F(Updates, ACallMayEndWhileOneIsUnderWay) {
   const std::string update = atTarget("UPDATE ");
   EXPECT_EQ(statusOf(ask({.method = "BYE", .cseq = 3, .toTag = tag_})), 200);
   EXPECT_NE(atTarget("BYE "), "");
+  // Only INVITEs are cancelled.
+  EXPECT_EQ(atTarget("CANCEL ", "", kSilence), "");
   answer(update, "200 OK", kHeld);
   EXPECT_EQ(raised(engine_->counters()),
             (Counters{{"calls", 1}, {"established", 1}, {"reoffers", 1}, {"ended", 1}}));
@@ -196,6 +230,13 @@ TEST_F(EarlyUpdates, ARefusalLeavesTheEarlySession) {
   answer(atTarget("UPDATE "), "488 Not Acceptable Here");
   EXPECT_NE(atCaller("SIP/2.0 488 ", "CSeq: 3 UPDATE"), "");
   EXPECT_EQ(statusOf(ask({.method = "UPDATE", .cseq = 4, .toTag = tag_, .body = "hello"})), 488);
+  // Another offer is another version.
+  const std::string moved = replaced(replaced(kOffer, "21 4 IN", "21 5 IN"), "49170", "49180");
+  caller_.request(engine_->address(), {.method = "UPDATE", .cseq = 5, .toTag = tag_, .body = moved});
+  const std::string other = atTarget("UPDATE ");
+  EXPECT_EQ(contentOf(other), replaced(moved, "21 5 IN", "21 6 IN"));
+  answer(other, "488 Not Acceptable Here");
+  EXPECT_NE(atCaller("SIP/2.0 488 ", "CSeq: 5 UPDATE"), "");
   answer(invited_, "200 OK", kAnswer);
   EXPECT_NE(atCaller("SIP/2.0 200 ", "CSeq: 1 INVITE"), "");
 }

@@ -144,8 +144,9 @@ struct Call {
   bool established = false;  ///< the first exchange is complete; before, there always is one
   bool kept = false;         ///< the store has it, or is to have it
   bool outdated = false;     ///< but what it has is not the last state
-  bool lookedAfter = false;  ///< it is in the queue for that
-  bool takenOver = false;    ///< from another process
+  std::chrono::steady_clock::time_point keptAt{};  ///< the last time
+  bool lookedAfter = false;                        ///< it is in the queue for that
+  bool takenOver = false;                          ///< from another process
   /// As large as all else, so an established call has none.
   std::unique_ptr<Exchange> exchange;
   /// That of the first INVITE, while one of an UPDATE is in its place.

@@ -15,6 +15,7 @@ using std::chrono::milliseconds;
 constexpr std::size_t kPortion = 50;                 ///< calls that are looked after at once
 constexpr milliseconds kBetweenPortions{100};        ///< so 500 a second
 constexpr std::chrono::minutes kBetweenLooks{10};    ///< through all calls
+constexpr std::chrono::hours kLongestUnkept{6};      ///< records go by themselves after a day
 constexpr std::chrono::seconds kBetweenPings{1};     ///< that a lost server is noticed
 constexpr std::size_t kMostToLookAfter = 2'000'000;  ///< ended calls of a long outage go by themselves
 
@@ -25,6 +26,7 @@ void Engine::keep(Call& call) {
   call.kept = true;
   call.outdated = !store_.save({&call});
   if (!call.outdated) {
+    call.keptAt = std::chrono::steady_clock::now();
     ++counters_.kept;
     return;
   }
@@ -80,6 +82,7 @@ void Engine::tend() {
   if (now >= nextLook_) {
     nextLook_ = now + kBetweenLooks;
     for (auto& [id, call] : calls_) {
+      call.outdated = call.outdated || now - call.keptAt > kLongestUnkept;
       if (call.kept) lookAfter(call);
     }
   }
@@ -115,6 +118,7 @@ void Engine::tendPortion() {
   if (kept) counters_.madeUpFor += toKeep.size();
   for (Call* const call : toKeep) {
     call->outdated = !kept;
+    if (kept) call->keptAt = std::chrono::steady_clock::now();
     if (!kept) lookAfter(*call);
   }
 }

@@ -265,6 +265,7 @@ Found Engine::takeOver(const sip_t& request) {
     return found;
   }
   call.established = call.kept = call.takenOver = true;
+  call.keptAt = std::chrono::steady_clock::now();
   call.relayed = media_ != nullptr;
   if (media_) media_->resume(call);
   ++counters_.takenOver;

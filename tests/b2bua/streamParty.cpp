@@ -73,10 +73,13 @@ bool StreamParty::begin(int descriptor, bool client) {
   return (client ? SSL_connect(tls_.get()) : SSL_accept(tls_.get())) == 1;
 }
 
-bool StreamParty::connect(const std::string& port) {
+bool StreamParty::connect(const std::string& port, const std::string& from) {
   const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   const sockaddr_in address = loopback(port);
-  if (::connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+  sockaddr_in own = loopback("0");
+  inet_pton(AF_INET, from.c_str(), &own.sin_addr);
+  if (bind(descriptor, reinterpret_cast<const sockaddr*>(&own), sizeof own) != 0 ||
+      ::connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
     close(descriptor);
     return false;
   }

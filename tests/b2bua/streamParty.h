@@ -20,8 +20,9 @@ class StreamParty {
   /// HOST:PORT where it listens.
   std::string address() const { return "127.0.0.1:" + port_; }
   const std::string& port() const { return port_; }
+  /// @param from  an address of the loopback network
   /// @return whether there is a connection then
-  bool connect(const std::string& port);
+  bool connect(const std::string& port, const std::string& from = "127.0.0.1");
   bool accept(milliseconds longest);
   void send(const std::string& message) const;
   /// @param start  of the message; others are dropped

@@ -209,6 +209,32 @@ TEST_F(TransportCalls, LeaveNoIdleConnections) {
   EXPECT_TRUE(secure.isClosed(kLongestWait));
 }
 
+// However many connections it has; the target's address is trusted.
+TEST_F(TransportCalls, AreLimitedByTheirSource) {
+  start("9", {"--max-messages-per-source", "5", "--max-calls-per-source", "1"});
+  StreamParty trusted;
+  StreamParty plain;
+  StreamParty secure(folder_.path("own"));
+  ASSERT_TRUE(trusted.connect(engine_->port()));
+  ASSERT_TRUE(plain.connect(engine_->port(), "127.0.0.2"));
+  ASSERT_TRUE(secure.connect(tlsPort_, "127.0.0.2"));
+  plain.send(request("INVITE", "TCP", plain.address(), 1, "", kOffer));
+  secure.send(request("INVITE", "TLS", secure.address(), 1, "", kOffer));
+  const std::string refused = secure.receive("SIP/2.0 503 ", kLongestWait);
+  EXPECT_EQ(headerOf(refused, "Retry-After"), "1");
+  std::string many;
+  for (int cseq = 2; cseq < 20; ++cseq) many += request("OPTIONS", "TCP", plain.address(), cseq);
+  plain.send(many);
+  for (int cseq = 1; cseq < 7; ++cseq) {
+    trusted.send(request("OPTIONS", "TCP", trusted.address(), cseq));
+    EXPECT_NE(trusted.receive("SIP/2.0 200 ", kLongestWait), "");
+  }
+  int answered = 0;
+  while (plain.receive("SIP/2.0 200 ", kSilence) != "") ++answered;
+  EXPECT_EQ(answered, 3);
+  EXPECT_EQ(engine_->counters().at("overload"), 1 + 15);
+}
+
 TEST_F(TransportCalls, HaveAsManyConnectionsAsAllowed) {
   start("9", {"--max-connections", "3"});
   std::vector<std::unique_ptr<StreamParty>> parties;

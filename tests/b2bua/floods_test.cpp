@@ -100,14 +100,32 @@ class Floods : public Calls {
     return response;
   }
 
+  void acknowledge(int cseq) const {
+    caller_.request(engine_->address(), {.method = "ACK", .cseq = cseq, .toTag = tag_});
+  }
+
+  /// Asks once more with 491, as parties do: the kernel may have lost the ACK to the 200 before, which is sent again then.
+  /// @param cseq  that of the 200 before; of this one then
+  int reoffer(const std::string& body, int& cseq) const {
+    const auto end = std::chrono::steady_clock::now() + kLongestWait;
+    int next = cseq + 1;
+    int status = statusOf(ask({.cseq = next, .toTag = tag_, .body = body}));
+    while (status == 491 && std::chrono::steady_clock::now() < end) {
+      acknowledge(cseq);
+      status = statusOf(ask({.cseq = ++next, .toTag = tag_, .body = body}));
+    }
+    cseq = next;
+    return status;
+  }
+
   /// Holds the call, resumes it and ends it.
   void expectTheCallGoesOn() {
-    for (int cseq = 2; cseq < 8; ++cseq) {
-      const std::string& body = cseq % 2 == 0 ? kHold : kOffer;
-      EXPECT_EQ(statusOf(ask({.cseq = cseq, .toTag = tag_, .body = body})), 200);
-      caller_.request(engine_->address(), {.method = "ACK", .cseq = cseq, .toTag = tag_});
+    int cseq = 1;
+    for (const std::string* const body : {&kHold, &kOffer, &kHold, &kOffer, &kHold, &kOffer}) {
+      EXPECT_EQ(reoffer(*body, cseq), 200);
+      acknowledge(cseq);
     }
-    EXPECT_EQ(statusOf(ask({.method = "BYE", .cseq = 8, .toTag = tag_})), 200);
+    EXPECT_EQ(statusOf(ask({.method = "BYE", .cseq = cseq + 1, .toTag = tag_})), 200);
     const long memory = engine_->process().residentMemory();
     std::cout << "resident memory " << memory_ << " kB, in the flood " << memory << " kB\n";
     EXPECT_LE(memory, memory_ + kMostGrowth);

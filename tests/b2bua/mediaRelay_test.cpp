@@ -1,22 +1,12 @@
 #include <csignal>
 
-#include "calls.h"
 #include "fakeRelay.h"
+#include "twoParties.h"
 
 // Calls whose bodies go by way of a media relay that answers late, wrongly or not at all.
 
 namespace {
 
-constexpr milliseconds kLongestWait{5'000};
-constexpr milliseconds kSilence{300};  ///< after which nothing comes any more
-
-const std::string kOffer =
-    "v=0\r\no=alice 21 4 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio 49170 RTP/AVP 0 8\r\n";
-const std::string kHold =
-    "v=0\r\no=alice 21 5 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio 49170 RTP/AVP 0 8\r\n"
-    "a=sendonly\r\n";
-const std::string kAnswer =
-    "v=0\r\no=bob 33 9 IN IP4 192.0.2.20\r\ns=-\r\nc=IN IP4 192.0.2.20\r\nt=0 0\r\nm=audio 30000 RTP/AVP 8\r\n";
 const std::string kRelayedOffer =
     "v=0\r\no=alice 21 4 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 198.51.100.10\r\nt=0 0\r\n"
     "m=audio 49170 RTP/AVP 0 8\r\n";
@@ -32,50 +22,12 @@ std::string commandsOf(const std::vector<RelayRequest>& requests) {
 }
 
 /// An engine and its relay between two parties that do what the test says.
-class MediaRelay : public Calls {
+class MediaRelay : public TwoParties {
  protected:
   void start(const std::vector<std::string>& options = {}) {
     std::vector<std::string> all = {"--media", "rtpengine", "udp:" + relay_.address()};
     all.insert(all.end(), options.begin(), options.end());
-    engine_ = std::make_unique<Engine>(folder_, "127.0.0.1", target_.port(), all);
-    ASSERT_FALSE(engine_->address().empty());
-  }
-
-  std::string ask(const RawRequest& asked) const {
-    return caller_.ask(engine_->address(), asked, kLongestWait);
-  }
-
-  /// Sends an INVITE and gives what the target has of it.
-  std::string invite(const RawRequest& asked) const {
-    caller_.request(engine_->address(), asked);
-    return target_.receive("INVITE ", "", kLongestWait);
-  }
-
-  /// Sets up a call of two parties.
-  /// @return the To tag of the engine, for the caller
-  std::string establish() {
-    invited_ = invite({.body = kOffer});
-    target_.respond(engine_->address(), invited_, "200 OK", kAnswer);
-    const std::string response = caller_.receive("SIP/2.0 200 ", "", kLongestWait);
-    const std::string tag = toTagOf(response);
-    caller_.request(engine_->address(), {.method = "ACK", .toTag = tag});
-    EXPECT_NE(target_.receive("ACK ", "", kLongestWait), "");
-    return tag;
-  }
-
-  /// A request of the target within the call.
-  void askAsTarget(const std::string& method, int cseq, const std::string& body = "") const {
-    const std::string contact = headerOf(invited_, "Contact");
-    target_.send(engine_->address(),
-                 method + " " + contact.substr(1, contact.find('>') - 1) + " SIP/2.0\r\nVia: SIP/2.0/UDP " +
-                     target_.address() + ";branch=z9hG4bKown" + method + std::to_string(cseq) +
-                     "\r\nMax-Forwards: 70\r\nFrom: " + headerOf(invited_, "To") +
-                     (headerOf(invited_, "To").find(";tag=") == std::string::npos ? ";tag=raw" : "") +
-                     "\r\nTo: " + headerOf(invited_, "From") +
-                     "\r\nCall-ID: " + headerOf(invited_, "Call-ID") + "\r\nCSeq: " + std::to_string(cseq) +
-                     " " + method + "\r\nContact: <sip:bob@" + target_.address() + ">\r\n" +
-                     (body.empty() ? "" : "Content-Type: application/sdp\r\n") +
-                     "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
+    TwoParties::start(all);
   }
 
   /// What has happened but for what the relay was asked.
@@ -85,10 +37,6 @@ class MediaRelay : public Calls {
   }
 
   FakeRelay relay_;
-  const RawParty caller_;
-  const RawParty target_;
-  std::string invited_;
-  std::unique_ptr<Engine> engine_;
 };
 
 }  // namespace
@@ -171,7 +119,7 @@ TEST_F(MediaRelay, IsNotAskedAboutABodyWithoutMedia) {
 TEST_F(MediaRelay, AReOfferOfTheTargetGoesTheOtherWay) {
   start();
   const std::string tag = establish();
-  askAsTarget("INVITE", 1, kAnswer);
+  requestOfTarget("INVITE", 1, kAnswer);
   const std::string offered = caller_.receive("INVITE ", "", kLongestWait);
   EXPECT_EQ(bodyIn(offered), kRelayedAnswer);
   const std::vector<RelayRequest> requests = relay_.requests();
@@ -272,7 +220,7 @@ TEST_F(MediaRelay, ATargetThatHangsUpWhileItsAnswerIsOnItsWayEndsTheCall) {
   relay_.hold("answer");
   target_.respond(engine_->address(), invited_, "200 OK", kAnswer);
   ASSERT_TRUE(relay_.waitFor("answer"));
-  askAsTarget("BYE", 1);
+  requestOfTarget("BYE", 1);
   EXPECT_NE(caller_.receive("SIP/2.0 480 ", "", kLongestWait), "");
   EXPECT_NE(target_.receive("ACK ", "", kLongestWait), "");
   relay_.letGo();
@@ -302,7 +250,7 @@ TEST_F(MediaRelay, AByeEndsACallWhoseReOfferIsOnItsWay) {
   relay_.hold("offer");
   caller_.request(engine_->address(), {.cseq = 2, .toTag = tag, .body = kHold});
   ASSERT_TRUE(relay_.waitFor("offer", 2));
-  askAsTarget("BYE", 1);
+  requestOfTarget("BYE", 1);
   EXPECT_NE(caller_.receive("SIP/2.0 487 ", "CSeq: 2 INVITE", kLongestWait), "");
   EXPECT_NE(caller_.receive("BYE ", "", kLongestWait), "");
   EXPECT_TRUE(relay_.waitFor("delete"));
@@ -333,7 +281,7 @@ TEST_F(MediaRelay, AnInviteThatMeetsOneOnItsWayIsRefused) {
   relay_.hold("offer");
   caller_.request(engine_->address(), {.cseq = 2, .toTag = tag, .body = kHold});
   ASSERT_TRUE(relay_.waitFor("offer", 2));
-  askAsTarget("INVITE", 1, kAnswer);
+  requestOfTarget("INVITE", 1, kAnswer);
   EXPECT_NE(target_.receive("SIP/2.0 491 ", "", kLongestWait), "");
   relay_.letGo();
   EXPECT_NE(target_.receive("INVITE ", "CSeq: 2 INVITE", kLongestWait), "");

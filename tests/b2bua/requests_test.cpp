@@ -1,57 +1,12 @@
 #include <csignal>
 
-#include "calls.h"
-#include "rawParty.h"
+#include "twoParties.h"
 
 // What the engine does with single requests: those that it answers by itself, and those that are repeated.
 
 namespace {
 
-constexpr milliseconds kLongestWait{5'000};
-constexpr milliseconds kSilence{300};  ///< after which nothing comes any more
-
-const std::string kOffer =
-    "v=0\r\no=alice 21 4 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio 49170 RTP/AVP 0 8\r\n";
-const std::string kHold =
-    "v=0\r\no=alice 21 5 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio 49170 RTP/AVP 0 8\r\n"
-    "a=sendonly\r\n";
-const std::string kAnswer =
-    "v=0\r\no=bob 33 9 IN IP4 192.0.2.20\r\ns=-\r\nc=IN IP4 192.0.2.20\r\nt=0 0\r\nm=audio 30000 RTP/AVP 8\r\n";
-
-/// An engine between two parties that do what the test says.
-class Requests : public Calls {
- protected:
-  void start(const std::vector<std::string>& options = {}) {
-    engine_ = std::make_unique<Engine>(folder_, "127.0.0.1", target_.port(), options);
-    ASSERT_FALSE(engine_->address().empty());
-  }
-
-  std::string ask(const RawRequest& asked) const {
-    return caller_.ask(engine_->address(), asked, kLongestWait);
-  }
-
-  /// Sends an INVITE and gives what the target has of it.
-  std::string invite(const RawRequest& asked) const {
-    caller_.request(engine_->address(), asked);
-    return target_.receive("INVITE ", "", kLongestWait);
-  }
-
-  /// Sets up a call of two parties.
-  /// @return the To tag of the engine, for the caller
-  std::string establish() const {
-    const std::string invited = invite({.body = kOffer});
-    target_.respond(engine_->address(), invited, "200 OK", kAnswer);
-    const std::string response = caller_.receive("SIP/2.0 200 ", "", kLongestWait);
-    const std::string tag = toTagOf(response);
-    caller_.request(engine_->address(), {.method = "ACK", .toTag = tag});
-    EXPECT_NE(target_.receive("ACK ", "", kLongestWait), "");
-    return tag;
-  }
-
-  const RawParty caller_;
-  const RawParty target_;
-  std::unique_ptr<Engine> engine_;
-};
+class Requests : public TwoParties {};
 
 }  // namespace
 

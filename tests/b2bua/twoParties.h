@@ -45,13 +45,15 @@ class TwoParties : public Calls {
   /// Sets up a call.
   /// @param asked   header of the INVITE, with its CR LF
   /// @param status  of the target's 200, with further headers
-  void establish(const std::string& asked = "", const std::string& status = "200 OK") {
+  /// @return the To tag of the engine, for the caller
+  std::string establish(const std::string& asked = "", const std::string& status = "200 OK") {
     invited_ = invite({.body = kOffer, .header = asked});
     answer(invited_, status, kAnswer);
     accepted_ = atCaller("SIP/2.0 200 ");
     tag_ = toTagOf(accepted_);
     caller_.request(engine_->address(), {.method = "ACK", .toTag = tag_});
     EXPECT_NE(atTarget("ACK "), "");
+    return tag_;
   }
 
   /// Sends a request of the target within the dialog that the INVITE began.
@@ -59,10 +61,12 @@ class TwoParties : public Calls {
                        const std::string& header = "") const {
     const std::string number = std::to_string(cseq);
     const std::string contact = headerOf(invited_, "Contact");
+    const std::string party = headerOf(invited_, "To");
+    const std::string tag = party.find(";tag=") == std::string::npos ? ";tag=raw" : "";
     target_.send(engine_->address(),
                  method + " " + contact.substr(1, contact.find('>') - 1) + " SIP/2.0\r\nVia: SIP/2.0/UDP " +
                      target_.address() + ";branch=z9hG4bK" + method + number +
-                     "\r\nMax-Forwards: 70\r\nFrom: " + headerOf(invited_, "To") + ";tag=raw\r\nTo: " +
+                     "\r\nMax-Forwards: 70\r\nFrom: " + party + tag + "\r\nTo: " +
                      headerOf(invited_, "From") + "\r\nCall-ID: " + headerOf(invited_, "Call-ID") +
                      "\r\nCSeq: " + number + " " + method + "\r\nContact: <sip:bob@" + target_.address() +
                      ">\r\n" + header + (body.empty() ? "" : "Content-Type: application/sdp\r\n") +
@@ -72,6 +76,9 @@ class TwoParties : public Calls {
   const std::string kOffer =
       "v=0\r\no=alice 21 4 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\n"
       "m=audio 49170 RTP/AVP 0 8\r\n";
+  const std::string kHold =
+      "v=0\r\no=alice 21 5 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\n"
+      "m=audio 49170 RTP/AVP 0 8\r\na=sendonly\r\n";
   const std::string kAnswer =
       "v=0\r\no=bob 33 9 IN IP4 192.0.2.20\r\ns=-\r\nc=IN IP4 192.0.2.20\r\nt=0 0\r\n"
       "m=audio 30000 RTP/AVP 8\r\n";

@@ -1,42 +1,19 @@
 #include <csignal>
 #include <thread>
 
-#include "calls.h"
-#include "rawParty.h"
+#include "twoParties.h"
 
 // The engine as a service: what it reads anew, and how it ends.
 
 namespace {
 
-constexpr milliseconds kLongestWait{5'000};
 constexpr milliseconds kShortWait{1'000};
 
-const std::string kOffer =
-    "v=0\r\no=alice 21 4 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\n"
-    "m=audio 49170 RTP/AVP 8 0\r\n";
-const std::string kHold =
-    "v=0\r\no=alice 21 5 IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\n"
-    "m=audio 49170 RTP/AVP 8 0\r\na=sendonly\r\n";
-const std::string kAnswer =
-    "v=0\r\no=bob 33 9 IN IP4 192.0.2.20\r\ns=-\r\nc=IN IP4 192.0.2.20\r\nt=0 0\r\n"
-    "m=audio 30000 RTP/AVP 8\r\n";
-
-class Service : public Calls {
+class Service : public TwoParties {
  protected:
   void start(std::vector<std::string> options) {
     options.insert(options.end(), {"--policy", folder_.write("policy", "audio-codecs = PCMA\n")});
-    engine_ = std::make_unique<Engine>(folder_, "127.0.0.1", target_.port(), options);
-    ASSERT_FALSE(engine_->address().empty());
-  }
-
-  std::string ask(const RawRequest& asked) const {
-    return caller_.ask(engine_->address(), asked, kLongestWait);
-  }
-
-  /// @return what the target got
-  std::string invite(const RawRequest& asked) const {
-    caller_.request(engine_->address(), asked);
-    return target_.receive("INVITE ", "", kLongestWait);
+    TwoParties::start(options);
   }
 
   /// @return the caller's 200
@@ -70,10 +47,6 @@ class Service : public Calls {
     EXPECT_NE(target_.receive("BYE ", "", kShortWait), "");
     EXPECT_EQ(engine_->process().wait(kLongestWait), 0);
   }
-
-  const RawParty caller_;
-  const RawParty target_;
-  std::unique_ptr<Engine> engine_;
 };
 
 /// @return the formats of the first m-line

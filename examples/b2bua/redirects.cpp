@@ -44,6 +44,12 @@ std::string uriOf(const url_t& url, const TransportOptions& ways) {
          (transport.empty() ? "" : ";transport=" + transport);
 }
 
+/// @return 0 for what is no preference, be it a number that cannot be compared
+double preferenceOf(const sip_contact_t& contact) {
+  const double q = contact.m_q != nullptr ? std::strtod(contact.m_q, nullptr) : 1.0;
+  return q >= 0.0 && q <= 1.0 ? q : 0.0;
+}
+
 }  // namespace
 
 std::vector<std::string> redirectionsIn(const sip_t& response, const TransportOptions& ways) {
@@ -52,7 +58,7 @@ std::vector<std::string> redirectionsIn(const sip_t& response, const TransportOp
   for (const sip_contact_t* each = response.sip_contact; each != nullptr && count++ < kMostContacts;
        each = each->m_next) {
     const std::string uri = uriOf(*each->m_url, ways);
-    if (!uri.empty()) found.emplace_back(each->m_q != nullptr ? std::strtod(each->m_q, nullptr) : 1.0, uri);
+    if (!uri.empty()) found.emplace_back(preferenceOf(*each), uri);
   }
   std::ranges::stable_sort(found, std::ranges::greater(), [](const auto& contact) { return contact.first; });
   std::vector<std::string> uris;

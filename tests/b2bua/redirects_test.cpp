@@ -64,6 +64,14 @@ TEST(Redirections, AreOrderedByPreference) {
       (Uris{"sip:b@192.0.2.2:5070", "sip:192.0.2.3:5060", "sip:a@192.0.2.1:5060", "sip:d@192.0.2.4:5060"}));
 }
 
+// A preference is a number from 0 to 1 (RFC 3261 25.1).
+TEST(Redirections, ComeLastWithAPreferenceThatIsNone) {
+  EXPECT_EQ(redirectionsOf("<sip:a@192.0.2.1>;q=nan, <sip:b@192.0.2.1>;q=inf, <sip:c@192.0.2.1>;q=-1, "
+                           "<sip:d@192.0.2.1>;q=0.5, <sip:e@192.0.2.1>;q=2, <sip:f@192.0.2.1>;q=x"),
+            (Uris{"sip:d@192.0.2.1:5060", "sip:a@192.0.2.1:5060", "sip:b@192.0.2.1:5060",
+                  "sip:c@192.0.2.1:5060", "sip:e@192.0.2.1:5060", "sip:f@192.0.2.1:5060"}));
+}
+
 TEST(Redirections, AreWhatTheEngineCanReach) {
   EXPECT_EQ(redirectionsOf(
                 "<sip:a@example.org>, <tel:+123>, <mailto:a@192.0.2.1>, <sips:b@192.0.2.1>, "

@@ -144,7 +144,7 @@ Refusal applyMode(NotedText& text, eConnectionMode mode, int mediaSelect) {
 /// @return whether that could be done; otherwise nothing was
 bool applyModeAtOnce(NotedText& text, eConnectionMode mode, int mediaSelect) {
   PlannedChanges changes;
-  ModePlan plan(text.view(), mode, mediaSelect, changes);
+  ModePlan plan(text.view(), static_cast<unsigned char>(mode), mediaSelect, changes);
   text.notes().eachOfAll([&](Noted what, std::size_t at) {
     if (what == Noted::mLine) plan.mLine(at);
     if (what == Noted::direction) plan.direction(at);

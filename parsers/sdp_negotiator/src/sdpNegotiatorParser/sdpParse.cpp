@@ -127,7 +127,7 @@ unsigned short takeMedia(sSdpParsedData& data, Body& body, const BodyText& sdp, 
 void takeIPVersion(sSdpParsedData& data, Body& body) {
   unsigned int version = indicatedVersion(body);
   if (version == kIpVersionUnknown) {
-    version = body.addresses().versionOf(addressOf(body.description().cLine));
+    version = static_cast<unsigned int>(body.addresses().versionOf(addressOf(body.description().cLine)));
   }
   if (version == kIpVersion6) data.sdpAttributes |= SDP_ATTR_IPV6;
 }

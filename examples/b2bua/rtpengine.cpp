@@ -142,12 +142,12 @@ void Rtpengine::relay(Call& call, Side from, bool isAnswer, const std::string& b
       return done(reply->at("sdp"), {});
     ++counters_.mediaFailures;
     if (reply == nullptr) return done("", {kGone, 503});
-    const auto reason = reply->find("error-reason");
-    log_.write("media relay refused a body",
-               {{"reason",
-                 reason != reply->end() ? reason->second.substr(0, kLongestReason) : "no body in its reply"}},
+    const auto told = reply->find("error-reason");
+    const std::string reason = told != reply->end() ? told->second : "no body in its reply";
+    log_.write("media relay refused a body", {{"reason", reason.substr(0, kLongestReason)}},
                LogLevel::warning, id);
-    done("", {"the media relay cannot take the body", 503});
+    // With 503 a proxy would try all engines with a body that none can relay.
+    done("", {"the media relay cannot take the body", reason.find("SDP") != std::string::npos ? 488 : 503});
   });
 }
 

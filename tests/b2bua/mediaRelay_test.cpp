@@ -1,3 +1,5 @@
+#include <bencode.h>
+
 #include <csignal>
 
 #include "fakeRelay.h"
@@ -405,6 +407,32 @@ TEST_F(MediaRelay, WhatItCannotDoIsRefused) {
                                                    {"media_requests", 7},
                                                    {"media_failures", 6},
                                                    {"active", 1}}));
+}
+
+// Another engine with another relay would fare no better.
+TEST_F(MediaRelay, ABodyThatItCannotReadIsNotAcceptable) {
+  start();
+  const struct {
+    std::string reason;
+    int status;
+  } kErrors[] = {{"Failed to parse SDP", 488},
+                 {"Incomplete SDP specification", 488},
+                 {"Error rewriting SDP", 488},
+                 {"Parallel session limit reached", 503},
+                 {"Ran out of ports", 503},
+                 {"Unknown call-id", 503},
+                 {"", 503}};
+  int call = 0;
+  for (const auto& error : kErrors) {
+    SCOPED_TRACE(error.reason);
+    const std::string reply = " d6:result5:error12:error-reason" + b2bua::bencodeText(error.reason) + "e";
+    relay_.answerWith([&](const RelayRequest& request) { return std::vector{request.cookie + reply}; });
+    const std::string response = ask({.call = ++call, .body = kOffer});
+    EXPECT_EQ(statusOf(response), error.status);
+    EXPECT_EQ(headerOf(response, "Warning"),
+              "399 " + engine_->address() + " \"the media relay cannot take the body\"");
+  }
+  EXPECT_EQ(engine_->counters().at("media_failures"), call);
 }
 
 TEST_F(MediaRelay, HeadersGoOnWithTheResponseThatTheyCameWith) {

@@ -12,6 +12,14 @@ const std::string kHost = "127.0.0.1";
 
 }  // namespace
 
+BaresipSetup talking(const std::string& account, const std::vector<std::string>& modules) {
+  BaresipSetup setup{"audio_codecs=PCMU/8000/1,PCMA/8000/1" + account,
+                     {"ausine"},
+                     "audio_source ausine,440\nausrc_srate 48000\nausrc_channels 2\n"};
+  setup.modules.insert(setup.modules.end(), modules.begin(), modules.end());
+  return setup;
+}
+
 Baresip::Baresip(const TemporaryFolder& folder, const std::string& user,
                  const std::vector<std::string>& options, const BaresipSetup& setup)
     : port_(freePortPair()),

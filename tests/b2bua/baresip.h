@@ -13,6 +13,10 @@ struct BaresipSetup {
   std::string config = "audio_source aubridge,nothing\n";  ///< lines, the audio source among them
 };
 
+/// A client that sends a tone.
+/// @param account  further parameters of its account
+BaresipSetup talking(const std::string& account = "", const std::vector<std::string>& modules = {});
+
 /// A baresip on loopback that answers by itself, and plays nowhere what it hears.
 class Baresip {
  public:

@@ -9,18 +9,9 @@
 namespace {
 
 constexpr milliseconds kLongestWait{5'000};
-constexpr milliseconds kSilence{400};
 
 const std::string kHost = "127.0.0.1";
 const std::vector<std::string> kSecureModules = {"srtp", "dtls_srtp", "ice"};
-
-BaresipSetup talking(const std::string& account = "", const std::vector<std::string>& modules = {}) {
-  BaresipSetup setup{"audio_codecs=PCMU/8000/1,PCMA/8000/1" + account,
-                     {"ausine"},
-                     "audio_source ausine,440\nausrc_srate 48000\nausrc_channels 2\n"};
-  setup.modules.insert(setup.modules.end(), modules.begin(), modules.end());
-  return setup;
-}
 
 std::string bodyIn(const std::string& message) { return message.substr(message.find("\r\n\r\n") + 4); }
 
@@ -126,14 +117,7 @@ TEST_F(RelayedMedia, FlowsBothWaysWithTheAgreedCodecAndStopsOnHold) {
 
   alice_->command("hold");
   ASSERT_TRUE(waitUntil([&] { return has(bob_->process().output(), "a=sendonly"); }, kLongestCall));
-  // What is on its way still arrives; then the held side is silent.
-  EXPECT_TRUE(waitUntil(
-      [&] {
-        const long before = relay_->side("-t").packets;
-        std::this_thread::sleep_for(kSilence);
-        return relay_->side("-t").packets == before;
-      },
-      kLongestCall));
+  EXPECT_TRUE(relay_->isSilent("-t"));
   alice_->command("resume");
   EXPECT_TRUE(relay_->hasFlow());
 

@@ -2,9 +2,12 @@
 
 #include <bencode.h>
 
+#include <thread>
+
 namespace {
 
 constexpr milliseconds kLongestReply{1'000};
+constexpr milliseconds kSilence{400};
 
 /// The text behind a key and its own length, within a part of a bencoded text; empty without it.
 std::string textBehind(const std::string& part, const std::string& key) {
@@ -12,6 +15,12 @@ std::string textBehind(const std::string& part, const std::string& key) {
   if (at == std::string::npos) return "";
   const std::string rest = part.substr(part.find(key, at) + key.size());
   return rest.substr(rest.find(':') + 1, std::stoul(rest));
+}
+
+/// The number behind a key, which must be there.
+long numberBehind(const std::string& part, const std::string& key) {
+  const std::string start = std::to_string(key.size()) + ":" + key + "i";
+  return std::stol(part.substr(part.find(start) + start.size()));
 }
 
 }  // namespace
@@ -50,10 +59,10 @@ RelayedSide RtpengineProcess::side(const std::string& tag) const {
   const std::size_t begin = reply.find(start);
   if (begin == std::string::npos) return {};
   const std::string part = reply.substr(begin, reply.find("7:created", begin + start.size()) - begin);
-  const std::string packets = "5:statsd7:packetsi";
-  const std::size_t rtp = part.find(packets, part.find("5:flagsl3:RTP"));
+  const std::size_t rtp = part.find("5:statsd", part.find("5:flagsl3:RTP"));
   if (rtp == std::string::npos) return {};
-  return {std::stol(part.substr(rtp + packets.size())), textBehind(part, "codec"),
+  const std::string statistics = part.substr(rtp);
+  return {numberBehind(statistics, "packets"), numberBehind(statistics, "errors"), textBehind(part, "codec"),
           textBehind(part, "crypto suite")};
 }
 
@@ -62,4 +71,14 @@ bool RtpengineProcess::hasFlow(long packets) const {
   const long target = side("-t").packets + packets;
   return waitUntil([&] { return side("-c").packets >= caller && side("-t").packets >= target; },
                    kLongestCall);
+}
+
+bool RtpengineProcess::isSilent(const std::string& tag) const {
+  return waitUntil(
+      [&] {
+        const long before = side(tag).packets;
+        std::this_thread::sleep_for(kSilence);
+        return side(tag).packets == before;
+      },
+      kLongestCall);
 }

@@ -9,6 +9,7 @@
 /// What the relay says of one side of its only call.
 struct RelayedSide {
   long packets = 0;    ///< RTP that came from it
+  long errors = 0;     ///< packets that could not be used, as with other keys
   std::string codec;   ///< encoding name and clock of the last one
   std::string crypto;  ///< suite; empty for plain RTP
 };
@@ -28,6 +29,8 @@ class RtpengineProcess {
   RelayedSide side(const std::string& tag) const;
   /// Waits until so many more packets have come from both sides.
   bool hasFlow(long packets = 25) const;
+  /// Waits until nothing comes from a side any more; what is on its way still arrives.
+  bool isSilent(const std::string& tag) const;
 
  private:
   /// @return its reply; empty for none

@@ -159,3 +159,22 @@ async function arrival(mid, receiver) {
   }
   throw new Error(`nothing has come for ${mid}`);
 }
+
+// Nothing is decoded that nobody plays.
+function play(name) {
+  const tracks = peers.get(name).getReceivers().map(({track}) => track).filter(({kind}) => kind === "audio");
+  const player = new Audio();
+  player.srcObject = new MediaStream(tracks);
+  return player.play();
+}
+
+// What audio has come so far: bytes, and how much of it can be heard.
+async function heard(name) {
+  const sum = {bytes: 0, energy: 0};
+  for (const report of (await peers.get(name).getStats()).values()) {
+    if (report.type !== "inbound-rtp" || report.kind !== "audio") continue;
+    sum.bytes += report.bytesReceived;
+    sum.energy += report.totalAudioEnergy;
+  }
+  return sum;
+}

@@ -25,19 +25,35 @@ std::optional<Endpoint> endpointOf(int descriptor, int (*which)(int, sockaddr*, 
   return Endpoint{host, port};
 }
 
+std::vector<int> descriptors() {
+  std::vector<int> all;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", error))
+    all.push_back(std::atoi(entry.path().filename().c_str()));
+  return all;
+}
+
 }  // namespace
 
 std::vector<Connection> connectionsTo(const std::vector<std::string>& ports) {
   std::vector<Connection> connections;
-  std::error_code error;
-  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", error)) {
-    const int descriptor = std::atoi(entry.path().filename().c_str());
+  for (const int descriptor : descriptors()) {
     const auto own = endpointOf(descriptor, getsockname);
     if (!own || std::ranges::find(ports, own->port) == ports.end()) continue;
     if (const auto peer = endpointOf(descriptor, getpeername))
       connections.push_back({descriptor, *own, *peer});
   }
   return connections;
+}
+
+int datagramSocketOf(const std::string& port) {
+  for (const int descriptor : descriptors()) {
+    int type = 0;
+    socklen_t length = sizeof type;
+    if (getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &length) != 0 || type != SOCK_DGRAM) continue;
+    if (const auto own = endpointOf(descriptor, getsockname); own && own->port == port) return descriptor;
+  }
+  return -1;
 }
 
 }  // namespace b2bua

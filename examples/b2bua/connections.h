@@ -19,9 +19,13 @@ struct Connection {
   Endpoint peer;
 };
 
-/// Those that libraries have, which show only some of them, or none: the system is asked.
+// Libraries show none or only some of the sockets that they have: the system is asked.
+
 /// @param ports  of this process
 std::vector<Connection> connectionsTo(const std::vector<std::string>& ports);
+
+/// @return the descriptor with which this process listens at a port of UDP; -1 when it does not
+int datagramSocketOf(const std::string& port);
 
 }  // namespace b2bua
 

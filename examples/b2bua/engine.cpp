@@ -29,7 +29,7 @@ Engine::Engine(su_root_t* root, const Options& options, StateStore& store, Log& 
     throw std::runtime_error("--target is the engine itself");
   everySecond_.reset(su_timer_create(su_root_task(root), 1'000));
   su_timer_set_for_ever(everySecond_.get(), onSecond, this);
-  gate_.open(address());
+  gate_.open(transports_.portOf("udp"));
   for (const Target& target : options.targets) sources_.trust(hostOf(target.address));
   for (const std::string& address : options.trusted) sources_.trust(address);
   listener_.engine = this;

@@ -3,16 +3,10 @@
 
 #include <functional>
 #include <string>
-#include <string_view>
 
 #include "sources.h"
 
 namespace b2bua {
-
-/// The stack looks through all headers for the place of the next one, so their number counts twice.
-/// @param message  of SIP, maybe without its end; a line ends with CR LF, CR, LF or NUL
-/// @return whether more lines than any message needs stand in front of its body: 512
-bool hasTooManyHeaders(std::string_view message);
 
 /// Stands in front of the stack's UDP socket, whose datagrams it may take out before the stack reads them: to drop one
 /// takes a fraction of what it takes to read a message, be it to find that it is none.
@@ -21,21 +15,20 @@ class Gate {
   /// @param mostMessages  of a source in a second; 0 for any number
   Gate(Sources& sources, unsigned long mostMessages) : sources_(sources), mostMessages_(mostMessages) {}
 
-  /// @param address  HOST:PORT at which the stack listens
-  void open(const std::string& address);
+  /// @param port  at which the stack listens
+  void open(const std::string& port);
   /// Takes out what is beyond the limits, up to the first datagram that is not. The stack reads no more than that one
   /// before this is called again.
   /// @param malformed  what the stack has found unreadable so far; asked only about sources that are
   /// not trusted, since the stack adds up all of its figures for it
   /// @return how many were dropped
   unsigned long sift(const std::function<unsigned long()>& malformed);
-  /// @param address  from which a message came
-  /// @return whether it is beyond the limits; it counts, unless `sift` has counted it
+  /// Counts a message that did not come as a datagram.
+  /// @return whether it is beyond the limits of its source
   bool isBeyond(const sockaddr& address);
 
  private:
   bool mayCome(const SourceCounts& counts) const;
-  bool isNextTooLong();
 
   Sources& sources_;
   unsigned long mostMessages_;
@@ -43,7 +36,6 @@ class Gate {
   int socket_ = -1;
   sockaddr_storage next_{};   ///< where the datagram is from that the stack reads next
   bool isNextKnown_ = false;  ///< there is one, and it is counted
-  std::string buffer_;
 };
 
 }  // namespace b2bua

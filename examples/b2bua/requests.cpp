@@ -62,7 +62,7 @@ std::string randomText() {
 /// What belongs to no transaction.
 int Engine::onMessage(Engine* engine, nta_agent_t*, msg_t* message, sip_t* content) {
   Owned<msg_t> owner(message);
-  if (engine->gate_.isBeyond(msg_addr(message)->su_sa)) {
+  if (engine->transports_.of(message) != "udp" && engine->gate_.isBeyond(msg_addr(message)->su_sa)) {
     ++engine->counters_.of(Limit::messagesOfSource);
     return 0;
   }

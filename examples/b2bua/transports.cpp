@@ -13,12 +13,12 @@
 #include <stdexcept>
 
 #include "connections.h"
+#include "heads.h"
 
 namespace b2bua {
 
 namespace {
 
-constexpr unsigned int kLongestDatagram = 65'507;
 constexpr unsigned int kSafeDatagram =
     1'300;  ///< what is longer goes by TCP where there is one (RFC 3261 18.1.1)
 constexpr unsigned int kLongestRinging = 180'000;  ///< ms; the stack has no limit of its own for a user agent
@@ -49,10 +49,11 @@ Transports::Transports(const std::string& listen, const TransportOptions& option
 
 Owned<nta_agent_t> Transports::open(su_root_t* root, nta_message_f* onMessage, nta_agent_magic_t* magic) {
   if (options_.names != std::vector<std::string>{"udp"}) allowFiles();
-  Owned<nta_agent_t> agent(nta_agent_create(
-      root, withoutTransports(), onMessage, magic, NTATAG_UA(1), NTATAG_MAXSIZE(kLongestDatagram),
-      NTATAG_UDP_MTU(options_.has("tcp") ? kSafeDatagram : kLongestDatagram), NTATAG_TIMER_C(kLongestRinging),
-      NTATAG_PASS_100(1), TAG_END()));
+  Owned<nta_agent_t> agent(
+      nta_agent_create(root, withoutTransports(), onMessage, magic, NTATAG_UA(1),
+                       NTATAG_MAXSIZE(kLongestMessage), NTATAG_MCLASS(messagesWithHeads()),
+                       NTATAG_UDP_MTU(options_.has("tcp") ? kSafeDatagram : kLongestMessage),
+                       NTATAG_TIMER_C(kLongestRinging), NTATAG_PASS_100(1), TAG_END()));
   if (!agent) throw std::runtime_error("no SIP stack");
   agent_ = agent.get();
   for (const char* const name : {"udp", "tcp", "tls"}) {
@@ -64,8 +65,8 @@ Owned<nta_agent_t> Transports::open(su_root_t* root, nta_message_f* onMessage, n
   return agent;
 }
 
-std::string Transports::portOf(const std::string& name) const {
-  return name == "tls" ? std::to_string(options_.tlsPort) : port_;
+std::string Transports::portOf(const std::string& transport) const {
+  return transport == "tls" ? std::to_string(options_.tlsPort) : port_;
 }
 
 void Transports::add(const std::string& name) {

@@ -19,6 +19,7 @@ class Transports {
   Owned<nta_agent_t> open(su_root_t* root, nta_message_f* onMessage, nta_agent_magic_t* magic);
   /// HOST:PORT
   std::string address() const;
+  std::string portOf(const std::string& transport) const;
   /// @param address  HOST:PORT
   bool isOwn(const std::string& address) const;
   /// Contact of the engine over a transport; over its first one when it has no such.
@@ -31,7 +32,6 @@ class Transports {
 
  private:
   void add(const std::string& name);
-  std::string portOf(const std::string& name) const;
 
   const TransportOptions& options_;
   std::string host_;

@@ -1,3 +1,5 @@
+#include <thread>
+
 #include "../testFiles.h"
 #include "calls.h"
 #include "rawParty.h"
@@ -233,6 +235,62 @@ TEST_F(TransportCalls, AreLimitedByTheirSource) {
   while (plain.receive("SIP/2.0 200 ", kSilence) != "") ++answered;
   EXPECT_EQ(answered, 3);
   EXPECT_EQ(engine_->counters().at("overload"), 1 + 15);
+}
+
+// The stack would be busy with each of them for a second or two, and with it the engine.
+TEST_F(TransportCalls, AreNotHeldByMessagesOfHeaders) {
+  start("9", {"--idle-seconds", "1"});
+  const RawParty other;
+  int call = 0;
+  const auto expectAnswer = [&] {
+    const RawRequest asked{.method = "OPTIONS", .call = ++call};
+    EXPECT_EQ(statusOf(other.ask(engine_->address(), asked, milliseconds(300))), 200);
+  };
+  for (const std::string& line : {std::string("y:\n"), std::string("y\n")}) {
+    std::string headers;
+    while (headers.size() < 45'000) headers += line;
+    for (const bool isSecure : {false, true}) {
+      StreamParty party(isSecure ? folder_.path("own") : "");
+      ASSERT_TRUE(party.connect(isSecure ? tlsPort_ : engine_->port()));
+      // Once behind another message, in two parts, the second one longer than many headers.
+      const std::string first = request("OPTIONS", isSecure ? "TLS" : "TCP", party.address(), 1);
+      party.send(first + first.substr(0, first.rfind("\r\n")));
+      EXPECT_NE(party.receive("SIP/2.0 200 ", kLongestWait), "");
+      party.send(headers);
+      expectAnswer();
+      // It is not read any more, and idle.
+      EXPECT_TRUE(party.isClosed(kLongestWait));
+    }
+  }
+  EXPECT_EQ(raised(engine_->stop()), (Counters{{"malformed", 4}}));
+}
+
+TEST_F(TransportCalls, MayComeBitByBit) {
+  start("9", {});
+  StreamParty party;
+  ASSERT_TRUE(party.connect(engine_->port()));
+  const std::string asked = "\r\n" + request("OPTIONS", "TCP", party.address(), 1, "", kOffer);
+  for (const char each : asked) {
+    party.send(std::string(1, each));
+    std::this_thread::sleep_for(milliseconds(2));
+  }
+  EXPECT_NE(party.receive("SIP/2.0 200 ", kLongestWait), "");
+}
+
+// Behind another one, too, where the stack itself has no limit.
+TEST_F(TransportCalls, HaveNoMessagesOfAnyLength) {
+  start("9", {});
+  StreamParty party;
+  ASSERT_TRUE(party.connect(engine_->port()));
+  const std::string first = request("OPTIONS", "TCP", party.address(), 1);
+  party.send(first + first.substr(0, first.rfind("\r\n")) + "X-Long: ");
+  EXPECT_NE(party.receive("SIP/2.0 200 ", kLongestWait), "");
+  bool isClosed = false;
+  for (int i = 0; i < 10 && !isClosed; ++i) {
+    party.send(std::string(8'000, 'x'));
+    isClosed = party.isClosed(kSilence);
+  }
+  EXPECT_TRUE(isClosed);
 }
 
 TEST_F(TransportCalls, HaveAsManyConnectionsAsAllowed) {

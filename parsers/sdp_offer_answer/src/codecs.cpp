@@ -4,12 +4,15 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 
 #include "parameters.h"
 #include "text/search.h"
 
 namespace sdp::exchange {
 namespace {
+
+constexpr std::size_t kUsualFormats = 8;  ///< of a section; for more the list grows
 
 struct FamilyName {
   std::string_view name;
@@ -93,8 +96,10 @@ CodecList::CodecList(const Section& section) {
 }
 
 void CodecList::readFormats(const Section& section) {
+  codecs_.reserve(kUsualFormats);
   for (const Format& format : section.formats()) codecs_.push_back(codecOf(format));
-  for (std::uint32_t i = 0; i < codecs_.size(); ++i) byPayload_.push_back(i);
+  byPayload_.resize(codecs_.size());
+  std::iota(byPayload_.begin(), byPayload_.end(), 0);
   const auto isLess = [this](std::uint32_t a, std::uint32_t b) {
     return codecs_[a].payload != codecs_[b].payload ? codecs_[a].payload < codecs_[b].payload : a < b;
   };
@@ -103,7 +108,8 @@ void CodecList::readFormats(const Section& section) {
     return codecs_[a].payload == codecs_[b].payload;
   };
   byPayload_.erase(std::unique(byPayload_.begin(), byPayload_.end(), isSame), byPayload_.end());
-  if (byPayload_.size() == codecs_.size()) return;
+  hasRepeated_ = byPayload_.size() != codecs_.size();
+  if (!hasRepeated_) return;
   // Of those that stand there twice the first counts.
   std::vector<std::uint32_t> kept = byPayload_;
   std::sort(kept.begin(), kept.end());

@@ -68,6 +68,8 @@ class CodecList {
   ~CodecList() = default;
 
   std::size_t size() const { return codecs_.size(); }
+  /// Whether the m-line has one of them again.
+  bool hasRepeated() const { return hasRepeated_; }
   bool empty() const { return codecs_.empty(); }
   const Codec& operator[](std::size_t index) const { return codecs_[index]; }
   std::vector<Codec>::const_iterator begin() const { return codecs_.begin(); }
@@ -84,6 +86,7 @@ class CodecList {
   std::vector<Codec> codecs_;
   std::vector<std::string_view> fmtps_;   ///< of one payload type side by side
   std::vector<std::uint32_t> byPayload_;  ///< numbers of codecs, in the order of their payload types
+  bool hasRepeated_ = false;
 };
 
 /// Whether a format of one section is the same as one of another: encoding, clock rate, channels, and what their

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -37,8 +38,9 @@ void addMisfit(std::uint32_t section, const Codec& codec, const Misfit& misfit, 
 }
 
 /// Judges one format by those of the offer.
+/// @param gathered  these once more, when the first format wants all of them
 /// @return whether the offer has its number, whatever that means there, or its encoding
-bool judgeCodec(std::uint32_t section, const CodecList& list, const OfferedCodecs& offered,
+bool judgeCodec(std::uint32_t section, const CodecList& list, std::optional<OfferedCodecs>& gathered,
                 const Codec& codec, Findings& findings) {
   const Codec* const numbered = list.find(codec.payload);
   const bool isKnown = numbered != nullptr && !numbered->name.empty() && !codec.name.empty();
@@ -49,6 +51,8 @@ bool judgeCodec(std::uint32_t section, const CodecList& list, const OfferedCodec
   if (isKnown) {
     findings.add(section, AnswerRule::payloadChanged, {textOf(codec), "; offered was ", textOf(*numbered)});
   }
+  if (!gathered) gathered.emplace(list);
+  const OfferedCodecs& offered = *gathered;
   const bool isOffered = offered.has(codec);
   if (isOffered) addMisfit(section, codec, offered.misfitOf(codec, CodecTraits(codec)), findings);
   if (isOffered || numbered != nullptr) return true;
@@ -62,7 +66,7 @@ bool hasCodec(const CodecList& list) {
 
 void judgeCodecs(std::uint32_t section, const CodecList& offered, const CodecList& answered,
                  Findings& findings) {
-  const OfferedCodecs gathered(offered);
+  std::optional<OfferedCodecs> gathered;
   bool hasOffered = false;
   for (const Codec& codec : answered) {
     if (judgeCodec(section, offered, gathered, codec, findings)) hasOffered = true;
@@ -89,7 +93,8 @@ void judgeWords(const Pair& pair, Findings& findings) {
 }
 
 /// Payload types that stand in the m-line again, each once.
-void judgeRepeated(const Pair& pair, Findings& findings) {
+void judgeRepeated(const Pair& pair, const CodecList& codecs, Findings& findings) {
+  if (!codecs.hasRepeated()) return;
   enum : std::uint8_t { once, again };
   std::map<std::string_view, std::uint8_t> told;
   for (const Format& format : pair.answered.formats()) {
@@ -124,7 +129,7 @@ void judgeFormats(const Pair& pair, Findings& findings) {
   if (!pair.answered.isRtp()) return judgeWords(pair, findings);
   const CodecList answered(pair.answered);
   if (pair.offered.isRtp()) judgeCodecs(pair.number, CodecList(pair.offered), answered, findings);
-  judgeRepeated(pair, findings);
+  judgeRepeated(pair, answered, findings);
   judgePayloads(pair, answered, findings);
 }
 

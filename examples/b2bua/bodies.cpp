@@ -13,12 +13,11 @@ namespace {
 /// A party has one session with the engine whatever the other one does: the o-line stays, its version rises by one
 /// with every change.
 void continueSession(Body& body, const Body& original, const Body& before) {
-  if (!before.isSdpPresent()) {
-    body.copyOLine(&original);
-    return;
-  }
-  body.copyOLine(&before);
-  if (body.compareSdpByBody(&before) != 0) body.sdpIncVersion();
+  const bool isFirst = !before.isSdpPresent();
+  const Body& kept = isFirst ? original : before;
+  // The copy parses the body once more.
+  if (body.compareSdpOLine(&kept) != 0) body.copyOLine(&kept);
+  if (!isFirst && body.compareSdpByBody(&before) != 0) body.sdpIncVersion();
 }
 
 bool isUnchanged(const Body& offer, const Body& before) {

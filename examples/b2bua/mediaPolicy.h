@@ -12,7 +12,9 @@ namespace b2bua {
 
 /// An object that holds no body until it parses one.
 struct Body : cSdpNegotiator {
-  Body() { sdpParse("", SDP_TYPE_UNKNOWN); }
+  Body() : cSdpNegotiator(kEmpty) {}
+
+  static inline const cSdpNegotiator kEmpty = empty();
 };
 
 /// How an offer's m-lines were changed for its security, so that the answer can be changed back.

@@ -3,9 +3,8 @@
 #include <sdpDocumentRequests.h>
 
 #include <algorithm>
-#include <charconv>
 
-#include "bodyLines.h"
+#include "bencode.h"
 #include "reasons.h"
 #include "rtpengine.h"
 
@@ -17,25 +16,11 @@ constexpr unsigned int kMostPairs = 32;  ///< of one body
 const char* const kNoPorts = "no ports are left";
 
 /// Two ports for each section, or for each of its layers: PORT/COUNT.
-unsigned int pairsOf(const std::string& body) {
-  unsigned int pairs = 0;
-  for (const BodySection& section : BodyLines(body).sections) {
-    if (section.media.empty()) continue;
-    const std::size_t slash = std::min(section.port.find('/'), section.port.size() - 1);
-    unsigned int count = 1;
-    std::from_chars(section.port.data() + slash + 1, section.port.data() + section.port.size(), count);
-    pairs += std::min(count, kMostPairs + 1);
-    if (pairs > kMostPairs) break;
-  }
+std::uint64_t pairsOf(const sdp::Document& document) {
+  std::uint64_t pairs = 0;
+  for (const sdp::Section section : document.sections())
+    pairs += std::min<std::uint64_t>(section.portCount(), kMostPairs + 1);
   return pairs;
-}
-
-/// @return whether a number up to a character is taken
-bool take(std::string_view& text, char end, unsigned short& number) {
-  const auto [behind, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || behind == text.data() + text.size() || *behind != end) return false;
-  text.remove_prefix(static_cast<std::size_t>(behind + 1 - text.data()));
-  return true;
 }
 
 }  // namespace
@@ -49,7 +34,7 @@ std::string textOf(const std::vector<PortRun>& runs) {
 std::vector<PortRun> portsOf(std::string_view text) {
   std::vector<PortRun> runs;
   PortRun run;
-  while (runs.size() < kMostPairs && take(text, '/', run.first) && take(text, ',', run.pairs) &&
+  while (runs.size() < kMostPairs && takeNumber(text, '/', run.first) && takeNumber(text, ',', run.pairs) &&
          run.first % 2 == 0 && run.first >= kLowestPort && run.pairs > 0 && run.pairs <= kMostPairs)
     runs.push_back(run);
   return runs;
@@ -70,18 +55,20 @@ void Anchor::relay(Call& call, Side from, bool, const std::string& body, Done do
 
 /// A side keeps its ports, unless a body has more sections than any before.
 std::string Anchor::anchored(Leg& to, std::string& body) {
-  const unsigned int pairs = std::max(pairsOf(body), 1U);
-  if (pairs > kMostPairs) return "too many ports";
-  if ((to.ports.empty() || to.ports.back().pairs < pairs) && !giveRun(to, pairs)) return kNoPorts;
   sdp::Document document;
   sdp::Refusal refusal = document.read(body);
-  if (!refusal) refusal = sdp::anchor(document, options_.relay, to.ports.back().first);
+  if (refusal) return reasonOf(refusal);
+  const std::uint64_t pairs = pairsOf(document);
+  if (pairs > kMostPairs) return "too many ports";
+  if ((to.ports.empty() || to.ports.back().pairs < pairs) && !giveRun(to, static_cast<unsigned short>(pairs)))
+    return kNoPorts;
+  refusal = sdp::anchor(document, options_.relay, to.ports.back().first);
   body = document.text();
   return refusal ? reasonOf(refusal) : "";
 }
 
 /// The next run of pairs that are free, around the end of the pool at most once.
-bool Anchor::giveRun(Leg& leg, unsigned int pairs) {
+bool Anchor::giveRun(Leg& leg, unsigned short pairs) {
   std::size_t free = 0;
   std::size_t at = next_;
   for (std::size_t looked = 0; looked < taken_.size() + pairs; ++looked, ++at) {
@@ -89,8 +76,7 @@ bool Anchor::giveRun(Leg& leg, unsigned int pairs) {
     free = taken_[at] ? 0 : free + 1;
     if (free < pairs) continue;
     next_ = at + 1;
-    const std::size_t first = options_.firstPort + 2 * (next_ - pairs);
-    leg.ports.push_back({static_cast<unsigned short>(first), static_cast<unsigned short>(pairs)});
+    leg.ports.push_back({static_cast<unsigned short>(options_.firstPort + 2 * (next_ - pairs)), pairs});
     mark(leg.ports.back(), true);
     return true;
   }
@@ -105,14 +91,9 @@ void Anchor::mark(const PortRun& run, bool taken) {
   }
 }
 
-void Anchor::resume(const Call& call) {
+void Anchor::mark(const Call& call, bool taken) {
   for (const Leg& leg : call.legs)
-    for (const PortRun& run : leg.ports) mark(run, true);
-}
-
-void Anchor::release(const Call& call) {
-  for (const Leg& leg : call.legs)
-    for (const PortRun& run : leg.ports) mark(run, false);
+    for (const PortRun& run : leg.ports) mark(run, taken);
 }
 
 std::unique_ptr<MediaRelay> makeMediaRelay(su_root_t* root, const MediaOptions& options, Log& log,

@@ -19,13 +19,14 @@ class Anchor final : public MediaRelay {
   explicit Anchor(const MediaOptions& options, Counters& counters);
 
   void relay(Call& call, Side from, bool isAnswer, const std::string& body, Done done) override;
-  void resume(const Call& call) override;
-  void release(const Call& call) override;
+  void resume(const Call& call) override { mark(call, true); }
+  void release(const Call& call) override { mark(call, false); }
 
  private:
   std::string anchored(Leg& to, std::string& body);
-  bool giveRun(Leg& leg, unsigned int pairs);
+  bool giveRun(Leg& leg, unsigned short pairs);
   void mark(const PortRun& run, bool taken);
+  void mark(const Call& call, bool taken);
 
   const MediaOptions& options_;
   Counters& counters_;

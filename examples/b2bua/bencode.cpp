@@ -1,6 +1,5 @@
 #include "bencode.h"
 
-#include <charconv>
 #include <utility>
 
 namespace b2bua {
@@ -21,20 +20,18 @@ class Reader {
   }
 
  private:
-  struct Level {
-    bool isDictionary;
-    bool isKeyNext;
-  };
+  /// What comes next in a list, or in a dictionary.
+  enum class Next { element, key, value };
 
   bool takeOne() {
-    Level& level = levels_.back();
+    Next& next = levels_.back();
     const char first = rest_.front();
-    if (first == 'e') return close();
-    if (level.isDictionary && level.isKeyNext) {
-      level.isKeyNext = false;
+    if (first == 'e') return next != Next::value && close();
+    if (next == Next::key) {
+      next = Next::value;
       return takeText(key_);
     }
-    level.isKeyNext = true;
+    if (next == Next::value) next = Next::key;
     if (first == 'd' || first == 'l') return open();
     if (first == 'i') return skipNumber();
     std::string value;
@@ -45,14 +42,12 @@ class Reader {
 
   bool open() {
     if (levels_.size() == kDeepestBencode) return false;
-    levels_.push_back({rest_.front() == 'd', true});
+    levels_.push_back(rest_.front() == 'd' ? Next::key : Next::element);
     rest_.remove_prefix(1);
     return true;
   }
 
-  /// There is no end between a key and its value.
   bool close() {
-    if (levels_.back().isDictionary && !levels_.back().isKeyNext) return false;
     levels_.pop_back();
     rest_.remove_prefix(1);
     return true;
@@ -61,11 +56,7 @@ class Reader {
   /// LENGTH:BYTES
   bool takeText(std::string& text) {
     std::size_t length = 0;
-    const char* const end = rest_.data() + rest_.size();
-    const auto [colon, error] = std::from_chars(rest_.data(), end, length);
-    if (error != std::errc() || colon == end || *colon != ':') return false;
-    rest_.remove_prefix(static_cast<std::size_t>(colon + 1 - rest_.data()));
-    if (length > rest_.size()) return false;
+    if (!takeNumber(rest_, ':', length) || length > rest_.size()) return false;
     text = rest_.substr(0, length);
     rest_.remove_prefix(length);
     return true;
@@ -74,15 +65,12 @@ class Reader {
   /// iDIGITSe
   bool skipNumber() {
     long long number = 0;
-    const char* const end = rest_.data() + rest_.size();
-    const auto [behind, error] = std::from_chars(rest_.data() + 1, end, number);
-    if (error != std::errc() || behind == end || *behind != 'e') return false;
-    rest_.remove_prefix(static_cast<std::size_t>(behind + 1 - rest_.data()));
-    return true;
+    rest_.remove_prefix(1);
+    return takeNumber(rest_, 'e', number);
   }
 
   std::string_view rest_;
-  std::vector<Level> levels_;
+  std::vector<Next> levels_;
   std::string key_;
   std::map<std::string, std::string> members_;
 };

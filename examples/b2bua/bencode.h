@@ -1,6 +1,7 @@
 #ifndef B2BUA_BENCODE_H
 #define B2BUA_BENCODE_H
 
+#include <charconv>
 #include <map>
 #include <optional>
 #include <string>
@@ -20,6 +21,17 @@ constexpr std::size_t kDeepestBencode = 32;  ///< lists and dictionaries in one 
 /// Reads a dictionary, which is all of the text.
 /// @return its members that are texts; none for what is no such dictionary
 std::optional<std::map<std::string, std::string>> textsOfBencode(std::string_view text);
+
+/// Takes a number and the character behind it from the front of a text.
+/// @return whether they are there
+template <typename Number>
+bool takeNumber(std::string_view& text, char end, Number& number) {
+  const char* const last = text.data() + text.size();
+  const auto [behind, error] = std::from_chars(text.data(), last, number);
+  if (error != std::errc() || behind == last || *behind != end) return false;
+  text.remove_prefix(static_cast<std::size_t>(behind + 1 - text.data()));
+  return true;
+}
 
 }  // namespace b2bua
 

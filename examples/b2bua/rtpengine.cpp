@@ -29,38 +29,23 @@ const char* const kGone = "the media relay is gone";
 
 using Encoded = std::map<std::string, std::string>;
 
-/// The relay would add keys of the kind that an offer has not.
-void addKindOfKeys(const std::string& body, Encoded& request) {
-  const bool hasKeys = body.find("\na=crypto:") != std::string::npos;
-  const bool hasFingerprint = body.find("\na=fingerprint:") != std::string::npos;
-  if (hasFingerprint && !hasKeys) request["SDES"] = bencodeList({"off"});
-  if (hasKeys && !hasFingerprint) request["DTLS"] = bencodeText("off");
-}
+bool has(const std::string& text, const char* part) { return text.find(part) != std::string::npos; }
 
 /// What an offer is to be for a party of a kind; the answer goes back as it was offered.
 void addKind(PartyKind kind, const std::string& body, Encoded& request) {
-  if (kind == PartyKind::asIs) return addKindOfKeys(body, request);
-  static const std::map<PartyKind, Encoded> kinds = {
-      {PartyKind::rtp,
-       {{"transport-protocol", bencodeText("RTP/AVP")},
-        {"ICE", bencodeText("remove")},
-        {"rtcp-mux", bencodeList({"demux"})},
-        {"flags", bencodeList({"strip-extmap"})}}},
-      {PartyKind::srtp,
-       {{"transport-protocol", bencodeText("RTP/SAVP")},
-        {"ICE", bencodeText("remove")},
-        {"DTLS", bencodeText("off")},
-        {"rtcp-mux", bencodeList({"demux"})},
-        {"flags", bencodeList({"strip-extmap"})}}},
-      {PartyKind::webrtc,
-       {{"transport-protocol", bencodeText("UDP/TLS/RTP/SAVPF")},
-        {"ICE", bencodeText("force")},
-        {"SDES", bencodeList({"off"})},
-        {"rtcp-mux", bencodeList({"offer"})},
-        {"flags", bencodeList({"generate-mid"})}}},
-  };
-  const Encoded& members = kinds.at(kind);
-  request.insert(members.begin(), members.end());
+  const bool asIs = kind == PartyKind::asIs;
+  const bool isBrowser = kind == PartyKind::webrtc;
+  // The relay would add keys of the kind that an offer has not.
+  const bool hasKeys = asIs && has(body, "\na=crypto:");
+  const bool hasFingerprint = asIs && has(body, "\na=fingerprint:");
+  if (isBrowser || (hasFingerprint && !hasKeys)) request["SDES"] = bencodeList({"off"});
+  if (kind == PartyKind::srtp || (hasKeys && !hasFingerprint)) request["DTLS"] = bencodeText("off");
+  if (asIs) return;
+  const char* const forPhones = kind == PartyKind::rtp ? "RTP/AVP" : "RTP/SAVP";
+  request["transport-protocol"] = bencodeText(isBrowser ? "UDP/TLS/RTP/SAVPF" : forPhones);
+  request["ICE"] = bencodeText(isBrowser ? "force" : "remove");
+  request["rtcp-mux"] = bencodeList({isBrowser ? "offer" : "demux"});
+  request["flags"] = bencodeList({isBrowser ? "generate-mid" : "strip-extmap"});
 }
 
 }  // namespace
@@ -84,26 +69,13 @@ ConnectedSocket::ConnectedSocket(const std::string& endpoint) : descriptor_(-1) 
 
 ConnectedSocket::~ConnectedSocket() { close(descriptor_); }
 
-/// What an earlier datagram met is told instead of sending the next one, which goes then.
-void ConnectedSocket::send(const std::string& datagram) const {
-  if (::send(descriptor_, datagram.data(), datagram.size(), 0) < 0 && errno == ECONNREFUSED)
-    ::send(descriptor_, datagram.data(), datagram.size(), 0);
-}
-
-int ConnectedSocket::receive(std::string& buffer, std::string_view& datagram) const {
-  const ssize_t size = recv(descriptor_, buffer.data(), buffer.size(), 0);
-  if (size < 0) return errno;
-  datagram = std::string_view(buffer).substr(0, static_cast<std::size_t>(size));
-  return 0;
-}
-
 Rtpengine::Rtpengine(su_root_t* root, const MediaOptions& options, Log& log, Counters& counters)
     : options_(options),
       log_(log),
       counters_(counters),
       socket_(options.relay),
       root_(root),
-      timer_(su_timer_create(su_root_task(root), kTick), su_timer_destroy),
+      timer_(su_timer_create(su_root_task(root), kTick)),
       buffer_(kLongestDatagram, '\0'),
       cookies_(randomText() + "_") {
   su_wait_t wait[1] = {SU_WAIT_INIT};
@@ -131,8 +103,7 @@ void Rtpengine::relay(Call& call, Side from, bool isAnswer, const std::string& b
                      {"replace", bencodeList({"session-connection"})},
                      {"sdp", bencodeText(body)}};
   // With ICE, the unspecified address is not that of a party on hold.
-  if (body.find("\na=ice-ufrag:") != std::string::npos)
-    request["replace"] = bencodeList({"session-connection", "zero-address"});
+  if (has(body, "\na=ice-ufrag:")) request["replace"] = bencodeList({"session-connection", "zero-address"});
   // It knows the other side by an answer only.
   if (isAnswer || call.established) request["to-tag"] = bencodeText(tagOf(call.id, otherOf(offerer)));
   if (!isAnswer) addKind(options_.parties[otherOf(from)], body, request);
@@ -147,7 +118,7 @@ void Rtpengine::relay(Call& call, Side from, bool isAnswer, const std::string& b
     log_.write("media relay refused a body", {{"reason", reason.substr(0, kLongestReason)}},
                LogLevel::warning, id);
     // With 503 a proxy would try all engines with a body that none can relay.
-    done("", {"the media relay cannot take the body", reason.find("SDP") != std::string::npos ? 488 : 503});
+    done("", {"the media relay cannot take the body", has(reason, "SDP") ? 488 : 503});
   });
 }
 
@@ -171,8 +142,14 @@ void Rtpengine::ask(const Texts& encodedMembers, OnReply onReply) {
   if (gone_) return onReply(nullptr);
   const std::string cookie = cookies_ + std::to_string(++lastCookie_);
   Asked asked{cookie + " " + bencodeDictionary(encodedMembers), std::move(onReply), Clock::now()};
-  socket_.send(asked.datagram);
+  send(asked.datagram);
   asked_.emplace(cookie, std::move(asked));
+}
+
+/// What an earlier datagram met is told instead of sending the next one, which goes then.
+void Rtpengine::send(const std::string& datagram) const {
+  const auto sent = [&] { return ::send(socket_.descriptor(), datagram.data(), datagram.size(), 0); };
+  if (sent() < 0 && errno == ECONNREFUSED) sent();
 }
 
 /// All that waits for the relay waits no longer, and what comes is refused at once.
@@ -192,7 +169,7 @@ void Rtpengine::onTick() {
     isLate = isLate || now - asked.since >= kLongestReply;
     if (asked.sent > std::size(kRepeats) || now - asked.since < kRepeats[asked.sent - 1]) continue;
     ++asked.sent;
-    socket_.send(asked.datagram);
+    send(asked.datagram);
   }
   if (isLate) lose("no reply");
   if (now >= nextPing_) ping();
@@ -200,11 +177,10 @@ void Rtpengine::onTick() {
 
 void Rtpengine::onReadable() {
   for (int i = 0; i < kMostDatagrams; ++i) {
-    std::string_view datagram;
-    const int error = socket_.receive(buffer_, datagram);
-    if (error == ECONNREFUSED) return lose("nobody listens there");
-    if (error != 0) return;
-    onDatagram(datagram);
+    const ssize_t size = recv(socket_.descriptor(), buffer_.data(), buffer_.size(), 0);
+    if (size < 0 && errno == ECONNREFUSED) return lose("nobody listens there");
+    if (size < 0) return;
+    onDatagram(std::string_view(buffer_).substr(0, static_cast<std::size_t>(size)));
   }
 }
 

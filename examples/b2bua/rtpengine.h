@@ -19,12 +19,9 @@ class ConnectedSocket {
   ConnectedSocket& operator=(const ConnectedSocket&) = delete;
 
   int descriptor() const { return descriptor_; }
-  void send(const std::string& datagram) const;
-  /// @return the next datagram in `buffer`; what errno says when there is none
-  int receive(std::string& buffer, std::string_view& datagram) const;
 
  private:
-  int descriptor_;
+  int descriptor_ = -1;
 };
 
 /// rtpengine by its NG protocol: datagrams of a cookie and a bencoded dictionary, and replies with the same cookie.
@@ -55,6 +52,7 @@ class Rtpengine final : public MediaRelay {
   };
 
   void ask(const Texts& encodedMembers, OnReply onReply);
+  void send(const std::string& datagram) const;
   void ping();
   void lose(const std::string& why);
   void onTick();
@@ -67,7 +65,7 @@ class Rtpengine final : public MediaRelay {
   const ConnectedSocket socket_;
   su_root_t* const root_;
   int registration_ = -1;
-  std::unique_ptr<su_timer_t, void (*)(su_timer_t*)> timer_;
+  const Owned<su_timer_t> timer_;
   std::string buffer_;
   const std::string cookies_;  ///< what those of this process begin with
   unsigned long lastCookie_ = 0;

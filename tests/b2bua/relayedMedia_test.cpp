@@ -203,6 +203,32 @@ TEST_F(RelayedMedia, APhoneCanAnswerABrowser) {
   EXPECT_FALSE(has(engine_->log(), "(error)")) << engine_->log();
 }
 
+TEST_F(RelayedMedia, ABodyKeepsBytesThatAreNoUtf8) {
+  const Party caller;
+  const Party target;
+  startEngine(target.sip.port(), {});
+  const std::string name =
+      "\r\ns=Gr\xFC\xDF"
+      "e\r\n";
+  caller.sip.request(engine_->address(), {.body = replaced(caller.body(1, "0 8"), "\r\ns=-\r\n", name)});
+  const std::string invited = target.sip.receive("INVITE ", "", kLongestWait);
+  EXPECT_TRUE(has(bodyIn(invited), name)) << invited;
+  target.sip.respond(engine_->address(), invited, "200 OK",
+                     replaced(target.body(1, "8"), "\r\ns=-\r\n", name));
+  const std::string response = caller.sip.receive("SIP/2.0 200 ", "", kLongestWait);
+  EXPECT_TRUE(has(bodyIn(response), name)) << response;
+}
+
+// It takes no such number of layers.
+TEST_F(RelayedMedia, ABodyThatItCannotReadIsNotAcceptable) {
+  const Party caller;
+  startEngine(freePort(), {});
+  const std::string body = replaced(caller.body(1, "0 8"), " RTP/AVP", "/200 RTP/AVP");
+  const std::string response = caller.sip.ask(engine_->address(), {.body = body}, kLongestWait);
+  EXPECT_EQ(statusOf(response), 488);
+  EXPECT_TRUE(has(engine_->log(), "media relay refused a body: Failed to parse SDP")) << engine_->log();
+}
+
 TEST_F(RelayedMedia, ACodecCanChangeWithinACall) {
   const Party caller;
   const Party target;

@@ -1,6 +1,7 @@
 #ifndef B2BUA_TEST_RTPENGINE_PROCESS_H
 #define B2BUA_TEST_RTPENGINE_PROCESS_H
 
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "calls.h"
@@ -24,7 +25,7 @@ class RtpengineProcess {
   std::vector<std::string> options() const { return {"--media", "rtpengine", "udp:127.0.0.1:" + port_}; }
   Process& process() { return process_; }
   /// How many calls it has.
-  std::size_t calls() const;
+  std::size_t calls() const { return list().size(); }
   /// @param tag  what the side's tag ends with: "-c" or "-t"
   RelayedSide side(const std::string& tag) const;
   /// Waits until so many more packets have come from both sides.
@@ -34,7 +35,8 @@ class RtpengineProcess {
 
  private:
   /// @return its reply; empty for none
-  std::string ask(const std::string& command, const std::string& further = "") const;
+  nlohmann::json ask(const nlohmann::json& members) const;
+  nlohmann::json list() const;
 
   const RawParty party_;
   std::string port_;

@@ -10,8 +10,6 @@ namespace {
 
 constexpr std::chrono::milliseconds kBetweenConnections{100};
 
-const url_string_t* urlOf(const std::string& text) { return URL_STRING_MAKE(text.c_str()); }
-
 /// The engine finds the dialogs of requests by itself.
 int refuseAll(Leg*, nta_leg_t*, nta_incoming_t*, const sip_t*) { return 481; }
 

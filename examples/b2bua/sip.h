@@ -44,6 +44,11 @@ constexpr const char* kAllow = "Allow: INVITE, ACK, CANCEL, BYE, OPTIONS, PRACK,
 template <typename Object>
 using Owned = std::unique_ptr<Object, Release>;
 
+/// A URL as text where the stack takes it made up, too.
+inline const url_string_t* urlOf(const std::string& text) {
+  return reinterpret_cast<const url_string_t*>(text.c_str());
+}
+
 /// The value of one header.
 ///
 /// The encoder leaves out what does not fit, and counts it; it wants more room than it says, so a value counts only when

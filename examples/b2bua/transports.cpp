@@ -23,8 +23,6 @@ constexpr unsigned int kSafeDatagram =
     1'300;  ///< what is longer goes by TCP where there is one (RFC 3261 18.1.1)
 constexpr unsigned int kLongestRinging = 180'000;  ///< ms; the stack has no limit of its own for a user agent
 
-const url_string_t* urlOf(const std::string& text) { return URL_STRING_MAKE(text.c_str()); }
-
 /// The stack's word for an agent without transports, which are added one by one.
 const url_string_t* withoutTransports() {
   return reinterpret_cast<const url_string_t*>(-1);  // NOLINT(performance-no-int-to-ptr)

@@ -123,6 +123,9 @@ class SlowClient {
 
 class MonitoredEngine : public Calls {
  protected:
+  // The client writes to whoever closes the connection.
+  MonitoredEngine() { std::signal(SIGPIPE, SIG_IGN); }
+
   static int portOf(Engine& engine) {
     const std::string output = engine.process().output();
     const std::size_t line = output.find("\nhttp ");

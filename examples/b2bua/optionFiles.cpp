@@ -19,62 +19,72 @@ struct Place {
   std::size_t line;
   std::size_t column;
 
+  Place behind(std::size_t characters) const { return {file, line, column + characters}; }
   [[noreturn]] void fail(const std::string& text) const {
     throw CLI::FileError(file + ":" + std::to_string(line) + ":" + std::to_string(column) + ": " + text);
   }
 };
 
-/// What an option is given.
 struct Word {
   std::string text;
   Place place;
 };
 
+/// Without the blanks around it.
+Word trimmed(std::string_view text, const Place& place) {
+  const std::size_t first = std::min(text.find_first_not_of(kBlanks), text.size());
+  const std::size_t end = text.find_last_not_of(kBlanks) + 1;
+  return {std::string(text.substr(first, end - first)), place.behind(first)};
+}
+
 bool takesSeveral(const CLI::Option& option) { return option.get_items_expected_max() > 1; }
 
-/// Without the blanks around it.
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = std::min(text.find_first_not_of(kBlanks), text.size());
-  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+/// @return the option of a key that a file may have
+CLI::Option& optionOf(CLI::App& app, const Word& key) {
+  CLI::Option* const option = app.get_option_no_throw("--" + key.text);
+  if (option == nullptr || !option->get_configurable()) key.place.fail("unknown key: " + key.text);
+  return *option;
 }
 
 /// The words of a value, of which some options have one, and others have several, with blanks and commas between them
 /// or with what may stand for these on the command line.
-std::vector<Word> wordsOf(const CLI::Option& option, std::string_view value, const Place& place) {
+std::vector<Word> wordsOf(const CLI::Option& option, const Word& value) {
   const std::string_view ends = !takesSeveral(option) ? "" : option.get_delimiter() == ';' ? ";" : " \t,";
+  const std::string_view text = value.text;
   std::vector<Word> words;
-  for (std::size_t begin = 0; begin < value.size();) {
-    const std::size_t end = std::min(value.find_first_of(ends, begin), value.size());
-    const std::string_view word = trimmed(value.substr(begin, end - begin));
-    const auto offset = static_cast<std::size_t>(word.data() - value.data());
-    if (!word.empty()) words.push_back({std::string(word), {place.file, place.line, place.column + offset}});
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = std::min(text.find_first_of(ends, begin), text.size());
+    const Word word = trimmed(text.substr(begin, end - begin), value.place.behind(begin));
+    if (!word.text.empty()) words.push_back(word);
     begin = end + 1;
   }
   return words;
 }
 
-/// Gives an option its words as the command line would.
-void give(CLI::Option& option, const std::vector<Word>& words) {
+/// @return the first of the words that an error names, or else the first
+const Word& namedIn(const std::string& error, const std::vector<Word>& words) {
+  const auto isNamed = [text = " " + error + " "](const Word& word) {
+    return text.find(" " + word.text + " ") != std::string::npos;
+  };
+  const auto named = std::ranges::find_if(words, isNamed);
+  return named != words.end() ? *named : words.front();
+}
+
+/// Gives an option its words as the command line would, and keeps those that this has given.
+/// @param place  of all values
+void give(CLI::Option& option, const Word& key, const std::vector<Word>& values, const Place& place) {
+  std::vector<Word> words;
+  for (const Word& value : values) std::ranges::copy(wordsOf(option, value), std::back_inserter(words));
+  if (words.empty()) place.fail("no value for " + key.text);
   if (option.count() != 0) return;
   try {
     for (const Word& word : words) option.add_result(word.text);
     option.run_callback();
   } catch (const WordError& error) {
-    Place place = words[std::min(error.word(), words.size() - 1)].place;
-    place.column += error.offset();
-    place.fail(error.what());
+    words[std::min(error.word, words.size() - 1)].place.behind(error.offset).fail(error.what());
   } catch (const CLI::ParseError& error) {
-    const std::string_view text = error.what();
-    const auto named =
-        std::ranges::find_if(words, [&](const Word& word) { return text.ends_with(word.text); });
-    (named != words.end() ? *named : words.front()).place.fail(error.what());
+    namedIn(error.what(), words).place.fail(error.what());
   }
-}
-
-/// @return the option of a key; null for none that a file may have
-CLI::Option* optionOf(CLI::App& app, std::string_view key) {
-  CLI::Option* const option = app.get_option_no_throw("--" + std::string(key));
-  return option != nullptr && option->get_configurable() ? option : nullptr;
 }
 
 std::ifstream opened(const std::string& file) {
@@ -89,17 +99,15 @@ std::ifstream opened(const std::string& file) {
 void readRule(CLI::App& rules, std::string_view line, const Place& start, std::set<std::string>& seen) {
   const std::string_view text = line.substr(0, line.find('#'));
   const std::size_t equals = std::min(text.find('='), text.size());
-  const std::string key(trimmed(text.substr(0, equals)));
-  const Place place{start.file, start.line, std::min(text.find_first_not_of(kBlanks), text.size()) + 1};
-  if (trimmed(text).empty()) return;
-  if (equals == text.size()) place.fail("no KEY = VALUE: " + key);
-  CLI::Option* const option = optionOf(rules, key);
-  if (option == nullptr) place.fail("unknown key: " + key);
-  if (!seen.insert(key).second) place.fail("given twice: " + key);
-  const Place behind{start.file, start.line, equals + 2};
-  const std::vector<Word> words = wordsOf(*option, text.substr(equals + 1), behind);
-  if (words.empty()) behind.fail("no value for " + key);
-  give(*option, words);
+  const Word key = trimmed(text.substr(0, equals), start);
+  if (equals == text.size()) {
+    if (!key.text.empty()) key.place.fail("no KEY = VALUE: " + key.text);
+    return;
+  }
+  CLI::Option& option = optionOf(rules, key);
+  if (!seen.insert(key.text).second) key.place.fail("given twice: " + key.text);
+  const Place behind = start.behind(equals + 1);
+  give(option, key, {{std::string(text.substr(equals + 1)), behind}}, behind);
 }
 
 // -- TOML
@@ -108,52 +116,38 @@ Place placeOf(const std::string& file, const toml::source_region& region) {
   return {file, region.begin.line, region.begin.column};
 }
 
-/// @return whether an option takes numbers; a check may be named behind its type
-bool isNumber(const CLI::Option& option) {
-  const std::string type = option.get_type_name();
-  return type.starts_with("UINT") || type.starts_with("INT") || type.starts_with("FLOAT");
+/// What an option takes.
+struct Type {
+  toml::node_type node;
+  const char* name;
+};
+
+Type typeOf(const CLI::Option& option) {
+  if (option.get_items_expected_max() == 0) return {toml::node_type::boolean, "true or false"};
+  if (option.get_type_name().starts_with(kNumber)) return {toml::node_type::integer, "a whole number"};
+  return {toml::node_type::string, takesSeveral(option) ? "a text, or an array of texts" : "a text"};
 }
 
-/// @return whether it takes texts, of which some checks make numbers: "512M"
-bool isText(const CLI::Option& option) {
-  return !isNumber(option) || option.get_type_name().find(':') != std::string::npos;
+/// @param type  that it is to have
+Word wordOf(const toml::node& node, const Type& type, const Word& key) {
+  const Place place = placeOf(key.place.file, node.source());
+  if (node.type() != type.node || node.value_or(0) < 0) place.fail(key.text + " is " + type.name);
+  if (node.is_string()) return {*node.value<std::string>(), place};
+  if (node.is_boolean()) return {*node.value<bool>() ? "true" : "false", place};
+  return {std::to_string(*node.value<std::int64_t>()), place};
 }
 
-/// @return the text of a value of the type that an option takes; none for others
-std::optional<std::string> textOf(const CLI::Option& option, const toml::node& node) {
-  const bool isFlag = option.get_items_expected_max() == 0;
-  if (const auto* const flag = node.as_boolean()) {
-    if (isFlag) return flag->get() ? "true" : "false";
-  } else if (const auto* const number = node.as_integer()) {
-    if (isNumber(option) && number->get() >= 0) return std::to_string(number->get());
-  } else if (const auto* const text = node.as_string()) {
-    if (!isFlag && isText(option)) return text->get();
-  }
-  return std::nullopt;
-}
-
-const char* typeOf(const CLI::Option& option) {
-  if (option.get_items_expected_max() == 0) return "true or false";
-  if (isNumber(option)) return "a whole number";
-  return takesSeveral(option) ? "a text, or an array of texts" : "a text";
-}
-
-void readValue(CLI::Option& option, const std::string& key, const std::string& file, const toml::node& node) {
-  const auto textIn = [&](const toml::node& value) {
-    const std::optional<std::string> text = textOf(option, value);
-    if (!text) placeOf(file, value.source()).fail(key + " is " + typeOf(option));
-    return *text;
-  };
-  std::vector<Word> words;
+void readEntry(CLI::App& app, const Word& key, const toml::node& node) {
+  CLI::Option& option = optionOf(app, key);
+  const Type type = typeOf(option);
+  std::vector<Word> values;
   if (const toml::array* const array = node.as_array(); array != nullptr && takesSeveral(option)) {
-    for (const toml::node& each : *array) words.push_back({textIn(each), placeOf(file, each.source())});
+    for (const toml::node& each : *array) values.push_back(wordOf(each, type, key));
   } else {
-    Place place = placeOf(file, node.source());
-    if (node.is_string()) ++place.column;  // behind its quote
-    words = wordsOf(option, textIn(node), place);
+    values.push_back(wordOf(node, type, key));
+    if (node.is_string()) ++values[0].place.column;  // behind its quote
   }
-  if (words.empty()) placeOf(file, node.source()).fail("no value for " + key);
-  give(option, words);
+  give(option, key, values, placeOf(key.place.file, node.source()));
 }
 
 }  // namespace
@@ -173,12 +167,8 @@ void readConfigFile(CLI::App& app, const std::string& file) {
   } catch (const toml::parse_error& error) {
     placeOf(file, error.source()).fail(std::string(error.description()));
   }
-  for (const auto& [key, value] : table) {
-    const std::string name(key.str());
-    CLI::Option* const option = optionOf(app, name);
-    if (option == nullptr) placeOf(file, key.source()).fail("unknown key: " + name);
-    readValue(*option, name, file, value);
-  }
+  for (const auto& [key, value] : table)
+    readEntry(app, {std::string(key.str()), placeOf(file, key.source())}, value);
 }
 
 }  // namespace b2bua

@@ -1,9 +1,8 @@
 #ifndef B2BUA_OPTION_FILES_H
 #define B2BUA_OPTION_FILES_H
 
-#include <string>
-
 #include <CLI/CLI.hpp>
+#include <string>
 
 namespace b2bua {
 
@@ -13,22 +12,21 @@ namespace b2bua {
 /// @param rules  the options that the file may have, by their names without hyphens
 void readPolicyFile(CLI::App& rules, const std::string& file);
 
+/// @param app  those that are numbers have the type kNumber
 void readConfigFile(CLI::App& app, const std::string& file);
 
+inline constexpr const char* kNumber = "NUMBER";
+
 /// One of the words that an option was given is wrong.
-class WordError : public CLI::ValidationError {
- public:
+struct WordError : CLI::ValidationError {
   /// @param word    its number
   /// @param offset  of what is wrong in it
-  WordError(const std::string& option, const std::string& text, std::size_t word, std::size_t offset = 0)
-      : ValidationError("--" + option, text), word_(word), offset_(offset) {}
+  WordError(const std::string& option, const std::string& text, std::size_t wordNumber,
+            std::size_t offsetInIt = 0)
+      : ValidationError("--" + option, text), word(wordNumber), offset(offsetInIt) {}
 
-  std::size_t word() const { return word_; }
-  std::size_t offset() const { return offset_; }
-
- private:
-  std::size_t word_;
-  std::size_t offset_;
+  std::size_t word;
+  std::size_t offset;
 };
 
 }  // namespace b2bua

@@ -79,7 +79,7 @@ struct Options {
   std::string http;     ///< HOST:PORT of metrics and health, or empty
   std::string logFile;  ///< standard error when empty
   LogFormat logFormat = LogFormat::text;
-  std::size_t maxCalls = 10'000;
+  unsigned int maxCalls = 10'000;
   unsigned int maxInvites = 400;          ///< per second
   unsigned int maxTransactions = 60'000;  ///< at a time, those that are only remembered included
   unsigned int maxCallsPerSource = 0;     ///< per second; 0 for any number, here and below

@@ -136,6 +136,11 @@ TEST_F(Configuration, TellsThePlaceInAConfigurationThatCannotBeUsed) {
       {target + "audio-codecs = [\"PCMA\", \"NO\"]\n", "2:25: --audio-codecs: unknown codec: NO"},
       {target + "audio-codecs = [\"PCMA\", 8]\n", "2:25: audio-codecs is a text, or an array of texts"},
       {target + "video = \"cap 512 9\"\n", "2:18: --video: video is on, off or cap BANDWIDTH LEVEL"},
+      {target + "transports = [\"udp\", \"sctp\"]\n", "2:22: --transports: sctp not in {udp,tcp,tls}"},
+      {target + "listen = \"127.0.0.1:0x50\"\n", "2:11: --listen: no numeric HOST:PORT: 127.0.0.1:0x50"},
+      {target + "target-seconds = 31\n", "2:18: --target-seconds: Value 31 not in range 1 to 30"},
+      {target + "media-caller = \"phone\"\n",
+       "2:17: --media-caller: none of as-is, rtp, srtp, webrtc: phone"},
       {"target = \"nonsense\"\n", "1:11: --target: no numeric HOST:PORT: nonsense"},
   };
   for (const auto& each : cases) EXPECT_EQ(faultOf("--config", each.toml), each.fault) << each.toml;
@@ -175,6 +180,13 @@ TEST_F(Configuration, TakesListsAsTextsAndAsArrays) {
     EXPECT_EQ(options.policy.videoLevel, H264_LEVEL_1B);
     EXPECT_EQ(options.policy.requests[3], (std::vector<b2bua::NamedRequest>{keep, unbundle})) << requests;
   }
+}
+
+// As on the command line: what holds for a policy holds for these, too.
+TEST_F(Configuration, TakesSeveralWordsInOne) {
+  const Words words = {"--target", "127.0.0.1:9", "--target", "127.0.0.1:10;weight=2,127.0.0.1:11"};
+  EXPECT_EQ(read(words).targets.size(), 3U);
+  EXPECT_EQ(read({"--target", "127.0.0.1:9", "--video", "cap 64 1b"}).policy.videoLevel, H264_LEVEL_1B);
 }
 
 TEST_F(Configuration, IsToldWhenItCannotBeRead) {

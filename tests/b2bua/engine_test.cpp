@@ -41,7 +41,8 @@ TEST_F(EngineProcess, TellsWhatOfAPolicyItDoesNotUnderstand) {
   EXPECT_NE(policyRefusal("# first\nvideo = off\ncolour = blue\n").find("colour"), std::string::npos);
   EXPECT_NE(policyRefusal("audio-codecs = PCMA, NOSUCHCODEC\n").find("unknown codec: NOSUCHCODEC"),
             std::string::npos);
-  EXPECT_NE(policyRefusal("ice = perhaps\n").find("Check perhaps"), std::string::npos);
+  EXPECT_NE(policyRefusal("ice = perhaps\n").find("--ice: none of keep, remove: perhaps\n"),
+            std::string::npos);
   EXPECT_NE(policyRefusal("video = cap 512\n").find("video is on, off or cap BANDWIDTH LEVEL"),
             std::string::npos);
   EXPECT_NE(policyRefusal("video = cap 99999999999 3\n").find("video is on"), std::string::npos);

@@ -57,11 +57,14 @@ void Engine::takeBody(Call& call, Side from, const std::string& body, bool isAns
 /// The relay has heard of an offer that came to nothing: it hears again on what both sides agreed, unless there is the
 /// next offer by then. What it says is known.
 void Engine::restoreMedia(Call& call) {
-  if (!call.established || !call.exchange->relayed || isMediaGone()) return;
+  if (!call.exchange->relayed || isMediaGone()) return;
   const Side offerer = call.exchange->from;
-  const auto answer = [this, id = call.id, offerer](const std::string&, const BodyRefusal& refusal) {
+  const unsigned long aside = call.aside ? call.aside->number : 0;
+  const auto answer = [this, id = call.id, offerer, aside](const std::string&, const BodyRefusal& refusal) {
     const auto found = calls_.find(id);
-    if (refusal || found == calls_.end() || found->second.exchange) return;
+    if (refusal || found == calls_.end()) return;
+    if (const Exchange* const next = found->second.exchange.get(); next != nullptr && next->number != aside)
+      return;
     const Side answerer = otherOf(offerer);
     media_->relay(found->second, answerer, true, textOf(found->second.legs[answerer].received),
                   [](const std::string&, const BodyRefusal&) {});

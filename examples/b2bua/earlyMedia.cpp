@@ -13,12 +13,11 @@ namespace b2bua {
 
 namespace {
 
-constexpr const char* kReliable = "100rel";
 constexpr unsigned int kMostProvisional = 100;  ///< responses to an INVITE that go on
 constexpr std::size_t kMostForks = 8;           ///< whose reliable responses are acknowledged
 
 bool isReliable(const sip_t& response) {
-  return response.sip_rseq != nullptr && sip_has_feature(response.sip_require, kReliable) != 0;
+  return response.sip_rseq != nullptr && sip_has_feature(response.sip_require, k100rel) != 0;
 }
 
 }  // namespace
@@ -119,27 +118,6 @@ void Engine::goOn(Call& call) {
   } else {
     takeAnswer(call, response);
   }
-}
-
-/// Sends a provisional response so that it is repeated until its PRACK comes, when the caller insists on that, or knows
-/// it and gets a body.
-/// @return false when it is to be sent as others are
-bool Engine::answerReliably(Call& call, int status, const std::string& body, const std::string& header) {
-  Exchange& exchange = *call.exchange;
-  const Owned<msg_t> message(nta_incoming_getrequest(exchange.incoming.get()));
-  const sip_t& invite = *sip_object(message.get());
-  const bool insists = sip_has_feature(invite.sip_require, kReliable) != 0;
-  if (status <= 100 || call.established ||
-      (!insists && (body.empty() || sip_has_feature(invite.sip_supported, kReliable) == 0)))
-    return false;
-  const nta_reliable_t* const sent = nta_reliable_treply(
-      exchange.incoming.get(), onPrack, &call.legs[exchange.from], status, sip_status_phrase(status),
-      SIPTAG_CONTACT_STR(transports_.contact(call.legs[exchange.from].transport).c_str()),
-      TAG_IF(!header.empty(), SIPTAG_HEADER_STR(header.c_str())),
-      TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp)),
-      TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str())), TAG_END());
-  exchange.unacknowledged = sent != nullptr;
-  return sent != nullptr;
 }
 
 /// @param prack  null when none is awaited any more

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <stdexcept>
 
+#include "passedHeaders.h"
+
 namespace b2bua {
 
 namespace {
@@ -141,19 +143,27 @@ void Engine::giveUp(Call& call) {
 
 /// The other side may have accepted what comes to nothing, and is told so.
 void Engine::leave(Call& call) {
-  const Exchange& exchange = *call.exchange;
-  if (!exchange.concluded) return;
-  if (!exchange.acknowledged) sendAck(call, "");
-  if (!call.established) sendBye(call.legs[otherOf(exchange.from)]);
+  sendAck(call, "");
+  if (call.exchange->concluded && !call.established && !call.aside)
+    sendBye(call.legs[otherOf(call.exchange->from)]);
 }
 
-void Engine::onBye(Leg& leg, const std::string& headers) {
+void Engine::onBye(Leg& leg, Owned<msg_t> message, const sip_t& bye) {
   Call& call = *leg.call;
+  const std::string headers = passedHeaders(bye, options_.passHeaders);
+  leg.remoteCseq = bye.sip_cseq->cs_seq;
+  if (hasTooManyTransactions()) {
+    reply(std::move(message), 200);
+  } else {
+    const Owned<nta_incoming_t> transaction(
+        nta_incoming_create(agent_.get(), leg.dialog.get(), message.release(), nullptr, TAG_END()));
+    nta_incoming_treply(transaction.get(), 200, sip_status_phrase(200), TAG_END());
+  }
   abandonUpdate(call);
   if (!call.established && !call.exchange->answered) {
     if (leg.side == kCaller) return onCancel(call);
     // It has hung up while its body was on its way.
-    if (call.exchange->concluded && !call.exchange->acknowledged) sendAck(call, "");
+    sendAck(call, "");
     if (call.exchange->concluded) fail(call, 480);
     return;
   }
@@ -167,7 +177,7 @@ void Engine::onBye(Leg& leg, const std::string& headers) {
 /// The call ends while an INVITE is on its way.
 void Engine::dropExchange(Call& call) {
   if (!call.exchange) return;
-  if (call.exchange->concluded && !call.exchange->acknowledged) sendAck(call, "");
+  sendAck(call, "");
   if (!call.exchange->answered && !call.exchange->cancelled) cancel(call, 487);
 }
 

@@ -56,7 +56,6 @@ class Engine {
   void onRequestInDialog(Leg& leg, Owned<msg_t> message, const sip_t& request);
   /// @param header  a line with its name; none when empty
   void reply(Owned<msg_t> message, int status, const std::string& header = "");
-  nta_incoming_t* openTransaction(const Leg& leg, Owned<msg_t> message);
   std::size_t transactions() const;
   bool hasTooManyTransactions() const { return transactions() >= options_.maxTransactions; }
   unsigned long malformed() const;
@@ -69,15 +68,13 @@ class Engine {
   void turnAway(Owned<msg_t> message, Limit limit);
   /// @return the dialog of a request, null when there is none
   Leg* find(const sip_t& request);
-  bool mayBeStored(const sip_t& request) const;
   Found takeOver(const sip_t& request);
-  void onStrayAck(const sip_t& ack);
 
   // calls and dialogs (engine.cpp)
   static int onByeResponse(Leg* listener, nta_outgoing_t* transaction, const sip_t* response);
   Call& addCall(const std::string& id);
   void openDialog(Leg& leg);
-  void onBye(Leg& leg, const std::string& headers);
+  void onBye(Leg& leg, Owned<msg_t> message, const sip_t& bye);
   void onCancel(Call& call);
   void cancel(Call& call, int status);
   void giveUp(Call& call);
@@ -106,22 +103,20 @@ class Engine {
   static int onAckOrCancel(Leg* leg, nta_incoming_t* transaction, const sip_t* request);
   static int onInviteResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response);
   Exchange& beginExchange(Call& call, Kind kind);
-  void onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite);
-  void takeOffer(Call& call, const std::string& body);
+  void onOffer(Leg& leg, Owned<msg_t> message, const sip_t& request);
   void onAck(Leg& leg, const std::string& body);
   void onSuccess(Call& call, const sip_t& response);
   void takeAnswer(Call& call, const sip_t& response);
   void onFailure(Call& call, const sip_t& response);
   void replaceDummy(Call& call);
   void onDummyReplaced(Call& call, const std::string& body);
-  void relayInvite(Call& call);
+  void relayOffer(Call& call);
   void sendOffer(Call& call);
   nta_outgoing_t* send(Leg& leg, sip_method_t method, const char* name, unsigned int cseq,
                        const std::string& body, nta_response_f* onResponse, Leg* receiver,
                        const std::string& header = "");
-  void sendInvite(Call& call, Side to, const std::string& body);
   void sendAck(Call& call, const std::string& body);
-  /// Answers the INVITE of the exchange.
+  /// Answers the request of the exchange.
   void answer(Call& call, int status, const std::string& body = "", const std::string& header = "");
   /// Refuses it, and ends the call when it is the first one.
   void fail(Call& call, int status, const std::string& header = "");
@@ -137,20 +132,15 @@ class Engine {
   bool sendPrack(Call& call, const sip_t& response);
   void passOn(Call& call, const sip_t& response);
   void goOn(Call& call);
-  bool answerReliably(Call& call, int status, const std::string& body, const std::string& header);
   static int onPrack(nta_reliable_magic_t* leg, nta_reliable_t* response, nta_incoming_t* prack,
                      const sip_t* request);
   void onNoPrack(Call& call);
 
-  // UPDATE (update.cpp, earlyUpdate.cpp)
-  void onUpdate(Leg& leg, Owned<msg_t> message, const sip_t& update);
+  // UPDATE (update.cpp)
   static bool mayUpdateEarly(const Call& call, const Leg& leg);
   static void putAside(Call& call);
-  void takeEarlyOffer(Call& call, const std::string& body);
-  static int onEarlyUpdateResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response);
-  void concludeUpdate(Call& call, int status);
   void abandonUpdate(Call& call);
-  void onResponseAside(Call& call, nta_outgoing_t* invite, int status);
+  void conclude(Call& call);
   void onSignOfLife(Leg& leg, Owned<msg_t> message, const sip_t& update);
 
   // session timers (sessionRefresh.cpp)

@@ -16,35 +16,55 @@ namespace {
 
 constexpr unsigned int kMostRepetitions = 2;
 
+/// What a message of the engine has beside what the stack makes; it refers to the texts, empty ones are left out.
+std::array<tagi_t, 5> partsOf(const std::string& contact, const std::string& header,
+                              const std::string& body) {
+  return {{{TAG_IF(!contact.empty(), SIPTAG_CONTACT_STR(contact.c_str()))},
+           {TAG_IF(!header.empty(), SIPTAG_HEADER_STR(header.c_str()))},
+           {TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp))},
+           {TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str()))},
+           {TAG_END()}}};
+}
+
+/// One that is repeated until its PRACK comes is for a caller that insists on that, or knows it and gets a body.
+bool isSentReliably(const sip_t& invite, int status, const std::string& body) {
+  if (status <= 100 || status >= 200) return false;
+  return sip_has_feature(invite.sip_require, k100rel) != 0 ||
+         (!body.empty() && sip_has_feature(invite.sip_supported, k100rel) != 0);
+}
+
 }  // namespace
 
-/// An INVITE that came, the first one of its call included.
-void Engine::onInvite(Leg& leg, nta_incoming_t* transaction, const sip_t& invite) {
+/// An INVITE that came, the first one of its call included, or an UPDATE with a body.
+void Engine::onOffer(Leg& leg, Owned<msg_t> message, const sip_t& request) {
   Call& call = *leg.call;
-  takeTarget(leg, invite);
+  const bool update = request.sip_request->rq_method == sip_method_update;
+  if (call.exchange) putAside(call);
   Exchange& exchange = beginExchange(call, Kind::relayed);
   exchange.from = leg.side;
-  exchange.incoming.reset(transaction);
-  exchange.headers[otherOf(leg.side)] = passedHeaders(invite, options_.passHeaders);
-  nta_incoming_bind(transaction, onAckOrCancel, &leg);
-  nta_incoming_treply(transaction, SIP_100_TRYING, TAG_END());
-  if (call.established) ++counters_.reoffers;
-  const std::optional<std::string> body = sdpOf(invite);
+  exchange.update = update;
+  if (!update) exchange.headers[otherOf(leg.side)] = passedHeaders(request, options_.passHeaders);
+  leg.remoteCseq = request.sip_cseq->cs_seq;
+  takeTarget(leg, request);
+  const std::optional<std::string> body = sdpOf(request);
+  exchange.incoming.reset(
+      nta_incoming_create(agent_.get(), leg.dialog.get(), message.release(), nullptr, TAG_END()));
+  if (!exchange.incoming) return fail(call, 500);
+  if (!update) {
+    nta_incoming_bind(exchange.incoming.get(), onAckOrCancel, &leg);
+    nta_incoming_treply(exchange.incoming.get(), SIP_100_TRYING, TAG_END());
+  }
   if (!body) {
     note(call, "body refused", {{"reason", "it is no application/sdp"}}, LogLevel::warning);
     return fail(call, 415, "Accept: application/sdp");
   }
   if (body->empty()) {
     exchange.kind = call.established ? Kind::late : Kind::dummy;
-    return relayInvite(call);
+    return relayOffer(call);
   }
-  takeOffer(call, *body);
-}
-
-void Engine::takeOffer(Call& call, const std::string& body) {
-  takeBody(call, call.exchange->from, body, false, [this](Call& taken, const BodyRefusal& refusal) {
+  takeBody(call, leg.side, *body, false, [this](Call& taken, const BodyRefusal& refusal) {
     if (refusal) return refuse(taken, refusal);
-    if (!taken.established || !answerFromStore(taken, *taken.exchange)) relayInvite(taken);
+    if (!taken.established || !answerFromStore(taken, *taken.exchange)) relayOffer(taken);
   });
 }
 
@@ -57,7 +77,7 @@ Exchange& Engine::beginExchange(Call& call, Kind kind) {
   return exchange;
 }
 
-void Engine::relayInvite(Call& call) {
+void Engine::relayOffer(Call& call) {
   Exchange& exchange = *call.exchange;
   const Side to = otherOf(exchange.from);
   if (exchange.kind == Kind::dummy) {
@@ -71,48 +91,43 @@ void Engine::relayInvite(Call& call) {
   sendOffer(call);
 }
 
-void Engine::sendOffer(Call& call) {
-  Exchange& exchange = *call.exchange;
-  exchange.reliable.clear();
-  exchange.early.clear();
-  exchange.waiting.reset();
-  const Side to = otherOf(exchange.from);
-  sendInvite(call, to, exchange.kind == Kind::late ? "" : textOf(exchange.sent[to]));
-}
-
 /// Sends a request within a dialog.
 nta_outgoing_t* Engine::send(Leg& leg, sip_method_t method, const char* name, unsigned int cseq,
                              const std::string& body, nta_response_f* onResponse, Leg* receiver,
                              const std::string& header) {
   if (leg.keptCseq != 0 && cseq > leg.keptCseq) keep(*leg.call);
   const std::string number = std::to_string(cseq) + " " + name;
+  const std::string contact = transports_.contact(leg.transport);
   return nta_outgoing_tcreate(leg.dialog.get(), onResponse, receiver, nullptr, method, name, nullptr,
                               SIPTAG_CSEQ_STR(number.c_str()),
-                              SIPTAG_CONTACT_STR(transports_.contact(leg.transport).c_str()),
-                              TAG_IF(!header.empty(), SIPTAG_HEADER_STR(header.c_str())),
-                              TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp)),
-                              TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str())), TAG_END());
+                              TAG_NEXT(partsOf(contact, header, body).data()));
 }
 
-void Engine::sendInvite(Call& call, Side to, const std::string& body) {
-  Leg& leg = call.legs[to];
-  std::string header = kAllow;
-  if (!call.established && call.exchange->kind == Kind::relayed) addLines(header, "Supported: 100rel");
-  addLines(header, sessionRequest(options_.session, leg.timer));
-  addLines(header, call.exchange->headers[to]);
+/// Sends the offer of an exchange, or an INVITE that asks for one; again, when that is worth while.
+void Engine::sendOffer(Call& call) {
   Exchange& exchange = *call.exchange;
+  Leg& leg = call.legs[otherOf(exchange.from)];
+  exchange.concluded = false;
+  exchange.reliable.clear();
+  exchange.early.clear();
+  exchange.waiting.reset();
+  std::string header = kAllow;
+  if (!call.established && exchange.kind == Kind::relayed && !exchange.update)
+    addLines(header, "Supported: 100rel");
+  addLines(header, sessionRequest(options_.session, leg.timer));
+  addLines(header, exchange.headers[leg.side]);
   const bool update = exchange.update && leg.allowsUpdate;
   exchange.acknowledged = update;  // It has no ACK.
-  exchange.outgoing.reset(send(leg, update ? sip_method_update : sip_method_invite,
-                               update ? "UPDATE" : "INVITE", ++leg.cseq, body, onInviteResponse, &leg,
-                               header));
+  exchange.outgoing.reset(send(
+      leg, update ? sip_method_update : sip_method_invite, update ? "UPDATE" : "INVITE", ++leg.cseq,
+      exchange.kind == Kind::late ? "" : textOf(exchange.sent[leg.side]), onInviteResponse, &leg, header));
   if (!exchange.outgoing) return fail(call, 500);
   if (!call.established && !exchange.update) awaitTarget(call);
 }
 
 void Engine::sendAck(Call& call, const std::string& body) {
   Exchange& exchange = *call.exchange;
-  if (!exchange.outgoing) return;  // nothing was relayed
+  if (!exchange.concluded || exchange.acknowledged) return;
   exchange.acknowledged = true;
   // The stack repeats the ACK when the 200 is repeated.
   const unsigned int cseq = nta_outgoing_cseq(exchange.outgoing.get());
@@ -125,7 +140,9 @@ int Engine::onInviteResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t*
   Call& call = *leg->call;
   const int status = response->sip_status->st_status;
   if (call.aside && call.aside->outgoing.get() == transaction) {
-    engine.onResponseAside(call, transaction, status);
+    // A provisional one is left to be repeated.
+    if (status >= 200) call.aside->waiting.reset(nta_outgoing_getresponse(transaction));
+    if (status >= 300) engine.abandonUpdate(call);
     return 0;
   }
   if (!call.exchange || call.exchange->outgoing.get() != transaction || call.exchange->concluded) return 0;
@@ -133,12 +150,13 @@ int Engine::onInviteResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t*
   // Those of a response that waits for its turn do not go with the one that is on its way.
   if (!call.exchange->waits() || status >= 300)
     call.exchange->headers[call.exchange->from] = passedHeaders(*response, engine.options_.passHeaders);
-  if (!call.established && !call.exchange->update) engine.hearTarget(call, status);
+  const bool first = !call.established && !call.exchange->update;
+  if (first) engine.hearTarget(call, status);
   if (status >= 300) {
     engine.onFailure(call, *response);
   } else if (status >= 200) {
     engine.onSuccess(call, *response);
-  } else if (status > 100 && !call.established) {
+  } else if (status > 100 && first) {
     engine.onProgress(call, *response);
   }
   return 0;
@@ -169,7 +187,7 @@ void Engine::takeAnswer(Call& call, const sip_t& response) {
   if (exchange.isKnown(body)) return answer(call, 200, textOf(exchange.sent[exchange.from]));
   if (exchange.kind == Kind::dummyReplaced) return onDummyReplaced(call, body);
   if (exchange.kind == Kind::refresh) return onRefreshAnswered(call, body);
-  if ((exchange.kind == Kind::dummy || exchange.update) && !exchange.acknowledged) sendAck(call, "");
+  if (exchange.kind == Kind::dummy || exchange.update) sendAck(call, "");
   // The answer to the dummy is the target's body, which the caller gets as the offer.
   takeBody(call, side, body, exchange.kind == Kind::relayed, [this](Call& taken, const BodyRefusal& refusal) {
     if (refusal) return refuse(taken, refusal);
@@ -184,12 +202,11 @@ void Engine::onFailure(Call& call, const sip_t& response) {
   Leg& leg = call.legs[otherOf(exchange.from)];
   if (status == 422 && !exchange.cancelled && leg.timer.raiseMinimum(response) &&
       exchange.repetitions++ < kMostRepetitions) {
-    exchange.concluded = false;
-    if (!established) leaveDialog(leg);
+    if (!established && !exchange.update) leaveDialog(leg);
     return sendOffer(call);
   }
-  if (exchange.update && exchange.acknowledged && (status == 405 || status == 501)) {
-    leg.allowsUpdate = exchange.concluded = false;
+  if (established && exchange.update && exchange.acknowledged && (status == 405 || status == 501)) {
+    leg.allowsUpdate = false;
     return sendOffer(call);
   }
   if (exchange.kind == Kind::refresh) {
@@ -197,7 +214,7 @@ void Engine::onFailure(Call& call, const sip_t& response) {
     return onRefreshRefused(leg, status, &response);
   }
   if (tryNext(call, &response)) return;
-  if (established) noteRefused(call);
+  if (established || call.aside) noteRefused(call);
   if (exchange.kind == Kind::dummyReplaced) {
     note(call, "the target refused the offer after the dummy", {{"status", std::to_string(status)}});
     return end(call, "no offer for the target");
@@ -237,36 +254,36 @@ void Engine::noteRefused(Call& call) {
 
 void Engine::answer(Call& call, int status, const std::string& body, const std::string& header) {
   Exchange& exchange = *call.exchange;
+  Leg& leg = call.legs[exchange.from];
+  nta_incoming_t* const incoming = exchange.incoming.get();
   // There is nothing to answer in the engine's own exchange. After the final response the stack would send a
   // provisional one all the same, and read what it has freed.
-  if (!exchange.incoming || nta_incoming_status(exchange.incoming.get()) >= 200) return;
+  if (incoming == nullptr || nta_incoming_status(incoming) >= 200) return;
   exchange.answered = status >= 200 && status < 300;
-  std::string all = std::exchange(exchange.headers[exchange.from], "");
+  const Owned<msg_t> request(nta_incoming_getrequest(incoming));
+  std::string all = std::exchange(exchange.headers[leg.side], "");
   addLines(all, header);
   if (exchange.answered) {
-    const Owned<msg_t> request(nta_incoming_getrequest(exchange.incoming.get()));
     addLines(all, kAllow);
-    addLines(all, agreeTimer(call.legs[exchange.from], *sip_object(request.get())));
+    addLines(all, agreeTimer(leg, *sip_object(request.get())));
+    // All bodies are known, so another process can go on from here, even with the ACK.
+    if (exchange.kind == Kind::relayed || exchange.kind == Kind::local) agree(call);
   }
-  // All bodies are known, so another process can go on from here, even with the ACK.
-  if (exchange.answered && !call.aside && (exchange.kind == Kind::relayed || exchange.kind == Kind::local))
-    agree(call);
-  if (status < 200 && answerReliably(call, status, body, all)) return;
-  nta_incoming_treply(
-      exchange.incoming.get(), status, sip_status_phrase(status),
-      TAG_IF(status < 300,
-             SIPTAG_CONTACT_STR(transports_.contact(call.legs[exchange.from].transport).c_str())),
-      TAG_IF(!all.empty(), SIPTAG_HEADER_STR(all.c_str())),
-      TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp)),
-      TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str())), TAG_END());
-  if (exchange.update && exchange.answered && !call.aside) complete(call);
+  const std::string contact = status < 300 ? transports_.contact(leg.transport) : "";
+  const auto parts = partsOf(contact, all, body);
+  const char* const phrase = sip_status_phrase(status);
+  exchange.unacknowledged =
+      !call.established && isSentReliably(*sip_object(request.get()), status, body) &&
+      nta_reliable_treply(incoming, onPrack, &leg, status, phrase, TAG_NEXT(parts.data())) != nullptr;
+  if (!exchange.unacknowledged) nta_incoming_treply(incoming, status, phrase, TAG_NEXT(parts.data()));
+  if (exchange.update && exchange.answered) complete(call);
 }
 
 void Engine::fail(Call& call, int status, const std::string& header) {
   answer(call, status, "", header);
-  if (call.established) {
+  if (call.established || call.aside) {
     restoreMedia(call);
-    return call.exchange.reset();
+    return conclude(call);
   }
   ++counters_.failed;
   forget(call);
@@ -343,11 +360,12 @@ void Engine::agree(Call& call) {
   const bool waitsForAck = exchange.answered && exchange.outgoing && !exchange.acknowledged;
   call.legs[otherOf(exchange.from)].unacknowledged =
       waitsForAck ? nta_outgoing_cseq(exchange.outgoing.get()) : 0;
-  keep(call);
+  if (!call.aside) keep(call);
 }
 
 void Engine::complete(Call& call) {
   if (!call.exchange->agreed) agree(call);
+  if (call.aside) return conclude(call);
   const bool first = !call.established;
   if (call.exchange->cancelled) restoreMedia(call);
   for (Leg& leg : call.legs) {

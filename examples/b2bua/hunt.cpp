@@ -111,12 +111,8 @@ bool Engine::tryNext(Call& call, const sip_t* response) {
        {{"target", call.hunt.place}, {"status", silent ? "none" : std::to_string(status)}});
   if (status == 503) ++counters_.failovers;
   if (silent) abandon(call);
-  exchange.outgoing.reset();
-  exchange.concluded = false;
-  exchange.reliable.clear();
-  exchange.waiting.reset();
   openTarget(call);
-  sendInvite(call, kTarget, textOf(exchange.sent[kTarget]));
+  sendOffer(call);
   return true;
 }
 

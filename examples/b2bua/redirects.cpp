@@ -13,12 +13,6 @@ namespace {
 constexpr std::size_t kMostContacts = 16;  ///< that are looked at
 constexpr std::size_t kLongestUser = 256;
 
-bool isUser(std::string_view user) {
-  return user.size() <= kLongestUser && std::ranges::all_of(user, [](char c) {
-           return c > ' ' && c < 0x7f && std::string_view("<>\"@").find(c) == std::string_view::npos;
-         });
-}
-
 /// @return the value of the parameter that tells it; TLS for a SIPS URI, which wants nothing less
 std::string transportIn(const url_t& url) {
   char text[8] = "";
@@ -38,7 +32,8 @@ std::string uriOf(const url_t& url, const TransportOptions& ways) {
   if (host_is_ip4_address(url.url_host) == 0 && host_is_ip6_reference(url.url_host) == 0) return "";
   const std::string transport = transportIn(url);
   const std::string user = url.url_user != nullptr ? url.url_user : "";
-  if (!isUser(user) || !ways.has(transport.empty() ? "udp" : transport)) return "";
+  if (user.size() > kLongestUser || !isUser(user) || !ways.has(transport.empty() ? "udp" : transport))
+    return "";
   const std::string port = url.url_port != nullptr ? url.url_port : transport == "tls" ? "5061" : "5060";
   return "sip:" + (user.empty() ? "" : user + "@") + url.url_host + ":" + port +
          (transport.empty() ? "" : ";transport=" + transport);
@@ -51,6 +46,13 @@ double preferenceOf(const sip_contact_t& contact) {
 }
 
 }  // namespace
+
+bool isUser(std::string_view user) {
+  return std::ranges::all_of(user, [](unsigned char c) {
+    return c > ' ' && c != 0x7f &&
+           std::string_view("<>\"@").find(static_cast<char>(c)) == std::string_view::npos;
+  });
+}
 
 std::vector<std::string> redirectionsIn(const sip_t& response, const TransportOptions& ways) {
   std::vector<std::pair<double, std::string>> found;

@@ -6,23 +6,31 @@
 #include <random>
 
 #include "engine.h"
-#include "passedHeaders.h"
+#include "multipart.h"
+#include "redirects.h"
 
 namespace b2bua {
 
 namespace {
 
-constexpr const char* kExtensions = "100rel, timer";
+constexpr std::array kExtensions = {k100rel, kTimer};
+constexpr std::size_t kMostUnsupported = 32;  ///< extensions that are told
 constexpr std::size_t kIdSize = 16;
 constexpr unsigned long kMostUnknownTags = 5;  ///< asked for in the store within a second
 
-Side sideOf(const std::string& tag) { return tag.ends_with("-c") ? kCaller : kTarget; }
+/// A call, and one of its sides.
+struct Place {
+  std::string id;
+  Side side = kCaller;
+};
 
-std::string tagIn(const sip_t& request) {
-  return request.sip_to->a_tag != nullptr ? request.sip_to->a_tag : "";
+/// @return what the engine's tag in a request names; none when it is none of the engine's
+std::optional<Place> placeIn(const sip_t& request) {
+  const std::string tag = request.sip_to->a_tag != nullptr ? request.sip_to->a_tag : "";
+  const Place place{tag.substr(0, kIdSize), tag.ends_with("-c") ? kCaller : kTarget};
+  return place.id.size() == kIdSize && tag == tagOf(place.id, place.side) ? std::optional(place)
+                                                                          : std::nullopt;
 }
-
-std::string idOf(const std::string& tag) { return tag.substr(0, tag.rfind('-')); }
 
 /// @return whether a request belongs to a dialog; the party's tag may be unknown yet
 bool isOf(const Leg& leg, const sip_t& request) {
@@ -32,20 +40,28 @@ bool isOf(const Leg& leg, const sip_t& request) {
          (request.sip_from->a_tag != nullptr && std::string_view(party) == request.sip_from->a_tag);
 }
 
-/// @return a header with the extensions that the other side insists on and that are none here (RFC 3261 8.2.2.3)
+/// @return a header with extensions that the other side insists on and that are none here (RFC 3261 8.2.2.3); some of
+///   them when there are many
 std::string unsupportedIn(const sip_t& request) {
-  if (request.sip_require == nullptr) return "";
-  su_home_t home[1] = {SU_HOME_INIT(home)};
-  const sip_supported_t* const supported = sip_supported_make(home, kExtensions);
-  const sip_unsupported_t* const unsupported = sip_has_unsupported(home, supported, request.sip_require);
-  std::string header = unsupported == nullptr ? "" : "Unsupported: " + headerText(unsupported);
-  su_home_deinit(home);
+  std::string header;
+  std::size_t count = 0;
+  const msg_param_t* each = request.sip_require != nullptr ? request.sip_require->k_items : nullptr;
+  for (; each != nullptr && *each != nullptr && count < kMostUnsupported; ++each) {
+    if (std::ranges::any_of(kExtensions, [each](const char* own) { return su_casematch(*each, own) != 0; }))
+      continue;
+    header += (count++ == 0 ? "Unsupported: " : ", ") + std::string(*each);
+  }
   return header;
+}
+
+/// @return a header that tells when to try again, at a time that others do not choose, too
+std::string retryAfter() {
+  return "Retry-After: " + std::to_string(std::stoul(randomText(), nullptr, 16) % 11);
 }
 
 /// @return headers that tell what the engine takes (RFC 3261 11.2)
 std::string abilities() {
-  return std::string(kAllow) + "\r\nAccept: application/sdp, multipart/mixed\r\nSupported: " + kExtensions;
+  return std::string(kAllow) + "\r\nAccept: application/sdp, multipart/mixed\r\nSupported: 100rel, timer";
 }
 
 }  // namespace
@@ -67,9 +83,10 @@ int Engine::onMessage(Engine* engine, nta_agent_t*, msg_t* message, sip_t* conte
     return 0;
   }
   // Responses come too late.
-  if (content == nullptr || content->sip_request == nullptr) return 0;
+  if (content->sip_request == nullptr) return 0;
   if (content->sip_request->rq_method == sip_method_ack) {
-    engine->onStrayAck(*content);
+    // The 200 of its call came from another process, and it is the other party's, too.
+    engine->takeOver(*content);
   } else {
     engine->onRequest(std::move(owner), *content);
   }
@@ -150,7 +167,7 @@ void Engine::onRequest(Owned<msg_t> message, const sip_t& request) {
     giveAway(*leg->call);
     leg = nullptr;
   }
-  if (leg == nullptr && mayBeStored(request)) {
+  if (leg == nullptr) {
     // It may be of a call in the store, and is repeated; an answer would end that call.
     if (takeOver(request) == Found::unknown) return;
     leg = find(request);
@@ -159,37 +176,31 @@ void Engine::onRequest(Owned<msg_t> message, const sip_t& request) {
   onRequestInDialog(*leg, std::move(message), request);
 }
 
-nta_incoming_t* Engine::openTransaction(const Leg& leg, Owned<msg_t> message) {
-  return nta_incoming_create(agent_.get(), leg.dialog.get(), message.release(), nullptr, TAG_END());
-}
-
 void Engine::onRequestInDialog(Leg& leg, Owned<msg_t> message, const sip_t& request) {
-  const bool bye = request.sip_request->rq_method == sip_method_bye;
+  const sip_method_t method = request.sip_request->rq_method;
+  Call& call = *leg.call;
   if (request.sip_cseq->cs_seq < leg.remoteCseq) return reply(std::move(message), 500);
   // As a sign that the call is there it says enough; its number is that of no other request.
-  if (request.sip_request->rq_method == sip_method_options)
-    return reply(std::move(message), 200, abilities());
-  if (request.sip_request->rq_method == sip_method_update) return onUpdate(leg, std::move(message), request);
-  if (!bye && leg.call->exchange) return reply(std::move(message), 491);
-  if (const auto limit = bye ? std::nullopt : limitOfReoffers()) return turnAway(std::move(message), *limit);
-  leg.remoteCseq = request.sip_cseq->cs_seq;
-  const std::string passed = bye ? passedHeaders(request, options_.passHeaders) : "";
-  if (bye && hasTooManyTransactions()) {
-    reply(std::move(message), 200);
-    return onBye(leg, passed);
+  if (method == sip_method_options) return reply(std::move(message), 200, abilities());
+  if (method == sip_method_bye) return onBye(leg, std::move(message), request);
+  const bool update = method == sip_method_update;
+  const std::optional<std::string> body = sdpOf(request);
+  if (update && !body) return reply(std::move(message), 415, "Accept: application/sdp");
+  if (update && body->empty()) return onSignOfLife(leg, std::move(message), request);
+  if (call.exchange && !(update && mayUpdateEarly(call, leg))) {
+    // An offer of its own that has no answer yet, or one that the party has not answered.
+    const bool own = update && call.exchange->incoming && call.exchange->from == leg.side;
+    return own ? reply(std::move(message), 500, retryAfter()) : reply(std::move(message), 491);
   }
-  const Owned<msg_t> kept(
-      msg_ref_create(message.get()));  // the request is read while its transaction may end
-  nta_incoming_t* const transaction = openTransaction(leg, std::move(message));
-  if (transaction == nullptr) return;
-  if (!bye) return onInvite(leg, transaction, request);
-  nta_incoming_treply(transaction, 200, sip_status_phrase(200), TAG_END());
-  nta_incoming_destroy(transaction);
-  onBye(leg, passed);
+  if (const auto limit = limitOfReoffers()) return turnAway(std::move(message), *limit);
+  ++counters_.reoffers;
+  onOffer(leg, std::move(message), request);
 }
 
 void Engine::onFirstInvite(Owned<msg_t> message, const sip_t& invite) {
-  if (invite.sip_contact == nullptr || invite.sip_from->a_tag == nullptr)
+  const char* const user = invite.sip_request->rq_url->url_user;
+  if (invite.sip_contact == nullptr || invite.sip_from->a_tag == nullptr ||
+      (user != nullptr && !isUser(user)))
     return reply(std::move(message), 400);
   if (const auto limit = limitOfCalls(msg_addr(message.get())->su_sa))
     return turnAway(std::move(message), *limit);
@@ -201,67 +212,46 @@ void Engine::onFirstInvite(Owned<msg_t> message, const sip_t& invite) {
   caller.local = headerText(invite.sip_to) + ";tag=" + tagOf(id, kCaller);
   caller.remote = headerText(invite.sip_from);
   caller.contact = headerText(invite.sip_contact);
-  caller.remoteCseq = invite.sip_cseq->cs_seq;
   caller.transport = transports_.of(message.get());
   openDialog(caller);
   nta_leg_server_route(caller.dialog.get(), invite.sip_record_route, invite.sip_contact);
 
-  Leg& target = call.legs[kTarget];
   sip_from_t from = *invite.sip_from;
   from.a_params = nullptr;
-  target.local = headerText(&from) + ";tag=" + tagOf(id, kTarget);
-  beginHunt(call, invite.sip_request->rq_url->url_user);
+  call.legs[kTarget].local = headerText(&from) + ";tag=" + tagOf(id, kTarget);
+  beginHunt(call, user);
   sip_from_t named = *invite.sip_from;
   named.a_url->url_password = nullptr;
   note(call, "invited", {{"by", headerText(&named)}});
-  const Owned<msg_t> kept(msg_ref_create(message.get()));
-  nta_incoming_t* const transaction = openTransaction(caller, std::move(message));
-  if (transaction == nullptr) {
-    calls_.erase(id);
-    return;
-  }
-  onInvite(caller, transaction, invite);
+  onOffer(caller, std::move(message), invite);
 }
 
 Leg* Engine::find(const sip_t& request) {
-  const std::string tag = tagIn(request);
-  const auto call = calls_.find(idOf(tag));
-  if (call == calls_.end() || tag != tagOf(call->first, sideOf(tag))) return nullptr;
-  Leg& leg = call->second.legs[sideOf(tag)];
+  const std::optional<Place> place = placeIn(request);
+  const auto call = place ? calls_.find(place->id) : calls_.end();
+  if (call == calls_.end()) return nullptr;
+  Leg& leg = call->second.legs[place->side];
   return isOf(leg, request) ? &leg : nullptr;
-}
-
-/// @return whether a request names a call that a former process may have kept
-bool Engine::mayBeStored(const sip_t& request) const {
-  const std::string tag = tagIn(request);
-  const std::string id = idOf(tag);
-  return store_.isUsed() && id.size() == kIdSize && tag == tagOf(id, sideOf(tag)) && !calls_.contains(id);
-}
-
-/// The 200 of this call came from another process, and its ACK is the other party's.
-void Engine::onStrayAck(const sip_t& ack) {
-  if (ack.sip_to != nullptr && mayBeStored(ack)) takeOver(ack);
 }
 
 /// Goes on with the call of a request that only the store knows.
 Found Engine::takeOver(const sip_t& request) {
+  const std::optional<Place> place = placeIn(request);
+  if (!store_.isUsed() || !place || calls_.contains(place->id)) return Found::no;
   if (unknownTags_.sum() >= kMostUnknownTags || calls_.size() >= options_.maxCalls) {
     ++counters_.of(calls_.size() >= options_.maxCalls ? Limit::calls : Limit::unknownTags);
     return Found::unknown;
   }
-  const std::string tag = tagIn(request);
-  const std::string id = idOf(tag);
-  const Side side = sideOf(tag);
-  Call& call = addCall(id);
+  Call& call = addCall(place->id);
   Found found = store_.load(call);
   if (found == Found::yes) {
     for (Leg& leg : call.legs) openDialog(leg);
-    if (!call.legs[otherOf(side)].dialog || !isOf(call.legs[side], request)) found = Found::no;
+    if (!call.legs[otherOf(place->side)].dialog || !isOf(call.legs[place->side], request)) found = Found::no;
   }
   if (found == Found::no) unknownTags_.add();
   if (found == Found::yes && !store_.claim(call)) found = Found::unknown;
   if (found != Found::yes) {
-    calls_.erase(id);
+    calls_.erase(place->id);
     return found;
   }
   call.established = call.kept = call.takenOver = true;

@@ -11,7 +11,6 @@ namespace {
 
 using std::chrono::seconds;
 
-constexpr const char* kTimer = "timer";
 constexpr unsigned long kLongest = 604'800;  ///< what a party may ask for
 constexpr unsigned long kMargin = 32;        ///< before its end a session counts as over, a third at most
 constexpr unsigned long kBetweenTries = 4;

@@ -39,6 +39,8 @@ struct Release {
   void operator()(nta_outgoing_t* transaction) const { nta_outgoing_destroy(transaction); }
 };
 
+constexpr const char* k100rel = "100rel";
+constexpr const char* kTimer = "timer";
 constexpr const char* kAllow = "Allow: INVITE, ACK, CANCEL, BYE, OPTIONS, PRACK, UPDATE";
 
 template <typename Object>

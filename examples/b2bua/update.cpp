@@ -1,54 +1,55 @@
-// UPDATE within a call (RFC 3311): a sign of life when it has no body, else an offer without an ACK.
+// UPDATE (RFC 3311): a sign of life when it has no body, else an offer without an ACK.
+//
+// Before the call is answered its exchange takes the place of the INVITE's, which is put aside meanwhile: whatever ends
+// that one refuses the UPDATE first.
+
+#include <utility>
 
 #include "engine.h"
-#include "multipart.h"
+#include "passedHeaders.h"
 
 namespace b2bua {
-
-namespace {
-
-/// @return a header that tells when to try again, at a time that others do not choose, too
-std::string retryAfter() {
-  return "Retry-After: " + std::to_string(std::stoul(randomText(), nullptr, 16) % 11);
-}
-
-}  // namespace
-
-void Engine::onUpdate(Leg& leg, Owned<msg_t> message, const sip_t& update) {
-  const std::optional<std::string> body = sdpOf(update);
-  if (!body) return reply(std::move(message), 415, "Accept: application/sdp");
-  if (body->empty()) return onSignOfLife(leg, std::move(message), update);
-  Call& call = *leg.call;
-  const bool early = call.exchange && mayUpdateEarly(call, leg);
-  if (call.exchange && !early) {
-    // An offer of its own that has no answer yet, or one that the party has not answered.
-    const bool own = call.exchange->incoming && call.exchange->from == leg.side;
-    return own ? reply(std::move(message), 500, retryAfter()) : reply(std::move(message), 491);
-  }
-  if (const auto limit = limitOfReoffers()) return turnAway(std::move(message), *limit);
-  leg.remoteCseq = update.sip_cseq->cs_seq;
-  takeTarget(leg, update);
-  nta_incoming_t* const transaction = openTransaction(leg, std::move(message));
-  if (transaction == nullptr) return;
-  if (early) putAside(call);
-  Exchange& exchange = beginExchange(call, Kind::relayed);
-  exchange.from = leg.side;
-  exchange.update = true;
-  exchange.incoming.reset(transaction);
-  ++counters_.reoffers;
-  early ? takeEarlyOffer(call, *body) : takeOffer(call, *body);
-}
 
 /// Answered without a transaction.
 void Engine::onSignOfLife(Leg& leg, Owned<msg_t> message, const sip_t& update) {
   leg.remoteCseq = update.sip_cseq->cs_seq;
   const std::string before = leg.timer.text();
   takeTarget(leg, update);
-  const std::string timer = agreeTimer(leg, update);
-  reply(std::move(message), 200,
-        std::string(kAllow) + "\r\nContact: " + transports_.contact(leg.transport) +
-            (timer.empty() ? "" : "\r\n" + timer));
+  std::string header = std::string(kAllow) + "\r\nContact: " + transports_.contact(leg.transport);
+  addLines(header, agreeTimer(leg, update));
+  reply(std::move(message), 200, header);
   if (leg.call->kept && leg.timer.text() != before) keep(*leg.call);
+}
+
+/// @return whether both parties have an answer that is acknowledged, and the other one can be sent an UPDATE
+bool Engine::mayUpdateEarly(const Call& call, const Leg& leg) {
+  const Exchange& exchange = *call.exchange;
+  return !call.established && !call.aside && exchange.settled && !exchange.concluded && !exchange.cancelled &&
+         !exchange.waits() && call.legs[otherOf(leg.side)].allowsUpdate;
+}
+
+/// What both have by now counts for what follows.
+void Engine::putAside(Call& call) {
+  Exchange& exchange = *call.exchange;
+  for (Leg& leg : call.legs) {
+    if (exchange.updated) break;
+    leg.received = exchange.received[leg.side];
+    leg.sent = exchange.sent[leg.side];
+  }
+  exchange.updated = true;
+  call.aside = std::move(call.exchange);
+}
+
+void Engine::abandonUpdate(Call& call) {
+  if (!call.aside) return;
+  if (call.exchange->outgoing) noteRefused(call);
+  fail(call, 500);
+}
+
+/// The exchange is over; one that was put aside goes on.
+void Engine::conclude(Call& call) {
+  call.exchange = std::move(call.aside);
+  if (call.exchange) goOn(call);
 }
 
 }  // namespace b2bua

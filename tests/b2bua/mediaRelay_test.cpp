@@ -352,6 +352,22 @@ TEST_F(MediaRelay, HearsAgainOnWhatWasAgreedWhenAReOfferIsCancelled) {
   EXPECT_EQ(commandsOf(relay_.requests()), "offer answer offer offer answer");
 }
 
+TEST_F(MediaRelay, HearsAgainOnWhatWasAgreedWhenAnEarlyUpdateIsRefused) {
+  start();
+  agreeEarly();
+  caller_.request(engine_->address(), {.method = "UPDATE", .cseq = 3, .toTag = tag_, .body = kHold});
+  answer(atTarget("UPDATE "), "488 Not Acceptable Here");
+  EXPECT_NE(atCaller("SIP/2.0 488 ", "CSeq: 3 UPDATE"), "");
+  ASSERT_TRUE(relay_.waitFor("answer", 2));
+  const std::vector<RelayRequest> requests = relay_.requests();
+  ASSERT_EQ(commandsOf(requests), "offer answer offer offer answer");
+  EXPECT_EQ(requests[3].texts.at("sdp"), kOffer);
+  EXPECT_EQ(requests[4].texts.at("sdp"), kAnswer);
+  // The call goes on.
+  answer(invited_, "200 OK", kAnswer);
+  EXPECT_NE(atCaller("SIP/2.0 200 ", "CSeq: 1 INVITE"), "");
+}
+
 // -- what it should not say
 
 TEST_F(MediaRelay, WhatIsNoReplyIsDropped) {

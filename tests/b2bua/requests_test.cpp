@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <csignal>
 
 #include "twoParties.h"
@@ -182,6 +183,36 @@ TEST_F(Requests, WhatInsistsOnAnExtensionIsRefused) {
   EXPECT_EQ(statusOf(response), 420) << response;
   EXPECT_EQ(headerOf(response, "Unsupported"), "precondition");
   EXPECT_EQ(raised(engine_->stop()), Counters{});
+}
+
+// What is told of them is bounded.
+TEST_F(Requests, WhatInsistsOnHundredsOfExtensionsIsRefused) {
+  start();
+  std::string names;
+  for (int i = 0; i < 400; ++i) names += (i == 0 ? "x" : ",x") + std::to_string(i);
+  const std::string response = ask({.body = kOffer, .header = "Require: " + names + "\r\n"});
+  EXPECT_EQ(statusOf(response), 420);
+  const std::string unsupported = headerOf(response, "Unsupported");
+  EXPECT_TRUE(unsupported.starts_with("x0, x1, x2")) << unsupported;
+  EXPECT_EQ(std::ranges::count(unsupported, ','), 31);
+  // What is known among them is no reason, whatever its place and case.
+  const std::string known =
+      ask({.method = "OPTIONS", .call = 30, .header = "Require: timer, 100REL\r\nRequire: x\r\n"});
+  EXPECT_EQ(headerOf(known, "Unsupported"), "x");
+}
+
+// It would not stand between < and > in what goes on.
+TEST_F(Requests, AUserThatBreaksItsUriIsRefused) {
+  start();
+  int call = 0;
+  for (const char* user : {"bo>b", "bo<b", "bo\"b"}) {
+    caller_.request(engine_->address(), {.call = ++call, .user = user, .body = kOffer});
+    const std::string response = atCaller("SIP/2.0 4");
+    EXPECT_EQ(statusOf(response), 400) << user << response;
+  }
+  EXPECT_EQ(raised(engine_->counters()), Counters{});
+  caller_.request(engine_->address(), {.call = ++call, .user = "bo%3Eb;x=1", .body = kOffer});
+  EXPECT_TRUE(atTarget("INVITE ").starts_with("INVITE sip:bo%3Eb;x=1@"));
 }
 
 TEST_F(Requests, AnEngineThatEndsEndsACallThatWaitsForItsAck) {

@@ -56,6 +56,18 @@ class TwoParties : public Calls {
     return tag_;
   }
 
+  /// Begins a call whose parties have agreed reliably before it is answered.
+  /// @param asked  header of the INVITE, with its CR LF
+  void agreeEarly(const std::string& asked = "") {
+    invited_ = invite({.body = kOffer, .header = asked + "Supported: 100rel\r\n"});
+    answer(invited_, "183 Session Progress\r\nAllow: UPDATE\r\nRequire: 100rel\r\nRSeq: 1", kAnswer);
+    answer(atTarget("PRACK "), "200 OK");
+    const std::string early = atCaller("SIP/2.0 183 ");
+    tag_ = toTagOf(early);
+    const std::string rack = "RAck: " + headerOf(early, "RSeq") + " 1 INVITE\r\n";
+    EXPECT_EQ(statusOf(ask({.method = "PRACK", .cseq = 2, .toTag = tag_, .header = rack})), 200);
+  }
+
   /// Sends a request of the target within the dialog that the INVITE began.
   void requestOfTarget(const std::string& method, int cseq, const std::string& body = "",
                        const std::string& header = "") const {

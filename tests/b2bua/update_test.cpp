@@ -184,13 +184,7 @@ class EarlyUpdates : public Updates {
  protected:
   void agree(const std::string& allowed = "Allow: UPDATE\r\n") {
     start();
-    invited_ = invite({.body = kOffer, .header = allowed + "Supported: 100rel\r\n"});
-    answer(invited_, "183 Session Progress\r\nAllow: UPDATE\r\nRequire: 100rel\r\nRSeq: 1", kAnswer);
-    answer(atTarget("PRACK "), "200 OK");
-    const std::string early = atCaller("SIP/2.0 183 ");
-    tag_ = toTagOf(early);
-    const std::string rack = "RAck: " + headerOf(early, "RSeq") + " 1 INVITE\r\n";
-    EXPECT_EQ(statusOf(ask({.method = "PRACK", .cseq = 2, .toTag = tag_, .header = rack})), 200);
+    agreeEarly(allowed);
   }
 
   void hold() const {

@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 
 #include "mediaPolicy.h"
@@ -76,6 +77,13 @@ enum class Kind {
   refresh         ///< the engine's own INVITE, with the body that the party has
 };
 
+/// What a request is answered with.
+struct Response {
+  int status = 0;
+  std::string body;
+  std::string headers;  ///< lines
+};
+
 /// An INVITE or UPDATE on its way, and what is to be kept of it when it succeeds.
 struct Exchange {
   Kind kind = Kind::relayed;
@@ -94,15 +102,16 @@ struct Exchange {
   unsigned int repetitions = 0;  ///< of the INVITE that went out, since the session was to last longer
   unsigned int provisional = 0;  ///< responses that came
   std::map<std::string, unsigned long>
-      reliable;                   ///< number of the last one of each early dialog that had a PRACK
-  std::string early;              ///< body of one, when it could be used
-  bool bodyOnWay = false;         ///< that of a provisional response
-  bool answeredReliably = false;  ///< the target has its PRACK for it
-  bool settled = false;           ///< and from the caller the engine has one
-  bool updated = false;           ///< by an UPDATE since
-  bool unacknowledged = false;    ///< the one that went back waits for its PRACK
-  Owned<msg_t> waiting;           ///< the response that came last meanwhile
-  bool relayed = false;           ///< the media relay was asked about its bodies
+      reliable;                      ///< number of the last one of each early dialog that had a PRACK
+  std::string early;                 ///< body of one, when it could be used
+  bool bodyOnWay = false;            ///< that of a provisional response
+  bool answeredReliably = false;     ///< the target has its PRACK for it
+  bool settled = false;              ///< and from the caller the engine has one
+  bool updated = false;              ///< by an UPDATE since
+  bool unacknowledged = false;       ///< the one that went back waits for its PRACK
+  Owned<msg_t> waiting;              ///< the response that came last meanwhile
+  bool relayed = false;              ///< the media relay was asked about its bodies
+  std::optional<Response> response;  ///< a 200 that goes out when the store has the call
   OfferChanges changes{};
   std::array<Body, 2> received;        ///< from each side
   std::array<Body, 2> sent;            ///< to each side
@@ -147,6 +156,7 @@ struct Call {
   std::chrono::steady_clock::time_point keptAt{};  ///< the last time
   bool lookedAfter = false;                        ///< it is in the queue for that
   bool takenOver = false;                          ///< from another process
+  unsigned int turn = 0;                           ///< how many other ones have had it
   /// As large as all else, so an established call has none.
   std::unique_ptr<Exchange> exchange;
   /// That of the first INVITE, while one of an UPDATE is in its place.

@@ -78,10 +78,11 @@ Snapshot Engine::snapshot() const {
 }
 
 void Engine::showCounters() const {
-  Counters all = snapshot().counters;
+  const Counters all = snapshot().counters;
   std::printf("counters");
   for (const CounterName& counter : kCounterNames) std::printf(" %s=%lu", counter.name, all.*counter.value);
-  std::printf(" to_keep=%zu overload=%lu active=%zu\n", toLookAfter_.size(), all.overload(), calls_.size());
+  std::printf(" to_keep=%zu overload=%lu active=%zu\n", toKeep_.size() + toLookAfter_.size(), all.overload(),
+              calls_.size());
   std::fflush(stdout);
 }
 
@@ -177,6 +178,8 @@ void Engine::onBye(Leg& leg, Owned<msg_t> message, const sip_t& bye) {
 /// The call ends while an INVITE is on its way.
 void Engine::dropExchange(Call& call) {
   if (!call.exchange) return;
+  sendAnswer(call);
+  if (!call.exchange) return;
   sendAck(call, "");
   if (!call.exchange->answered && !call.exchange->cancelled) cancel(call, 487);
 }
@@ -219,6 +222,7 @@ bool Engine::idle() const {
 
 void Engine::finish() {
   drain();
+  keepAll();
   std::vector<Call*> calls;
   for (auto& [id, call] : calls_) calls.push_back(&call);
   for (Call* const call : calls) {

@@ -118,6 +118,7 @@ class Engine {
   void sendAck(Call& call, const std::string& body);
   /// Answers the request of the exchange.
   void answer(Call& call, int status, const std::string& body = "", const std::string& header = "");
+  void sendAnswer(Call& call);
   /// Refuses it, and ends the call when it is the first one.
   void fail(Call& call, int status, const std::string& header = "");
   void refuse(Call& call, const BodyRefusal& refusal);
@@ -170,6 +171,9 @@ class Engine {
 
   // what the store has of the calls (keeping.cpp)
   void keep(Call& call);
+  void keepAll();
+  bool save(const std::vector<Call*>& calls);
+  void announceInvite(Leg& leg);
   void lookAfter(Call& call);
   void lookAfter(const std::string& id);
   bool isOwn(const Call& call);
@@ -216,7 +220,9 @@ class Engine {
   std::size_t memory_ = 0;  ///< resident, read within the last second
   Sources sources_;
   Gate gate_{sources_, options_.maxMessagesPerSource};
-  PerSecond unknownTags_;  ///< asked for in the store, in vain
+  PerSecond unknownTags_;                                           ///< asked for in the store, in vain
+  std::deque<std::string> toKeep_;                                  ///< IDs of calls
+  std::optional<std::chrono::steady_clock::time_point> awaySince_;  ///< the store, when calls were to be kept
   std::deque<std::string>
       toLookAfter_;  ///< IDs of calls that the store may not have, or of ended ones that it may have
   std::vector<std::string> acknowledged_;  ///< IDs of calls; the store is still to hear of their ACKs

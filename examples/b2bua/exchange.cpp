@@ -95,7 +95,7 @@ void Engine::relayOffer(Call& call) {
 nta_outgoing_t* Engine::send(Leg& leg, sip_method_t method, const char* name, unsigned int cseq,
                              const std::string& body, nta_response_f* onResponse, Leg* receiver,
                              const std::string& header) {
-  if (leg.keptCseq != 0 && cseq > leg.keptCseq) keep(*leg.call);
+  if (leg.keptCseq != 0 && cseq >= leg.keptCseq) keep(*leg.call);
   const std::string number = std::to_string(cseq) + " " + name;
   const std::string contact = transports_.contact(leg.transport);
   return nta_outgoing_tcreate(leg.dialog.get(), onResponse, receiver, nullptr, method, name, nullptr,
@@ -118,8 +118,10 @@ void Engine::sendOffer(Call& call) {
   addLines(header, exchange.headers[leg.side]);
   const bool update = exchange.update && leg.allowsUpdate;
   exchange.acknowledged = update;  // It has no ACK.
+  const unsigned int cseq = ++leg.cseq;
+  if (!update) announceInvite(leg);
   exchange.outgoing.reset(send(
-      leg, update ? sip_method_update : sip_method_invite, update ? "UPDATE" : "INVITE", ++leg.cseq,
+      leg, update ? sip_method_update : sip_method_invite, update ? "UPDATE" : "INVITE", cseq,
       exchange.kind == Kind::late ? "" : textOf(exchange.sent[leg.side]), onInviteResponse, &leg, header));
   if (!exchange.outgoing) return fail(call, 500);
   if (!call.established && !exchange.update) awaitTarget(call);
@@ -210,7 +212,7 @@ void Engine::onFailure(Call& call, const sip_t& response) {
     return sendOffer(call);
   }
   if (exchange.kind == Kind::refresh) {
-    call.exchange.reset();
+    conclude(call);
     return onRefreshRefused(leg, status, &response);
   }
   if (tryNext(call, &response)) return;
@@ -249,7 +251,9 @@ void Engine::noteRefused(Call& call) {
   const Side to = otherOf(call.exchange->from);
   if (!call.exchange->sent[to].isSdpPresent()) return;
   call.legs[to].refused = std::make_unique<Body>(call.exchange->sent[to]);
-  if (call.kept) keep(call);
+  if (!call.kept) return;
+  keep(call);
+  keepAll();
 }
 
 void Engine::answer(Call& call, int status, const std::string& body, const std::string& header) {
@@ -258,19 +262,31 @@ void Engine::answer(Call& call, int status, const std::string& body, const std::
   nta_incoming_t* const incoming = exchange.incoming.get();
   // There is nothing to answer in the engine's own exchange. After the final response the stack would send a
   // provisional one all the same, and read what it has freed.
-  if (incoming == nullptr || nta_incoming_status(incoming) >= 200) return;
+  if (incoming == nullptr || exchange.response || nta_incoming_status(incoming) >= 200) return;
   exchange.answered = status >= 200 && status < 300;
-  const Owned<msg_t> request(nta_incoming_getrequest(incoming));
   std::string all = std::exchange(exchange.headers[leg.side], "");
   addLines(all, header);
   if (exchange.answered) {
+    const Owned<msg_t> request(nta_incoming_getrequest(incoming));
     addLines(all, kAllow);
     addLines(all, agreeTimer(leg, *sip_object(request.get())));
-    // All bodies are known, so another process can go on from here, even with the ACK.
-    if (exchange.kind == Kind::relayed || exchange.kind == Kind::local) agree(call);
   }
+  exchange.response = {status, body, all};
+  const bool known = exchange.answered && (exchange.kind == Kind::relayed || exchange.kind == Kind::local);
+  if (known) agree(call);
+  // Another process can go on from here, even with the ACK, when the store has the call.
+  if (!known || call.aside || !store_.isUsed()) sendAnswer(call);
+}
+
+void Engine::sendAnswer(Call& call) {
+  if (!call.exchange || !call.exchange->response) return;
+  Exchange& exchange = *call.exchange;
+  Leg& leg = call.legs[exchange.from];
+  nta_incoming_t* const incoming = exchange.incoming.get();
+  const Owned<msg_t> request(nta_incoming_getrequest(incoming));
+  const auto [status, body, headers] = *std::exchange(exchange.response, std::nullopt);
   const std::string contact = status < 300 ? transports_.contact(leg.transport) : "";
-  const auto parts = partsOf(contact, all, body);
+  const auto parts = partsOf(contact, headers, body);
   const char* const phrase = sip_status_phrase(status);
   exchange.unacknowledged =
       !call.established && isSentReliably(*sip_object(request.get()), status, body) &&
@@ -357,9 +373,6 @@ void Engine::agree(Call& call) {
     const bool offeredByFrom = exchange.kind != Kind::late;
     leg.answered = (leg.side == exchange.from) == offeredByFrom && exchange.kind != Kind::dummy;
   }
-  const bool waitsForAck = exchange.answered && exchange.outgoing && !exchange.acknowledged;
-  call.legs[otherOf(exchange.from)].unacknowledged =
-      waitsForAck ? nta_outgoing_cseq(exchange.outgoing.get()) : 0;
   if (!call.aside) keep(call);
 }
 
@@ -368,10 +381,7 @@ void Engine::complete(Call& call) {
   if (call.aside) return conclude(call);
   const bool first = !call.established;
   if (call.exchange->cancelled) restoreMedia(call);
-  for (Leg& leg : call.legs) {
-    if (std::exchange(leg.unacknowledged, 0) != 0 && call.kept) acknowledged_.push_back(call.id);
-  }
-  call.exchange.reset();
+  conclude(call);
   call.established = true;
   if (first) {
     ++counters_.established;

@@ -17,22 +17,55 @@ constexpr milliseconds kBetweenPortions{100};        ///< so 500 a second
 constexpr std::chrono::minutes kBetweenLooks{10};    ///< through all calls
 constexpr std::chrono::hours kLongestUnkept{6};      ///< records go by themselves after a day
 constexpr std::chrono::seconds kBetweenPings{1};     ///< that a lost server is noticed
+constexpr std::chrono::seconds kLongestDelay{3};     ///< of a 200, by a store that is away
 constexpr std::size_t kMostToLookAfter = 2'000'000;  ///< ended calls of a long outage go by themselves
 
 }  // namespace
 
 void Engine::keep(Call& call) {
   if (!store_.isUsed()) return;
-  call.kept = true;
-  call.outdated = !store_.save({&call});
-  if (!call.outdated) {
-    call.keptAt = std::chrono::steady_clock::now();
-    ++counters_.kept;
-    return;
+  call.kept = call.outdated = true;
+  toKeep_.push_back(call.id);
+}
+
+/// The store gets at once what is to be kept since the last time, then the 200s go out. When it is away they wait for it,
+/// but not for long: else all calls would end with it.
+void Engine::keepAll() {
+  while (!toKeep_.empty()) {
+    const auto count = static_cast<std::ptrdiff_t>(std::min(kPortion, toKeep_.size()));
+    std::vector<Call*> calls;
+    for (const std::string& id : std::vector(toKeep_.begin(), toKeep_.begin() + count)) {
+      if (const auto found = calls_.find(id); found != calls_.end()) calls.push_back(&found->second);
+    }
+    const bool kept = save(calls);
+    if (!kept && !stopping_ && std::chrono::steady_clock::now() - *awaySince_ < kLongestDelay) return;
+    toKeep_.erase(toKeep_.begin(), toKeep_.begin() + count);
+    for (Call* const call : calls) {
+      ++(kept ? counters_.kept : counters_.notKept);
+      if (!kept) note(*call, "could not be kept in the store", {}, LogLevel::warning);
+      if (!kept) lookAfter(*call);
+      sendAnswer(*call);
+    }
   }
-  ++counters_.notKept;
-  note(call, "could not be kept in the store", {}, LogLevel::warning);
-  lookAfter(call);
+}
+
+bool Engine::save(const std::vector<Call*>& calls) {
+  if (calls.empty()) return true;
+  const bool kept = store_.save(calls);
+  const auto now = std::chrono::steady_clock::now();
+  if (kept) awaySince_.reset();
+  if (!kept && !awaySince_) awaySince_ = now;
+  for (Call* const call : calls) {
+    call->outdated = !kept;
+    if (kept) call->keptAt = now;
+  }
+  return kept;
+}
+
+/// The 200 to an INVITE that goes out may find this process gone: then its ACK has to come from another one.
+void Engine::announceInvite(Leg& leg) {
+  leg.unacknowledged = leg.cseq;
+  if (leg.call->kept && !leg.call->outdated) store_.addAck(leg);
 }
 
 void Engine::lookAfter(Call& call) {
@@ -47,7 +80,7 @@ void Engine::lookAfter(const std::string& id) {
 bool Engine::isOwn(const Call& call) {
   if (!store_.isUsed() || !call.kept) return true;
   const std::vector<std::string> owners = store_.ownersOf({call.id});
-  return owners.empty() || owners.front().empty() || store_.isOwn(owners.front());
+  return owners.empty() || !store_.isElsewhere(owners.front(), call);
 }
 
 /// Another process has the call: nothing is said to its parties from here.
@@ -70,8 +103,10 @@ void Engine::acknowledge(Leg& leg) {
 void Engine::tend() {
   // That none of them is told another process does no harm.
   if (!acknowledged_.empty()) store_.removeAcks(std::exchange(acknowledged_, {}));
+  if (!store_.isUsed()) return;
+  keepAll();
   const auto now = std::chrono::steady_clock::now();
-  if (!store_.isUsed() || now < nextPortion_) return;
+  if (now < nextPortion_) return;
   nextPortion_ = now + kBetweenPortions;
   if (store_.connections() != connections_) {
     // What this server knows, nobody can tell: it may be a replica that was behind, or have begun anew.
@@ -108,18 +143,16 @@ void Engine::tendPortion() {
     }
     Call& call = found->second;
     call.lookedAfter = false;
-    if (!owners[i].empty() && !store_.isOwn(owners[i])) {
+    if (store_.isElsewhere(owners[i], call)) {
       giveAway(call);
-    } else if (call.outdated || owners[i].empty()) {
+    } else if (call.outdated || !store_.isOwn(owners[i])) {
       toKeep.push_back(&call);
     }
   }
-  const bool kept = store_.save(toKeep);
-  if (kept) counters_.madeUpFor += toKeep.size();
-  for (Call* const call : toKeep) {
-    call->outdated = !kept;
-    if (kept) call->keptAt = std::chrono::steady_clock::now();
-    if (!kept) lookAfter(*call);
+  if (save(toKeep)) {
+    counters_.madeUpFor += toKeep.size();
+  } else {
+    for (Call* const call : toKeep) lookAfter(*call);
   }
 }
 

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "call.h"
-#include "snapshot.h"
+#include "counters.h"
 #include "log.h"
 #include "options.h"
 

@@ -18,6 +18,7 @@ constexpr const char* kKeepMarkFor = "3600";  ///< longer than a call stays with
 constexpr const char* kEnded = "-";           ///< instead of an owner
 constexpr std::time_t kLongestUntilAck = 32;  ///< seconds that a party repeats its 200
 constexpr std::size_t kLongestText = 8192;
+constexpr const char* kAt = "at";    ///< when it was written
 constexpr const char* kAck = "ack";  ///< there while a 200 has none
 
 /// Requests that may be sent before the call is kept again.
@@ -26,7 +27,23 @@ constexpr unsigned int kLargestCseq = 0x7fff'ffff;
 
 using Fields = std::map<std::string, std::string>;
 
+template <class Type>
+struct Field {
+  const char* name;
+  Type Leg::*member;
+};
+
+constexpr Field<std::string> kTexts[] = {{"call-id", &Leg::callId}, {"local", &Leg::local},
+                                         {"remote", &Leg::remote},  {"contact", &Leg::contact},
+                                         {"routes", &Leg::routes},  {"transport", &Leg::transport}};
+constexpr Field<bool> kFlags[] = {{"answered", &Leg::answered}, {"allows-update", &Leg::allowsUpdate}};
+constexpr Field<Body> kBodies[] = {{"sent", &Leg::sent}, {"received", &Leg::received}};
+
 std::string keyOf(const std::string& id) { return "b2bua:call:" + id; }
+
+std::string prefixOf(Side side) { return std::string(nameOf(side)) + "."; }
+
+std::string now() { return std::to_string(std::time(nullptr)); }
 
 std::string packed(const Body& body) {
   unsigned char* bytes = nullptr;
@@ -41,36 +58,32 @@ bool unpack(const std::string& bytes, Body& body) {
                                static_cast<unsigned int>(bytes.size())) == 0;
 }
 
-bool readNumber(const std::string& text, unsigned int& number) {
+bool readNumber(std::string_view text, unsigned int& number) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   return error == std::errc{} && end == text.data() + text.size() && number <= kLargestCseq;
 }
 
-void addNumbers(Leg& leg, const std::string& prefix, Fields& fields) {
+void addNumbers(Leg& leg, Fields& fields) {
   leg.keptCseq = std::min(leg.cseq, kLargestCseq - kCseqGap) + kCseqGap;
-  fields[prefix + "cseq"] = std::to_string(leg.keptCseq);
+  fields[prefixOf(leg.side) + "cseq"] = std::to_string(leg.keptCseq);
 }
 
-void addFields(Leg& leg, const std::string& prefix, Fields& fields) {
+void addFields(Leg& leg, Fields& fields) {
+  const std::string prefix = prefixOf(leg.side);
   const sip_route_t* routes = nullptr;
   const sip_contact_t* contact = nullptr;
   nta_leg_get_route(leg.dialog.get(), &routes, &contact);
-  fields[prefix + "call-id"] = leg.callId;
-  fields[prefix + "local"] = leg.local;
-  fields[prefix + "remote"] = leg.remote;
-  fields[prefix + "contact"] = headerText(contact);
-  fields[prefix + "transport"] = leg.transport;
-  fields[prefix + "routes"] = headerText(routes);
-  addNumbers(leg, prefix, fields);
+  leg.contact = headerText(contact);
+  leg.routes = headerText(routes);
+  for (const auto& [name, member] : kTexts) fields[prefix + name] = leg.*member;
+  for (const auto& [name, member] : kFlags) fields[prefix + name] = leg.*member ? "1" : "";
+  for (const auto& [name, member] : kBodies) fields[prefix + name] = packed(leg.*member);
+  fields[prefix + "refused"] = leg.refused ? packed(*leg.refused) : "";
+  addNumbers(leg, fields);
   fields[prefix + "remote-cseq"] = std::to_string(leg.remoteCseq);
   if (leg.unacknowledged != 0) fields[prefix + kAck] = std::to_string(leg.unacknowledged);
-  fields[prefix + "answered"] = leg.answered ? "1" : "";
-  fields[prefix + "allows-update"] = leg.allowsUpdate ? "1" : "";
   fields[prefix + "timer"] = leg.timer.text();
   if (!leg.ports.empty()) fields[prefix + "ports"] = textOf(leg.ports);
-  fields[prefix + "sent"] = packed(leg.sent);
-  fields[prefix + "refused"] = leg.refused ? packed(*leg.refused) : "";
-  fields[prefix + "received"] = packed(leg.received);
 }
 
 /// What goes into headers: the stack would take further lines with it.
@@ -104,29 +117,23 @@ bool isDialog(const Leg& leg) {
   return valid;
 }
 
-/// @return whether there is none, or it can be read
-bool readRefused(const std::string& bytes, Leg& leg) {
-  if (bytes.empty()) return true;
-  leg.refused = std::make_unique<Body>();
-  return unpack(bytes, *leg.refused);
-}
-
-bool readFields(Fields& fields, const std::string& prefix, Leg& leg) {
-  leg.callId = fields[prefix + "call-id"];
-  leg.local = fields[prefix + "local"];
-  leg.remote = fields[prefix + "remote"];
-  leg.contact = fields[prefix + "contact"];
-  leg.transport = fields[prefix + "transport"];
-  leg.routes = fields[prefix + "routes"];
-  leg.answered = !fields[prefix + "answered"].empty();
-  leg.allowsUpdate = !fields[prefix + "allows-update"].empty();
+bool readFields(Fields& fields, Leg& leg) {
+  const std::string prefix = prefixOf(leg.side);
+  for (const auto& [name, member] : kTexts) leg.*member = fields[prefix + name];
+  for (const auto& [name, member] : kFlags) leg.*member = !fields[prefix + name].empty();
   leg.timer.read(fields[prefix + "timer"]);
   leg.ports = portsOf(fields[prefix + "ports"]);
-  return readNumber(fields[prefix + "cseq"], leg.cseq) &&
-         readNumber(fields[prefix + "remote-cseq"], leg.remoteCseq) &&
-         (fields[prefix + kAck].empty() || readNumber(fields[prefix + kAck], leg.unacknowledged)) &&
-         isDialog(leg) && unpack(fields[prefix + "sent"], leg.sent) &&
-         unpack(fields[prefix + "received"], leg.received) && readRefused(fields[prefix + "refused"], leg);
+  if (!isDialog(leg) || !readNumber(fields[prefix + "cseq"], leg.cseq) ||
+      !readNumber(fields[prefix + "remote-cseq"], leg.remoteCseq))
+    return false;
+  const std::string& ack = fields[prefix + kAck];
+  if (!ack.empty() && !readNumber(ack, leg.unacknowledged)) return false;
+  const std::string& refused = fields[prefix + "refused"];
+  if (!refused.empty()) leg.refused = std::make_unique<Body>();
+  return std::ranges::all_of(
+             kBodies,
+             [&](const auto& body) { return unpack(fields[prefix + body.name], leg.*body.member); }) &&
+         (refused.empty() || unpack(refused, *leg.refused));
 }
 
 Command hashCommand(const std::string& id, const Fields& fields) {
@@ -136,6 +143,11 @@ Command hashCommand(const std::string& id, const Fields& fields) {
     command.push_back(value);
   }
   return command;
+}
+
+/// @return what stands behind the owner's name
+std::string_view turnIn(std::string_view owner) {
+  return owner.substr(std::min(owner.find(' '), owner.size() - 1) + 1);
 }
 
 /// The ACK that was to come may have gone to a process that is no more; one too many does no harm in that time.
@@ -148,13 +160,21 @@ bool mayWaitForAck(const std::string& savedAt) {
 
 }  // namespace
 
+/// With the number of processes that have had the call: after a change of the primary a record may name a former one.
+std::string StateStore::ownerOf(const Call& call) const { return own_ + " " + std::to_string(call.turn); }
+
+bool StateStore::isElsewhere(const std::string& owner, const Call& call) const {
+  unsigned int turn = 0;
+  const bool named = !owner.empty() && !isOwn(owner);
+  return named && (!readNumber(turnIn(owner), turn) || turn >= call.turn);
+}
+
 bool StateStore::save(const std::vector<Call*>& calls) {
   if (!isUsed() || calls.empty()) return true;
   std::vector<Command> commands;
   for (Call* const call : calls) {
-    Fields fields = {{"owner", own_}, {"at", std::to_string(std::time(nullptr))}};
-    addFields(call->legs[kCaller], "caller.", fields);
-    addFields(call->legs[kTarget], "target.", fields);
+    Fields fields = {{"owner", ownerOf(*call)}, {kAt, now()}};
+    for (Leg& leg : call->legs) addFields(leg, fields);
     commands.push_back(hashCommand(call->id, fields));
     commands.push_back({"EXPIRE", keyOf(call->id), kKeepFor});
   }
@@ -168,11 +188,16 @@ bool StateStore::remove(const std::string& id, bool mark) {
   return link_.post({{"DEL", key}, {"HSET", key, "owner", kEnded}, {"EXPIRE", key, kKeepMarkFor}});
 }
 
+void StateStore::addAck(const Leg& leg) {
+  link_.post({hashCommand(leg.call->id,
+                          {{prefixOf(leg.side) + kAck, std::to_string(leg.unacknowledged)}, {kAt, now()}})});
+}
+
 void StateStore::removeAcks(const std::vector<std::string>& ids) {
   std::vector<Command> commands;
   commands.reserve(ids.size());
   for (const std::string& id : ids)
-    commands.push_back({"HDEL", keyOf(id), std::string("caller.") + kAck, std::string("target.") + kAck});
+    commands.push_back({"HDEL", keyOf(id), prefixOf(kCaller) + kAck, prefixOf(kTarget) + kAck});
   link_.post(commands);
 }
 
@@ -183,17 +208,18 @@ Found StateStore::load(Call& call) {
   const RedisLink::Reply& texts = replies.front();
   Fields fields;
   for (std::size_t i = 0; i + 1 < texts.size(); i += 2) fields[texts[i]] = texts[i + 1];
-  if (!readFields(fields, "caller.", call.legs[kCaller]) ||
-      !readFields(fields, "target.", call.legs[kTarget]))
-    return Found::no;
-  if (!mayWaitForAck(fields["at"])) call.legs[kCaller].unacknowledged = call.legs[kTarget].unacknowledged = 0;
+  for (Leg& leg : call.legs) {
+    if (!readFields(fields, leg)) return Found::no;
+    if (!mayWaitForAck(fields[kAt])) leg.unacknowledged = 0;
+  }
+  readNumber(turnIn(fields["owner"]), call.turn);
   return Found::yes;
 }
 
 bool StateStore::claim(Call& call) {
-  Fields fields = {{"owner", own_}};
-  addNumbers(call.legs[kCaller], "caller.", fields);
-  addNumbers(call.legs[kTarget], "target.", fields);
+  ++call.turn;
+  Fields fields = {{"owner", ownerOf(call)}};
+  for (Leg& leg : call.legs) addNumbers(leg, fields);
   return link_.run({hashCommand(call.id, fields), {"EXPIRE", keyOf(call.id), kKeepFor}});
 }
 

@@ -27,6 +27,8 @@ class StateStore {
   bool save(const std::vector<Call*>& calls);
   /// @param mark  whether a former owner may still have the call: then the record says for a while that it has ended
   bool remove(const std::string& id, bool mark);
+  /// A party has an INVITE whose 200, when it comes, needs an ACK.
+  void addAck(const Leg& leg);
   /// The 200s of calls have their ACK.
   void removeAcks(const std::vector<std::string>& ids);
   /// Loads what `save` kept under the call's ID, all of which may be wrong. The owner stays.
@@ -35,10 +37,14 @@ class StateStore {
   bool claim(Call& call);
   /// @return the owners of records, "" where there is none; nothing when the server could not be asked
   std::vector<std::string> ownersOf(const std::vector<std::string>& ids);
-  bool isOwn(const std::string& owner) const { return owner == own_; }
+  bool isOwn(const std::string& owner) const { return owner.starts_with(own_); }
+  /// @return whether an owner has had the call after this process
+  bool isElsewhere(const std::string& owner, const Call& call) const;
   bool ping() { return link_.run({{"PING"}}); }
 
  private:
+  std::string ownerOf(const Call& call) const;
+
   RedisLink link_;
   const std::string own_ = randomText();
 };

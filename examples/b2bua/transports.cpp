@@ -19,6 +19,8 @@ namespace b2bua {
 
 namespace {
 
+constexpr unsigned int kReceiveBuffer = 1 << 20;  ///< for what comes while the engine waits for the store
+
 constexpr unsigned int kSafeDatagram =
     1'300;  ///< what is longer goes by TCP where there is one (RFC 3261 18.1.1)
 constexpr unsigned int kLongestRinging = 180'000;  ///< ms; the stack has no limit of its own for a user agent
@@ -75,7 +77,7 @@ void Transports::add(const std::string& name) {
   const unsigned int verify = options_.verifyCallers ? TPTLS_VERIFY_ALL : TPTLS_VERIFY_OUTGOING;
   const bool added =
       nta_agent_add_tport(agent_, urlOf(url), TPTAG_IDLE(1'000 * options_.idleSeconds),
-                          TPTAG_TIMEOUT(1'000 * options_.idleSeconds),
+                          TPTAG_TIMEOUT(1'000 * options_.idleSeconds), TPTAG_UDP_RMEM(kReceiveBuffer),
                           TAG_IF(name == "tls", TPTAG_CERTIFICATE(options_.certificates.c_str())),
                           TAG_IF(name == "tls", TPTAG_TLS_VERIFY_POLICY(verify)), TAG_END()) == 0;
   if (!added) throw std::runtime_error("cannot listen at " + place + " (" + name + ")");

@@ -48,6 +48,11 @@ void Engine::abandonUpdate(Call& call) {
 
 /// The exchange is over; one that was put aside goes on.
 void Engine::conclude(Call& call) {
+  // Nobody has to send an ACK any more, but in the one that was put aside.
+  for (Leg& leg : call.legs) {
+    if (!call.aside && std::exchange(leg.unacknowledged, 0) != 0 && call.kept)
+      acknowledged_.push_back(call.id);
+  }
   call.exchange = std::move(call.aside);
   if (call.exchange) goOn(call);
 }

@@ -8,6 +8,8 @@
 
 namespace {
 
+const std::string kHost = "127.0.0.1";
+
 class Ownership : public StoredCalls {
  protected:
   void SetUp() override { startStore(); }
@@ -59,6 +61,37 @@ TEST_F(Ownership, AnAckThatCameIsNotRepeated) {
   EXPECT_EQ(first->counters().at("established"), 1);
   kill(*first);
   hangUp(*second, tag, 2);
+  EXPECT_EQ(target_.receive("ACK ", "", milliseconds(300)), "");
+}
+
+// The party repeats its 200, which nobody else knows of, and takes no further offer until it has the ACK.
+TEST_F(Ownership, AnOfferThatWasUnderWayHasItsAckFromWhoeverGoesOn) {
+  const auto first = startEngine("first");
+  const auto second = startEngine("second");
+  const std::string tag = establish(*first);
+  caller_.request(first->address(), {.cseq = 2, .toTag = tag, .body = offerOf(2)});
+  EXPECT_EQ(headerOf(received(target_, "INVITE "), "CSeq"), "2 INVITE");
+  kill(*first);
+  caller_.request(second->address(), {.cseq = 2, .toTag = tag, .body = offerOf(2)});
+  EXPECT_EQ(headerOf(received(target_, "ACK "), "CSeq"), "2 ACK");
+  EXPECT_EQ(headerOf(received(target_, "INVITE "), "CSeq"), "102 INVITE");
+}
+
+TEST_F(Ownership, AnOfferThatWasRefusedNeedsNoAck) {
+  const auto first = startEngine("first");
+  const auto second = startEngine("second");
+  const std::string tag = establish(*first);
+  caller_.request(first->address(), {.cseq = 2, .toTag = tag, .body = offerOf(2)});
+  target_.respond(first->address(), received(target_, "INVITE "), "488 Not Acceptable Here");
+  received(caller_, "SIP/2.0 488 ");
+  received(target_, "ACK ");
+  EXPECT_TRUE(waitUntil(
+      [&] {
+        return redis_->ask({"HEXISTS", keyOf(tag), "target.ack"}) == "0";
+      },
+      kLongestStart));
+  kill(*first);
+  hangUp(*second, tag, 3);
   EXPECT_EQ(target_.receive("ACK ", "", milliseconds(300)), "");
 }
 
@@ -145,6 +178,54 @@ TEST_F(Ownership, ACallTakesFiveCommandsOfTheStore) {
     EXPECT_EQ(redis_->count(command), 1) << command;
 }
 
+// Whoever has a 200 can rely on the call.
+TEST_F(Ownership, AnAnswerWaitsForTheStore) {
+  const auto first = startEngine("first");
+  redis_->process().signal(SIGSTOP);
+  caller_.request(first->address(), {.body = offerOf(1)});
+  target_.respond(first->address(), received(target_, "INVITE "), "200 OK", answerOf(1));
+  EXPECT_EQ(caller_.receive("SIP/2.0 200 ", "", milliseconds(500)), "");
+  redis_->process().signal(SIGCONT);
+  const std::string tag = toTagOf(received(caller_, "SIP/2.0 200 "));
+  kill(*first);
+  EXPECT_EQ(first->log().find("could not be kept"), std::string::npos);
+  hangUp(*startEngine("second"), tag, 2);
+}
+
+TEST_F(Ownership, AnAnswerThatWaitsGoesOutBeforeTheCallEnds) {
+  const auto engine = startEngine("engine");
+  caller_.request(engine->address(), {.body = offerOf(1)});
+  const std::string invite = received(target_, "INVITE ");
+  target_.respond(engine->address(), invite, "180 Ringing");
+  const std::string tag = toTagOf(received(caller_, "SIP/2.0 180 "));
+  redis_->process().signal(SIGSTOP);
+  target_.respond(engine->address(), invite, "200 OK", answerOf(1));
+  EXPECT_EQ(caller_.receive("SIP/2.0 200 ", "", milliseconds(300)), "");
+  caller_.request(engine->address(), {.method = "BYE", .cseq = 2, .toTag = tag});
+  EXPECT_EQ(headerOf(received(caller_, "SIP/2.0 200 "), "CSeq"), "2 BYE");
+  EXPECT_EQ(headerOf(received(caller_, "SIP/2.0 200 "), "CSeq"), "1 INVITE");
+  received(target_, "BYE ");
+  redis_->process().signal(SIGCONT);
+}
+
+// As the replica has it that was behind when it became the primary.
+TEST_F(Ownership, AFormerOwnerInTheRecordIsPutRight) {
+  const auto first = startEngine("first");
+  const auto second = startEngine("second");
+  const std::string tag = establish(*first);
+  const std::string former = redis_->ask({"HGET", keyOf(tag), "owner"});
+  EXPECT_EQ(cseqOf(reoffer(*second, tag, 2)), 102);
+  const std::string owner = redis_->ask({"HGET", keyOf(tag), "owner"});
+  EXPECT_NE(owner, former);
+  redis_->ask({"HSET", keyOf(tag), "owner", former});
+  EXPECT_EQ(cseqOf(reoffer(*second, tag, 3)), 103);
+  EXPECT_EQ(redis_->ask({"HGET", keyOf(tag), "owner"}), owner);
+  // A later one is who has it.
+  EXPECT_EQ(cseqOf(reoffer(*first, tag, 4)), 204);
+  EXPECT_EQ(second->log().find(" has gone on elsewhere"), std::string::npos);
+  hangUp(*first, tag, 5);
+}
+
 TEST_F(Ownership, WhatCouldNotBeKeptIsMadeUpFor) {
   const auto first = startEngine("first");
   const std::string before = establish(*first, 1);
@@ -163,6 +244,23 @@ TEST_F(Ownership, WhatCouldNotBeKeptIsMadeUpFor) {
   const auto second = startEngine("second");
   reoffer(*second, before, 2, 1);
   hangUp(*second, meanwhile, 2, 2);
+}
+
+// Records go by themselves after a day, so that of a long call is written anew.
+TEST_F(Ownership, ALongCallStaysInTheStore) {
+  const std::string later = folder_.path() + "/later";
+  const std::vector<std::string> options = {"--state", store_, "--session-expires", "0"};
+  const Engine engine(folder_, kHost, target_.port(), options, "0", "engine",
+                      {"/usr/bin/env", "LD_PRELOAD=" LATER_CLOCK, "B2BUA_LATER=" + later});
+  const std::string tag = establish(engine);
+  redis_->ask({"EXPIRE", keyOf(tag), "100"});
+  folder_.write("later", "");
+  EXPECT_TRUE(waitUntil(
+      [&] {
+        return std::stoi(redis_->ask({"TTL", keyOf(tag)})) == 86'400;
+      },
+      kLongestStart));
+  hangUp(engine, tag, 2);
 }
 
 // What an outage of the store left there goes when it is over.

@@ -12,17 +12,6 @@ namespace {
 
 const std::string kHost = "127.0.0.1";
 
-std::string offerOf(int version) {
-  return "v=0\r\no=alice 21 " + std::to_string(version) +
-         " IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio " +
-         std::to_string(40'000 + 2 * version) + " RTP/AVP 8\r\n";
-}
-
-std::string answerOf(int version) {
-  return "v=0\r\no=bob 33 " + std::to_string(version) +
-         " IN IP4 192.0.2.20\r\ns=-\r\nc=IN IP4 192.0.2.20\r\nt=0 0\r\nm=audio 30000 RTP/AVP 8\r\n";
-}
-
 std::vector<std::string> serverOptions(const std::string& folder, const std::string& port,
                                        const std::vector<std::string>& options) {
   std::vector<std::string> all = {"--port", port,           "--bind", kHost,   "--save",
@@ -39,6 +28,17 @@ std::string textOf(const redisReply& reply) {
 }
 
 }  // namespace
+
+std::string offerOf(int version) {
+  return "v=0\r\no=alice 21 " + std::to_string(version) +
+         " IN IP4 192.0.2.10\r\ns=-\r\nc=IN IP4 192.0.2.10\r\nt=0 0\r\nm=audio " +
+         std::to_string(40'000 + 2 * version) + " RTP/AVP 8\r\n";
+}
+
+std::string answerOf(int version) {
+  return "v=0\r\no=bob 33 " + std::to_string(version) +
+         " IN IP4 192.0.2.20\r\ns=-\r\nc=IN IP4 192.0.2.20\r\nt=0 0\r\nm=audio 30000 RTP/AVP 8\r\n";
+}
 
 RedisServer::RedisServer(const std::string& folder, const std::string& port,
                          const std::vector<std::string>& options)

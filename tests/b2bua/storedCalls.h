@@ -52,6 +52,10 @@ class StoredCalls : public Calls {
   const RawParty target_;
 };
 
+/// @return bodies of the caller and of the target
+std::string offerOf(int version);
+std::string answerOf(int version);
+
 /// @return a TCP port of the loopback interface that nobody has, and that no connection is given
 std::string freeServerPort();
 

@@ -81,7 +81,7 @@ Rtpengine::Rtpengine(su_root_t* root, const MediaOptions& options, Log& log, Cou
   su_wait_t wait[1] = {SU_WAIT_INIT};
   su_wait_create(wait, socket_.descriptor(), SU_WAIT_IN);
   const auto onReadable = [](su_root_magic_t*, su_wait_t*, su_wakeup_arg_t* self) {
-    static_cast<Rtpengine*>(self)->onReadable();
+    static_cast<Rtpengine*>(self)->readAll();
     return 0;
   };
   const auto onTick = [](su_root_magic_t*, su_timer_t*, su_timer_arg_t* self) {
@@ -163,6 +163,8 @@ void Rtpengine::lose(const std::string& why) {
 }
 
 void Rtpengine::onTick() {
+  // What is there already is not late because the engine is.
+  const bool isAllRead = readAll();
   const Clock::time_point now = Clock::now();
   bool isLate = false;
   for (auto& [cookie, asked] : asked_) {
@@ -171,17 +173,19 @@ void Rtpengine::onTick() {
     ++asked.sent;
     send(asked.datagram);
   }
-  if (isLate) lose("no reply");
+  if (isLate && isAllRead) lose("no reply");
   if (now >= nextPing_) ping();
 }
 
-void Rtpengine::onReadable() {
+/// @return false when others have their turn before the rest
+bool Rtpengine::readAll() {
   for (int i = 0; i < kMostDatagrams; ++i) {
     const ssize_t size = recv(socket_.descriptor(), buffer_.data(), buffer_.size(), 0);
-    if (size < 0 && errno == ECONNREFUSED) return lose("nobody listens there");
-    if (size < 0) return;
+    if (size < 0 && errno == ECONNREFUSED) lose("nobody listens there");
+    if (size < 0) return true;
     onDatagram(std::string_view(buffer_).substr(0, static_cast<std::size_t>(size)));
   }
+  return false;
 }
 
 /// What was not asked, or is answered already, is dropped.

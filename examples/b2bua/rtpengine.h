@@ -56,7 +56,7 @@ class Rtpengine final : public MediaRelay {
   void ping();
   void lose(const std::string& why);
   void onTick();
-  void onReadable();
+  bool readAll();
   void onDatagram(std::string_view datagram);
 
   const MediaOptions& options_;

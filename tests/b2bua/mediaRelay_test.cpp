@@ -188,6 +188,22 @@ TEST_F(MediaRelay, ACallIsSetUpWhenItAnswersLate) {
   EXPECT_GT(relay_.datagrams(), 2);  // it was asked again
 }
 
+// As when the store or the machine keeps it for a while.
+TEST_F(MediaRelay, IsNotGoneWhenTheEngineIsLateToReadWhatItSays) {
+  start();
+  relay_.hold("offer");
+  caller_.request(engine_->address(), {.body = kOffer});
+  ASSERT_TRUE(relay_.waitFor("offer"));
+  engine_->process().signal(SIGSTOP);
+  relay_.letGo();
+  std::this_thread::sleep_for(milliseconds{1'300});
+  engine_->process().signal(SIGCONT);
+  const std::string invited = target_.receive("INVITE ", "", kLongestWait);
+  ASSERT_NE(invited, "") << engine_->log();
+  EXPECT_EQ(bodyIn(invited), kRelayedOffer);
+  EXPECT_EQ(engine_->counters().at("media_gone"), 0);
+}
+
 TEST_F(MediaRelay, ACancelEndsACallWhoseOfferIsOnItsWay) {
   start();
   relay_.hold("offer");

@@ -78,7 +78,7 @@ Snapshot Engine::snapshot() const {
 }
 
 void Engine::showCounters() const {
-  const Counters all = snapshot().counters;
+  Counters all = snapshot().counters;
   std::printf("counters");
   for (const CounterName& counter : kCounterNames) std::printf(" %s=%lu", counter.name, all.*counter.value);
   std::printf(" to_keep=%zu overload=%lu active=%zu\n", toKeep_.size() + toLookAfter_.size(), all.overload(),

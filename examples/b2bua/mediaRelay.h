@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "call.h"
-#include "counters.h"
+#include "snapshot.h"
 #include "log.h"
 #include "options.h"
 

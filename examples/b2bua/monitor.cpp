@@ -2,12 +2,11 @@
 
 #include <httplib.h>
 
-#include <atomic>
 #include <csignal>
+#include <future>
 #include <map>
 #include <mutex>
 #include <stdexcept>
-#include <thread>
 
 #include "connections.h"
 #include "options.h"
@@ -17,6 +16,7 @@ namespace b2bua {
 namespace {
 
 constexpr std::size_t kThreads = 4;
+constexpr std::chrono::milliseconds kMoment{1};
 constexpr std::chrono::seconds kLongestRequest{2};
 constexpr time_t kLongestSilence =
     1;  ///< s, in front of a request; whoever says nothing has a thread for so long
@@ -34,8 +34,7 @@ void tell(httplib::Response& response, const std::string& trouble) {
 
 struct Monitor::Server {
   httplib::Server http;
-  std::thread thread;
-  std::atomic<bool> ended{false};
+  std::future<bool> ended;
   std::mutex mutex;
   Snapshot snapshot;  ///< guarded by `mutex`
   int port = 0;
@@ -98,34 +97,31 @@ Monitor::Monitor(const std::string& address) {
     server.answer(request, response);
     return httplib::Server::HandlerResponse::Handled;
   });
-  const int port = std::stoi(address.substr(address.rfind(':') + 1));
-  server.port = port;
-  if (port == 0) {
-    server.port = server.http.bind_to_any_port(hostOf(address));
-  } else if (!server.http.bind_to_port(hostOf(address), port)) {
-    server.port = -1;
-  }
   const std::string host = hostOf(address);
   if (host != "0.0.0.0" && host != "::") server.host = host;
+  server.port = std::stoi(address.substr(address.rfind(':') + 1));
+  if (server.port == 0) {
+    server.port = server.http.bind_to_any_port(host);
+  } else if (!server.http.bind_to_port(host, server.port)) {
+    server.port = -1;
+  }
   if (server.port < 0) throw std::runtime_error("cannot listen at " + address);
   // Signals are for the main thread.
   sigset_t all;
   sigset_t former;
   sigfillset(&all);
   pthread_sigmask(SIG_SETMASK, &all, &former);
-  server.thread = std::thread([&server] {
-    server.http.listen_after_bind();
-    server.ended = true;
-  });
+  server.ended = std::async(std::launch::async, [&server] { return server.http.listen_after_bind(); });
   pthread_sigmask(SIG_SETMASK, &former, nullptr);
 }
 
 Monitor::~Monitor() {
   if (!server_) return;
   // Before it listens, it would not hear that it is to stop.
-  while (!server_->http.is_running() && !server_->ended) std::this_thread::yield();
+  while (!server_->http.is_running() && server_->ended.wait_for(kMoment) != std::future_status::ready) {
+  }
   server_->http.stop();
-  server_->thread.join();
+  server_->ended.wait();
 }
 
 int Monitor::port() const { return server_ ? server_->port : 0; }

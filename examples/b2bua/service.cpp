@@ -3,7 +3,9 @@
 #include "service.h"
 
 #include <poll.h>
+#include <systemd/sd-daemon.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
@@ -13,7 +15,6 @@
 
 #include "engine.h"
 #include "monitor.h"
-#include "serviceManager.h"
 
 namespace b2bua {
 
@@ -59,6 +60,14 @@ std::set<int> waitingDescriptors() {
 /// sifted.
 class Loop {
  public:
+  /// The stack does not tell its descriptor.
+  Loop() {
+    const std::set<int> others = waitingDescriptors();
+    root_.reset(su_root_create(nullptr));
+    for (const int each : waitingDescriptors()) {
+      if (!others.contains(each)) descriptor_ = each;
+    }
+  }
   su_root_t* root() const { return root_.get(); }
   /// Until there is something to do.
   void wait() {
@@ -69,23 +78,21 @@ class Loop {
   void step() { next_ = su_root_step(root_.get(), descriptor_ < 0 ? kLongestWait : 0); }
 
  private:
-  /// The stack does not tell it; -1 when it waits otherwise.
-  static int findBeside(const std::set<int>& others) {
-    for (const int descriptor : waitingDescriptors()) {
-      if (!others.contains(descriptor)) return descriptor;
-    }
-    return -1;
-  }
-
-  const std::set<int> others_ = waitingDescriptors();
-  const Owned<su_root_t> root_{su_root_create(nullptr)};
-  const int descriptor_ = findBeside(others_);
+  Owned<su_root_t> root_;
+  int descriptor_ = -1;     ///< with which the stack waits; -1 when it waits otherwise
   su_duration_t next_ = 0;  ///< ms, until a timer has its turn
 };
 
+/// @return the time between signs of life: twice in that of the watchdog, as sd_watchdog_enabled(3) has it
+Clock::duration betweenSigns() {
+  std::uint64_t longest = 0;
+  if (sd_watchdog_enabled(0, &longest) <= 0) return std::chrono::hours(1);
+  return std::chrono::microseconds(longest / 2);
+}
+
 class Service {
  public:
-  Service(const Options& options, const ReadOptions& readAgain) : options_(options), readAgain_(readAgain) {}
+  Service(const Options& options, const std::vector<std::string>& words) : options_(options), words_(words) {}
 
   void run();
 
@@ -94,18 +101,21 @@ class Service {
   void step();
   /// Shows how the engine is, each second.
   void show();
+  /// Tells systemd that the loop works.
+  void live();
   void reload();
   void drain();
 
   const Options& options_;
-  const ReadOptions& readAgain_;
+  const std::vector<std::string>& words_;
   Log log_{options_.logFile, options_.trace, options_.logFormat};
   StateStore store_{options_.state};
   Loop loop_;
   Engine engine_{loop_.root(), options_, store_, log_};
   Monitor monitor_{options_.http};
-  ServiceManager manager_;
   PerSecond shown_;
+  const Clock::duration betweenSigns_ = betweenSigns();
+  Clock::time_point nextSign_{};
 };
 
 void Service::step() {
@@ -113,7 +123,7 @@ void Service::step() {
   engine_.sift();
   loop_.step();
   engine_.tend();
-  manager_.alive(engine_.calls());
+  live();
   show();
   engine_.lookForSilence();
   engine_.limitConnections();
@@ -126,21 +136,32 @@ void Service::show() {
   if (shown_.sum() > 0) return;
   shown_.add();
   monitor_.show(engine_.snapshot());
+  sd_notifyf(0, "STATUS=%zu calls", engine_.calls());
+}
+
+void Service::live() {
+  if (Clock::now() < nextSign_) return;
+  nextSign_ = Clock::now() + betweenSigns_;
+  sd_notify(0, "WATCHDOG=1");
 }
 
 /// A policy that cannot be used leaves the old one in force.
 void Service::reload() {
   hungUp = 0;
-  manager_.reloading();
+  const std::chrono::microseconds now =
+      std::chrono::duration_cast<std::chrono::microseconds>(Clock::now().time_since_epoch());
+  sd_notifyf(0, "RELOADING=1\nMONOTONIC_USEC=%lld", static_cast<long long>(now.count()));
   log_.reopen();
   Options options;
-  if (const std::string error = readAgain_(options); !error.empty()) {
-    log_.write("policy not read anew", {{"reason", error}}, LogLevel::warning);
-  } else {
+  CLI::App app;
+  try {
+    parseOptions(app, options, words_);
     engine_.use(options.policy);
     log_.write("policy read anew");
+  } catch (const CLI::ParseError& error) {
+    log_.write("policy not read anew", {{"reason", error.what()}}, LogLevel::warning);
   }
-  manager_.ready();
+  sd_notify(0, "READY=1");
 }
 
 /// Running calls may end by themselves, unless somebody is in a hurry.
@@ -153,13 +174,13 @@ void Service::drain() {
 }
 
 void Service::run() {
-  show();
+  monitor_.show(engine_.snapshot());
   std::printf("ready %s\n", engine_.address().c_str());
   if (monitor_.port() != 0) std::printf("http %d\n", monitor_.port());
   std::fflush(stdout);
-  manager_.ready();
+  sd_notify(0, "READY=1");
   while (terminations == 0 && interrupted == 0) step();
-  manager_.stopping();
+  sd_notify(0, "STOPPING=1");
   if (options_.drainSeconds > 0 && interrupted == 0) drain();
   engine_.finish();
   const auto end = Clock::now() + kLongestEnding;
@@ -169,9 +190,9 @@ void Service::run() {
 
 }  // namespace
 
-void serve(const Options& options, const ReadOptions& readAgain) {
+void serve(const Options& options, const std::vector<std::string>& words) {
   prepareSignals();
-  Service(options, readAgain).run();
+  Service(options, words).run();
 }
 
 }  // namespace b2bua

@@ -33,13 +33,15 @@ void tell(httplib::Response& response, const std::string& trouble) {
 }  // namespace
 
 struct Monitor::Server {
+  ~Server();
+
   httplib::Server http;
-  std::future<bool> ended;
   std::mutex mutex;
   Snapshot snapshot;  ///< guarded by `mutex`
   int port = 0;
   std::string host;                          ///< empty for any
   std::map<std::string, unsigned int> seen;  ///< connections, and how often
+  std::future<bool> ended;                   ///< of the thread; it goes first
 
   void closeSlow();
   /// Without the library's own table of paths, which are regular expressions.
@@ -65,6 +67,13 @@ void Monitor::Server::answer(const httplib::Request& request, httplib::Response&
   }
 }
 
+Monitor::Server::~Server() {
+  // Before it listens, it would not hear that it is to stop.
+  while (ended.valid() && !http.is_running() && ended.wait_for(kMoment) != std::future_status::ready) {
+  }
+  http.stop();
+}
+
 /// The library would wait as long as now and then a byte comes, takes headers without an end, and all that connect.
 void Monitor::Server::closeSlow() {
   std::map<std::string, unsigned int> now;
@@ -72,8 +81,7 @@ void Monitor::Server::closeSlow() {
   for (const Connection& each : connectionsTo({std::to_string(port)})) {
     if (!host.empty() && each.own.host != host) continue;
     const std::string name = each.peer.host + " " + each.peer.port;
-    const auto before = seen.find(name);
-    now[name] = before != seen.end() ? before->second + 1 : 1;
+    now[name] = seen[name] + 1;
     if (++count > kMostConnections || now[name] > kMostSnapshots) shutdown(each.descriptor, SHUT_RDWR);
   }
   seen = std::move(now);
@@ -81,7 +89,7 @@ void Monitor::Server::closeSlow() {
 
 Monitor::Monitor(const std::string& address) {
   if (address.empty()) return;
-  server_ = std::make_unique<Server>();
+  server_ = std::make_shared<Server>();
   Server& server = *server_;
   server.http.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
   server.http.set_read_timeout(kLongestRequest);
@@ -113,15 +121,6 @@ Monitor::Monitor(const std::string& address) {
   pthread_sigmask(SIG_SETMASK, &all, &former);
   server.ended = std::async(std::launch::async, [&server] { return server.http.listen_after_bind(); });
   pthread_sigmask(SIG_SETMASK, &former, nullptr);
-}
-
-Monitor::~Monitor() {
-  if (!server_) return;
-  // Before it listens, it would not hear that it is to stop.
-  while (!server_->http.is_running() && server_->ended.wait_for(kMoment) != std::future_status::ready) {
-  }
-  server_->http.stop();
-  server_->ended.wait();
 }
 
 int Monitor::port() const { return server_ ? server_->port : 0; }

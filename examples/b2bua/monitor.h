@@ -13,9 +13,6 @@ class Monitor {
  public:
   /// @param address  HOST:PORT, port 0 for a free one; nobody is told when it is empty. Throws std::runtime_error.
   explicit Monitor(const std::string& address);
-  ~Monitor();
-  Monitor(const Monitor&) = delete;
-  Monitor& operator=(const Monitor&) = delete;
 
   /// @return the port; 0 when nobody is told
   int port() const;
@@ -24,7 +21,7 @@ class Monitor {
  private:
   struct Server;
 
-  std::unique_ptr<Server> server_;
+  std::shared_ptr<Server> server_;  ///< none when nobody is told
 };
 
 }  // namespace b2bua

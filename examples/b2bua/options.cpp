@@ -36,6 +36,11 @@ std::string checkEndpoint(const std::string& text) {
   return valid && checkAddress(hostOf(text)).empty() ? "" : "no numeric HOST:PORT: " + text;
 }
 
+/// Where somebody else listens.
+std::string checkPeer(const std::string& text) {
+  return text.ends_with(":0") ? "no port: " + text : checkEndpoint(text);
+}
+
 /// Parties are to send to it.
 std::string checkContact(const std::string& text) {
   constexpr std::array<std::string_view, 3> kWildcards = {"0.0.0.0", "::", "::ffff:0.0.0.0"};
@@ -51,7 +56,7 @@ std::string checkContact(const std::string& text) {
 
 std::string checkTarget(const std::string& text) {
   const std::optional<Target> target = readTarget(text);
-  if (target) return checkEndpoint(target->address);
+  if (target) return checkPeer(target->address);
   return "no HOST:PORT[;transport=..][;weight=N][;priority=N]: " + text;
 }
 
@@ -72,7 +77,7 @@ std::string readMedia(const Words& words, MediaOptions& media) {
   media.kind = isRelay ? MediaKind::rtpengine : isAnchor ? MediaKind::anchor : MediaKind::none;
   if (isRelay) {
     media.relay = words[1].substr(udp.size());
-    return checkEndpoint(media.relay);
+    return checkPeer(media.relay);
   }
   if (isAnchor) {
     media.relay = words[1];
@@ -266,6 +271,8 @@ void checkTogether(const Options& options) {
               (!options.policy.removeIce || party != PartyKind::webrtc),
           "--media", "media-caller or media-target is against the policy");
   }
+  check(options.session.interval == 0 || options.session.interval >= options.session.minimum,
+        "--session-expires", "less than --min-se");
   for (const Target& target : options.targets) {
     const std::string name = target.transport.empty() ? "udp" : target.transport;
     check(options.transports.has(name), "--target", name + " is none of --transports: " + target.place());

@@ -25,16 +25,15 @@ using Clock = std::chrono::steady_clock;
 constexpr su_duration_t kLongestWait = 100;  ///< ms; a signal may come just before the wait
 constexpr std::chrono::seconds kLongestEnding{1};
 
-volatile std::sig_atomic_t terminations = 0;
-volatile std::sig_atomic_t interrupted = 0;
-volatile std::sig_atomic_t countersAsked = 0;
-volatile std::sig_atomic_t hungUp = 0;
+volatile std::sig_atomic_t came[NSIG];  ///< signals by their numbers: once, or more often
 
-void takeSignal(int signal) {
-  if (signal == SIGTERM && terminations < 2) terminations = terminations + 1;
-  if (signal == SIGINT) interrupted = 1;
-  if (signal == SIGUSR1) countersAsked = 1;
-  if (signal == SIGHUP) hungUp = 1;
+void takeSignal(int signal) { came[signal] = came[signal] == 0 ? 1 : 2; }
+
+/// @return whether a signal came since this was asked before
+bool hasCome(int signal) {
+  const bool has = came[signal] != 0;
+  came[signal] = 0;
+  return has;
 }
 
 void prepareSignals() {
@@ -127,9 +126,8 @@ void Service::step() {
   show();
   engine_.lookForSilence();
   engine_.limitConnections();
-  if (countersAsked != 0) engine_.showCounters();
-  countersAsked = 0;
-  if (hungUp != 0) reload();
+  if (hasCome(SIGUSR1)) engine_.showCounters();
+  if (hasCome(SIGHUP)) reload();
 }
 
 void Service::show() {
@@ -147,7 +145,6 @@ void Service::live() {
 
 /// A policy that cannot be used leaves the old one in force.
 void Service::reload() {
-  hungUp = 0;
   const std::chrono::microseconds now =
       std::chrono::duration_cast<std::chrono::microseconds>(Clock::now().time_since_epoch());
   sd_notifyf(0, "RELOADING=1\nMONOTONIC_USEC=%lld", static_cast<long long>(now.count()));
@@ -170,7 +167,7 @@ void Service::drain() {
   engine_.drain();
   monitor_.show(engine_.snapshot());
   log_.write("draining", {{"calls", std::to_string(engine_.calls())}});
-  while (engine_.calls() > 0 && interrupted == 0 && terminations < 2 && Clock::now() < end) step();
+  while (engine_.calls() > 0 && came[SIGINT] == 0 && came[SIGTERM] < 2 && Clock::now() < end) step();
 }
 
 void Service::run() {
@@ -179,9 +176,9 @@ void Service::run() {
   if (monitor_.port() != 0) std::printf("http %d\n", monitor_.port());
   std::fflush(stdout);
   sd_notify(0, "READY=1");
-  while (terminations == 0 && interrupted == 0) step();
+  while (came[SIGTERM] == 0 && came[SIGINT] == 0) step();
   sd_notify(0, "STOPPING=1");
-  if (options_.drainSeconds > 0 && interrupted == 0) drain();
+  if (options_.drainSeconds > 0 && came[SIGINT] == 0) drain();
   engine_.finish();
   const auto end = Clock::now() + kLongestEnding;
   while (!engine_.idle() && Clock::now() < end) su_root_step(loop_.root(), kLongestWait);

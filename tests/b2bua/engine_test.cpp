@@ -34,6 +34,9 @@ TEST_F(EngineProcess, TellsHowItIsUsed) {
   EXPECT_NE(expectRefusal({}, 2).find("--target"), std::string::npos);
   expectRefusal({"--target", "nonsense"}, 2);
   expectRefusal({"--target", kHost + ":9", "--no-such-option"}, 2);
+  EXPECT_TRUE(expectRefusal({"--target", kHost + ":0"}, 2).starts_with("--target: no port: "));
+  EXPECT_TRUE(expectRefusal({"--target", kHost + ":9", "--session-expires", "60"}, 2)
+                  .starts_with("--session-expires: less than --min-se\n"));
   EXPECT_NE(expectRefusal({"--help"}, 0).find("--policy"), std::string::npos);
 }
 

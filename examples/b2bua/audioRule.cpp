@@ -1,82 +1,87 @@
 #include "audioRule.h"
 
+#include <sdpDocumentRequests.h>
+
 #include <algorithm>
 
+#include "bodyLines.h"
 #include "policyCheck.h"
 
 namespace b2bua {
 
 namespace {
 
-using Formats = std::vector<std::string>;
-
-bool contains(const Formats& formats, const std::string& format) {
-  return std::ranges::find(formats, format) != formats.end();
+std::string encodingOf(const sdp::Format& format) {
+  return lowerCase(format.encoding ? format.encoding->name : "");
 }
 
-bool isCompanion(const BodySection& section, const std::string& format) {
-  return !formatsOf(section, format).front().isCodec();
-}
-
-/// @return whether an attribute line is about one of the formats
-bool isAbout(const BodyLine& line, const Formats& formats) {
-  if (line.type != 'a') return false;
-  const Attribute attribute = attributeOf(line.value);
-  if (attribute.name != "rtpmap" && attribute.name != "fmtp" && attribute.name != "rtcp-fb") return false;
-  return contains(formats, attribute.value.substr(0, attribute.value.find_first_of(" \t")));
-}
-
-void writeMediaLine(BodySection& section) {
-  const std::string& old = section.lines.front().bytes;
-  std::string line = "m=";
-  const std::vector<std::string> words = wordsOf(section.lines.front().value);
-  line += words[0] + " " + words[1] + " " + words[2];
-  for (const std::string& format : section.formats) line += " " + format;
-  section.lines.front().bytes = line + old.substr(std::min(old.find_last_not_of("\r\n") + 1, old.size()));
-}
+bool isAudio(const sdp::Section& section) { return section.media() == "audio" && !section.isDisabled(); }
 
 /// The events and the noise of a section that no codec which stays can be sent with.
-Formats misfits(const Policy& policy, const BodySection& section) {
-  std::vector<unsigned long> clocks;
-  for (const std::string& format : section.formats) {
-    const Format told = formatsOf(section, format).front();
-    if (told.isCodec() && isAllowedCodec(policy, told)) clocks.push_back(told.clock);
+std::vector<std::string> misfits(const Policy& policy, const sdp::Section& section) {
+  std::vector<std::uint32_t> clocks;
+  for (const sdp::Format& format : section.formats()) {
+    const std::string name = encodingOf(format);
+    if (!isCompanion(name) && isAllowedCodec(policy, name)) clocks.push_back(format.encoding->clockRate);
   }
-  Formats found;
-  for (const std::string& format : section.formats) {
-    if (isCompanion(section, format) &&
-        std::ranges::find(clocks, formatsOf(section, format).front().clock) == clocks.end())
-      found.push_back(format);
+  std::vector<std::string> found;
+  for (const sdp::Format& format : section.formats()) {
+    if (isCompanion(encodingOf(format)) &&
+        std::ranges::find(clocks, format.encoding->clockRate) == clocks.end())
+      found.emplace_back(format.format);
   }
   return found;
 }
 
-void removeMisfits(const Policy& policy, BodyLines& body) {
-  for (BodySection& section : body.sections) {
-    const Formats out = section.media == "audio" && section.isActive() ? misfits(policy, section) : Formats();
-    if (out.empty() || out.size() == section.formats.size()) continue;
-    std::erase_if(section.formats, [&](const std::string& format) { return contains(out, format); });
-    std::erase_if(section.lines, [&](const BodyLine& line) { return isAbout(line, out); });
-    writeMediaLine(section);
+/// All of them, and what else could become a codec (RFC 6871).
+sdp::Refusal removeMisfits(const Policy& policy, sdp::Document& body) {
+  for (std::uint32_t i = 1; i <= body.sectionCount(); ++i) {
+    const sdp::Section section = body.section(i);
+    const std::vector<std::string> out =
+        isAudio(section) ? misfits(policy, section) : std::vector<std::string>();
+    if (out.size() == section.formats().size()) continue;
+    for (const std::string& format : out) {
+      if (sdp::Refusal refusal = sdp::dropCodecs(body, format, std::to_string(i))) return refusal;
+    }
   }
+  for (const char* const name : {"rmcap", "omcap"}) {
+    if (sdp::Refusal refusal = body.removeAttributes(0, name)) return refusal;
+  }
+  return sdp::stripAttributes(body, "rmcap,omcap", "audio");
+}
+
+bool isAbout(const sdp::Attribute& attribute, std::string_view format) {
+  return (attribute.name == "rtpmap" || attribute.name == "fmtp" || attribute.name == "rtcp-fb") &&
+         attribute.fields()[0] == format;
+}
+
+/// Adds what one section says of a format to another, as far as that does not say it.
+sdp::Refusal copyAttributes(const sdp::Section& from, std::string_view format, sdp::Document& to) {
+  for (const sdp::Attribute& attribute : from.attributes()) {
+    if (!isAbout(attribute, format)) continue;
+    const auto isSame = [&](const sdp::Attribute& other) {
+      return other.name == attribute.name && other.value == attribute.value;
+    };
+    if (std::ranges::any_of(to.section(from.index()).attributes(), isSame)) continue;
+    if (sdp::Refusal refusal = to.addAttribute(from.index(), attribute.name, attribute.value)) return refusal;
+  }
+  return {};
 }
 
 /// The library keeps one format of each codec; events of a further clock come back behind them.
-void returnCompanions(const BodyLines& before, BodyLines& body) {
-  for (std::size_t i = 1; i < body.sections.size(); ++i) {
-    const BodySection& old = before.sections[i];
-    BodySection& section = body.sections[i];
-    Formats lost;
-    for (const std::string& format : old.formats) {
-      if (isCompanion(old, format) && !contains(section.formats, format)) lost.push_back(format);
+sdp::Refusal returnCompanions(const sdp::Document& before, sdp::Document& body) {
+  for (const sdp::Section& old : before.sections()) {
+    const std::uint32_t i = old.index();
+    if (!isAudio(body.section(i))) continue;
+    for (const sdp::Format& format : old.formats()) {
+      if (!isCompanion(encodingOf(format)) || body.section(i).format(format.format)) continue;
+      std::string formats;
+      for (const sdp::Format& kept : body.section(i).formats()) formats.append(kept.format).append(" ");
+      if (sdp::Refusal refusal = body.setFormats(i, formats.append(format.format))) return refusal;
+      if (sdp::Refusal refusal = copyAttributes(old, format.format, body)) return refusal;
     }
-    if (section.media != "audio" || !section.isActive() || lost.empty()) continue;
-    section.formats.insert(section.formats.end(), lost.begin(), lost.end());
-    std::erase_if(section.lines, [&](const BodyLine& line) { return isAbout(line, lost); });
-    std::ranges::copy_if(old.lines, std::back_inserter(section.lines),
-                         [&](const BodyLine& line) { return isAbout(line, lost); });
-    writeMediaLine(section);
   }
+  return {};
 }
 
 bool isCodecOf(const Policy& policy, unsigned char codec) {
@@ -92,14 +97,13 @@ std::string restrictAudio(const Policy& policy, Body& body, OfferChanges&) {
   if (policy.audioCodecs.empty() || (body.getParsedData().mediaType & MEDIA_AUDIO) == 0) return "";
   const auto isAllowed = [&](unsigned char codec) { return isCodecOf(policy, codec); };
   if (std::ranges::none_of(body.getParsedData().audioCodec, isAllowed)) return "no allowed audio codec";
-  BodyLines before(textOf(body));
-  removeMisfits(policy, before);
-  if (std::string reason = store(before.text(), body); !reason.empty()) return reason;
+  sdp::Document before = documentOf(textOf(body));
+  if (removeMisfits(policy, before)) return "not usable after the policy";
+  if (std::string reason = store(before, body); !reason.empty()) return reason;
   body.sdpRestrictAudioCodecsTo(policy.audioCodecs.data(), static_cast<int>(policy.audioCodecs.size()), true);
-  BodyLines after(textOf(body));
-  if (after.sections.size() != before.sections.size()) return "";
-  returnCompanions(before, after);
-  return store(after.text(), body);
+  sdp::Document after = documentOf(textOf(body));
+  if (after.sectionCount() != before.sectionCount()) return "";
+  return returnCompanions(before, after) ? "not usable after the policy" : store(after, body);
 }
 
 }  // namespace b2bua

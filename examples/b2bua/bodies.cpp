@@ -39,7 +39,7 @@ void Engine::takeBody(Call& call, Side from, const std::string& body, bool isAns
   Exchange& exchange = *call.exchange;
   BodyRefusal refusal{readBody(call, from, body, isAnswer)};
   // Without a section there is nothing to relay yet.
-  const bool toRelay = media_ && BodyLines(textOf(exchange.sent[otherOf(from)])).sections.size() > 1;
+  const bool toRelay = media_ && documentOf(textOf(exchange.sent[otherOf(from)])).sectionCount() != 0;
   if (!refusal && !toRelay) refusal.reason = finishBody(call, from, body, isAnswer);
   if (refusal || !toRelay || isKnown(call, from, isAnswer)) return then(call, refusal);
   call.relayed = exchange.relayed = true;

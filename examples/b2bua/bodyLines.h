@@ -1,66 +1,44 @@
 #ifndef B2BUA_BODY_LINES_H
 #define B2BUA_BODY_LINES_H
 
+#include <sdpDocumentViews.h>
+
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace b2bua {
 
-/// A line as the most tolerant reader takes it: any case, blanks anywhere, any line end or none.
-struct BodyLine {
-  char type = 0;      ///< lower case; 0 for what is no line of a body
-  std::string value;  ///< without the blanks around it
-  std::string bytes;  ///< as it stands, with its end
-};
-
-/// An attribute; the one that a capability offers (RFC 5939) counts for itself.
+/// An attribute as the most tolerant reader takes it, in lower case; the one that a capability offers (RFC 5939) counts
+/// for itself.
 struct Attribute {
-  std::string name;  ///< lower case; what is in front of the first colon or blank
-  std::string value;
+  std::string name;   ///< what is in front of the first colon or blank; empty in lines that are none
+  std::string value;  ///< without the blanks around it, control characters being such
+
+  std::string_view word(std::size_t number) const { return sdp::Fields(value)[number]; }
 };
 
-/// The session, or an m-line and what follows it.
-struct BodySection {
-  std::string media;      ///< lower case; empty for the session
-  std::string port;       ///< as it stands
-  std::string transport;  ///< lower case
-  std::vector<std::string> formats;
-  std::vector<BodyLine> lines;  ///< the m-line first
-
-  /// @return whether media may flow: only a port of zeros says no, and not where the section shares that of another
-  /// (RFC 8843)
-  bool isActive() const;
-  std::vector<Attribute> attributes() const;
-  /// @return whether an attribute has one of the names
-  bool has(std::initializer_list<std::string_view> names) const;
-};
-
-/// All of a body; the session is the first section.
-struct BodyLines {
-  explicit BodyLines(std::string_view body);
-
-  std::string text() const;
-
-  std::vector<BodySection> sections;
-};
+/// @param line  without its end
+Attribute attributeOf(std::string_view line);
 
 std::string lowerCase(std::string_view text);
-/// The words between blanks.
-std::vector<std::string> wordsOf(std::string_view text);
-Attribute attributeOf(std::string_view value);
 
-/// A format of an m-line.
-struct Format {
-  std::string name;  ///< encoding name, lower case; empty when nothing tells it
-  unsigned long clock = 0;
+/// In lower case, and with blanks in the place of control characters.
+std::string tolerantly(std::string_view line);
 
-  /// Telephone events and comfort noise go with a codec, and are none.
-  bool isCodec() const { return name != "telephone-event" && name != "cn"; }
-};
+/// The lines of a text, without their ends.
+std::vector<std::string_view> linesOf(std::string_view text);
 
-/// What a section says of a format: each rtpmap line, or without one the static assignment (RFC 3551 6).
-std::vector<Format> formatsOf(const BodySection& section, const std::string& format);
+/// @param edit  what becomes of a line, both without ends; nothing when it goes
+template <typename Edit>
+std::string withLines(std::string_view text, Edit edit) {
+  std::string edited;
+  for (const std::string_view line : linesOf(text)) {
+    const std::string kept = edit(std::string(line));
+    if (!kept.empty()) edited.append(kept).append("\r\n");
+  }
+  return edited;
+}
 
 }  // namespace b2bua
 

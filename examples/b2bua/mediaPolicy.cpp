@@ -3,11 +3,12 @@
 #include <sdpModifiers.h>
 
 #include <algorithm>
-#include <cstring>
 #include <string_view>
 
 #include "audioRule.h"
+#include "bodyLines.h"
 #include "policyCheck.h"
+#include "videoRule.h"
 
 namespace b2bua {
 
@@ -18,23 +19,17 @@ constexpr const char* kSecure = "RTP/SAVP";
 
 /// Removes attributes that the library's requests leave.
 template <typename Predicate>
-std::string withoutLines(Body& body, Predicate isUnwanted) {
-  BodyLines lines(textOf(body));
-  for (BodySection& section : lines.sections) {
-    std::erase_if(section.lines, [&](const BodyLine& line) {
-      return line.type == 'a' && isUnwanted(attributeOf(line.value));
-    });
-  }
-  return store(lines.text(), body);
+std::string withoutAttributes(Body& body, Predicate isUnwanted) {
+  const auto keep = [&](std::string line) { return isUnwanted(attributeOf(line)) ? "" : line; };
+  return store(withLines(textOf(body), keep), body);
 }
-
-bool hasMedia(const Body& body) { return body.getParsedData().mediaType != 0; }
 
 // -- address family: ANAT (RFC 4091) offers a medium twice
 
 /// An offer that is not of two address families may still have candidates of both.
 std::string keepCandidates(const Policy& policy, Body& body) {
-  return withoutLines(body, [&](const Attribute& attribute) { return isOtherFamily(policy, attribute); });
+  return withoutAttributes(body,
+                           [&](const Attribute& attribute) { return isOtherFamily(policy, attribute); });
 }
 
 std::string keepFamily(const Policy& policy, Body& offer, OfferChanges& changes) {
@@ -68,15 +63,10 @@ std::string makePlain(Body& offer, OfferChanges& changes) {
 
 /// @return whether all m-lines are plain ones with keys
 bool isBestEffort1(const Body& offer) {
-  const std::string text = textOf(offer);
-  std::size_t section = text.find("\nm=");
-  if (section == std::string::npos || offer.contains(kSecure) || !offer.contains(kPlain)) return false;
-  while (section != std::string::npos) {
-    const std::size_t next = text.find("\nm=", section + 1);
-    if (text.find("\na=crypto:", section) >= next) return false;
-    section = next;
-  }
-  return true;
+  const sdp::Document document = documentOf(textOf(offer));
+  const auto hasKeys = [](const sdp::Section& section) { return section.has("crypto"); };
+  return document.sectionCount() != 0 && !offer.contains(kSecure) && offer.contains(kPlain) &&
+         std::ranges::all_of(document.sections(), hasKeys);
 }
 
 std::string makeSecure(Body& offer, OfferChanges& changes) {
@@ -130,48 +120,35 @@ void takeOtherOfPairs(char (&record)[32]) {
 }
 
 /// Refused m-lines come back as secure ones; those that were plain become so again.
-void returnPlainMLines(Body& answer, char (&record)[32]) {
+std::string returnPlainMLines(Body& answer, char (&record)[32]) {
   answer.sdpReplaceTransportProtocol(record, false);
-  char text[MAX_SDP_PROTOCOL_DATA_SIZE] = "";
-  answer.getSDP(text, sizeof text);
-  int place = 0;
-  for (char* line = text; (line = std::strstr(line, "\nm=")) != nullptr;) {
-    ++line;
-    ++place;
-    char* const end = std::strchr(line, '\n');
-    if (end == nullptr) break;
-    if (std::any_of(record, std::find(record, record + sizeof record, '\0'),
-                    [&](char code) { return placeOf(code) == place; })) {
-      sdpModifications::sdpReplaceMLineTransportProtocol(line, end, kSecure, kPlain);
-    }
+  sdp::Document document = documentOf(textOf(answer));
+  for (const char* code = record; *code != 0; ++code) {
+    const auto place = static_cast<std::uint32_t>(placeOf(*code));
+    if (document.section(place).transport() == kSecure)
+      static_cast<void>(document.setTransport(place, kPlain));
   }
-  answer.sdpParse(text, SDP_TYPE_ANSWER);
+  return store(document, answer);
 }
 
 /// Two m-lines were offered, the target has answered to one: it stands for the plain or the secure one.
-void unmerge(Body& answer, char (&record)[32]) {
+std::string unmerge(Body& answer, char (&record)[32]) {
   if (answer.isSDESPresent()) {
     answer.sdpModifyTransportTypes(kPlain, kSecure);
-    returnPlainMLines(answer, record);
-  } else {
-    takeOtherOfPairs(record);
-    answer.sdpReplaceTransportProtocol(record, false);
+    return returnPlainMLines(answer, record);
   }
-}
-
-std::size_t countMLines(const Body& body) {
-  const std::string text = textOf(body);
-  std::size_t count = 0;
-  for (std::size_t at = 0; (at = text.find("\nm=", at)) != std::string::npos; ++at) ++count;
-  return count;
+  takeOtherOfPairs(record);
+  answer.sdpReplaceTransportProtocol(record, false);
+  return "";
 }
 
 /// One m-line was offered, the target has answered to two and refused one of them.
 std::string unsplit(Body& answer) {
-  const std::size_t offered = countMLines(answer);
+  const auto count = [&] { return documentOf(textOf(answer)).sectionCount(); };
+  const std::uint32_t offered = count();
   answer.sdpRemoveMlinesZeroPort();
   answer.sdpModifyTransportTypes(kSecure, kPlain);
-  return 2 * countMLines(answer) == offered ? "" : "not one m-line of each pair accepted";
+  return 2 * count() == offered ? "" : "not one m-line of each pair accepted";
 }
 
 std::string returnSecurity(const Policy&, Body& answer, OfferChanges& changes) {
@@ -180,11 +157,9 @@ std::string returnSecurity(const Policy&, Body& answer, OfferChanges& changes) {
       answer.sdpReplaceTransportProtocol(changes.security, false);
       break;
     case MLineChange::plainRemoved:
-      returnPlainMLines(answer, changes.security);
-      break;
+      return returnPlainMLines(answer, changes.security);
     case MLineChange::merged:
-      unmerge(answer, changes.security);
-      break;
+      return unmerge(answer, changes.security);
     case MLineChange::split:
       return unsplit(answer);
     case MLineChange::madeSecure:
@@ -196,80 +171,30 @@ std::string returnSecurity(const Policy&, Body& answer, OfferChanges& changes) {
   return "";
 }
 
-// -- codecs, video, ICE, address
-
-/// A port of zero refuses no section that says it shares another's.
-std::string refuseBundled(Body& body, std::string_view media) {
-  BodyLines lines(textOf(body));
-  for (BodySection& section : lines.sections) {
-    if (section.media != media) continue;
-    std::erase_if(section.lines, [](const BodyLine& line) {
-      return line.type == 'a' && attributeOf(line.value).name == "bundle-only";
-    });
-  }
-  return store(lines.text(), body);
-}
-
-std::string limitVideo(const Policy& policy, Body& body, OfferChanges&) {
-  if (policy.video == Video::capped && (body.getParsedData().mediaType & MEDIA_VIDEO) != 0)
-    body.sdpLimitVideoMediaBandwidth(policy.videoBandwidth, policy.videoLevel);
-  if (policy.video != Video::off) return "";
-  const bool had = hasMedia(body);
-  // By the edit, which leaves the rest of the body; the object's own removal may take lines of the next section along.
-  char text[MAX_SDP_PROTOCOL_DATA_SIZE] = "";
-  body.getSDP(text, sizeof text);
-  sdpModifications::sdpSetMediaPort(text, MEDIA_VIDEO, IP_VERSION_UNKNOWN,
-                                    sdpModifications::MEDIA_SECURITY_ANY, 0);
-  body.sdpParse(text, SDP_TYPE_UNKNOWN);
-  if (std::string reason = refuseBundled(body, "video"); !reason.empty()) return reason;
-  return !had || hasMedia(body) ? "" : "no media but video";
-}
+// -- ICE, address
 
 std::string removeIce(const Policy& policy, Body& body, OfferChanges&) {
   if (!policy.removeIce) return "";
   body.sdpRemoveIce();
-  return withoutLines(body, [](const Attribute& attribute) {
+  return withoutAttributes(body, [](const Attribute& attribute) {
     return attribute.name == "end-of-candidates" || attribute.name == "ice-pacing" ||
            attribute.name == "ice-mismatch";
   });
 }
 
-bool isUnspecified(const BodyLine& connection) {
-  const std::vector<std::string> words = wordsOf(connection.value);
-  return words.size() > 2 && (words[2] == "0.0.0.0" || words[2] == "::");
-}
-
-const BodyLine* firstConnection(const BodyLines& body) {
-  for (const BodySection& section : body.sections) {
-    for (const BodyLine& line : section.lines) {
-      if (line.type == 'c') return &line;
-    }
-  }
-  return nullptr;
-}
-
-void replaceConnection(BodyLine& line, const std::string& address) {
-  line.bytes =
-      std::string("c=IN ") + (address.find(':') == std::string::npos ? "IP4 " : "IP6 ") + address + "\r\n";
-}
-
 /// The unspecified address stays: it puts the call on hold (RFC 3264 8.4).
 std::string setAddress(const Policy& policy, Body& body, OfferChanges&) {
-  if (policy.connectionAddress.empty()) return "";
-  BodyLines lines(textOf(body));
-  if (std::ranges::none_of(lines.sections, &BodySection::isActive)) return "";
-  const BodyLine* const first = firstConnection(lines);
-  if (first == nullptr) return "no connection line";
-  if (!isUnspecified(*first) && body.sdpReplaceCxIP(policy.connectionAddress.c_str()) != 0)
-    return "no connection line";
-  // That was the first one; sections may have further ones.
-  lines = BodyLines(textOf(body));
-  for (BodySection& section : lines.sections) {
-    for (BodyLine& line : section.lines) {
-      if (line.type == 'c' && !isUnspecified(line)) replaceConnection(line, policy.connectionAddress);
-    }
-  }
-  return store(lines.text(), body);
+  const std::string& address = policy.connectionAddress;
+  const std::string text = textOf(body);
+  if (address.empty() || !hasPort(documentOf(text))) return "";
+  if (text.find("\nc=") == std::string::npos) return "no connection line";
+  const std::string type = address.find(':') == std::string::npos ? "IP4 " : "IP6 ";
+  const auto replace = [&](std::string line) {
+    const std::string_view present = sdp::Fields(line)[2];
+    const bool isKept = !line.starts_with("c=") || present == "0.0.0.0" || present == "::";
+    return isKept ? line : "c=IN " + type + address;
+  };
+  return store(withLines(text, replace), body);
 }
 
 /// What each key of the policy means: requests of the library to the offer and to its answer.
@@ -295,21 +220,35 @@ std::string parsedAnew(Body& body, const std::string& before) {
   return "not usable after the policy";
 }
 
-/// The lines of a body without what codecs make of them.
+/// A body without what codecs make of it.
 std::string withoutCodecs(const Body& body) {
-  std::string rest;
-  for (const BodySection& section : BodyLines(textOf(body)).sections) {
-    for (const BodyLine& line : section.lines) {
-      const bool mapping = line.bytes.starts_with("a=rtpmap:") || line.bytes.starts_with("a=fmtp:");
-      if (line.type == 'o' || mapping) continue;
-      const bool audio = line.bytes.starts_with("m=audio ");
-      rest += audio ? "m=audio " + section.port + " " + section.transport + "\n" : line.bytes;
-    }
-  }
-  return rest;
+  return withLines(textOf(body), [](std::string line) {
+    if (line.starts_with("o=") || line.starts_with("a=rtpmap:") || line.starts_with("a=fmtp:"))
+      return std::string();
+    const sdp::Fields words(line);
+    return line.starts_with("m=audio ") ? "m=audio " + std::string(words[1]) + " " + std::string(words[2])
+                                        : line;
+  });
 }
 
 }  // namespace
+
+bool hasMedia(const Body& body) { return body.getParsedData().mediaType != 0; }
+
+sdp::Document documentOf(const std::string& text) {
+  sdp::Document document;
+  static_cast<void>(document.read(text));  // then it is empty, and so is what is stored of it
+  return document;
+}
+
+bool hasPort(const sdp::Document& document) {
+  const auto isOn = [](const sdp::Section& section) { return !section.isDisabled(); };
+  return std::ranges::any_of(document.sections(), isOn);
+}
+
+std::string store(const sdp::Document& document, Body& body) {
+  return store(std::string(document.text()), body);
+}
 
 std::string store(const std::string& text, Body& body) {
   if (text.size() >= MAX_SDP_PROTOCOL_DATA_SIZE) return "too long after the policy";
@@ -318,7 +257,8 @@ std::string store(const std::string& text, Body& body) {
 }
 
 std::string textOf(const Body& object) {
-  char text[MAX_SDP_PROTOCOL_DATA_SIZE];  // much more than what it gets; not to be filled each time
+  // Much more than what it gets; not to be filled each time.
+  char text[MAX_SDP_PROTOCOL_DATA_SIZE + 1];
   if (object.getRawSDP(text, sizeof text) != 0) return "";
   return text;
 }

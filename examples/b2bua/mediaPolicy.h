@@ -1,11 +1,11 @@
 #ifndef B2BUA_MEDIA_POLICY_H
 #define B2BUA_MEDIA_POLICY_H
 
+#include <sdpDocument.h>
 #include <sdpNegotiator.h>
 
 #include <string>
 
-#include "bodyLines.h"
 #include "options.h"
 
 namespace b2bua {
@@ -37,10 +37,15 @@ std::string applyToOffer(const Policy& policy, Body& offer, OfferChanges& change
 std::string applyToAnswer(const Policy& policy, Body& answer, const OfferChanges& changes);
 
 std::string textOf(const Body& object);
+sdp::Document documentOf(const std::string& text);
+
+bool hasMedia(const Body& body);
+bool hasPort(const sdp::Document& document);
 
 /// Parses an edited text into the body that it was read from.
 /// @return why that cannot be done; empty when it can
 std::string store(const std::string& text, Body& body);
+std::string store(const sdp::Document& document, Body& body);
 
 /// @return whether two offers differ in their o-lines and in formats of audio, with their rtpmap and fmtp lines, alone
 bool onlyCodecsDiffer(const Body& one, const Body& other);

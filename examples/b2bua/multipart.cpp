@@ -39,7 +39,7 @@ struct Part {
       const std::string_view line = text.substr(0, end);
       text.remove_prefix(std::min(end + 1, text.size()));
       if (line.empty() || line == "\r") break;
-      headers.push_back(attributeOf(line));
+      headers.push_back(attributeOf("a=" + std::string(line)));
     }
     content = text;
   }

@@ -68,13 +68,6 @@ NamedRequest readRequest(std::size_t list, const std::string& line, std::size_t 
   throw WordError(keyOf(list), text, number, static_cast<std::size_t>(wrong.data() - line.data()));
 }
 
-bool hasPort(const sdp::Document& document) {
-  for (const sdp::Section& section : document.sections()) {
-    if (!section.isDisabled()) return true;
-  }
-  return false;
-}
-
 /// @return why one of them is refused, with its name
 std::string perform(const std::vector<NamedRequest>& requests, sdp::Document& document) {
   for (const NamedRequest& request : requests) {
@@ -112,7 +105,7 @@ std::string applyRequests(const Policy& policy, Way way, Side party, bool isAnsw
       return keyOf(list) + " " + reason;
     if (had && !isAnswer && !hasPort(document)) return keyOf(list) + ": no media left";
   }
-  return store(std::string(document.text()), body);
+  return store(document, body);
 }
 
 bool hasRequests(const Policy& policy) {

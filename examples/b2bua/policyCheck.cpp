@@ -1,21 +1,53 @@
 #include "policyCheck.h"
 
 #include <arpa/inet.h>
+#include <sdpDocumentRequests.h>
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <optional>
 #include <string_view>
+
+#include "reasons.h"
+#include "videoRule.h"
 
 namespace b2bua {
 
 namespace {
 
-constexpr std::ptrdiff_t kLevelDigits = 6;
+/// The session, or a section, as the most tolerant reader takes it.
+struct Part {
+  explicit Part(const sdp::Session& session) { readLines(session); }
+  explicit Part(const sdp::Section& read)
+      : media(tolerantly(read.media())), transport(tolerantly(read.transport())), section(read) {
+    readLines(read);
+    isActive = read.port() != 0 || has({"bundle-only"});
+  }
 
-/// Those of eH264_profile_id, as `levelIn` tells them.
-constexpr unsigned int kLevels[] = {20, 21, 22, 24, 26, 40, 42, 44, 60, 62, 64, 80, 82, 84, 100, 102};
+  void readLines(const auto& part) {
+    for (const sdp::Line& line : part.lines()) {
+      hasKeyLine = hasKeyLine || line.content.starts_with("k=");
+      if (line.content.starts_with("a=")) attributes.push_back(attributeOf(line.content));
+      if (line.content.starts_with("c=")) connections.push_back(tolerantly(line.content.substr(2)));
+    }
+  }
+
+  /// @return whether an attribute has one of the names
+  bool has(std::initializer_list<std::string_view> names) const {
+    return std::ranges::any_of(attributes, [&](const Attribute& attribute) {
+      return std::ranges::find(names, attribute.name) != names.end();
+    });
+  }
+  bool hasKeys() const { return hasKeyLine || has({"crypto", "key-mgmt", "fingerprint", "zrtp-hash"}); }
+
+  std::vector<Attribute> attributes;
+  std::vector<std::string> connections;  ///< behind "c="
+  bool hasKeyLine = false;
+  bool isActive = false;
+  std::string media;
+  std::string transport;
+  sdp::Section section;
+};
 
 /// An address as bytes, so that its spelling does not count.
 struct Address {
@@ -40,11 +72,6 @@ Address addressOf(std::string_view text) {
   return address;
 }
 
-/// @param words  a network type, an address type and an address among them, such as those of a c-line
-Address addressBehindType(const std::vector<std::string>& words, std::size_t type) {
-  return words.size() > type + 1 ? addressOf(words[type + 1]) : Address{};
-}
-
 /// @param transport  lower case
 bool isSecure(std::string_view transport) {
   constexpr std::string_view kSecureParts[] = {"savp", "tls", "wss"};
@@ -52,62 +79,44 @@ bool isSecure(std::string_view transport) {
       kSecureParts, [&](std::string_view part) { return transport.find(part) != std::string_view::npos; });
 }
 
-/// @return the transports that a section may be given instead of its own (RFC 5939), in lower case
-std::vector<std::string> otherTransports(const BodySection& section) {
-  std::vector<std::string> transports;
-  for (const Attribute& attribute : section.attributes()) {
-    std::vector<std::string> words = wordsOf(lowerCase(attribute.value));
-    if (attribute.name != "tcap" || words.size() < 2) continue;
-    transports.insert(transports.end(), words.begin() + 1, words.end());  // behind the first one's number
-  }
-  return transports;
-}
-
-bool hasKeys(const BodySection& section) {
-  return section.has({"crypto", "key-mgmt", "fingerprint", "zrtp-hash"}) ||
-         std::ranges::any_of(section.lines, [](const BodyLine& line) { return line.type == 'k'; });
-}
-
-bool isIce(const BodySection& section) {
-  return std::ranges::any_of(section.attributes(), [](const Attribute& attribute) {
-    return attribute.name.starts_with("ice-") || attribute.name.ends_with("candidate") ||
-           attribute.name.ends_with("candidates");
-  });
-}
-
-/// The addresses that a section's media go to: of its own c-lines, or of the session's.
-std::vector<std::vector<std::string>> connectionsOf(const BodyLines& body, const BodySection& section) {
-  std::vector<std::vector<std::string>> connections;
-  for (const BodySection* const place : {&section, &body.sections.front()}) {
-    for (const BodyLine& line : place->lines) {
-      if (line.type == 'c') connections.push_back(wordsOf(line.value));
+/// @return whether a part may be given a transport instead of its own (RFC 5939) that is secure, or one that is not
+bool offersTransport(const Part& part, bool secure) {
+  for (const Attribute& attribute : part.attributes) {
+    if (attribute.name != "tcap") continue;
+    for (std::size_t i = 1; !attribute.word(i).empty(); ++i) {  // behind the first one's number
+      if (isSecure(attribute.word(i)) == secure) return true;
     }
-    if (!connections.empty()) break;
   }
-  return connections;
+  return false;
 }
 
-/// @param keyword  IP4 or IP6 in front of the address; empty for none
-bool isOfFamily(const Policy& policy, const std::string& keyword, const Address& address) {
+bool isIce(const Attribute& attribute) {
+  return attribute.name.starts_with("ice-") || attribute.name.ends_with("candidate") ||
+         attribute.name.ends_with("candidates");
+}
+
+/// @param keyword  IP4 or IP6 in front of the address, in lower case; empty for none
+bool isOfFamily(const Policy& policy, std::string_view keyword, const Address& address) {
   const bool four = policy.addressFamily == IP_VERSION_4;
   if (address.isZero()) return true;
   if (address.family != AF_UNSPEC && address.family != (four ? AF_INET : AF_INET6)) return false;
-  return keyword.empty() || lowerCase(keyword) == (four ? "ip4" : "ip6");
+  return keyword.empty() || keyword == (four ? "ip4" : "ip6");
 }
 
-std::string wrongConnection(const Policy& policy, const BodyLines& body, const BodySection& section) {
-  const Address wanted = addressOf(policy.connectionAddress);
-  const auto connections = connectionsOf(body, section);
+/// @param connections  of the section, or of the session when it has none
+std::string wrongConnection(const Policy& policy, const std::vector<std::string>& connections) {
   if (!policy.connectionAddress.empty()) {
+    const Address wanted = addressOf(policy.connectionAddress);
     if (connections.empty()) return "no connection line";
-    const auto isWanted = [&](const std::vector<std::string>& words) {
-      const Address address = addressBehindType(words, 1);
+    const auto isWanted = [&](const std::string& connection) {
+      const Address address = addressOf(sdp::Fields(connection)[2]);
       return address == wanted || address.isZero();
     };
     return std::ranges::all_of(connections, isWanted) ? "" : "another connection address";
   }
-  const auto isRight = [&](const std::vector<std::string>& words) {
-    return isOfFamily(policy, words.size() > 1 ? words[1] : "none", addressBehindType(words, 1));
+  const auto isRight = [&](const std::string& connection) {
+    const sdp::Fields words(connection);
+    return isOfFamily(policy, words[1].empty() ? "none" : words[1], addressOf(words[2]));
   };
   if (policy.addressFamily == IP_VERSION_UNKNOWN || std::ranges::all_of(connections, isRight)) return "";
   return "a connection address of the other family";
@@ -122,102 +131,65 @@ std::optional<std::size_t> typeOfFurtherAddress(const Attribute& attribute) {
 }
 
 /// What ICE, RTCP and capabilities say of further addresses.
-std::string wrongFamily(const Policy& policy, const BodySection& section) {
+std::string wrongFamily(const Policy& policy, const Part& part) {
   if (policy.addressFamily == IP_VERSION_UNKNOWN) return "";
-  for (const Attribute& attribute : section.attributes()) {
-    const std::vector<std::string> words = wordsOf(attribute.value);
+  for (const Attribute& attribute : part.attributes) {
     const std::optional<std::size_t> type = typeOfFurtherAddress(attribute);
-    const bool further = type && words.size() > *type + 1;
+    const std::string_view address = type ? attribute.word(*type + 1) : "";
     if (isOtherFamily(policy, attribute) ||
-        (further && !isOfFamily(policy, words[*type], addressOf(words[*type + 1]))))
+        (!address.empty() && !isOfFamily(policy, attribute.word(*type), addressOf(address))))
       return "an address of the other family";
   }
   return "";
 }
 
-std::string wrongCodec(const Policy& policy, const BodySection& section) {
-  if (policy.audioCodecs.empty() || section.media != "audio") return "";
+/// @return whether a part tells what a format of an active section means, and that is not allowed
+bool hasWrongMapping(const Policy& policy, const Part& part) {
+  return std::ranges::any_of(part.attributes, [&](const Attribute& attribute) {
+    const std::string name(attribute.word(1).substr(0, attribute.word(1).find('/')));
+    return attribute.name == "rtpmap" && part.section.format(attribute.word(0)) && !isCompanion(name) &&
+           !isAllowedCodec(policy, name);
+  });
+}
+
+std::string wrongCodec(const Policy& policy, const Part& part) {
   bool codec = false;
-  for (const std::string& format : section.formats) {
-    for (const Format& told : formatsOf(section, format)) {
-      if (!told.isCodec()) continue;
-      if (!isAllowedCodec(policy, told)) return "an audio codec that is not allowed";
-      codec = true;
-    }
+  if (hasWrongMapping(policy, part)) return "an audio codec that is not allowed";
+  for (const sdp::Format& format : part.section.formats()) {
+    const std::string name = lowerCase(format.encoding ? format.encoding->name : "");
+    if (isCompanion(name)) continue;
+    if (!isAllowedCodec(policy, name)) return "an audio codec that is not allowed";
+    codec = true;
   }
   return codec ? "" : "audio without a codec that is allowed";
 }
 
-/// Bandwidths of media in kbit/s or bit/s; those of RTCP are none.
-bool isWithin(const std::string& value, unsigned long most) {
-  const std::size_t colon = std::min(value.find(':'), value.size());
-  const std::string kind = lowerCase(value.substr(0, colon));
-  if (kind != "as" && kind != "tias") return true;
-  const std::string number = value.substr(std::min(colon + 1, value.size()));
-  unsigned long bandwidth = 0;
-  const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), bandwidth);
-  if (error != std::errc() || end != number.data() + number.size()) return false;
-  return (kind == "tias" ? bandwidth / 1000 : bandwidth) <= most;
-}
-
-/// @return the highest level of H.264 in the parameters of a format, twice that of its level_idc, for 1b to lie behind 1;
-/// 0 for none. Other codecs have a profile-level-id too, but none of six digits.
-unsigned int levelIn(const std::string& parameters) {
-  constexpr std::string_view kName = "profile-level-id=";
-  std::string text = lowerCase(parameters);
-  std::erase_if(text, [](char c) { return c == ' ' || c == '\t'; });
-  unsigned int highest = 0;
-  for (std::size_t at = text.find(kName); at != std::string::npos; at = text.find(kName, at)) {
-    at += kName.size();
-    const std::string_view digits = std::string_view(text).substr(at, kLevelDigits);
-    unsigned int number = 0;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number, 16);
-    if (error != std::errc() || end != digits.data() + kLevelDigits) continue;
-    const unsigned int level = number & 0xFF;
-    const bool is1b = level == 9 || (level == 11 && (number & 0x1000) != 0);
-    highest = std::max(highest, is1b ? 2 * 10 + 1 : 2 * level);
-  }
-  return highest;
-}
-
-std::string wrongVideo(const Policy& policy, const BodySection& section) {
-  if (section.media != "video" || policy.video == Video::on) return "";
-  if (policy.video == Video::off) return "video";
-  for (const BodyLine& line : section.lines) {
-    if (line.type == 'b' && !isWithin(line.value, policy.videoBandwidth)) return "too much bandwidth";
-  }
-  const unsigned int highest = kLevels[policy.videoLevel];
-  for (const Attribute& attribute : section.attributes()) {
-    if (attribute.name == "fmtp" && levelIn(attribute.value) > highest) return "too high a level";
-  }
-  return "";
-}
-
-std::string wrongSecurity(const Policy& policy, const BodySection& section, bool keysSuffice) {
-  if (policy.security == Security::plain && hasKeys(section)) return "keys";
-  const std::vector<std::string> others = otherTransports(section);
-  if (policy.security == Security::plain && std::ranges::any_of(others, isSecure))
-    return "a secure transport";
-  if (policy.security == Security::secure && !std::ranges::all_of(others, isSecure))
-    return "a plain transport";
-  if (!section.isActive()) return "";
-  const bool secure = isSecure(section.transport);
-  if (policy.security == Security::plain && secure) return "a secure m-line";
-  if (policy.security == Security::secure && !secure && !(keysSuffice && hasKeys(section)))
+std::string wrongSecurity(const Policy& policy, const Part& part, bool keysSuffice) {
+  const bool plain = policy.security == Security::plain;
+  if (plain && part.hasKeys()) return "keys";
+  if (plain && offersTransport(part, true)) return "a secure transport";
+  if (policy.security == Security::secure && offersTransport(part, false)) return "a plain transport";
+  if (!part.isActive) return "";
+  const bool secure = isSecure(part.transport);
+  if (plain && secure) return "a secure m-line";
+  if (policy.security == Security::secure && !secure && !(keysSuffice && part.hasKeys()))
     return "a plain m-line";
   return "";
 }
 
-std::string wrongIn(const Policy& policy, const BodyLines& body, const BodySection& section,
-                    bool keysSuffice) {
-  std::string reason = wrongSecurity(policy, section, keysSuffice);
-  if (reason.empty() && policy.removeIce && isIce(section)) reason = "ICE";
-  if (reason.empty() && (section.isActive() || section.media.empty())) reason = wrongFamily(policy, section);
-  if (!reason.empty() || !section.isActive()) return reason;
-  reason = wrongVideo(policy, section);
-  if (reason.empty()) reason = wrongCodec(policy, section);
-  if (reason.empty()) reason = wrongConnection(policy, body, section);
-  return reason;
+std::string wrongIn(const Policy& policy, const Part& session, const Part& part, bool keysSuffice) {
+  const bool isSession = part.media.empty();
+  const bool isAudio = !policy.audioCodecs.empty() && part.media == "audio";
+  std::string reason = wrongSecurity(policy, part, keysSuffice);
+  if (reason.empty() && policy.removeIce && std::ranges::any_of(part.attributes, isIce)) reason = "ICE";
+  if (reason.empty() && (isSession || part.isActive)) reason = wrongFamily(policy, part);
+  if (reason.empty() && !policy.audioCodecs.empty() && (isSession || isAudio) && part.has({"rmcap", "omcap"}))
+    reason = "codecs to choose";
+  if (!reason.empty() || !part.isActive) return reason;
+  if (policy.video == Video::off && part.media == "video") return "video";
+  if (isAudio) reason = wrongCodec(policy, part);
+  if (!reason.empty()) return reason;
+  return wrongConnection(policy, part.connections.empty() ? session.connections : part.connections);
 }
 
 bool forbidsNothing(const Policy& policy) {
@@ -229,29 +201,38 @@ bool forbidsNothing(const Policy& policy) {
 }  // namespace
 
 bool isOtherFamily(const Policy& policy, const Attribute& candidate) {
-  const std::vector<std::string> words = wordsOf(candidate.value);
-  return policy.addressFamily != IP_VERSION_UNKNOWN && candidate.name == "candidate" && words.size() > 4 &&
-         !isOfFamily(policy, "", addressOf(words[4]));
+  return policy.addressFamily != IP_VERSION_UNKNOWN && candidate.name == "candidate" &&
+         !isOfFamily(policy, "", addressOf(candidate.word(4)));
 }
 
-bool isAllowedCodec(const Policy& policy, const Format& format) {
+bool isCompanion(std::string_view name) { return name == "telephone-event" || name == "cn"; }
+
+bool isAllowedCodec(const Policy& policy, const std::string& name) {
   return std::ranges::any_of(audioCodecTable, [&](const audioCodecRow& row) {
     if (std::ranges::find(policy.audioCodecs, row.value) == policy.audioCodecs.end()) return false;
     const std::string listed = row.encodingName;
-    const std::string name = lowerCase(listed.substr(0, listed.find_first_of("/@")));
+    const std::string known = lowerCase(listed.substr(0, listed.find_first_of("/@")));
     // The annexes of G.729 are told by parameters, and GSM has no name in the table.
-    return name == format.name || (name.starts_with("g729") && format.name.starts_with("g729")) ||
-           (format.name == "gsm" && std::string_view(row.textName) == "GSMFULLRATE");
+    return known == name || (known.starts_with("g729") && name.starts_with("g729")) ||
+           (name == "gsm" && std::string_view(row.textName) == "GSMFULLRATE");
   });
 }
 
 std::string whatIsForbidden(const Policy& policy, const std::string& body, bool keysSuffice) {
+  const std::string forbids = "the policy forbids ";
   if (forbidsNothing(policy)) return "";
-  const BodyLines lines(body);
-  for (std::size_t i = 0; i < lines.sections.size(); ++i) {
-    const std::string reason = wrongIn(policy, lines, lines.sections[i], keysSuffice);
-    if (!reason.empty())
-      return "the policy forbids " + reason + (i == 0 ? "" : ", m-line " + std::to_string(i));
+  sdp::Document document;
+  sdp::Refusal refusal = document.read(body);
+  if (!refusal) refusal = sdp::canonicalise(document);
+  if (refusal) return "not usable after the policy: " + reasonOf(refusal);
+  if (policy.video == Video::capped && withVideoCapped(policy, body) != body)
+    return forbids + "more video than its cap";
+  const Part session(document.session());
+  std::string reason = wrongIn(policy, session, session, keysSuffice);
+  if (!reason.empty()) return forbids + reason;
+  for (const sdp::Section& section : document.sections()) {
+    reason = wrongIn(policy, session, Part(section), keysSuffice);
+    if (!reason.empty()) return forbids + reason + ", m-line " + std::to_string(section.index());
   }
   return "";
 }

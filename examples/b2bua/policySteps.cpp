@@ -2,7 +2,6 @@
 
 #include <sdpDocumentRequests.h>
 
-#include "bodyLines.h"
 #include "namedRequests.h"
 #include "options.h"
 #include "reasons.h"
@@ -12,16 +11,13 @@ namespace b2bua {
 namespace {
 
 /// Browsers have port 9 where ICE tells the address, which the library takes for a mistake; the relay goes by ICE.
-std::string withIcePorts(std::string_view body) {
-  BodyLines lines(body);
-  const bool isInSession = lines.sections.front().has({"ice-ufrag"});
-  for (BodySection& section : lines.sections) {
-    if (section.port != "9" || !(isInSession || section.has({"ice-ufrag"}))) continue;
-    std::string& mLine = section.lines.front().bytes;
-    if (const std::size_t port = mLine.find(" 9 "); port != std::string::npos)
-      mLine.replace(port, 3, " " + std::to_string(kLowestPort) + " ");
+sdp::Refusal setIcePorts(sdp::Document& body) {
+  constexpr std::uint16_t kUnknownYet = 9;
+  for (std::uint32_t i = 1; i <= body.sectionCount(); ++i) {
+    if (body.section(i).port() != kUnknownYet || !body.section(i).hasIce()) continue;
+    if (sdp::Refusal refusal = body.setPort(i, kLowestPort)) return refusal;
   }
-  return lines.text();
+  return {};
 }
 
 }  // namespace
@@ -30,7 +26,7 @@ std::string takeIn(const std::string& body, sdp::Document& document, bool isRela
   sdp::Refusal refusal = document.read(body);
   // That there is no body at all is for the parse to tell.
   if (!refusal && !body.empty()) refusal = sdp::canonicalise(document);
-  if (!refusal && isRelayed) refusal = document.read(withIcePorts(document.text()));
+  if (!refusal && isRelayed) refusal = setIcePorts(document);
   return refusal ? reasonOf(refusal) : "";
 }
 

@@ -1,3 +1,5 @@
+#include <videoRule.h>
+
 #include "calls.h"
 
 // The rules about audio codecs and video with the offers of phones, browsers and soft clients.
@@ -169,6 +171,114 @@ TEST_F(AudioPolicy, VideoGoesWithoutWhatStandsBehindIt) {
   const std::string answer =
       kFromBob + "m=video 0 RTP/AVP 97\nm=audio 30000 RTP/AVP 8\na=rtpmap:8 PCMA/8000\n";
   expectOffer("video = off\n", offer, replaced(offer, "m=video 49172 ", "m=video 0 "), answer);
+}
+
+// A refused section is in no group (RFC 8843).
+TEST_F(AudioPolicy, VideoThatGoesLeavesItsGroup) {
+  const std::string offer = kFromAlice +
+                            "a=group:BUNDLE 0 1\n"
+                            "m=audio 49170 RTP/AVP 8\n"
+                            "a=mid:0\n"
+                            "m=video 49170 RTP/AVP 97\n"
+                            "a=rtpmap:97 H264/90000\n"
+                            "a=mid:1\n";
+  const std::string answer = kFromBob +
+                             "a=group:BUNDLE 0\n"
+                             "m=audio 30000 RTP/AVP 8\n"
+                             "a=mid:0\n"
+                             "m=video 0 RTP/AVP 97\n"
+                             "a=mid:1\n";
+  expectOffer("video = off\n", offer,
+              replaced(replaced(offer, "BUNDLE 0 1", "BUNDLE 0"), "m=video 49170", "m=video 0"), answer);
+}
+
+// The port of the group was that of the video.
+TEST_F(AudioPolicy, VideoThatGoesLeavesItsPortToItsGroup) {
+  const std::string offer = kFromAlice +
+                            "a=group:BUNDLE 0 1\n"
+                            "m=video 49170 RTP/AVP 97\n"
+                            "a=rtpmap:97 H264/90000\n"
+                            "a=mid:0\n"
+                            "m=audio 0 RTP/AVP 8\n"
+                            "a=mid:1\n"
+                            "a=bundle-only\n";
+  const std::string answer = kFromBob +
+                             "a=group:BUNDLE 1\n"
+                             "m=video 0 RTP/AVP 97\n"
+                             "m=audio 30000 RTP/AVP 8\n"
+                             "a=mid:1\n";
+  expectOffer("video = off\n", offer,
+              kFromAlice +
+                  "a=group:BUNDLE 1\n"
+                  "m=video 0 RTP/AVP 97\n"
+                  "a=rtpmap:97 H264/90000\n"
+                  "a=mid:0\n"
+                  "m=audio 49170 RTP/AVP 8\n"
+                  "a=mid:1\n",
+              answer);
+}
+
+TEST_F(AudioPolicy, LevelsOfHighProfilesOfVideoAreLowered) {
+  const std::string video = "m=video 49172 RTP/AVP 97\na=rtpmap:97 H264/90000\n";
+  const std::string offer = kFromAlice + "m=audio 49170 RTP/AVP 8\n" + video +
+                            "a=fmtp:97 profile-level-id=640c28;packetization-mode=1\n";
+  expectOffer("video = cap 512 3.1\n", offer, replaced(offer, "640c28", "640c1F"),
+              kFromBob + "m=audio 30000 RTP/AVP 8\n" + replaced(video, "49172", "30002"));
+}
+
+// Level 1b is a number of its own in the High profiles, and a bit beside that of 1.1 in the others.
+TEST(LevelsOfVideo, AreLoweredInTheirProfile) {
+  const struct {
+    eH264_profile_id cap;
+    const char* offered;
+    const char* lowered;
+  } cases[] = {
+      {H264_LEVEL_3_1, "640c1f", "640c1f"}, {H264_LEVEL_3_1, "42e033", "42e01F"},
+      {H264_LEVEL_4, "7a1029", "7a1028"},   {H264_LEVEL_4, "58001F", "58001F"},
+      {H264_LEVEL_1B, "640c1f", "640c09"},  {H264_LEVEL_1B, "42e01f", "42F00B"},
+      {H264_LEVEL_1B, "64100b", "641009"},  {H264_LEVEL_1B, "42f00b", "42f00b"},
+      {H264_LEVEL_1, "4d100b", "4d100A"},   {H264_LEVEL_1, "640009", "64000A"},
+      {H264_LEVEL_1, "245", "245"},         {H264_LEVEL_1, "42e0", "42e0"},
+  };
+  for (const auto& each : cases) {
+    const auto bodyWith = [](const std::string& level) {
+      const std::string id = " Profile-Level-Id = " + level;
+      return "v=0\r\nm=audio 1 RTP/AVP 8\r\na=fmtp:8" + id + "\r\nm=video 2 RTP/AVP 97\r\na=fmtp:97" + id +
+             ";" + id + "\r\n";
+    };
+    b2bua::Policy policy;
+    policy.videoBandwidth = 512;
+    policy.videoLevel = each.cap;
+    const std::string body = bodyWith(each.offered);
+    const std::string lowered =
+        body.substr(0, body.find("m=video")) + bodyWith(each.lowered).substr(body.find("m=video"));
+    EXPECT_EQ(b2bua::withVideoCapped(policy, body), lowered);
+  }
+}
+
+// TIAS counts bits; the session's bandwidth is not that of the video alone.
+TEST_F(AudioPolicy, BandwidthsOfVideoAreCappedInTheirUnits) {
+  const std::string offer = replaced(kFromAlice, "t=0 0\n", "b=AS:900\nt=0 0\n") +
+                            "m=audio 49170 RTP/AVP 8\n"
+                            "b=AS:600\n"
+                            "m=video 49172 RTP/AVP 97\n"
+                            "b=AS:768\n"
+                            "b=TIAS:512001\n"
+                            "b=RS:9600\n"
+                            "a=rtpmap:97 H264/90000\n";
+  const std::string answer = kFromBob + "m=audio 30000 RTP/AVP 8\nm=video 30002 RTP/AVP 97\nb=TIAS:512000\n";
+  expectOffer("video = cap 512 3.1\n", offer,
+              replaced(replaced(offer, "b=AS:768", "b=AS:512"), "TIAS:512001", "TIAS:512000"), answer);
+}
+
+TEST_F(AudioPolicy, TheBandwidthOfASessionWithVideoAloneIsCapped) {
+  const std::string offer = replaced(kFromAlice, "t=0 0\n", "b=AS:900\nb=TIAS:900000\nt=0 0\n") +
+                            "m=audio 0 RTP/AVP 8\n"
+                            "m=video 49172 RTP/AVP 97\n"
+                            "a=rtpmap:97 H264/90000\n";
+  const std::string answer = kFromBob + "m=audio 0 RTP/AVP 8\nm=video 30002 RTP/AVP 97\n";
+  expectOffer("video = cap 512 3.1\n", offer,
+              replaced(replaced(offer, "b=AS:900", "b=AS:512"), "TIAS:900000", "TIAS:512000"), answer);
 }
 
 TEST_F(AudioPolicy, AnOfferOfVideoAloneIsRefusedWithoutVideo) {

@@ -45,7 +45,7 @@ const std::map<std::string, std::vector<std::string>> kForbidden = {
     {kNoIce, {"ice-", "candidate"}},
     {kFour, {"2001:db8"}},
     {kAddress, {"c=in ip4 192", "10.0.0.1"}},
-    {kCodecs, {"49172", "bundle-only"}},
+    {kCodecs, {"49172", "bundle-only", "rmcap", "omcap"}},
     {kHigher, {"42e033", "42e0ff"}},
     {kCapped, {"42e01f"}},
 };
@@ -140,6 +140,8 @@ const Probe kProbes[] = {
     {"a codec of a second section in upper case", kCodecs, kHead + kAudio + "m=AUDIO 49172 RTP/AVP 0\r\n"},
     {"a codec that uses another section's port", kCodecs,
      kHead + "a=group:BUNDLE 0 1\r\n" + kAudio + "a=mid:0\r\nm=audio 0 RTP/AVP 0\r\n" + kBundled},
+    {"a codec to choose in upper case", kCodecs, kHead + kAudio + "a=RMCAP:1 PCMU/8000\r\na=pcfg:1 m=1\r\n"},
+    {"a codec for all to choose behind a blank", kCodecs, kHead + "a= omcap:2 opus\r\n" + kAudio},
     {"a level in upper case", kCapped,
      kHead + kAudio +
          "m=video 42000 RTP/AVP 97\r\na=RTPMAP:97 H264/90000\r\na=FMTP:97 PROFILE-LEVEL-ID = 42E01F\r\n"},
@@ -197,6 +199,8 @@ const Probe kAllowed[] = {
      kHead + kAudio + "c=IN IP4 10.0.0.1\r\nm=audio 49172 RTP/AVP 8\r\nc=IN IP4 10.0.0.2\r\n"},
     {"a refused section of the other family", kFour,
      kHead + kAudio + "m=audio 0 RTP/AVP 8\r\nc=IN IP6 2001:db8::10\r\n"},
+    {"codecs to choose", kCodecs,
+     kHead + "a=rmcap:1 PCMU/8000\r\n" + kAudio + "a=omcap:2 opus\r\na=pcfg:1 m=1\r\n"},
     {"codecs that need no map", kCodecs, kHead + "m=audio 49170 RTP/AVP 0 8 13\r\n"},
 };
 

@@ -111,6 +111,15 @@ TEST_F(Reasons, TellALineThatReadersTakeForDifferentThings) {
   EXPECT_EQ(engine_.stop().at("refused_bodies"), call);
 }
 
+TEST_F(Reasons, AreNotNeededForABodyOfTheGreatestLength) {
+  constexpr std::size_t kGreatest = 20'480;
+  std::string body = kSession + kAudio + "a=x:";
+  body.append(kGreatest - 2 - body.size(), 'x').append("\r\n");
+  caller_.request(engine_.address(), {.body = body});
+  const std::string invited = target_.receive("INVITE ", "", kLongestWait);
+  EXPECT_TRUE(invited.ends_with("\r\n\r\n" + body)) << engine_.log();
+}
+
 TEST_F(Reasons, AreNotNeededForABodyInAnySpelling) {
   const std::string canonical =
       kSession + "a=setup:actpass\r\n" + kAudio + "a=rtpmap:8 PCMA/8000\r\na=Own: x \r\n";

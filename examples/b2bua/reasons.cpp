@@ -26,13 +26,26 @@ std::string secretIn(std::string_view line) {
   return letter != std::string::npos && lower[letter] == 'k' ? "k" : "";
 }
 
-/// @return where the value of a name begins that stands in a line, behind its colon
+/// @return where the value of a name begins that stands in a line: behind its colon, or in an attribute behind a blank
 std::size_t valueOf(std::string_view lower, std::string_view name) {
+  const std::size_t attribute = lower.find("a=");
   for (std::size_t at = lower.find(name); at != std::string_view::npos; at = lower.find(name, at + 1)) {
-    const std::size_t colon = lower.find_first_not_of(" \t", at + name.size());
-    if (colon != std::string_view::npos && lower[colon] == ':') return colon + 1;
+    const std::size_t end = at + name.size();
+    const std::size_t value = lower.find_first_not_of(" \t", end);
+    if (value == std::string_view::npos) break;
+    if (lower[value] == ':') return value + 1;
+    if (attribute < at && value > end) return value;
   }
   return std::string_view::npos;
+}
+
+/// @return where the keys of SDES begin: behind what is only said of them, where that stands in its place
+std::size_t keysOf(std::string_view lower) {
+  const std::size_t crypto = valueOf(lower, "crypto");
+  const bool isUsual = crypto != std::string_view::npos &&
+                       sdp::Fields(lower.substr(crypto))[2].starts_with("inline") &&
+                       valueOf(lower, "inline") != std::string_view::npos;
+  return isUsual ? std::string_view::npos : crypto;
 }
 
 /// @return where the password of a URI begins that stands in a line (scheme:user:password@host, maybe with "//")
@@ -51,11 +64,9 @@ std::size_t passwordOf(std::string_view line) {
 /// @return where the secret of a line begins
 std::size_t secretOf(std::string_view line) {
   const std::string lower = lowerCase(line);
-  std::size_t secret = std::string::npos;
+  std::size_t secret = std::min(keysOf(lower), passwordOf(line));
   for (const std::string_view name : {"inline", "ice-pwd", "fingerprint", "key-mgmt", "zrtp-hash"})
     secret = std::min(secret, valueOf(lower, name));
-  if (secret == std::string::npos) secret = valueOf(lower, "crypto");
-  secret = std::min(secret, passwordOf(line));
   const auto isPartOfWord = [](char c) {
     return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-';
   };
@@ -140,12 +151,12 @@ std::string withoutFound(std::string_view text) { return std::string(text.substr
 
 std::string toldReason(const std::string& reason) {
   const std::string_view text = std::string_view(reason).substr(0, reason.find(kFound));
-  bool internal = text.find_first_of("_()") != std::string_view::npos;
-  for (std::size_t i = 1; i < text.size(); ++i) {
-    const auto isLower = [](char c) { return c >= 'a' && c <= 'z'; };
-    internal = internal || (isLower(text[i - 1]) && text[i] >= 'A' && text[i] <= 'Z');
-  }
-  return internal ? "the body cannot be used" : reason;
+  const auto isHump = [](char one, char next) {
+    return one >= 'a' && one <= 'z' && next >= 'A' && next <= 'Z';
+  };
+  const bool isInternal = text.find_first_of("_()") != std::string_view::npos ||
+                          std::ranges::adjacent_find(text, isHump) != text.end();
+  return isInternal ? "the body cannot be used" : reason;
 }
 
 }  // namespace b2bua

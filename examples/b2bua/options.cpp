@@ -49,7 +49,7 @@ std::string checkContact(const std::string& text) {
   address.setIPAddress(hostOf(text).c_str());
   address.getIPAddressText(host, sizeof host);
   const bool isWildcard = std::ranges::find(kWildcards, host) != kWildcards.end();
-  const std::string wrong = checkEndpoint(text);
+  std::string wrong = checkEndpoint(text);
   if (!wrong.empty() || !isWildcard) return wrong;
   return "no wildcard address, since it is the Contact too: " + text;
 }

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <set>
 
@@ -50,7 +49,7 @@ std::set<int> waitingDescriptors() {
   std::error_code error;
   for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", error)) {
     if (std::filesystem::read_symlink(entry.path(), error) == "anon_inode:[eventpoll]")
-      found.insert(std::atoi(entry.path().filename().c_str()));
+      found.insert(std::stoi(entry.path().filename()));
   }
   return found;
 }

@@ -34,8 +34,8 @@ void Engine::keepAll() {
   while (!toKeep_.empty()) {
     const auto count = static_cast<std::ptrdiff_t>(std::min(kPortion, toKeep_.size()));
     std::vector<Call*> calls;
-    for (const std::string& id : std::vector(toKeep_.begin(), toKeep_.begin() + count)) {
-      if (const auto found = calls_.find(id); found != calls_.end()) calls.push_back(&found->second);
+    for (auto id = toKeep_.begin(); id != toKeep_.begin() + count; ++id) {
+      if (const auto found = calls_.find(*id); found != calls_.end()) calls.push_back(&found->second);
     }
     const bool kept = save(calls);
     if (!kept && !stopping_ && std::chrono::steady_clock::now() - *awaySince_ < kLongestDelay) return;

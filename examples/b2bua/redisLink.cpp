@@ -1,12 +1,12 @@
 #include "redisLink.h"
 
-#include <arpa/inet.h>
 #include <hiredis/hiredis.h>
 #include <netdb.h>
 #include <poll.h>
 
 #include <cerrno>
 #include <charconv>
+#include <span>
 #include <stdexcept>
 #include <utility>
 
@@ -49,12 +49,14 @@ void limitArrays(redisReader& reader) {
 }
 
 /// A name is asked for once: later it might hold the engine.
-std::string resolved(const std::string& host) {
+/// @param flags  AI_NUMERICHOST when a name is not to be asked for at all
+/// @return the address; empty without one
+std::string resolved(const std::string& host, int flags = 0) {
   addrinfo hints{};
+  hints.ai_flags = flags;
   hints.ai_socktype = SOCK_STREAM;
   addrinfo* found = nullptr;
-  if (getaddrinfo(host.c_str(), nullptr, &hints, &found) != 0)
-    throw std::runtime_error("no such host: " + host);
+  if (getaddrinfo(host.c_str(), nullptr, &hints, &found) != 0) return "";
   const std::unique_ptr<addrinfo, void (*)(addrinfo*)> owner(found, freeaddrinfo);
   char text[NI_MAXHOST] = "";
   getnameinfo(found->ai_addr, found->ai_addrlen, text, sizeof text, nullptr, 0, NI_NUMERICHOST);
@@ -68,18 +70,15 @@ int portOf(const std::string& text) {
   return error == std::errc{} && end == text.data() + text.size() ? port : 0;
 }
 
-bool isNumeric(const std::string& host) {
-  in6_addr address{};
-  return inet_pton(AF_INET, host.c_str(), &address) == 1 || inet_pton(AF_INET6, host.c_str(), &address) == 1;
-}
-
 }  // namespace
 
 RedisLink::Server RedisLink::serverOf(const std::string& endpoint) {
   const std::size_t colon = endpoint.rfind(':');
   const int port = colon == std::string::npos ? 0 : portOf(endpoint.substr(colon + 1));
   if (port == 0 || colon == 0) throw std::runtime_error("no HOST:PORT of a Redis server: " + endpoint);
-  return {resolved(endpoint.substr(0, colon)), port};
+  const std::string host = resolved(endpoint.substr(0, colon));
+  if (host.empty()) throw std::runtime_error("no such host: " + endpoint);
+  return {host, port};
 }
 
 RedisLink::RedisLink(const std::string& address) : context_(nullptr, redisFree) {
@@ -120,11 +119,12 @@ bool RedisLink::connectToPrimary(const Server& sentinel, Clock::time_point limit
   std::vector<Reply> replies;
   const Command question = {"SENTINEL", "get-master-addr-by-name", primary_};
   if (!open(sentinel, limit) || !exchange({question}, &replies, limit)) return false;
-  const Reply address = replies.front();
-  if (address.size() != 2 || !isNumeric(address[0]) || portOf(address[1]) == 0) return false;
-  replies.clear();
-  return open({address[0], portOf(address[1])}, deadline) && exchange({{"ROLE"}}, &replies, deadline) &&
-         !replies.front().empty() && replies.front().front() == "master";
+  const Reply& address = replies.front();
+  if (address.size() != 2) return false;
+  const Server primary = {resolved(address[0], AI_NUMERICHOST), portOf(address[1])};
+  return !primary.host.empty() && primary.port != 0 && open(primary, deadline) &&
+         exchange({{"ROLE"}}, &replies, deadline) && !replies.back().empty() &&
+         replies.back().front() == "master";
 }
 
 bool RedisLink::open(const Server& server, Clock::time_point deadline) {
@@ -153,13 +153,13 @@ bool RedisLink::run(const std::vector<Command>& commands, std::vector<Reply>* re
 bool RedisLink::post(const std::vector<Command>& commands) {
   if (!context_ || context_->err != 0) return false;
   append(commands);
-  unread_ += commands.size();
   int done = 0;
   // What does not fit into the socket goes with what is asked next.
   return redisBufferWrite(context_.get(), &done) == REDIS_OK;
 }
 
 void RedisLink::append(const std::vector<Command>& commands) {
+  unread_ += commands.size();
   for (const Command& command : commands) {
     std::vector<const char*> words;
     std::vector<std::size_t> sizes;
@@ -176,10 +176,7 @@ bool RedisLink::exchange(const std::vector<Command>& commands, std::vector<Reply
   append(commands);
   if (!flush(deadline)) return false;
   for (; unread_ > 0; --unread_) {
-    if (!takeReply(nullptr, deadline)) return false;
-  }
-  for (std::size_t i = 0; i < commands.size(); ++i) {
-    if (!takeReply(replies, deadline)) return false;
+    if (!takeReply(unread_ > commands.size() ? nullptr : replies, deadline)) return false;
   }
   return true;
 }
@@ -193,24 +190,21 @@ bool RedisLink::flush(Clock::time_point deadline) {
 }
 
 bool RedisLink::takeReply(std::vector<Reply>* replies, Clock::time_point deadline) {
-  void* taken = nullptr;
-  while (redisGetReplyFromReader(context_.get(), &taken) == REDIS_OK && taken == nullptr) {
+  void* read = nullptr;
+  while (redisGetReplyFromReader(context_.get(), &read) == REDIS_OK && read == nullptr) {
     if (context_->reader->len > kLargestReply || !isReady(*context_, POLLIN, deadline) ||
         redisBufferRead(context_.get()) != REDIS_OK) {
       return false;
     }
   }
-  const std::unique_ptr<void, void (*)(void*)> owner(taken, freeReplyObject);
-  const auto* const reply = static_cast<const redisReply*>(taken);
+  const std::unique_ptr<void, void (*)(void*)> owner(read, freeReplyObject);
+  const auto* const reply = static_cast<const redisReply*>(read);
   if (reply == nullptr || reply->type == REDIS_REPLY_ERROR) return false;
   if (replies == nullptr) return true;
-  Reply& texts = replies->emplace_back();
-  const auto add = [&](const redisReply& text) {
-    texts.emplace_back(text.str != nullptr ? text.str : "", text.str != nullptr ? text.len : 0);
-  };
-  if (reply->type == REDIS_REPLY_STRING) add(*reply);
-  for (std::size_t i = 0; reply->type == REDIS_REPLY_ARRAY && i < reply->elements; ++i)
-    add(*reply->element[i]);
+  std::span<const redisReply* const> texts(reply->element, reply->elements);
+  if (reply->type == REDIS_REPLY_STRING) texts = {&reply, 1};
+  Reply& taken = replies->emplace_back();
+  for (const redisReply* const text : texts) taken.emplace_back(std::string_view(text->str, text->len));
   return true;
 }
 

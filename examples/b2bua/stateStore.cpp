@@ -170,7 +170,6 @@ bool StateStore::isElsewhere(const std::string& owner, const Call& call) const {
 }
 
 bool StateStore::save(const std::vector<Call*>& calls) {
-  if (!isUsed() || calls.empty()) return true;
   std::vector<Command> commands;
   for (Call* const call : calls) {
     Fields fields = {{"owner", ownerOf(*call)}, {kAt, now()}};
@@ -182,7 +181,6 @@ bool StateStore::save(const std::vector<Call*>& calls) {
 }
 
 bool StateStore::remove(const std::string& id, bool mark) {
-  if (!isUsed()) return true;
   const std::string key = keyOf(id);
   if (!mark) return link_.post({{"DEL", key}});
   return link_.post({{"DEL", key}, {"HSET", key, "owner", kEnded}, {"EXPIRE", key, kKeepMarkFor}});
@@ -203,7 +201,6 @@ void StateStore::removeAcks(const std::vector<std::string>& ids) {
 
 Found StateStore::load(Call& call) {
   std::vector<RedisLink::Reply> replies;
-  if (!isUsed()) return Found::no;
   if (!link_.run({{"HGETALL", keyOf(call.id)}}, &replies)) return Found::unknown;
   const RedisLink::Reply& texts = replies.front();
   Fields fields;

@@ -11,8 +11,8 @@ namespace b2bua {
 
 enum class Found { yes, no, unknown };  ///< unknown: the server could not be asked
 
-/// Keeps calls in Redis, one hash for each, so that another process can go on with them. Without an address it keeps
-/// nothing.
+/// Keeps calls in Redis, one hash for each, so that another process can go on with them. Without an address it is
+/// asked for nothing.
 ///
 /// A record names its owner, the process that has the call. Who takes the call over becomes the owner, and the former
 /// one finds that out when it looks.

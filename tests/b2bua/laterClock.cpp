@@ -9,8 +9,9 @@
 extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
   static const auto own = reinterpret_cast<int (*)(clockid_t, timespec*)>(dlsym(RTLD_NEXT, "clock_gettime"));
   static const char* const file = std::getenv("B2BUA_LATER");
-  constexpr time_t kAhead = 7 * 3'600;
+  constexpr time_t kAhead = 25'200;
   const int status = own(clock, time);
-  if (status == 0 && clock == CLOCK_MONOTONIC && access(file, F_OK) == 0) time->tv_sec += kAhead;
+  if (status == 0 && clock == CLOCK_MONOTONIC && file != nullptr && access(file, F_OK) == 0)
+    time->tv_sec += kAhead;
   return status;
 }

@@ -17,8 +17,11 @@ void Engine::onSignOfLife(Leg& leg, Owned<msg_t> message, const sip_t& update) {
   takeTarget(leg, update);
   std::string header = std::string(kAllow) + "\r\nContact: " + transports_.contact(leg.transport);
   addLines(header, agreeTimer(leg, update));
+  if (leg.call->kept && leg.timer.text() != before) {
+    keep(*leg.call);
+    keepAll();
+  }
   reply(std::move(message), 200, header);
-  if (leg.call->kept && leg.timer.text() != before) keep(*leg.call);
 }
 
 /// @return whether both parties have an answer that is acknowledged, and the other one can be sent an UPDATE

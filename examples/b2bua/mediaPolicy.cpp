@@ -20,7 +20,7 @@ constexpr const char* kSecure = "RTP/SAVP";
 /// Removes attributes that the library's requests leave.
 template <typename Predicate>
 std::string withoutAttributes(Body& body, Predicate isUnwanted) {
-  const auto keep = [&](std::string line) { return isUnwanted(attributeOf(line)) ? "" : line; };
+  const auto keep = [&](const std::string& line) { return isUnwanted(attributeOf(line)) ? "" : line; };
   return store(withLines(textOf(body), keep), body);
 }
 
@@ -189,7 +189,7 @@ std::string setAddress(const Policy& policy, Body& body, OfferChanges&) {
   if (address.empty() || !hasPort(documentOf(text))) return "";
   if (text.find("\nc=") == std::string::npos) return "no connection line";
   const std::string type = address.find(':') == std::string::npos ? "IP4 " : "IP6 ";
-  const auto replace = [&](std::string line) {
+  const auto replace = [&](const std::string& line) {
     const std::string_view present = sdp::Fields(line)[2];
     const bool isKept = !line.starts_with("c=") || present == "0.0.0.0" || present == "::";
     return isKept ? line : "c=IN " + type + address;
@@ -222,7 +222,7 @@ std::string parsedAnew(Body& body, const std::string& before) {
 
 /// A body without what codecs make of it.
 std::string withoutCodecs(const Body& body) {
-  return withLines(textOf(body), [](std::string line) {
+  return withLines(textOf(body), [](const std::string& line) {
     if (line.starts_with("o=") || line.starts_with("a=rtpmap:") || line.starts_with("a=fmtp:"))
       return std::string();
     const sdp::Fields words(line);

@@ -1,7 +1,6 @@
 #include "multipart.h"
 
-#include <cstring>
-#include <vector>
+#include <map>
 
 #include "bodyLines.h"
 
@@ -9,93 +8,59 @@ namespace b2bua {
 
 namespace {
 
-std::string_view withoutLineEnd(std::string_view text) {
-  if (text.ends_with('\n')) text.remove_suffix(1);
-  if (text.ends_with('\r')) text.remove_suffix(1);
-  return text;
-}
-
-/// The parts between the delimiters, each with its headers. The line end in front of a delimiter belongs to it.
-std::vector<std::string_view> partsOf(std::string_view body, const std::string& delimiter) {
-  std::vector<std::string_view> parts;
-  std::size_t part = std::string_view::npos;
-  for (std::size_t line = 0; line < body.size();) {
-    const std::size_t end = std::min(body.find('\n', line), body.size());
-    if (body.substr(line).starts_with(delimiter)) {
-      if (part != std::string_view::npos) parts.push_back(withoutLineEnd(body.substr(part, line - part)));
-      part = std::min(end + 1, body.size());
-      if (body.substr(line + delimiter.size()).starts_with("--")) return parts;
-    }
-    line = end + 1;
-  }
-  return parts;  // what follows the last delimiter is cut off, or an epilogue
-}
-
-/// The headers of a part, and its content.
+/// A part, and what of it is read so far.
 struct Part {
-  explicit Part(std::string_view text) {
-    while (!text.empty()) {
-      const std::size_t end = std::min(text.find('\n'), text.size());
-      const std::string_view line = text.substr(0, end);
-      text.remove_prefix(std::min(end + 1, text.size()));
-      if (line.empty() || line == "\r") break;
-      headers.push_back(attributeOf("a=" + std::string(line)));
+  void add(std::string_view line) {
+    if (!isInContent) {
+      isInContent = line.empty();
+      const Attribute header = attributeOf("a=" + std::string(line));
+      headers.emplace(header.name, header.value);
+    } else if (!line.empty()) {  // The last line's end may be what stood in front of the delimiter.
+      content.append(line).append("\r\n");
     }
-    content = text;
   }
 
-  /// @return the value of a header in lower case, empty without one
-  std::string header(std::string_view name) const {
-    for (const Attribute& each : headers) {
-      if (each.name == name) return lowerCase(each.value);
-    }
-    return "";
+  /// @return its value, empty without one
+  std::string header(const char* name) const {
+    const auto found = headers.find(name);
+    return found != headers.end() ? found->second : "";
+  }
+  bool isSdp() const {
+    const std::string type = header("content-type");
+    return type.substr(0, type.find_first_of("; ")) == kSdp;
+  }
+  bool isRequired() const {
+    return header("content-disposition").find("handling=required") != std::string::npos;
+  }
+  bool isEncoded() const {
+    const std::string encoding = header("content-transfer-encoding");
+    return !encoding.empty() && encoding != "7bit" && encoding != "8bit" && encoding != "binary";
   }
 
-  std::vector<Attribute> headers;
-  std::string_view content;
+  std::map<std::string, std::string> headers;  ///< all in lower case
+  std::string content;
+  bool isInContent = false;
 };
-
-bool isSdp(const Part& part) {
-  const std::string type = part.header("content-type");
-  return type.substr(0, type.find_first_of("; \t")) == "application/sdp";
-}
-
-/// The last line's end may be what stood in front of the delimiter.
-std::string withLineEnd(std::string_view text) {
-  return std::string(text) + (text.empty() || text.ends_with('\n') ? "" : "\r\n");
-}
-
-bool isEncoded(const Part& part) {
-  const std::string encoding = part.header("content-transfer-encoding");
-  return !encoding.empty() && encoding != "7bit" && encoding != "8bit" && encoding != "binary";
-}
-
-std::string_view unquoted(std::string_view text) {
-  return text.size() > 1 && text.front() == '"' && text.back() == '"' ? text.substr(1, text.size() - 2)
-                                                                      : text;
-}
-
-bool startsWith(const char* type, const char* name) {
-  return su_casenmatch(type, name, std::strlen(name)) != 0;
-}
 
 }  // namespace
 
+// The stack's own parser of parts reads beyond the end of a body that is shorter than its boundary.
 std::optional<std::string> sdpPartOf(std::string_view body, std::string_view boundary) {
+  const std::string delimiter = "--" + std::string(boundary);
   std::optional<std::string> sdp;
-  for (const std::string_view text : partsOf(body, "--" + std::string(boundary))) {
-    const Part part(text);
-    if (sdp || !isSdp(part)) {
-      if (part.header("content-disposition").find("handling=required") != std::string::npos)
-        return std::nullopt;
-    } else if (isEncoded(part)) {
-      return std::nullopt;
-    } else {
-      sdp = withLineEnd(part.content);
+  std::optional<Part> part;  // none in front of the first delimiter
+  for (const std::string_view line : linesOf(body)) {
+    if (!line.starts_with(delimiter)) {
+      if (part) part->add(line);
+      continue;
     }
+    const bool isSdp = part && !sdp && part->isSdp();
+    if (part && (isSdp ? part->isEncoded() : part->isRequired())) return std::nullopt;
+    if (isSdp) sdp = part->content;
+    if (line.substr(delimiter.size()).starts_with("--")) break;
+    part.emplace();
   }
-  return sdp;
+  return sdp;  // what follows the last delimiter is cut off, or an epilogue
 }
 
 std::optional<std::string> sdpOf(const sip_t& message) {
@@ -106,8 +71,12 @@ std::optional<std::string> sdpOf(const sip_t& message) {
   if (type == nullptr) return std::nullopt;
   if (su_casematch(type->c_type, kSdp) != 0) return body;
   const char* const boundary = msg_params_find(type->c_params, "boundary");
-  if (!startsWith(type->c_type, "multipart/") || boundary == nullptr) return std::nullopt;
-  return sdpPartOf(body, unquoted(boundary));
+  constexpr std::string_view kMultipart = "multipart/";
+  if (su_casenmatch(type->c_type, kMultipart.data(), kMultipart.size()) == 0 || boundary == nullptr)
+    return std::nullopt;
+  std::string_view text = boundary;
+  if (text.size() > 1 && text.front() == '"' && text.back() == '"') text = text.substr(1, text.size() - 2);
+  return sdpPartOf(body, text);
 }
 
 }  // namespace b2bua

@@ -107,7 +107,7 @@ std::string refuseVideo(Body& body) {
 
 std::string withVideoCapped(const Policy& policy, const std::string& body) {
   bool isVideo = isVideoAlone(body);
-  return withLines(body, [&](std::string line) {
+  return withLines(body, [&](const std::string& line) {
     if (line.starts_with("m=")) isVideo = line.starts_with("m=video ");
     if (isVideo && line.starts_with("b=")) return withBandwidthCapped(line, policy.videoBandwidth);
     return isVideo && line.starts_with("a=") ? withLevelsCapped(line, kLevels[policy.videoLevel]) : line;

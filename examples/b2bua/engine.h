@@ -29,6 +29,8 @@ class Engine {
   std::string address() const { return transports_.address(); }
   /// Applies a policy from now on; an exchange of bodies that is under way keeps its own.
   void use(const Policy& policy) { policy_ = std::make_shared<const Policy>(policy); }
+  /// @return false when they cannot be used, and the old ones stay
+  bool readCertificates() const { return transports_.readCertificates(); }
   std::size_t calls() const { return calls_.size(); }
   /// Takes no further calls.
   void drain() { stopping_ = true; }

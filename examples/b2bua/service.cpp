@@ -157,6 +157,7 @@ void Service::reload() {
   } catch (const CLI::ParseError& error) {
     log_.write("policy not read anew", {{"reason", error.what()}}, LogLevel::warning);
   }
+  if (!engine_.readCertificates()) log_.write("certificates not read anew", {}, LogLevel::warning);
   sd_notify(0, "READY=1");
 }
 

@@ -75,12 +75,19 @@ void Transports::add(const std::string& name) {
   const std::string place = host_ + ":" + portOf(name);
   const std::string url = (name == "tls" ? "sips:" : "sip:") + place + ";transport=" + name;
   const unsigned int verify = options_.verifyCallers ? TPTLS_VERIFY_ALL : TPTLS_VERIFY_OUTGOING;
-  const bool added =
-      nta_agent_add_tport(agent_, urlOf(url), TPTAG_IDLE(1'000 * options_.idleSeconds),
-                          TPTAG_TIMEOUT(1'000 * options_.idleSeconds), TPTAG_UDP_RMEM(kReceiveBuffer),
-                          TAG_IF(name == "tls", TPTAG_CERTIFICATE(options_.certificates.c_str())),
-                          TAG_IF(name == "tls", TPTAG_TLS_VERIFY_POLICY(verify)), TAG_END()) == 0;
-  if (!added) throw std::runtime_error("cannot listen at " + place + " (" + name + ")");
+  int status = 0;
+  SSL_CTX* const context = contextOf([&] {
+    status = nta_agent_add_tport(agent_, urlOf(url), TPTAG_IDLE(1'000 * options_.idleSeconds),
+                                 TPTAG_TIMEOUT(1'000 * options_.idleSeconds), TPTAG_UDP_RMEM(kReceiveBuffer),
+                                 TAG_IF(name == "tls", TPTAG_CERTIFICATE(options_.certificates.c_str())),
+                                 TAG_IF(name == "tls", TPTAG_TLS_VERIFY_POLICY(verify)), TAG_END());
+  });
+  if (status != 0) throw std::runtime_error("cannot listen at " + place + " (" + name + ")");
+  if (context == nullptr) return;
+  tls_ = context;
+  saveMemory(context);
+  if (!readCertificates())
+    throw std::runtime_error(options_.certificates + ": agent.pem and cafile.pem cannot be used");
 }
 
 std::string Transports::address() const {

@@ -6,6 +6,7 @@
 
 #include "options.h"
 #include "sip.h"
+#include "tlsContext.h"
 
 namespace b2bua {
 
@@ -29,6 +30,11 @@ class Transports {
   /// Closes connections that came beyond the limit, of those who have most of them.
   /// @return how many
   unsigned long closeSome() const;
+  /// For connections from now on.
+  /// @return false when they cannot be used, and the old ones stay
+  bool readCertificates() const {
+    return tls_ == nullptr || readCertificatesInto(tls_, options_.certificates);
+  }
 
  private:
   void add(const std::string& name);
@@ -37,6 +43,7 @@ class Transports {
   std::string host_;
   std::string port_;
   nta_agent_t* agent_ = nullptr;
+  SSL_CTX* tls_ = nullptr;  ///< the stack's
 };
 
 }  // namespace b2bua

@@ -1,3 +1,4 @@
+#include <csignal>
 #include <thread>
 
 #include "../testFiles.h"
@@ -291,6 +292,46 @@ TEST_F(TransportCalls, HaveNoMessagesOfAnyLength) {
     isClosed = party.isClosed(kSilence);
   }
   EXPECT_TRUE(isClosed);
+}
+
+TEST_F(TransportCalls, GetTheCertificatesOfTheLastSighup) {
+  start("9", {});
+  const auto replace = [&](const std::string& from) {
+    for (const char* const file : {"/agent.pem", "/cafile.pem"})
+      folder_.write(std::string("own") + file, readBytes(folder_.path(from) + file));
+    engine_->process().signal(SIGHUP);
+  };
+  const auto connects = [&](StreamParty& party) { return party.connect(tlsPort_); };
+  StreamParty present(folder_.path("own"));
+  StreamParty before(folder_.path("own"));
+  StreamParty after(certificates("other"));
+  ASSERT_TRUE(connects(present));
+  folder_.write("broken/agent.pem", readBytes(folder_.path("own") + "/key.pem"));
+  folder_.write("broken/cafile.pem", "");
+  replace("broken");
+  EXPECT_TRUE(waitUntil(
+      [&] { return engine_->log().find("certificates not read anew") != std::string::npos; }, kLongestWait));
+  EXPECT_TRUE(connects(before));
+  EXPECT_FALSE(connects(after));
+  replace("other");
+  EXPECT_TRUE(waitUntil([&] { return connects(after); }, kLongestWait));
+  EXPECT_FALSE(connects(before));
+  present.send(request("OPTIONS", "TLS", present.address(), 1));
+  EXPECT_NE(present.receive("SIP/2.0 200 ", kLongestWait), "");
+}
+
+// The stack forgets 45 kB of each.
+TEST_F(TransportCalls, LeaveLittleOfConnectionsThatComeToNothing) {
+  start("9", {});
+  const auto connect = [&](int times) {
+    for (int i = 0; i < times; ++i) StreamParty().connect(tlsPort_);
+    StreamParty secure(folder_.path("own"));
+    ASSERT_TRUE(secure.connect(tlsPort_));
+  };
+  connect(100);
+  const long before = engine_->process().residentMemory();
+  connect(500);
+  EXPECT_LE(engine_->process().residentMemory(), before + 500 * 20);
 }
 
 TEST_F(TransportCalls, HaveAsManyConnectionsAsAllowed) {

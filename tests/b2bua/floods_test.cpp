@@ -175,6 +175,7 @@ TEST(Sources, AreAddressesOrNetworks) {
   b2bua::Sources sources;
   sources.trust("192.0.2.9");
   sources.trust("2001:db8::9");
+  sources.trust("2001:0DB8:0:0::A");
   countsOf(sources, "192.0.2.1")->messages = 7;
   EXPECT_EQ(countsOf(sources, "192.0.2.1")->messages, 7U);
   EXPECT_EQ(countsOf(sources, "::ffff:192.0.2.1")->messages, 7U);
@@ -185,6 +186,7 @@ TEST(Sources, AreAddressesOrNetworks) {
   EXPECT_EQ(countsOf(sources, "192.0.2.9"), nullptr);
   EXPECT_EQ(countsOf(sources, "::ffff:192.0.2.9"), nullptr);
   EXPECT_EQ(countsOf(sources, "2001:db8::9"), nullptr);
+  EXPECT_EQ(countsOf(sources, "2001:db8::a"), nullptr);
   EXPECT_NE(countsOf(sources, "2001:db8::8"), nullptr);
 }
 
@@ -262,6 +264,22 @@ TEST_F(Limits, ASourceThatIsTrustedIsHeard) {
 TEST_F(Limits, TheTargetIsTrusted) {
   start({"--max-messages-per-source", "5"});
   for (int call = 1; call <= 20; ++call) EXPECT_EQ(statusOf(options(target_, call)), 200);
+}
+
+// Whatever their ports, priorities and transports are, and whichever of them has the calls.
+TEST_F(Limits, AllTargetsAreTrusted) {
+  const RawParty second("127.0.0.3");
+  const RawParty sameHost("127.0.0.3");
+  const RawParty third("127.0.0.4");
+  start({"--max-messages-per-source", "5", "--transports", "udp,tcp", "--target",
+         second.address() + ";priority=1", "--target", "127.0.0.4:9;transport=tcp;weight=2", "--target",
+         "[::1]:9"});
+  for (int call = 1; call <= 12; ++call) {
+    for (const RawParty* const party : {&second, &sameHost, &third, &target_})
+      EXPECT_EQ(statusOf(options(*party, call)), 200) << party->address();
+  }
+  for (int call = 1; call <= 5; ++call) EXPECT_EQ(statusOf(options(other_, call)), 200);
+  EXPECT_EQ(options(other_, 6, kSilence), "");
 }
 
 TEST_F(Limits, ASourceMayBeginSoManyCallsInASecond) {

@@ -51,9 +51,10 @@ struct Leg {
   bool answered = false;            ///< the body sent last was an answer
   bool allowsUpdate = false;
   SessionTimer timer;
-  Owned<nta_outgoing_t> refresh;  ///< an UPDATE of the engine, as long as it has no response
-  Body sent;                      ///< the body that the party has of the other one
-  Body received;                  ///< the party's own body
+  Owned<nta_outgoing_t>
+      own;        ///< an UPDATE without body, or an INVITE that was given up, without its response
+  Body sent;      ///< the body that the party has of the other one
+  Body received;  ///< the party's own body
   /// An offer that the party did not take; what it gets next has a version of its own.
   std::unique_ptr<Body> refused;
   std::vector<PortRun> ports;  ///< of the media relay, as long as the call lasts
@@ -140,8 +141,7 @@ struct Hunt {
   std::size_t contacts = 0;       ///< the first of them are those of a redirection
   unsigned int redirections = 0;  ///< contacts that were followed
   std::string place;              ///< of the one that is tried, or has the call
-  unsigned long number = 0;       ///< of the try
-  bool heard = false;             ///< there was a response
+  Owned<su_timer_t> silence;      ///< while there is no response
 };
 
 struct Call {

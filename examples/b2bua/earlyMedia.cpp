@@ -2,7 +2,6 @@
 // (RFC 3262). One body is on its way at a time, and one response waits for its PRACK; of what comes meanwhile the last
 // one waits.
 
-#include <cstring>
 #include <utility>
 
 #include "engine.h"
@@ -21,28 +20,6 @@ bool isReliable(const sip_t& response) {
 }
 
 }  // namespace
-
-/// The party's tag is known only now. Another one is another dialog: the INVITE was forked on its way.
-void Engine::enterDialog(Leg& leg, const sip_t& response) {
-  const char* const known = nta_leg_get_rtag(leg.dialog.get());
-  const char* const tag = response.sip_to->a_tag;
-  if (tag != nullptr && (known == nullptr || std::strcmp(known, tag) != 0)) {
-    leg.remote = headerText(response.sip_to);
-    if (known == nullptr) {
-      nta_leg_rtag(leg.dialog.get(), tag);
-    } else {
-      openDialog(leg);
-    }
-  }
-  nta_leg_client_route(leg.dialog.get(), response.sip_record_route, response.sip_contact);
-}
-
-/// The next INVITE begins anew.
-void Engine::leaveDialog(Leg& leg) {
-  if (nta_leg_get_rtag(leg.dialog.get()) == nullptr) return;
-  leg.remote = leg.contact;
-  openDialog(leg);
-}
 
 void Engine::onProgress(Call& call, const sip_t& response) {
   Exchange& exchange = *call.exchange;
@@ -67,7 +44,6 @@ bool Engine::sendPrack(Call& call, const sip_t& response) {
   exchange.reliable[tag] = number;
   Leg& leg = call.legs[otherOf(exchange.from)];
   enterDialog(leg, response);
-  takeAllow(leg, response);
   const std::string invite = std::to_string(nta_outgoing_cseq(exchange.outgoing.get())) + " INVITE";
   const Owned<nta_outgoing_t> prack(
       send(leg, SIP_METHOD_PRACK, ++leg.cseq, "", nullptr, nullptr,

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <stdexcept>
 
 #include "passedHeaders.h"
@@ -15,10 +16,16 @@ constexpr std::chrono::milliseconds kBetweenConnections{100};
 /// The engine finds the dialogs of requests by itself.
 int refuseAll(Leg*, nta_leg_t*, nta_incoming_t*, const sip_t*) { return 481; }
 
+void takeAllow(Leg& leg, const sip_t& message) {
+  if (message.sip_allow != nullptr)
+    leg.allowsUpdate = sip_is_allowed(message.sip_allow, SIP_METHOD_UPDATE) != 0;
+}
+
 }  // namespace
 
 Engine::Engine(su_root_t* root, const Options& options, StateStore& store, Log& log)
-    : options_(options),
+    : root_(root),
+      options_(options),
       store_(store),
       log_(log),
       media_(makeMediaRelay(root, options.media, log, counters_)),
@@ -112,6 +119,35 @@ void Engine::openDialog(Leg& leg) {
   if (!leg.routes.empty())
     nta_leg_server_route(leg.dialog.get(), sip_record_route_make(home, leg.routes.c_str()), contact);
   su_home_deinit(home);
+}
+
+/// A request that may change where the party wants to be reached.
+void Engine::takeTarget(Leg& leg, const sip_t& request) {
+  nta_leg_server_route(leg.dialog.get(), nullptr, request.sip_contact);
+  takeAllow(leg, request);
+}
+
+/// The party's tag is known only now. Another one is another dialog: the INVITE was forked on its way.
+void Engine::enterDialog(Leg& leg, const sip_t& response) {
+  const char* const known = nta_leg_get_rtag(leg.dialog.get());
+  const char* const tag = response.sip_to->a_tag;
+  if (tag != nullptr && (known == nullptr || std::strcmp(known, tag) != 0)) {
+    leg.remote = headerText(response.sip_to);
+    if (known == nullptr) {
+      nta_leg_rtag(leg.dialog.get(), tag);
+    } else {
+      openDialog(leg);
+    }
+  }
+  nta_leg_client_route(leg.dialog.get(), response.sip_record_route, response.sip_contact);
+  takeAllow(leg, response);
+}
+
+/// The next INVITE begins anew.
+void Engine::leaveDialog(Leg& leg) {
+  if (nta_leg_get_rtag(leg.dialog.get()) == nullptr) return;
+  leg.remote = leg.contact;
+  openDialog(leg);
 }
 
 /// Nothing more is relayed to whom cancelled; the call is forgotten when the target has answered.
@@ -209,7 +245,7 @@ void Engine::sendBye(Leg& leg, const std::string& headers) {
 }
 
 int Engine::onByeResponse(Leg* listener, nta_outgoing_t* transaction, const sip_t* response) {
-  if (response != nullptr && response->sip_status->st_status < 200) return 0;
+  if (response->sip_status->st_status < 200) return 0;
   --listener->engine->openByes_;
   nta_outgoing_destroy(transaction);
   return 0;

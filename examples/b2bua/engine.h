@@ -39,8 +39,6 @@ class Engine {
   void finish();
   /// @return whether each BYE has its answer, and each INVITE that was given up, too
   bool idle() const;
-  /// Goes on with calls whose target says nothing; to be called often.
-  void lookForSilence();
   /// Closes connections when there are too many; to be called often.
   void limitConnections();
   void showCounters() const;
@@ -76,6 +74,9 @@ class Engine {
   static int onByeResponse(Leg* listener, nta_outgoing_t* transaction, const sip_t* response);
   Call& addCall(const std::string& id);
   void openDialog(Leg& leg);
+  static void takeTarget(Leg& leg, const sip_t& request);
+  void enterDialog(Leg& leg, const sip_t& response);
+  void leaveDialog(Leg& leg);
   void onBye(Leg& leg, Owned<msg_t> message, const sip_t& bye);
   void onCancel(Call& call);
   void cancel(Call& call, int status);
@@ -97,6 +98,7 @@ class Engine {
   void openTarget(Call& call);
   void awaitTarget(Call& call);
   void hearTarget(Call& call, int status);
+  static void onSilence(su_root_magic_t*, su_timer_t*, void* target);
   void follow(Call& call, const sip_t& response);
   bool tryNext(Call& call, const sip_t* response);
   void abandon(Call& call);
@@ -129,8 +131,6 @@ class Engine {
   void complete(Call& call);
 
   // provisional responses (earlyMedia.cpp)
-  void enterDialog(Leg& leg, const sip_t& response);
-  void leaveDialog(Leg& leg);
   void onProgress(Call& call, const sip_t& response);
   bool sendPrack(Call& call, const sip_t& response);
   void passOn(Call& call, const sip_t& response);
@@ -148,12 +148,9 @@ class Engine {
 
   // session timers (sessionRefresh.cpp)
   static void onSecond(su_root_magic_t*, su_timer_t*, void* engine);
-  void takeTarget(Leg& leg, const sip_t& request);
-  static void takeAllow(Leg& leg, const sip_t& message);
-  std::string agreeTimer(Leg& leg, const sip_t& request);
   void lookAfterSession(Leg& leg);
   static int onRefreshResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response);
-  void onRefreshRefused(Leg& leg, int status, const sip_t* response);
+  void onRefreshRefused(Leg& leg, const sip_t& response);
   void onRefreshAnswered(Call& call, const std::string& body);
 
   // bodies on their way (bodies.cpp)
@@ -183,17 +180,7 @@ class Engine {
   void acknowledge(Leg& leg);
   void tendPortion();
 
-  struct Silence {
-    std::chrono::steady_clock::time_point end;
-    std::string call;
-    unsigned long number;  ///< of the try
-  };
-  /// A dialog that the engine has given up while its INVITE has no final response.
-  struct Abandoned {
-    Leg leg;
-    Owned<nta_outgoing_t> outgoing;
-  };
-
+  su_root_t* const root_;
   const Options& options_;
   std::shared_ptr<const Policy> policy_ = std::make_shared<const Policy>(options_.policy);
   StateStore& store_;
@@ -208,9 +195,8 @@ class Engine {
   Leg listener_;  ///< for responses outside of the calls
   std::unordered_map<std::string, Call> calls_;
   Targets targets_{options_.targets};
-  std::deque<Silence> silences_;  ///< that may be, in their order
-  std::unordered_map<const nta_outgoing_t*, Abandoned> abandoned_;
-  unsigned long tries_ = 0;
+  std::unordered_map<const nta_outgoing_t*, Leg>
+      abandoned_;  ///< by their INVITEs, which have no final response
   unsigned long exchanges_ = 0;
   unsigned long openByes_ = 0;
   bool stopping_ = false;

@@ -169,7 +169,6 @@ void Engine::onSuccess(Call& call, const sip_t& response) {
   const Side side = otherOf(exchange.from);
   Leg& leg = call.legs[side];
   enterDialog(leg, response);
-  takeAllow(leg, response);
   agreeByResponse(options_.session, response, leg.timer);
   // The party has it now, whatever becomes of its answer; until that is known, no answer is kept.
   if (exchange.sent[side].isSdpPresent() && !exchange.updated) leg.give(exchange.sent[side]);
@@ -213,7 +212,7 @@ void Engine::onFailure(Call& call, const sip_t& response) {
   }
   if (exchange.kind == Kind::refresh) {
     conclude(call);
-    return onRefreshRefused(leg, status, &response);
+    return onRefreshRefused(leg, response);
   }
   if (tryNext(call, &response)) return;
   if (established || call.aside) noteRefused(call);
@@ -269,7 +268,7 @@ void Engine::answer(Call& call, int status, const std::string& body, const std::
   if (exchange.answered) {
     const Owned<msg_t> request(nta_incoming_getrequest(incoming));
     addLines(all, kAllow);
-    addLines(all, agreeTimer(leg, *sip_object(request.get())));
+    addLines(all, agreeByRequest(options_.session, *sip_object(request.get()), leg.timer));
   }
   exchange.response = {status, body, all};
   const bool known = exchange.answered && (exchange.kind == Kind::relayed || exchange.kind == Kind::local);

@@ -54,28 +54,20 @@ void Engine::openTarget(Call& call) {
 /// A first INVITE has gone out.
 void Engine::awaitTarget(Call& call) {
   targets_.tried(call.hunt.place);
-  call.hunt.heard = false;
-  call.hunt.number = ++tries_;
-  silences_.push_back(
-      {std::chrono::steady_clock::now() + std::chrono::seconds(options_.targetSeconds), call.id, tries_});
+  call.hunt.silence.reset(su_timer_create(su_root_task(root_), 1'000 * options_.targetSeconds));
+  su_timer_set(call.hunt.silence.get(), onSilence, &call.legs[kTarget]);
 }
 
 void Engine::hearTarget(Call& call, int status) {
-  call.hunt.heard = true;
+  call.hunt.silence.reset();
   if (status == 503) return targets_.failed(call.hunt.place);
   if (status != 408) targets_.answered(call.hunt.place);  // the stack says so when nobody does
 }
 
-void Engine::lookForSilence() {
-  while (!silences_.empty() && silences_.front().end <= std::chrono::steady_clock::now()) {
-    const Silence silence = std::move(silences_.front());
-    silences_.pop_front();
-    const auto found = calls_.find(silence.call);
-    if (found == calls_.end() || found->second.hunt.number != silence.number || found->second.hunt.heard)
-      continue;
-    targets_.failed(found->second.hunt.place);
-    tryNext(found->second, nullptr);
-  }
+void Engine::onSilence(su_root_magic_t*, su_timer_t*, void* target) {
+  const Leg& leg = *static_cast<Leg*>(target);
+  leg.engine->targets_.failed(leg.call->hunt.place);
+  leg.engine->tryNext(*leg.call, nullptr);
 }
 
 /// Puts the contacts of a redirection in front of the other places, but for those that were there already.
@@ -119,17 +111,16 @@ bool Engine::tryNext(Call& call, const sip_t* response) {
 /// A place that said nothing may still take the call; it is told then that there is none any more.
 void Engine::abandon(Call& call) {
   nta_outgoing_t* const transaction = call.exchange->outgoing.get();
-  Abandoned& abandoned = abandoned_[transaction];
-  abandoned.leg = std::move(call.legs[kTarget]);
-  abandoned.leg.call = nullptr;
-  call.legs[kTarget].local = abandoned.leg.local;
-  abandoned.outgoing = std::move(call.exchange->outgoing);
-  nta_outgoing_bind(transaction, onAbandonedResponse, &abandoned.leg);
+  Leg& leg = abandoned_[transaction] = std::move(call.legs[kTarget]);
+  call.legs[kTarget].local = leg.local;
+  leg.call = nullptr;
+  leg.own = std::move(call.exchange->outgoing);
+  nta_outgoing_bind(transaction, onAbandonedResponse, &leg);
   nta_outgoing_cancel(transaction);
 }
 
 int Engine::onAbandonedResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response) {
-  const int status = response != nullptr ? response->sip_status->st_status : 408;
+  const int status = response->sip_status->st_status;
   if (status < 200) return 0;
   Engine& engine = *leg->engine;
   if (status < 300) {

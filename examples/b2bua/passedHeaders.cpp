@@ -1,10 +1,11 @@
 #include "passedHeaders.h"
 
-#include <algorithm>
-#include <cctype>
-#include <sstream>
+#include <fnmatch.h>
+#include <sofia-sip/bnf.h>
 
-#include "bodyLines.h"
+#include <algorithm>
+#include <sstream>
+#include <utility>
 
 namespace b2bua {
 
@@ -14,23 +15,18 @@ constexpr std::size_t kMostHeaders = 32;
 constexpr std::size_t kMostBytes = 8'192;
 
 /// What the engine says by itself to each party, or the stack.
-constexpr std::string_view kOwnNames =
+constexpr const char* kOwnNames =
     "accept allow call-id contact content-disposition content-encoding content-language content-length content-type "
     "cseq from max-forwards mime-version min-se proxy-require rack record-route require retry-after route rseq "
     "session-expires supported timestamp to unsupported via warning";
 
-bool isToken(std::string_view text) {
-  const auto isTokenCharacter = [](unsigned char c) {
-    return c < 0x80 && (std::isalnum(c) != 0 ||
-                        std::string_view("-.!%*_+`'~").find(static_cast<char>(c)) != std::string_view::npos);
-  };
-  return !text.empty() && std::ranges::all_of(text, isTokenCharacter);
+bool isToken(const std::string& text) {
+  return !text.empty() && std::cmp_equal(span_token(text.c_str()), text.size());
 }
 
-/// @param pattern  a name in lower case, or its beginning and "*"
-bool matches(std::string_view pattern, std::string_view name) {
-  if (!pattern.ends_with('*')) return pattern == name;
-  return name.starts_with(pattern.substr(0, pattern.size() - 1));
+/// @param pattern  a name, or its beginning and "*"; of a name, no other character would mean something
+bool matches(const std::string& pattern, const std::string& name) {
+  return fnmatch(pattern.c_str(), name.c_str(), FNM_CASEFOLD) == 0;
 }
 
 std::string nameOf(const sip_header_t& header) {
@@ -58,14 +54,12 @@ bool isLine(const std::string& text) {
 }  // namespace
 
 std::string checkPassedHeader(const std::string& name) {
-  const std::string pattern = lowerCase(name);
-  const std::string_view begin = std::string_view(pattern).substr(0, pattern.find('*'));
-  if (!isToken(begin) || pattern.size() - begin.size() > (pattern.ends_with('*') ? 1U : 0U))
-    return "no name of a header: " + name;
+  const std::size_t star = name.find('*');
+  if (!isToken(name) || star == 0 || star < name.size() - 1) return "no name of a header: " + name;
   // A single letter may be the short form of any of these.
-  bool own = pattern.size() == 1;
-  std::istringstream words{std::string(kOwnNames)};
-  for (std::string word; words >> word;) own = own || matches(pattern, word);
+  bool own = name.size() == 1;
+  std::istringstream words(kOwnNames);
+  for (std::string word; words >> word;) own = own || matches(name, word);
   return own ? "a header of the engine's own: " + name : "";
 }
 
@@ -77,9 +71,7 @@ std::string passedHeaders(const sip_t& message, const std::vector<std::string>& 
   for (; header != nullptr && count < kMostHeaders;
        header = reinterpret_cast<const sip_header_t*>(header->sh_succ)) {
     const std::string name = nameOf(*header);
-    const auto isNamed = [&, lower = lowerCase(name)](const std::string& pattern) {
-      return matches(lowerCase(pattern), lower);
-    };
+    const auto isNamed = [&](const std::string& pattern) { return matches(pattern, name); };
     if (!isToken(name) || std::ranges::none_of(names, isNamed)) continue;
     const std::string line = name + ": " + valueOf(*header);
     if (!isLine(line) || lines.size() + line.size() > kMostBytes) continue;

@@ -123,7 +123,6 @@ void Service::step() {
   engine_.tend();
   live();
   show();
-  engine_.lookForSilence();
   engine_.limitConnections();
   if (hasCome(SIGUSR1)) engine_.showCounters();
   if (hasCome(SIGHUP)) reload();

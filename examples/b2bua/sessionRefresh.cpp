@@ -7,29 +7,6 @@
 
 namespace b2bua {
 
-namespace {
-
-bool isAllowedAgain(int status) { return status != 408 && status != 481; }
-
-}  // namespace
-
-void Engine::takeAllow(Leg& leg, const sip_t& message) {
-  if (message.sip_allow != nullptr)
-    leg.allowsUpdate = sip_is_allowed(message.sip_allow, SIP_METHOD_UPDATE) != 0;
-}
-
-/// A request that may change where the party wants to be reached.
-void Engine::takeTarget(Leg& leg, const sip_t& request) {
-  nta_leg_server_route(leg.dialog.get(), nullptr, request.sip_contact);
-  takeAllow(leg, request);
-}
-
-/// @return the header lines about it for the answer
-std::string Engine::agreeTimer(Leg& leg, const sip_t& request) {
-  agreeByRequest(options_.session, request, leg.timer);
-  return sessionResponse(options_.session, leg.timer);
-}
-
 void Engine::onSecond(su_root_magic_t*, su_timer_t*, void* context) {
   Engine& engine = *static_cast<Engine*>(context);
   std::vector<std::pair<std::string, Side>> due;
@@ -49,11 +26,11 @@ void Engine::lookAfterSession(Leg& leg) {
   Call& call = *leg.call;
   if (leg.timer.isOver()) return end(call, std::string("no sign of life from the ") + nameOf(leg.side));
   // What is on its way tells enough; what cannot be sent now is asked for again in a second.
-  if (call.exchange || leg.refresh || hasTooManyTransactions()) return;
+  if (call.exchange || leg.own || hasTooManyTransactions()) return;
   if (!isOwn(call)) return giveAway(call);
   if (leg.allowsUpdate) {
-    leg.refresh.reset(send(leg, SIP_METHOD_UPDATE, ++leg.cseq, "", onRefreshResponse, &leg,
-                           sessionRequest(options_.session, leg.timer)));
+    leg.own.reset(send(leg, SIP_METHOD_UPDATE, ++leg.cseq, "", onRefreshResponse, &leg,
+                       sessionRequest(options_.session, leg.timer)));
     return;
   }
   if (!leg.sent.isSdpPresent()) return;
@@ -64,28 +41,27 @@ void Engine::lookAfterSession(Leg& leg) {
 }
 
 int Engine::onRefreshResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response) {
-  if (leg->refresh.get() != transaction) return 0;
-  const int status = response != nullptr ? response->sip_status->st_status : 408;
-  if (status < 200) return 0;
-  const Owned<nta_outgoing_t> done = std::move(leg->refresh);
+  const int status = response->sip_status->st_status;
+  if (leg->own.get() != transaction || status < 200) return 0;
+  const Owned<nta_outgoing_t> done = std::move(leg->own);
   Engine& engine = *leg->engine;
   if (status >= 300) {
-    engine.onRefreshRefused(*leg, status, response);
+    engine.onRefreshRefused(*leg, *response);
     return 0;
   }
-  nta_leg_client_route(leg->dialog.get(), nullptr, response->sip_contact);
-  takeAllow(*leg, *response);
+  engine.enterDialog(*leg, *response);
   agreeByResponse(engine.options_.session, *response, leg->timer);
   engine.keep(*leg->call);
   return 0;
 }
 
 /// That a party refuses a refresh is a sign of life, too, unless it does not know the dialog.
-void Engine::onRefreshRefused(Leg& leg, int status, const sip_t* response) {
+void Engine::onRefreshRefused(Leg& leg, const sip_t& response) {
+  const int status = response.sip_status->st_status;
   note(*leg.call, "refresh refused", {{"by", nameOf(leg.side)}, {"status", std::to_string(status)}});
-  if (!isAllowedAgain(status)) return end(*leg.call, "the other dialog is gone");
+  if (status == 408 || status == 481) return end(*leg.call, "the other dialog is gone");
   if (status == 405 || status == 501) leg.allowsUpdate = false;
-  if (status == 422 && response != nullptr) leg.timer.raiseMinimum(*response);
+  if (status == 422) leg.timer.raiseMinimum(response);
   leg.timer.postpone();
 }
 

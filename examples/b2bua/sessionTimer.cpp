@@ -15,14 +15,13 @@ constexpr unsigned long kLongest = 604'800;  ///< what a party may ask for
 constexpr unsigned long kMargin = 32;        ///< before its end a session counts as over, a third at most
 constexpr unsigned long kBetweenTries = 4;
 
-bool hasTimer(const msg_list_t* features) { return sip_has_feature(features, kTimer) != 0; }
-
 bool isRefresher(const sip_session_expires_t& expires, const char* name) {
   return expires.x_refresher != nullptr && su_casematch(expires.x_refresher, name) != 0;
 }
 
 bool knowsTimers(const sip_t& message) {
-  return hasTimer(message.sip_supported) || hasTimer(message.sip_require);
+  return sip_has_feature(message.sip_supported, kTimer) != 0 ||
+         sip_has_feature(message.sip_require, kTimer) != 0;
 }
 
 unsigned long minimumIn(const sip_t& message) {
@@ -76,8 +75,8 @@ std::string tooShortSession(const SessionLimits& limits, const sip_t& request) {
   return tooShort ? header("Min-SE", limits.minimum) : "";
 }
 
-void agreeByRequest(const SessionLimits& limits, const sip_t& request, SessionTimer& timer) {
-  if (limits.interval == 0) return;
+std::string agreeByRequest(const SessionLimits& limits, const sip_t& request, SessionTimer& timer) {
+  if (limits.interval == 0) return "";
   const sip_session_expires_t* const asked = request.sip_session_expires;
   const unsigned long wanted = asked != nullptr ? asked->x_delta : limits.interval;
   const unsigned long least = std::max<unsigned long>(limits.minimum, minimumIn(request));
@@ -85,6 +84,8 @@ void agreeByRequest(const SessionLimits& limits, const sip_t& request, SessionTi
   timer.interval = std::max(std::min<unsigned long>(wanted, limits.interval), least);
   timer.engineRefreshes = !timer.known || (asked != nullptr && isRefresher(*asked, "uas"));
   timer.begin();
+  return "Supported: timer\r\n" + header("Session-Expires", timer.interval) +
+         (timer.engineRefreshes ? ";refresher=uas" : ";refresher=uac\r\nRequire: timer");
 }
 
 void agreeByResponse(const SessionLimits& limits, const sip_t& response, SessionTimer& timer) {
@@ -104,12 +105,6 @@ std::string sessionRequest(const SessionLimits& limits, const SessionTimer& time
   return "Supported: timer\r\n" +
          header("Session-Expires", std::max<unsigned long>(limits.interval, minimum)) +
          (staysHere ? ";refresher=uac\r\n" : ";refresher=uas\r\n") + header("Min-SE", minimum);
-}
-
-std::string sessionResponse(const SessionLimits& limits, const SessionTimer& timer) {
-  if (limits.interval == 0) return "";
-  return "Supported: timer\r\n" + header("Session-Expires", timer.interval) +
-         (timer.engineRefreshes ? ";refresher=uas" : ";refresher=uac\r\nRequire: timer");
 }
 
 }  // namespace b2bua

@@ -39,13 +39,13 @@ struct SessionTimer {
 /// @return the header of the 422 when a request asks for a shorter session than is allowed; empty when it does not
 std::string tooShortSession(const SessionLimits& limits, const sip_t& request);
 
-/// The party has asked: what the engine answers. It begins anew with that.
-void agreeByRequest(const SessionLimits& limits, const sip_t& request, SessionTimer& timer);
+/// The party has asked, and the timer begins anew with what the engine answers.
+/// @return header lines of the answer; empty without timers
+std::string agreeByRequest(const SessionLimits& limits, const sip_t& request, SessionTimer& timer);
 void agreeByResponse(const SessionLimits& limits, const sip_t& response, SessionTimer& timer);
 
-/// Header lines of what the engine sends; empty without timers.
+/// @return header lines of a request of the engine's; empty without timers
 std::string sessionRequest(const SessionLimits& limits, const SessionTimer& timer);
-std::string sessionResponse(const SessionLimits& limits, const SessionTimer& timer);
 
 }  // namespace b2bua
 

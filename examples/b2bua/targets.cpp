@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <sstream>
 #include <tuple>
 
 namespace b2bua {
@@ -30,12 +31,10 @@ bool readParameter(std::string_view text, Target& target) {
 
 std::optional<Target> readTarget(const std::string& text) {
   Target target;
-  std::size_t end = std::min(text.find(';'), text.size());
-  target.address = text.substr(0, end);
-  while (end < text.size()) {
-    const std::size_t begin = end + 1;
-    end = std::min(text.find(';', begin), text.size());
-    if (!readParameter(std::string_view(text).substr(begin, end - begin), target)) return std::nullopt;
+  std::istringstream words(text + ";");
+  std::getline(words, target.address, ';');
+  for (std::string word; std::getline(words, word, ';');) {
+    if (!readParameter(word, target)) return std::nullopt;
   }
   return target;
 }
@@ -66,12 +65,11 @@ void Targets::tried(const std::string& place) {
 }
 
 void Targets::answered(const std::string& place) {
-  if (const auto found = restsUntil_.find(place); found != restsUntil_.end()) found->second = {};
+  if (restsUntil_.contains(place)) restsUntil_[place] = {};
 }
 
 void Targets::failed(const std::string& place) {
-  if (const auto found = restsUntil_.find(place); found != restsUntil_.end())
-    found->second = Clock::now() + kRest;
+  if (restsUntil_.contains(place)) restsUntil_[place] = Clock::now() + kRest;
 }
 
 }  // namespace b2bua

@@ -16,7 +16,7 @@ void Engine::onSignOfLife(Leg& leg, Owned<msg_t> message, const sip_t& update) {
   const std::string before = leg.timer.text();
   takeTarget(leg, update);
   std::string header = std::string(kAllow) + "\r\nContact: " + transports_.contact(leg.transport);
-  addLines(header, agreeTimer(leg, update));
+  addLines(header, agreeByRequest(options_.session, update, leg.timer));
   if (leg.call->kept && leg.timer.text() != before) {
     keep(*leg.call);
     keepAll();

@@ -51,10 +51,11 @@ struct Leg {
   bool answered = false;            ///< the body sent last was an answer
   bool allowsUpdate = false;
   SessionTimer timer;
-  Owned<nta_outgoing_t>
-      own;        ///< an UPDATE without body, or an INVITE that was given up, without its response
-  Body sent;      ///< the body that the party has of the other one
-  Body received;  ///< the party's own body
+  Owned<nta_incoming_t> info;    ///< an INFO of the party, while it waits for the other side
+  Owned<nta_outgoing_t> passed;  ///< the same at the other side
+  Owned<nta_outgoing_t> own;     ///< an UPDATE without body or a given-up INVITE, unanswered
+  Body sent;                     ///< the body that the party has of the other one
+  Body received;                 ///< the party's own body
   /// An offer that the party did not take; what it gets next has a version of its own.
   std::unique_ptr<Body> refused;
   std::vector<PortRun> ports;  ///< of the media relay, as long as the call lasts

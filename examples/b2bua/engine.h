@@ -10,6 +10,7 @@
 #include "gate.h"
 #include "log.h"
 #include "mediaRelay.h"
+#include "multipart.h"
 #include "options.h"
 #include "perSecond.h"
 #include "snapshot.h"
@@ -118,7 +119,7 @@ class Engine {
   void sendOffer(Call& call);
   nta_outgoing_t* send(Leg& leg, sip_method_t method, const char* name, unsigned int cseq,
                        const std::string& body, nta_response_f* onResponse, Leg* receiver,
-                       const std::string& header = "");
+                       const std::string& header = "", const char* type = kSdp);
   void sendAck(Call& call, const std::string& body);
   /// Answers the request of the exchange.
   void answer(Call& call, int status, const std::string& body = "", const std::string& header = "");
@@ -145,6 +146,10 @@ class Engine {
   void abandonUpdate(Call& call);
   void conclude(Call& call);
   void onSignOfLife(Leg& leg, Owned<msg_t> message, const sip_t& update);
+
+  // INFO (info.cpp)
+  void onInfo(Leg& leg, Owned<msg_t> message, const sip_t& info);
+  static int onInfoResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response);
 
   // session timers (sessionRefresh.cpp)
   static void onSecond(su_root_magic_t*, su_timer_t*, void* engine);
@@ -204,6 +209,7 @@ class Engine {
   sdp::Document incoming_;  ///< the last body from outside
   PerSecond invites_;
   PerSecond reoffers_;
+  PerSecond infos_;
   PerSecond memoryReads_;
   std::size_t memory_ = 0;  ///< resident, read within the last second
   Sources sources_;

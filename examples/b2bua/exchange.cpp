@@ -17,11 +17,11 @@ namespace {
 constexpr unsigned int kMostRepetitions = 2;
 
 /// What a message of the engine has beside what the stack makes; it refers to the texts, empty ones are left out.
-std::array<tagi_t, 5> partsOf(const std::string& contact, const std::string& header,
-                              const std::string& body) {
+std::array<tagi_t, 5> partsOf(const std::string& contact, const std::string& header, const std::string& body,
+                              const char* type = kSdp) {
   return {{{TAG_IF(!contact.empty(), SIPTAG_CONTACT_STR(contact.c_str()))},
            {TAG_IF(!header.empty(), SIPTAG_HEADER_STR(header.c_str()))},
-           {TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(kSdp))},
+           {TAG_IF(!body.empty(), SIPTAG_CONTENT_TYPE_STR(type))},
            {TAG_IF(!body.empty(), SIPTAG_PAYLOAD_STR(body.c_str()))},
            {TAG_END()}}};
 }
@@ -94,13 +94,13 @@ void Engine::relayOffer(Call& call) {
 /// Sends a request within a dialog.
 nta_outgoing_t* Engine::send(Leg& leg, sip_method_t method, const char* name, unsigned int cseq,
                              const std::string& body, nta_response_f* onResponse, Leg* receiver,
-                             const std::string& header) {
+                             const std::string& header, const char* type) {
   if (leg.keptCseq != 0 && cseq >= leg.keptCseq) keep(*leg.call);
   const std::string number = std::to_string(cseq) + " " + name;
   const std::string contact = transports_.contact(leg.transport);
   return nta_outgoing_tcreate(leg.dialog.get(), onResponse, receiver, nullptr, method, name, nullptr,
                               SIPTAG_CSEQ_STR(number.c_str()),
-                              TAG_NEXT(partsOf(contact, header, body).data()));
+                              TAG_NEXT(partsOf(contact, header, body, type).data()));
 }
 
 /// Sends the offer of an exchange, or an INVITE that asks for one; again, when that is worth while.

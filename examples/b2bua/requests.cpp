@@ -154,7 +154,8 @@ void Engine::onRequest(Owned<msg_t> message, const sip_t& request) {
   const bool options = method == sip_method_options;
   if (options && outside && stopping_) return turnAway(std::move(message), Limit::draining);
   if (method == sip_method_cancel || method == sip_method_prack) return reply(std::move(message), 481);
-  if (!options && method != sip_method_invite && method != sip_method_bye && method != sip_method_update)
+  if (!options && method != sip_method_invite && method != sip_method_bye && method != sip_method_update &&
+      method != sip_method_info)
     return reply(std::move(message), 405, kAllow);
   if (const std::string header = unsupportedIn(request); !header.empty())
     return reply(std::move(message), 420, header);
@@ -183,6 +184,7 @@ void Engine::onRequestInDialog(Leg& leg, Owned<msg_t> message, const sip_t& requ
   // As a sign that the call is there it says enough; its number is that of no other request.
   if (method == sip_method_options) return reply(std::move(message), 200, abilities());
   if (method == sip_method_bye) return onBye(leg, std::move(message), request);
+  if (method == sip_method_info) return onInfo(leg, std::move(message), request);
   const bool update = method == sip_method_update;
   const std::optional<std::string> body = sdpOf(request);
   if (update && !body) return reply(std::move(message), 415, "Accept: application/sdp");

@@ -41,7 +41,7 @@ struct Release {
 
 constexpr const char* k100rel = "100rel";
 constexpr const char* kTimer = "timer";
-constexpr const char* kAllow = "Allow: INVITE, ACK, CANCEL, BYE, OPTIONS, PRACK, UPDATE";
+constexpr const char* kAllow = "Allow: INVITE, ACK, CANCEL, BYE, OPTIONS, PRACK, UPDATE, INFO";
 
 template <typename Object>
 using Owned = std::unique_ptr<Object, Release>;

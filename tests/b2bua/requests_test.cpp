@@ -16,7 +16,7 @@ TEST_F(Requests, OptionsAreAnsweredWithWhatIsAllowed) {
   const std::string response = ask({.method = "OPTIONS"});
   EXPECT_EQ(statusOf(response), 200) << response;
   EXPECT_EQ(headerOf(response, "Accept"), "application/sdp, multipart/mixed");
-  EXPECT_EQ(headerOf(response, "Allow"), "INVITE, ACK, CANCEL, BYE, OPTIONS, PRACK, UPDATE");
+  EXPECT_EQ(headerOf(response, "Allow"), "INVITE, ACK, CANCEL, BYE, OPTIONS, PRACK, UPDATE, INFO");
 }
 
 TEST_F(Requests, OptionsAreAnsweredWithinACallToo) {
@@ -42,7 +42,7 @@ TEST_F(Requests, OtherMethodsAreRefused) {
   for (const char* method : {"MESSAGE", "REFER", "NOSUCH"}) {
     const std::string response = ask({.method = method});
     EXPECT_EQ(statusOf(response), 405) << response;
-    EXPECT_EQ(headerOf(response, "Allow"), "INVITE, ACK, CANCEL, BYE, OPTIONS, PRACK, UPDATE");
+    EXPECT_EQ(headerOf(response, "Allow"), "INVITE, ACK, CANCEL, BYE, OPTIONS, PRACK, UPDATE, INFO");
   }
 }
 

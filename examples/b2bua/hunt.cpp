@@ -54,7 +54,7 @@ void Engine::openTarget(Call& call) {
 /// A first INVITE has gone out.
 void Engine::awaitTarget(Call& call) {
   targets_.tried(call.hunt.place);
-  call.hunt.silence.reset(su_timer_create(su_root_task(root_), 1'000 * options_.targetSeconds));
+  call.hunt.silence.reset(su_timer_create(su_root_task(root_), 1'000L * options_.targetSeconds));
   su_timer_set(call.hunt.silence.get(), onSilence, &call.legs[kTarget]);
 }
 

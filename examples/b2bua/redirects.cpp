@@ -21,7 +21,7 @@ std::string transportIn(const url_t& url) {
   char text[8] = "";
   if (url_param(url.url_params, "transport", text, sizeof text) > static_cast<isize_t>(sizeof text))
     return "?";
-  const std::string name = lowerCase(text);
+  std::string name = lowerCase(text);
   if (url.url_type != url_sips) return name;
   return name.empty() || name == "tcp" || name == "tls" ? "tls" : "?";
 }

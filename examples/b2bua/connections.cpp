@@ -29,7 +29,7 @@ std::vector<int> descriptors() {
   std::vector<int> all;
   std::error_code error;
   for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", error))
-    all.push_back(std::atoi(entry.path().filename().c_str()));
+    all.push_back(static_cast<int>(std::strtol(entry.path().filename().c_str(), nullptr, 10)));
   return all;
 }
 

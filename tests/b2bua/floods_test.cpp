@@ -305,7 +305,7 @@ TEST_F(Limits, NoCallIsTakenWithTooMuchMemory) {
 TEST_F(Floods, OfMalformedDatagramsLeaveACallAlone) {
   start({});
   const char* const wanted = std::getenv("B2BUA_FLOOD");
-  const long most = wanted != nullptr ? std::atol(wanted) : 100'000;
+  const long most = wanted != nullptr ? std::strtol(wanted, nullptr, 10) : 100'000;
   std::atomic<bool> done{false};
   std::atomic<long> sent{0};
   std::thread flood([&] {

@@ -59,7 +59,7 @@ class TransportCalls : public Calls {
   /// A folder with a certificate that is its own authority.
   std::string certificates(const std::string& name) const {
     folder_.write(name + "/key.pem", "");
-    const std::string path = folder_.path(name);
+    std::string path = folder_.path(name);
     Process made(OPENSSL_PROGRAM,
                  {"req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes",
                   "-days", "2", "-subj", "/CN=127.0.0.1", "-keyout", "key.pem", "-out", "cafile.pem"},
@@ -233,7 +233,7 @@ TEST_F(TransportCalls, AreLimitedByTheirSource) {
     EXPECT_NE(trusted.receive("SIP/2.0 200 ", kLongestWait), "");
   }
   int answered = 0;
-  while (plain.receive("SIP/2.0 200 ", kSilence) != "") ++answered;
+  while (!plain.receive("SIP/2.0 200 ", kSilence).empty()) ++answered;
   EXPECT_EQ(answered, 3);
   EXPECT_EQ(engine_->counters().at("overload"), 1 + 15);
 }
@@ -331,7 +331,7 @@ TEST_F(TransportCalls, LeaveLittleOfConnectionsThatComeToNothing) {
   connect(100);
   const long before = engine_->process().residentMemory();
   connect(500);
-  EXPECT_LE(engine_->process().residentMemory(), before + 500 * 20);
+  EXPECT_LE(engine_->process().residentMemory(), before + 10'000);
 }
 
 TEST_F(TransportCalls, HaveAsManyConnectionsAsAllowed) {

@@ -61,6 +61,9 @@ void replaceWord(OwnLines& lines, const PlainSection& section, std::size_t word,
 sdp::Reason setFormats(OwnLines& lines, const PlainSection& section, const std::string& formats) {
   const Words words = wordsOf(formats);
   if (words.empty() || !staysInLine(formats)) return sdp::Reason::wrongText;
+  // What says the same in another spelling stays.
+  if (wordsOf(std::string_view(lines[0].content).substr(placeOf(section, 3))) == words)
+    return sdp::Reason::none;
   lines[0].content.resize(placeOf(section, 3));
   for (const std::string_view word : words) {
     lines[0].content.append(word.data() == words[0].data() ? "" : " ").append(word);
@@ -74,7 +77,8 @@ sdp::Reason setConnection(OwnLines& lines, bool ofSession, const std::string& ad
   const std::string content = (address.find(':') == std::string::npos ? "c=IN IP4 " : "c=IN IP6 ") + address;
   for (OwnLine& line : lines) {
     if (!line.content.starts_with("c=")) continue;
-    line.content = content;
+    const auto says = [](std::string_view text) { return wordsOf(text.substr(2)); };
+    if (says(line.content) != says(content)) line.content = content;
     return sdp::Reason::none;
   }
   std::size_t behind = ofSession ? 0 : 1;
@@ -122,6 +126,8 @@ sdp::Reason change(std::vector<OwnLines>& parts, const PlainSection& section, co
     case Kind::port: {
       const std::string_view field = section.port();
       const std::size_t slash = std::min(field.find('/'), field.size());
+      const std::string number(field.substr(0, slash));
+      if (std::stoul(number) == edit.port) return sdp::Reason::none;
       replaceWord(lines, section, 1, std::to_string(edit.port).append(field.substr(slash)));
       return sdp::Reason::none;
     }

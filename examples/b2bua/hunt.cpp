@@ -114,6 +114,9 @@ void Engine::abandon(Call& call) {
   Leg& leg = abandoned_[transaction] = std::move(call.legs[kTarget]);
   call.legs[kTarget].local = leg.local;
   leg.call = nullptr;
+  // The response to its INFO would look for it in the call.
+  leg.info.reset();
+  leg.passed.reset();
   leg.own = std::move(call.exchange->outgoing);
   nta_outgoing_bind(transaction, onAbandonedResponse, &leg);
   nta_outgoing_cancel(transaction);

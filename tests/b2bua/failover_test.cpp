@@ -159,6 +159,28 @@ TEST_F(Failover, ATargetThatRingsLateIsCancelled) {
   EXPECT_EQ(headerOf(cancelled, "Via"), headerOf(late, "Via"));
 }
 
+// Whoever is given up gets no more of the call, and its transactions must not point into it.
+TEST_F(Failover, AnInfoOfASilentTargetIsRefusedWhenItIsGivenUp) {
+  start();
+  caller_.request(engine_->address(), {.body = kOffer});
+  const std::string invited = invitedAt(first_);
+  const std::string contact = headerOf(invited, "Contact");
+  first_.send(engine_->address(), "INFO " + contact.substr(1, contact.find('>') - 1) +
+                                      " SIP/2.0\r\nVia: SIP/2.0/UDP " + first_.address() +
+                                      ";branch=z9hG4bKinfo\r\nMax-Forwards: 70\r\nFrom: " +
+                                      headerOf(invited, "To") + ";tag=raw\r\nTo: " + headerOf(invited, "From") +
+                                      "\r\nCall-ID: " + headerOf(invited, "Call-ID") +
+                                      "\r\nCSeq: 1 INFO\r\nContent-Length: 0\r\n\r\n");
+  const std::string info = caller_.receive("INFO ", "", kLongestWait);
+  EXPECT_NE(info, "");
+  const std::string other = invitedAt(second_);
+  EXPECT_NE(first_.receive("SIP/2.0 500 ", "CSeq: 1 INFO", kLongestWait), "");
+  accept(second_, other);
+  caller_.respond(engine_->address(), info, "200 OK");
+  EXPECT_EQ(first_.receive("SIP/2.0 200 ", "CSeq: 1 INFO", kSilence), "");
+  EXPECT_EQ(engine_->counters()["active"], 1);
+}
+
 TEST_F(Failover, ATargetThatSaysAnythingIsWaitedFor) {
   start();
   caller_.request(engine_->address(), {.body = kOffer});

@@ -180,7 +180,10 @@ void Service::run() {
   if (options_.drainSeconds > 0 && came[SIGINT] == 0) drain();
   engine_.finish();
   const auto end = Clock::now() + kLongestEnding;
-  while (!engine_.idle() && Clock::now() < end) su_root_step(loop_.root(), kLongestWait);
+  while (!engine_.idle() && Clock::now() < end) {
+    su_root_step(loop_.root(), kLongestWait);
+    engine_.tend();
+  }
   engine_.showCounters();
 }
 

@@ -77,6 +77,21 @@ TEST_F(Ownership, AnOfferThatWasUnderWayHasItsAckFromWhoeverGoesOn) {
   EXPECT_EQ(headerOf(received(target_, "INVITE "), "CSeq"), "102 INVITE");
 }
 
+// While it waits for the end of other calls, those that others go on with have their answers.
+TEST_F(Ownership, AnOfferIsAnsweredByAnEngineThatEnds) {
+  const auto first = startEngine("first");
+  const std::string tag = establish(*first);
+  caller_.request(first->address(), {.cseq = 2, .toTag = tag, .body = offerOf(2)});
+  const std::string offer = received(target_, "INVITE ");
+  // Its target says nothing, so that the engine has something to wait for.
+  caller_.request(first->address(), {.call = 2, .body = offerOf(1)});
+  EXPECT_NE(received(target_, "INVITE "), "");
+  first->process().signal(SIGTERM);
+  EXPECT_NE(caller_.receive("SIP/2.0 503 ", "", milliseconds(1'000)), "");
+  target_.respond(first->address(), offer, "200 OK", answerOf(2));
+  EXPECT_NE(caller_.receive("SIP/2.0 200 ", "CSeq: 2 INVITE", milliseconds(2'000)), "");
+}
+
 TEST_F(Ownership, AnOfferThatWasRefusedNeedsNoAck) {
   const auto first = startEngine("first");
   const auto second = startEngine("second");

@@ -15,12 +15,12 @@ namespace {
 constexpr unsigned int kMostPairs = 32;  ///< of one body
 const char* const kNoPorts = "no ports are left";
 
-/// Two ports for each section, or for each of its layers: PORT/COUNT.
+/// Two ports for each section, or for each of its layers: PORT/COUNT. Without a section as with one.
 std::uint64_t pairsOf(const sdp::Document& document) {
   std::uint64_t pairs = 0;
   for (const sdp::Section section : document.sections())
     pairs += std::min<std::uint64_t>(section.portCount(), kMostPairs + 1);
-  return pairs;
+  return std::max<std::uint64_t>(pairs, 1);
 }
 
 }  // namespace

@@ -131,6 +131,22 @@ TEST_F(Anchored, ABodyThatTakesTooManyPortsIsRefused) {
   }
 }
 
+// A session without a section, as the relay hears of it when an offer came to nothing.
+TEST(Ports, OfABodyWithoutSectionsAreSuchToo) {
+  b2bua::MediaOptions options;
+  options.relay = "198.51.100.7";
+  options.firstPort = 20'000;
+  options.lastPort = 20'007;
+  b2bua::Counters counters;
+  b2bua::Anchor anchor(options, counters);
+  b2bua::Call call;
+  const std::string body = "v=0\r\no=alice 21 4 IN IP4 192.0.2.10\r\ns=-\r\nt=0 0\r\n";
+  anchor.relay(call, b2bua::kCaller, false, body, [&](const std::string& led, const b2bua::BodyRefusal&) {
+    EXPECT_EQ(led, body);
+  });
+  EXPECT_EQ(textOf(call.legs[b2bua::kTarget].ports), "20000/1,");
+}
+
 TEST(Ports, AreKeptAsTextAndReadAsFarAsTheyAreSuch) {
   const auto again = [](const std::string& text) { return b2bua::textOf(b2bua::portsOf(text)); };
   for (const char* text : {"", "20000/1,", "20000/1,65534/32,"}) EXPECT_EQ(again(text), text);

@@ -4,9 +4,9 @@
 #include <memory>
 
 #include "call.h"
-#include "snapshot.h"
 #include "log.h"
 #include "options.h"
+#include "snapshot.h"
 
 namespace b2bua {
 

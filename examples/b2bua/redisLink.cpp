@@ -17,9 +17,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr milliseconds kLongestReply{200};     ///< to all that is asked at once, the connecting included
-constexpr milliseconds kLongestSentinel{50};   ///< of these, so that another one can be asked
-constexpr unsigned long kMostPerSecond = 500;  ///< ms that the engine waits for replies
+constexpr milliseconds kLongestReply{200};    ///< to all that is asked at once, the connecting included
+constexpr milliseconds kLongestSentinel{50};  ///< of these, so that another one can be asked
 constexpr std::chrono::seconds kBetweenAttempts{1};
 constexpr int kMostElements = 256;              ///< of a reply; a call has fewer than a hundred
 constexpr std::size_t kLargestReply = 1 << 20;  ///< what has not been read of them yet
@@ -138,8 +137,8 @@ bool RedisLink::open(const Server& server, Clock::time_point deadline) {
 /// However slowly the server answers, there is one deadline for all that is asked; then its connection is given up,
 /// since a late reply would be taken for that to the next command.
 bool RedisLink::run(const std::vector<Command>& commands, std::vector<Reply>* replies) {
+  if (!isAskable()) return false;
   const Clock::time_point start = Clock::now();
-  if (start < nextAttempt_ || milliseconds_.sum() >= kMostPerSecond) return false;
   const Clock::time_point deadline = start + kLongestReply;
   const bool done = connect(deadline) && exchange(commands, replies, deadline);
   const auto waited = std::chrono::duration_cast<milliseconds>(Clock::now() - start);

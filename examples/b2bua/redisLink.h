@@ -25,7 +25,9 @@ class RedisLink {
   explicit RedisLink(const std::string& address);
 
   bool isUsed() const { return !servers_.empty(); }
-  /// Sends commands and waits for all their replies; not for long, and not at all for a second after it was in vain.
+  /// @return whether `run` would ask: not for a second after it was in vain, nor when the engine has waited for long
+  bool isAskable() { return Clock::now() >= nextAttempt_ && milliseconds_.sum() < kMostPerSecond; }
+  /// Sends commands and waits for all their replies; not for long.
   /// @return false when a reply is missing or says that the command failed
   bool run(const std::vector<Command>& commands, std::vector<Reply>* replies = nullptr);
   /// Sends commands and does not wait: their replies are dropped when others are read.
@@ -36,6 +38,8 @@ class RedisLink {
 
  private:
   using Clock = std::chrono::steady_clock;
+  static constexpr unsigned long kMostPerSecond = 500;  ///< ms that the engine waits for replies
+
   struct Server {
     std::string host;
     int port = 0;

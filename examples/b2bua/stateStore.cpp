@@ -170,6 +170,8 @@ bool StateStore::isElsewhere(const std::string& owner, const Call& call) const {
 }
 
 bool StateStore::save(const std::vector<Call*>& calls) {
+  // With each message, calls that wait are tried again.
+  if (!link_.isAskable()) return false;
   std::vector<Command> commands;
   for (Call* const call : calls) {
     Fields fields = {{"owner", ownerOf(*call)}, {kAt, now()}};

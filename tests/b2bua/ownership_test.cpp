@@ -1,3 +1,5 @@
+#include <stateStore.h>
+
 #include <csignal>
 #include <sstream>
 #include <thread>
@@ -90,6 +92,18 @@ TEST_F(Ownership, AnOfferIsAnsweredByAnEngineThatEnds) {
   EXPECT_NE(caller_.receive("SIP/2.0 503 ", "", milliseconds(1'000)), "");
   target_.respond(first->address(), offer, "200 OK", answerOf(2));
   EXPECT_NE(caller_.receive("SIP/2.0 200 ", "CSeq: 2 INVITE", milliseconds(2'000)), "");
+}
+
+// Those that wait for the store are tried again with each message that comes meanwhile.
+TEST_F(Ownership, NoRecordIsMadeForAStoreThatIsLeftAlone) {
+  b2bua::StateStore store(store_);
+  redis_->process().signal(SIGKILL);
+  EXPECT_EQ(redis_->process().wait(kLongestStart), 128 + SIGKILL);
+  b2bua::Call first;
+  EXPECT_FALSE(store.save({&first}));
+  b2bua::Call second;
+  EXPECT_FALSE(store.save({&second}));
+  for (const b2bua::Leg& leg : second.legs) EXPECT_EQ(leg.keptCseq, 0U);
 }
 
 TEST_F(Ownership, AnOfferThatWasRefusedNeedsNoAck) {

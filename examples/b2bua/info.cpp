@@ -33,6 +33,7 @@ void Engine::onInfo(Leg& leg, Owned<msg_t> message, const sip_t& info) {
   leg.info.reset(nta_incoming_create(agent_.get(), leg.dialog.get(), message.release(), nullptr, TAG_END()));
   leg.passed.reset(send(other, SIP_METHOD_INFO, ++other.cseq, body, onInfoResponse, &leg, "",
                         body.empty() ? nullptr : *found));
+  if (!leg.passed) leg.info.reset();  // The stack refuses it.
 }
 
 int Engine::onInfoResponse(Leg* leg, nta_outgoing_t* transaction, const sip_t* response) {

@@ -78,6 +78,19 @@ TEST_F(Infos, NoneGoesOnBeforeThereIsADialog) {
   EXPECT_EQ(refused(2, kDigit), 491);
 }
 
+// The stack sends nothing to what is no SIP URI.
+TEST_F(Infos, OneThatCannotBeSentIsRefused) {
+  start();
+  invited_ = invite({.body = kOffer, .contact = "<tel:+49-30-1234>"});
+  answer(invited_, "200 OK", kAnswer);
+  caller_.request(engine_->address(), {.method = "ACK", .toTag = toTagOf(atCaller("SIP/2.0 200 "))});
+  EXPECT_NE(atTarget("ACK "), "");
+  for (int cseq = 1; cseq <= 2; ++cseq) {
+    requestOfTarget("INFO", cseq);
+    EXPECT_NE(atTarget("SIP/2.0 500 ", "CSeq: " + std::to_string(cseq) + " INFO"), "");
+  }
+}
+
 TEST_F(Infos, ACallMayEndWhileOneIsUnderWay) {
   start();
   establish();

@@ -95,8 +95,8 @@ void RawParty::request(const std::string& engine, const RawRequest& asked) const
   const std::string to = asked.to.empty() ? "<sip:bob@" + engine + ">" : asked.to;
   const std::string contact =
       asked.contact == "none" ? "" : "Contact: " + (asked.contact.empty() ? own : asked.contact) + "\r\n";
-  send(engine, asked.method + " sip:" + asked.user + "@" + engine + " SIP/2.0\r\nVia: SIP/2.0/UDP " + address() +
-                   ";branch=z9hG4bK" + call + branch + "\r\nMax-Forwards: 70\r\nFrom: " + from +
+  send(engine, asked.method + " sip:" + asked.user + "@" + engine + " SIP/2.0\r\nVia: SIP/2.0/UDP " +
+                   address() + ";branch=z9hG4bK" + call + branch + "\r\nMax-Forwards: 70\r\nFrom: " + from +
                    ";tag=" + call + "\r\nTo: " + to + asked.toTag + "\r\nCall-ID: " + call + "@" + address() +
                    "\r\nCSeq: " + std::to_string(asked.cseq) + " " + asked.method + "\r\n" + contact +
                    asked.header + contentOf(asked.body, asked.contentType));

@@ -8,8 +8,8 @@
 /// What a request says of itself.
 struct RawRequest {
   std::string method = "INVITE";
-  int call = 1;  ///< makes Call-ID, the From tag and the branch
-  int cseq = 1;  ///< of the request, and of the INVITE that an ACK or CANCEL belongs to
+  int call = 1;              ///< makes Call-ID, the From tag and the branch
+  int cseq = 1;              ///< of the request, and of the INVITE that an ACK or CANCEL belongs to
   std::string user = "bob";  ///< in the Request-URI
   std::string toTag = "";
   std::string body = "";

@@ -84,6 +84,18 @@ sdp::Refusal returnCompanions(const sdp::Document& before, sdp::Document& body) 
   return {};
 }
 
+/// An m-line of which nothing is left stays as it was, since without formats none can read it: so a refused section
+/// passes, and the check finds another one.
+std::string withFormats(const sdp::Document& before, const std::string& body) {
+  std::uint32_t section = 0;
+  return withLines(body, [&](const std::string& line) {
+    if (!line.starts_with("m=")) return line;
+    ++section;
+    const bool hasFormats = !sdp::Fields(line)[3].empty();
+    return hasFormats ? line : std::string((*before.section(section).lines().begin()).content);
+  });
+}
+
 bool isCodecOf(const Policy& policy, unsigned char codec) {
   static const unsigned char events = cSdpNegotiator::getAudioCodecValue("TELEPHONE_EVENT");
   static const unsigned char noise = cSdpNegotiator::getAudioCodecValue("COMFORT_NOISE");
@@ -101,7 +113,7 @@ std::string restrictAudio(const Policy& policy, Body& body, OfferChanges&) {
   if (removeMisfits(policy, before)) return "not usable after the policy";
   if (std::string reason = store(before, body); !reason.empty()) return reason;
   body.sdpRestrictAudioCodecsTo(policy.audioCodecs.data(), static_cast<int>(policy.audioCodecs.size()), true);
-  sdp::Document after = documentOf(textOf(body));
+  sdp::Document after = documentOf(withFormats(before, textOf(body)));
   if (after.sectionCount() != before.sectionCount()) return "";
   return returnCompanions(before, after) ? "not usable after the policy" : store(after, body);
 }

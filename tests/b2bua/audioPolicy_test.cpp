@@ -155,6 +155,14 @@ TEST_F(AudioPolicy, ASoftClientsEventsDoNotFitWidebandAlone) {
               kFromAlice + "m=audio 49170 RTP/AVP 96\na=rtpmap:96 opus/48000/2\n", answer);
 }
 
+// It has its place in the body, and an m-line needs a format.
+TEST_F(AudioPolicy, ARefusedSectionKeepsItsFormats) {
+  const std::string refused = "m=audio 0 RTP/AVP 9\n";
+  const std::string answer = kFromBob + "m=audio 30000 RTP/AVP 8\na=rtpmap:8 PCMA/8000\n" + refused;
+  const std::string audio = "m=audio 49170 RTP/AVP 8\na=rtpmap:8 PCMA/8000\n";
+  expectOffer("audio-codecs = PCMA\n", kFromAlice + audio + refused, kFromAlice + audio + refused, answer);
+}
+
 // Sections behind the video, with c-lines of their own, stay whole.
 TEST_F(AudioPolicy, VideoGoesWithoutWhatStandsBehindIt) {
   const std::string offer =

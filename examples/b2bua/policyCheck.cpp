@@ -143,11 +143,18 @@ std::string wrongFamily(const Policy& policy, const Part& part) {
   return "";
 }
 
+/// @return the format that an attribute is about; readers of numbers skip zeros in front
+std::string_view formatOf(const Attribute& attribute) {
+  const std::string_view format = attribute.word(0);
+  const std::size_t first = format.find_first_not_of('0');
+  return first != std::string_view::npos ? format.substr(first) : format.substr(0, 1);
+}
+
 /// @return whether a part tells what a format of an active section means, and that is not allowed
 bool hasWrongMapping(const Policy& policy, const Part& part) {
   return std::ranges::any_of(part.attributes, [&](const Attribute& attribute) {
     const std::string name(attribute.word(1).substr(0, attribute.word(1).find('/')));
-    return attribute.name == "rtpmap" && part.section.format(attribute.word(0)) && !isCompanion(name) &&
+    return attribute.name == "rtpmap" && part.section.format(formatOf(attribute)) && !isCompanion(name) &&
            !isAllowedCodec(policy, name);
   });
 }
@@ -192,6 +199,12 @@ std::string wrongIn(const Policy& policy, const Part& session, const Part& part,
   return wrongConnection(policy, part.connections.empty() ? session.connections : part.connections);
 }
 
+/// @return whether some readers see other fields in an m-line than the library, whose fields end at blanks alone
+bool hasControls(const sdp::Section& section) {
+  const std::string_view mLine = (*section.lines().begin()).content;
+  return tolerantly(mLine) != lowerCase(mLine);
+}
+
 bool forbidsNothing(const Policy& policy) {
   return policy.audioCodecs.empty() && policy.video == Video::on && !policy.removeIce &&
          policy.security != Security::plain && policy.security != Security::secure &&
@@ -231,7 +244,8 @@ std::string whatIsForbidden(const Policy& policy, const std::string& body, bool 
   std::string reason = wrongIn(policy, session, session, keysSuffice);
   if (!reason.empty()) return forbids + reason;
   for (const sdp::Section& section : document.sections()) {
-    reason = wrongIn(policy, session, Part(section), keysSuffice);
+    reason =
+        hasControls(section) ? "control characters" : wrongIn(policy, session, Part(section), keysSuffice);
     if (!reason.empty()) return forbids + reason + ", m-line " + std::to_string(section.index());
   }
   return "";

@@ -8,7 +8,7 @@
 
 namespace b2bua {
 
-/// Reads a body that is about to go out, as tolerantly as its receiver may, and without what changed it.
+/// Reads a body that is about to go out, as tolerantly as its receiver may, whatever changed it.
 /// @param keysSuffice  whether a plain m-line with keys counts as secure: the answer to a best-effort offer
 /// @return what of it the policy forbids; empty for nothing. No part of the body is in it.
 std::string whatIsForbidden(const Policy& policy, const std::string& body, bool keysSuffice);

@@ -105,6 +105,7 @@ const Probe kProbes[] = {
     {"video in a last line without end", kNoVideo, kHead + kAudio + "m=Video 42000 RTP/AVP 97"},
     {"video behind a CR", kNoVideo, kHead + kAudio + "a=x\rm=video 42000 RTP/AVP 97\r\n"},
     {"video with a number of ports", kNoVideo, kHead + kAudio + "m=Video 0042000/2 RTP/AVP 97\r\n"},
+    {"video behind a control character", kNoVideo, kHead + kAudio + "m=video\x0b 42000 RTP/AVP 97\r\n"},
     {"video of a higher level in upper case", kHigher,
      kHead + kAudio + kVideo + "a=fmtp:97 PROFILE-LEVEL-ID=42e033\r\n"},
     {"video of a higher level behind blanks", kHigher,
@@ -142,6 +143,9 @@ const Probe kProbes[] = {
      kHead + "a=group:BUNDLE 0 1\r\n" + kAudio + "a=mid:0\r\nm=audio 0 RTP/AVP 0\r\n" + kBundled},
     {"a codec to choose in upper case", kCodecs, kHead + kAudio + "a=RMCAP:1 PCMU/8000\r\na=pcfg:1 m=1\r\n"},
     {"a codec for all to choose behind a blank", kCodecs, kHead + "a= omcap:2 opus\r\n" + kAudio},
+    {"a codec behind a control character", kCodecs, kHead + kAudio + "m=audio\x0b 49172 RTP/AVP 0\r\n"},
+    {"a codec under a number with a zero in front", kCodecs,
+     kHead + "m=audio 49172 RTP/AVP 8\r\na=rtpmap:08 G722/8000\r\n"},
     {"a level in upper case", kCapped,
      kHead + kAudio +
          "m=video 42000 RTP/AVP 97\r\na=RTPMAP:97 H264/90000\r\na=FMTP:97 PROFILE-LEVEL-ID = 42E01F\r\n"},
@@ -201,6 +205,7 @@ const Probe kAllowed[] = {
      kHead + kAudio + "m=audio 0 RTP/AVP 8\r\nc=IN IP6 2001:db8::10\r\n"},
     {"codecs to choose", kCodecs,
      kHead + "a=rmcap:1 PCMU/8000\r\n" + kAudio + "a=omcap:2 opus\r\na=pcfg:1 m=1\r\n"},
+    {"a refused section of another codec", kCodecs, kHead + kAudio + "m=audio 0 RTP/AVP 0\r\n"},
     {"codecs that need no map", kCodecs, kHead + "m=audio 49170 RTP/AVP 0 8 13\r\n"},
 };
 

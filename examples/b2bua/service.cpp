@@ -30,9 +30,9 @@ void takeSignal(int signal) { came[signal] = came[signal] == 0 ? 1 : 2; }
 
 /// @return whether a signal came since this was asked before
 bool hasCome(int signal) {
-  const bool has = came[signal] != 0;
-  came[signal] = 0;
-  return has;
+  if (came[signal] == 0) return false;
+  came[signal] = 0;  // not before, or one that comes meanwhile would be lost
+  return true;
 }
 
 void prepareSignals() {

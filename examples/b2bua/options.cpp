@@ -241,7 +241,8 @@ void addRules(CLI::App& app, MediaOptions& media, Policy& policy) {
       {"--security", oneOf(policy.security, securities), "as-is, plain, secure or best-effort-1, -2"},
       {"--address-family", oneOf(policy.addressFamily, {"any", "ipv4", "ipv6"}, versions),
        "any, ipv4 or ipv6: the media of an ANAT offer that stay"},
-      {"--connection-address", &policy.connectionAddress, "put into the first c-line", by(checkAddress)}};
+      {"--connection-address", &policy.connectionAddress, "put into all c-lines but those on hold",
+       by(checkAddress)}};
   const char* help = "requests of the document layer for the bodies of a party, with ; between";
   for (std::size_t list = 0; list < policy.requests.size(); ++list, help = "likewise") {
     const auto read = [&policy, list](const Words& lines) {

@@ -141,9 +141,8 @@ TEST(Ports, OfABodyWithoutSectionsAreSuchToo) {
   b2bua::Anchor anchor(options, counters);
   b2bua::Call call;
   const std::string body = "v=0\r\no=alice 21 4 IN IP4 192.0.2.10\r\ns=-\r\nt=0 0\r\n";
-  anchor.relay(call, b2bua::kCaller, false, body, [&](const std::string& led, const b2bua::BodyRefusal&) {
-    EXPECT_EQ(led, body);
-  });
+  anchor.relay(call, b2bua::kCaller, false, body,
+               [&](const std::string& led, const b2bua::BodyRefusal&) { EXPECT_EQ(led, body); });
   EXPECT_EQ(textOf(call.legs[b2bua::kTarget].ports), "20000/1,");
 }
 

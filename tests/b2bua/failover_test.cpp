@@ -165,12 +165,12 @@ TEST_F(Failover, AnInfoOfASilentTargetIsRefusedWhenItIsGivenUp) {
   caller_.request(engine_->address(), {.body = kOffer});
   const std::string invited = invitedAt(first_);
   const std::string contact = headerOf(invited, "Contact");
-  first_.send(engine_->address(), "INFO " + contact.substr(1, contact.find('>') - 1) +
-                                      " SIP/2.0\r\nVia: SIP/2.0/UDP " + first_.address() +
-                                      ";branch=z9hG4bKinfo\r\nMax-Forwards: 70\r\nFrom: " +
-                                      headerOf(invited, "To") + ";tag=raw\r\nTo: " + headerOf(invited, "From") +
-                                      "\r\nCall-ID: " + headerOf(invited, "Call-ID") +
-                                      "\r\nCSeq: 1 INFO\r\nContent-Length: 0\r\n\r\n");
+  first_.send(
+      engine_->address(),
+      "INFO " + contact.substr(1, contact.find('>') - 1) + " SIP/2.0\r\nVia: SIP/2.0/UDP " +
+          first_.address() + ";branch=z9hG4bKinfo\r\nMax-Forwards: 70\r\nFrom: " + headerOf(invited, "To") +
+          ";tag=raw\r\nTo: " + headerOf(invited, "From") + "\r\nCall-ID: " + headerOf(invited, "Call-ID") +
+          "\r\nCSeq: 1 INFO\r\nContent-Length: 0\r\n\r\n");
   const std::string info = caller_.receive("INFO ", "", kLongestWait);
   EXPECT_NE(info, "");
   const std::string other = invitedAt(second_);

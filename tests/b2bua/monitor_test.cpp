@@ -1,3 +1,4 @@
+#include <connections.h>
 #include <httplib.h>
 #include <monitor.h>
 #include <netinet/in.h>
@@ -217,12 +218,14 @@ TEST(Monitor, WaitsForNobodyLongerThanThreeSnapshots) {
 
 TEST(Monitor, HasSixtyFourConnections) {
   b2bua::Monitor monitor("127.0.0.1:0");
+  const std::vector<std::string> port = {std::to_string(monitor.port())};
   std::vector<std::unique_ptr<SlowClient>> clients;
   for (int i = 0; i < 70; ++i) {
     clients.push_back(std::make_unique<SlowClient>(monitor.port()));
     clients.back()->say("GET");  // The library itself closes silent ones after a second.
+    // With several that are not accepted yet, the system lets further ones wait for seconds.
+    ASSERT_TRUE(waitUntil([&] { return b2bua::connectionsTo(port).size() == clients.size(); }, kLongestWait));
   }
-  std::this_thread::sleep_for(milliseconds(300));
   monitor.show(snapshotNow());
   const auto isClosed = [](const auto& client) { return client->isClosed(milliseconds(10)); };
   EXPECT_EQ(std::ranges::count_if(clients, isClosed), 6);

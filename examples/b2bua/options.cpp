@@ -1,13 +1,13 @@
 #include "options.h"
 
 #include <CLI/CLI.hpp>
-#include <charconv>
 #include <functional>
 #include <variant>
 
 #include "namedRequests.h"
 #include "optionFiles.h"
 #include "passedHeaders.h"
+#include "wholeNumber.h"
 
 namespace b2bua {
 
@@ -16,12 +16,6 @@ namespace {
 using Words = std::vector<std::string>;
 
 // -- values
-
-template <typename Number>
-bool readNumber(std::string_view text, Number& number) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  return error == std::errc() && end == text.data() + text.size();
-}
 
 // What is wrong with a text, or nothing.
 

@@ -5,10 +5,11 @@
 #include <poll.h>
 
 #include <cerrno>
-#include <charconv>
 #include <span>
 #include <stdexcept>
 #include <utility>
+
+#include "wholeNumber.h"
 
 namespace b2bua {
 
@@ -65,8 +66,7 @@ std::string resolved(const std::string& host, int flags = 0) {
 /// @return 0 for what is none
 int portOf(const std::string& text) {
   unsigned short port = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
-  return error == std::errc{} && end == text.data() + text.size() ? port : 0;
+  return readNumber(text, port) ? port : 0;
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <map>
 
 #include "anchor.h"
+#include "wholeNumber.h"
 
 namespace b2bua {
 
@@ -58,9 +59,8 @@ bool unpack(const std::string& bytes, Body& body) {
                                static_cast<unsigned int>(bytes.size())) == 0;
 }
 
-bool readNumber(std::string_view text, unsigned int& number) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  return error == std::errc{} && end == text.data() + text.size() && number <= kLargestCseq;
+bool readCount(std::string_view text, unsigned int& number) {
+  return readNumber(text, number) && number <= kLargestCseq;
 }
 
 void addNumbers(Leg& leg, Fields& fields) {
@@ -123,11 +123,11 @@ bool readFields(Fields& fields, Leg& leg) {
   for (const auto& [name, member] : kFlags) leg.*member = !fields[prefix + name].empty();
   leg.timer.read(fields[prefix + "timer"]);
   leg.ports = portsOf(fields[prefix + "ports"]);
-  if (!isDialog(leg) || !readNumber(fields[prefix + "cseq"], leg.cseq) ||
-      !readNumber(fields[prefix + "remote-cseq"], leg.remoteCseq))
+  if (!isDialog(leg) || !readCount(fields[prefix + "cseq"], leg.cseq) ||
+      !readCount(fields[prefix + "remote-cseq"], leg.remoteCseq))
     return false;
   const std::string& ack = fields[prefix + kAck];
-  if (!ack.empty() && !readNumber(ack, leg.unacknowledged)) return false;
+  if (!ack.empty() && !readCount(ack, leg.unacknowledged)) return false;
   const std::string& refused = fields[prefix + "refused"];
   if (!refused.empty()) leg.refused = std::make_unique<Body>();
   return std::ranges::all_of(
@@ -166,7 +166,7 @@ std::string StateStore::ownerOf(const Call& call) const { return own_ + " " + st
 bool StateStore::isElsewhere(const std::string& owner, const Call& call) const {
   unsigned int turn = 0;
   const bool named = !owner.empty() && !isOwn(owner);
-  return named && (!readNumber(turnIn(owner), turn) || turn >= call.turn);
+  return named && (!readCount(turnIn(owner), turn) || turn >= call.turn);
 }
 
 bool StateStore::save(const std::vector<Call*>& calls) {
@@ -211,7 +211,7 @@ Found StateStore::load(Call& call) {
     if (!readFields(fields, leg)) return Found::no;
     if (!mayWaitForAck(fields[kAt])) leg.unacknowledged = 0;
   }
-  readNumber(turnIn(fields["owner"]), call.turn);
+  readCount(turnIn(fields["owner"]), call.turn);
   return Found::yes;
 }
 

@@ -1,9 +1,10 @@
 #include "targets.h"
 
 #include <algorithm>
-#include <charconv>
 #include <sstream>
 #include <tuple>
+
+#include "wholeNumber.h"
 
 namespace b2bua {
 
@@ -12,17 +13,16 @@ namespace {
 constexpr std::chrono::seconds kRest{10};
 constexpr unsigned int kMost = 10'000;  ///< weight and priority
 
-bool readNumber(std::string_view text, unsigned int least, unsigned int& number) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  return error == std::errc() && end == text.data() + text.size() && number >= least && number <= kMost;
+bool readShare(std::string_view text, unsigned int least, unsigned int& number) {
+  return readNumber(text, number) && number >= least && number <= kMost;
 }
 
 bool readParameter(std::string_view text, Target& target) {
   const std::size_t equals = std::min(text.find('='), text.size());
   const std::string_view name = text.substr(0, equals);
   const std::string_view value = text.substr(std::min(equals + 1, text.size()));
-  if (name == "weight") return readNumber(value, 1, target.weight);
-  if (name == "priority") return readNumber(value, 0, target.priority);
+  if (name == "weight") return readShare(value, 1, target.weight);
+  if (name == "priority") return readShare(value, 0, target.priority);
   target.transport = value;
   return name == "transport" && (value == "udp" || value == "tcp" || value == "tls");
 }

@@ -8,6 +8,7 @@
 #include <cstdio>
 
 #include "bodyLines.h"
+#include "wholeNumber.h"
 
 namespace b2bua {
 
@@ -80,8 +81,7 @@ std::string withBandwidthCapped(const std::string& line, unsigned long most) {
   const std::string_view number =
       sdp::Fields(std::string_view(text).substr(std::min(colon + 1, text.size())))[0];
   unsigned long bandwidth = 0;
-  const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), bandwidth);
-  const bool isNumber = error == std::errc() && end == number.data() + number.size();
+  const bool isNumber = readNumber(number, bandwidth);
   most *= unit->perKilobit;
   return isNumber && bandwidth <= most ? line : "b=" + std::string(unit->type) + ":" + std::to_string(most);
 }
